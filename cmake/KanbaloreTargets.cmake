@@ -1,0 +1,81 @@
+# One place for the flags, the two kinds of libraries and the form of a test program.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTOUIC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+    # The precompiled headers below need the sloppiness; see ccache's manual, "Precompiled headers".
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
+endif()
+
+option(KANBALORE_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+
+macro(kanbalore_options)
+    add_library(kanbalore_options INTERFACE)
+    target_include_directories(kanbalore_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+    target_compile_definitions(kanbalore_options INTERFACE
+        QT_NO_CAST_FROM_BYTEARRAY QT_USE_QSTRINGBUILDER QT_NO_FOREACH)
+    target_compile_options(kanbalore_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+    if(CCACHE)
+        target_compile_options(kanbalore_options INTERFACE -fpch-preprocess)
+    endif()
+    if(KANBALORE_SANITIZE)
+        target_compile_options(kanbalore_options INTERFACE
+            -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+        target_link_options(kanbalore_options INTERFACE -fsanitize=address,undefined)
+    endif()
+
+    # Two precompiled headers, one a kind of library; a third set of flags would not match either.
+    add_library(pch_logic OBJECT "${PROJECT_SOURCE_DIR}/cmake/pch.cpp")
+    target_link_libraries(pch_logic PUBLIC kanbalore_options Qt6::Core Qt6::Sql)
+    target_precompile_headers(pch_logic PRIVATE "${PROJECT_SOURCE_DIR}/cmake/pch_logic.h")
+    add_library(pch_screens OBJECT "${PROJECT_SOURCE_DIR}/cmake/pch.cpp")
+    target_link_libraries(pch_screens PUBLIC kanbalore_options
+        Qt6::Core Qt6::Sql Qt6::Gui Qt6::Widgets Qt6::PrintSupport)
+    target_precompile_headers(pch_screens PRIVATE "${PROJECT_SOURCE_DIR}/cmake/pch_screens.h")
+endmacro()
+
+# Logic: QtCore and QtSql only, so that no widget can slip in.
+function(kanbalore_logic name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC kanbalore_options Qt6::Core Qt6::Sql ${ARG_LINK})
+    target_precompile_headers(${name} REUSE_FROM pch_logic)
+endfunction()
+
+# Screens: widgets and printing besides.
+function(kanbalore_screens name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC kanbalore_options
+        Qt6::Core Qt6::Sql Qt6::Gui Qt6::Widgets Qt6::PrintSupport ${ARG_LINK})
+    target_precompile_headers(${name} REUSE_FROM pch_screens)
+endfunction()
+
+# A test program tests/<folder>/tst_<name>.cpp, run offscreen with a settings folder of its own.
+function(kanbalore_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+    if(NOT ARG_SOURCES)
+        set(ARG_SOURCES tst_${name}.cpp)
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    add_executable(tst_${name} ${ARG_SOURCES})
+    set_target_properties(tst_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    target_link_libraries(tst_${name} PRIVATE kanbalore_options Qt6::Test ${ARG_LINK})
+    add_test(NAME ${name} COMMAND tst_${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT
+        "QT_QPA_PLATFORM=offscreen;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/tests/config/${name};XDG_DATA_HOME=${CMAKE_BINARY_DIR}/tests/data/${name};LC_ALL=C.UTF-8")
+endfunction()

@@ -1,0 +1,5 @@
+#pragma once
+#include "pch_logic.h"
+
+#include <QtPrintSupport/QtPrintSupport>
+#include <QtWidgets/QtWidgets>
