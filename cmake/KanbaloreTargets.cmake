@@ -25,7 +25,7 @@ macro(kanbalore_options)
     add_library(kanbalore_options INTERFACE)
     target_include_directories(kanbalore_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
     target_compile_definitions(kanbalore_options INTERFACE
-        QT_NO_CAST_FROM_BYTEARRAY QT_USE_QSTRINGBUILDER QT_NO_FOREACH)
+        QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH)
     target_compile_options(kanbalore_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
     if(CCACHE)
         target_compile_options(kanbalore_options INTERFACE -fpch-preprocess)

@@ -1,0 +1,238 @@
+#include "db/connection.h"
+
+#include "db/errors.h"
+#include "db/file_header.h"
+#include "db/like_function.h"
+#include "db/schema.h"
+
+#include <QFileInfo>
+#include <QSet>
+#include <QSqlDriver>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QUuid>
+
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace db
+{
+
+namespace
+{
+
+// A NUL would end the text in every other program that reads the file.
+QVariant bindable(const QVariant &value)
+{
+    if (value.typeId() != QMetaType::QString)
+        return value;
+    QString text = value.toString();
+    return text.contains(QChar(0)) ? text.remove(QChar(0)) : text;
+}
+
+Status runQuery(QSqlQuery &query, const QString &sql, const QVariantList &values)
+{
+    query.setForwardOnly(true);
+    if (!query.prepare(sql))
+        return errorFrom(query.lastError());
+    for (const QVariant &value : values)
+        query.addBindValue(bindable(value));
+    if (!query.exec())
+        return errorFrom(query.lastError());
+    return {};
+}
+
+int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::Bool:
+        return sqlite3_bind_int64(statement, index, value.toLongLong());
+    case QMetaType::Double:
+        return sqlite3_bind_double(statement, index, value.toDouble());
+    default: {
+        const QByteArray utf8 = bindable(value).toString().toUtf8();
+        return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
+                                 SQLITE_TRANSIENT);
+    }
+    }
+}
+
+} // namespace
+
+QVariant Rows::value(int row, const QString &column) const
+{
+    const auto index = columns.indexOf(column);
+    if (row < 0 || row >= count() || index < 0)
+        return {};
+    return rows[static_cast<std::size_t>(row)].at(index);
+}
+
+Connection::Connection()
+    : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces))
+{
+    QSqlDatabase::addDatabase(u"QSQLITE"_s, m_name);
+}
+
+Connection::~Connection()
+{
+    close();
+    QSqlDatabase::removeDatabase(m_name);
+}
+
+Status Connection::open(const QString &fileName)
+{
+    close();
+    // The header is looked at before SQLite has the file: closing a second handle would drop its locks.
+    if (const Status header = checkHeader(fileName); !header)
+        return header;
+    QSqlDatabase database = QSqlDatabase::database(m_name, false);
+    database.setDatabaseName(fileName);
+    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
+    if (!database.open())
+        return errorFrom(database.lastError());
+    m_open = true;
+    m_fileName = QFileInfo(fileName).absoluteFilePath();
+    Status ready = configure();
+    if (ready)
+        ready = checkTables();
+    if (!ready)
+        close();
+    return ready;
+}
+
+void Connection::close()
+{
+    QSqlDatabase database = QSqlDatabase::database(m_name, false);
+    if (database.isOpen())
+        database.close();
+    m_open = false;
+    m_fileName.clear();
+}
+
+sqlite3 *Connection::handle() const
+{
+    const QVariant handle = QSqlDatabase::database(m_name, false).driver()->handle();
+    return handle.isValid() ? *static_cast<sqlite3 *const *>(handle.constData()) : nullptr;
+}
+
+bool Connection::inTransaction() const { return m_open && sqlite3_get_autocommit(handle()) == 0; }
+
+// Each setting is read back: SQLite passes over one that it cannot carry out.
+Status Connection::configure()
+{
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    if (const int code = installLike(handle()); code != SQLITE_OK)
+        return errorFromCode(code, u"LIKE"_s);
+    const struct
+    {
+        const char16_t *name;
+        QString set;
+        QString read;
+    } settings[] = {
+        {u"journal_mode", u"DELETE"_s, u"delete"_s}, {u"synchronous", u"EXTRA"_s, u"3"_s},
+        {u"trusted_schema", u"OFF"_s, u"0"_s},       {u"cell_size_check", u"ON"_s, u"1"_s},
+        {u"busy_timeout", u"5000"_s, u"5000"_s},     {u"temp_store", u"MEMORY"_s, u"2"_s},
+    };
+    for (const auto &setting : settings) {
+        const QString pragma = u"PRAGMA "_s + QString::fromUtf16(setting.name);
+        if (const auto set = select(pragma + u" = "_s + setting.set); !set)
+            return set.error();
+        const auto read = select(pragma);
+        if (!read)
+            return read.error();
+        if (read->isEmpty() || read->rows.front().front().toString() != setting.read)
+            return Error{u"データベースの動作を設定できないため、開けませんでした。("_s + pragma + u")"_s};
+    }
+    // A file that cannot be written to is of no use to a program that saves every line at once.
+    if (const auto begun = execute(u"BEGIN IMMEDIATE"_s); !begun)
+        return begun.error();
+    if (const auto ended = execute(u"ROLLBACK"_s); !ended)
+        return ended.error();
+    return sqlite3_db_readonly(handle(), "main") == 0 ? Status() : errorFromCode(SQLITE_READONLY, {});
+}
+
+Status Connection::checkTables()
+{
+    const auto schema = select(u"SELECT type, name FROM sqlite_schema"_s);
+    if (!schema)
+        return schema.error();
+    for (const QVariantList &row : schema->rows) {
+        const QString type = row.at(0).toString();
+        if (type == "trigger"_L1 || type == "view"_L1)
+            return Error{u"このプログラムのものではない定義（"_s + row.at(1).toString() +
+                         u"）が含まれているため、データベースを開けませんでした。"_s};
+    }
+    const auto columns = select(u"SELECT t.name, c.name FROM sqlite_schema t, pragma_table_info(t.name) c "
+                                "WHERE t.type = 'table'"_s);
+    if (!columns)
+        return columns.error();
+    QSet<std::pair<QString, QString>> present;
+    for (const QVariantList &row : columns->rows)
+        present.insert({row.at(0).toString(), row.at(1).toString()});
+    for (const Table &table : tables()) {
+        for (const QString &column : table.columns) {
+            if (!present.contains({table.name, column}))
+                return Error{u"テーブル「"_s + table.name + u"」の項目「"_s + column +
+                             u"」がないため、データベースを開けませんでした。"_s};
+        }
+    }
+    return {};
+}
+
+Result<Rows> Connection::select(const QString &sql, const QVariantList &values)
+{
+    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    if (const Status run = runQuery(query, sql, values); !run)
+        return run.error();
+    Rows result;
+    const QSqlRecord record = query.record();
+    for (int i = 0; i < record.count(); ++i)
+        result.columns << record.fieldName(i);
+    while (query.next()) {
+        QVariantList row;
+        row.reserve(record.count());
+        for (int i = 0; i < record.count(); ++i)
+            row << query.value(i);
+        result.rows.push_back(std::move(row));
+    }
+    if (query.lastError().isValid())
+        return errorFrom(query.lastError());
+    return result;
+}
+
+Result<int> Connection::execute(const QString &sql, const QVariantList &values)
+{
+    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    if (const Status run = runQuery(query, sql, values); !run)
+        return run.error();
+    return query.numRowsAffected();
+}
+
+Result<std::vector<qint64>> Connection::keys(const QString &sql, const QVariantList &values)
+{
+    sqlite3_stmt *statement = nullptr;
+    const QByteArray utf8 = sql.toUtf8();
+    if (!m_open)
+        return errorFromCode(SQLITE_CANTOPEN, {});
+    int code =
+        sqlite3_prepare_v2(handle(), utf8.constData(), static_cast<int>(utf8.size()), &statement, nullptr);
+    for (int i = 0; code == SQLITE_OK && i < values.size(); ++i)
+        code = bindValue(statement, i + 1, values.at(i));
+    std::vector<qint64> found;
+    if (code == SQLITE_OK) {
+        while ((code = sqlite3_step(statement)) == SQLITE_ROW)
+            found.push_back(sqlite3_column_int64(statement, 0));
+    }
+    if (code != SQLITE_DONE) {
+        const Error error = errorFrom(handle());
+        sqlite3_finalize(statement);
+        return error;
+    }
+    sqlite3_finalize(statement);
+    return found;
+}
+
+} // namespace db

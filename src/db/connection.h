@@ -1,0 +1,73 @@
+#pragma once
+
+#include "db/result.h"
+
+#include <QSqlDatabase>
+#include <QVariant>
+
+#include <vector>
+
+struct sqlite3;
+
+namespace db
+{
+
+/// The rows of a small result, read whole, so that no statement stays open and holds a lock on the file.
+struct Rows
+{
+    QStringList columns;
+    std::vector<QVariantList> rows;
+
+    [[nodiscard]] bool isEmpty() const { return rows.empty(); }
+    [[nodiscard]] int count() const { return static_cast<int>(rows.size()); }
+    /// The value in \a row under the heading \a column; invalid when there is none.
+    [[nodiscard]] QVariant value(int row, const QString &column) const;
+};
+
+/// The one connection of the program to its database file. Screens and logic work on it with literal SQL;
+/// values are bound to "?". Nothing else opens a handle on the file while it is open.
+class Connection
+{
+public:
+    Connection();
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    /// Closes the present file and opens \a fileName. Accepted is only a writable database of this
+    /// program with all its tables and columns, of this schema version, without foreign triggers or views.
+    Status open(const QString &fileName);
+
+    /// Closes the file. Statements and record sets on it must be gone or closed before.
+    void close();
+
+    [[nodiscard]] bool isOpen() const { return m_open; }
+
+    /// Full path of the open file; empty when none is open.
+    [[nodiscard]] QString fileName() const { return m_fileName; }
+
+    /// Runs a statement and reads its whole result.
+    Result<Rows> select(const QString &sql, const QVariantList &values = {});
+
+    /// Runs a statement that returns no rows. \return the number of rows changed
+    Result<int> execute(const QString &sql, const QVariantList &values = {});
+
+    /// The first column of every row as integers; made for hundreds of thousands of keys.
+    Result<std::vector<qint64>> keys(const QString &sql, const QVariantList &values = {});
+
+    /// Whether a transaction is under way.
+    [[nodiscard]] bool inTransaction() const;
+
+    /// SQLite's own handle, for what QtSql does not offer (backup).
+    [[nodiscard]] sqlite3 *handle() const;
+
+private:
+    Status configure();
+    Status checkTables();
+
+    QString m_name; // of the QtSql connection
+    QString m_fileName;
+    bool m_open = false;
+};
+
+} // namespace db

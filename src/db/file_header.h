@@ -1,0 +1,12 @@
+#pragma once
+
+#include "db/result.h"
+
+namespace db
+{
+
+/// Whether \a fileName begins as a database file of this program and of a version that it knows. Reads the
+/// first 100 bytes only; must not be called for a file that this process has open.
+Status checkHeader(const QString &fileName);
+
+} // namespace db

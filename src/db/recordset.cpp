@@ -1,0 +1,391 @@
+#include "db/recordset.h"
+
+#include "db/keys.h"
+#include "db/transaction.h"
+#include "text/numbers.h"
+
+using namespace Qt::StringLiterals;
+
+namespace db
+{
+
+namespace
+{
+
+constexpr int blockSize = 64;
+// About a megabyte of rows; more are read again when they are looked at again.
+constexpr int blocksKept = 64;
+
+QString placeholders(qsizetype count) { return QStringList(count, u"?"_s).join(u", "_s); }
+
+QMetaType::Type typeOf(const QString &declared)
+{
+    if (declared == "INTEGER"_L1)
+        return QMetaType::LongLong;
+    return declared == "REAL"_L1 ? QMetaType::Double : QMetaType::QString;
+}
+
+} // namespace
+
+Recordset::Recordset(Connection &connection, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_connection(connection)
+{}
+
+Recordset::~Recordset() = default;
+
+Status Recordset::open(const QString &statement, const QVariantList &values, const QString &key)
+{
+    const auto from = statement.indexOf(" FROM "_L1);
+    const QString rest = statement.mid(from + 6);
+    const QString keyStatement = u"SELECT "_s + key + u" FROM "_s + rest;
+    auto keys = m_connection.keys(keyStatement, values);
+    if (!keys)
+        return keys.error();
+
+    beginResetModel();
+    m_statement = statement;
+    m_values = values;
+    m_key = key;
+    m_selectList = statement.mid(7, from - 7).trimmed();
+    m_table = rest.section(u' ', 0, 0);
+    const Status columns = readColumns(m_selectList, m_table);
+    m_keys = columns ? std::move(*keys) : std::vector<qint64>();
+    m_blocks.clear();
+    m_edits.clear();
+    m_current = m_keys.empty() ? -1 : 0;
+    endResetModel();
+    emit currentRowChanged(m_current);
+    return columns;
+}
+
+Status Recordset::readColumns(const QString &select, const QString &table)
+{
+    const auto rows = m_connection.select(u"SELECT "_s + select + u" FROM "_s + table + u" LIMIT 0"_s);
+    const auto declared = m_connection.select(u"SELECT name, type FROM pragma_table_info(?)"_s, {table});
+    if (!rows)
+        return rows.error();
+    if (!declared)
+        return declared.error();
+    m_columns = rows->columns;
+    m_types.clear();
+    for (const QString &column : std::as_const(m_columns)) {
+        QString type;
+        for (int i = 0; i < declared->count(); ++i) {
+            if (declared->value(i, u"name"_s) == column)
+                type = declared->value(i, u"type"_s).toString();
+        }
+        m_types << typeOf(type);
+    }
+    return {};
+}
+
+void Recordset::close()
+{
+    beginResetModel();
+    m_key.clear();
+    m_keys.clear();
+    m_blocks.clear();
+    m_edits.clear();
+    m_current = -1;
+    endResetModel();
+    emit currentRowChanged(-1);
+}
+
+Status Recordset::requery()
+{
+    const qint64 key = currentKey();
+    const bool had = m_current >= 0;
+    if (const Status opened = open(QString(m_statement), QVariantList(m_values), QString(m_key)); !opened)
+        return opened;
+    return had ? moveToKey(key) : Status();
+}
+
+qint64 Recordset::currentKey() const { return m_current < 0 ? 0 : keyAt(m_current); }
+
+Status Recordset::moveTo(int row)
+{
+    if (row < 0 || row >= count() || row == m_current)
+        return {};
+    if (isDirty()) {
+        const qint64 target = keyAt(row);
+        const qint64 left = currentKey();
+        const Status saved = m_saver ? m_saver() : update();
+        if (!saved)
+            return saved;
+        // The saver may have read the rows anew, in another order.
+        if (currentKey() != left || row >= count() || keyAt(row) != target)
+            return moveToKey(target);
+    }
+    setCurrent(row);
+    return {};
+}
+
+Status Recordset::moveToKey(qint64 key)
+{
+    const auto found = std::find(m_keys.begin(), m_keys.end(), key);
+    return found == m_keys.end() ? Status() : moveTo(static_cast<int>(found - m_keys.begin()));
+}
+
+void Recordset::setCurrent(int row)
+{
+    m_edits.clear();
+    m_current = row;
+    emit currentRowChanged(row);
+}
+
+QVariant Recordset::value(const QString &column) const
+{
+    const int index = columnOf(column);
+    if (m_current < 0 || index < 0)
+        return {};
+    const auto edit = m_edits.constFind(index);
+    return edit != m_edits.constEnd() ? *edit : stored(m_current, index);
+}
+
+void Recordset::setValue(const QString &column, const QVariant &value)
+{
+    const int index = columnOf(column);
+    if (m_current < 0 || index < 0)
+        return;
+    const QVariant old = stored(m_current, index);
+    const QVariant now = coerced(index, value);
+    // To the clerk an empty box is the same whether the file holds NULL or an empty text.
+    if (now == old || (now.toString().isEmpty() && old.toString().isEmpty())) {
+        if (m_edits.remove(index) == 0)
+            return;
+    } else {
+        m_edits.insert(index, now);
+    }
+    rowChanged(m_current);
+    emit edited();
+}
+
+QVariant Recordset::coerced(int column, const QVariant &value) const
+{
+    if (value.isNull() || value.typeId() != QMetaType::QString)
+        return value;
+    switch (m_types.at(column)) {
+    case QMetaType::LongLong: {
+        const auto number = text::parseInteger(value.toString());
+        return number ? QVariant(*number) : QVariant();
+    }
+    case QMetaType::Double: {
+        const auto number = text::parseNumber(value.toString());
+        return number ? QVariant(*number) : QVariant();
+    }
+    default:
+        return value;
+    }
+}
+
+Status Recordset::update()
+{
+    if (m_current < 0 || m_edits.isEmpty())
+        return {};
+    QStringList assignments;
+    QVariantList values;
+    for (auto edit = m_edits.cbegin(); edit != m_edits.cend(); ++edit) {
+        assignments << m_columns.at(edit.key()) + u" = ?"_s;
+        values << edit.value();
+    }
+    values << currentKey();
+    Transaction transaction(m_connection);
+    if (const Status begun = transaction.begin(); !begun)
+        return begun;
+    const auto changed = m_connection.execute(
+        u"UPDATE "_s + m_table + u" SET "_s + assignments.join(u", "_s) + u" WHERE "_s + m_key + u" = ?"_s,
+        values);
+    if (!changed)
+        return changed.error();
+    if (*changed == 0)
+        return Error{u"表示中のデータはほかのプログラムで削除されたため、保存できませんでした。"_s};
+    if (const Status done = transaction.commit(); !done)
+        return done;
+    m_edits.clear();
+    refresh();
+    return {};
+}
+
+void Recordset::revert()
+{
+    if (!isDirty())
+        return;
+    m_edits.clear();
+    rowChanged(m_current);
+    emit currentRowChanged(m_current);
+    emit edited();
+}
+
+Result<qint64> Recordset::add(const QVariantMap &values)
+{
+    Transaction transaction(m_connection);
+    if (const Status begun = transaction.begin(); !begun)
+        return begun.error();
+    const auto key = nextKey(m_connection, m_table);
+    if (!key)
+        return key.error();
+    QStringList names{m_key};
+    QVariantList bound{*key};
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        names << value.key();
+        bound << value.value();
+    }
+    const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s + names.join(u", "_s) +
+                                                u") VALUES ("_s + placeholders(names.size()) + u")"_s,
+                                            bound);
+    if (!added)
+        return added.error();
+    if (const Status done = transaction.commit(); !done)
+        return done.error();
+    inserted(*key);
+    return *key;
+}
+
+Status Recordset::append(const QVariantMap &values)
+{
+    Transaction transaction(m_connection);
+    if (const Status begun = transaction.begin(); !begun)
+        return begun;
+    const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s +
+                                                QStringList(values.keys()).join(u", "_s) + u") VALUES ("_s +
+                                                placeholders(values.size()) + u")"_s,
+                                            values.values());
+    if (!added)
+        return added.error();
+    const auto row = m_connection.keys(u"SELECT last_insert_rowid()"_s);
+    if (!row)
+        return row.error();
+    if (const Status done = transaction.commit(); !done)
+        return done;
+    inserted(row->front());
+    return {};
+}
+
+void Recordset::inserted(qint64 key)
+{
+    const int row = count();
+    beginInsertRows({}, row, row);
+    m_keys.push_back(key);
+    m_blocks.remove(row / blockSize);
+    endInsertRows();
+    setCurrent(row);
+}
+
+Status Recordset::remove()
+{
+    if (m_current < 0)
+        return {};
+    Transaction transaction(m_connection);
+    if (const Status begun = transaction.begin(); !begun)
+        return begun;
+    const auto removed =
+        m_connection.execute(u"DELETE FROM "_s + m_table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()});
+    if (!removed)
+        return removed.error();
+    if (const Status done = transaction.commit(); !done)
+        return done;
+    const int row = m_current;
+    m_edits.clear();
+    beginRemoveRows({}, row, row);
+    m_keys.erase(m_keys.begin() + row);
+    m_blocks.clear();
+    m_current = std::min(row, count() - 1);
+    endRemoveRows();
+    emit currentRowChanged(m_current);
+    return {};
+}
+
+void Recordset::refresh()
+{
+    if (m_current < 0)
+        return;
+    m_blocks.remove(m_current / blockSize);
+    rowChanged(m_current);
+    emit currentRowChanged(m_current);
+}
+
+void Recordset::rowChanged(int row) { emit dataChanged(index(row, 0), index(row, columnCount() - 1)); }
+
+QVariant Recordset::stored(int row, int column) const
+{
+    const Block &rows = block(row / blockSize);
+    const QVariantList &values = rows[static_cast<std::size_t>(row % blockSize)];
+    return column < values.size() ? values.at(column) : QVariant();
+}
+
+// A row that another program deleted meanwhile, or that cannot be read, stays as an empty row.
+const Recordset::Block &Recordset::block(int number) const
+{
+    if (const auto kept = m_blocks.constFind(number); kept != m_blocks.constEnd())
+        return *kept;
+    if (m_blocks.size() >= blocksKept)
+        m_blocks.clear();
+    const int first = number * blockSize;
+    const int size = std::min(blockSize, count() - first);
+    QVariantList keys;
+    QHash<qint64, int> places;
+    for (int i = 0; i < size; ++i) {
+        keys << keyAt(first + i);
+        places.insert(keyAt(first + i), i);
+    }
+    Block rows(static_cast<std::size_t>(size));
+    const auto read =
+        m_connection.select(u"SELECT "_s + m_key + u", "_s + m_selectList + u" FROM "_s + m_table +
+                                u" WHERE "_s + m_key + u" IN ("_s + placeholders(size) + u")"_s,
+                            keys);
+    if (read) {
+        for (const QVariantList &row : read->rows)
+            rows[static_cast<std::size_t>(places.value(row.front().toLongLong()))] = row.mid(1);
+    }
+    return *m_blocks.insert(number, std::move(rows));
+}
+
+int Recordset::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : count(); }
+
+int Recordset::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_columns.size());
+}
+
+QVariant Recordset::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= count())
+        return {};
+    if (role == Qt::TextAlignmentRole)
+        return int((m_types.at(index.column()) == QMetaType::QString ? Qt::AlignLeft : Qt::AlignRight) |
+                   Qt::AlignVCenter);
+    if (role != Qt::DisplayRole && role != Qt::EditRole)
+        return {};
+    const auto edit = m_edits.constFind(index.column());
+    const bool isEdited = index.row() == m_current && edit != m_edits.constEnd();
+    const QVariant value = isEdited ? *edit : stored(index.row(), index.column());
+    return role == Qt::EditRole ? value : QVariant(shown(index.column(), value));
+}
+
+QString Recordset::shown(int column, const QVariant &value) const
+{
+    if (value.isNull())
+        return {};
+    switch (m_formats.value(m_columns.at(column), Format::Plain)) {
+    case Format::Amount:
+        return text::formatAmount(value.toDouble());
+    case Format::Quantity:
+        return text::formatQuantity(value.toDouble());
+    case Format::Plain:
+        break;
+    }
+    return value.typeId() == QMetaType::Double ? text::formatPlain(value.toDouble()) : value.toString();
+}
+
+QVariant Recordset::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole)
+        return QAbstractTableModel::headerData(section, orientation, role);
+    if (orientation == Qt::Vertical)
+        return section + 1;
+    const QString column = m_columns.value(section);
+    return m_captions.value(column, column);
+}
+
+} // namespace db

@@ -1,0 +1,134 @@
+#pragma once
+
+#include "db/connection.h"
+
+#include <QAbstractTableModel>
+#include <QHash>
+#include <QVariantMap>
+
+#include <functional>
+
+namespace db
+{
+
+/// How the values of a column are shown in a grid.
+enum class Format { Plain, Amount, Quantity };
+
+/// The rows that a statement over one table selects, as a screen works with them: a keyset. The keys are
+/// read once, in the statement's order, so that the count is exact and a register of a million rows opens
+/// at once; contents are read in blocks when they are looked at. One row is the current one; edits of it are
+/// held back until update() and are seen in the grid meanwhile.
+class Recordset : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    explicit Recordset(Connection &connection, QObject *parent = nullptr);
+    ~Recordset() override;
+
+    /// Opens \a statement, of the form "SELECT <columns> FROM <table> …", with \a values bound to its "?".
+    /// \a key is the table's key column, or "rowid" where it has none. The first row becomes the current one.
+    /// After a failure the record set holds what it held before.
+    Status open(const QString &statement, const QVariantList &values, const QString &key);
+
+    /// Forgets the rows; unsaved edits are dropped.
+    void close();
+
+    /// Reads the keys anew; the current row stays the current one where it is still there.
+    Status requery();
+
+    [[nodiscard]] bool isOpen() const { return !m_key.isEmpty(); }
+    [[nodiscard]] int count() const { return static_cast<int>(m_keys.size()); }
+    [[nodiscard]] bool isEmpty() const { return m_keys.empty(); }
+    [[nodiscard]] QString table() const { return m_table; }
+
+    /// -1 when there is none.
+    [[nodiscard]] int currentRow() const { return m_current; }
+    [[nodiscard]] qint64 currentKey() const;
+    [[nodiscard]] qint64 keyAt(int row) const { return m_keys[static_cast<std::size_t>(row)]; }
+
+    /// Makes \a row the current one, after the edits of the present one were saved by the saver.
+    /// Fails, and stays, when they could not be.
+    Status moveTo(int row);
+    Status moveToKey(qint64 key);
+    Status moveLast() { return moveTo(count() - 1); }
+
+    /// What saves the edits of the current row before another one becomes current; update() by default.
+    void setSaver(std::function<Status()> saver) { m_saver = std::move(saver); }
+
+    /// The current row's value, as edited; invalid for NULL, an unknown column or without a row.
+    [[nodiscard]] QVariant value(const QString &column) const;
+    [[nodiscard]] QString text(const QString &column) const { return value(column).toString(); }
+
+    /// Edits the current row. Text becomes a number where the column holds numbers (NULL when it is none).
+    void setValue(const QString &column, const QVariant &value);
+    [[nodiscard]] bool isDirty() const { return !m_edits.isEmpty(); }
+
+    /// Saves the edits of the current row in one transaction. After a failure they are still there.
+    Status update();
+
+    /// Drops the edits of the current row.
+    void revert();
+
+    /// Appends a row with the next free key and \a values, saved at once; it becomes the current one.
+    /// \return its key. Only for a table that has a key.
+    Result<qint64> add(const QVariantMap &values = {});
+
+    /// Appends a row of a table without a key of its own, saved at once; it becomes the current one.
+    Status append(const QVariantMap &values);
+
+    /// Deletes the current row from the table. The next row becomes the current one, or the last one.
+    Status remove();
+
+    /// Reads the current row anew from the database; unsaved edits stay.
+    void refresh();
+
+    void setCaption(const QString &column, const QString &caption) { m_captions.insert(column, caption); }
+    void setFormat(const QString &column, Format format) { m_formats.insert(column, format); }
+    [[nodiscard]] int columnOf(const QString &column) const
+    {
+        return static_cast<int>(m_columns.indexOf(column));
+    }
+    [[nodiscard]] QStringList columns() const { return m_columns; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+signals:
+    /// Another row, or none (-1), is the current one, or its contents were replaced.
+    void currentRowChanged(int row);
+    /// A value of the current row was edited or reverted.
+    void edited();
+
+private:
+    using Block = std::vector<QVariantList>;
+
+    Status readColumns(const QString &select, const QString &table);
+    [[nodiscard]] QVariant stored(int row, int column) const;
+    [[nodiscard]] const Block &block(int number) const;
+    [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
+    [[nodiscard]] QString shown(int column, const QVariant &value) const;
+    void setCurrent(int row);
+    void rowChanged(int row);
+    void inserted(qint64 key);
+
+    Connection &m_connection;
+    QString m_statement;
+    QVariantList m_values;
+    QString m_selectList;
+    QString m_table;
+    QString m_key;
+    QStringList m_columns;
+    QList<QMetaType::Type> m_types;
+    std::vector<qint64> m_keys;
+    int m_current = -1;
+    QHash<int, QVariant> m_edits; // by column
+    std::function<Status()> m_saver;
+    QHash<QString, QString> m_captions;
+    QHash<QString, Format> m_formats;
+    mutable QHash<int, Block> m_blocks;
+};
+
+} // namespace db

@@ -1,0 +1,41 @@
+#include "db/transaction.h"
+
+#include "db/connection.h"
+
+using namespace Qt::StringLiterals;
+
+namespace db
+{
+
+Transaction::Transaction(Connection &connection)
+    : m_connection(connection)
+{}
+
+Transaction::~Transaction()
+{
+    // SQLite rolls back by itself after some failures; only what is still open is ours to end.
+    if (m_owner && m_connection.inTransaction())
+        (void)m_connection.execute(u"ROLLBACK"_s);
+}
+
+Status Transaction::begin()
+{
+    if (m_connection.inTransaction())
+        return {};
+    if (const auto begun = m_connection.execute(u"BEGIN IMMEDIATE"_s); !begun)
+        return begun.error();
+    m_owner = true;
+    return {};
+}
+
+Status Transaction::commit()
+{
+    if (!m_owner)
+        return {};
+    if (const auto done = m_connection.execute(u"COMMIT"_s); !done)
+        return done.error();
+    m_owner = false;
+    return {};
+}
+
+} // namespace db

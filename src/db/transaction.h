@@ -1,0 +1,32 @@
+#pragma once
+
+#include "db/result.h"
+
+namespace db
+{
+
+class Connection;
+
+/// One action of the user, wholly or not at all: what is not committed is rolled back when the guard ends.
+/// Begun inside another one it becomes part of that one. Takes the write lock at once, so that a key read
+/// inside is still free when it is used.
+class Transaction
+{
+public:
+    explicit Transaction(Connection &connection);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+
+    /// Waits up to the connection's timeout for another program's write.
+    Status begin();
+
+    /// After a failure nothing of the action is stored.
+    Status commit();
+
+private:
+    Connection &m_connection;
+    bool m_owner = false;
+};
+
+} // namespace db

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QString>
+
+#include <optional>
+
+class QPrinter;
+class QWidget;
+
+// The one seam for the dialogs in which something is chosen: files, colours, fonts, the printer of a job.
+// Tests put choices into a queue, as with the message boxes.
+namespace ui::file_dialogs
+{
+
+/// The file to open; empty when the user cancelled. \a filters as "text (*.ext);;text (*.*)".
+QString openFile(QWidget *parent, const QString &title, const QString &filters);
+
+/// The file to save to; empty when the user cancelled. Does not ask about overwriting: the caller does, in
+/// its own words. \a suffix is appended to a name without one.
+QString saveFile(QWidget *parent, const QString &title, const QString &filters, const QString &suffix,
+                 const QString &proposal = {});
+
+/// A colour, or nothing when the user cancelled.
+std::optional<QColor> chooseColor(QWidget *parent, const QColor &first, const QString &title);
+
+/// A font, or nothing when the user cancelled.
+std::optional<QFont> chooseFont(QWidget *parent, const QFont &first, const QString &title);
+
+/// Shows the print dialog for \a printer. \return false when the user cancelled
+bool setUpPrinter(QWidget *parent, QPrinter &printer, const QString &title);
+
+// --- For tests ---
+
+/// Puts all dialogs under script until the process ends; one that nobody scripted is cancelled and recorded.
+void beginScript();
+/// The next file dialog gives \a fileName; empty: cancelled.
+void expectFile(const QString &fileName);
+void expectColor(const std::optional<QColor> &color);
+void expectFont(const std::optional<QFont> &font);
+/// The next print dialog accepts and prints into the PDF \a fileName; empty: cancelled.
+void expectPrinter(const QString &fileName);
+/// As ui::prompts::takeUnexpected().
+QString takeUnexpected();
+
+} // namespace ui::file_dialogs

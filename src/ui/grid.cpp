@@ -1,0 +1,146 @@
+#include "ui/grid.h"
+
+#include "app/settings.h"
+#include "app/workspace.h"
+#include "db/recordset.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace ui
+{
+
+namespace
+{
+
+// Added to the height of a line of type, pixels.
+int spacingOf(app::GridSpacing spacing)
+{
+    switch (spacing) {
+    case app::GridSpacing::Small:
+        return 4;
+    case app::GridSpacing::Medium:
+        return 10;
+    case app::GridSpacing::Large:
+        return 16;
+    }
+    return 4;
+}
+
+} // namespace
+
+Grid::Grid(QWidget *parent)
+    : QTableView(parent)
+{
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setAlternatingRowColors(true);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->hide();
+}
+
+void Grid::setUp(const app::Workspace &workspace, const QString &name)
+{
+    m_name = name;
+    m_widths = workspace.settings.layout(name + u"/columns"_s);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + spacingOf(workspace.panel.gridSpacing));
+    applyWidths();
+}
+
+void Grid::saveLayout(app::Workspace &workspace) const
+{
+    if (m_name.isEmpty() || !model() || model()->columnCount() == 0)
+        return;
+    QStringList widths;
+    for (int column = 0; column < model()->columnCount(); ++column)
+        widths << QString::number(isColumnHidden(column) ? 0 : columnWidth(column));
+    workspace.settings.writeLayout(m_name + u"/columns"_s, widths.join(u' '));
+}
+
+void Grid::applyWidths()
+{
+    if (!model())
+        return;
+    const QStringList widths = m_widths.split(u' ', Qt::SkipEmptyParts);
+    for (int column = 0; column < std::min<int>(int(widths.size()), model()->columnCount()); ++column) {
+        const int width = widths.at(column).toInt();
+        if (width >= 10 && width <= 4000 && !isColumnHidden(column))
+            setColumnWidth(column, width);
+    }
+}
+
+void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> refused)
+{
+    m_recordset = &recordset;
+    m_refused = std::move(refused);
+    setModel(&recordset);
+    connect(&recordset, &db::Recordset::currentRowChanged, this, &Grid::followRecordset);
+    connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &now) {
+        if (m_following || !now.isValid() || now.row() == m_recordset->currentRow())
+            return;
+        const db::Status moved = m_recordset->moveTo(now.row());
+        followRecordset(m_recordset->currentRow());
+        if (!moved && m_refused)
+            m_refused(moved.error().text);
+    });
+    followRecordset(recordset.currentRow());
+    applyWidths();
+}
+
+void Grid::followRecordset(int row)
+{
+    if (m_following)
+        return;
+    m_following = true;
+    if (row < 0) {
+        selectionModel()->clear();
+    } else if (currentIndex().row() != row || !selectionModel()->isRowSelected(row)) {
+        const int column = std::max(0, currentIndex().column());
+        const QModelIndex index = model()->index(row, column);
+        selectionModel()->setCurrentIndex(index,
+                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        scrollTo(index);
+    }
+    m_following = false;
+}
+
+QString Grid::selectedText() const
+{
+    QStringList lines;
+    const QModelIndexList rows = selectionModel() ? selectionModel()->selectedRows() : QModelIndexList();
+    for (const QModelIndex &row : rows) {
+        QStringList cells;
+        for (int column = 0; column < model()->columnCount(); ++column) {
+            if (!isColumnHidden(column))
+                cells << model()->index(row.row(), column).data().toString();
+        }
+        lines << cells.join(u'\t');
+    }
+    return lines.join(u'\n');
+}
+
+void Grid::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy)) {
+        QGuiApplication::clipboard()->setText(selectedText());
+        return;
+    }
+    // Return goes on to the screen, which moves the focus as it does from every box.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        event->ignore();
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+} // namespace ui

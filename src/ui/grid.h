@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QTableView>
+
+#include <functional>
+
+namespace app
+{
+class Workspace;
+}
+
+namespace db
+{
+class Recordset;
+}
+
+namespace ui
+{
+
+/// The grid of every screen: whole rows selected, column widths remembered, Ctrl+C copies the selected rows
+/// with their headings' columns as tab-separated text, line spacing as the settings panel has it. Tab leaves
+/// it.
+class Grid : public QTableView
+{
+    Q_OBJECT
+
+public:
+    explicit Grid(QWidget *parent = nullptr);
+
+    /// Applies the panel's spacing and the widths stored under \a name ("frmOut/dgdSub").
+    void setUp(const app::Workspace &workspace, const QString &name);
+    /// Stores the column widths under the name given to setUp().
+    void saveLayout(app::Workspace &workspace) const;
+
+    /// Shows \a recordset and keeps the grid's current row and the record set's one together. When a row
+    /// cannot be left, \a refused gets the reason and the grid stays.
+    void bind(db::Recordset &recordset, std::function<void(const QString &)> refused);
+
+    /// The selected rows as tab-separated lines.
+    [[nodiscard]] QString selectedText() const;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void followRecordset(int row);
+    void applyWidths();
+
+    QString m_name;
+    QString m_widths;
+    db::Recordset *m_recordset = nullptr;
+    std::function<void(const QString &)> m_refused;
+    bool m_following = false;
+};
+
+} // namespace ui

@@ -1,0 +1,130 @@
+#include "ui/prompts.h"
+
+#include <QMessageBox>
+#include <QQueue>
+#include <QStringList>
+
+using namespace Qt::StringLiterals;
+
+namespace ui::prompts
+{
+
+namespace
+{
+
+enum class Kind { Inform, Ask, AskToSave };
+
+struct Expected
+{
+    Kind kind;
+    QString text;
+    int answer;
+};
+
+struct Script
+{
+    bool running = false;
+    QQueue<Expected> expected;
+    QStringList unexpected;
+};
+
+// The one place where a test reaches into the program; a message box has no other owner to ask.
+Script &script()
+{
+    static Script theScript;
+    return theScript;
+}
+
+// \return the scripted answer; for a box that nobody expected the harmless one
+int scripted(Kind kind, const QString &text, int harmless)
+{
+    Script &s = script();
+    if (s.expected.isEmpty() || s.expected.head().kind != kind ||
+        (!s.expected.head().text.isEmpty() && s.expected.head().text != text)) {
+        s.unexpected << u"unexpected box: "_s + text;
+        return harmless;
+    }
+    return s.expected.dequeue().answer;
+}
+
+QMessageBox::Icon iconOf(Icon icon)
+{
+    switch (icon) {
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButton show(QWidget *parent, const QString &text, const QString &title, Icon icon,
+                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset)
+{
+    QMessageBox box(iconOf(icon), title, text, buttons, parent);
+    // Names and file names stand in the texts; they are shown as they are.
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(preset);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+} // namespace
+
+void inform(QWidget *parent, const QString &text, const QString &title, Icon icon)
+{
+    if (script().running)
+        scripted(Kind::Inform, text, 0);
+    else
+        show(parent, text, title, icon, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+bool ask(QWidget *parent, const QString &text, const QString &title)
+{
+    if (script().running)
+        return scripted(Kind::Ask, text, 0) != 0;
+    return show(parent, text, title, Icon::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
+           QMessageBox::Yes;
+}
+
+Choice askToSave(QWidget *parent, const QString &text, const QString &title)
+{
+    if (script().running)
+        return static_cast<Choice>(scripted(Kind::AskToSave, text, static_cast<int>(Choice::Cancel)));
+    switch (show(parent, text, title, Icon::Question,
+                 QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save)) {
+    case QMessageBox::Save:
+        return Choice::Save;
+    case QMessageBox::Discard:
+        return Choice::Discard;
+    default:
+        return Choice::Cancel;
+    }
+}
+
+void beginScript() { script().running = true; }
+
+void expectInform(const QString &text) { script().expected.enqueue({Kind::Inform, text, 0}); }
+
+void expectAsk(const QString &text, bool yes) { script().expected.enqueue({Kind::Ask, text, yes ? 1 : 0}); }
+
+void expectAskToSave(const QString &text, Choice choice)
+{
+    script().expected.enqueue({Kind::AskToSave, text, static_cast<int>(choice)});
+}
+
+QString takeUnexpected()
+{
+    Script &s = script();
+    for (const Expected &expected : std::as_const(s.expected))
+        s.unexpected << u"box that never came: "_s + expected.text;
+    s.expected.clear();
+    const QString all = s.unexpected.join(u'\n');
+    s.unexpected.clear();
+    return all;
+}
+
+} // namespace ui::prompts

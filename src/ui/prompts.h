@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+// The one seam for message boxes. Tests put answers into a queue; a box that nobody scripted is recorded as
+// unexpected, so that the test can fail on it.
+namespace ui::prompts
+{
+
+enum class Icon { None, Information, Exclamation, Question };
+
+/// Titles by purpose.
+inline constexpr const char16_t *information = u"Information";
+inline constexpr const char16_t *question = u"Question";
+inline constexpr const char16_t *errorCheck = u"Error check";
+
+/// Tells \a text with an OK button.
+void inform(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(information),
+            Icon icon = Icon::Information);
+
+/// Asks \a text with Yes and No. \return true for Yes
+bool ask(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(question));
+
+enum class Choice { Save, Discard, Cancel };
+
+/// Asks whether edits are to be saved before they are left.
+Choice askToSave(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(question));
+
+// --- For tests ---
+
+/// Puts all boxes under script until the process ends: none is shown any more.
+void beginScript();
+/// Expects a box with \a text (compared whole) next; \a yes answers a question. An empty text fits any box.
+void expectInform(const QString &text);
+void expectAsk(const QString &text, bool yes);
+void expectAskToSave(const QString &text, Choice choice);
+/// What did not go by the script since the last call: boxes nobody expected, and expected ones that never
+/// came. Empty when all went as scripted. Clears the script.
+QString takeUnexpected();
+
+} // namespace ui::prompts

@@ -1,0 +1,49 @@
+#include "ui/record_panel.h"
+
+#include "db/recordset.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+
+namespace ui
+{
+
+RecordPanel::RecordPanel(db::Recordset &recordset, QObject *parent)
+    : QObject(parent)
+    , m_recordset(recordset)
+{
+    connect(&recordset, &db::Recordset::currentRowChanged, this, &RecordPanel::show);
+}
+
+void RecordPanel::bind(QLineEdit *box, const QString &column)
+{
+    m_fields.append({box, nullptr, column});
+    connect(box, &QLineEdit::textChanged, this, [this, column](const QString &text) {
+        if (!m_showing)
+            m_recordset.setValue(column, text);
+    });
+}
+
+void RecordPanel::bind(QCheckBox *box, const QString &column)
+{
+    m_fields.append({nullptr, box, column});
+    connect(box, &QCheckBox::toggled, this, [this, column](bool checked) {
+        if (!m_showing)
+            m_recordset.setValue(column, checked ? 1 : 0);
+    });
+}
+
+void RecordPanel::show()
+{
+    const QScopedValueRollback showing(m_showing, true);
+    for (const Field &field : std::as_const(m_fields)) {
+        const QVariant value = m_recordset.value(field.column);
+        if (field.check)
+            field.check->setChecked(value.toInt() == 1);
+        else if (field.line->text() != value.toString())
+            field.line->setText(value.toString());
+    }
+}
+
+} // namespace ui

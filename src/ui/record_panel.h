@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+class QCheckBox;
+class QLineEdit;
+
+namespace db
+{
+class Recordset;
+}
+
+namespace ui
+{
+
+/// The boxes of a screen bound to the columns of a record set's current row: moving to a row shows it in the
+/// boxes, and every keystroke edits the row, so that nothing depends on a box losing the focus.
+class RecordPanel : public QObject
+{
+    Q_OBJECT
+
+public:
+    RecordPanel(db::Recordset &recordset, QObject *parent);
+
+    /// Binds \a box to the text of \a column.
+    void bind(QLineEdit *box, const QString &column);
+    /// Binds \a box to a column that holds 0 or 1.
+    void bind(QCheckBox *box, const QString &column);
+
+    /// Shows the current row in all boxes; without a row they are empty.
+    void show();
+
+private:
+    struct Field
+    {
+        QLineEdit *line;
+        QCheckBox *check;
+        QString column;
+    };
+
+    db::Recordset &m_recordset;
+    QList<Field> m_fields;
+    bool m_showing = false;
+};
+
+} // namespace ui

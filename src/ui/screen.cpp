@@ -1,0 +1,126 @@
+#include "ui/screen.h"
+
+#include "app/settings.h"
+#include "app/workspace.h"
+#include "ui/grid.h"
+#include "ui/prompts.h"
+#include "ui/twips.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QTextEdit>
+
+using namespace Qt::StringLiterals;
+
+namespace ui
+{
+
+Screen::Screen(app::Workspace &workspace, QWidget *parent)
+    : QDialog(parent)
+    , m_workspace(workspace)
+{
+    setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                   Qt::WindowCloseButtonHint);
+    QFont type = font();
+    type.setPointSize(workspace.panel.textSize);
+    setFont(type);
+}
+
+void Screen::setUp()
+{
+    // Enter belongs to moving on; a preset button would take it.
+    const auto buttons = findChildren<QPushButton *>();
+    for (QPushButton *button : buttons)
+        button->setAutoDefault(false);
+    const auto grids = findChildren<Grid *>();
+    for (Grid *grid : grids)
+        grid->setUp(m_workspace, layoutName() + u'/' + grid->objectName());
+}
+
+bool Screen::tell(const db::Status &status)
+{
+    if (!status)
+        prompts::inform(this, status.error().text);
+    return bool(status);
+}
+
+void Screen::restorePlace()
+{
+    const QStringList size = m_workspace.settings.layout(layoutName() + u"/size"_s).split(u' ');
+    if (size.size() == 2 && size.at(0).toInt() > 0 && size.at(1).toInt() > 0)
+        resize(QSize(size.at(0).toInt(), size.at(1).toInt()).expandedTo(minimumSizeHint()));
+    const app::Settings &settings = m_workspace.settings;
+    const QPoint wanted(pixelsFromTwips(settings.number(app::keys::frmLeft)),
+                        pixelsFromTwips(settings.number(app::keys::frmTop)));
+    moveOnto(this, wanted);
+}
+
+void Screen::saveLayout()
+{
+    if (!isMaximized())
+        m_workspace.settings.writeLayout(layoutName() + u"/size"_s, u"%1 %2"_s.arg(width()).arg(height()));
+    const auto grids = findChildren<Grid *>();
+    for (const Grid *grid : grids)
+        grid->saveLayout(m_workspace);
+}
+
+void Screen::closeEvent(QCloseEvent *event)
+{
+    if (!mayClose()) {
+        event->ignore();
+        return;
+    }
+    saveLayout();
+    QDialog::closeEvent(event);
+}
+
+void Screen::reject()
+{
+    // QDialog's own rejection would hide the screen without asking closeEvent().
+    if (mayClose()) {
+        saveLayout();
+        QDialog::reject();
+    }
+}
+
+void Screen::showEvent(QShowEvent *event)
+{
+    if (!m_placed) {
+        m_placed = true;
+        restorePlace();
+    }
+    QDialog::showEvent(event);
+}
+
+bool Screen::event(QEvent *event)
+{
+    const bool done = QDialog::event(event);
+    if (event->type() == QEvent::WindowActivate && isVisible())
+        becameActive();
+    return done;
+}
+
+void Screen::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || event->modifiers() & ~Qt::KeypadModifier) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    QWidget *focus = focusWidget();
+    if (auto *button = qobject_cast<QPushButton *>(focus)) {
+        button->click();
+        return;
+    }
+    const QString clicks = focus ? focus->property("enterClicks").toString() : QString();
+    if (auto *button = clicks.isEmpty() ? nullptr : findChild<QPushButton *>(clicks))
+        button->click();
+    else
+        focusNextPrevChild(true);
+}
+
+} // namespace ui

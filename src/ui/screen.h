@@ -1,0 +1,60 @@
+#pragma once
+
+#include "db/result.h"
+
+#include <QDialog>
+
+namespace app
+{
+class Workspace;
+}
+
+namespace ui
+{
+
+/// The base of every screen but the main window: opens at the common position with the size it had last,
+/// in the panel's text size; Enter moves on as Tab does. A line edit with the dynamic property "enterClicks"
+/// presses the button of that object name instead.
+class Screen : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit Screen(app::Workspace &workspace, QWidget *parent = nullptr);
+
+protected:
+    /// To be called at the end of a screen's constructor, after setupUi(): sizes, grids, buttons.
+    void setUp();
+
+    /// Each time the screen becomes the active window.
+    virtual void becameActive() {}
+
+    /// Whether the screen may close now; a screen settles here what is unsaved.
+    virtual bool mayClose() { return true; }
+
+    /// Tells the error of a failed action. \return whether the action was done
+    bool tell(const db::Status &status);
+
+    app::Workspace &workspace() const { return m_workspace; }
+
+    /// "frmOut": the screen's object name, under which its layout is kept.
+    [[nodiscard]] QString layoutName() const { return objectName(); }
+
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    bool event(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+public slots:
+    /// Esc closes as the window's own button does.
+    void reject() override;
+
+private:
+    void restorePlace();
+    void saveLayout();
+
+    app::Workspace &m_workspace;
+    bool m_placed = false;
+};
+
+} // namespace ui

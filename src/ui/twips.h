@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QPoint>
+
+class QWidget;
+
+// Window positions are stored in twips, 1440 to the inch, at the screen's nominal 96 pixels.
+namespace ui
+{
+
+inline constexpr double twipsPerPixel = 15.0;
+
+/// Nearest pixel; nonsense beyond any screen counts as 0.
+int pixelsFromTwips(double twips);
+double twipsFromPixels(int pixels);
+
+/// Moves \a window to \a wanted, or as near as keeps it whole on a screen that exists now.
+void moveOnto(QWidget *window, const QPoint &wanted);
+
+} // namespace ui

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "app/settings.h"
+#include "app/workspace.h"
+#include "db/connection.h"
+
+#include <QTemporaryDir>
+
+/// A shop on its first day, for one test: an application folder of its own with an empty, open database
+/// "shop.cdb", settings that nobody else reads, and a clock that stands still on 2026-04-01 10:00.
+class FreshShop
+{
+public:
+    FreshShop();
+
+    [[nodiscard]] QString path(const QString &name) const { return folder.filePath(name); }
+
+    /// Runs a statement that prepares the shop; a failure ends the test program.
+    void run(const QString &sql, const QVariantList &values = {});
+    /// The single value of a query.
+    QVariant value(const QString &sql, const QVariantList &values = {});
+    /// The rows of a query as "a|b|c" lines, NULL as "-".
+    QStringList rows(const QString &sql, const QVariantList &values = {});
+
+    QTemporaryDir folder;
+    QDateTime now;
+    db::Connection connection;
+    app::Settings settings;
+    app::Workspace workspace;
+};
