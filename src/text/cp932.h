@@ -6,7 +6,8 @@
 #include <optional>
 
 // The system's multi-byte code page (Windows code page 932, Shift-JIS with the vendors' additions).
-namespace text {
+namespace text
+{
 
 /// Length of \a s in bytes of CP932: full-width characters 2, half-width ones 1. A character that has
 /// no place in the code page (an emoji, 𠮷) counts 2, as it takes the room of a full-width one in print.

@@ -2,14 +2,17 @@
 
 #include <QString>
 
+#include <array>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
 // The LIKE of the search fields. The clerk types やまだ, ヤマダ or ﾔﾏﾀﾞ and expects the same customers, so
 // upper and lower case, full and half width and the two kana are equal here. It works on UTF-8 as the
 // database hands it over, without allocating for each row.
-namespace text {
+namespace text
+{
 
 /// The folded form of \a s: what two texts share when LIKE treats them as equal.
 std::u16string folded(QStringView s);
@@ -23,6 +26,17 @@ public:
 
     /// Whether the whole of \a utf8Text matches. Malformed UTF-8 never reads outside the text.
     [[nodiscard]] bool matches(std::string_view utf8Text) const;
+
+private:
+    void findRequiredBytes();
+    bool hasRequiredBytes(std::string_view utf8Text) const;
+    bool matchesFolded(std::u32string_view text) const;
+
+    std::vector<std::u32string> m_pieces;   // folded, between the "%"s
+    bool m_anyHead = false;                 // starts with "%"
+    bool m_anyTail = false;                 // ends with "%"
+    std::string m_required;                 // bytes that every match contains, empty when none are known
+    std::array<std::uint8_t, 256> m_skip{}; // by the byte under the end of m_required: how far to move on
 };
 
 } // namespace text

@@ -5,7 +5,8 @@
 #include <optional>
 
 // Numbers as they are typed and shown.
-namespace text {
+namespace text
+{
 
 /// A number as a clerk types it: full-width digits, signs and points count as half-width ones, blanks
 /// around it and thousands separators ("1,234") are passed over. Nothing for anything else, for an empty

@@ -4,7 +4,8 @@
 
 // Conversions between full and half width and between the two kana, as the clerk expects of
 // the fields that force one of them.
-namespace text {
+namespace text
+{
 
 /// Full-width ASCII, blanks, punctuation and katakana (and hiragana) become half-width; a voiced kana
 /// becomes two characters (ガ → ｶﾞ). Characters without a half-width form stay.

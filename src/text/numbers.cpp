@@ -1,0 +1,120 @@
+#include "text/numbers.h"
+
+#include "text/width.h"
+
+#include <QByteArray>
+#include <QLocale>
+
+#include <charconv>
+#include <cmath>
+
+namespace text
+{
+
+namespace
+{
+
+// The plain ASCII of a typed number, "-1234.50": no plus sign, no separators, a digit at both ends of
+// a point. Nothing when it is no number.
+std::optional<QByteArray> plainNumber(QStringView s)
+{
+    const QString typed = toHalfWidthAscii(s).trimmed();
+    QByteArray plain;
+    qsizetype i = 0;
+    if (typed.startsWith(u'-') || typed.startsWith(u'+'))
+        i = 1;
+    const auto isDigit = [&typed](qsizetype at) {
+        return at >= 0 && at < typed.size() && typed[at] >= u'0' && typed[at] <= u'9';
+    };
+    bool anyDigit = false;
+    bool point = false;
+    for (; i < typed.size(); ++i) {
+        if (isDigit(i)) {
+            anyDigit = true;
+            plain += typed[i].toLatin1();
+        } else if (typed[i] == u'.' && !point) {
+            point = true;
+            plain += anyDigit ? "." : "0.";
+        } else if (typed[i] != u',' || point || !isDigit(i - 1) || !isDigit(i + 1)) {
+            return std::nullopt;
+        }
+    }
+    if (!anyDigit)
+        return std::nullopt;
+    if (plain.endsWith('.'))
+        plain += '0';
+    return typed.startsWith(u'-') ? "-" + plain : plain;
+}
+
+// Fifteen significant digits are what a double surely holds; the rest is noise of binary arithmetic, which
+// would show 0.1 × 3 as 0.30000000000000004 and round 2.675 down. From 1e15 on there are only whole numbers
+// of interest, and they are left as they are.
+double withoutNoise(double value)
+{
+    if (!(std::abs(value) < 1e15))
+        return value;
+    return QByteArray::number(value, 'g', 15).toDouble();
+}
+
+bool isWhole(double value) { return std::trunc(value) == value; }
+
+// "#,##0" with as many decimals, rounded half away from zero.
+QString fixedPoint(double value, int decimals)
+{
+    const double units = std::round(withoutNoise(std::abs(value) * std::pow(10.0, decimals)));
+    QString result = QString::number(units, 'f', 0).rightJustified(decimals + 1, u'0');
+    const qsizetype wholeDigits = result.size() - decimals;
+    if (decimals > 0)
+        result.insert(wholeDigits, u'.');
+    for (qsizetype at = wholeDigits - 3; at > 0; at -= 3)
+        result.insert(at, u',');
+    return value < 0 && units != 0 ? QString(u'-' + result) : result;
+}
+
+} // namespace
+
+std::optional<double> parseNumber(QStringView s)
+{
+    const std::optional<QByteArray> plain = plainNumber(s);
+    if (!plain)
+        return std::nullopt;
+    double value = 0;
+    const auto [end, error] = std::from_chars(plain->begin(), plain->end(), value, std::chars_format::fixed);
+    if (error == std::errc::result_out_of_range) {
+        // Too large, or nearer to 0 than a double can tell.
+        const QByteArray whole = plain->split('.').constFirst();
+        const bool tiny = whole.count('0') + whole.count('-') == whole.size();
+        return tiny ? std::optional(0.0) : std::nullopt;
+    }
+    return value == 0 ? 0.0 : value; // never -0
+}
+
+std::optional<qint64> parseInteger(QStringView s)
+{
+    std::optional<QByteArray> plain = plainNumber(s);
+    if (!plain)
+        return std::nullopt;
+    if (const qsizetype point = plain->indexOf('.'); point >= 0) {
+        const QByteArray decimals = plain->mid(point + 1);
+        if (decimals.count('0') != decimals.size())
+            return std::nullopt;
+        plain->truncate(point);
+    }
+    bool fits = false;
+    const qint64 value = plain->toLongLong(&fits);
+    return fits ? std::optional(value) : std::nullopt;
+}
+
+double numberOrZero(QStringView s) { return parseNumber(s).value_or(0); }
+
+QString formatAmount(double value) { return fixedPoint(value, 0); }
+
+QString formatQuantity(double value) { return fixedPoint(value, isWhole(withoutNoise(value)) ? 0 : 2); }
+
+QString formatPlain(double value)
+{
+    const double shown = withoutNoise(value);
+    return shown == 0 ? QStringLiteral("0") : QString::number(shown, 'f', QLocale::FloatingPointShortest);
+}
+
+} // namespace text

@@ -1,0 +1,472 @@
+#include "text/cp932.h"
+#include "text/like.h"
+#include "text/numbers.h"
+#include "text/width.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+std::string utf8(QStringView s) { return s.toUtf8().toStdString(); }
+
+// LIKE by its definition, on texts that are folded already.
+bool naiveLike(std::u16string_view pattern, std::u16string_view text)
+{
+    if (pattern.empty())
+        return text.empty();
+    if (pattern.front() == u'%')
+        return naiveLike(pattern.substr(1), text) || (!text.empty() && naiveLike(pattern, text.substr(1)));
+    return !text.empty() && (pattern.front() == u'_' || pattern.front() == text.front()) &&
+           naiveLike(pattern.substr(1), text.substr(1));
+}
+
+QString randomText(std::mt19937 &random, QStringView alphabet, std::size_t longest)
+{
+    QString s;
+    for (std::size_t left = random() % (longest + 1); left > 0; --left)
+        s += alphabet[static_cast<qsizetype>(random() % static_cast<std::size_t>(alphabet.size()))];
+    return s;
+}
+
+} // namespace
+
+class TestText : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cp932Bytes_data();
+    void cp932Bytes();
+    void codePageThereAndBack_data();
+    void codePageThereAndBack();
+    void malformedCodePageBytes_data();
+    void malformedCodePageBytes();
+    void leftCp932_data();
+    void leftCp932();
+
+    void width_data();
+    void width();
+    void katakana();
+    void reading_data();
+    void reading();
+    void fullWidthBlanks();
+
+    void parseNumber_data();
+    void parseNumber();
+    void parseInteger_data();
+    void parseInteger();
+    void formats_data();
+    void formats();
+
+    void likeFolds_data();
+    void likeFolds();
+    void likeTellsApart_data();
+    void likeTellsApart();
+    void likeWildcards_data();
+    void likeWildcards();
+    void likeEscape();
+    void likeAgreesWithItsDefinition();
+    void likeWithMalformedUtf8();
+};
+
+void TestText::cp932Bytes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<QString>("without");
+
+    QTest::newRow("empty") << u""_s << 0 << u""_s;
+    QTest::newRow("44 half-width") << u"a"_s.repeated(44) << 44 << u""_s;
+    QTest::newRow("45 half-width") << u"ｱ"_s.repeated(45) << 45 << u""_s;
+    QTest::newRow("22 full-width") << u"漢"_s.repeated(22) << 44 << u""_s;
+    QTest::newRow("22 full-width and one") << u"漢"_s.repeated(22) + u'-' << 45 << u""_s;
+    QTest::newRow("vendors' characters") << u"①㈱髙﨑Ⅲ～"_s << 12 << u""_s;
+    QTest::newRow("other systems' code points") << u"〜−‖—¢£¬"_s << 14 << u""_s;
+    QTest::newRow("half-width yen and overline") << u"¥‾"_s << 2 << u""_s;
+    QTest::newRow("controls") << u"\t\r\n"_s << 3 << u""_s;
+    QTest::newRow("emoji") << u"a😀b😀"_s << 6 << u"😀"_s;
+    QTest::newRow("no place, in order") << u"𠮷野é한𠮷é"_s << 12 << u"𠮷é한"_s;
+    QTest::newRow("half a pair") << u"a"_s + QChar(0xD83D) << 3 << QString(QChar(0xD83D));
+}
+
+void TestText::cp932Bytes()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, without);
+    QTEST(text::cp932Bytes(text), "bytes");
+    QCOMPARE(text::notInCp932(text), without);
+    QCOMPARE(text::toCp932(text).has_value(), without.isEmpty());
+    if (without.isEmpty())
+        QCOMPARE(text::toCp932(text)->size(), text::cp932Bytes(text));
+}
+
+void TestText::codePageThereAndBack_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("hex");
+    QTest::addColumn<QString>("back");
+
+    QTest::newRow("mixed") << u"Aｱあ亜"_s << "41b182a0889f"_ba << u"Aｱあ亜"_s;
+    QTest::newRow("trail byte of a backslash") << u"表ソ"_s << "955c835c"_ba << u"表ソ"_s;
+    QTest::newRow("vendors'") << u"①㈱髙﨑"_s << "8740878afbfcfab1"_ba << u"①㈱髙﨑"_s;
+    QTest::newRow("twins") << u"〜−"_s << "8160817c"_ba << u"～－"_s;
+    QTest::newRow("NUL") << QString(QChar(u'\0')) << "00"_ba << QString(QChar(u'\0'));
+}
+
+void TestText::codePageThereAndBack()
+{
+    QFETCH(QString, text);
+    const std::optional<QByteArray> bytes = text::toCp932(text);
+    QVERIFY(bytes);
+    QTEST(bytes->toHex(), "hex");
+    QTEST(text::fromCp932(*bytes).value_or(u"malformed"_s), "back");
+}
+
+void TestText::malformedCodePageBytes_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("lead byte at the end") << "a\x82"_ba;
+    QTest::newRow("no trail byte") << "\x82 a"_ba;
+    QTest::newRow("no lead byte") << "\xFF"_ba;
+    QTest::newRow("unassigned") << "\x85\x9F"_ba;
+}
+
+void TestText::malformedCodePageBytes()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(!text::fromCp932(bytes));
+}
+
+void TestText::leftCp932_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<QString>("head");
+    QTest::newRow("all") << u"山a"_s << 3 << u"山a"_s;
+    QTest::newRow("never half a character") << u"山田"_s << 3 << u"山"_s;
+    QTest::newRow("nothing after the first that is too wide") << u"a山b"_s << 2 << u"a"_s;
+    QTest::newRow("a pair stays whole") << u"a😀b"_s << 3 << u"a😀"_s;
+    QTest::newRow("a pair falls whole") << u"a😀b"_s << 2 << u"a"_s;
+    QTest::newRow("no room") << u"a"_s << 0 << u""_s;
+}
+
+void TestText::leftCp932()
+{
+    QFETCH(QString, text);
+    QFETCH(int, bytes);
+    QTEST(text::leftCp932(text, bytes), "head");
+}
+
+void TestText::width_data()
+{
+    QTest::addColumn<QString>("full");
+    QTest::addColumn<QString>("half");
+    QTest::addColumn<QString>("halfAscii");
+    QTest::addColumn<QString>("fullAgain");
+
+    const auto row = [](const char *name, const QString &full, const QString &half, const QString &ascii,
+                        const QString &again) { QTest::newRow(name) << full << half << ascii << again; };
+    row("ASCII", u"！０９ＡＺａｚ～　"_s, u"!09AZaz~ "_s, u"!09AZaz~ "_s, u"！０９ＡＺａｚ～　"_s);
+    row("telephone", u"０３−１２３４－５６７８"_s, u"03-1234-5678"_s, u"03-1234-5678"_s,
+        u"０３－１２３４－５６７８"_s);
+    row("kana", u"アァヴガパッヲンー"_s, u"ｱｧｳﾞｶﾞﾊﾟｯｦﾝｰ"_s, u"アァヴガパッヲンー"_s, u"アァヴガパッヲンー"_s);
+    row("every voiced row", u"ザヂヅドバボペポヷヺ"_s, u"ｻﾞﾁﾞﾂﾞﾄﾞﾊﾞﾎﾞﾍﾟﾎﾟﾜﾞｦﾞ"_s, u"ザヂヅドバボペポヷヺ"_s,
+        u"ザヂヅドバボペポヷヺ"_s);
+    row("hiragana", u"きゃっぷ"_s, u"ｷｬｯﾌﾟ"_s, u"きゃっぷ"_s, u"キャップ"_s);
+    row("punctuation", u"。「」、・゛゜"_s, u"｡｢｣､･ﾞﾟ"_s, u"。「」、・゛゜"_s, u"。「」、・゛゜"_s);
+    row("no half-width form", u"ヶヵヮヰゐ漢―‐😀"_s, u"ヶヵヮヰゐ漢―‐😀"_s, u"ヶヵヮヰゐ漢―‐😀"_s,
+        u"ヶヵヮヰゐ漢―‐😀"_s);
+    row("yen", u"￥"_s, u"\\"_s, u"\\"_s, u"＼"_s);
+}
+
+void TestText::width()
+{
+    QFETCH(QString, full);
+    QFETCH(QString, half);
+    QCOMPARE(text::toHalfWidth(full), half);
+    QCOMPARE(text::toHalfWidth(half), half);
+    QTEST(text::toHalfWidthAscii(full), "halfAscii");
+    QTEST(text::toFullWidth(half), "fullAgain");
+}
+
+void TestText::katakana() { QCOMPARE(text::toKatakana(u"ぁんゔゖゝゞー漢ｱaア"), u"ァンヴヶヽヾー漢ｱaア"_s); }
+
+void TestText::reading_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("reading");
+    QTest::newRow("half-width") << u"ｷｬｯﾁｰ"_s << u"ｷﾔﾂﾁ-"_s;
+    QTest::newRow("katakana") << u"キャッチー"_s << u"ｷﾔﾂﾁ-"_s;
+    QTest::newRow("hiragana") << u"きゃっちー"_s << u"ｷﾔﾂﾁ-"_s;
+    QTest::newRow("every small kana") << u"ｧｨｩｪｫｬｭｮｯ"_s << u"ｱｲｳｴｵﾔﾕﾖﾂ"_s;
+    QTest::newRow("voiced") << u"ヴァージ"_s << u"ｳﾞｱ-ｼﾞ"_s;
+}
+
+void TestText::reading()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, reading);
+    QCOMPARE(text::normalisedReading(typed), reading);
+    QCOMPARE(text::normalisedReading(reading), reading);
+}
+
+void TestText::fullWidthBlanks()
+{
+    QCOMPARE(text::withoutFullWidthBlanks(u" 　山　田 太郎　 "), u"山田 太郎"_s);
+}
+
+void TestText::parseNumber_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<double>("value"); // NaN: no number
+
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    const auto row = [](const QString &typed, double value) {
+        QTest::addRow("'%s'", qPrintable(typed.left(20))) << typed << value;
+    };
+    row(u"１２"_s, 12);
+    row(u"1,234"_s, 1234);
+    row(u"１，２３４，５６７．８９"_s, 1234567.89);
+    row(u"－5"_s, -5);
+    row(u"−５"_s, -5);
+    row(u"+5"_s, 5);
+    row(u"　 0.1 "_s, 0.1);
+    row(u".5"_s, 0.5);
+    row(u"-.5"_s, -0.5);
+    row(u"5."_s, 5);
+    row(u"007"_s, 7);
+    for (const QString &typed : {u""_s,    u" "_s,     u"-"_s,   u"."_s,   u"-."_s,   u"1.2.3"_s, u"--1"_s,
+                                 u"- 1"_s, u"1-"_s,    u"1 2"_s, u",1"_s,  u"1,"_s,   u"1,,2"_s,  u"1.2,3"_s,
+                                 u"1e3"_s, u"1e400"_s, u"inf"_s, u"nan"_s, u"0x10"_s, u"一"_s,    u"٣"_s})
+        row(typed, none);
+    row(u"1"_s + u"0"_s.repeated(300), 1e300);
+    QTest::newRow("not finite") << u"9"_s.repeated(400) << none;
+    QTest::newRow("not finite, with decimals") << u"-"_s + u"9"_s.repeated(400) + u".5"_s << none;
+    QTest::newRow("next to nothing") << u"-0."_s + u"0"_s.repeated(400) + u"1"_s << 0.0;
+}
+
+void TestText::parseNumber()
+{
+    QFETCH(QString, typed);
+    QFETCH(double, value);
+    const std::optional<double> parsed = text::parseNumber(typed);
+    QCOMPARE(parsed.has_value(), !std::isnan(value));
+    if (parsed)
+        QVERIFY2(*parsed == value, qPrintable(QString::number(*parsed, 'g', 17)));
+    QCOMPARE(text::numberOrZero(typed), std::isnan(value) ? 0.0 : value);
+    QVERIFY(!std::signbit(text::parseNumber(u"-0").value_or(-1)));
+}
+
+void TestText::parseInteger_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("largest") << u"9,223,372,036,854,775,807"_s << u"9223372036854775807"_s;
+    QTest::newRow("smallest") << u"-9223372036854775808"_s << u"-9223372036854775808"_s;
+    QTest::newRow("too large") << u"9223372036854775808"_s << u""_s;
+    QTest::newRow("far too large") << u"1"_s.repeated(400) << u""_s;
+    QTest::newRow("whole with decimals") << u"１２．００"_s << u"12"_s;
+    QTest::newRow("not whole") << u"12.01"_s << u""_s;
+    QTest::newRow("plus") << u"＋３"_s << u"3"_s;
+    QTest::newRow("no number") << u"-"_s << u""_s;
+}
+
+void TestText::parseInteger()
+{
+    QFETCH(QString, typed);
+    const std::optional<qint64> parsed = text::parseInteger(typed);
+    QTEST(parsed ? QString::number(*parsed) : QString(), "value");
+}
+
+void TestText::formats_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("amount");
+    QTest::addColumn<QString>("quantity");
+    QTest::addColumn<QString>("plain");
+
+    const auto row = [](const char *name, double value, const QString &amount, const QString &quantity,
+                        const QString &plain) {
+        QTest::newRow(name) << value << amount << quantity << plain;
+    };
+    row("zero", 0, u"0"_s, u"0"_s, u"0"_s);
+    row("negative zero", -0.0, u"0"_s, u"0"_s, u"0"_s);
+    row("three digits", 999, u"999"_s, u"999"_s, u"999"_s);
+    row("four digits", 1000, u"1,000"_s, u"1,000"_s, u"1000"_s);
+    row("negative", -123456, u"-123,456"_s, u"-123,456"_s, u"-123456"_s);
+    row("negative, seven digits", -1234567, u"-1,234,567"_s, u"-1,234,567"_s, u"-1234567"_s);
+    row("half", 0.5, u"1"_s, u"0.50"_s, u"0.5"_s);
+    row("half, even", 2.5, u"3"_s, u"2.50"_s, u"2.5"_s);
+    row("negative half", -2.5, u"-3"_s, u"-2.50"_s, u"-2.5"_s);
+    row("below half", -0.4, u"0"_s, u"-0.40"_s, u"-0.4"_s);
+    row("half of the last place", 2.675, u"3"_s, u"2.68"_s, u"2.675"_s);
+    row("less than the last place", -0.001, u"0"_s, u"0.00"_s, u"-0.001"_s);
+    row("carry", 999.995, u"1,000"_s, u"1,000.00"_s, u"999.995"_s);
+    row("binary noise", 0.1 * 3, u"0"_s, u"0.30"_s, u"0.3"_s);
+    row("whole but for noise", 0.1 * 30, u"3"_s, u"3"_s, u"3"_s);
+    row("noise below half", 1.15 * 100 * 1.1 + 0, u"127"_s, u"126.50"_s, u"126.5"_s);
+    row("largest", 1e15, u"1,000,000,000,000,000"_s, u"1,000,000,000,000,000"_s, u"1000000000000000"_s);
+    row("below the largest", 999999999999999, u"999,999,999,999,999"_s, u"999,999,999,999,999"_s,
+        u"999999999999999"_s);
+    row("beyond", 9007199254740991, u"9,007,199,254,740,991"_s, u"9,007,199,254,740,991"_s,
+        u"9007199254740991"_s);
+    row("no exponent", 0.00001, u"0"_s, u"0.00"_s, u"0.00001"_s);
+}
+
+void TestText::formats()
+{
+    QFETCH(double, value);
+    QTEST(text::formatAmount(value), "amount");
+    QTEST(text::formatQuantity(value), "quantity");
+    QTEST(text::formatPlain(value), "plain");
+}
+
+void TestText::likeFolds_data()
+{
+    QTest::addColumn<QString>("one");
+    QTest::addColumn<QString>("other");
+    QTest::newRow("hiragana, katakana") << u"やまだ"_s << u"ヤマダ"_s;
+    QTest::newRow("half-width") << u"ﾔﾏﾀﾞ"_s << u"やまだ"_s;
+    QTest::newRow("half-width base, full-width mark") << u"ﾊ゜"_s << u"ぱ"_s;
+    QTest::newRow("combining mark") << u"か\u3099"_s << u"ガ"_s;
+    QTest::newRow("small kana") << u"ｷｬｯ"_s << u"きゃっ"_s;
+    QTest::newRow("v") << u"ゔｳﾞ"_s << u"ヴヴ"_s;
+    QTest::newRow("upper and lower case") << u"AbCéЖΩ"_s << u"aBcÉжω"_s;
+    QTest::newRow("full-width ASCII") << u"Ｔｏｋｙｏ－２０"_s << u"TOKYO-20"_s;
+    QTest::newRow("blank") << u"山　田"_s << u"山 田"_s;
+    QTest::newRow("long vowel") << u"ｰ"_s << u"ー"_s;
+    QTest::newRow("punctuation") << u"｡｢｣､･"_s << u"。「」、・"_s;
+    QTest::newRow("wave dash") << u"〜−"_s << u"～－"_s;
+    QTest::newRow("iteration mark") << u"ゞ"_s << u"ヽﾞ"_s;
+}
+
+void TestText::likeFolds()
+{
+    QFETCH(QString, one);
+    QFETCH(QString, other);
+    QCOMPARE(text::folded(one), text::folded(other));
+    const QString mixed = u"株"_s + one + u"店"_s;
+    for (const QString &pattern : {QString(u'%' + other + u'%'), QString(u"株"_s + other + u"店"_s)})
+        QVERIFY2(text::LikePattern(utf8(pattern)).matches(utf8(mixed)), qPrintable(pattern));
+    QVERIFY(text::LikePattern(utf8(one)).matches(utf8(other)));
+}
+
+void TestText::likeTellsApart_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("voiced or not") << u"%ｶ%"_s << u"ｶﾞ"_s;
+    QTest::newRow("voiced or half-voiced") << u"%バ%"_s << u"ﾊﾟ"_s;
+    QTest::newRow("small kana") << u"%や%"_s << u"ゃ"_s;
+    QTest::newRow("counter ka") << u"%ケ%"_s << u"ヶ"_s;
+    QTest::newRow("kanji") << u"%高%"_s << u"髙"_s;
+    QTest::newRow("the minus and the long vowel") << u"%-%"_s << u"ー"_s;
+    QTest::newRow("supplementary characters") << u"%𠮷%"_s << u"𠮶"_s;
+    QTest::newRow("kanji of which the bytes are split") << u"%山田%"_s << u"山川田"_s;
+}
+
+void TestText::likeTellsApart()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QString, text);
+    QVERIFY(!text::LikePattern(utf8(pattern)).matches(utf8(text)));
+}
+
+void TestText::likeWildcards_data()
+{
+    QTest::addColumn<QString>("pattern");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("matches");
+    const auto row = [](const QString &pattern, const QString &text, bool matches) {
+        QTest::addRow("'%s' '%s'", qPrintable(pattern), qPrintable(text)) << pattern << text << matches;
+    };
+    row(u""_s, u""_s, true);
+    row(u""_s, u"a"_s, false);
+    row(u"%"_s, u""_s, true);
+    row(u"%%"_s, u"山"_s, true);
+    row(u"_"_s, u""_s, false);
+    row(u"O%"_s, u"O1001"_s, true);
+    row(u"O%"_s, u"R-O1"_s, false);
+    row(u"%店"_s, u"商店"_s, true);
+    row(u"%店"_s, u"商店街"_s, false);
+    row(u"%店"_s, u"店商店"_s, true);
+    row(u"aa%aa"_s, u"aaa"_s, false);
+    row(u"山%田"_s, u"山"_s, false);
+    row(u"_"_s, u"ｶﾞ"_s, true);
+    row(u"__"_s, u"ｶﾞ"_s, false);
+    row(u"_"_s, u"😀"_s, true);
+    row(u"a_%"_s, u"a"_s, false);
+    row(u"％"_s, u"山"_s, false);
+    row(u"％＿"_s, u"%_"_s, true);
+    row(u"%b"_s, u"a"_s + QChar(u'\0') + u"b"_s, true);
+    row(u"a_b"_s, u"a"_s + QChar(u'\0') + u"b"_s, true);
+    row(u"%"_s + u"山"_s.repeated(100) + u"%"_s, u"川"_s + u"山"_s.repeated(100), true);
+    row(u"%"_s + u"山"_s.repeated(100) + u"%"_s, u"川"_s + u"山"_s.repeated(99), false);
+    row(u"%終"_s, u"あ"_s.repeated(5000) + u"終"_s, true);
+}
+
+void TestText::likeWildcards()
+{
+    QFETCH(QString, pattern);
+    QFETCH(QString, text);
+    QTEST(text::LikePattern(utf8(pattern)).matches(utf8(text)), "matches");
+}
+
+void TestText::likeEscape()
+{
+    const text::LikePattern percent("100\\%%", U'\\');
+    QVERIFY(percent.matches("100% wool"));
+    QVERIFY(!percent.matches("1000"));
+    QVERIFY(text::LikePattern("a\\_b", U'\\').matches("a_b"));
+    QVERIFY(!text::LikePattern("a\\_b", U'\\').matches("axb"));
+    QVERIFY(text::LikePattern("%\\\\", U'\\').matches("a\\"));
+}
+
+void TestText::likeAgreesWithItsDefinition()
+{
+    std::mt19937 random(932);
+    int matches = 0;
+    for (int i = 0; i < 50'000; ++i) {
+        const QString pattern = randomText(random, u"%%_山川aａかｶﾞカ", 7);
+        const QString text = randomText(random, u"山川山AａかｶﾞガP", 10);
+        // Folding leaves "%" and "_" alone, and no mark joins across them.
+        const bool expected = naiveLike(text::folded(pattern), text::folded(text));
+        QVERIFY2(text::LikePattern(utf8(pattern)).matches(utf8(text)) == expected,
+                 qPrintable(pattern + u" | "_s + text));
+        matches += expected ? 1 : 0;
+    }
+    QVERIFY(matches > 2'000); // the alphabet is small enough for both outcomes
+}
+
+void TestText::likeWithMalformedUtf8()
+{
+    // Buffers of just the text's size, so that the sanitizer sees a read beyond.
+    std::mt19937 random(1);
+    const std::string sample = utf8(u"a山😀ｶﾞ");
+    for (std::size_t size = 0; size <= sample.size(); ++size) {
+        const std::vector<char> cut(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(size));
+        const std::string_view text(cut.data(), cut.size());
+        QVERIFY(text::LikePattern("%").matches(text));
+        QCOMPARE(text::LikePattern("a%").matches(text), size > 0);
+        QCOMPARE(text::LikePattern(utf8(u"%山%")).matches(text), size >= 4);
+    }
+    for (int i = 0; i < 20'000; ++i) {
+        std::vector<char> bytes(random() % 12);
+        for (char &byte : bytes)
+            byte = static_cast<char>(random() % 3 == 0 ? 0xE3 : random() % 256);
+        const std::string_view text(bytes.data(), bytes.size());
+        QVERIFY(text::LikePattern(text).matches(text));
+    }
+    QVERIFY(!text::LikePattern("%/%").matches("\xC0\xAF"));     // overlong
+    QVERIFY(!text::LikePattern("%/%").matches("\xE0\x80\xAF")); // overlong
+}
+
+QTEST_APPLESS_MAIN(TestText)
+#include "tst_text.moc"
