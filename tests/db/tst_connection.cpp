@@ -1,0 +1,318 @@
+#include "support/fresh_shop.h"
+
+#include "db/backup.h"
+#include "db/create.h"
+#include "db/keys.h"
+#include "db/schema.h"
+#include "db/transaction.h"
+
+#include <QSqlQuery>
+#include <QTest>
+
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Another program's handle on a file.
+class OtherProgram
+{
+public:
+    explicit OtherProgram(const QString &fileName) { sqlite3_open(fileName.toUtf8().constData(), &m_handle); }
+    ~OtherProgram() { sqlite3_close(m_handle); }
+    OtherProgram(const OtherProgram &) = delete;
+    OtherProgram &operator=(const OtherProgram &) = delete;
+
+    int run(const char *sql) { return sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr); }
+
+private:
+    sqlite3 *m_handle = nullptr;
+};
+
+QByteArray contentsOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString &fileName, const QByteArray &contents)
+{
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(contents);
+}
+
+} // namespace
+
+class TestConnection : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initialFileHasAllTables();
+    void refusedFiles_data();
+    void refusedFiles();
+    void damagedFilesNeverCrash();
+    void readOnlyFileIsRefused();
+    void lockedFileIsRefused();
+    void foldedLike();
+    void boundTextIsNeverSql();
+    void keysAndGaps();
+    void twoProgramsNeverTakeTheSameKey();
+    void transactionRollsBack();
+    void innerTransactionBelongsToTheOuter();
+    void fullDiskLosesNothing();
+    void backupReplacesOnlyWhenComplete();
+};
+
+void TestConnection::initialFileHasAllTables()
+{
+    FreshShop shop;
+    QCOMPARE(db::tables().size(), std::size_t(13));
+    for (const db::Table &table : db::tables()) {
+        QVERIFY2(shop.connection.select(u"SELECT * FROM "_s + table.name), qPrintable(table.name));
+        QCOMPARE(table.key.isEmpty(), table.name == u"入出庫サブ"_s);
+    }
+    QCOMPARE(shop.value(u"PRAGMA application_id"_s).toUInt(), 0x4B414E42U);
+    QCOMPARE(shop.value(u"PRAGMA synchronous"_s).toInt(), 3);
+    QCOMPARE(shop.value(u"PRAGMA journal_mode"_s).toString(), u"delete"_s);
+}
+
+void TestConnection::refusedFiles_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<QString>("reason");
+    QTemporaryDir folder;
+    const QString valid = folder.filePath(u"valid.cdb"_s);
+    QVERIFY(db::createDatabase(valid));
+    const QByteArray good = contentsOf(valid);
+    const auto changed = [&](const char *sql) {
+        const QString copy = folder.filePath(u"copy.cdb"_s);
+        QFile::remove(copy);
+        QFile::copy(valid, copy);
+        OtherProgram other(copy);
+        Q_ASSERT(other.run(sql) == SQLITE_OK);
+        return contentsOf(copy);
+    };
+    QTest::newRow("empty") << QByteArray() << u"データベースファイルではない"_s;
+    QTest::newRow("short") << good.left(60) << u"データベースファイルではない"_s;
+    QTest::newRow("text") << QByteArray(4096, 'x') << u"データベースファイルではない"_s;
+    QTest::newRow("old engine") << QByteArray::fromHex("00010000") + "Standard Jet DB" + QByteArray(4096, 0)
+                                << u"データベースファイルではない"_s;
+    QTest::newRow("foreign") << changed("PRAGMA application_id = 7") << u"このプログラムの"_s;
+    QTest::newRow("newer") << changed("PRAGMA user_version = 2") << u"新しい版"_s;
+    QTest::newRow("no version") << changed("PRAGMA user_version = 0") << u"版が正しくない"_s;
+    QTest::newRow("table missing") << changed("DROP TABLE 規格") << u"規格"_s;
+    QTest::newRow("column missing") << changed("ALTER TABLE 社員 DROP COLUMN 内線番号") << u"内線番号"_s;
+    QTest::newRow("trigger")
+        << changed("CREATE TRIGGER t AFTER INSERT ON 社員 BEGIN DELETE FROM 納品先; END") << u"定義（t）"_s;
+    QTest::newRow("view") << changed("CREATE VIEW v AS SELECT 1") << u"定義（v）"_s;
+    QTest::newRow("cut off") << good.left(4096) << u""_s;
+}
+
+void TestConnection::refusedFiles()
+{
+    QFETCH(QByteArray, contents);
+    QFETCH(QString, reason);
+    FreshShop shop;
+    const QString fileName = shop.path(u"bad.cdb"_s);
+    write(fileName, contents);
+    const db::Status opened = shop.connection.open(fileName);
+    QVERIFY(!opened);
+    QVERIFY2(opened.error().text.contains(reason), qPrintable(opened.error().text));
+    QVERIFY(!shop.connection.isOpen());
+    QCOMPARE(contentsOf(fileName), contents);
+    QVERIFY(shop.connection.open(shop.path(u"shop.cdb"_s)));
+}
+
+// A file in which bytes were flipped opens or does not, and works or gives errors; it never ends the program.
+void TestConnection::damagedFilesNeverCrash()
+{
+    FreshShop shop;
+    for (int i = 1; i <= 50; ++i)
+        shop.run(u"INSERT INTO 社員 VALUES (?, ?, ?)"_s, {i, u"社員%1"_s.arg(i), u"10%1"_s.arg(i)});
+    shop.connection.close();
+    const QByteArray good = contentsOf(shop.path(u"shop.cdb"_s));
+    const QString fileName = shop.path(u"damaged.cdb"_s);
+    QRandomGenerator random(20260401);
+    for (int round = 0; round < 300; ++round) {
+        QByteArray bad = good;
+        for (int flips = 1 + round % 20; flips > 0; --flips)
+            bad[random.bounded(bad.size())] = static_cast<char>(random.bounded(256));
+        write(fileName, bad);
+        if (!shop.connection.open(fileName))
+            continue;
+        (void)shop.connection.select(u"SELECT * FROM 社員 ORDER BY 社員名"_s);
+        (void)shop.connection.execute(u"INSERT INTO 社員 VALUES (999, 'x', 'y')"_s);
+        (void)shop.connection.execute(u"DELETE FROM 社員"_s);
+    }
+    shop.connection.close();
+}
+
+void TestConnection::readOnlyFileIsRefused()
+{
+#ifdef Q_OS_UNIX
+    if (::geteuid() == 0)
+        QSKIP("the superuser may write to every file");
+#endif
+    FreshShop shop;
+    shop.connection.close();
+    QFile::setPermissions(shop.path(u"shop.cdb"_s), QFile::ReadOwner);
+    const db::Status opened = shop.connection.open(shop.path(u"shop.cdb"_s));
+    QVERIFY(!opened);
+    QVERIFY2(opened.error().text.contains(u"読み取り専用"_s), qPrintable(opened.error().text));
+}
+
+void TestConnection::lockedFileIsRefused()
+{
+    FreshShop shop;
+    shop.connection.close();
+    OtherProgram other(shop.path(u"shop.cdb"_s));
+    QCOMPARE(other.run("BEGIN EXCLUSIVE"), SQLITE_OK);
+    const db::Status opened = shop.connection.open(shop.path(u"shop.cdb"_s));
+    QVERIFY(!opened);
+    QVERIFY2(opened.error().text.contains(u"使用中"_s), qPrintable(opened.error().text));
+    QCOMPARE(other.run("COMMIT"), SQLITE_OK);
+    QVERIFY(shop.connection.open(shop.path(u"shop.cdb"_s)));
+}
+
+void TestConnection::foldedLike()
+{
+    FreshShop shop;
+    const QStringList names{u"やまだ"_s, u"ヤマダ"_s, u"ﾔﾏﾀﾞ"_s, u"山田"_s, u"ＡＢＣ"_s, u"abc"_s};
+    for (int i = 0; i < names.size(); ++i)
+        shop.run(u"INSERT INTO 社員 VALUES (?, ?, NULL)"_s, {i, names.at(i)});
+    const auto found = [&](const QString &pattern) {
+        return shop.rows(u"SELECT 社員ID FROM 社員 WHERE 社員名 LIKE ? ORDER BY 社員ID"_s, {pattern}).join(u' ');
+    };
+    QCOMPARE(found(u"%ﾔﾏﾀﾞ%"_s), u"0 1 2"_s);
+    QCOMPARE(found(u"%まだ%"_s), u"0 1 2"_s);
+    QCOMPARE(found(u"%ａＢ%"_s), u"4 5"_s);
+    QCOMPARE(found(u"山_"_s), u"3"_s);
+    QCOMPARE(shop.rows(u"SELECT NULL LIKE 'a', 'a%b' LIKE 'a!%b' ESCAPE '!', 'axb' LIKE 'a!%b' ESCAPE '!'"_s),
+             QStringList{u"-|1|0"_s});
+    // The pattern changes from row to row.
+    QCOMPARE(shop.rows(u"SELECT count(*) FROM 社員 a, 社員 b WHERE a.社員名 LIKE b.社員名"_s), QStringList{u"14"_s});
+}
+
+void TestConnection::boundTextIsNeverSql()
+{
+    FreshShop shop;
+    const QString nasty = u"'; DROP TABLE 社員; -- \"%_\\ 😀 𠮷"_s;
+    shop.run(u"INSERT INTO 社員 VALUES (1, ?, ?)"_s, {nasty, u"a\0b"_s});
+    QCOMPARE(shop.value(u"SELECT 社員名 FROM 社員 WHERE 社員名 = ?"_s, {nasty}).toString(), nasty);
+    QCOMPARE(shop.value(u"SELECT 内線番号 FROM 社員"_s).toString(), u"ab"_s);
+}
+
+void TestConnection::keysAndGaps()
+{
+    FreshShop shop;
+    const auto next = [&] { return *db::nextKey(shop.connection, u"単位"_s); };
+    QCOMPARE(next(), 1);
+    for (const int key : {1, 2, 5})
+        shop.run(u"INSERT INTO 単位 VALUES (?, '個')"_s, {key});
+    QCOMPARE(next(), 6);
+    shop.run(u"DELETE FROM 単位 WHERE 単位ID = 2"_s);
+    QCOMPARE(next(), 6);
+    shop.run(u"DELETE FROM 単位 WHERE 単位ID = 5"_s);
+    QCOMPARE(next(), 2);
+    shop.run(u"INSERT INTO 単位 VALUES (2147483647, '箱')"_s);
+    QVERIFY(!db::nextKey(shop.connection, u"単位"_s));
+}
+
+void TestConnection::twoProgramsNeverTakeTheSameKey()
+{
+    FreshShop shop;
+    db::Connection second;
+    QVERIFY(second.open(shop.path(u"shop.cdb"_s)));
+    db::Transaction first(shop.connection);
+    QVERIFY(first.begin());
+    const qint64 key = *db::nextKey(shop.connection, u"単位"_s);
+    shop.run(u"INSERT INTO 単位 VALUES (?, '個')"_s, {key});
+    QVERIFY(second.execute(u"PRAGMA busy_timeout = 50"_s));
+    {
+        db::Transaction waiting(second);
+        QVERIFY(!waiting.begin());
+    }
+    QVERIFY(first.commit());
+    db::Transaction after(second);
+    QVERIFY(after.begin());
+    QCOMPARE(*db::nextKey(second, u"単位"_s), key + 1);
+}
+
+void TestConnection::transactionRollsBack()
+{
+    FreshShop shop;
+    {
+        db::Transaction transaction(shop.connection);
+        QVERIFY(transaction.begin());
+        shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+    }
+    QVERIFY(!shop.connection.inTransaction());
+    QCOMPARE(shop.value(u"SELECT count(*) FROM 単位"_s).toInt(), 0);
+}
+
+void TestConnection::innerTransactionBelongsToTheOuter()
+{
+    FreshShop shop;
+    {
+        db::Transaction outer(shop.connection);
+        QVERIFY(outer.begin());
+        {
+            db::Transaction inner(shop.connection);
+            QVERIFY(inner.begin());
+            shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+            QVERIFY(inner.commit());
+        }
+        QVERIFY(shop.connection.inTransaction());
+    }
+    QCOMPARE(shop.value(u"SELECT count(*) FROM 単位"_s).toInt(), 0);
+}
+
+// SQLite's own page limit gives the same error as a full disk.
+void TestConnection::fullDiskLosesNothing()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+    const QString pages = shop.value(u"PRAGMA page_count"_s).toString();
+    QVERIFY(shop.connection.select(u"PRAGMA max_page_count = "_s + pages));
+    db::Status written;
+    for (int key = 2; key < 1000 && written; ++key) {
+        db::Transaction transaction(shop.connection);
+        QVERIFY(transaction.begin());
+        const auto row = shop.connection.execute(u"INSERT INTO 単位 VALUES (?, ?)"_s, {key, QString(500, u'個')});
+        written = row ? transaction.commit() : db::Status(row.error());
+    }
+    QVERIFY(!written);
+    QVERIFY2(written.error().text.contains(u"空き容量"_s), qPrintable(written.error().text));
+    QVERIFY(!shop.connection.inTransaction());
+    QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
+    const int rows = shop.value(u"SELECT count(*) FROM 単位"_s).toInt();
+    QCOMPARE(shop.value(u"SELECT max(単位ID) FROM 単位"_s).toInt(), rows);
+}
+
+void TestConnection::backupReplacesOnlyWhenComplete()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+    const QString backup = shop.path(u"BackupKanbalore.cdb"_s);
+    QVERIFY(db::copyDatabase(shop.connection, backup));
+    shop.run(u"INSERT INTO 単位 VALUES (2, '箱')"_s);
+    QVERIFY(db::copyDatabase(shop.connection, backup));
+    {
+        db::Connection copy;
+        QVERIFY(copy.open(backup));
+        QCOMPARE(copy.select(u"SELECT 単位 FROM 単位"_s)->count(), 2);
+    }
+    const QByteArray before = contentsOf(backup);
+    // A folder where the temporary file would stand: the copy cannot be written.
+    QVERIFY(QDir().mkpath(backup + u".tmp/x"_s));
+    QVERIFY(!db::copyDatabase(shop.connection, backup));
+    QCOMPARE(contentsOf(backup), before);
+    QVERIFY(!db::copyFile(shop.path(u"shop.cdb"_s), backup));
+    QCOMPARE(contentsOf(backup), before);
+}
+
+QTEST_GUILESS_MAIN(TestConnection)
+#include "tst_connection.moc"

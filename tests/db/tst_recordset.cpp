@@ -1,0 +1,210 @@
+#include "support/fresh_shop.h"
+
+#include "db/recordset.h"
+
+#include <QAbstractItemModelTester>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestRecordset : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void keysComeInTheStatementsOrder();
+    void editsAreHeldBackAndSeen();
+    void leavingARowSavesIt();
+    void refusedSaverKeepsTheRow();
+    void failedUpdateKeepsTheEdits();
+    void addAndRemoveKeepACurrentRow();
+    void linesWithoutAKeyStayInOrder();
+    void numbersFromText();
+    void rowsThatAnotherProgramDeleted();
+    void failedOpenKeepsWhatWasShown();
+    void manyRowsAreReadInBlocks();
+
+private:
+    static void fill(FreshShop &shop, int count);
+};
+
+void TestRecordset::fill(FreshShop &shop, int count)
+{
+    shop.run(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < ?) "
+             "INSERT INTO 社員 SELECT i, '社員' || i, NULL FROM n"_s,
+             {count});
+}
+
+void TestRecordset::keysComeInTheStatementsOrder()
+{
+    FreshShop shop;
+    fill(shop, 500);
+    db::Recordset rows(shop.connection);
+    const QAbstractItemModelTester tester(&rows);
+    QVERIFY(rows.open(u"SELECT 社員名, 社員ID FROM 社員 WHERE 社員ID > ? ORDER BY 社員ID DESC"_s, {100}, u"社員ID"_s));
+    QCOMPARE(rows.count(), 400);
+    QCOMPARE(rows.currentKey(), 500);
+    QCOMPARE(rows.columns(), (QStringList{u"社員名"_s, u"社員ID"_s}));
+    QVERIFY(rows.moveLast());
+    QCOMPARE(rows.text(u"社員名"_s), u"社員101"_s);
+    QCOMPARE(rows.index(0, 0).data().toString(), u"社員500"_s);
+    QCOMPARE(rows.index(399, 1).data().toString(), u"101"_s);
+}
+
+void TestRecordset::editsAreHeldBackAndSeen()
+{
+    FreshShop shop;
+    fill(shop, 3);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    rows.setValue(u"社員名"_s, u"新"_s);
+    QVERIFY(rows.isDirty());
+    QCOMPARE(rows.index(0, 1).data().toString(), u"新"_s);
+    QCOMPARE(shop.value(u"SELECT 社員名 FROM 社員 WHERE 社員ID = 1"_s).toString(), u"社員1"_s);
+    rows.setValue(u"社員名"_s, u"社員1"_s);
+    QVERIFY(!rows.isDirty());
+    rows.setValue(u"内線番号"_s, u""_s); // was NULL: the same to the clerk
+    QVERIFY(!rows.isDirty());
+    rows.setValue(u"社員名"_s, u"別"_s);
+    rows.revert();
+    QCOMPARE(rows.text(u"社員名"_s), u"社員1"_s);
+}
+
+void TestRecordset::leavingARowSavesIt()
+{
+    FreshShop shop;
+    fill(shop, 3);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    rows.setValue(u"社員名"_s, u"新"_s);
+    QVERIFY(rows.moveTo(2));
+    QCOMPARE(rows.currentRow(), 2);
+    QVERIFY(!rows.isDirty());
+    QCOMPARE(shop.value(u"SELECT 社員名 FROM 社員 WHERE 社員ID = 1"_s).toString(), u"新"_s);
+}
+
+void TestRecordset::refusedSaverKeepsTheRow()
+{
+    FreshShop shop;
+    fill(shop, 3);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    rows.setSaver([] { return db::Error{u"だめ"_s}; });
+    rows.setValue(u"社員名"_s, u"新"_s);
+    const db::Status moved = rows.moveTo(2);
+    QCOMPARE(moved.error().text, u"だめ"_s);
+    QCOMPARE(rows.currentRow(), 0);
+    QCOMPARE(rows.text(u"社員名"_s), u"新"_s);
+}
+
+void TestRecordset::failedUpdateKeepsTheEdits()
+{
+    FreshShop shop;
+    fill(shop, 1);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    rows.setValue(u"社員名"_s, u"新"_s);
+    shop.run(u"PRAGMA query_only = ON"_s);
+    QVERIFY(!rows.update());
+    QVERIFY(rows.isDirty());
+    QVERIFY(!rows.add());
+    QVERIFY(!rows.remove());
+    QCOMPARE(rows.count(), 1);
+    shop.run(u"PRAGMA query_only = OFF"_s);
+    QVERIFY(rows.update());
+    QCOMPARE(shop.value(u"SELECT 社員名 FROM 社員"_s).toString(), u"新"_s);
+}
+
+void TestRecordset::addAndRemoveKeepACurrentRow()
+{
+    FreshShop shop;
+    db::Recordset rows(shop.connection);
+    const QAbstractItemModelTester tester(&rows);
+    QVERIFY(rows.open(u"SELECT * FROM 単位"_s, {}, u"単位ID"_s));
+    QCOMPARE(rows.currentRow(), -1);
+    for (qint64 key = 1; key <= 130; ++key)
+        QCOMPARE(*rows.add({{u"単位"_s, u"箱%1"_s.arg(key)}}), key);
+    QCOMPARE(rows.text(u"単位"_s), u"箱130"_s);
+    QVERIFY(rows.moveTo(63));
+    QVERIFY(rows.remove());
+    QCOMPARE(rows.text(u"単位"_s), u"箱65"_s);
+    QVERIFY(rows.moveLast());
+    QVERIFY(rows.remove());
+    QCOMPARE(rows.text(u"単位"_s), u"箱129"_s);
+    while (!rows.isEmpty())
+        QVERIFY(rows.remove());
+    QCOMPARE(rows.currentRow(), -1);
+    QCOMPARE(*rows.add(), 1);
+}
+
+void TestRecordset::linesWithoutAKeyStayInOrder()
+{
+    FreshShop shop;
+    db::Recordset lines(shop.connection);
+    const QString statement = u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY rowid"_s;
+    QVERIFY(lines.open(statement, {7}, u"rowid"_s));
+    for (const QString &name : {u"りんご"_s, u"みかん"_s, u"かき"_s})
+        QVERIFY(lines.append({{u"ID"_s, 7}, {u"商品名"_s, name}, {u"金額"_s, 1000.0}}));
+    shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名) VALUES (8, 'ほか')"_s);
+    QVERIFY(lines.requery());
+    QCOMPARE(lines.count(), 3);
+    QVERIFY(lines.moveLast());
+    QCOMPARE(lines.text(u"商品名"_s), u"かき"_s);
+    QVERIFY(lines.remove());
+    QCOMPARE(shop.rows(u"SELECT 商品名 FROM 入出庫サブ ORDER BY rowid"_s), (QStringList{u"りんご"_s, u"みかん"_s, u"ほか"_s}));
+}
+
+void TestRecordset::numbersFromText()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 納品先 (納品先ID) VALUES (1)"_s);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 納品先"_s, {}, u"納品先ID"_s));
+    rows.setValue(u"締め日"_s, u"１５"_s);
+    rows.setValue(u"区分ID"_s, u"たぶん"_s);
+    rows.setValue(u"コード"_s, u"007"_s);
+    QVERIFY(rows.update());
+    QCOMPARE(shop.rows(u"SELECT 締め日, typeof(締め日), 区分ID, コード, typeof(コード) FROM 納品先"_s),
+             QStringList{u"15|integer|-|007|text"_s});
+}
+
+void TestRecordset::rowsThatAnotherProgramDeleted()
+{
+    FreshShop shop;
+    fill(shop, 3);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    rows.setValue(u"社員名"_s, u"新"_s);
+    shop.run(u"DELETE FROM 社員 WHERE 社員ID = 1"_s);
+    const db::Status saved = rows.update();
+    QVERIFY(!saved);
+    QVERIFY2(saved.error().text.contains(u"削除された"_s), qPrintable(saved.error().text));
+    QCOMPARE(rows.text(u"社員名"_s), u"新"_s);
+}
+
+void TestRecordset::failedOpenKeepsWhatWasShown()
+{
+    FreshShop shop;
+    fill(shop, 3);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    QVERIFY(!rows.open(u"SELECT * FROM 無い表"_s, {}, u"ID"_s));
+    QCOMPARE(rows.count(), 3);
+    QCOMPARE(rows.text(u"社員名"_s), u"社員1"_s);
+}
+
+// Walking up and down a list longer than the block cache shows every row as the file has it.
+void TestRecordset::manyRowsAreReadInBlocks()
+{
+    FreshShop shop;
+    fill(shop, 20000);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
+    for (const int row : {0, 19999, 10000, 63, 64, 128, 0})
+        QCOMPARE(rows.index(row, 1).data().toString(), u"社員%1"_s.arg(row + 1));
+    for (int row = 0; row < 20000; row += 37)
+        QCOMPARE(rows.index(row, 1).data().toString(), u"社員%1"_s.arg(row + 1));
+}
+
+QTEST_GUILESS_MAIN(TestRecordset)
+#include "tst_recordset.moc"

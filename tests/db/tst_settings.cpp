@@ -1,0 +1,94 @@
+#include "support/fresh_shop.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace app;
+
+class TestSettings : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void defaultsOfAnEmptyStore();
+    void nonsenseCountsAsNothing_data();
+    void nonsenseCountsAsNothing();
+    void textsComeBackAsTheyWere();
+    void handEditedFile();
+    void pathsAreJoinedWithOneSeparator();
+};
+
+void TestSettings::defaultsOfAnEmptyStore()
+{
+    FreshShop shop;
+    const Settings &settings = shop.settings;
+    QCOMPARE(settings.text(keys::deliveryPaper), u"HISAGO 1149"_s);
+    QCOMPARE(settings.text(keys::billPaper), u"HISAGO 1148"_s);
+    QCOMPARE(settings.text(keys::carrier), u"佐川急便"_s);
+    QCOMPARE(settings.text(keys::printerFont), u"ＭＳ 明朝"_s);
+    QCOMPARE(settings.text(keys::kuroPrinterFont), u"ＭＳ 明朝"_s);
+    QCOMPARE(settings.text(keys::mdbFileName), QString());
+    QCOMPARE(settings.number(keys::taxRate), 5.0);
+    QCOMPARE(settings.integer(keys::fontSize), 10);
+    QCOMPARE(settings.integer(keys::monthViewColor), 164 + 200 * 256 + 255 * 65536);
+    QCOMPARE(settings.text(keys::gridSize), u"グリッドの間隔　小"_s);
+    for (int i = 0; i < 8; ++i)
+        QCOMPARE(settings.checked(keys::check[i]), i < 2);
+}
+
+void TestSettings::nonsenseCountsAsNothing_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<double>("number");
+    QTest::addColumn<int>("integer");
+    QTest::newRow("text") << u"abc"_s << 0.0 << 0;
+    QTest::newRow("empty") << u""_s << 0.0 << 0;
+    QTest::newRow("sign") << u"-"_s << 0.0 << 0;
+    QTest::newRow("too large") << u"1e400"_s << 0.0 << 0;
+    QTest::newRow("beyond int") << u"99999999999"_s << 99999999999.0 << 0;
+    QTest::newRow("full width") << u"１０"_s << 10.0 << 10;
+    QTest::newRow("fraction") << u"7.8"_s << 7.8 << 7;
+}
+
+void TestSettings::nonsenseCountsAsNothing()
+{
+    QFETCH(QString, stored);
+    FreshShop shop;
+    shop.settings.write(keys::taxRate, stored);
+    QTEST(shop.settings.number(keys::taxRate), "number");
+    QTEST(shop.settings.integer(keys::taxRate), "integer");
+}
+
+void TestSettings::textsComeBackAsTheyWere()
+{
+    FreshShop shop;
+    const QStringList texts{u"24-"_s, u" a, b ; c "_s, u"@明朝"_s, u"C:\\お店\\shop.cdb"_s, u"\"引用\""_s, u"😀\n二行"_s};
+    for (const QString &text : texts) {
+        shop.settings.write(keys::denNo, text);
+        QVERIFY(shop.settings.flush());
+        const Settings again(shop.path(u"settings.ini"_s));
+        QCOMPARE(again.text(keys::denNo), text);
+    }
+}
+
+void TestSettings::handEditedFile()
+{
+    FreshShop shop;
+    QFile file(shop.path(u"edited.ini"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[Settings]\ntxtDenNo=a, b\nTaxRate\n=x\n[[[\nCheck1=1\n");
+    file.close();
+    const Settings settings(file.fileName());
+    QCOMPARE(settings.text(keys::denNo), u"a,b"_s);
+    QCOMPARE(settings.text(keys::deliveryPaper), u"HISAGO 1149"_s);
+}
+
+void TestSettings::pathsAreJoinedWithOneSeparator()
+{
+    QCOMPARE(joinPath(u"/home/shop"_s, u"a.cdb"_s), u"/home/shop/a.cdb"_s);
+    QCOMPARE(joinPath(u"/"_s, u"a.cdb"_s), u"/a.cdb"_s);
+    QCOMPARE(joinPath(u"C:\\"_s, u"a.cdb"_s), u"C:\\a.cdb"_s);
+}
+
+QTEST_GUILESS_MAIN(TestSettings)
+#include "tst_settings.moc"
