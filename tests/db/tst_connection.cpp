@@ -6,14 +6,20 @@
 #include "db/schema.h"
 #include "db/transaction.h"
 
-#include <QSqlQuery>
+#include <QDir>
+#include <QRandomGenerator>
 #include <QTest>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 
-namespace {
+namespace
+{
 
 /// Another program's handle on a file.
 class OtherProgram
@@ -92,7 +98,8 @@ void TestConnection::refusedFiles_data()
         QFile::remove(copy);
         QFile::copy(valid, copy);
         OtherProgram other(copy);
-        Q_ASSERT(other.run(sql) == SQLITE_OK);
+        if (other.run(sql) != SQLITE_OK)
+            qFatal("%s", sql);
         return contentsOf(copy);
     };
     QTest::newRow("empty") << QByteArray() << u"データベースファイルではない"_s;
@@ -105,8 +112,8 @@ void TestConnection::refusedFiles_data()
     QTest::newRow("no version") << changed("PRAGMA user_version = 0") << u"版が正しくない"_s;
     QTest::newRow("table missing") << changed("DROP TABLE 規格") << u"規格"_s;
     QTest::newRow("column missing") << changed("ALTER TABLE 社員 DROP COLUMN 内線番号") << u"内線番号"_s;
-    QTest::newRow("trigger")
-        << changed("CREATE TRIGGER t AFTER INSERT ON 社員 BEGIN DELETE FROM 納品先; END") << u"定義（t）"_s;
+    QTest::newRow("trigger") << changed("CREATE TRIGGER t AFTER INSERT ON 社員 BEGIN DELETE FROM 納品先; END")
+                             << u"定義（t）"_s;
     QTest::newRow("view") << changed("CREATE VIEW v AS SELECT 1") << u"定義（v）"_s;
     QTest::newRow("cut off") << good.left(4096) << u""_s;
 }
@@ -184,7 +191,8 @@ void TestConnection::foldedLike()
     for (int i = 0; i < names.size(); ++i)
         shop.run(u"INSERT INTO 社員 VALUES (?, ?, NULL)"_s, {i, names.at(i)});
     const auto found = [&](const QString &pattern) {
-        return shop.rows(u"SELECT 社員ID FROM 社員 WHERE 社員名 LIKE ? ORDER BY 社員ID"_s, {pattern}).join(u' ');
+        return shop.rows(u"SELECT 社員ID FROM 社員 WHERE 社員名 LIKE ? ORDER BY 社員ID"_s, {pattern})
+            .join(u' ');
     };
     QCOMPARE(found(u"%ﾔﾏﾀﾞ%"_s), u"0 1 2"_s);
     QCOMPARE(found(u"%まだ%"_s), u"0 1 2"_s);
@@ -193,7 +201,8 @@ void TestConnection::foldedLike()
     QCOMPARE(shop.rows(u"SELECT NULL LIKE 'a', 'a%b' LIKE 'a!%b' ESCAPE '!', 'axb' LIKE 'a!%b' ESCAPE '!'"_s),
              QStringList{u"-|1|0"_s});
     // The pattern changes from row to row.
-    QCOMPARE(shop.rows(u"SELECT count(*) FROM 社員 a, 社員 b WHERE a.社員名 LIKE b.社員名"_s), QStringList{u"14"_s});
+    QCOMPARE(shop.rows(u"SELECT count(*) FROM 社員 a, 社員 b WHERE a.社員名 LIKE b.社員名"_s),
+             QStringList{u"14"_s});
 }
 
 void TestConnection::boundTextIsNeverSql()
@@ -281,7 +290,8 @@ void TestConnection::fullDiskLosesNothing()
     for (int key = 2; key < 1000 && written; ++key) {
         db::Transaction transaction(shop.connection);
         QVERIFY(transaction.begin());
-        const auto row = shop.connection.execute(u"INSERT INTO 単位 VALUES (?, ?)"_s, {key, QString(500, u'個')});
+        const auto row =
+            shop.connection.execute(u"INSERT INTO 単位 VALUES (?, ?)"_s, {key, QString(500, u'個')});
         written = row ? transaction.commit() : db::Status(row.error());
     }
     QVERIFY(!written);

@@ -41,7 +41,8 @@ void TestRecordset::keysComeInTheStatementsOrder()
     fill(shop, 500);
     db::Recordset rows(shop.connection);
     const QAbstractItemModelTester tester(&rows);
-    QVERIFY(rows.open(u"SELECT 社員名, 社員ID FROM 社員 WHERE 社員ID > ? ORDER BY 社員ID DESC"_s, {100}, u"社員ID"_s));
+    QVERIFY(rows.open(u"SELECT 社員名, 社員ID FROM 社員 WHERE 社員ID > ? ORDER BY 社員ID DESC"_s, {100},
+                      u"社員ID"_s));
     QCOMPARE(rows.count(), 400);
     QCOMPARE(rows.currentKey(), 500);
     QCOMPARE(rows.columns(), (QStringList{u"社員名"_s, u"社員ID"_s}));
@@ -141,7 +142,8 @@ void TestRecordset::linesWithoutAKeyStayInOrder()
 {
     FreshShop shop;
     db::Recordset lines(shop.connection);
-    const QString statement = u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY rowid"_s;
+    const QString statement =
+        u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY rowid"_s;
     QVERIFY(lines.open(statement, {7}, u"rowid"_s));
     for (const QString &name : {u"りんご"_s, u"みかん"_s, u"かき"_s})
         QVERIFY(lines.append({{u"ID"_s, 7}, {u"商品名"_s, name}, {u"金額"_s, 1000.0}}));
@@ -151,7 +153,8 @@ void TestRecordset::linesWithoutAKeyStayInOrder()
     QVERIFY(lines.moveLast());
     QCOMPARE(lines.text(u"商品名"_s), u"かき"_s);
     QVERIFY(lines.remove());
-    QCOMPARE(shop.rows(u"SELECT 商品名 FROM 入出庫サブ ORDER BY rowid"_s), (QStringList{u"りんご"_s, u"みかん"_s, u"ほか"_s}));
+    QCOMPARE(shop.rows(u"SELECT 商品名 FROM 入出庫サブ ORDER BY rowid"_s),
+             (QStringList{u"りんご"_s, u"みかん"_s, u"ほか"_s}));
 }
 
 void TestRecordset::numbersFromText()

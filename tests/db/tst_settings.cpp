@@ -62,7 +62,8 @@ void TestSettings::nonsenseCountsAsNothing()
 void TestSettings::textsComeBackAsTheyWere()
 {
     FreshShop shop;
-    const QStringList texts{u"24-"_s, u" a, b ; c "_s, u"@明朝"_s, u"C:\\お店\\shop.cdb"_s, u"\"引用\""_s, u"😀\n二行"_s};
+    const QStringList texts{u"24-"_s,      u" a, b ; c "_s, u"@明朝"_s, u"C:\\お店\\shop.cdb"_s,
+                            u"\"引用\""_s, u"😀\n二行"_s};
     for (const QString &text : texts) {
         shop.settings.write(keys::denNo, text);
         QVERIFY(shop.settings.flush());
