@@ -1,0 +1,183 @@
+#include "source_rules.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace house
+{
+namespace
+{
+
+// Some files of app/ lie far below the main window: every screen is given them.
+constexpr auto lowApp = std::to_array<QStringView>({u"settings", u"workspace"});
+
+struct Floor
+{
+    QStringView folder;
+    int height;
+};
+constexpr int lowAppHeight = 2;
+constexpr auto floors = std::to_array<Floor>({{u"text", 0},
+                                              {u"db", 1},
+                                              {u"ui", 3},
+                                              {u"printing", 4},
+                                              {u"masters", 5},
+                                              {u"registers", 6},
+                                              {u"slips", 7},
+                                              {u"reports", 8},
+                                              {u"shipping", 8},
+                                              {u"app", 9}});
+
+/// The floor of \a path ("slips/tax.h"); none when its folder has no place in the house.
+std::optional<Floor> floorOf(const QString &path)
+{
+    const QString folder = path.section(u'/', 0, 0);
+    const QString stem = path.section(u'/', -1).section(u'.', 0, 0).section(u'_', 0, 0);
+    if (folder == u"app"_s && std::find(lowApp.begin(), lowApp.end(), stem) != lowApp.end()) {
+        return Floor{u"app/settings, app/workspace", lowAppHeight};
+    }
+    const auto found = std::find_if(floors.begin(), floors.end(),
+                                    [&](const Floor &floor) { return floor.folder == folder; });
+    return found == floors.end() ? std::nullopt : std::optional(*found);
+}
+
+int lineAt(const QString &text, qsizetype position)
+{
+    return 1 + int(QStringView(text).left(position).count(u'\n'));
+}
+
+QString finding(const Source &source, int line, const QString &what)
+{
+    return u"%1:%2: %3"_s.arg(source.path).arg(line).arg(what);
+}
+
+/// One finding for each match of \a pattern in the code proper.
+QStringList findInCode(const Source &source, const QRegularExpression &pattern, const QString &what)
+{
+    QStringList findings;
+    for (auto matches = pattern.globalMatch(source.code); matches.hasNext();) {
+        const auto match = matches.next();
+        findings += finding(source, lineAt(source.code, match.capturedStart()), what.arg(match.captured()));
+    }
+    return findings;
+}
+
+} // namespace
+
+Source takeApart(const QString &path, const QString &text)
+{
+    static const QRegularExpression token(
+        uR"re(//[^\n]*|/\*.*?\*/|R"([^()\\\s]{0,16})\((?<raw>.*?)\)\1"|"(?<plain>(?:[^"\\\n]|\\.)*)")re"
+        uR"re(|(?<![0-9A-Fa-f])'(?:[^'\\\n]|\\.)+')re"_s,
+        QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression include(uR"(^[ \t]*#[ \t]*include[ \t]*([<"])([^>"\n]+)[>"])"_s,
+                                            QRegularExpression::MultilineOption);
+
+    Source source{path, text, {}, {}};
+    for (auto matches = include.globalMatch(text); matches.hasNext();) {
+        const auto match = matches.next();
+        source.includes.append(
+            {lineAt(text, match.capturedStart(2)), match.captured(2), match.captured(1) == u"\""_s});
+    }
+    for (auto matches = token.globalMatch(text); matches.hasNext();) {
+        const auto match = matches.next();
+        for (const QString &group : {u"raw"_s, u"plain"_s}) {
+            if (match.hasCaptured(group)) {
+                source.literals.append({lineAt(text, match.capturedStart()), match.captured(group)});
+            }
+        }
+        for (qsizetype at = match.capturedStart(); at < match.capturedEnd(); ++at) {
+            if (source.code[at] != u'\n') {
+                source.code[at] = u' ';
+            }
+        }
+    }
+    return source;
+}
+
+QStringList checkFloors(const Source &source)
+{
+    const auto own = floorOf(source.path);
+    if (!own) {
+        return {finding(source, 1, u"the folder has no floor in the house"_s)};
+    }
+    QStringList findings;
+    for (const Source::Include &include : source.includes) {
+        // Without a folder it is generated (ui_frmOut.h, x.moc), or lies beside its user.
+        if (!include.quoted || !include.name.contains(u'/')) {
+            continue;
+        }
+        const auto other = floorOf(include.name);
+        if (!other) {
+            findings += finding(source, include.line, u"%1 has no floor in the house"_s.arg(include.name));
+        } else if (other->folder != own->folder && other->height >= own->height) {
+            findings += finding(source, include.line,
+                                u"%1 does not lie below %2"_s.arg(include.name, own->folder.toString()));
+        }
+    }
+    return findings;
+}
+
+QStringList checkSeams(const Source &source)
+{
+    static const QRegularExpression chooser(
+        uR"(\bQ(MessageBox|ErrorMessage|FileDialog|ColorDialog|FontDialog|InputDialog)\b)"_s);
+    if (source.path.startsWith(u"ui/"_s)) {
+        return {};
+    }
+    return findInCode(source, chooser, u"%1 belongs to ui/prompts and ui/file_dialogs"_s);
+}
+
+QStringList checkClock(const Source &source)
+{
+    static const QRegularExpression clock(
+        uR"(\bcurrent(Date|Time|DateTime|DateTimeUtc|(M?Secs)SinceEpoch)\b|\bsystem_clock\b)"_s);
+    if (source.path == u"app/workspace.cpp"_s) {
+        return {};
+    }
+    return findInCode(source, clock, u"%1: the workspace's clock tells the time"_s);
+}
+
+QStringList checkNoWidgets(const Source &source, const QSet<QString> &widgetHeaders)
+{
+    QStringList findings;
+    for (const Source::Include &include : source.includes) {
+        if (widgetHeaders.contains(include.name.section(u'/', -1)) || include.name.startsWith(u"ui/"_s)) {
+            findings += finding(source, include.line, u"logic sees no %1"_s.arg(include.name));
+        }
+    }
+    return findings;
+}
+
+QStringList checkNoSql(const Source &source)
+{
+    static const QRegularExpression statement(uR"(\b(SELECT|INSERT|UPDATE|DELETE)\s)"_s);
+    QStringList findings;
+    for (const Source::Literal &literal : source.literals) {
+        if (literal.text.contains(statement)) {
+            findings += finding(source, literal.line, u"SQL in a screen"_s);
+        }
+    }
+    return findings;
+}
+
+QStringList filesOfTargets(const QString &cmakeText, const QString &function)
+{
+    static const QRegularExpression comment(u"#[^\n]*"_s);
+    static const QRegularExpression file(uR"(\b(\w+)\.cpp\b)"_s);
+    const QRegularExpression call(uR"(\b%1\s*\(([^)]*)\))"_s.arg(function));
+    QStringList files;
+    for (auto calls = call.globalMatch(QString(cmakeText).remove(comment)); calls.hasNext();) {
+        for (auto names = file.globalMatch(calls.next().captured(1)); names.hasNext();) {
+            files += names.next().captured(1);
+        }
+    }
+    return files;
+}
+
+} // namespace house

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+// What the house asks of C++ sources. Each check returns its findings as "path:line: what is wrong".
+namespace house
+{
+
+/// A source file taken apart.
+struct Source
+{
+    struct Include
+    {
+        int line;
+        QString name;
+        bool quoted; // "…" as against <…>
+    };
+    struct Literal
+    {
+        int line;
+        QString text;
+    };
+
+    QString path; // relative to src/
+    QString code; // comments and the insides of literals are blanks; lines stay where they were
+    QList<Include> includes;
+    QList<Literal> literals;
+};
+
+Source takeApart(const QString &path, const QString &text);
+
+/// Includes point downward or stay within their folder.
+QStringList checkFloors(const Source &source);
+
+/// Message boxes and the toolkit's choosers appear in ui/ only, so that tests can answer them.
+QStringList checkSeams(const Source &source);
+
+/// Only the workspace knows what time it is.
+QStringList checkClock(const Source &source);
+
+/// Logic includes no header in \a widgetHeaders.
+QStringList checkNoWidgets(const Source &source, const QSet<QString> &widgetHeaders);
+
+/// A screen holds no SQL.
+QStringList checkNoSql(const Source &source);
+
+/// The files of the targets that \a function ("kanbalore_logic") makes in the text of a CMakeLists.txt: the
+/// names in SOURCES, without folder and suffix.
+QStringList filesOfTargets(const QString &cmakeText, const QString &function);
+
+} // namespace house

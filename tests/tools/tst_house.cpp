@@ -1,0 +1,244 @@
+// Reads the sources and holds them to the house: floors, seams, clock, and forms that work by keyboard and
+// screen reader. docs/developing.md tells the rules.
+
+#include "form_rules.h"
+#include "source_rules.h"
+
+#include <QDirIterator>
+#include <QLibraryInfo>
+#include <QTest>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+using house::Source;
+
+QByteArray readAll(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList filesUnderSrc(const QStringList &patterns)
+{
+    const QDir top(QStringLiteral(SOURCE_FOLDER));
+    QStringList paths;
+    for (QDirIterator it(top.path(), patterns, QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
+        paths += top.relativeFilePath(it.next());
+    }
+    paths.sort();
+    return paths;
+}
+
+QString readSource(const QString &path)
+{
+    return QString::fromUtf8(readAll(QStringLiteral(SOURCE_FOLDER) + u'/' + path));
+}
+
+QStringList checkAll(const std::function<QStringList(const Source &)> &check)
+{
+    QStringList findings;
+    for (const QString &path : filesUnderSrc({u"*.cpp"_s, u"*.h"_s})) {
+        findings += check(house::takeApart(path, readSource(path)));
+    }
+    return findings;
+}
+
+/// "slips/tax": the files of one kind of target, without suffix, so that headers go with them.
+QSet<QString> stemsOfTargets(const QString &function)
+{
+    QSet<QString> stems;
+    for (const QString &cmake : filesUnderSrc({u"CMakeLists.txt"_s})) {
+        for (const QString &file : house::filesOfTargets(readSource(cmake), function)) {
+            stems.insert(cmake.section(u'/', 0, -2) + u'/' + file);
+        }
+    }
+    return stems;
+}
+
+QSet<QString> widgetHeaders()
+{
+    QSet<QString> names;
+    const QString headers = QLibraryInfo::path(QLibraryInfo::HeadersPath);
+    for (const QString &module : {u"QtWidgets"_s, u"QtPrintSupport"_s}) {
+        for (const QString &name : QDir(headers + u'/' + module).entryList(QDir::Files)) {
+            names.insert(name);
+        }
+    }
+    return names;
+}
+
+QString stemOf(const Source &source) { return source.path.section(u'.', 0, 0); }
+
+void expectNone(const QStringList &findings)
+{
+    QVERIFY2(findings.isEmpty(), qUtf8Printable(u'\n' + findings.join(u'\n')));
+}
+
+} // namespace
+
+class TestHouse : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void includesPointDownward() { expectNone(checkAll(house::checkFloors)); }
+    void boxesAndChoosersStayInUi() { expectNone(checkAll(house::checkSeams)); }
+    void onlyTheWorkspaceHasAClock() { expectNone(checkAll(house::checkClock)); }
+    void logicSeesNoWidgets();
+    void screensHoldNoSql();
+    void formsAreInOrder();
+
+    void rulesFindFaults_data();
+    void rulesFindFaults();
+    void targetsAreRead();
+    void formRulesFindFaults_data();
+    void formRulesFindFaults();
+};
+
+void TestHouse::logicSeesNoWidgets()
+{
+    const QSet<QString> logic = stemsOfTargets(u"kanbalore_logic"_s);
+    const QSet<QString> headers = widgetHeaders();
+    QVERIFY(logic.contains(u"db/connection"_s));
+    QVERIFY(headers.contains(u"QWidget"_s));
+    expectNone(checkAll([&](const Source &source) {
+        return logic.contains(stemOf(source)) ? house::checkNoWidgets(source, headers) : QStringList();
+    }));
+}
+
+void TestHouse::screensHoldNoSql()
+{
+    const QSet<QString> screens = stemsOfTargets(u"kanbalore_screens"_s);
+    expectNone(checkAll([&](const Source &source) {
+        const QString file = source.path.section(u'/', -1);
+        const bool isScreen =
+            screens.contains(stemOf(source)) || file.startsWith(u"frm"_s) || file.startsWith(u"Dialog"_s);
+        return isScreen ? house::checkNoSql(source) : QStringList();
+    }));
+}
+
+void TestHouse::formsAreInOrder()
+{
+    QStringList findings;
+    for (const QString &path : filesUnderSrc({u"*.ui"_s})) {
+        findings += house::checkForm(path, readAll(QStringLiteral(SOURCE_FOLDER) + u'/' + path));
+    }
+    expectNone(findings);
+}
+
+void TestHouse::rulesFindFaults_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("faultyLines"); // "rule line"
+
+    const auto row = [](const char *name, const QString &path, const QString &text,
+                        const QStringList &faulty) { QTest::newRow(name) << path << text << faulty; };
+    row("downward", u"slips/tax.cpp"_s, u"#include \"slips/tax.h\"\n#include \"db/keys.h\"\n"_s, {});
+    row("upward", u"db/keys.cpp"_s, u"#include \"db/keys.h\"\n#include \"slips/tax.h\"\n"_s, {u"floor 2"_s});
+    row("neighbour", u"reports/bill.cpp"_s, u"#include \"shipping/slip.h\""_s, {u"floor 1"_s});
+    row("settings lie low", u"ui/grid.cpp"_s, u"#include \"app/settings_keys.h\""_s, {});
+    row("main window lies high", u"ui/grid.cpp"_s, u"#include \"app/frmMain.h\""_s, {u"floor 1"_s});
+    row("settings look down", u"app/settings.cpp"_s, u"#include \"ui/grid.h\""_s,
+        {u"floor 1"_s, u"widget 1"_s});
+    row("unknown folder", u"misc/x.cpp"_s, u""_s, {u"floor 1"_s});
+    row("message box", u"slips/frmOut.cpp"_s, u"\n#include <QMessageBox>"_s, {u"seam 2"_s});
+    row("message box in ui", u"ui/prompts.cpp"_s, u"QMessageBox box;"_s, {});
+    row("message box in a comment", u"slips/frmOut.cpp"_s, u"// QMessageBox\n/* QMessageBox */"_s, {});
+    row("clock", u"slips/tax.cpp"_s, u"auto d = 1'000;\nQDate::currentDate();"_s, {u"clock 2"_s});
+    row("clock of the workspace", u"app/workspace.cpp"_s, u"QDateTime::currentDateTime()"_s, {});
+    row("clock in a text", u"slips/tax.cpp"_s, u"char c = '\"'; f(\"currentDate\");"_s, {});
+    row("SQL", u"slips/frmOut.cpp"_s, u"f(u\"x\\\"\"_s,\nu\"SELECT 1\"_s);"_s, {u"sql 2"_s});
+    row("raw SQL", u"slips/frmOut.cpp"_s, u"f(uR\"sql(\nDELETE FROM x)sql\");"_s, {u"sql 1"_s});
+    row("SQL in a comment", u"slips/frmOut.cpp"_s, u"// \"SELECT 1\"\n"_s, {});
+    row("widget", u"slips/tax.h"_s, u"#include <QString>\n#include <QLabel>"_s, {u"widget 2"_s});
+    row("widget in a module", u"slips/tax.h"_s, u"#include <QtWidgets/QLabel>"_s, {u"widget 1"_s});
+}
+
+void TestHouse::rulesFindFaults()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, text);
+    QFETCH(QStringList, faultyLines);
+
+    const Source source = house::takeApart(path, text);
+    QStringList found;
+    const auto note = [&](const QString &rule, const QStringList &findings) {
+        for (const QString &finding : findings) {
+            found += rule + u' ' + finding.section(u':', 1, 1);
+        }
+    };
+    note(u"floor"_s, house::checkFloors(source));
+    note(u"seam"_s, house::checkSeams(source));
+    note(u"clock"_s, house::checkClock(source));
+    note(u"sql"_s, house::checkNoSql(source));
+    note(u"widget"_s, house::checkNoWidgets(source, {u"QLabel"_s}));
+    QCOMPARE(found, faultyLines);
+}
+
+void TestHouse::targetsAreRead()
+{
+    const QString cmake = u"kanbalore_logic(a SOURCES\n    b.cpp # c.cpp\n    d.cpp\n    LINK text)\n"
+                          "kanbalore_screens(a_screens SOURCES frmE.cpp)\n"_s;
+    QCOMPARE(house::filesOfTargets(cmake, u"kanbalore_logic"_s), QStringList({u"b"_s, u"d"_s}));
+    QCOMPARE(house::filesOfTargets(cmake, u"kanbalore_screens"_s), QStringList({u"frmE"_s}));
+}
+
+void TestHouse::formRulesFindFaults_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<QString>("fault"); // empty: the form is in order
+
+    const auto row = [](const char *name, const QByteArray &items, const QByteArray &tabStops,
+                        const char *fault) {
+        QTest::newRow(name)
+            << "<ui version=\"4.0\"><class>frmX</class><widget class=\"QDialog\" name=\"frmX\">"
+               "<layout class=\"QVBoxLayout\" name=\"box\">" +
+                   items + "</layout></widget><tabstops>" + tabStops + "</tabstops></ui>"
+            << QString::fromUtf8(fault);
+    };
+    const QByteArray button = "<item><widget class='QPushButton' name='cmdA'><property name='text'>"
+                              "<string>保存(&amp;S)</string></property></widget></item>";
+    const QByteArray line = "<item><widget class='QLineEdit' name='txtA'/></item>";
+    const QByteArray label = "<item><widget class='QLabel' name='lblA'><property name='buddy'>"
+                             "<cstring>txtA</cstring></property></widget></item>";
+    const QByteArray bothStops = "<tabstop>txtA</tabstop><tabstop>cmdA</tabstop>";
+
+    row("in order", label + line + button, bothStops, "");
+    row("no name", line + button, bothStops, "txtA has no name for screen readers");
+    row("left out", label + line + button, "<tabstop>txtA</tabstop>", "cmdA is not among the tab stops");
+    row("stray stop", label + line + button, bothStops + "<tabstop>txtB</tabstop>",
+        "the tab stop txtB does not exist");
+    row("stray buddy", label + button, "", "the buddy txtA does not exist");
+    row("twice", button + button, "<tabstop>cmdA</tabstop>", "cmdA is there twice");
+    row("sign",
+        "<item><widget class='QToolButton' name='cmdB'><property name='text'><string>…</string>"
+        "</property></widget></item>",
+        "", "cmdB has no name for screen readers");
+    row("fixed position",
+        "<item><widget class='QFrame' name='fraA'><widget class='QLabel' name='lblB'/></widget>"
+        "</item>",
+        "", "lblB lies in no layout");
+    row("not XML", "<item>", "", "Opening and ending tag mismatch.");
+}
+
+void TestHouse::formRulesFindFaults()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(QString, fault);
+
+    const QStringList findings = house::checkForm(u"slips/frmX.ui"_s, xml);
+    QCOMPARE(findings.size(), fault.isEmpty() ? 0 : 1);
+    QVERIFY2(findings.isEmpty() || findings.first().endsWith(fault), qUtf8Printable(findings.join(u'\n')));
+
+    const QStringList elsewhere = house::checkForm(u"slips/frmY.ui"_s, xml);
+    QCOMPARE(elsewhere.size(), fault.contains(u"mismatch"_s) ? 1 : findings.size() + 1);
+}
+
+QTEST_GUILESS_MAIN(TestHouse)
+#include "tst_house.moc"
