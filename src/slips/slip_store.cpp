@@ -1,0 +1,189 @@
+#include "slips/slip_store.h"
+
+#include "db/keys.h"
+#include "db/transaction.h"
+#include "slips/numbering.h"
+#include "slips/tax.h"
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
+
+db::Status checkHeader(const NewSlip &slip)
+{
+    if (slip.counterpart == 0)
+        return db::Error{slip.kind.party == Party::Customer ? u"納品先が選択されていません。"_s
+                                                            : u"仕入先が選択されていません。"_s};
+    if (slip.employee == 0)
+        return db::Error{u"担当者が選択されていません。"_s};
+    if (!slip.date.isValid())
+        return db::Error{u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s};
+    return {};
+}
+
+db::Status stampCustomer(db::Connection &connection, qint64 customer, const QDate &day)
+{
+    const auto stamped =
+        connection.execute(u"UPDATE 納品先 SET 更新日 = ? WHERE 納品先ID = ?"_s, {stored(day), customer});
+    if (!stamped)
+        return stamped.error();
+    if (*stamped == 0)
+        return db::Error{
+            u"選択した納品先は削除されているため、伝票を保存できませんでした。納品先を検索し直してください。"_s};
+    return {};
+}
+
+db::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
+{
+    const auto inserted = connection.execute(
+        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) VALUES (?, ?, ?, ?, ?, ?)"_s,
+        {header.id, stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate});
+    return inserted ? db::Status() : inserted.error();
+}
+
+// One statement, so that no line is ever stored without its header: another program may have deleted that.
+db::Status insertLine(db::Connection &connection, const QString &columns, const QVariantList &values,
+                      qint64 id)
+{
+    const QString places = QStringList(values.size(), u"?"_s).join(u", "_s);
+    const auto inserted =
+        connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u") SELECT ID, "_s + places +
+                               u" FROM 入出庫マスター WHERE ID = ?"_s,
+                           values + QVariantList{id});
+    if (!inserted)
+        return inserted.error();
+    if (*inserted == 0)
+        return db::Error{u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s};
+    return {};
+}
+
+} // namespace
+
+db::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip)
+{
+    if (const db::Status complete = checkHeader(slip); !complete)
+        return complete.error();
+    db::Transaction transaction(connection);
+    if (const db::Status begun = transaction.begin(); !begun)
+        return begun.error();
+
+    const auto id = db::nextKey(connection, u"入出庫マスター"_s);
+    if (!id)
+        return id.error();
+    if (slip.manualNumber) {
+        if (const auto free = checkManualNumber(connection, *slip.manualNumber, slip.manualLetter); !free)
+            return free.error();
+    }
+    if (slip.stamp) {
+        if (const auto stamped = stampCustomer(connection, slip.counterpart, *slip.stamp); !stamped)
+            return stamped.error();
+    }
+    const SavedHeader header{*id, slip.manualNumber ? *slip.manualNumber
+                                                    : automaticNumber(slip.kind, slip.infix, *id)};
+    if (const db::Status inserted = insertHeader(connection, slip, header); !inserted)
+        return inserted.error();
+    if (const db::Status done = transaction.commit(); !done)
+        return done.error();
+    return header;
+}
+
+db::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line)
+{
+    return insertLine(connection, u"商品名, 規格, 数量, 単位, 単価, 金額"_s,
+                      {line.product, line.specification, line.quantity, line.unit, line.price, line.amount},
+                      id);
+}
+
+db::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
+{
+    const auto removed = connection.execute(
+        u"DELETE FROM 入出庫サブ WHERE rowid = (SELECT max(rowid) FROM 入出庫サブ WHERE ID = ?)"_s, {id});
+    if (!removed)
+        return removed.error();
+    return *removed > 0;
+}
+
+db::Result<double> slipTotal(db::Connection &connection, qint64 id)
+{
+    const auto sum = connection.select(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = ?"_s, {id});
+    if (!sum)
+        return sum.error();
+    return sum->rows.front().front().toDouble();
+}
+
+db::Result<double> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
+                             bool inclusive)
+{
+    if (!taxIsAdded(taxClass, inclusive))
+        return 0.0;
+    db::Transaction transaction(connection);
+    if (const db::Status begun = transaction.begin(); !begun)
+        return begun.error();
+
+    const auto taxed = connection.keys(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = ? AND 商品名 = ?"_s,
+                                       {id, QString::fromUtf16(taxLineName)});
+    if (!taxed)
+        return taxed.error();
+    const auto total = slipTotal(connection, id);
+    if (!total)
+        return total.error();
+    const auto tax = exclusiveTax(*total, taxRate);
+    if (!tax)
+        return tax.error();
+    if (taxed->front() > 0 || *tax == 0)
+        return 0.0;
+    if (const db::Status added =
+            insertLine(connection, u"商品名, 金額"_s, {QString::fromUtf16(taxLineName), *tax}, id);
+        !added)
+        return added.error();
+    if (const db::Status done = transaction.commit(); !done)
+        return done.error();
+    return *tax;
+}
+
+db::Status deleteSlip(db::Connection &connection, qint64 id)
+{
+    db::Transaction transaction(connection);
+    if (const db::Status begun = transaction.begin(); !begun)
+        return begun;
+    if (const auto lines = connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id}); !lines)
+        return lines.error();
+    if (const auto header = connection.execute(u"DELETE FROM 入出庫マスター WHERE ID = ?"_s, {id}); !header)
+        return header.error();
+    return transaction.commit();
+}
+
+db::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &kind, qint64 counterpart)
+{
+    return connection.select(
+        u"SELECT 入出庫マスター.相手先ID, 入出庫マスター.日付, 入出庫マスター.伝票番号, 入出庫サブ.商品名, "
+        "入出庫サブ.規格, 入出庫サブ.数量 , 入出庫サブ.単位, 入出庫サブ.単価, 入出庫サブ.金額 "
+        "From 入出庫サブ, 入出庫マスター Where 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? "
+        "And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC"_s,
+        {patternOf(kind), counterpart});
+}
+
+db::Result<double> balance(db::Connection &connection, Party party, qint64 counterpart)
+{
+    double sum = 0;
+    for (const SlipKind &kind : allKinds) {
+        if (kind.party != party || kind.sign == 0)
+            continue;
+        const auto amounts = connection.select(
+            u"SELECT SUM(金額) FROM 入出庫サブ, 入出庫マスター WHERE 入出庫サブ.ID = 入出庫マスター.ID "
+            "AND 伝票番号 LIKE ? AND 相手先ID = ?"_s,
+            {patternOf(kind), counterpart});
+        if (!amounts)
+            return amounts.error();
+        sum += kind.sign * amounts->rows.front().front().toDouble();
+    }
+    return sum;
+}
+
+} // namespace slips

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "db/connection.h"
+#include "slips/slip_kind.h"
+
+#include <QDate>
+
+#include <optional>
+
+// Slips in the database: a header in 入出庫マスター, its lines in 入出庫サブ. Each function is one action of
+// the clerk: done as a whole in one transaction, or not at all.
+namespace slips
+{
+
+/// What is known when a header is saved.
+struct NewSlip
+{
+    SlipKind kind = sale;
+    QDate date;
+    qint64 counterpart = 0; // 納品先ID or 仕入先ID; 0: none is chosen
+    qint64 employee = 0;    // 社員ID of the person in charge; 0: nobody is chosen
+    double taxRate = 0;     // percent
+
+    QString infix;                       // of an automatic number
+    std::optional<QString> manualNumber; // the typed number in place of an automatic one
+    char16_t manualLetter = u'\0';       // with which a typed number begins
+
+    std::optional<QDate> stamp; // day that becomes the customer's 更新日
+};
+
+struct SavedHeader
+{
+    qint64 id = 0;
+    QString number;
+};
+
+/// Stores the header under the next free key, and the customer's 更新日 with it. The error is the sentence to
+/// tell: nobody chosen, a number that is taken, a database that refused.
+db::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip);
+
+/// A line of goods.
+struct GoodsLine
+{
+    QString product;
+    QString specification;
+    double quantity = 0;
+    QString unit;
+    double price = 0;
+    double amount = 0; // whole yen
+};
+
+/// Appends \a line to the slip \a id, which must still be there.
+db::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line);
+
+/// Deletes the line entered last. \return whether there was one
+db::Result<bool> removeLastLine(db::Connection &connection, qint64 id);
+
+/// Σ 金額 of the slip's lines, 0 without lines.
+db::Result<double> slipTotal(db::Connection &connection, qint64 id);
+
+/// Appends the tax line at \a taxRate percent when tax is added to such a slip (see taxIsAdded), it is not 0
+/// and the slip has no tax line yet. \return the tax appended, 0 when none was
+db::Result<double> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
+                             bool inclusive);
+
+/// Deletes the slip, lines and header.
+db::Status deleteSlip(db::Connection &connection, qint64 id);
+
+/// The goods lines of the counterpart's earlier slips of \a kind, newest first.
+db::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &kind, qint64 counterpart);
+
+/// What \a counterpart owes us (a customer) or we owe it (a supplier), yen, over all its slips.
+db::Result<double> balance(db::Connection &connection, Party party, qint64 counterpart);
+
+} // namespace slips

@@ -1,0 +1,112 @@
+#include "slips/tax.h"
+
+#include "text/numbers.h"
+
+#include <cmath>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+// Decimal fractions have no exact binary form, so a product can miss a whole number by a hair. A value
+// within half of the fourth decimal (or, for great ones, within the rounding of the two operations behind
+// it) of a whole number is that number.
+double cleaned(double value)
+{
+    const double whole = std::round(value);
+    const double noise = std::max(0.00005, std::abs(value) * 4.0 * std::numeric_limits<double>::epsilon());
+    return std::abs(value - whole) <= noise ? whole : value;
+}
+
+double truncated(double value) { return std::trunc(cleaned(value)) + 0.0; } // no -0
+
+bool fits(double value) { return std::isfinite(value) && std::abs(value) <= greatestAmount; }
+
+db::Error tooGreat()
+{
+    return {u"金額が大きすぎるため、計算できません。９０００億円以内になるように入力してください。"_s};
+}
+
+db::Status checkTaxable(double total, double rate)
+{
+    if (!std::isfinite(rate) || rate < 0 || rate > 100)
+        return db::Error{u"消費税率が正しくありません。メイン画面の消費税率を確認してください。"_s};
+    if (!fits(total))
+        return tooGreat();
+    return {};
+}
+
+} // namespace
+
+db::Result<double> lineProduct(double quantity, double price)
+{
+    const double product = quantity * price;
+    if (!fits(quantity) || !fits(price) || !fits(product))
+        return tooGreat();
+    return cleaned(product) + 0.0;
+}
+
+db::Result<double> lineAmount(double quantity, double price)
+{
+    const auto product = lineProduct(quantity, price);
+    if (!product)
+        return product.error();
+    return truncated(*product);
+}
+
+db::Result<double> exclusiveTax(double total, double rate)
+{
+    if (const db::Status taxable = checkTaxable(total, rate); !taxable)
+        return taxable.error();
+    return truncated(total * rate / 100);
+}
+
+db::Result<double> includedTax(double total, double rate)
+{
+    if (const db::Status taxable = checkTaxable(total, rate); !taxable)
+        return taxable.error();
+    return total - total / (1 + rate / 100);
+}
+
+bool taxIsAdded(TaxClass taxClass, bool inclusive) { return taxClass != TaxClass::OnBill && !inclusive; }
+
+db::Result<QString> shownTax(double total, double rate, TaxClass taxClass, bool inclusive, bool showsIncluded)
+{
+    if (taxIsAdded(taxClass, inclusive)) {
+        const auto tax = exclusiveTax(total, rate);
+        return tax ? db::Result<QString>(text::formatAmount(*tax)) : tax.error();
+    }
+    if (!inclusive || !showsIncluded)
+        return QString();
+    const auto tax = includedTax(total, rate);
+    if (!tax)
+        return tax.error();
+    // Twelve digits are all that the subtraction leaves; the rest would be noise (500.00000000000091).
+    return text::formatPlain(QString::number(*tax, 'g', 12).toDouble());
+}
+
+TaxClass taxClassFrom(const QString &text)
+{
+    const int number = text.toInt();
+    return number == 1 || number == 2 ? static_cast<TaxClass>(number) : TaxClass::OnDelivery;
+}
+
+QString nameOf(TaxClass taxClass)
+{
+    switch (taxClass) {
+    case TaxClass::OnDelivery:
+        break;
+    case TaxClass::OnBill:
+        return u"外税 （請求時）"_s;
+    case TaxClass::Included:
+        return u"内税"_s;
+    }
+    return u"外税 （納品時）"_s;
+}
+
+} // namespace slips
