@@ -1,0 +1,76 @@
+#include "masters/name_lists.h"
+
+#include "db/connection.h"
+#include "masters/list_statements.h"
+
+using namespace Qt::StringLiterals;
+
+namespace masters
+{
+
+namespace
+{
+
+db::Result<std::vector<Entry>> entries(db::Connection &connection, const QString &statement,
+                                       const QString &key, const QString &name)
+{
+    const auto rows = connection.select(statement);
+    if (!rows)
+        return rows.error();
+    std::vector<Entry> found;
+    for (int row = 0; row < rows->count(); ++row)
+        found.push_back({rows->value(row, key).toLongLong(), rows->value(row, name).toString()});
+    return found;
+}
+
+db::Result<QStringList> names(db::Connection &connection, const QString &statement, const QString &name)
+{
+    const auto rows = connection.select(statement);
+    if (!rows)
+        return rows.error();
+    QStringList found;
+    for (int row = 0; row < rows->count(); ++row)
+        found << rows->value(row, name).toString();
+    found.removeAll(QString());
+    found.removeDuplicates();
+    return found;
+}
+
+} // namespace
+
+db::Result<std::vector<Entry>> employees(db::Connection &connection)
+{
+    return entries(connection, statements::employees(), u"社員ID"_s, u"社員名"_s);
+}
+
+db::Result<std::vector<Entry>> customerCategories(db::Connection &connection)
+{
+    return entries(connection, statements::customerCategories(), u"区分ID"_s, u"区分名"_s);
+}
+
+db::Result<QStringList> unitNames(db::Connection &connection)
+{
+    return names(connection, statements::units(), u"単位"_s);
+}
+
+db::Result<QStringList> specificationNames(db::Connection &connection)
+{
+    return names(connection, statements::specifications(), u"規格"_s);
+}
+
+db::Result<QStringList> salesProductNames(db::Connection &connection)
+{
+    return names(connection, statements::salesProducts(), u"商品名"_s);
+}
+
+db::Result<QStringList> purchaseProductNames(db::Connection &connection)
+{
+    return names(connection, statements::purchaseProducts(), u"商品名"_s);
+}
+
+db::Result<QStringList> shippingCategoryNames(db::Connection &connection)
+{
+    return names(connection, statements::shippingCategories(), u"発送区分名"_s);
+}
+
+} // namespace masters

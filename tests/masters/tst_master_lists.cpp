@@ -1,0 +1,62 @@
+#include "masters/name_lists.h"
+#include "masters/own_company.h"
+#include "support/fresh_shop.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+class TestMasterLists : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ownCompanyIsTheFirstRow()
+    {
+        FreshShop shop;
+        const auto none = masters::ownCompany(shop.connection);
+        QVERIFY(none && !none->has_value());
+
+        shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1, 会社名2, 郵便番号, 住所1, 住所2, TEL1, TEL2, FAX, "
+                 "取引銀行1, 取引銀行2, 備考) VALUES (3, 'n1', 'n2', 'z', 'a1', 'a2', 't1', 't2', 'f', "
+                 "'b1', 'b2', NULL)"_s);
+        shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1) VALUES (4, 'another')"_s);
+        const auto found = masters::ownCompany(shop.connection);
+        QVERIFY(found && found->has_value());
+        const masters::OwnCompany &own = **found;
+        const QStringList all{own.name1, own.name2, own.zip,   own.address1, own.address2, own.tel1,
+                              own.tel2,  own.fax,   own.bank1, own.bank2,    own.memo};
+        QCOMPARE(all.join(u' '), u"n1 n2 z a1 a2 t1 t2 f b1 b2 "_s);
+    }
+
+    void namesAreOfferedInOrderEachOnce()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 納品商品 (商品ID, 商品名) VALUES (1, 'りんご'), (2, 'あんず'), (3, NULL), "
+                 "(4, ''), (5, 'りんご')"_s);
+        shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (7, '一般'), (2, '法人')"_s);
+        const auto products = masters::salesProductNames(shop.connection);
+        QVERIFY(products);
+        QCOMPARE(*products, QStringList({u"あんず"_s, u"りんご"_s}));
+        const auto categories = masters::customerCategories(shop.connection);
+        QVERIFY(categories);
+        QCOMPARE(int(categories->size()), 2);
+        QCOMPARE(categories->front().id, 2);
+        QCOMPARE(categories->front().name, u"法人"_s);
+    }
+
+    void everyListCanBeRead()
+    {
+        FreshShop shop;
+        for (const auto &list : {masters::unitNames, masters::specificationNames, masters::salesProductNames,
+                                 masters::purchaseProductNames, masters::shippingCategoryNames})
+            QVERIFY(list(shop.connection));
+        QVERIFY(masters::employees(shop.connection));
+        shop.connection.close();
+        const auto closed = masters::unitNames(shop.connection);
+        QVERIFY(!closed && !closed.error().text.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMasterLists)
+#include "tst_master_lists.moc"
