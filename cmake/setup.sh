@@ -40,8 +40,8 @@ show_progress()
     while IFS=: read -r kind _ percent _; do
         [ -t 1 ] || continue
         case $kind in
-            dlstatus) printf '\r  受信 %3d %%' "${percent%.*}" ;;
-            pmstatus) printf '\r  導入 %3d %%' "${percent%.*}" ;;
+            dlstatus) printf '\r  ダウンロード %3d %%' "${percent%.*}" ;;
+            pmstatus) printf '\r  インストール %3d %%' "${percent%.*}" ;;
         esac
     done
     [ ! -t 1 ] || printf '\n'
