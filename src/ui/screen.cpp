@@ -6,7 +6,6 @@
 #include "ui/prompts.h"
 #include "ui/twips.h"
 
-#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -68,19 +67,9 @@ void Screen::saveLayout()
         grid->saveLayout(m_workspace);
 }
 
-void Screen::closeEvent(QCloseEvent *event)
-{
-    if (!mayClose()) {
-        event->ignore();
-        return;
-    }
-    saveLayout();
-    QDialog::closeEvent(event);
-}
-
 void Screen::reject()
 {
-    // QDialog's own rejection would hide the screen without asking closeEvent().
+    // The window's close button comes here too.
     if (mayClose()) {
         saveLayout();
         QDialog::reject();

@@ -40,7 +40,6 @@ protected:
     /// "frmOut": the screen's object name, under which its layout is kept.
     [[nodiscard]] QString layoutName() const { return objectName(); }
 
-    void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
