@@ -97,7 +97,7 @@ public:
         }
         checkClassName(*top);
         checkSize(*top);
-        visit(*top);
+        visit(*top, true);
         checkTabStops();
         checkNames();
         return m_findings;
@@ -142,7 +142,8 @@ private:
         }
     }
 
-    void visit(const Element &element)
+    /// \a shown: whether all around the element is visible when the form opens.
+    void visit(const Element &element, bool shown)
     {
         static const QSet<QString> named = {u"widget"_s, u"layout"_s, u"spacer"_s, u"action"_s,
                                             u"actiongroup"_s};
@@ -154,14 +155,15 @@ private:
             m_names.insert(name);
         }
         const bool isWidget = element.tag == u"widget"_s;
+        shown = shown && element.propertyText(u"visible") != u"false"_s;
         if (isWidget) {
-            collect(element);
+            collect(element, shown);
         }
         for (const Element &child : element.children) {
             if (isWidget && child.tag == u"widget"_s && placesByHand(element)) {
                 report(child.attribute(u"name"_s) + u" lies in no layout"_s);
             }
-            visit(child);
+            visit(child, shown);
         }
     }
 
@@ -172,13 +174,17 @@ private:
         return plain.contains(toolkitClass(widget));
     }
 
-    void collect(const Element &widget)
+    void collect(const Element &widget, bool shown)
     {
         if (toolkitClass(widget) == u"QLabel"_s && widget.property(u"buddy")) {
             m_buddies.append(widget.propertyText(u"buddy"));
         }
         if (takesFocus(widget)) {
             m_controls.push_back(&widget);
+            const bool byTab = shown && !widget.propertyText(u"focusPolicy").endsWith(u"ClickFocus"_s);
+            if (byTab) {
+                m_reachedByTab.push_back(widget.attribute(u"name"_s));
+            }
         }
     }
 
@@ -216,10 +222,9 @@ private:
             report(u"a tab stop is there twice"_s);
         }
         // A single control needs no order.
-        for (const Element *control : m_controls) {
-            const bool byTab = !control->propertyText(u"focusPolicy").endsWith(u"ClickFocus"_s);
-            if (m_controls.size() > 1 && byTab && !stops.contains(control->attribute(u"name"_s))) {
-                report(control->attribute(u"name"_s) + u" is not among the tab stops"_s);
+        for (const QString &control : std::as_const(m_reachedByTab)) {
+            if (m_reachedByTab.size() > 1 && !stops.contains(control)) {
+                report(control + u" is not among the tab stops"_s);
             }
         }
     }
@@ -255,7 +260,8 @@ private:
     std::map<QString, QString> m_extends;
     QSet<QString> m_names;
     QStringList m_buddies;
-    std::vector<const Element *> m_controls;
+    std::vector<const Element *> m_controls; // all that can take the focus
+    QStringList m_reachedByTab;
     QStringList m_findings;
 };
 

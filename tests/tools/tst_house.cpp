@@ -212,6 +212,14 @@ void TestHouse::formRulesFindFaults_data()
     row("in order", label + line + button, bothStops, "");
     row("no name", line + button, bothStops, "txtA has no name for screen readers");
     row("left out", label + line + button, "<tabstop>txtA</tabstop>", "cmdA is not among the tab stops");
+    row("hidden",
+        label + line + button +
+            "<item><widget class='QWidget' name='boxes'><property "
+            "name='visible'><bool>false</bool></property>"
+            "<layout class='QHBoxLayout' name='row'><item><widget class='QLineEdit' name='txtB'>"
+            "<property "
+            "name='accessibleName'><string>B</string></property></widget></item></layout></widget></item>",
+        bothStops, "");
     row("stray stop", label + line + button, bothStops + "<tabstop>txtB</tabstop>",
         "the tab stop txtB does not exist");
     row("stray buddy", label + button, "", "the buddy txtA does not exist");
