@@ -25,6 +25,9 @@ QMetaType::Type typeOf(const QString &declared)
     return declared == "REAL"_L1 ? QMetaType::Double : QMetaType::QString;
 }
 
+// What follows the first " FROM " of a statement: the table's name, then conditions and order.
+QString afterFrom(const QString &statement) { return statement.mid(statement.indexOf(" FROM "_L1) + 6); }
+
 } // namespace
 
 Recordset::Recordset(Connection &connection, QObject *parent)
@@ -36,21 +39,38 @@ Recordset::~Recordset() = default;
 
 Status Recordset::open(const QString &statement, const QVariantList &values, const QString &key)
 {
-    const auto from = statement.indexOf(" FROM "_L1);
-    const QString rest = statement.mid(from + 6);
-    const QString keyStatement = u"SELECT "_s + key + u" FROM "_s + rest;
-    auto keys = m_connection.keys(keyStatement, values);
+    auto keys = readKeys(statement, values, key);
+    return keys ? adopt(std::move(*keys), statement, values, key) : Status(keys.error());
+}
+
+Result<bool> Recordset::openIfAny(const QString &statement, const QVariantList &values, const QString &key)
+{
+    auto keys = readKeys(statement, values, key);
     if (!keys)
         return keys.error();
+    if (keys->empty())
+        return false;
+    const Status opened = adopt(std::move(*keys), statement, values, key);
+    return opened ? Result<bool>(true) : Result<bool>(opened.error());
+}
 
+Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const QVariantList &values,
+                                                const QString &key)
+{
+    return m_connection.keys(u"SELECT "_s + key + u" FROM "_s + afterFrom(statement), values);
+}
+
+Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
+                        const QString &key)
+{
     beginResetModel();
     m_statement = statement;
     m_values = values;
     m_key = key;
-    m_selectList = statement.mid(7, from - 7).trimmed();
-    m_table = rest.section(u' ', 0, 0);
+    m_selectList = statement.mid(7, statement.indexOf(" FROM "_L1) - 7).trimmed();
+    m_table = afterFrom(statement).section(u' ', 0, 0);
     const Status columns = readColumns(m_selectList, m_table);
-    m_keys = columns ? std::move(*keys) : std::vector<qint64>();
+    m_keys = columns ? std::move(keys) : std::vector<qint64>();
     m_blocks.clear();
     m_edits.clear();
     m_current = m_keys.empty() ? -1 : 0;

@@ -31,6 +31,10 @@ public:
     /// After a failure the record set holds what it held before.
     Status open(const QString &statement, const QVariantList &values, const QString &key);
 
+    /// As open(), but a statement that selects no row leaves the record set as it was.
+    /// \return whether it selected rows
+    Result<bool> openIfAny(const QString &statement, const QVariantList &values, const QString &key);
+
     /// Forgets the rows; unsaved edits are dropped.
     void close();
 
@@ -63,6 +67,7 @@ public:
     /// Edits the current row. Text becomes a number where the column holds numbers (NULL when it is none).
     void setValue(const QString &column, const QVariant &value);
     [[nodiscard]] bool isDirty() const { return !m_edits.isEmpty(); }
+    [[nodiscard]] bool isEdited(const QString &column) const { return m_edits.contains(columnOf(column)); }
 
     /// Saves the edits of the current row in one transaction. After a failure they are still there.
     Status update();
@@ -105,6 +110,10 @@ signals:
 private:
     using Block = std::vector<QVariantList>;
 
+    Result<std::vector<qint64>> readKeys(const QString &statement, const QVariantList &values,
+                                         const QString &key);
+    Status adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
+                 const QString &key);
     Status readColumns(const QString &select, const QString &table);
     [[nodiscard]] QVariant stored(int row, int column) const;
     [[nodiscard]] const Block &block(int number) const;

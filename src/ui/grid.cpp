@@ -61,10 +61,39 @@ void Grid::saveLayout(app::Workspace &workspace) const
 {
     if (m_name.isEmpty() || !model() || model()->columnCount() == 0)
         return;
+    workspace.settings.writeLayout(m_name + u"/columns"_s, currentWidths());
+}
+
+QString Grid::currentWidths() const
+{
     QStringList widths;
     for (int column = 0; column < model()->columnCount(); ++column)
         widths << QString::number(isColumnHidden(column) ? 0 : columnWidth(column));
-    workspace.settings.writeLayout(m_name + u"/columns"_s, widths.join(u' '));
+    return widths.join(u' ');
+}
+
+void Grid::setColumns(const QList<GridColumn> &columns)
+{
+    m_columns = columns;
+    arrangeColumns();
+}
+
+void Grid::arrangeColumns()
+{
+    if (m_recordset && !m_columns.isEmpty()) {
+        for (int column = 0; column < model()->columnCount(); ++column)
+            setColumnHidden(column, true);
+        int place = 0;
+        for (const GridColumn &shown : std::as_const(m_columns)) {
+            const int column = m_recordset->columnOf(shown.column);
+            if (column < 0)
+                continue;
+            setColumnHidden(column, false);
+            setColumnWidth(column, (shown.characters + 2) * fontMetrics().horizontalAdvance(u'0'));
+            horizontalHeader()->moveSection(horizontalHeader()->visualIndex(column), place++);
+        }
+    }
+    applyWidths();
 }
 
 void Grid::applyWidths()
@@ -93,8 +122,14 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
         if (!moved && m_refused)
             m_refused(moved.error().text);
     });
+    // A header forgets its columns with every new statement.
+    connect(&recordset, &db::Recordset::modelAboutToBeReset, this, [this] {
+        if (model()->columnCount() > 0)
+            m_widths = currentWidths();
+    });
+    connect(&recordset, &db::Recordset::modelReset, this, &Grid::arrangeColumns);
     followRecordset(recordset.currentRow());
-    applyWidths();
+    arrangeColumns();
 }
 
 void Grid::followRecordset(int row)
@@ -120,7 +155,8 @@ QString Grid::selectedText() const
     const QModelIndexList rows = selectionModel() ? selectionModel()->selectedRows() : QModelIndexList();
     for (const QModelIndex &row : rows) {
         QStringList cells;
-        for (int column = 0; column < model()->columnCount(); ++column) {
+        for (int place = 0; place < model()->columnCount(); ++place) {
+            const int column = horizontalHeader()->logicalIndex(place);
             if (!isColumnHidden(column))
                 cells << model()->index(row.row(), column).data().toString();
         }

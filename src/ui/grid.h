@@ -17,6 +17,13 @@ class Recordset;
 namespace ui
 {
 
+/// A column that a grid shows.
+struct GridColumn
+{
+    QString column;
+    int characters; // width until the user sets another one, in half-width characters
+};
+
 /// The grid of every screen: whole rows selected, column widths remembered, Ctrl+C copies the selected rows
 /// with their headings' columns as tab-separated text, line spacing as the settings panel has it. Tab leaves
 /// it.
@@ -32,6 +39,9 @@ public:
     /// Stores the column widths under the name given to setUp().
     void saveLayout(app::Workspace &workspace) const;
 
+    /// Shows only \a columns, in this order, whichever statement the record set opens.
+    void setColumns(const QList<GridColumn> &columns);
+
     /// Shows \a recordset and keeps the grid's current row and the record set's one together. When a row
     /// cannot be left, \a refused gets the reason and the grid stays.
     void bind(db::Recordset &recordset, std::function<void(const QString &)> refused);
@@ -44,10 +54,13 @@ protected:
 
 private:
     void followRecordset(int row);
+    void arrangeColumns();
     void applyWidths();
+    [[nodiscard]] QString currentWidths() const;
 
     QString m_name;
     QString m_widths;
+    QList<GridColumn> m_columns;
     db::Recordset *m_recordset = nullptr;
     std::function<void(const QString &)> m_refused;
     bool m_following = false;
