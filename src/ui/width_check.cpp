@@ -1,11 +1,10 @@
 #include "ui/width_check.h"
 
 #include "text/cp932.h"
+#include "ui/leave_watch.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 
-#include <QApplication>
-#include <QFocusEvent>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
@@ -18,16 +17,6 @@ const WidthLimit noteWidth{100, messages::memoLimit};
 
 namespace
 {
-
-constexpr int busyInterval = 30; // milliseconds
-
-// The cursor taken away by the program, by another window or by a menu is not the clerk's leaving; a box
-// left that way may well be the one that the cursor was just put back from, and the two would never end.
-bool leavesByUser(Qt::FocusReason reason)
-{
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason;
-}
 
 void tellWidth(QWidget *screen, const QString &sentence)
 {
@@ -51,9 +40,7 @@ WidthCheck::WidthCheck(QLineEdit *box, const WidthLimit &limit)
     , m_box(box)
     , m_limit(limit)
 {
-    m_later.setSingleShot(true);
-    connect(&m_later, &QTimer::timeout, this, &WidthCheck::checkAfterLeaving);
-    box->installEventFilter(this);
+    connect(new LeaveWatch(box), &LeaveWatch::left, this, &WidthCheck::tellAndReturn);
 }
 
 void WidthCheck::guard(QLineEdit *box, const WidthLimit &limit) { new WidthCheck(box, limit); }
@@ -80,23 +67,8 @@ bool WidthCheck::allFit(QWidget *screen)
     return !sentence;
 }
 
-bool WidthCheck::eventFilter(QObject *watched, QEvent *event)
+void WidthCheck::tellAndReturn()
 {
-    if (event->type() == QEvent::FocusOut && leavesByUser(static_cast<QFocusEvent *>(event)->reason()))
-        m_later.start(0);
-    return QObject::eventFilter(watched, event);
-}
-
-// Not within the change of focus itself: a message box there would swallow the click that caused it.
-void WidthCheck::checkAfterLeaving()
-{
-    if (QGuiApplication::mouseButtons() != Qt::NoButton || QApplication::activePopupWidget()) {
-        m_later.start(busyInterval);
-        return;
-    }
-    // The click may have closed the screen, opened another one or put the cursor back.
-    if (!m_box->isVisible() || !m_box->isEnabled() || m_box->hasFocus() || !m_box->isActiveWindow())
-        return;
     if (const auto sentence = error()) {
         m_box->setFocus();
         tellWidth(m_box->window(), *sentence);

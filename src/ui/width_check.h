@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QTimer>
 
 #include <optional>
 
@@ -47,18 +46,14 @@ public:
     /// As allFit(), but leaves the telling to the caller: the sentence for the first text that does not fit.
     static std::optional<QString> refusal(QWidget *screen);
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     WidthCheck(QLineEdit *box, const WidthLimit &limit);
 
     [[nodiscard]] std::optional<QString> error() const;
-    void checkAfterLeaving();
+    void tellAndReturn();
 
     QLineEdit *m_box;
     WidthLimit m_limit;
-    QTimer m_later;
 };
 
 } // namespace ui
