@@ -1,0 +1,190 @@
+#include "registers/CustomerPanel.h"
+
+#include "db/recordset.h"
+#include "registers/customer.h"
+#include "text/width.h"
+#include "ui/leave_watch.h"
+#include "ui/prompts.h"
+#include "ui/width_check.h"
+#include "ui_CustomerPanel.h"
+
+#include <QDesktopServices>
+#include <QEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+CustomerPanel::CustomerPanel(QWidget *parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui::CustomerPanel>())
+{
+    m_ui->setupUi(this);
+    // Stands for its boxes in the screen's tab order.
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(m_ui->txtCode);
+    fillDropDowns();
+    for (QComboBox *box : {m_ui->dbcKubun, m_ui->cmdBill, m_ui->Combo1})
+        box->installEventFilter(this);
+    m_ui->txtMail->installEventFilter(this);
+    for (QLineEdit *box : std::initializer_list<QLineEdit *>{m_ui->txtName, m_ui->txtName2, m_ui->txtAddress,
+                                                             m_ui->txtAddress2})
+        ui::WidthCheck::guard(box, ui::nameWidth);
+    ui::WidthCheck::guard(m_ui->txtMemo, ui::noteWidth);
+}
+
+CustomerPanel::~CustomerPanel() = default;
+
+void CustomerPanel::bind(db::Connection &connection, db::Recordset &customers)
+{
+    m_connection = &connection;
+    m_customers = &customers;
+    m_boxes = std::make_unique<ui::RecordPanel>(customers, nullptr);
+    const std::pair<QLineEdit *, QString> boxes[] = {
+        {m_ui->txtID, u"納品先ID"_s},       {m_ui->txtCode, u"コード"_s},
+        {m_ui->txtName, u"納品先名1"_s},    {m_ui->txtName2, u"納品先名2"_s},
+        {m_ui->txtFurigana, u"フリガナ"_s}, {m_ui->txtName4, u"納品先名キー"_s},
+        {m_ui->txtZip, u"郵便番号"_s},      {m_ui->txtAddress, u"住所1"_s},
+        {m_ui->txtAddress2, u"住所2"_s},    {m_ui->txtTel, u"TEL1"_s},
+        {m_ui->txtFax, u"FAX"_s},           {m_ui->txtKeitai, u"TEL2"_s},
+        {m_ui->txtMail, u"メール"_s},       {m_ui->txtMemo, u"メモ"_s},
+        {m_ui->txtDate1, u"登録日"_s},      {m_ui->txtDate2, u"更新日"_s},
+        {m_ui->txtBarth, u"誕生日"_s},      {m_ui->txtTantou, u"担当者名"_s},
+        {m_ui->Text2, u"締め日"_s},         {m_ui->Text1, u"消費税区分"_s},
+    };
+    for (const auto &[box, column] : boxes)
+        m_boxes->bind(box, column);
+    m_boxes->bind(m_ui->Check1, u"元帳出力"_s);
+
+    bindDropDown(m_ui->cmdBill, m_ui->Text2);
+    bindDropDown(m_ui->Combo1, m_ui->Text1);
+    connect(&customers, &db::Recordset::currentRowChanged, this, &CustomerPanel::showCategory);
+    connect(m_ui->dbcKubun, &QComboBox::activated, this, &CustomerPanel::chooseCategory);
+    connectReading();
+    connectForms();
+}
+
+void CustomerPanel::fillDropDowns()
+{
+    m_ui->cmdBill->addItems(closingDayNames());
+    m_ui->cmdBill->setCurrentIndex(-1);
+    m_ui->Combo1->addItems(taxClassNames());
+}
+
+// The hidden box holds the number that is stored; an empty one says nothing about the drop-down.
+void CustomerPanel::bindDropDown(QComboBox *shown, QLineEdit *stored)
+{
+    connect(stored, &QLineEdit::textChanged, shown, [shown](const QString &number) {
+        if (!number.isEmpty())
+            shown->setCurrentIndex(number.toInt());
+    });
+    connect(shown, &QComboBox::activated, stored,
+            [stored](int index) { stored->setText(QString::number(index)); });
+}
+
+void CustomerPanel::connectReading()
+{
+    QLineEdit *reading = m_ui->txtFurigana;
+    const auto normalise = [this, reading] {
+        if (m_customers->isEdited(u"フリガナ"_s))
+            reading->setText(text::normalisedReading(reading->text()));
+    };
+    connect(m_ui->txtName, &ui::ReadingLineEdit::readingConfirmed, reading,
+            [reading](const QString &kana) { reading->setText(reading->text() + kana); });
+    connect(m_ui->txtName, &QLineEdit::textEdited, reading, [reading](const QString &name) {
+        if (name.isEmpty())
+            reading->clear();
+    });
+    connect(m_ui->txtName, &QLineEdit::editingFinished, this, normalise);
+    connect(reading, &QLineEdit::editingFinished, this, normalise);
+}
+
+// Only what was typed is brought into form: passing through a box with the cursor is no edit.
+void CustomerPanel::connectForms()
+{
+    const auto form = [this](QLineEdit *box, const QString &column, QString (*stored)(const QString &)) {
+        connect(box, &QLineEdit::editingFinished, this, [this, box, column, stored] {
+            if (m_customers->isEdited(column))
+                box->setText(stored(box->text()));
+        });
+    };
+    form(m_ui->txtTel, u"TEL1"_s, normalisedPhone);
+    form(m_ui->txtFax, u"FAX"_s, normalisedPhone);
+    form(m_ui->txtKeitai, u"TEL2"_s, normalisedPhone);
+    form(m_ui->txtMail, u"メール"_s, normalisedMail);
+    connect(new ui::LeaveWatch(m_ui->txtCode), &ui::LeaveWatch::left, this, &CustomerPanel::warnOfSharedCode);
+}
+
+db::Status CustomerPanel::loadCategories()
+{
+    auto found = masters::customerCategories(*m_connection);
+    if (!found)
+        return found.error();
+    m_categories = std::move(*found);
+    m_ui->dbcKubun->clear();
+    for (const masters::Entry &category : m_categories)
+        m_ui->dbcKubun->addItem(category.name, category.id);
+    showCategory();
+    return {};
+}
+
+void CustomerPanel::showRow()
+{
+    m_boxes->show();
+    showCategory();
+}
+
+void CustomerPanel::showCategory()
+{
+    const QVariant category = m_customers->value(u"区分ID"_s);
+    m_ui->dbcKubun->setCurrentIndex(category.isNull() ? -1 : m_ui->dbcKubun->findData(category.toLongLong()));
+}
+
+void CustomerPanel::chooseCategory(int index)
+{
+    const qint64 category = m_ui->dbcKubun->itemData(index).toLongLong();
+    const db::Status saved = saveCategory(*m_connection, *m_customers, category);
+    if (!saved) {
+        showCategory();
+        ui::prompts::inform(window(), saved.error().text);
+    }
+}
+
+void CustomerPanel::warnOfSharedCode()
+{
+    const auto shared = codeIsShared(*m_connection, *m_customers);
+    if (shared && *shared)
+        ui::prompts::inform(window(), u"納品先コードが重複しています。"_s);
+}
+
+void CustomerPanel::beginEntry()
+{
+    m_ui->cmdBill->setCurrentIndex(-1);
+    m_ui->txtName->setFocus();
+}
+
+void CustomerPanel::focusColumn(const QString &column)
+{
+    if (column == u"納品先名1"_s)
+        m_ui->txtName->setFocus();
+    else if (column == u"区分ID"_s)
+        m_ui->dbcKubun->setFocus();
+}
+
+bool CustomerPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_ui->txtMail && event->type() == QEvent::MouseButtonDblClick) {
+        if (const auto link = mailLink(m_ui->txtMail->text()))
+            return QDesktopServices::openUrl(*link);
+    }
+    // A wheel turned over a drop-down that the clerk is not in would change the customer unseen.
+    const auto *box = qobject_cast<QComboBox *>(watched);
+    if (box && event->type() == QEvent::Wheel && !box->hasFocus()) {
+        event->ignore();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace registers

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "masters/name_lists.h"
+#include "ui/record_panel.h"
+
+#include <QWidget>
+
+#include <memory>
+#include <vector>
+
+class QComboBox;
+class QLineEdit;
+
+namespace db
+{
+class Connection;
+class Recordset;
+} // namespace db
+
+namespace Ui
+{
+class CustomerPanel;
+}
+
+namespace registers
+{
+
+/// The boxes of one customer, bound to the current row of a record set: what is typed edits the row, and a
+/// box that is left brings its text into the form in which it is stored.
+class CustomerPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit CustomerPanel(QWidget *parent = nullptr);
+    ~CustomerPanel() override;
+
+    /// To be called once, before the record set is opened.
+    void bind(db::Connection &connection, db::Recordset &customers);
+
+    /// Reads the categories that can be chosen.
+    db::Status loadCategories();
+    [[nodiscard]] const std::vector<masters::Entry> &categories() const { return m_categories; }
+
+    /// Shows the current row again.
+    void showRow();
+
+    /// Makes ready for typing a new customer.
+    void beginEntry();
+
+    /// Puts the cursor into the box of \a column.
+    void focusColumn(const QString &column);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void fillDropDowns();
+    void connectReading();
+    void connectForms();
+    void bindDropDown(QComboBox *shown, QLineEdit *stored);
+    void showCategory();
+    void chooseCategory(int index);
+    void warnOfSharedCode();
+
+    std::unique_ptr<Ui::CustomerPanel> m_ui;
+    std::unique_ptr<ui::RecordPanel> m_boxes;
+    std::vector<masters::Entry> m_categories;
+    db::Connection *m_connection = nullptr;
+    db::Recordset *m_customers = nullptr;
+};
+
+} // namespace registers

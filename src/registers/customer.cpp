@@ -1,0 +1,191 @@
+#include "registers/customer.h"
+
+#include "db/connection.h"
+#include "db/keys.h"
+#include "db/recordset.h"
+#include "db/transaction.h"
+#include "text/width.h"
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+namespace
+{
+
+// Lengths in characters.
+constexpr int keyLength = 150;
+constexpr int phoneLength = 15;
+constexpr int mailLength = 50;
+
+const QString customerId = u"納品先ID"_s;
+
+// Never ends in half a surrogate pair, which no database can store.
+QString firstCharacters(const QString &text, int count)
+{
+    const QString head = text.left(count);
+    return head.size() == count && head.back().isHighSurrogate() ? head.chopped(1) : head;
+}
+
+// A voiced kana becomes two characters, so the text is cut again after the conversion.
+QString halfWidth(const QString &text, int count)
+{
+    return firstCharacters(text::toHalfWidth(firstCharacters(text, count)), count);
+}
+
+void storeForms(db::Recordset &customers)
+{
+    for (const QString &column : {u"TEL1"_s, u"TEL2"_s, u"FAX"_s}) {
+        if (customers.isEdited(column))
+            customers.setValue(column, normalisedPhone(customers.text(column)));
+    }
+    if (customers.isEdited(u"メール"_s))
+        customers.setValue(u"メール"_s, normalisedMail(customers.text(u"メール"_s)));
+    if (customers.isEdited(u"フリガナ"_s))
+        customers.setValue(u"フリガナ"_s, text::normalisedReading(customers.text(u"フリガナ"_s)));
+}
+
+} // namespace
+
+QString customerKey(const QString &name1, const QString &name2, const QString &code, const QString &tel1,
+                    const QString &reading)
+{
+    const QString name = text::withoutFullWidthBlanks(name1 + name2);
+    return firstCharacters(QStringList{name, code, tel1, reading}.join(u' '), keyLength);
+}
+
+QString normalisedPhone(const QString &typed) { return halfWidth(typed, phoneLength); }
+
+QString normalisedMail(const QString &typed)
+{
+    const auto scheme = "mailto:"_L1;
+    const QString address = typed.startsWith(scheme, Qt::CaseInsensitive) ? typed.mid(scheme.size()) : typed;
+    return halfWidth(address, mailLength);
+}
+
+std::optional<QUrl> mailLink(const QString &address)
+{
+    static const QRegularExpression plain(uR"(\A[A-Za-z0-9.!#$'*+/=^_`{|}~-]+@[A-Za-z0-9.-]+\z)"_s);
+    if (!plain.match(address).hasMatch())
+        return std::nullopt;
+    QUrl link;
+    link.setScheme(u"mailto"_s);
+    link.setPath(address, QUrl::DecodedMode);
+    return link;
+}
+
+QStringList closingDayNames()
+{
+    QStringList names{u"末日"_s};
+    for (int day = 1; day <= 30; ++day)
+        names << QString::number(day) + u" 日"_s;
+    return names;
+}
+
+QStringList taxClassNames() { return {u"外税 （納品時）"_s, u"外税 （請求時）"_s, u"内税"_s}; }
+
+db::Status openEveryCustomer(db::Recordset &customers)
+{
+    return customers.open(u"SELECT * FROM 納品先 ORDER BY 更新日 DESC, フリガナ"_s, {}, customerId);
+}
+
+db::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text)
+{
+    return customers.openIfAny(
+        u"SELECT * FROM 納品先 WHERE (納品先名キー LIKE ?)  ORDER BY 更新日 DESC, フリガナ"_s,
+        {u'%' + text + u'%'}, customerId);
+}
+
+db::Status openCustomer(db::Recordset &customers, qint64 id)
+{
+    return customers.open(u"SELECT * FROM 納品先 WHERE (納品先ID = ?) ORDER BY 更新日 DESC, フリガナ"_s, {id},
+                          customerId);
+}
+
+db::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
+{
+    db::Transaction transaction(connection);
+    if (const db::Status begun = transaction.begin(); !begun)
+        return begun.error();
+    const auto key = db::nextKey(connection, u"納品先"_s);
+    if (!key)
+        return key.error();
+    const QString date = today.toString(Qt::ISODate);
+    const auto added = connection.execute(
+        u"INSERT INTO 納品先 (納品先ID, 登録日, 更新日, 元帳出力, 消費税区分) VALUES (?, ?, ?, 0, 0)"_s,
+        {*key, date, date});
+    if (!added)
+        return added.error();
+    const db::Status done = transaction.commit();
+    return done ? key : db::Result<qint64>(done.error());
+}
+
+db::Status openForEntry(db::Recordset &customers, qint64 id)
+{
+    const db::Status opened = customers.open(u"SELECT * FROM 納品先 ORDER BY 納品先ID"_s, {}, customerId);
+    return opened ? customers.moveToKey(id) : opened;
+}
+
+std::optional<Refusal> customerRefusal(const db::Recordset &customers,
+                                       const std::vector<masters::Entry> &categories)
+{
+    // The blanks give these two short messages the width of a message box.
+    if (customers.text(u"納品先名1"_s).trimmed().isEmpty())
+        return Refusal{u"納品先名が入力されていません。               "_s, u"納品先名1"_s};
+    const QVariant category = customers.value(u"区分ID"_s);
+    const bool known =
+        std::any_of(categories.cbegin(), categories.cend(), [&](const masters::Entry &candidate) {
+            return !category.isNull() && candidate.id == category.toLongLong();
+        });
+    if (!known)
+        return Refusal{u"納品先区分が入力されていません。               "_s, u"区分ID"_s};
+    return std::nullopt;
+}
+
+db::Status saveCustomer(db::Recordset &customers, const QDate &today)
+{
+    storeForms(customers);
+    const QVariant oldKey = customers.value(u"納品先名キー"_s);
+    const QVariant oldDate = customers.value(u"更新日"_s);
+    customers.setValue(u"納品先名キー"_s,
+                       customerKey(customers.text(u"納品先名1"_s), customers.text(u"納品先名2"_s),
+                                   customers.text(u"コード"_s), customers.text(u"TEL1"_s),
+                                   customers.text(u"フリガナ"_s)));
+    customers.setValue(u"更新日"_s, today.toString(Qt::ISODate));
+    const db::Status saved = customers.update();
+    if (!saved) {
+        customers.setValue(u"納品先名キー"_s, oldKey);
+        customers.setValue(u"更新日"_s, oldDate);
+    }
+    return saved;
+}
+
+db::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)
+{
+    const auto changed = connection.execute(u"UPDATE 納品先 SET 区分ID = ? WHERE 納品先ID = ?"_s,
+                                            {category, customers.currentKey()});
+    if (!changed)
+        return changed.error();
+    if (*changed == 0)
+        return db::Error{u"表示中の納品先はほかのプログラムで削除されたため、保存できませんでした。"_s};
+    customers.refresh();
+    return {};
+}
+
+db::Result<bool> codeIsShared(db::Connection &connection, const db::Recordset &customers)
+{
+    const QString code = customers.text(u"コード"_s);
+    if (code.isEmpty())
+        return false;
+    // The row on the screen has the code whether it is saved already or not, so one other row is enough.
+    const auto keys = connection.keys(u"SELECT 納品先ID FROM 納品先 WHERE コード = ? LIMIT 2"_s, {code});
+    if (!keys)
+        return keys.error();
+    return std::any_of(keys->cbegin(), keys->cend(),
+                       [&](qint64 key) { return key != customers.currentKey(); });
+}
+
+} // namespace registers

@@ -1,0 +1,303 @@
+#include "db/recordset.h"
+#include "registers/customer.h"
+#include "support/fresh_shop.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QDate openingDay(2026, 4, 1);
+const QDate laterDay(2026, 5, 20);
+
+} // namespace
+
+class TestCustomer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void buildsTheKey_data()
+    {
+        QTest::addColumn<QStringList>("fields"); // 納品先名1, 納品先名2, コード, TEL1, フリガナ
+        QTest::addColumn<QString>("key");
+        const QString none;
+        QTest::newRow("no code") << QStringList{u"山田　太郎"_s, none, none, u"03-1234-5678"_s, u"ﾔﾏﾀﾞﾀﾛｳ"_s}
+                                 << u"山田太郎  03-1234-5678 ﾔﾏﾀﾞﾀﾛｳ"_s;
+        QTest::newRow("all fields") << QStringList{u"　山田　商店 "_s, u"営業部　御中　"_s, u"A1"_s, u"03"_s,
+                                                   u"ﾔ"_s}
+                                    << u"山田商店 営業部御中 A1 03 ﾔ"_s;
+        QTest::newRow("nothing") << QStringList{none, none, none, none, none} << u"   "_s;
+        QTest::newRow("cut, the reading pushed out")
+            << QStringList{QString(149, u'山'), none, u"C"_s, u"03"_s, u"ﾔﾏ"_s} << QString(149, u'山') + u' ';
+        QTest::newRow("never half a character")
+            << QStringList{QString(149, u'山') + u"😀"_s, none, none, none, none} << QString(149, u'山');
+    }
+
+    void buildsTheKey()
+    {
+        QFETCH(QStringList, fields);
+        QTEST(registers::customerKey(fields[0], fields[1], fields[2], fields[3], fields[4]), "key");
+    }
+
+    void bringsIntoStoredForm_data()
+    {
+        QTest::addColumn<bool>("isMail");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("full-width digits") << false << u"０３－１２３４－５６７８"_s << u"03-1234-5678"_s;
+        QTest::newRow("16th dropped")
+            << false << u"１２３４５６７８９０１２３４５６"_s << u"123456789012345"_s;
+        QTest::newRow("voiced kana widen") << false << QString(15, u'ガ') << u"ｶﾞｶﾞｶﾞｶﾞｶﾞｶﾞｶﾞｶ"_s;
+        QTest::newRow("half an emoji") << false << u"12345678901234😀"_s << u"12345678901234"_s;
+        QTest::newRow("mailto") << true << u"mailto:a@example.jp"_s << u"a@example.jp"_s;
+        QTest::newRow("MAILTO") << true << u"MailTo:a@example.jp"_s << u"a@example.jp"_s;
+        QTest::newRow("full-width mail") << true << u"ａ＠ｅｘａｍｐｌｅ．ｊｐ"_s << u"a@example.jp"_s;
+        QTest::newRow("51st dropped") << true << QString(51, u'a') << QString(50, u'a');
+        QTest::newRow("50 after mailto:") << true << u"mailto:"_s + QString(50, u'a') << QString(50, u'a');
+    }
+
+    void bringsIntoStoredForm()
+    {
+        QFETCH(bool, isMail);
+        QFETCH(QString, typed);
+        QTEST(isMail ? registers::normalisedMail(typed) : registers::normalisedPhone(typed), "stored");
+    }
+
+    void linksPlainAddressesOnly_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("link");
+        QTest::newRow("plain") << u"taro+shop@example.co.jp"_s << u"mailto:taro+shop@example.co.jp"_s;
+        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("no address") << u"なし"_s << QString();
+        QTest::newRow("headers") << u"a@example.jp?bcc=b@example.jp"_s << QString();
+        QTest::newRow("two") << u"a@example.jp,b@example.jp"_s << QString();
+        QTest::newRow("another scheme") << u"file:///etc/passwd"_s << QString();
+        QTest::newRow("line break") << u"a@example.jp\n"_s << QString();
+    }
+
+    void linksPlainAddressesOnly()
+    {
+        QFETCH(QString, address);
+        const auto link = registers::mailLink(address);
+        QTEST(link ? link->toString() : QString(), "link");
+    }
+
+    void namesClosingDays()
+    {
+        const QStringList names = registers::closingDayNames();
+        QCOMPARE(names.size(), 31);
+        QCOMPARE(names.at(0), u"末日"_s);
+        QCOMPARE(names.at(15), u"15 日"_s);
+        QCOMPARE(names.at(30), u"30 日"_s);
+    }
+
+    void keysFollowTheHighest()
+    {
+        FreshShop shop;
+        QCOMPARE(*registers::addCustomer(shop.connection, openingDay), 1);
+        QCOMPARE(*registers::addCustomer(shop.connection, openingDay), 2);
+        QCOMPARE(*registers::addCustomer(shop.connection, openingDay), 3);
+        shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 2"_s);
+        QCOMPARE(*registers::addCustomer(shop.connection, openingDay), 4);
+        shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 4"_s);
+        QCOMPARE(*registers::addCustomer(shop.connection, openingDay), 4);
+        QCOMPARE(
+            shop.rows(
+                u"SELECT 納品先ID, 納品先名1, 区分ID, 登録日, 更新日, 締め日, 消費税区分, 元帳出力 FROM 納品先 WHERE 納品先ID = 4"_s),
+            QStringList{u"4|-|-|2026-04-01|2026-04-01|-|0|0"_s});
+    }
+
+    void searches_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("found");
+        QTest::newRow("reading in hiragana") << u"やまだ"_s << u"1"_s;
+        QTest::newRow("part of the telephone, full width") << u"１２３４"_s << u"1 2"_s;
+        QTest::newRow("code") << u"K7"_s << u"2"_s;
+        QTest::newRow("quote") << u"O'Neil"_s << u"3"_s;
+        QTest::newRow("statement") << u"'; DROP TABLE 納品先; --"_s << QString();
+        QTest::newRow("wildcards") << u"%_%"_s << u"1 2 3"_s;
+        QTest::newRow("only blanks in a row") << u"%"_s << u"1 2 3"_s;
+        QTest::newRow("nothing") << u"鈴木"_s << QString();
+    }
+
+    // The last changed first, then by reading.
+    void searches()
+    {
+        QFETCH(QString, text);
+        FreshShop shop;
+        shop.run(
+            u"INSERT INTO 納品先 (納品先ID, 納品先名キー, フリガナ, 更新日) VALUES "
+            "(3, 'O''Neil   ｵﾆｰﾙ', 'ｵﾆｰﾙ', '2026-01-01'), (2, '佐藤 K7 06-1234 ｻﾄｳ', 'ｻﾄｳ', '2026-02-01'), "
+            "(1, '山田  03-1234 ﾔﾏﾀﾞ', 'ｱ', '2026-02-01')"_s);
+        db::Recordset customers(shop.connection);
+        const auto found = registers::openCustomersLike(customers, text);
+        QVERIFY(found);
+        QCOMPARE(*found, !customers.isEmpty());
+        QStringList keys;
+        for (int row = 0; row < customers.count(); ++row)
+            keys << QString::number(customers.keyAt(row));
+        QTEST(keys.join(u' '), "found");
+    }
+
+    void anEmptySearchLeavesTheList()
+    {
+        FreshShop shop;
+        QVERIFY(registers::addCustomer(shop.connection, openingDay));
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openEveryCustomer(customers));
+        const auto found = registers::openCustomersLike(customers, u"山田"_s);
+        QVERIFY(found);
+        QVERIFY(!*found);
+        QCOMPARE(customers.count(), 1);
+    }
+
+    void refuses_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QVariant>("category");
+        QTest::addColumn<QString>("refusal");
+        const QString noName = u"納品先名が入力されていません。               "_s;
+        const QString noCategory = u"納品先区分が入力されていません。               "_s;
+        QTest::newRow("no name") << QString() << QVariant(5) << noName;
+        QTest::newRow("blank name") << u"　 "_s << QVariant(5) << noName;
+        QTest::newRow("no category") << u"山田"_s << QVariant() << noCategory;
+        QTest::newRow("category deleted") << u"山田"_s << QVariant(6) << noCategory;
+        QTest::newRow("complete") << u"山田"_s << QVariant(5) << QString();
+    }
+
+    void refuses()
+    {
+        QFETCH(QString, name);
+        QFETCH(QVariant, category);
+        FreshShop shop;
+        shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 区分ID) VALUES (1, ?, ?)"_s, {name, category});
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomer(customers, 1));
+        const auto refusal = registers::customerRefusal(customers, {{5, u"得意先"_s}});
+        QTEST(refusal ? refusal->text : QString(), "refusal");
+    }
+
+    void savesFormsKeyAndDay()
+    {
+        FreshShop shop;
+        const auto id = registers::addCustomer(shop.connection, openingDay);
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openForEntry(customers, *id));
+        customers.setValue(u"納品先名1"_s, u"山田　太郎"_s);
+        customers.setValue(u"フリガナ"_s, u"ﾔﾏﾀﾞｷｬｯﾁｰ"_s);
+        customers.setValue(u"TEL1"_s, u"０３－１"_s);
+        customers.setValue(u"メール"_s, u"mailto:a@b.jp"_s);
+        QVERIFY(registers::saveCustomer(customers, laterDay));
+        QCOMPARE(shop.rows(
+                     u"SELECT 納品先名1, フリガナ, 納品先名キー, TEL1, メール, 登録日, 更新日 FROM 納品先"_s),
+                 QStringList{
+                     u"山田　太郎|ﾔﾏﾀﾞｷﾔﾂﾁ-|山田太郎  03-1 ﾔﾏﾀﾞｷﾔﾂﾁ-|03-1|a@b.jp|2026-04-01|2026-05-20"_s});
+        QVERIFY(!customers.isDirty());
+    }
+
+    void keepsWhatNobodyTyped()
+    {
+        FreshShop shop;
+        const QString longMail(60, u'a');
+        shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, メール, TEL1) VALUES (1, '山田', ?, '０３')"_s,
+                 {longMail});
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomer(customers, 1));
+        customers.setValue(u"メモ"_s, u"改装中"_s);
+        QVERIFY(registers::saveCustomer(customers, laterDay));
+        QCOMPARE(shop.rows(u"SELECT メール, TEL1, メモ FROM 納品先"_s),
+                 QStringList{longMail + u"|０３|改装中"_s});
+    }
+
+    void storesAnyText_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("quotes") << u"O'Neil \"商店\" ; --"_s;
+        QTest::newRow("per cent") << u"100%_ストア"_s;
+        QTest::newRow("emoji") << u"花屋😀"_s;
+        QTest::newRow("backslash") << u"C:\\表\\"_s;
+    }
+
+    void storesAnyText()
+    {
+        QFETCH(QString, name);
+        FreshShop shop;
+        const auto id = registers::addCustomer(shop.connection, openingDay);
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomer(customers, *id));
+        customers.setValue(u"納品先名1"_s, name);
+        QVERIFY(registers::saveCustomer(customers, laterDay));
+        db::Recordset again(shop.connection);
+        QVERIFY(registers::openCustomer(again, *id));
+        QCOMPARE(again.text(u"納品先名1"_s), name);
+        QVERIFY(*registers::openCustomersLike(again, name));
+    }
+
+    void aFailedSaveChangesNothing()
+    {
+        FreshShop shop;
+        const auto id = registers::addCustomer(shop.connection, openingDay);
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomer(customers, *id));
+        customers.setValue(u"納品先名1"_s, u"山田"_s);
+        shop.run(u"PRAGMA query_only = ON"_s);
+        const db::Status saved = registers::saveCustomer(customers, laterDay);
+        QVERIFY(!saved);
+        QVERIFY(!saved.error().text.isEmpty());
+        QVERIFY(!registers::addCustomer(shop.connection, openingDay));
+        QCOMPARE(customers.text(u"更新日"_s), u"2026-04-01"_s);
+        QCOMPARE(customers.text(u"納品先名キー"_s), QString());
+        QCOMPARE(customers.text(u"納品先名1"_s), u"山田"_s);
+        QCOMPARE(shop.rows(u"SELECT 納品先ID, 納品先名1, 納品先名キー FROM 納品先"_s),
+                 QStringList{u"1|-|-"_s});
+    }
+
+    // Choosing a category must not store a name whose key was never built.
+    void aCategoryIsSavedAlone()
+    {
+        FreshShop shop;
+        const auto id = registers::addCustomer(shop.connection, openingDay);
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomer(customers, *id));
+        customers.setValue(u"納品先名1"_s, u"山田"_s);
+        QVERIFY(registers::saveCategory(shop.connection, customers, 5));
+        QCOMPARE(shop.rows(u"SELECT 区分ID, 納品先名1 FROM 納品先"_s), QStringList{u"5|-"_s});
+        QCOMPARE(customers.value(u"区分ID"_s).toLongLong(), 5);
+        QCOMPARE(customers.text(u"納品先名1"_s), u"山田"_s);
+        shop.run(u"DELETE FROM 納品先"_s);
+        QVERIFY(!registers::saveCategory(shop.connection, customers, 6));
+    }
+
+    void noticesSharedCodes_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<bool>("shared");
+        QTest::newRow("own") << u"A1"_s << false;
+        QTest::newRow("free") << u"Z9"_s << false;
+        QTest::newRow("another's") << u"B2"_s << true;
+        QTest::newRow("of two others") << u"C3"_s << true;
+        QTest::newRow("none") << QString() << false;
+    }
+
+    void noticesSharedCodes()
+    {
+        QFETCH(QString, code);
+        FreshShop shop;
+        shop.run(
+            u"INSERT INTO 納品先 (納品先ID, コード) VALUES (1, 'A1'), (2, 'B2'), (3, 'C3'), (4, 'C3'), (5, '')"_s);
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomer(customers, 1));
+        customers.setValue(u"コード"_s, code);
+        const auto shared = registers::codeIsShared(shop.connection, customers);
+        QVERIFY(shared);
+        QTEST(*shared, "shared");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestCustomer)
+#include "tst_customer.moc"
