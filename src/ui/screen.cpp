@@ -10,8 +10,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScreen>
-#include <QTextEdit>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -88,8 +88,13 @@ void Screen::showEvent(QShowEvent *event)
 bool Screen::event(QEvent *event)
 {
     const bool done = QDialog::event(event);
-    if (event->type() == QEvent::WindowActivate && isVisible())
-        becameActive();
+    if (event->type() == QEvent::WindowDeactivate) {
+        const QWidget *modal = QApplication::activeModalWidget();
+        m_underDialog = modal && modal != this && !qobject_cast<const Screen *>(modal);
+    } else if (event->type() == QEvent::WindowActivate && isVisible()) {
+        if (!std::exchange(m_underDialog, false))
+            becameActive();
+    }
     return done;
 }
 

@@ -26,7 +26,8 @@ protected:
     /// To be called at the end of a screen's constructor, after setupUi(): sizes, grids, buttons.
     void setUp();
 
-    /// Each time the screen becomes the active window.
+    /// Each time the screen becomes the active window; coming back from a message box or a file dialog over
+    /// it is none.
     virtual void becameActive() {}
 
     /// Whether the screen may close now; a screen settles here what is unsaved.
@@ -54,6 +55,7 @@ private:
 
     app::Workspace &m_workspace;
     bool m_placed = false;
+    bool m_underDialog = false; // inactive only because of a message box or the like
 };
 
 } // namespace ui

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "masters/editor_states.h"
+
+#include <QList>
+#include <QString>
+
+namespace masters
+{
+
+enum class Master {
+    Units,
+    Specifications,
+    Employees,
+    CustomerCategories,
+    ShippingCategories,
+    PurchaseProducts,
+    SalesProducts,
+    OwnCompany
+};
+
+/// A box of an editor and the column that it shows.
+struct MasterField
+{
+    QString control;
+    QString column;
+    QString label = {}; // where the form does not have one itself
+};
+
+/// All that makes one master editor differ from another.
+struct MasterDefinition
+{
+    QString screen; // object name
+    QString caption;
+    QString statement;         // the list
+    QList<MasterField> fields; // the key first
+    EditorKind kind = EditorKind::Plain;
+    QString deleteCaption = {}; // where it is not the form's own
+    bool hasReturnButton = false;
+    bool blamesConnection = false; // a list that cannot be shown is told as a failed connection
+};
+
+const MasterDefinition &definitionOf(Master master);
+
+} // namespace masters

@@ -1,0 +1,210 @@
+#include "masters/master_editor.h"
+
+#include "app/workspace.h"
+#include "ui/grid.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+#include "ui/twips.h"
+#include "ui/width_check.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace masters
+{
+
+namespace
+{
+
+// Twips.
+constexpr double keyColumnWidth = 1200;
+constexpr double nameColumnWidth = 3000;
+
+} // namespace
+
+MasterEditor::MasterEditor(app::Workspace &workspace, const MasterDefinition &definition, QWidget *parent)
+    : Screen(workspace, parent)
+    , m_definition(definition)
+    , m_rows(workspace.connection)
+    , m_panel(m_rows, nullptr)
+{}
+
+void MasterEditor::start()
+{
+    setObjectName(m_definition.screen);
+    setWindowTitle(m_definition.caption);
+    findControls();
+    openList();
+    connect(m_add, &QPushButton::clicked, this, &MasterEditor::add);
+    connect(m_confirm, &QPushButton::clicked, this, &MasterEditor::confirm);
+    connect(m_cancel, &QPushButton::clicked, this, &MasterEditor::cancel);
+    connect(m_remove, &QPushButton::clicked, this, &MasterEditor::remove);
+    setUp();
+}
+
+void MasterEditor::findControls()
+{
+    m_add = findChild<QPushButton *>(u"cmdAdd"_s);
+    m_confirm = findChild<QPushButton *>(u"cmdUpdate"_s);
+    m_cancel = findChild<QPushButton *>(u"cmdCancel"_s);
+    m_remove = findChild<QPushButton *>(u"cmdDelete"_s);
+    m_hint = findChild<QLabel *>(u"lblHint"_s);
+    if (!m_definition.deleteCaption.isEmpty())
+        m_remove->setText(m_definition.deleteCaption);
+    for (const MasterField &field : m_definition.fields) {
+        auto *box = findChild<QLineEdit *>(field.control);
+        m_panel.bind(box, field.column);
+        m_boxes << box;
+    }
+    // Keys are given by the program; the box only shows, and looks like it.
+    QLineEdit *key = m_boxes.takeFirst();
+    key->setReadOnly(true);
+    key->setFocusPolicy(Qt::ClickFocus);
+    QPalette look = key->palette();
+    look.setBrush(QPalette::Base, look.window());
+    key->setPalette(look);
+}
+
+void MasterEditor::openList()
+{
+    const db::Status opened = m_rows.open(m_definition.statement, {}, m_definition.fields.first().column);
+    if (!opened) {
+        m_rows.close();
+        tellThatListFailed(opened.error());
+    }
+    if (m_grid) {
+        m_grid->bind(m_rows, [this](const QString &reason) { ui::prompts::inform(this, reason); });
+        m_grid->setColumnWidth(0, ui::pixelsFromTwips(keyColumnWidth));
+        m_grid->setColumnWidth(1, ui::pixelsFromTwips(nameColumnWidth));
+    }
+    entered(EditorStep::Opened);
+}
+
+void MasterEditor::becameActive()
+{
+    // The first visit lands in the first row at once.
+    if (m_rows.isOpen() && m_rows.isEmpty())
+        add();
+}
+
+void MasterEditor::add()
+{
+    if (!saveRow())
+        return;
+    const qint64 keyBefore = m_rows.currentKey();
+    const bool wasEmpty = m_rows.isEmpty();
+    if (const auto added = m_rows.add(); !added) {
+        if (wasEmpty)
+            tellThatListFailed(added.error());
+        else
+            ui::prompts::inform(this, added.error().text);
+        return;
+    }
+    m_keyBefore = keyBefore;
+    entered(EditorStep::Added);
+    m_boxes.first()->setFocus();
+}
+
+void MasterEditor::confirm()
+{
+    if (!saveRow())
+        return;
+    entered(EditorStep::Confirmed);
+    m_add->setFocus();
+}
+
+void MasterEditor::cancel()
+{
+    m_rows.revert();
+    // A row that cannot be deleted now stays in the list, where it can be deleted later.
+    if (m_rows.remove())
+        (void)m_rows.moveToKey(m_keyBefore);
+    entered(EditorStep::Cancelled);
+    m_add->setFocus();
+}
+
+void MasterEditor::remove()
+{
+    if (m_newRow) {
+        ui::prompts::inform(
+            this, u"新規登録の途中では削除できません。「登録」で確定するか、「取消」でやめてください。"_s);
+        return;
+    }
+    if (m_rows.isEmpty() || !ui::prompts::ask(this, ui::messages::deleteQuestion()))
+        return;
+    if (!m_rows.remove())
+        return; // the row is still there to be seen
+    entered(EditorStep::Deleted);
+    if (m_rows.isEmpty())
+        m_add->setFocus();
+}
+
+bool MasterEditor::saveRow()
+{
+    return !m_rows.isDirty() || (ui::WidthCheck::allFit(this) && tell(m_rows.update()));
+}
+
+bool MasterEditor::mayClose()
+{
+    if (m_newRow) {
+        if (const db::Status removed = m_rows.remove(); !removed)
+            return ui::prompts::ask(this,
+                                    removed.error().text + u"\n確定していない行を残したまま閉じますか。"_s);
+        entered(EditorStep::Cancelled);
+        return true;
+    }
+    if (!m_rows.isDirty())
+        return true;
+    std::optional<QString> reason = ui::WidthCheck::refusal(this);
+    if (!reason) {
+        if (const db::Status saved = m_rows.update(); !saved)
+            reason = saved.error().text;
+    }
+    // The clerk must be able to leave, but what was entered is dropped only knowingly.
+    if (reason && !ui::prompts::ask(this, *reason + u"\n変更を取り消して閉じますか。"_s))
+        return false;
+    m_rows.revert();
+    return true;
+}
+
+void MasterEditor::entered(EditorStep step)
+{
+    m_newRow = step == EditorStep::Added;
+    const bool hasRows = !m_rows.isEmpty();
+    const EditorButtons buttons = buttonsAfter(
+        step, m_definition.kind, hasRows,
+        {m_add->isEnabled(), m_confirm->isEnabled(), m_cancel->isEnabled(), m_remove->isEnabled()});
+    m_add->setEnabled(buttons.add && m_rows.isOpen());
+    m_confirm->setEnabled(buttons.confirm);
+    m_cancel->setEnabled(buttons.cancel);
+    m_remove->setEnabled(buttons.remove);
+    // What is typed without a row would be lost.
+    for (QLineEdit *box : std::as_const(m_boxes))
+        box->setEnabled(hasRows);
+    // Moving on would leave the new row behind, neither confirmed nor given up.
+    if (m_grid)
+        m_grid->setEnabled(!m_newRow);
+    showHint();
+}
+
+void MasterEditor::showHint()
+{
+    if (m_newRow)
+        m_hint->setText(u"入力して「登録」を押してください。「取消」でやめます。"_s);
+    else if (m_rows.isEmpty())
+        m_hint->setText(u"「新規登録」で入力を始めます。"_s);
+    else if (m_grid)
+        m_hint->setText(u"変更は、行を移るときと画面を閉じるときに保存されます。"_s);
+    else
+        m_hint->setText(u"変更は、画面を閉じるときに保存されます。"_s);
+}
+
+void MasterEditor::tellThatListFailed(const db::Error &error)
+{
+    ui::prompts::inform(this, m_definition.blamesConnection ? ui::messages::databaseNotUsable() : error.text);
+}
+
+} // namespace masters
