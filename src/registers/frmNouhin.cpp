@@ -88,7 +88,9 @@ void frmNouhin::connectButtons()
 
 void frmNouhin::openCustomer(qint64 id)
 {
-    m_opened = tell(m_ui->panel->loadCategories()) && tell(registers::openCustomer(m_customers, id));
+    m_opened = true;
+    if (tell(m_ui->panel->loadCategories()))
+        tell(registers::openCustomer(m_customers, id));
 }
 
 void frmNouhin::open()

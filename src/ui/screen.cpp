@@ -35,6 +35,15 @@ void Screen::setUp()
     const auto buttons = findChildren<QPushButton *>();
     for (QPushButton *button : buttons)
         button->setAutoDefault(false);
+    // What only shows does not look like a box to type in.
+    const auto boxes = findChildren<QLineEdit *>();
+    for (QLineEdit *box : boxes) {
+        if (box->isReadOnly()) {
+            QPalette colours = box->palette();
+            colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+            box->setPalette(colours);
+        }
+    }
     const auto grids = findChildren<Grid *>();
     for (Grid *grid : grids)
         grid->setUp(m_workspace, layoutName() + u'/' + grid->objectName());
@@ -49,6 +58,9 @@ bool Screen::tell(const db::Status &status)
 
 void Screen::restorePlace()
 {
+    // A place of its own would take a screen out of its full size again.
+    if (isMaximized())
+        return;
     const QStringList size = m_workspace.settings.layout(layoutName() + u"/size"_s).split(u' ');
     if (size.size() == 2 && size.at(0).toInt() > 0 && size.at(1).toInt() > 0)
         resize(QSize(size.at(0).toInt(), size.at(1).toInt()).expandedTo(minimumSizeHint()));

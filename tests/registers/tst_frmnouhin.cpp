@@ -1,0 +1,645 @@
+#include "registers/frmNouhin.h"
+#include "support/fresh_shop.h"
+#include "ui/grid.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QGroupBox>
+#include <QInputMethodEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString noName = u"納品先名が入力されていません。               "_s;
+const QString noCategory = u"納品先区分が入力されていません。               "_s;
+const QString notFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？"_s;
+const QString closeWithout = u"\n変更を保存せずに閉じますか？"_s;
+const QString entryOpen = u"入力中の納品先が登録されていません。登録しますか？"_s;
+const QString anyText;
+
+// The register of a shop with two categories and, when wanted, three customers: 3 田中, 1 山田, 2 鈴木 in the
+// list's order.
+struct Register
+{
+    enum With { NoCategories, NoCustomers, Customers };
+
+    explicit Register(With with = Customers)
+    {
+        if (with != NoCategories)
+            shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先'), (2, '一般')"_s);
+        if (with == Customers) {
+            shop.run(
+                u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, フリガナ, 納品先名キー, 区分ID, 更新日, "
+                "締め日, 消費税区分, 元帳出力) VALUES "
+                "(1, 'A1', '山田太郎', 'ﾔﾏﾀﾞﾀﾛｳ', '山田太郎 A1  ﾔﾏﾀﾞﾀﾛｳ', 1, '2026-02-01', 15, 1, 1), "
+                "(2, 'B2', '鈴木花子', 'ｽｽﾞｷﾊﾅｺ', '鈴木花子 B2  ｽｽﾞｷﾊﾅｺ', 2, '2026-01-01', 0, 2, 0), "
+                "(3, 'C3', '田中次郎', 'ﾀﾅｶｼﾞﾛｳ', '田中次郎 C3  ﾀﾅｶｼﾞﾛｳ', 1, '2026-02-01', NULL, 0, 0)"_s);
+        }
+    }
+
+    void show()
+    {
+        screen.show();
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+    }
+
+    template <class T>
+    T &the(const char *name)
+    {
+        T *found = screen.findChild<T *>(QString::fromLatin1(name));
+        if (!found)
+            qFatal("no control %s", name);
+        return *found;
+    }
+    QLineEdit &box(const char *name) { return the<QLineEdit>(name); }
+    QComboBox &list(const char *name) { return the<QComboBox>(name); }
+    ui::Grid &grid() { return the<ui::Grid>("DataGrid1"); }
+
+    void press(const char *name) { QTest::mouseClick(&the<QPushButton>(name), Qt::LeftButton); }
+
+    // As an input method does it: text in place of what the box holds.
+    void type(const char *name, const QString &text)
+    {
+        box(name).setFocus();
+        box(name).selectAll();
+        QInputMethodEvent event;
+        event.setCommitString(text);
+        QCoreApplication::sendEvent(&box(name), &event);
+    }
+    void compose(const char *name, const QString &composition, const QString &committed = {})
+    {
+        QInputMethodEvent event(composition, {});
+        event.setCommitString(committed);
+        QCoreApplication::sendEvent(&box(name), &event);
+    }
+    void clear(const char *name)
+    {
+        box(name).setFocus();
+        box(name).selectAll();
+        QTest::keyClick(&box(name), Qt::Key_Delete);
+    }
+    void leave(const char *name)
+    {
+        QTest::keyClick(&box(name), Qt::Key_Return);
+        QTest::qWait(1);
+    }
+    void choose(const char *name, int index)
+    {
+        QComboBox &list = the<QComboBox>(name);
+        list.setFocus();
+        const auto key = index < list.currentIndex() ? Qt::Key_Up : Qt::Key_Down;
+        while (list.currentIndex() != index)
+            QTest::keyClick(&list, key);
+    }
+    void goTo(int row) { grid().setCurrentIndex(grid().model()->index(row, grid().currentIndex().column())); }
+
+    QString stored(const QString &columns, int id)
+    {
+        return shop.rows(u"SELECT "_s + columns + u" FROM 納品先 WHERE 納品先ID = "_s + QString::number(id))
+            .join(u'\n');
+    }
+    QString listed()
+    {
+        QStringList ids;
+        for (int row = 0; row < grid().model()->rowCount(); ++row)
+            ids << grid().model()->index(row, 0).data().toString();
+        return ids.join(u' ');
+    }
+    // The controls that switch with the state, those that are enabled.
+    QString enabled()
+    {
+        QStringList names;
+        for (const char *name : {"Frame2", "DataGrid1", "panel", "cmdAdd", "cmdUpdate", "cmdNewDate",
+                                 "cmdCancel", "cmdDelete"}) {
+            if (the<QWidget>(name).isEnabled())
+                names << QString::fromLatin1(name);
+        }
+        return names.join(u' ');
+    }
+
+    FreshShop shop;
+    frmNouhin screen{shop.workspace};
+};
+
+const QString browsing = u"Frame2 DataGrid1 panel cmdAdd cmdNewDate cmdDelete"_s;
+const QString entry = u"panel cmdUpdate cmdCancel"_s;
+const QString withoutRows = u"Frame2 DataGrid1 cmdAdd"_s;
+
+} // namespace
+
+class TestFrmNouhin : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { ui::prompts::beginScript(); }
+    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
+
+    void opensWithEveryCustomer()
+    {
+        Register r;
+        r.show();
+        QCOMPARE(r.screen.windowTitle(), u"納品先登録 ( 顧客情報 )"_s);
+        QCOMPARE(r.listed(), u"3 1 2"_s);
+        QCOMPARE(r.enabled(), browsing);
+        QCOMPARE(r.box("txtName").text(), u"田中次郎"_s);
+        QCOMPARE(r.list("dbcKubun").currentText(), u"得意先"_s);
+        QVERIFY(!r.the<QPushButton>("Command3").isEnabled());
+    }
+
+    void showsOneCustomerForAnotherScreen()
+    {
+        Register r;
+        r.screen.openCustomer(2);
+        r.show();
+        QCOMPARE(r.listed(), u"2"_s);
+        QCOMPARE(r.box("txtName").text(), u"鈴木花子"_s);
+        QVERIFY(!r.screen.savedCustomer());
+    }
+
+    void startsNewForAnotherScreen()
+    {
+        Register r;
+        r.screen.startNew();
+        r.show();
+        QTRY_COMPARE(r.enabled(), entry);
+        QCOMPARE(r.box("txtID").text(), u"4"_s);
+        QTRY_VERIFY(r.box("txtName").hasFocus());
+        r.type("txtName", u"佐藤"_s);
+        r.choose("dbcKubun", 1);
+        r.press("cmdUpdate");
+        QCOMPARE(r.screen.savedCustomer(), std::optional<qint64>(4));
+    }
+
+    void theFirstCustomerOfAll()
+    {
+        Register r(Register::NoCustomers);
+        r.show();
+        QCOMPARE(r.enabled(), withoutRows);
+        r.press("cmdAdd");
+        QCOMPARE(r.enabled(), entry);
+        QCOMPARE(r.stored(u"納品先ID, 納品先名1, 登録日, 更新日, 元帳出力, 消費税区分, 締め日"_s, 1),
+                 u"1|-|2026-04-01|2026-04-01|0|0|-"_s);
+        QCOMPARE(r.list("Combo1").currentText(), u"外税 （納品時）"_s);
+    }
+
+    void aNewCustomerFromTheFirstKeyToTheLast()
+    {
+        Register r;
+        r.show();
+        r.press("cmdAdd");
+        QCOMPARE(r.listed(), u"1 2 3 4"_s);
+        QVERIFY(r.box("txtName").hasFocus());
+        QCOMPARE(r.list("cmdBill").currentIndex(), -1);
+        QCOMPARE(r.list("dbcKubun").currentIndex(), -1);
+        r.type("txtName", u"山田　太郎"_s);
+        r.type("txtFurigana", u"ﾔﾏﾀﾞﾀﾛｳ"_s);
+        r.type("txtTel", u"０３－１２３４－５６７８"_s);
+        r.choose("dbcKubun", 1);
+        QCOMPARE(r.stored(u"区分ID, 納品先名1"_s, 4), u"2|-"_s);
+        r.choose("cmdBill", 20);
+        r.choose("Combo1", 2);
+        QTest::keyClick(&r.the<QCheckBox>("Check1"), Qt::Key_Space);
+        r.press("cmdUpdate");
+        QCOMPARE(r.enabled(), browsing);
+        QCOMPARE(r.stored(u"納品先名1, 納品先名キー, TEL1, 区分ID, 締め日, 消費税区分, 元帳出力"_s, 4),
+                 u"山田　太郎|山田太郎  03-1234-5678 ﾔﾏﾀﾞﾀﾛｳ|03-1234-5678|2|20|2|1"_s);
+        QCOMPARE(r.box("txtName4").text(), u"山田太郎  03-1234-5678 ﾔﾏﾀﾞﾀﾛｳ"_s);
+        QVERIFY(r.the<QPushButton>("cmdAdd").hasFocus());
+    }
+
+    void givingUpDeletesTheNewRow()
+    {
+        Register r;
+        r.show();
+        r.press("cmdAdd");
+        r.type("txtName", u"佐藤"_s);
+        r.press("cmdCancel");
+        QCOMPARE(r.enabled(), browsing);
+        QCOMPARE(r.shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 3);
+        QCOMPARE(r.box("txtName").text(), u"田中次郎"_s);
+    }
+
+    void givingUpTheOnlyRow()
+    {
+        Register r(Register::NoCustomers);
+        r.show();
+        r.press("cmdAdd");
+        r.press("cmdCancel");
+        QCOMPARE(r.enabled(), withoutRows);
+        QCOMPARE(r.box("txtID").text(), QString());
+    }
+
+    void nothingGoesWithoutCategories()
+    {
+        Register r(Register::NoCategories);
+        r.shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー) VALUES (1, '山田', '山田')"_s);
+        r.show();
+        ui::prompts::expectInform(ui::messages::noCategories());
+        r.press("cmdAdd");
+        const QString forList =
+            u"納品先登録区分が登録されていません。「新規登録」「納品先区分登録」を済ませてください。"_s;
+        ui::prompts::expectInform(forList);
+        r.press("Command6");
+        ui::prompts::expectInform(forList);
+        r.type("txtKey1", u"山田"_s);
+        r.press("cmdFind");
+        QCOMPARE(r.enabled(), browsing);
+        QCOMPARE(r.shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 1);
+    }
+
+    void refusesToSave_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("category");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("cursor");
+        QTest::newRow("no name") << QString() << 1 << noName << u"txtName"_s;
+        QTest::newRow("no category") << u"佐藤"_s << -1 << noCategory << u"dbcKubun"_s;
+        QTest::newRow("too wide") << QString(23, u'山') << 1 << ui::messages::widthLimit() << u"txtName"_s;
+    }
+
+    void refusesToSave()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, category);
+        QFETCH(QString, message);
+        Register r;
+        r.show();
+        r.press("cmdAdd");
+        r.type("txtName", name);
+        if (category >= 0)
+            r.choose("dbcKubun", category);
+        ui::prompts::expectInform(message);
+        // By its key, so that the box is not left before.
+        QTest::keyClick(&r.screen, Qt::Key_I, Qt::AltModifier);
+        QTest::qWait(150);
+        QCOMPARE(r.enabled(), entry);
+        QCOMPARE(r.stored(u"納品先名1, 納品先名キー"_s, 4), u"-|-"_s);
+        QCOMPARE(r.box("txtName").text(), name);
+        QTEST(r.screen.focusWidget()->objectName(), "cursor");
+    }
+
+    void searches()
+    {
+        Register r;
+        r.show();
+        ui::prompts::expectInform(ui::messages::searchEmpty());
+        r.press("cmdFind");
+        QCOMPARE(r.listed(), u"3 1 2"_s);
+
+        r.type("txtKey1", u"やまだ"_s);
+        QTest::keyClick(&r.box("txtKey1"), Qt::Key_Return);
+        QCOMPARE(r.listed(), u"1"_s);
+        QVERIFY(r.grid().hasFocus());
+        QCOMPARE(r.box("txtName").text(), u"山田太郎"_s);
+
+        r.press("cmdNext");
+        QCOMPARE(r.box("txtKey1").text(), QString());
+        QVERIFY(r.box("txtKey1").hasFocus());
+        r.type("txtKey1", u"' OR 1=1 --"_s);
+        ui::prompts::expectAsk(notFound, false);
+        r.press("cmdFind");
+        QCOMPARE(r.listed(), u"1"_s);
+        QCOMPARE(r.enabled(), browsing);
+
+        r.press("Command6");
+        QCOMPARE(r.listed(), u"3 1 2"_s);
+
+        QTest::keyClick(&r.screen, Qt::Key_F3);
+        QVERIFY(r.box("txtKey1").hasFocus());
+        ui::prompts::expectAsk(notFound, true);
+        r.press("cmdFind");
+        QCOMPARE(r.enabled(), entry);
+        QCOMPARE(r.stored(u"納品先ID"_s, 4), u"4"_s);
+    }
+
+    void deletes()
+    {
+        Register r;
+        r.show();
+        r.goTo(1);
+        ui::prompts::expectAsk(ui::messages::deleteQuestion(), false);
+        r.press("cmdDelete");
+        QCOMPARE(r.listed(), u"3 1 2"_s);
+        for (const char *left : {"3 2", "3", ""}) {
+            ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+            r.press("cmdDelete");
+            QCOMPARE(r.listed(), QString::fromLatin1(left));
+        }
+        QCOMPARE(r.enabled(), withoutRows);
+        QCOMPARE(r.box("txtName").text(), QString());
+        QCOMPARE(r.shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 0);
+    }
+
+    void checksWidths_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("message");
+        const QString none;
+        for (const char *box : {"txtName", "txtName2", "txtAddress", "txtAddress2"}) {
+            QTest::addRow("22 full-width, %s", box) << QByteArray(box) << QString(22, u'山') << none;
+            QTest::addRow("23 full-width, %s", box)
+                << QByteArray(box) << QString(23, u'山') << ui::messages::widthLimit();
+        }
+        QTest::newRow("44 half-width") << QByteArray("txtName") << QString(44, u'a') << none;
+        QTest::newRow("45 half-width")
+            << QByteArray("txtName") << QString(45, u'a') << ui::messages::widthLimit();
+        QTest::newRow("50 in a note") << QByteArray("txtMemo") << QString(50, u'山') << none;
+        QTest::newRow("51 in a note")
+            << QByteArray("txtMemo") << QString(51, u'山') << ui::messages::memoLimit();
+    }
+
+    void checksWidths()
+    {
+        QFETCH(QByteArray, name);
+        const char *box = name.constData();
+        QFETCH(QString, text);
+        QFETCH(QString, message);
+        Register r;
+        r.show();
+        r.type(box, text);
+        if (!message.isEmpty())
+            ui::prompts::expectInform(message);
+        r.leave(box);
+        QCOMPARE(r.box(box).hasFocus(), !message.isEmpty());
+        QCOMPARE(r.box(box).text(), text);
+        // What is too wide is not kept when the screen closes either.
+        if (!message.isEmpty()) {
+            ui::prompts::expectAsk(message + closeWithout, true);
+            r.screen.reject();
+            QVERIFY(!r.screen.isVisible());
+            QCOMPARE(r.shop.value(u"SELECT count(*) FROM 納品先 WHERE 更新日 = '2026-04-01'"_s).toInt(), 0);
+        }
+    }
+
+    void fillsTheReading()
+    {
+        Register r;
+        r.show();
+        r.press("cmdAdd");
+        for (const QString &composition : {u"や"_s, u"やまだ"_s, u"山田"_s})
+            r.compose("txtName", composition);
+        r.compose("txtName", {}, u"山田"_s);
+        r.compose("txtName", u"きゃっちー"_s);
+        r.compose("txtName", {}, u"キャッチー"_s);
+        QCOMPARE(r.box("txtFurigana").text(), u"ﾔﾏﾀﾞｷｬｯﾁｰ"_s);
+        r.leave("txtName");
+        QCOMPARE(r.box("txtFurigana").text(), u"ﾔﾏﾀﾞｷﾔﾂﾁ-"_s);
+        r.type("txtFurigana", u"ショップ"_s);
+        r.leave("txtFurigana");
+        QCOMPARE(r.box("txtFurigana").text(), u"ｼﾖﾂﾌﾟ"_s);
+        r.clear("txtName");
+        QCOMPARE(r.box("txtFurigana").text(), QString());
+    }
+
+    void bringsIntoFormOnLeaving()
+    {
+        Register r;
+        r.show();
+        for (const char *box : {"txtTel", "txtFax", "txtKeitai"}) {
+            r.type(box, u"１２３４５６７８９０１２３４５６"_s);
+            r.leave(box);
+            QCOMPARE(r.box(box).text(), u"123456789012345"_s);
+        }
+        r.type("txtMail", u"mailto:ｔａｒｏ@example.jp"_s);
+        r.leave("txtMail");
+        QCOMPARE(r.box("txtMail").text(), u"taro@example.jp"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"TEL1, FAX, TEL2, メール"_s, 3),
+                 u"123456789012345|123456789012345|123456789012345|taro@example.jp"_s);
+    }
+
+    void warnsOfSharedCodes()
+    {
+        Register r;
+        r.show();
+        r.type("txtCode", u"A1"_s);
+        ui::prompts::expectInform(u"納品先コードが重複しています。"_s);
+        r.leave("txtCode");
+        r.type("txtCode", u"Z9"_s);
+        r.leave("txtCode");
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"コード"_s, 3), u"Z9"_s);
+    }
+
+    void showsClosingDayAndTaxClass()
+    {
+        Register r;
+        r.show();
+        r.goTo(1);
+        QCOMPARE(r.list("cmdBill").currentText(), u"15 日"_s);
+        QCOMPARE(r.list("Combo1").currentText(), u"外税 （請求時）"_s);
+        QVERIFY(r.the<QCheckBox>("Check1").isChecked());
+        r.goTo(0); // holds no closing day
+        QCOMPARE(r.list("cmdBill").currentText(), u"15 日"_s);
+        r.goTo(2);
+        QCOMPARE(r.list("cmdBill").currentText(), u"末日"_s);
+        QCOMPARE(r.list("Combo1").currentText(), u"内税"_s);
+        QVERIFY(!r.the<QCheckBox>("Check1").isChecked());
+    }
+
+    void aCategoryIsSavedWhenChosen()
+    {
+        Register r;
+        r.show();
+        r.type("txtTantou", u"木村"_s);
+        r.choose("dbcKubun", 1);
+        QCOMPARE(r.stored(u"区分ID, 担当者名"_s, 3), u"2|-"_s);
+        QCOMPARE(r.box("txtTantou").text(), u"木村"_s);
+        r.goTo(1);
+        QCOMPARE(r.stored(u"区分ID, 担当者名"_s, 3), u"2|木村"_s);
+    }
+
+    void aWheelTurnedInPassingChangesNothing()
+    {
+        Register r;
+        r.show();
+        r.box("txtName").setFocus();
+        QComboBox &categories = r.list("dbcKubun");
+        const QPointF place = categories.rect().center();
+        QWheelEvent turn(place, categories.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                         Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&categories, &turn);
+        QCOMPARE(r.stored(u"区分ID"_s, 3), u"1"_s);
+    }
+
+    void leavingARowSavesIt()
+    {
+        Register r;
+        r.show();
+        r.type("txtName2", u"営業部"_s);
+        r.goTo(2);
+        QCOMPARE(r.stored(u"納品先名2, 納品先名キー, 更新日"_s, 3),
+                 u"営業部|田中次郎営業部 C3  ﾀﾅｶｼﾞﾛｳ|2026-04-01"_s);
+        QCOMPARE(r.listed(), u"3 1 2"_s);
+        QCOMPARE(r.box("txtName").text(), u"鈴木花子"_s);
+
+        r.clear("txtName");
+        ui::prompts::expectInform(noName);
+        r.goTo(0);
+        QCOMPARE(r.grid().currentIndex().row(), 2);
+        ui::prompts::expectInform(noName);
+        r.press("Command6");
+        ui::prompts::expectInform(noName);
+        r.press("cmdAdd");
+        QCOMPARE(r.stored(u"納品先名1"_s, 2), u"鈴木花子"_s);
+        QVERIFY(r.box("txtName").hasFocus());
+        QCOMPARE(r.enabled(), browsing);
+        ui::prompts::expectAsk(noName.trimmed() + closeWithout, false);
+        r.screen.reject();
+        QVERIFY(r.screen.isVisible());
+        ui::prompts::expectAsk(noName.trimmed() + closeWithout, true);
+        QTest::keyClick(&r.box("txtName"), Qt::Key_Escape);
+        QVERIFY(!r.screen.isVisible());
+        QCOMPARE(r.stored(u"納品先名1"_s, 2), u"鈴木花子"_s);
+    }
+
+    void closingSavesWhatWasTyped()
+    {
+        Register r;
+        r.show();
+        r.type("txtMemo", u"改装中"_s);
+        r.screen.close();
+        QCOMPARE(r.stored(u"メモ, 更新日"_s, 3), u"改装中|2026-04-01"_s);
+    }
+
+    void closingDuringEntry_data()
+    {
+        QTest::addColumn<bool>("typed");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<bool>("closed");
+        using ui::prompts::Choice;
+        const QString bare = u"4|-|2026-04-01"_s;
+        QTest::newRow("nothing typed") << false << -1 << bare << true;
+        QTest::newRow("given up") << true << int(Choice::Discard) << bare << true;
+        QTest::newRow("saved") << true << int(Choice::Save) << u"4|佐藤|2026-04-01"_s << true;
+        QTest::newRow("gone on") << true << int(Choice::Cancel) << bare << false;
+    }
+
+    void closingDuringEntry()
+    {
+        QFETCH(bool, typed);
+        QFETCH(int, answer);
+        Register r;
+        r.show();
+        r.press("cmdAdd");
+        if (typed) {
+            r.choose("dbcKubun", 0);
+            r.type("txtName", u"佐藤"_s);
+            ui::prompts::expectAskToSave(entryOpen, static_cast<ui::prompts::Choice>(answer));
+        }
+        r.screen.reject();
+        QTEST(r.stored(u"納品先ID, 納品先名1, 登録日"_s, 4), "stored");
+        QTEST(!r.screen.isVisible(), "closed");
+    }
+
+    void aFailingDatabaseChangesNothing()
+    {
+        Register r;
+        r.show();
+        r.shop.run(u"PRAGMA query_only = ON"_s);
+        ui::prompts::expectInform(anyText);
+        r.press("cmdAdd");
+        QCOMPARE(r.listed(), u"3 1 2"_s);
+        r.goTo(1);
+        r.type("txtName", u"山本"_s);
+        for (const char *button : {"cmdNewDate", "cmdAdd", "Command6"}) {
+            ui::prompts::expectInform(anyText);
+            r.press(button);
+            QCOMPARE(r.enabled(), browsing);
+        }
+        ui::prompts::expectInform(anyText);
+        QTest::keyClick(&r.list("dbcKubun"), Qt::Key_Down);
+        QCOMPARE(r.list("dbcKubun").currentText(), u"得意先"_s);
+        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectInform(anyText);
+        r.press("cmdDelete");
+        QCOMPARE(r.listed(), u"3 1 2"_s);
+        QCOMPARE(r.box("txtName").text(), u"山本"_s);
+        QCOMPARE(r.box("txtDate2").text(), u"2026-02-01"_s);
+        r.shop.run(u"PRAGMA query_only = OFF"_s);
+        QCOMPARE(r.stored(u"納品先名1, 更新日"_s, 1), u"山田太郎|2026-02-01"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"納品先名1"_s, 1), u"山本"_s);
+    }
+
+    void aRowDeletedByAnotherProgram()
+    {
+        Register r;
+        r.show();
+        r.type("txtName", u"田中"_s);
+        r.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 3"_s);
+        ui::prompts::expectInform(anyText);
+        r.press("cmdNewDate");
+        QCOMPARE(r.box("txtName").text(), u"田中"_s);
+        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        r.press("cmdDelete");
+        QCOMPARE(r.listed(), u"1 2"_s);
+    }
+
+    void remembersTheWindowState()
+    {
+        FreshShop shop;
+        {
+            frmNouhin screen(shop.workspace);
+            screen.show();
+            screen.showMaximized();
+            screen.close();
+        }
+        QCOMPARE(shop.settings.integer(app::keys::nouhinWindowState), 2);
+        frmNouhin screen(shop.workspace);
+        screen.show();
+        QVERIFY(screen.isMaximized());
+    }
+
+    void opensTheMailProgram()
+    {
+        Register r;
+        r.show();
+        QDesktopServices::setUrlHandler(u"mailto"_s, this, "takeLink");
+        const QPoint place = r.box("txtMail").rect().center();
+        r.type("txtMail", u"taro@example.jp"_s);
+        QTest::mouseDClick(&r.box("txtMail"), Qt::LeftButton, {}, place);
+        r.type("txtMail", u"taro@example.jp?bcc=a@example.jp"_s);
+        QTest::mouseDClick(&r.box("txtMail"), Qt::LeftButton, {}, place);
+        QDesktopServices::unsetUrlHandler(u"mailto"_s);
+        QCOMPARE(m_links, QStringList{u"mailto:taro@example.jp"_s});
+        r.clear("txtMail");
+    }
+
+    void tabGoesInReadingOrder()
+    {
+        Register r;
+        r.show();
+        r.box("txtKey1").setFocus();
+        QStringList order;
+        do {
+            order << r.screen.focusWidget()->objectName();
+            QTest::keyClick(r.screen.focusWidget(), Qt::Key_Tab);
+        } while (r.screen.focusWidget()->objectName() != u"txtKey1"_s && order.size() < 50);
+        QCOMPARE(
+            order.join(u' '),
+            u"txtKey1 cmdFind cmdNext Command6 DataGrid1 txtCode txtName txtName2 txtFurigana dbcKubun "
+            "txtTantou txtZip txtAddress txtAddress2 txtTel txtFax txtKeitai txtMail cmdBill Combo1 Check1 "
+            "txtBarth txtMemo cmdAdd cmdNewDate cmdDelete"_s);
+    }
+
+    void takeLink(const QUrl &link) { m_links << link.toString(); }
+
+private:
+    QStringList m_links;
+};
+
+QTEST_MAIN(TestFrmNouhin)
+#include "tst_frmnouhin.moc"
