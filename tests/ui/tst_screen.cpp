@@ -1,8 +1,11 @@
 #include "support/fresh_shop.h"
 #include "ui/prompts.h"
 #include "ui/screen.h"
+#include "ui/width_check.h"
 
 #include <QApplication>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +33,7 @@ protected:
 
 } // namespace
 
+// Message boxes are real here, as a script would keep them from taking the focus.
 class TestScreen : public QObject
 {
     Q_OBJECT
@@ -59,6 +63,35 @@ private slots:
         screen.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&screen));
         QCOMPARE(screen.activations, 2);
+    }
+
+    void aRefusedBoxGetsTheCursorBackOnce()
+    {
+        FreshShop shop;
+        CountingScreen screen(shop.workspace);
+        QLineEdit wide(QString(45, u'a'), &screen);
+        QLineEdit next(&screen);
+        next.move(0, 40);
+        wide.show();
+        next.show();
+        ui::WidthCheck::guard(&wide, ui::nameWidth);
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        wide.setFocus();
+
+        int boxes = 0;
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, &screen, [&] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                ++boxes;
+                box->accept();
+                screen.activateWindow();
+            }
+        });
+        closer.start(50);
+        QTest::keyClick(&wide, Qt::Key_Tab);
+        QTest::qWait(500);
+        QCOMPARE(boxes, 1);
+        QVERIFY(wide.hasFocus());
     }
 };
 
