@@ -6,6 +6,7 @@
 #include <QCryptographicHash>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <QTextDocumentFragment>
 #include <QUrl>
 
 #include <algorithm>
@@ -132,6 +133,22 @@ void RichTextDocument::insertDocument(QTextCursor cursor, const QTextDocument &s
             insertFragment(*this, cursor, source, it.fragment());
     }
     cursor.endEditBlock();
+}
+
+std::unique_ptr<RichTextDocument> RichTextDocument::part(const QTextCursor &cursor) const
+{
+    auto part = std::make_unique<RichTextDocument>();
+    QTextCursor(part.get()).insertFragment(cursor.selection());
+    // The fragment brings the names alone; they are made from the content and hence the same there.
+    for (QTextBlock block = part->begin(); block.isValid(); block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            if (const auto shown = picture(it.fragment().charFormat()))
+                part->addPicture(*shown);
+            else if (const auto attached = attachment(it.fragment().charFormat()))
+                part->addAttachment(*attached);
+        }
+    }
+    return part;
 }
 
 // Qt's layout opens a file of the picture's name when this returns nothing; hence the empty picture.

@@ -6,6 +6,7 @@
 #include <QTextDocument>
 #include <QTextImageFormat>
 
+#include <memory>
 #include <optional>
 
 class QTextCursor;
@@ -43,6 +44,9 @@ public:
     /// block knows, its pictures and attachments if it keeps them itself. Everything else (tables, links,
     /// pictures on the disk or in the net) is left out.
     void insertDocument(QTextCursor cursor, const QTextDocument &source);
+
+    /// What \a cursor has selected, as a document of its own.
+    std::unique_ptr<RichTextDocument> part(const QTextCursor &cursor) const;
 
     /// Pixels of all pictures taken in so far, counted once each.
     qint64 pixels() const { return m_pixels; }

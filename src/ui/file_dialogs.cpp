@@ -57,7 +57,7 @@ QString saveFile(QWidget *parent, const QString &title, const QString &filters, 
                          ? scripted(title).toString()
                          : QFileDialog::getSaveFileName(parent, title, proposal, filters, nullptr,
                                                         QFileDialog::DontConfirmOverwrite);
-    if (!chosen.isEmpty() && QFileInfo(chosen).suffix().isEmpty())
+    if (!chosen.isEmpty() && !suffix.isEmpty() && QFileInfo(chosen).suffix().isEmpty())
         chosen += u'.' + suffix;
     return chosen;
 }
