@@ -63,7 +63,13 @@ DialogMyCo::DialogMyCo(app::Workspace &workspace, QWidget *parent)
     ui->RichTextBox1->setFocus();
 }
 
-DialogMyCo::~DialogMyCo() = default;
+DialogMyCo::~DialogMyCo()
+{
+    // The box with the cursor loses the focus only in the base's destructor, after the controls are gone
+    // here.
+    ui->Text7->disconnect(this);
+    ui->RichTextBox1->disconnect(this);
+}
 
 QList<DialogMyCo::ToolbarCommand> DialogMyCo::toolbarCommands()
 {
