@@ -13,6 +13,9 @@
 
 using namespace Qt::StringLiterals;
 
+namespace registers
+{
+
 namespace
 {
 
@@ -302,3 +305,5 @@ void frmNouhin::showStates()
     }
     m_ui->labelCount->setText(text::formatAmount(m_customers.count()) + u" 件"_s);
 }
+
+} // namespace registers

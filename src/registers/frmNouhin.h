@@ -11,6 +11,9 @@ namespace Ui
 class frmNouhin;
 }
 
+namespace registers
+{
+
 /// The customer register: a list of customers that a search narrows, and the boxes of the current one.
 class frmNouhin : public ui::Screen
 {
@@ -77,3 +80,5 @@ private:
     std::optional<qint64> m_savedCustomer;
     std::optional<Failure> m_failure; // of the last saving
 };
+
+} // namespace registers
