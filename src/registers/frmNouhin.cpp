@@ -50,7 +50,11 @@ frmNouhin::frmNouhin(app::Workspace &workspace, QWidget *parent)
     showStates();
 }
 
-frmNouhin::~frmNouhin() = default;
+frmNouhin::~frmNouhin()
+{
+    // The box with the cursor loses it now, while the record set that it still edits is there.
+    hide();
+}
 
 void frmNouhin::bindList()
 {
