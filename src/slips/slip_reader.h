@@ -47,8 +47,8 @@ struct Slip
     std::vector<SlipLine> lines; // in the order of entry
 };
 
-/// The slip \a id, whose 相手先ID is of \a party: a sales slip numbered by hand may bear another kind's letter.
-/// Fails when the slip is not there; a deleted counterpart or employee leaves its fields empty.
+/// The slip \a id, whose 相手先ID is of \a party: a sales slip numbered by hand may bear another kind's
+/// letter. Fails when the slip is not there; a deleted counterpart or employee leaves its fields empty.
 db::Result<Slip> readSlip(db::Connection &connection, qint64 id, Party party);
 
 } // namespace slips

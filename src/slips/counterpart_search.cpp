@@ -1,0 +1,31 @@
+#include "slips/counterpart_search.h"
+
+#include "text/width.h"
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+const CounterpartSearch customerSearch{
+    Party::Customer,
+    u"SELECT 納品先ID, 納品先名1, 納品先名2, 郵便番号, 住所1, 住所2, TEL1, コード, 更新日, 消費税区分, "
+    "納品先名キー FROM 納品先 WHERE (納品先名キー LIKE ?) ORDER BY 更新日 DESC",
+    u"SELECT 納品先ID, 納品先名1, 納品先名2, 郵便番号, 住所1, 住所2, TEL1, コード, 更新日, 消費税区分, "
+    "納品先名キー FROM 納品先 WHERE 納品先ID = ?",
+    u"納品先ID",
+};
+
+db::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &text)
+{
+    // Search keys hold no full-width blanks, names as typed often do: 山田　太郎.
+    const QString pattern = u'%' + text::withoutFullWidthBlanks(text) + u'%';
+    return found.open(QString::fromUtf16(search.byKey), {pattern}, QString::fromUtf16(search.keyColumn));
+}
+
+db::Status openCounterpart(db::Recordset &found, const CounterpartSearch &search, qint64 id)
+{
+    return found.open(QString::fromUtf16(search.byId), {id}, QString::fromUtf16(search.keyColumn));
+}
+
+} // namespace slips
