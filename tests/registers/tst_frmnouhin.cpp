@@ -334,6 +334,11 @@ private slots:
         r.press("cmdNewDate");
         QCOMPARE(r.stored(u"TEL1, FAX, TEL2, メール"_s, 3),
                  u"123456789012345|123456789012345|123456789012345|taro@example.jp"_s);
+        // Saved by its key while the cursor is still in the box.
+        r.type("txtKeitai", u"０６"_s);
+        QTest::keyClick(&r.box("txtKeitai"), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(r.stored(u"TEL2"_s, 3), u"06"_s);
+        QCOMPARE(r.box("txtKeitai").text(), u"06"_s);
     }
 
     void warnsOfSharedCodes()
