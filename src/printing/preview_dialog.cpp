@@ -1,0 +1,174 @@
+#include "printing/preview_dialog.h"
+
+#include "ui_preview_dialog.h"
+
+#include "app/workspace.h"
+#include "printing/pdf.h"
+#include "ui/file_dialogs.h"
+#include "ui/prompts.h"
+
+#include <QAction>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QPrintPreviewWidget>
+#include <QPrinter>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+PreviewDialog::PreviewDialog(app::Workspace &workspace, Document document, const QStringList &printers,
+                             QWidget *parent)
+    : Screen(workspace, parent)
+    , m_ui(std::make_unique<Ui::PreviewDialog>())
+    , m_document(std::move(document))
+    , m_hasPrinter(!printers.isEmpty())
+    , m_look{fontFace(workspace.settings, m_document.purpose)}
+    , m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
+{
+    m_ui->setupUi(this);
+    setWindowTitle(u"印刷プレビュー　"_s + m_document.title);
+    const QString printer = selectPrinter(*m_printer, workspace.settings, m_document.purpose);
+    m_ui->LblPrinterName->setText(m_hasPrinter ? u"プリンタ："_s + printer
+                                               : u"プリンタが見つかりません。PDF に保存できます。"_s);
+    m_printer->setDocName(m_document.title);
+    setPage(*m_printer, m_document);
+    addPages();
+    addShortcuts();
+    setUp();
+    showPage();
+}
+
+PreviewDialog::~PreviewDialog() = default;
+
+void PreviewDialog::addPages()
+{
+    m_preview = new QPrintPreviewWidget(m_printer.get(), this);
+    m_preview->setObjectName(u"preview"_s);
+    m_preview->setAccessibleName(u"印刷プレビュー"_s);
+    m_preview->setMinimumHeight(360);
+    m_preview->setFocusPolicy(Qt::StrongFocus);
+    m_ui->pages->addWidget(m_preview);
+    connect(m_preview, &QPrintPreviewWidget::paintRequested, this, &PreviewDialog::draw);
+    connect(m_preview, &QPrintPreviewWidget::previewChanged, this, &PreviewDialog::showPage);
+    connect(m_ui->cmdPrint, &QPushButton::clicked, this, &PreviewDialog::print);
+    connect(m_ui->cmdPdf, &QPushButton::clicked, this, &PreviewDialog::savePdf);
+    connect(m_ui->cmdPrevious, &QPushButton::clicked, this, [this] { turnTo(page() - 1); });
+    connect(m_ui->cmdNext, &QPushButton::clicked, this, [this] { turnTo(page() + 1); });
+    connect(m_ui->cmdZoomOut, &QPushButton::clicked, m_preview, [this] { m_preview->zoomOut(); });
+    connect(m_ui->cmdZoomIn, &QPushButton::clicked, m_preview, [this] { m_preview->zoomIn(); });
+    connect(m_ui->cmdWholePage, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitInView);
+    connect(m_ui->cmdPageWidth, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitToWidth);
+    connect(m_ui->cmdClose, &QPushButton::clicked, this, &PreviewDialog::reject);
+    connect(m_ui->chkGrid, &QCheckBox::toggled, this, [this](bool on) {
+        m_look.calibrationGrid = on;
+        m_preview->updatePreview();
+    });
+}
+
+void PreviewDialog::addShortcuts()
+{
+    const auto add = [this](const QKeySequence &keys, QPushButton *button) {
+        auto *action = new QAction(this);
+        action->setShortcut(keys);
+        connect(action, &QAction::triggered, button, &QPushButton::click);
+        addAction(action);
+    };
+    add(QKeySequence::Print, m_ui->cmdPrint);
+    add(QKeySequence::Save, m_ui->cmdPdf);
+    add(QKeySequence::ZoomIn, m_ui->cmdZoomIn);
+    add(QKeySequence::ZoomOut, m_ui->cmdZoomOut);
+    add(Qt::CTRL | Qt::Key_0, m_ui->cmdWholePage);
+    // As shortcuts, since the preview itself would take these keys to scroll.
+    add(Qt::Key_PageUp, m_ui->cmdPrevious);
+    add(Qt::Key_PageDown, m_ui->cmdNext);
+}
+
+void PreviewDialog::draw(QPrinter *printer) { tell(drawDocument(*printer, m_document, m_look)); }
+
+void PreviewDialog::print()
+{
+    if (!m_hasPrinter) {
+        if (ui::prompts::ask(this, u"プリンタが見つかりません。PDF に保存しますか。"_s))
+            savePdf();
+        return;
+    }
+    // A printer of its own: the preview's one stays as it is when the dialog is cancelled.
+    QPrinter job(QPrinter::HighResolution);
+    selectPrinter(job, workspace().settings, m_document.purpose);
+    job.setDocName(m_document.title);
+    setPage(job, m_document);
+    if (!ui::file_dialogs::setUpPrinter(this, job, u"印刷"_s))
+        return;
+    setPage(job, m_document);
+    if (tell(printDocument(job, m_document, m_look)))
+        accept();
+}
+
+QString PreviewDialog::proposedFile() const
+{
+    // Characters that some file system does not take.
+    static const QString forbidden = u"\\/:*?\"<>|"_s;
+    QString name = m_document.title;
+    for (QChar &c : name) {
+        if (forbidden.contains(c) || !c.isPrint())
+            c = u'_';
+    }
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/' + name + u".pdf"_s;
+}
+
+void PreviewDialog::savePdf()
+{
+    const QString fileName =
+        ui::file_dialogs::saveFile(this, u"PDFに保存"_s, u"PDFファイル (*.pdf)"_s, u"pdf"_s, proposedFile());
+    if (fileName.isEmpty())
+        return;
+    if (QFileInfo::exists(fileName) &&
+        !ui::prompts::ask(this,
+                          u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))
+        return;
+    if (tell(writePdf(m_document, m_look, fileName)))
+        m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
+}
+
+int PreviewDialog::page() const { return m_preview->currentPage(); }
+
+void PreviewDialog::turnTo(int page)
+{
+    m_preview->setCurrentPage(std::clamp(page, 1, static_cast<int>(m_document.sheets.size())));
+    showPage();
+}
+
+void PreviewDialog::showPage()
+{
+    const int pages = static_cast<int>(m_document.sheets.size());
+    m_ui->lblPage->setText(u"%1 / %2 ページ"_s.arg(page()).arg(pages));
+    m_ui->cmdPrevious->setEnabled(page() > 1);
+    m_ui->cmdNext->setEnabled(page() < pages);
+}
+
+void PreviewDialog::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Home:
+        turnTo(1);
+        break;
+    case Qt::Key_End:
+        turnTo(static_cast<int>(m_document.sheets.size()));
+        break;
+    default:
+        Screen::keyPressEvent(event);
+    }
+}
+
+void showPreview(app::Workspace &workspace, QWidget *parent, Document document)
+{
+    PreviewDialog dialog(workspace, std::move(document), installedPrinters(), parent);
+    dialog.exec();
+}
+
+} // namespace printing

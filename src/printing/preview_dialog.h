@@ -1,0 +1,56 @@
+#pragma once
+
+#include "printing/renderer.h"
+#include "ui/screen.h"
+
+#include <memory>
+
+class QPrinter;
+class QPrintPreviewWidget;
+
+namespace Ui
+{
+class PreviewDialog;
+}
+
+namespace printing
+{
+
+/// Shows a document as it will be printed; prints it or saves it as PDF.
+class PreviewDialog : public ui::Screen
+{
+    Q_OBJECT
+
+public:
+    /// \a printers: the names of the printers there are.
+    PreviewDialog(app::Workspace &workspace, Document document, const QStringList &printers,
+                  QWidget *parent = nullptr);
+    ~PreviewDialog() override;
+
+    [[nodiscard]] int page() const; // counted from 1
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void addPages();
+    void addShortcuts();
+    void draw(QPrinter *printer);
+    void print();
+    void savePdf();
+    void turnTo(int page);
+    void showPage();
+    [[nodiscard]] QString proposedFile() const;
+
+    const std::unique_ptr<Ui::PreviewDialog> m_ui;
+    const Document m_document;
+    const bool m_hasPrinter;
+    Look m_look;
+    std::unique_ptr<QPrinter> m_printer;
+    QPrintPreviewWidget *m_preview = nullptr;
+};
+
+/// Shows the preview of \a document until the user closes it.
+void showPreview(app::Workspace &workspace, QWidget *parent, Document document);
+
+} // namespace printing

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QStringList>
+
+class QPainter;
+class QPrinter;
+
+namespace app
+{
+class Settings;
+struct SettingKey;
+} // namespace app
+
+// What every print routine shares: each purpose keeps its own printer and font in the settings.
+namespace printing
+{
+
+enum class Purpose {
+    DeliveryNotesAndBills, // and receipts of goods
+    ShippingSlips,
+    GiftSheets,
+    Rosters,
+    TransferForms,
+    Addresses,
+    AddressRange, // over a chosen range of the customers
+};
+
+const app::SettingKey &printerKey(Purpose purpose);
+const app::SettingKey &fontKey(Purpose purpose);
+
+/// The names of the system's printers, as the clerk knows them.
+QStringList installedPrinters();
+
+/// Makes the purpose's stored printer the one \a printer prints on. \return its name, to be shown; where the
+/// stored one is not installed the system's default stays, and its name (empty: no printer at all) is
+/// returned
+QString selectPrinter(QPrinter &printer, const app::Settings &settings, Purpose purpose);
+
+/// The face to print the purpose with: the stored one, without the "@" of vertical writing, or what stands in
+/// for it on this machine.
+QString fontFace(const app::Settings &settings, Purpose purpose);
+
+/// Sets the font of \a painter, whose units are twips, to \a face at \a points.
+void applyFont(QPainter &painter, const QString &face, double points, bool bold = false);
+
+} // namespace printing

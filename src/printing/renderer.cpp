@@ -1,0 +1,231 @@
+#include "printing/renderer.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPagedPaintDevice>
+#include <QPainter>
+#include <QPrinter>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+namespace
+{
+
+// The part of the em square above the baseline in Japanese type.
+constexpr double baselineShare = 0.88;
+
+constexpr double usualUnprintable = 4.2; // millimetres, a sixth of an inch
+
+constexpr double millimetresPerInch = 25.4;
+
+QPageLayout pageOf(const Sheet &sheet)
+{
+    const bool across = sheet.paperWidth > sheet.paperHeight;
+    const QSizeF upright(std::min(sheet.paperWidth, sheet.paperHeight),
+                         std::max(sheet.paperWidth, sheet.paperHeight));
+    QPageLayout layout(QPageSize(upright, QPageSize::Millimeter, {}, QPageSize::FuzzyMatch),
+                       across ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(),
+                       QPageLayout::Millimeter);
+    layout.setMode(QPageLayout::FullPageMode);
+    return layout;
+}
+
+void drawBox(QPainter &painter, const Box &box)
+{
+    const QRectF area(box.x, box.y, box.width, box.height);
+    if (box.grey < 255)
+        painter.fillRect(area, QColor(box.grey, box.grey, box.grey));
+    if (box.lineWidth > 0) {
+        painter.setPen(QPen(Qt::black, box.lineWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        painter.drawRect(area);
+    }
+}
+
+void drawText(QPainter &painter, const TextItem &item, const QString &face)
+{
+    applyFont(painter, face, item.points, item.bold);
+    const double natural = QFontMetricsF(painter.font()).horizontalAdvance(item.text);
+    const double squeeze = item.room > 0 && natural > item.room ? item.room / natural : 1.0;
+    const double share = item.align == Align::Left ? 0.0 : item.align == Align::Centre ? 0.5 : 1.0;
+    painter.save();
+    painter.translate(item.x, item.y + baselineShare * item.points * twipsPerPoint);
+    painter.scale(squeeze, 1);
+    painter.drawText(QPointF(-natural * share, 0), item.text);
+    painter.restore();
+}
+
+// A device of one dot to the twip, so that rich text is laid out in the sheet's own units.
+QPaintDevice *twipDevice()
+{
+    static QImage device = [] {
+        QImage image(1, 1, QImage::Format_Mono);
+        const int dotsPerMetre = static_cast<int>(std::ceil(twipsPerInch * 1000 / millimetresPerInch));
+        image.setDotsPerMeterX(dotsPerMetre);
+        image.setDotsPerMeterY(dotsPerMetre);
+        return image;
+    }();
+    return &device;
+}
+
+void drawRichText(QPainter &painter, const RichTextSlot &slot, QTextDocument &text)
+{
+    text.documentLayout()->setPaintDevice(twipDevice());
+    text.setDocumentMargin(0);
+    // As wide as the slot, so that centred and right-aligned lines stand where they should; wider when a line
+    // needs it, and then the whole is made smaller.
+    text.setTextWidth(-1);
+    text.setTextWidth(std::max(slot.width, text.idealWidth()));
+    const QSizeF size = text.size();
+    const double scale = std::min({1.0, slot.width / size.width(), slot.height / size.height()});
+
+    // Black on white whatever the screen's colours are.
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette = QPalette(Qt::black, Qt::white, Qt::white, Qt::black, Qt::gray, Qt::black, Qt::white);
+    painter.save();
+    painter.translate(slot.x, slot.y);
+    painter.scale(scale, scale);
+    text.documentLayout()->draw(&painter, context);
+    painter.restore();
+}
+
+void drawGrid(QPainter &painter, const Sheet &sheet, const QString &face)
+{
+    constexpr int step = 10; // millimetres
+    constexpr int labelledStep = 50;
+    const QColor colour(120, 120, 120);
+    const double right = twipsFromMillimetres(sheet.paperWidth);
+    const double bottom = twipsFromMillimetres(sheet.paperHeight);
+    const auto pen = [&](int at) { painter.setPen(QPen(colour, at % labelledStep == 0 ? 8 : 2)); };
+    for (int x = 0; x <= sheet.paperWidth; x += step) {
+        pen(x);
+        painter.drawLine(QPointF(twipsFromMillimetres(x), 0), QPointF(twipsFromMillimetres(x), bottom));
+    }
+    for (int y = 0; y <= sheet.paperHeight; y += step) {
+        pen(y);
+        painter.drawLine(QPointF(0, twipsFromMillimetres(y)), QPointF(right, twipsFromMillimetres(y)));
+    }
+    applyFont(painter, face, 7);
+    painter.setPen(colour);
+    for (int x = labelledStep; x < sheet.paperWidth; x += labelledStep)
+        painter.drawText(QPointF(twipsFromMillimetres(x + 0.5), twipsFromMillimetres(step - 1)),
+                         QString::number(x));
+    for (int y = labelledStep; y < sheet.paperHeight; y += labelledStep)
+        painter.drawText(QPointF(twipsFromMillimetres(step), twipsFromMillimetres(y - 0.5)),
+                         QString::number(y));
+}
+
+void drawContent(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look)
+{
+    if (look.calibrationGrid)
+        drawGrid(painter, sheet, look.face);
+    for (const Box &box : sheet.boxes)
+        drawBox(painter, box);
+    for (const Line &line : sheet.lines) {
+        const QColor colour(line.grey, line.grey, line.grey);
+        painter.setPen(QPen(colour, line.width, Qt::SolidLine, Qt::FlatCap));
+        painter.drawLine(QPointF(line.x1, line.y1), QPointF(line.x2, line.y2));
+    }
+    painter.setPen(Qt::black);
+    for (const TextItem &item : sheet.texts)
+        drawText(painter, item, look.face);
+    for (const RichTextSlot &slot : sheet.richTexts) {
+        if (const auto text = document.richTexts.find(slot.name); text != document.richTexts.end())
+            drawRichText(painter, slot, *text->second);
+    }
+}
+
+db::Status jobRefused()
+{
+    return db::Error{
+        u"印刷を始められませんでした。プリンタの電源と接続を確かめて、もう一度印刷してください。"_s};
+}
+
+// Pages \a first to \a last, counted from 0, as often as the device does not repeat them by itself.
+db::Status drawPages(QPagedPaintDevice &device, const Document &document, const Look &look, std::size_t first,
+                     std::size_t last, int rounds, int pageRepeats)
+{
+    QPainter painter;
+    if (!painter.begin(&device))
+        return jobRefused();
+    const QMarginsF unprintable = unprintableMargins(device);
+    bool fresh = true;
+    for (int round = 0; round < rounds; ++round) {
+        for (std::size_t page = first; page <= last; ++page) {
+            for (int repeat = 0; repeat < pageRepeats; ++repeat) {
+                if (!fresh && !device.newPage())
+                    return jobRefused();
+                fresh = false;
+                drawSheet(painter, document, document.sheets[page], look, unprintable);
+            }
+        }
+    }
+    return painter.end() ? db::Status() : jobRefused();
+}
+
+} // namespace
+
+void drawSheet(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look,
+               const QMarginsF &unprintable)
+{
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
+                           QPainter::SmoothPixmapTransform);
+    painter.scale(painter.device()->logicalDpiX() / twipsPerInch,
+                  painter.device()->logicalDpiY() / twipsPerInch);
+    if (sheet.origin == Origin::PrintableArea)
+        painter.translate(twipsFromMillimetres(unprintable.left()), twipsFromMillimetres(unprintable.top()));
+    drawContent(painter, document, sheet, look);
+    painter.restore();
+}
+
+QMarginsF unprintableMargins(const QPagedPaintDevice &device)
+{
+    QPageLayout layout = device.pageLayout();
+    layout.setUnits(QPageLayout::Millimeter);
+    const QMarginsF margins = layout.minimumMargins();
+    return margins.isNull()
+               ? QMarginsF(usualUnprintable, usualUnprintable, usualUnprintable, usualUnprintable)
+               : margins;
+}
+
+void setPage(QPagedPaintDevice &device, const Document &document)
+{
+    if (!document.sheets.empty())
+        device.setPageLayout(pageOf(document.sheets.front()));
+}
+
+db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look)
+{
+    if (document.sheets.empty())
+        return db::Error{u"印刷するものがありません。"_s};
+    return drawPages(device, document, look, 0, document.sheets.size() - 1, 1, 1);
+}
+
+db::Status printDocument(QPrinter &printer, const Document &document, const Look &look)
+{
+    if (document.sheets.empty())
+        return db::Error{u"印刷するものがありません。"_s};
+    if (!printer.isValid())
+        return db::Error{u"プリンタ「%1」が見つからないため、印刷しませんでした。"
+                         "プリンタを選び直すか、PDF に保存してください。"_s.arg(printer.printerName())};
+    std::size_t first = 0;
+    std::size_t last = document.sheets.size() - 1;
+    if (printer.printRange() == QPrinter::PageRange && printer.fromPage() > 0) {
+        first = std::min(last, static_cast<std::size_t>(printer.fromPage() - 1));
+        last = std::clamp(static_cast<std::size_t>(std::max(1, printer.toPage()) - 1), first, last);
+    }
+    const int copies = printer.supportsMultipleCopies() ? 1 : std::max(1, printer.copyCount());
+    const bool collated = printer.collateCopies();
+    const db::Status drawn =
+        drawPages(printer, document, look, first, last, collated ? copies : 1, collated ? 1 : copies);
+    return drawn && printer.printerState() == QPrinter::Error ? jobRefused() : drawn;
+}
+
+} // namespace printing

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "db/result.h"
+#include "printing/print_frame.h"
+#include "printing/sheet.h"
+
+#include <QMarginsF>
+#include <QString>
+#include <QTextDocument>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+class QPagedPaintDevice;
+class QPainter;
+class QPrinter;
+
+// The one place that knows how a sheet comes onto paper, a preview or into a PDF.
+namespace printing
+{
+
+/// A print job: its sheets, and the rich texts that their slots name, which drawing lays out anew. All sheets
+/// are of one paper size.
+struct Document
+{
+    QString title; // of the job, the preview and the PDF
+    Purpose purpose = Purpose::DeliveryNotesAndBills;
+    std::vector<Sheet> sheets;
+    std::map<QString, std::shared_ptr<QTextDocument>> richTexts;
+};
+
+/// How a document is drawn.
+struct Look
+{
+    QString face;                 // font of all text
+    bool calibrationGrid = false; // lines every 10 mm, to see how far a printer is off
+};
+
+/// Draws \a sheet from the painter's present origin, which is the paper's top-left corner.
+/// \a unprintable: the printer's own margins, millimetres.
+void drawSheet(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look,
+               const QMarginsF &unprintable);
+
+/// The unprintable margins of \a device in millimetres; for one that has none (a PDF) those of a usual
+/// printer, so that a form comes out in the same place.
+QMarginsF unprintableMargins(const QPagedPaintDevice &device);
+
+/// Tells \a device the document's paper. To be called again after a print dialog, which may have changed it.
+void setPage(QPagedPaintDevice &device, const Document &document);
+
+/// Draws all sheets onto \a device, one a page. Fails when the device takes no job.
+db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look);
+
+/// Prints the pages and copies that \a printer was set up for. No job is started when the printer is missing.
+db::Status printDocument(QPrinter &printer, const Document &document, const Look &look);
+
+} // namespace printing

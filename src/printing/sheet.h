@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+// What is printed, before it meets a printer: a layout is a pure function from data to sheets. Positions are
+// twips, 1440 to the inch; layouts are designed in millimetres and converted with 56.7 twips to each.
+namespace printing
+{
+
+inline constexpr double twipsPerInch = 1440.0;
+inline constexpr double twipsPerMillimetre = 56.7;
+inline constexpr double twipsPerPoint = 20.0;
+
+constexpr double twipsFromMillimetres(double millimetres) { return millimetres * twipsPerMillimetre; }
+
+enum class Align { Left, Centre, Right };
+
+/// One line of text. \a x is its left edge, centre or right edge; \a y the top of its em square.
+struct TextItem
+{
+    double x = 0;
+    double y = 0;
+    QString text;
+    double points = 10;
+    Align align = Align::Left;
+    bool bold = false;
+    double room = 0; // twips; type that comes out wider is squeezed into it. 0: as it falls
+};
+
+struct Line
+{
+    double x1 = 0;
+    double y1 = 0;
+    double x2 = 0;
+    double y2 = 0;
+    double width = 0; // twips
+    int grey = 0;     // from 0 (black) to 255
+};
+
+/// A rectangle; the grey of its inside from 0 (black) to 255 (white, that is left open).
+struct Box
+{
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+    double lineWidth = 0; // twips; 0: no outline
+    int grey = 255;
+};
+
+/// Room for a block of rich text, which the renderer scales down until it fits.
+struct RichTextSlot
+{
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+    QString name; // under which the document to be printed holds the text
+};
+
+/// Where the twips are counted from.
+enum class Origin {
+    PrintableArea, // its top-left corner, which the printer's make decides: pre-printed forms
+    PaperEdge,     // the paper's own corner: plain paper comes out alike on every printer
+};
+
+struct Sheet
+{
+    double paperWidth = 210; // millimetres
+    double paperHeight = 297;
+    Origin origin = Origin::PrintableArea;
+    std::vector<Box> boxes; // drawn first, so that their grey lies under the text
+    std::vector<Line> lines;
+    std::vector<TextItem> texts;
+    std::vector<RichTextSlot> richTexts;
+};
+
+} // namespace printing

@@ -1,0 +1,100 @@
+#include "printing/text_fit.h"
+
+#include "text/cp932.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+namespace
+{
+
+constexpr double millimetresPerPoint = 25.4 / 72;
+constexpr double pointStep = 0.05; // one twip
+constexpr double smallestPoints = 1;
+
+double wholeSteps(double points) { return std::floor(points / pointStep + 1e-6) * pointStep; }
+
+constexpr int leastBytes = 2; // a full-width character
+
+int bytesInLine(double width, double points)
+{
+    const double halfWidth = points / 2 * millimetresPerPoint;
+    return std::max(leastBytes, static_cast<int>(width / halfWidth + 1e-6));
+}
+
+QStringList broken(QStringView text, int bytes)
+{
+    QStringList lines;
+    do {
+        const QString line = text::leftCp932(text, bytes);
+        lines << line;
+        text = text.sliced(line.size());
+    } while (!text.isEmpty());
+    return lines;
+}
+
+// As few lines as there must be, about equally long, so that no single bracket is left over for the last.
+QStringList balanced(QStringView text, double width, double points)
+{
+    int bytes = bytesInLine(width, points);
+    QStringList lines = broken(text, bytes);
+    for (const auto count = lines.size(); bytes > leastBytes;) {
+        QStringList narrower = broken(text, --bytes);
+        if (narrower.size() > count)
+            break;
+        lines = std::move(narrower);
+    }
+    return lines;
+}
+
+} // namespace
+
+double textWidth(QStringView text, double points)
+{
+    return text::cp932Bytes(text) * points / 2 * millimetresPerPoint;
+}
+
+double fittingPoints(QStringView text, double width, double points)
+{
+    const double natural = textWidth(text, points);
+    return natural <= width ? points : std::max(smallestPoints, wholeSteps(points * width / natural));
+}
+
+FittedText fitText(QStringView text, double width, double points, double minPoints)
+{
+    const double fitting = fittingPoints(text, width, points);
+    if (fitting >= minPoints)
+        return {{text.toString()}, fitting};
+    return {balanced(text, width, minPoints), minPoints};
+}
+
+FittedText fitBlock(QStringView text, double width, double height, double points, double leading)
+{
+    for (;; points -= 0.5) {
+        QStringList lines;
+        for (const QStringView paragraph : text.split(u'\n'))
+            lines << broken(singleLine(paragraph), bytesInLine(width, points));
+        const double needed = static_cast<double>(lines.size()) * points * leading * millimetresPerPoint;
+        if (needed <= height || points - 0.5 < smallestPoints)
+            return {lines, points};
+    }
+}
+
+QString singleLine(QStringView text)
+{
+    QString line = text.toString();
+    line.replace(u"\r\n"_s, u" "_s);
+    for (QChar &c : line) {
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = u' ';
+    }
+    return line;
+}
+
+} // namespace printing

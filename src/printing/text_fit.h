@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QStringList>
+
+// Room for text without asking a font: Japanese type of fixed width sets a full-width character as wide as
+// its size and a half-width one half as wide. Widths and heights are millimetres, sizes points.
+namespace printing
+{
+
+/// Width of \a text at \a points.
+double textWidth(QStringView text, double points);
+
+/// The largest size up to \a points, in steps of a twentieth, at which \a text fits into \a width.
+double fittingPoints(QStringView text, double width, double points);
+
+struct FittedText
+{
+    QStringList lines;
+    double points;
+};
+
+/// \a text on one line if \a minPoints allow it, else broken into as many lines as it needs at that size.
+/// Nothing of the text is lost.
+FittedText fitText(QStringView text, double width, double points, double minPoints);
+
+/// \a text, which may hold line breaks, broken and made smaller until it fits into the block. Lines stand
+/// \a leading times their size apart.
+FittedText fitBlock(QStringView text, double width, double height, double points, double leading);
+
+/// \a text for one line of print: line breaks, tabs and other control characters become blanks.
+QString singleLine(QStringView text);
+
+} // namespace printing

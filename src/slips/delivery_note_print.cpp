@@ -1,0 +1,78 @@
+#include "slips/delivery_note_print.h"
+
+#include "app/settings.h"
+#include "app/workspace.h"
+#include "masters/rtf_file.h"
+#include "printing/preview_dialog.h"
+#include "slips/delivery_note.h"
+#include "ui/prompts.h"
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+const QString plainPaper = u"A4 無地"_s;
+
+CompanyName companyNameOf(const app::Workspace &workspace)
+{
+    if (workspace.panel.omitCompanyName)
+        return CompanyName::Omitted;
+    const bool registered = !workspace.settings.text(app::keys::richTextFileName).isEmpty();
+    return workspace.panel.extendedCompanyName && registered ? CompanyName::Extended : CompanyName::Plain;
+}
+
+NoteOffsets offsetsIn(const app::Settings &settings)
+{
+    return {settings.integer(app::keys::offsetB), settings.integer(app::keys::offsetL),
+            settings.integer(app::keys::offsetF)};
+}
+
+// The form the note was meant for, where it is not plain paper.
+QString formWithoutLayout(const app::Workspace &workspace, const NoteRequest &request)
+{
+    if (request.designatedForm)
+        return u"指定納品書"_s;
+    const QString paper = workspace.panel.deliveryPaper;
+    return paper.isEmpty() || paper == plainPaper ? QString() : paper;
+}
+
+} // namespace
+
+db::Result<printing::Document> deliveryNoteDocument(app::Workspace &workspace, const NoteRequest &request)
+{
+    const DeliveryNoteOptions options{request.inclusive, request.closed, request.memo,
+                                      companyNameOf(workspace), offsetsIn(workspace.settings)};
+    const auto note = readDeliveryNote(workspace.connection, request.slipId, options);
+    if (!note)
+        return note.error();
+    printing::Document document;
+    document.title = u"納品書 "_s + note->slip.number;
+    document.purpose = printing::Purpose::DeliveryNotesAndBills;
+    document.sheets = deliveryNote(*note);
+    if (options.companyName == CompanyName::Extended) {
+        auto name = masters::readRtfFile(workspace.settings.text(app::keys::richTextFileName));
+        if (!name)
+            return name.error();
+        document.richTexts[QString::fromUtf16(companyNameSlot)] = std::move(name->document);
+    }
+    return document;
+}
+
+void printDeliveryNote(app::Workspace &workspace, QWidget *parent, const NoteRequest &request)
+{
+    auto document = deliveryNoteDocument(workspace, request);
+    if (!document) {
+        ui::prompts::inform(parent, document.error().text);
+        return;
+    }
+    if (const QString form = formWithoutLayout(workspace, request); !form.isEmpty())
+        ui::prompts::inform(parent, u"「%1」の用紙に合わせた印刷はまだできません。\n"
+                                    "無地の A4 用紙に合わせた納品書を表示します。"_s.arg(form));
+    printing::showPreview(workspace, parent, std::move(*document));
+}
+
+} // namespace slips
