@@ -3,7 +3,7 @@
 #include "app/settings.h"
 #include "app/workspace.h"
 #include "masters/rtf_file.h"
-#include "printing/preview_dialog.h"
+#include "printing/frmPreview.h"
 #include "slips/delivery_note.h"
 #include "ui/prompts.h"
 

@@ -20,7 +20,7 @@ struct NoteRequest
     bool inclusive = false;      // "消費税（内税）" is ticked
     bool closed = false;         // the slip is reprinted; no tax line is to come any more
     bool designatedForm = false; // "指定納品書" is ticked
-    QString memo;
+    QString memo{};
 };
 
 /// The delivery note ready for the renderer, with the panel's company-name options and the stored offsets.

@@ -1,6 +1,6 @@
-#include "printing/preview_dialog.h"
+#include "printing/frmPreview.h"
 
-#include "ui_preview_dialog.h"
+#include "ui_frmPreview.h"
 
 #include "app/workspace.h"
 #include "printing/pdf.h"
@@ -21,10 +21,10 @@ using namespace Qt::StringLiterals;
 namespace printing
 {
 
-PreviewDialog::PreviewDialog(app::Workspace &workspace, Document document, const QStringList &printers,
-                             QWidget *parent)
+frmPreview::frmPreview(app::Workspace &workspace, Document document, const QStringList &printers,
+                       QWidget *parent)
     : Screen(workspace, parent)
-    , m_ui(std::make_unique<Ui::PreviewDialog>())
+    , m_ui(std::make_unique<Ui::frmPreview>())
     , m_document(std::move(document))
     , m_hasPrinter(!printers.isEmpty())
     , m_look{fontFace(workspace.settings, m_document.purpose)}
@@ -43,9 +43,9 @@ PreviewDialog::PreviewDialog(app::Workspace &workspace, Document document, const
     showPage();
 }
 
-PreviewDialog::~PreviewDialog() = default;
+frmPreview::~frmPreview() = default;
 
-void PreviewDialog::addPages()
+void frmPreview::addPages()
 {
     m_preview = new QPrintPreviewWidget(m_printer.get(), this);
     m_preview->setObjectName(u"preview"_s);
@@ -53,24 +53,24 @@ void PreviewDialog::addPages()
     m_preview->setMinimumHeight(360);
     m_preview->setFocusPolicy(Qt::StrongFocus);
     m_ui->pages->addWidget(m_preview);
-    connect(m_preview, &QPrintPreviewWidget::paintRequested, this, &PreviewDialog::draw);
-    connect(m_preview, &QPrintPreviewWidget::previewChanged, this, &PreviewDialog::showPage);
-    connect(m_ui->cmdPrint, &QPushButton::clicked, this, &PreviewDialog::print);
-    connect(m_ui->cmdPdf, &QPushButton::clicked, this, &PreviewDialog::savePdf);
+    connect(m_preview, &QPrintPreviewWidget::paintRequested, this, &frmPreview::draw);
+    connect(m_preview, &QPrintPreviewWidget::previewChanged, this, &frmPreview::showPage);
+    connect(m_ui->cmdPrint, &QPushButton::clicked, this, &frmPreview::print);
+    connect(m_ui->cmdPdf, &QPushButton::clicked, this, &frmPreview::savePdf);
     connect(m_ui->cmdPrevious, &QPushButton::clicked, this, [this] { turnTo(page() - 1); });
     connect(m_ui->cmdNext, &QPushButton::clicked, this, [this] { turnTo(page() + 1); });
     connect(m_ui->cmdZoomOut, &QPushButton::clicked, m_preview, [this] { m_preview->zoomOut(); });
     connect(m_ui->cmdZoomIn, &QPushButton::clicked, m_preview, [this] { m_preview->zoomIn(); });
     connect(m_ui->cmdWholePage, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitInView);
     connect(m_ui->cmdPageWidth, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitToWidth);
-    connect(m_ui->cmdClose, &QPushButton::clicked, this, &PreviewDialog::reject);
+    connect(m_ui->cmdClose, &QPushButton::clicked, this, &frmPreview::reject);
     connect(m_ui->chkGrid, &QCheckBox::toggled, this, [this](bool on) {
         m_look.calibrationGrid = on;
         m_preview->updatePreview();
     });
 }
 
-void PreviewDialog::addShortcuts()
+void frmPreview::addShortcuts()
 {
     const auto add = [this](const QKeySequence &keys, QPushButton *button) {
         auto *action = new QAction(this);
@@ -88,9 +88,9 @@ void PreviewDialog::addShortcuts()
     add(Qt::Key_PageDown, m_ui->cmdNext);
 }
 
-void PreviewDialog::draw(QPrinter *printer) { tell(drawDocument(*printer, m_document, m_look)); }
+void frmPreview::draw(QPrinter *printer) { tell(drawDocument(*printer, m_document, m_look)); }
 
-void PreviewDialog::print()
+void frmPreview::print()
 {
     if (!m_hasPrinter) {
         if (ui::prompts::ask(this, u"プリンタが見つかりません。PDF に保存しますか。"_s))
@@ -109,7 +109,7 @@ void PreviewDialog::print()
         accept();
 }
 
-QString PreviewDialog::proposedFile() const
+QString frmPreview::proposedFile() const
 {
     // Characters that some file system does not take.
     static const QString forbidden = u"\\/:*?\"<>|"_s;
@@ -121,7 +121,7 @@ QString PreviewDialog::proposedFile() const
     return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/' + name + u".pdf"_s;
 }
 
-void PreviewDialog::savePdf()
+void frmPreview::savePdf()
 {
     const QString fileName =
         ui::file_dialogs::saveFile(this, u"PDFに保存"_s, u"PDFファイル (*.pdf)"_s, u"pdf"_s, proposedFile());
@@ -135,15 +135,15 @@ void PreviewDialog::savePdf()
         m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
 }
 
-int PreviewDialog::page() const { return m_preview->currentPage(); }
+int frmPreview::page() const { return m_preview->currentPage(); }
 
-void PreviewDialog::turnTo(int page)
+void frmPreview::turnTo(int page)
 {
     m_preview->setCurrentPage(std::clamp(page, 1, static_cast<int>(m_document.sheets.size())));
     showPage();
 }
 
-void PreviewDialog::showPage()
+void frmPreview::showPage()
 {
     const int pages = static_cast<int>(m_document.sheets.size());
     m_ui->lblPage->setText(u"%1 / %2 ページ"_s.arg(page()).arg(pages));
@@ -151,7 +151,7 @@ void PreviewDialog::showPage()
     m_ui->cmdNext->setEnabled(page() < pages);
 }
 
-void PreviewDialog::keyPressEvent(QKeyEvent *event)
+void frmPreview::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
     case Qt::Key_Home:
@@ -167,7 +167,7 @@ void PreviewDialog::keyPressEvent(QKeyEvent *event)
 
 void showPreview(app::Workspace &workspace, QWidget *parent, Document document)
 {
-    PreviewDialog dialog(workspace, std::move(document), installedPrinters(), parent);
+    frmPreview dialog(workspace, std::move(document), installedPrinters(), parent);
     dialog.exec();
 }
 

@@ -10,22 +10,22 @@ class QPrintPreviewWidget;
 
 namespace Ui
 {
-class PreviewDialog;
+class frmPreview;
 }
 
 namespace printing
 {
 
 /// Shows a document as it will be printed; prints it or saves it as PDF.
-class PreviewDialog : public ui::Screen
+class frmPreview : public ui::Screen
 {
     Q_OBJECT
 
 public:
     /// \a printers: the names of the printers there are.
-    PreviewDialog(app::Workspace &workspace, Document document, const QStringList &printers,
-                  QWidget *parent = nullptr);
-    ~PreviewDialog() override;
+    frmPreview(app::Workspace &workspace, Document document, const QStringList &printers,
+               QWidget *parent = nullptr);
+    ~frmPreview() override;
 
     [[nodiscard]] int page() const; // counted from 1
 
@@ -42,7 +42,7 @@ private:
     void showPage();
     [[nodiscard]] QString proposedFile() const;
 
-    const std::unique_ptr<Ui::PreviewDialog> m_ui;
+    const std::unique_ptr<Ui::frmPreview> m_ui;
     const Document m_document;
     const bool m_hasPrinter;
     Look m_look;

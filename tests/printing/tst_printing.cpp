@@ -1,0 +1,368 @@
+#include "app/settings.h"
+#include "printing/font_names.h"
+#include "printing/frmPreview.h"
+#include "printing/pdf.h"
+#include "printing/renderer.h"
+#include "printing/text_fit.h"
+#include "support/fresh_shop.h"
+#include "ui/file_dialogs.h"
+#include "ui/prompts.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QImage>
+#include <QLabel>
+#include <QPainter>
+#include <QPrinter>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+using namespace printing;
+
+namespace
+{
+
+constexpr int dotsPerMillimetre = 10;
+
+// What a sheet looks like on A4 at 10 dots to the millimetre.
+QImage drawn(const Document &document, const Look &look, const QMarginsF &unprintable = {})
+{
+    QImage image(210 * dotsPerMillimetre, 297 * dotsPerMillimetre, QImage::Format_Grayscale8);
+    image.setDotsPerMeterX(dotsPerMillimetre * 1000);
+    image.setDotsPerMeterY(dotsPerMillimetre * 1000);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    drawSheet(painter, document, document.sheets.front(), look, unprintable);
+    return image;
+}
+
+// The bounds of the ink in millimetres.
+QRectF ink(const QImage &image)
+{
+    int left = image.width();
+    int top = image.height();
+    int right = -1;
+    int bottom = -1;
+    for (int y = 0; y < image.height(); ++y) {
+        const uchar *row = image.constScanLine(y);
+        for (int x = 0; x < image.width(); ++x) {
+            if (row[x] > 127)
+                continue;
+            left = std::min(left, x);
+            right = std::max(right, x);
+            top = std::min(top, y);
+            bottom = std::max(bottom, y);
+        }
+    }
+    return QRectF(QPointF(left, top) / dotsPerMillimetre, QPointF(right + 1, bottom + 1) / dotsPerMillimetre);
+}
+
+Document oneSheet(Sheet sheet)
+{
+    Document document;
+    document.title = u"試し刷り"_s;
+    document.sheets.push_back(std::move(sheet));
+    return document;
+}
+
+Document pagesOfText(int pages)
+{
+    Document document;
+    document.title = u"納品書 O1"_s;
+    for (int page = 1; page <= pages; ++page) {
+        Sheet sheet;
+        sheet.texts.push_back({1000, 1000, u"第%1葉"_s.arg(page), 12});
+        document.sheets.push_back(sheet);
+    }
+    return document;
+}
+
+QString textOfPdf(const QString &fileName)
+{
+    QProcess reader;
+    reader.start(u"pdftotext"_s, {u"-raw"_s, fileName, u"-"_s});
+    reader.waitForFinished();
+    return QString::fromUtf8(reader.readAllStandardOutput());
+}
+
+} // namespace
+
+class TestPrinting : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        ui::prompts::beginScript();
+        ui::file_dialogs::beginScript();
+    }
+
+    void cleanup()
+    {
+        QCOMPARE(ui::prompts::takeUnexpected(), QString());
+        QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
+    }
+
+    void millimetresAreConvertedAt567()
+    {
+        QCOMPARE(twipsFromMillimetres(36), 2041.2);
+        QCOMPARE(twipsFromMillimetres(12), 680.4);
+    }
+
+    void faces_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QStringList>("installed");
+        QTest::addColumn<QString>("face");
+
+        const QStringList debian{u"DejaVu Sans"_s, u"IPAGothic"_s, u"IPAMincho"_s, u"Noto Sans CJK JP"_s};
+        const QStringList windows{u"MS Gothic"_s, u"MS Mincho"_s, u"Meiryo"_s};
+        const QStringList noto{u"DejaVu Sans"_s, u"Noto Sans CJK JP"_s};
+        QTest::newRow("mincho") << u"ＭＳ 明朝"_s << debian << u"IPAMincho"_s;
+        QTest::newRow("its English name") << u"MS Mincho"_s << debian << u"IPAMincho"_s;
+        QTest::newRow("vertical") << u"@ＭＳ 明朝"_s << debian << u"IPAMincho"_s;
+        QTest::newRow("gothic") << u"ＭＳ ゴシック"_s << debian << u"IPAGothic"_s;
+        QTest::newRow("proportional gothic") << u"ＭＳ Ｐゴシック"_s << debian << u"IPAGothic"_s;
+        QTest::newRow("the other language's name") << u"ＭＳ 明朝"_s << windows << u"MS Mincho"_s;
+        QTest::newRow("installed") << u"Noto Sans CJK JP"_s << debian << u"Noto Sans CJK JP"_s;
+        QTest::newRow("installed, vertical") << u"@Meiryo"_s << windows << u"Meiryo"_s;
+        QTest::newRow("unknown gothic") << u"メイリオ"_s << debian << u"IPAGothic"_s;
+        QTest::newRow("unknown") << u"HG正楷書体"_s << debian << u"IPAMincho"_s;
+        QTest::newRow("nothing stored") << QString() << debian << u"IPAMincho"_s;
+        QTest::newRow("no serif") << u"ＭＳ 明朝"_s << noto << u"Noto Sans CJK JP"_s;
+        QTest::newRow("nothing Japanese") << u"ＭＳ 明朝"_s << QStringList{u"DejaVu Sans"_s} << QString();
+    }
+
+    void faces()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QStringList, installed);
+        QTEST(installedFace(stored, installed), "face");
+    }
+
+    void eachPurposeHasItsFont()
+    {
+        FreshShop shop;
+        shop.settings.write(app::keys::printerFont, u"@ＭＳ 明朝"_s);
+        shop.settings.write(app::keys::meiboPrinterFont, u"ＭＳ ゴシック"_s);
+        QCOMPARE(fontFace(shop.settings, Purpose::DeliveryNotesAndBills), u"IPAMincho"_s);
+        QCOMPARE(fontFace(shop.settings, Purpose::Rosters), u"IPAGothic"_s);
+        QCOMPARE(QString::fromLatin1(printerKey(Purpose::AddressRange).name), u"HagakiPrinterName"_s);
+        QCOMPARE(QString::fromLatin1(fontKey(Purpose::GiftSheets).name), u"MotoFont"_s);
+    }
+
+    void fitting_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QStringList>("lines");
+        QTest::addColumn<double>("points");
+
+        // 10 half-width characters of 10 points are 17.64 mm.
+        QTest::newRow("fits") << u"あいうえお"_s << QStringList{u"あいうえお"_s} << 10.0;
+        QTest::newRow("half-width") << u"0123456789"_s << QStringList{u"0123456789"_s} << 10.0;
+        QTest::newRow("made smaller") << u"あいうえおか"_s << QStringList{u"あいうえおか"_s} << 8.3;
+        QTest::newRow("broken, balanced")
+            << u"あいうえおかき"_s << QStringList{u"あいうえ"_s, u"おかき"_s} << 8.0;
+        QTest::newRow("surrogates stay whole")
+            << u"𠮷𠮷𠮷𠮷𠮷𠮷𠮷"_s << QStringList{u"𠮷𠮷𠮷𠮷"_s, u"𠮷𠮷𠮷"_s} << 8.0;
+        QTest::newRow("empty") << QString() << QStringList{QString()} << 10.0;
+    }
+
+    void fitting()
+    {
+        QFETCH(QString, text);
+        const FittedText fitted = fitText(text, 17.65, 10, 8);
+        QTEST(fitted.lines, "lines");
+        QFETCH(double, points);
+        QVERIFY2(std::abs(fitted.points - points) < 0.001, qPrintable(QString::number(fitted.points)));
+    }
+
+    void aBlockGetsSmallerUntilItFits()
+    {
+        const QString text = QString(300, u'あ') + u"\nい\tう"_s;
+        const FittedText block = fitBlock(text, 50, 20, 10, 1.3);
+        QVERIFY(static_cast<double>(block.lines.size()) * block.points * 1.3 * 25.4 / 72 <= 20);
+        QCOMPARE(block.lines.join(QString()), QString(300, u'あ') + u"い う"_s);
+    }
+
+    void inkStandsWhereTheSheetSays()
+    {
+        Sheet sheet;
+        sheet.boxes.push_back({twipsFromMillimetres(20), twipsFromMillimetres(30), twipsFromMillimetres(100),
+                               twipsFromMillimetres(50), 0, 0});
+        const Look look{u"IPAMincho"_s};
+        const auto near = [](const QRectF &found, const QRectF &wanted) {
+            constexpr double tolerance = 0.11; // one dot
+            return std::abs(found.left() - wanted.left()) < tolerance &&
+                   std::abs(found.top() - wanted.top()) < tolerance &&
+                   std::abs(found.right() - wanted.right()) < tolerance &&
+                   std::abs(found.bottom() - wanted.bottom()) < tolerance;
+        };
+        const QMarginsF margins(4, 5, 4, 5);
+        sheet.origin = Origin::PaperEdge;
+        QVERIFY(near(ink(drawn(oneSheet(sheet), look, margins)), QRectF(20, 30, 100, 50)));
+        sheet.origin = Origin::PrintableArea;
+        QVERIFY(near(ink(drawn(oneSheet(sheet), look, margins)), QRectF(24, 35, 100, 50)));
+    }
+
+    void textIsAlignedAndSqueezedIntoItsRoom()
+    {
+        const Look look{u"IPAMincho"_s};
+        const double x = twipsFromMillimetres(100);
+        Sheet sheet;
+        sheet.texts.push_back({x, x, u"国国国国"_s, 20, Align::Left});
+        const QRectF natural = ink(drawn(oneSheet(sheet), look));
+        QVERIFY(natural.left() > 100 && natural.left() < 101.5);
+        QVERIFY(natural.top() > 99.5 && natural.bottom() < 107.5);
+        QVERIFY(natural.width() > 25 && natural.width() < 28.3);
+
+        sheet.texts.front().align = Align::Right;
+        sheet.texts.front().room = twipsFromMillimetres(10);
+        const QRectF squeezed = ink(drawn(oneSheet(sheet), look));
+        QVERIFY(squeezed.left() >= 90 && squeezed.right() <= 100.01);
+        QVERIFY(std::abs(squeezed.height() - natural.height()) < 0.3);
+    }
+
+    void richTextIsScaledIntoItsSlot()
+    {
+        Sheet sheet;
+        sheet.richTexts.push_back({twipsFromMillimetres(50), twipsFromMillimetres(60),
+                                   twipsFromMillimetres(40), twipsFromMillimetres(10), u"社名"_s});
+        Document document = oneSheet(sheet);
+        document.richTexts[u"社名"_s] = std::make_shared<QTextDocument>(QString(20, u'国') + u"\n国\n国"_s);
+        const QRectF found = ink(drawn(document, Look{u"IPAMincho"_s}));
+        QVERIFY(QRectF(50, 60, 40, 10).contains(found));
+        QVERIFY(found.height() > 7 || found.width() > 35);
+    }
+
+    void aPdfGivesBackItsTextAndReplacesAnOlderOneWhole()
+    {
+        FreshShop shop;
+        const QStringList texts{u"山田　太郎　様"_s,   u"東京都立川市高松町一二三"_s,
+                                u"〒190-0011"_s,       u"龍 亀 食 麦 黒 金 面 長 青 行 西 角"_s,
+                                u"TEL 042-123-4567"_s, u"①㈱髙﨑〜−"_s};
+        Sheet sheet;
+        double y = 1000;
+        for (const QString &text : texts)
+            sheet.texts.push_back({1000, y += 600, text, 12});
+        const QString fileName = shop.path(u"note.pdf"_s);
+        QFile older(fileName);
+        QVERIFY(older.open(QIODevice::WriteOnly) && older.write("older") == 5);
+        older.close();
+        QVERIFY(writePdf(shop.workspace, oneSheet(sheet), fileName));
+        QVERIFY(!QFile::exists(fileName + u".tmp"_s));
+
+        const QString text = textOfPdf(fileName);
+        for (const QString &wanted : texts)
+            QVERIFY2(
+                QString(text).remove(u' ').remove(u'　').contains(QString(wanted).remove(u' ').remove(u'　')),
+                qPrintable(wanted + u" is not in "_s + text));
+
+        QProcess fonts;
+        fonts.start(u"pdffonts"_s, {fileName});
+        fonts.waitForFinished();
+        const QString listed = QString::fromUtf8(fonts.readAllStandardOutput());
+        // Embedded, and with a table back to Unicode.
+        static const QRegularExpression embedded(u"yes +(yes|no) +yes"_s);
+        QVERIFY2(listed.contains(embedded), qPrintable(listed));
+    }
+
+    void aPdfThatCannotBeWrittenIsAnError()
+    {
+        FreshShop shop;
+        const db::Status written =
+            writePdf(shop.workspace, pagesOfText(1), shop.path(u"no such folder/note.pdf"_s));
+        QVERIFY(!written);
+        QVERIFY(written.error().text.startsWith(u"PDF を保存できませんでした。"_s));
+        QVERIFY(!writePdf(shop.workspace, pagesOfText(0), shop.path(u"empty.pdf"_s)));
+        QVERIFY(!QFile::exists(shop.path(u"empty.pdf"_s)));
+    }
+
+    void pagesAndCopiesAreWhatThePrinterWasSetUpFor()
+    {
+        FreshShop shop;
+        const QString fileName = shop.path(u"copies.pdf"_s);
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(fileName);
+        const Document document = pagesOfText(4);
+        setPage(printer, document);
+        printer.setPrintRange(QPrinter::PageRange);
+        printer.setFromTo(2, 3);
+        printer.setCopyCount(2);
+        printer.setCollateCopies(true);
+        QVERIFY(printDocument(printer, document, Look{u"IPAMincho"_s}));
+        const QString text = textOfPdf(fileName).remove(u'\n').remove(u'\f');
+        QCOMPARE(text, printer.supportsMultipleCopies() ? u"第2葉第3葉"_s : u"第2葉第3葉第2葉第3葉"_s);
+    }
+
+    void previewTurnsPagesByKeys()
+    {
+        FreshShop shop;
+        frmPreview dialog(shop.workspace, pagesOfText(3), {u"LASER"_s});
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto *label = dialog.findChild<QLabel *>(u"lblPage"_s);
+        QTRY_COMPARE(label->text(), u"1 / 3 ページ"_s);
+        QTest::keyClick(&dialog, Qt::Key_PageDown);
+        QTest::keyClick(&dialog, Qt::Key_PageDown);
+        QCOMPARE(label->text(), u"3 / 3 ページ"_s);
+        QVERIFY(!dialog.findChild<QPushButton *>(u"cmdNext"_s)->isEnabled());
+        QTest::keyClick(&dialog, Qt::Key_PageUp);
+        QCOMPARE(label->text(), u"2 / 3 ページ"_s);
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void previewSavesAsPdfAndAsksBeforeOverwriting()
+    {
+        FreshShop shop;
+        frmPreview dialog(shop.workspace, pagesOfText(1), {});
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        const QString fileName = shop.path(u"saved.pdf"_s);
+        ui::file_dialogs::expectFile(shop.path(u"saved"_s));
+        QTest::keyClick(&dialog, Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(textOfPdf(fileName).contains(u"第1葉"_s));
+
+        QFile::resize(fileName, 3);
+        ui::file_dialogs::expectFile(fileName);
+        ui::prompts::expectAsk(u"「saved.pdf」は既にあります。上書きしますか。"_s, false);
+        QTest::keyClick(&dialog, Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(QFile(fileName).size(), 3);
+    }
+
+    void withoutAPrinterThePreviewOffersAPdf()
+    {
+        FreshShop shop;
+        frmPreview dialog(shop.workspace, pagesOfText(1), {});
+        dialog.show();
+        ui::prompts::expectAsk(u"プリンタが見つかりません。PDF に保存しますか。"_s, true);
+        ui::file_dialogs::expectFile(shop.path(u"instead.pdf"_s));
+        QTest::mouseClick(dialog.findChild<QPushButton *>(u"cmdPrint"_s), Qt::LeftButton);
+        QVERIFY(QFile::exists(shop.path(u"instead.pdf"_s)));
+    }
+
+    void previewPrintsThroughThePrintDialog()
+    {
+        FreshShop shop;
+        frmPreview dialog(shop.workspace, pagesOfText(2), {u"LASER"_s});
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        dialog.findChild<QCheckBox *>(u"chkGrid"_s)->setChecked(true);
+        ui::file_dialogs::expectPrinter(shop.path(u"printed.pdf"_s));
+        QTest::keyClick(&dialog, Qt::Key_P, Qt::ControlModifier);
+        const QString text = textOfPdf(shop.path(u"printed.pdf"_s));
+        QVERIFY2(text.contains(u"第2葉"_s) && text.contains(u"150"_s), qPrintable(text)); // grid labels
+        QVERIFY(!dialog.isVisible());
+    }
+};
+
+QTEST_MAIN(TestPrinting)
+#include "tst_printing.moc"
