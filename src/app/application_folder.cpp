@@ -1,0 +1,74 @@
+#include "app/application_folder.h"
+
+#include "app/workspace.h"
+#include "db/backup.h"
+#include "db/schema.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+QStringList deliveredFiles()
+{
+    return {QString::fromUtf16(db::initialFileName),
+            u"ZIPID1.txt"_s,
+            u"ZIPCODE.txt"_s,
+            u"ZipCode1.txt"_s,
+            u"ZIPCODE2.txt"_s,
+            u"Kanbalore.chm"_s};
+}
+
+bool holdsInitialFile(const QString &folder)
+{
+    return QFileInfo(joinPath(folder, QString::fromUtf16(db::initialFileName))).isFile();
+}
+
+ApplicationFolder filled(const QString &folder, const FolderPlaces &places)
+{
+    if (!QDir().mkpath(folder))
+        return {folder, u"フォルダ「"_s + folder + u"」を作成できませんでした。"_s};
+    const QString source = holdsInitialFile(places.executable) ? places.executable : places.installed;
+    const QStringList files = deliveredFiles();
+    for (const QString &name : files) {
+        const QString from = joinPath(source, name);
+        const QString to = joinPath(folder, name);
+        if (QFileInfo::exists(to) || !QFileInfo(from).isFile())
+            continue;
+        if (const db::Status copied = db::copyFile(from, to); !copied)
+            return {folder, copied.error().text};
+    }
+    if (!holdsInitialFile(folder))
+        return {folder, u"初期設定用のファイル Kanbalore.cdb がフォルダ「"_s + folder +
+                            u"」にありません。もう一度インストールしてください。"_s};
+    return {folder, {}};
+}
+
+} // namespace
+
+FolderPlaces FolderPlaces::ofThisMachine(const QString &option)
+{
+    const QString executable = QCoreApplication::applicationDirPath();
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return {option.isEmpty() ? qEnvironmentVariable("KANBALORE_FOLDER") : option, executable,
+            joinPath(data, u"Kanbalore"_s), QDir::cleanPath(executable + u"/../share/kanbalore"_s)};
+}
+
+ApplicationFolder settleApplicationFolder(const FolderPlaces &places)
+{
+    if (!places.wanted.isEmpty())
+        return filled(QDir::cleanPath(QFileInfo(places.wanted).absoluteFilePath()), places);
+    if (holdsInitialFile(places.executable) && QFileInfo(places.executable).isWritable())
+        return {places.executable, {}};
+    return filled(places.user, places);
+}
+
+} // namespace app

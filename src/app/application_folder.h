@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+namespace app
+{
+
+/// The places at which the application folder and its files can be.
+struct FolderPlaces
+{
+    QString wanted;     // named by option or environment; empty: none
+    QString executable; // folder of the executable
+    QString user;       // the user's own data folder
+    QString installed;  // where an installation puts the delivered files
+
+    /// As this machine and this user have them; \a option wins over the environment.
+    static FolderPlaces ofThisMachine(const QString &option);
+};
+
+struct ApplicationFolder
+{
+    QString path;
+    QString problem; // a sentence when the folder could not be made or filled; empty: all is well
+};
+
+/// The wanted folder; else the executable's when it holds the initial file and can be written; else the
+/// user's. A folder other than the executable's gets what it lacks of the delivered files.
+ApplicationFolder settleApplicationFolder(const FolderPlaces &places);
+
+} // namespace app

@@ -1,0 +1,90 @@
+#include "app/database_files.h"
+
+#include "app/settings.h"
+#include "app/start_options.h"
+#include "app/workspace.h"
+#include "db/backup.h"
+#include "db/connection.h"
+#include "db/flush.h"
+#include "db/schema.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+QString initialFileIn(const QString &folder)
+{
+    return joinPath(folder, QString::fromUtf16(db::initialFileName));
+}
+
+QString backupFileIn(const QString &folder)
+{
+    return joinPath(folder, QString::fromUtf16(db::backupFileName));
+}
+
+QString cleaned(const QString &fileName) { return QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()); }
+
+} // namespace
+
+QString databaseToOpen(const Settings &settings, const QString &commandLine, const QString &applicationFolder)
+{
+    QString name =
+        commandLine.isEmpty() ? settings.text(keys::mdbFileName) : databaseInCommandLine(commandLine);
+    // A NUL would end the name for the operating system but not on the screen.
+    name.remove(QChar(0));
+    return name.isEmpty() ? initialFileIn(applicationFolder) : cleaned(name);
+}
+
+bool isSameFile(const QString &one, const QString &other)
+{
+    if (one.isEmpty() || other.isEmpty())
+        return false;
+    if (cleaned(one).compare(cleaned(other), Qt::CaseInsensitive) == 0)
+        return true;
+    const QString real = QFileInfo(one).canonicalFilePath();
+    return !real.isEmpty() && real == QFileInfo(other).canonicalFilePath();
+}
+
+bool isInitialFile(const QString &fileName, const QString &applicationFolder)
+{
+    return isSameFile(fileName, initialFileIn(applicationFolder));
+}
+
+bool isBackupFile(const QString &fileName, const QString &applicationFolder)
+{
+    return isSameFile(fileName, backupFileIn(applicationFolder));
+}
+
+db::Status makeFromInitialFile(const QString &target, const QString &applicationFolder)
+{
+    const QString complete = target + u".new"_s;
+    QFile::remove(complete);
+    if (const db::Status copied = db::copyFile(initialFileIn(applicationFolder), complete); !copied)
+        return copied;
+    // A journal left by the old file would be played back into the new one.
+    for (const char16_t *suffix : {u"-journal", u"-wal", u"-shm"})
+        QFile::remove(target + QString::fromUtf16(suffix));
+    const db::Status replaced = db::replaceFile(complete, target);
+    if (!replaced)
+        QFile::remove(complete);
+    return replaced;
+}
+
+db::Status backUpAtExit(db::Connection &connection, const QString &fileName, const QString &applicationFolder)
+{
+    if (isBackupFile(fileName, applicationFolder))
+        return {};
+    if (!connection.isOpen())
+        return db::Error{u"データベースが開かれていません。"_s};
+    return db::copyDatabase(connection, backupFileIn(applicationFolder));
+}
+
+} // namespace app

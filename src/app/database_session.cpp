@@ -1,0 +1,141 @@
+#include "app/database_session.h"
+
+#include "app/database_files.h"
+#include "app/settings.h"
+#include "app/workspace.h"
+#include "db/connection.h"
+#include "db/schema.h"
+#include "ui/file_dialogs.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+const QString fileFilters = u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s;
+
+// Where people keep their files, with a name that says what it is.
+QString proposal()
+{
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QFileInfo(folder).isDir())
+        folder = QDir::homePath();
+    return joinPath(folder, u"お店.cdb"_s);
+}
+
+} // namespace
+
+DatabaseSession::DatabaseSession(Workspace &workspace, QWidget &window)
+    : QObject(&window)
+    , m_workspace(workspace)
+    , m_window(window)
+{}
+
+bool DatabaseSession::isOpen() const { return m_workspace.connection.isOpen(); }
+
+bool DatabaseSession::isInitial() const { return isInitialFile(m_fileName, m_workspace.applicationFolder()); }
+
+void DatabaseSession::start(const QString &fileName)
+{
+    m_fileName = fileName;
+    if (!connectTo(fileName))
+        ui::prompts::inform(&m_window, u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
+    emit changed();
+}
+
+bool DatabaseSession::connectTo(const QString &fileName)
+{
+    const db::Status opened = m_workspace.connection.open(fileName);
+    m_reason = opened ? QString() : opened.error().text;
+    return bool(opened);
+}
+
+void DatabaseSession::close()
+{
+    m_workspace.connection.close();
+    m_reason.clear();
+    emit closed();
+}
+
+void DatabaseSession::switchTo(const QString &fileName)
+{
+    m_fileName = fileName;
+    if (fileName.isEmpty()) {
+        ui::prompts::inform(&m_window, u"データベースファイル名が入力されていません。"_s);
+        return;
+    }
+    m_workspace.settings.write(keys::mdbFileName, fileName);
+    m_workspace.settings.flush();
+    if (!connectTo(fileName))
+        ui::prompts::inform(&m_window, ui::messages::databaseNotUsable(), u"Kanbalore"_s);
+    emit changed();
+}
+
+void DatabaseSession::createNew()
+{
+    const QString chosen =
+        ui::file_dialogs::saveFile(&m_window, u"新しいファイル名"_s, fileFilters, u"cdb"_s, proposal());
+    if (chosen.isEmpty())
+        return;
+    const QString folder = m_workspace.applicationFolder();
+    if (isInitialFile(chosen, folder)) {
+        ui::prompts::inform(&m_window, u"ファイル名が不正です。"_s);
+        return;
+    }
+    if (QFileInfo::exists(chosen) &&
+        !ui::prompts::ask(&m_window, u"指定した名前のファイルが存在します。\n上書きしますか？"_s))
+        return;
+    close();
+    if (const db::Status made = makeFromInitialFile(chosen, folder); !made) {
+        m_reason = made.error().text;
+        ui::prompts::inform(&m_window, m_reason);
+        emit changed();
+        return;
+    }
+    switchTo(QFileInfo(chosen).absoluteFilePath());
+}
+
+void DatabaseSession::openOther()
+{
+    const QString chosen = ui::file_dialogs::openFile(&m_window, u"データベースの変更"_s, fileFilters);
+    if (chosen.isEmpty())
+        return;
+    if (isInitialFile(chosen, m_workspace.applicationFolder())) {
+        leaveInitialFile();
+        return;
+    }
+    close();
+    switchTo(QFileInfo(chosen).absoluteFilePath());
+}
+
+void DatabaseSession::openBackup()
+{
+    close();
+    switchTo(m_workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName)));
+}
+
+void DatabaseSession::leaveInitialFile()
+{
+    ui::prompts::inform(&m_window, u"現在、初期設定用のファイルが選択されていますので、"
+                                   "新規にデータベースを作成します。"_s);
+    createNew();
+}
+
+void DatabaseSession::backUp()
+{
+    const db::Status copied =
+        backUpAtExit(m_workspace.connection, m_fileName, m_workspace.applicationFolder());
+    if (!copied)
+        ui::prompts::inform(&m_window, u"データベースのバックアップに失敗しました。"_s);
+}
+
+} // namespace app

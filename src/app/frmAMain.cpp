@@ -1,0 +1,303 @@
+#include "app/frmAMain.h"
+
+#include "app/appearance.h"
+#include "app/command_panel.h"
+#include "app/database_files.h"
+#include "app/panel_controls.h"
+#include "app/settings.h"
+#include "app/shop_facts.h"
+#include "app/workspace.h"
+#include "masters/name_lists.h"
+#include "masters/own_company.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+#include "ui/screen.h"
+#include "ui_frmAMain.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+frmAMain::frmAMain(Workspace &workspace, Openers openers, QWidget *parent)
+    : QMainWindow(parent)
+    , m_workspace(workspace)
+    , m_ui(std::make_unique<Ui::frmAMain>())
+    , m_openers(std::move(openers))
+    , m_session(workspace, *this)
+{
+    m_ui->setupUi(this);
+    m_ui->centralWidget->setStyleSheet(mainWindowStyle());
+    m_commands = new CommandPanel(*this);
+    buildOptionBoxes();
+    buildColoursMenu();
+    m_controls = new PanelControls(*this, workspace);
+    connect(m_commands, &CommandPanel::triggered, this, &frmAMain::run);
+    connect(&m_session, &DatabaseSession::changed, this, &frmAMain::databaseChanged);
+    connect(&m_session, &DatabaseSession::closed, this, &frmAMain::databaseClosed);
+    connect(m_ui->dbcShain, &QComboBox::currentIndexChanged, this, &frmAMain::employeeSelected);
+}
+
+frmAMain::~frmAMain() = default;
+
+void frmAMain::load(const QString &commandLine)
+{
+    loadFixedLists();
+    loadPlace();
+    m_controls->load();
+    showPrinters();
+    loadPostalIndex();
+    m_session.start(databaseToOpen(m_workspace.settings, commandLine, m_workspace.applicationFolder()));
+    reloadEmployees(m_workspace.settings.integer(keys::employee));
+    loadPicture();
+    m_loaded = true;
+}
+
+bool frmAMain::event(QEvent *event)
+{
+    const bool done = QMainWindow::event(event);
+    if (event->type() == QEvent::WindowDeactivate) {
+        const QWidget *modal = QApplication::activeModalWidget();
+        m_underDialog = modal && !qobject_cast<const ui::Screen *>(modal);
+    } else if (event->type() == QEvent::WindowActivate && m_loaded) {
+        // Coming back from a message box is none; else a refused new file would be asked for without end.
+        if (!std::exchange(m_underDialog, false))
+            QMetaObject::invokeMethod(this, &frmAMain::focusStep, Qt::QueuedConnection);
+    }
+    return done;
+}
+
+void frmAMain::focusStep()
+{
+    if (m_inFocusStep || !isVisible() || QApplication::activeModalWidget())
+        return;
+    m_inFocusStep = true;
+    showPrinters();
+    showFile();
+    const QString date = QLocale::system().toString(m_workspace.today(), QLocale::ShortFormat);
+    if (date.size() != 10)
+        warn(u"　システムの日付を１０桁表示に設定してください。(yyyy/MM/dd "_s);
+    if (m_session.isOpen()) {
+        reloadEmployees(m_workspace.panel.employeeId);
+        showSupplier();
+    }
+    if (m_session.isInitial())
+        m_session.leaveInitialFile();
+    m_inFocusStep = false;
+}
+
+void frmAMain::run(const Command &command)
+{
+    if (!isPossible(command) || !passGuards(command.guards))
+        return;
+    if (const Builtin builtin = builtinFor(command.action))
+        (this->*builtin)();
+    else if (const auto companion = companionOf(command.action))
+        start(*companion);
+    else
+        open(command.action);
+}
+
+bool frmAMain::isPossible(const Command &command) const
+{
+    if (needsDatabase(command.action) && !m_session.isOpen())
+        return false;
+    if (builtinFor(command.action))
+        return true;
+    if (const auto companion = companionOf(command.action))
+        return isCompanionInstalled(m_workspace.applicationFolder(), *companion);
+    return m_openers.contains(command.action);
+}
+
+void frmAMain::enableCommands()
+{
+    m_commands->enable([this](const Command &command) { return isPossible(command); });
+}
+
+bool frmAMain::passGuards(const Guards &guards)
+{
+    if (guards.employee && !employeeChosen())
+        return false;
+    if (guards.ownCompany && !ownCompanyRegistered())
+        return false;
+    return guards.slips == 0 || slipsExist(guards.slips);
+}
+
+bool frmAMain::employeeChosen()
+{
+    if (!m_ui->dbcShain->currentText().isEmpty())
+        return true;
+    ui::prompts::inform(this, u"担当者が選択されていません。"_s);
+    const auto employees = masters::employees(m_workspace.connection);
+    if (!employees)
+        return tell(employees.error());
+    if (!employees->empty()) {
+        m_ui->dbcShain->setFocus();
+        return false;
+    }
+    m_commands->showPageOf(Action::Employees);
+    open(Action::Employees);
+    return false;
+}
+
+bool frmAMain::ownCompanyRegistered()
+{
+    const auto company = masters::ownCompany(m_workspace.connection);
+    if (!company)
+        return tell(company.error());
+    if (!*company) {
+        ui::prompts::inform(this, ui::messages::noOwnCompany());
+        open(Action::OwnCompany);
+    }
+    return true;
+}
+
+bool frmAMain::slipsExist(QChar letter)
+{
+    const auto found = hasSlips(m_workspace.connection, letter);
+    if (!found)
+        return tell(found.error());
+    if (!*found)
+        ui::prompts::inform(this, u"現在、該当する伝票はありません。"_s);
+    return *found;
+}
+
+void frmAMain::open(Action action)
+{
+    const auto opener = m_openers.find(action);
+    if (opener == m_openers.end())
+        return;
+    opener->second(this, m_workspace);
+    if (!m_session.isOpen())
+        return;
+    // The screen may have changed either.
+    reloadEmployees(m_workspace.panel.employeeId);
+    reloadCompany();
+}
+
+void frmAMain::start(Companion companion)
+{
+    const QString folder = m_workspace.applicationFolder();
+    if (companion == Companion::Ledger) {
+        const Panel &panel = m_workspace.panel;
+        const HandOver values{m_session.fileName(),      m_ui->txtShainID->text(), m_ui->txtShiireID->text(),
+                              m_ui->txtNouhinID->text(), panel.textSize,           m_ui->txtTaxRate->text(),
+                              panel.numberInfix};
+        if (!tell(writeHandOver(folder, values)))
+            return;
+    }
+    tell(startCompanion(folder, companion));
+}
+
+void frmAMain::databaseChanged()
+{
+    m_ui->txtFileName->setText(m_session.fileName());
+    m_ui->txtNouhinID->clear();
+    m_ui->txtShiireID->clear();
+    if (m_session.isOpen()) {
+        reloadEmployees(m_workspace.panel.employeeId);
+        reloadCompany();
+    }
+    showFile();
+    enableCommands();
+}
+
+void frmAMain::databaseClosed()
+{
+    m_ui->dbcShain->clear();
+    m_workspace.panel.companyName1.clear();
+    m_workspace.panel.companyName2.clear();
+}
+
+void frmAMain::reloadEmployees(qint64 chosen)
+{
+    if (!m_session.isOpen())
+        return;
+    const auto employees = masters::employees(m_workspace.connection);
+    if (!tell(employees ? db::Status() : db::Status(employees.error())))
+        return;
+    QComboBox *box = m_ui->dbcShain;
+    {
+        const QSignalBlocker quiet(box);
+        box->clear();
+        for (const masters::Entry &employee : *employees)
+            box->addItem(employee.name, employee.id);
+        box->setCurrentIndex(box->findData(chosen));
+    }
+    employeeSelected();
+}
+
+void frmAMain::employeeSelected()
+{
+    Panel &panel = m_workspace.panel;
+    panel.employeeId = m_ui->dbcShain->currentData().toLongLong();
+    panel.employeeName = m_ui->dbcShain->currentText();
+    m_ui->txtShainID->setText(panel.employeeId > 0 ? QString::number(panel.employeeId) : QString());
+}
+
+void frmAMain::reloadCompany()
+{
+    const auto company = masters::ownCompany(m_workspace.connection);
+    if (!tell(company ? db::Status() : db::Status(company.error())))
+        return;
+    const masters::OwnCompany names = company->value_or(masters::OwnCompany());
+    m_workspace.panel.companyName1 = names.name1;
+    m_workspace.panel.companyName2 = names.name2;
+    m_ui->txtName1->setText(names.name1);
+    m_ui->txtName2->setText(names.name2);
+    showFile();
+}
+
+void frmAMain::showSupplier()
+{
+    bool isNumber = false;
+    const qint64 id = m_ui->txtShiireID->text().toLongLong(&isNumber);
+    if (!isNumber)
+        return;
+    const auto names = supplierNames(m_workspace.connection, id);
+    if (!tell(names ? db::Status() : db::Status(names.error())))
+        return;
+    m_ui->Text3->setText(names->name1);
+    m_ui->Text5->setText(names->name2);
+}
+
+void frmAMain::closeEvent(QCloseEvent *event)
+{
+    saveSettings();
+    m_session.backUp();
+    QMainWindow::closeEvent(event);
+}
+
+bool frmAMain::tell(const db::Status &status)
+{
+    if (!status)
+        ui::prompts::inform(this, status.error().text);
+    return bool(status);
+}
+
+void frmAMain::warn(const QString &text) { m_ui->StatusBar1->showMessage(text); }
+
+frmAMain::Builtin frmAMain::builtinFor(Action action)
+{
+    static const std::map<Action, Builtin> builtins = {
+        {Action::NewFile, &frmAMain::newFile},
+        {Action::OpenFile, &frmAMain::openFile},
+        {Action::OpenBackup, &frmAMain::openBackup},
+        {Action::Quit, &frmAMain::quit},
+        {Action::LoadPicture, &frmAMain::choosePicture},
+        {Action::ResetPicture, &frmAMain::resetPicture},
+        {Action::CalendarColour, &frmAMain::chooseCalendarColour},
+        {Action::ShowCalendar, &frmAMain::toggleCalendar},
+        {Action::SlipFont, &frmAMain::chooseSlipFont},
+        {Action::About, &frmAMain::showAbout},
+    };
+    const auto found = builtins.find(action);
+    return found == builtins.end() ? nullptr : found->second;
+}
+
+} // namespace app

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "app/commands.h"
+#include "app/database_session.h"
+#include "app/screens.h"
+#include "db/result.h"
+#include "registers/postal_index.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+namespace Ui
+{
+class frmAMain;
+}
+
+namespace app
+{
+
+class CommandPanel;
+class PanelControls;
+
+/// The main window: the menu of the system and, through its settings panel, the values that all screens
+/// share.
+class frmAMain : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    frmAMain(Workspace &workspace, Openers openers, QWidget *parent = nullptr);
+    ~frmAMain() override;
+
+    /// The load step: settings, postal index, database, employees, picture. \a commandLine holds a database
+    /// file name between its quotes, or is empty.
+    void load(const QString &commandLine);
+
+    /// What is done each time the window becomes the active one.
+    void focusStep();
+
+    [[nodiscard]] const registers::PostalIndex &postalIndex() const { return m_postalIndex; }
+
+protected:
+    bool event(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    using Builtin = void (frmAMain::*)();
+
+    // Commands
+    void run(const Command &command);
+    bool passGuards(const Guards &guards);
+    bool employeeChosen();
+    bool ownCompanyRegistered();
+    bool slipsExist(QChar letter);
+    void open(Action action);
+    void start(Companion companion);
+    [[nodiscard]] bool isPossible(const Command &command) const;
+    void enableCommands();
+
+    // The database file
+    void newFile() { m_session.createNew(); }
+    void openFile() { m_session.openOther(); }
+    void openBackup() { m_session.openBackup(); }
+    void databaseChanged();
+    void databaseClosed();
+    void reloadEmployees(qint64 chosen);
+    void reloadCompany();
+    void employeeSelected();
+    void showSupplier();
+
+    // The window itself
+    void buildOptionBoxes();
+    void buildColoursMenu();
+    void colour(int colours);
+    void loadFixedLists();
+    void loadPlace();
+    void loadPostalIndex();
+    void loadPicture();
+    void saveSettings();
+    void showPrinters();
+    void showFile();
+    void choosePicture();
+    void resetPicture();
+    void chooseCalendarColour();
+    void toggleCalendar();
+    void showCalendar(bool visible);
+    void colourCalendar();
+    void chooseSlipFont();
+    void showAbout();
+    void quit() { close(); }
+    bool tell(const db::Status &status);
+    void warn(const QString &text);
+
+    static Builtin builtinFor(Action action);
+
+    Workspace &m_workspace;
+    std::unique_ptr<Ui::frmAMain> m_ui;
+    Openers m_openers;
+    DatabaseSession m_session;
+    CommandPanel *m_commands;
+    PanelControls *m_controls;
+    registers::PostalIndex m_postalIndex;
+    QString m_pictureFile;
+    QString m_slipFont;
+    QColor m_calendarColour;
+    bool m_loaded = false;
+    bool m_inFocusStep = false;
+    bool m_underDialog = false; // inactive only because of a message box or the like
+};
+
+} // namespace app

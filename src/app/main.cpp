@@ -1,0 +1,95 @@
+#include "app/appearance.h"
+#include "app/application_folder.h"
+#include "app/frmAMain.h"
+#include "app/frmSplash.h"
+#include "app/pictures.h"
+#include "app/settings.h"
+#include "app/start_options.h"
+#include "app/workspace.h"
+#include "db/connection.h"
+#include "ui/prompts.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QTextStream>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+QStringList argumentsOf(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+// What needs no display. \return whether that was all
+bool answerWithoutWindow(const app::StartOptions &options)
+{
+    QTextStream out(stdout);
+    if (options.help)
+        out << app::usageText();
+    else if (options.version)
+        out << u"Kanbalore Database "_s << QStringLiteral(KANBALORE_VERSION) << '\n';
+    return options.help || options.version;
+}
+
+// The toolkit ends a program without a display by an abort that says little.
+bool hasDisplay()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(name))
+            return true;
+    }
+    return false;
+#else
+    return true;
+#endif
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    if (answerWithoutWindow(app::readStartOptions(argumentsOf(argc, argv))))
+        return 0;
+    if (!hasDisplay()) {
+        QTextStream(stderr) << u"画面がないため、起動できません。\n"_s;
+        return 1;
+    }
+
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"Kanbalore"_s);
+    QApplication::setApplicationVersion(QStringLiteral(KANBALORE_VERSION));
+    QGuiApplication::setDesktopFileName(u"kanbalore"_s);
+    app::setUpAppearance(application);
+    QApplication::setWindowIcon(QIcon(app::programIcon()));
+
+    // The toolkit has taken its own options away by now.
+    const app::StartOptions options = app::readStartOptions(QApplication::arguments().sliced(1));
+    if (!options.problem.isEmpty()) {
+        QTextStream(stderr) << options.problem << '\n' << app::usageText();
+        return 2;
+    }
+
+    app::frmSplash splash;
+    splash.show();
+    QApplication::processEvents();
+
+    const app::ApplicationFolder folder =
+        app::settleApplicationFolder(app::FolderPlaces::ofThisMachine(options.applicationFolder));
+    if (!folder.problem.isEmpty())
+        ui::prompts::inform(&splash, folder.problem);
+    app::Settings settings;
+    db::Connection connection;
+    app::Workspace workspace(connection, settings, folder.path);
+    app::frmAMain window(workspace, app::screenOpeners());
+    window.load(options.commandLine);
+    splash.close();
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,47 @@
+#include "app/screens.h"
+
+#include "app/workspace.h"
+#include "masters/DialogMyCo.h"
+#include "masters/MasterGridEditor.h"
+#include "masters/frmMyco.h"
+#include "registers/frmNouhin.h"
+
+#include <QGuiApplication>
+
+namespace app
+{
+
+namespace
+{
+
+// Under the hourglass while the screen loads.
+template <class Screen>
+Opener screen()
+{
+    return [](QWidget *parent, Workspace &workspace) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        Screen shown(workspace, parent);
+        QGuiApplication::restoreOverrideCursor();
+        shown.exec();
+    };
+}
+
+} // namespace
+
+Openers screenOpeners()
+{
+    return {
+        {Action::Customers, screen<registers::frmNouhin>()},
+        {Action::CustomerCategories, screen<masters::frmKubun>()},
+        {Action::SalesProducts, screen<masters::frmOutShohin>()},
+        {Action::ShippingCategories, screen<masters::frmInvKubun>()},
+        {Action::PurchaseProducts, screen<masters::frmInShohin>()},
+        {Action::Specifications, screen<masters::frmKikaku>()},
+        {Action::Units, screen<masters::frmTani>()},
+        {Action::OwnCompany, screen<masters::frmMyco>()},
+        {Action::ExtendedName, screen<masters::DialogMyCo>()},
+        {Action::Employees, screen<masters::frmShain>()},
+    };
+}
+
+} // namespace app

@@ -1,0 +1,64 @@
+#include "app/start_options.h"
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+// A shell has already taken the quotes away, the text that the rule is about has them.
+QString quoted(const QString &name)
+{
+    const bool isQuoted = name.size() >= 2 && name.startsWith(u'"') && name.endsWith(u'"');
+    return isQuoted ? name : u'"' + name + u'"';
+}
+
+} // namespace
+
+StartOptions readStartOptions(const QStringList &arguments)
+{
+    static constexpr auto folderOption = "--application-folder"_L1;
+    StartOptions options;
+    QStringList names;
+    bool onlyNames = false;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments.at(i);
+        if (onlyNames || !argument.startsWith(u'-') || argument.size() == 1)
+            names << argument;
+        else if (argument == "--"_L1)
+            onlyNames = true;
+        else if (argument == "--help"_L1 || argument == "-h"_L1)
+            options.help = true;
+        else if (argument == "--version"_L1 || argument == "-v"_L1)
+            options.version = true;
+        else if (argument == folderOption && i + 1 < arguments.size())
+            options.applicationFolder = arguments.at(++i);
+        else if (argument.startsWith(folderOption + u'='))
+            options.applicationFolder = argument.sliced(folderOption.size() + 1);
+        else
+            options.problem = u"オプション「"_s + argument + u"」は使えません。"_s;
+    }
+    if (!names.isEmpty())
+        options.commandLine = quoted(names.join(u' '));
+    return options;
+}
+
+QString databaseInCommandLine(const QString &commandLine)
+{
+    return commandLine.size() > 2 ? commandLine.sliced(1, commandLine.size() - 2) : QString();
+}
+
+QString usageText()
+{
+    return uR"(使い方: kanbalore [オプション] [データベースファイル]
+
+  --application-folder フォルダ  初期ファイル、バックアップ、郵便番号データを置くフォルダ
+                                 (環境変数 KANBALORE_FOLDER でも指定できます)
+  --help                         この説明を表示します
+  --version                      版を表示します
+)"_s;
+}
+
+} // namespace app

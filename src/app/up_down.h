@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QWidget>
+
+namespace app
+{
+
+/// The two small arrows beside a number box.
+class UpDown : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit UpDown(QWidget *parent = nullptr);
+
+signals:
+    /// +1 or -1.
+    void stepped(int direction);
+};
+
+} // namespace app
