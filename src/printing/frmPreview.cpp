@@ -35,6 +35,8 @@ frmPreview::frmPreview(app::Workspace &workspace, Document document, const QStri
     const QString printer = selectPrinter(*m_printer, workspace.settings, m_document.purpose);
     m_ui->LblPrinterName->setText(m_hasPrinter ? u"プリンタ："_s + printer
                                                : u"プリンタが見つかりません。PDF に保存できます。"_s);
+    m_ui->lblRemark->setText(m_document.remark);
+    m_ui->lblRemark->setVisible(!m_document.remark.isEmpty());
     m_printer->setDocName(m_document.title);
     setPage(*m_printer, m_document);
     addPages();

@@ -24,7 +24,8 @@ namespace printing
 /// are of one paper size.
 struct Document
 {
-    QString title; // of the job, the preview and the PDF
+    QString title;  // of the job, the preview and the PDF
+    QString remark; // told beside the preview; not printed
     Purpose purpose = Purpose::DeliveryNotesAndBills;
     std::vector<Sheet> sheets;
     std::map<QString, std::shared_ptr<QTextDocument>> richTexts;

@@ -45,8 +45,8 @@ struct DeliveryNoteData
 /// What the printing screen adds to the stored slip.
 struct DeliveryNoteOptions
 {
-    bool inclusive = false; // prices include the tax
-    bool closed = false; // 次の伝票 was pressed, or the slip is reprinted: no tax line is to come any more
+    bool inclusive = false;            // prices include the tax
+    std::optional<double> closingRate; // percent, at which closing the slip will tax it; empty: it is closed
     QString memo;
     CompanyName companyName = CompanyName::Plain;
     NoteOffsets offsets;

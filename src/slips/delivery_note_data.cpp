@@ -29,15 +29,16 @@ db::Status addTax(DeliveryNoteData &note, const DeliveryNoteOptions &options)
     Slip &slip = note.slip;
     note.total = sumOf(slip.lines);
     if (options.inclusive) {
-        const db::Result<double> included = includedTax(note.total, slip.taxRate);
+        const db::Result<double> included =
+            includedTax(note.total, options.closingRate.value_or(slip.taxRate));
         if (!included)
             return included.error();
         note.includedTax = *included;
         return {};
     }
-    if (options.closed || hasTaxLine(slip) || !taxIsAdded(slip.taxClass, options.inclusive))
+    if (!options.closingRate || hasTaxLine(slip) || !taxIsAdded(slip.taxClass, options.inclusive))
         return {};
-    const db::Result<double> tax = exclusiveTax(note.total, slip.taxRate);
+    const db::Result<double> tax = exclusiveTax(note.total, *options.closingRate);
     if (!tax)
         return tax.error();
     if (*tax != 0) {

@@ -44,8 +44,10 @@ QString formWithoutLayout(const app::Workspace &workspace, const NoteRequest &re
 
 db::Result<printing::Document> deliveryNoteDocument(app::Workspace &workspace, const NoteRequest &request)
 {
-    const DeliveryNoteOptions options{request.inclusive, request.closed, request.memo,
-                                      companyNameOf(workspace), offsetsIn(workspace.settings)};
+    DeliveryNoteOptions options{request.inclusive, std::nullopt, request.memo, companyNameOf(workspace),
+                                offsetsIn(workspace.settings)};
+    if (!request.closed)
+        options.closingRate = workspace.panel.taxRate;
     const auto note = readDeliveryNote(workspace.connection, request.slipId, options);
     if (!note)
         return note.error();
@@ -53,6 +55,9 @@ db::Result<printing::Document> deliveryNoteDocument(app::Workspace &workspace, c
     document.title = u"納品書 "_s + note->slip.number;
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
     document.sheets = deliveryNote(*note);
+    if (const QString form = formWithoutLayout(workspace, request); !form.isEmpty())
+        document.remark =
+            u"「%1」の用紙に合わせた印刷はまだできません。無地の A4 用紙に印刷してください。"_s.arg(form);
     if (options.companyName == CompanyName::Extended) {
         auto name = masters::readRtfFile(workspace.settings.text(app::keys::richTextFileName));
         if (!name)
@@ -69,9 +74,6 @@ void printDeliveryNote(app::Workspace &workspace, QWidget *parent, const NoteReq
         ui::prompts::inform(parent, document.error().text);
         return;
     }
-    if (const QString form = formWithoutLayout(workspace, request); !form.isEmpty())
-        ui::prompts::inform(parent, u"「%1」の用紙に合わせた印刷はまだできません。\n"
-                                    "無地の A4 用紙に合わせた納品書を表示します。"_s.arg(form));
     printing::showPreview(workspace, parent, std::move(*document));
 }
 

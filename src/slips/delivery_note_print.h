@@ -24,10 +24,11 @@ struct NoteRequest
 };
 
 /// The delivery note ready for the renderer, with the panel's company-name options and the stored offsets.
+/// Its remark tells when the form it was meant for has no layout yet and it is made for plain A4 paper
+/// instead.
 db::Result<printing::Document> deliveryNoteDocument(app::Workspace &workspace, const NoteRequest &request);
 
-/// Shows the delivery note's preview, from which it is printed or saved as PDF. When the chosen form has no
-/// layout of its own, tells first that the note is made for plain A4 paper. Tells its failures itself.
+/// Shows the delivery note's preview, from which it is printed or saved as PDF. Tells its failures itself.
 void printDeliveryNote(app::Workspace &workspace, QWidget *parent, const NoteRequest &request);
 
 } // namespace slips

@@ -1,6 +1,7 @@
 #include "slips/frmOut.h"
 
 #include "masters/name_lists.h"
+#include "slips/delivery_note_print.h"
 #include "ui_frmOut.h"
 
 namespace slips
@@ -40,11 +41,22 @@ frmOut::frmOut(app::Workspace &workspace, QWidget *parent)
     , m_ui(std::make_unique<Ui::frmOut>())
 {
     m_ui->setupUi(this);
+    connect(m_ui->Command3, &QPushButton::clicked, this, &frmOut::print);
     setUpSlip();
     // The transfer form is not printed yet.
     m_ui->Check3->setEnabled(false);
 }
 
 frmOut::~frmOut() = default;
+
+void frmOut::print()
+{
+    printDeliveryNote(workspace(), this,
+                      {.slipId = header().id,
+                       .inclusive = inclusive(),
+                       .closed = false,
+                       .designatedForm = m_ui->Check2->isChecked(),
+                       .memo = m_ui->txtMemo->text()});
+}
 
 } // namespace slips

@@ -22,6 +22,8 @@ public:
     ~frmOut() override;
 
 private:
+    void print();
+
     std::unique_ptr<Ui::frmOut> m_ui;
 };
 

@@ -265,7 +265,8 @@ private slots:
         QFETCH(bool, closed);
         FreshShop shop;
         addShop(shop, taxClass);
-        const auto data = readDeliveryNote(shop.connection, 1, {inclusive, closed, {}, {}, {}});
+        const auto data = readDeliveryNote(
+            shop.connection, 1, {inclusive, closed ? std::nullopt : std::optional(5.0), {}, {}, {}});
         QVERIFY(data);
         const Sheet sheet = deliveryNote(*data).front();
         const QStringList texts = textsOf(sheet);
@@ -281,7 +282,7 @@ private slots:
         FreshShop shop;
         addShop(shop, u"0"_s);
         shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (1, '消費税', 99)"_s);
-        const auto data = readDeliveryNote(shop.connection, 1, {});
+        const auto data = readDeliveryNote(shop.connection, 1, {false, 8.0, {}, {}, {}});
         QVERIFY(data);
         QCOMPARE(data->slip.lines.size(), std::size_t(2));
         QCOMPARE(data->total, 2098.0);
@@ -297,6 +298,15 @@ private slots:
         QVERIFY(plain);
         QVERIFY(itemWith(plain->sheets.front(), u"有限会社山田茶舗"_s));
         QCOMPARE(plain->title, u"納品書 O1"_s);
+        QVERIFY(itemWith(plain->sheets.front(), u"99"_s)); // 5 % tax on top
+
+        shop.workspace.panel.taxRate = 10;
+        shop.workspace.panel.deliveryPaper = u"HISAGO 1149"_s;
+        const auto onForm = deliveryNoteDocument(shop.workspace, {.slipId = 1});
+        QVERIFY(onForm && onForm->remark.startsWith(u"「HISAGO 1149」"_s));
+        QVERIFY(itemWith(onForm->sheets.front(), u"199"_s));
+        shop.workspace.panel.deliveryPaper = u"A4 無地"_s;
+        QCOMPARE(deliveryNoteDocument(shop.workspace, {.slipId = 1})->remark, QString());
 
         // Without a registered block the plain name stays.
         shop.workspace.panel.extendedCompanyName = true;

@@ -1,5 +1,7 @@
+#include "printing/frmPreview.h"
 #include "slips/frmOut.h"
 #include "support/fresh_shop.h"
+#include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
 #include <QCheckBox>
@@ -142,6 +144,7 @@ private slots:
     void leavingTheNumberChecksIt();
     void lastLineIsRemoved();
     void cancellingDeletesTheSlip();
+    void printingShowsTheNote();
     void previousLinesAreShown();
     void closingAsksForTheTaxLine_data();
     void closingAsksForTheTaxLine();
@@ -448,6 +451,31 @@ void TestFrmOut::cancellingDeletesTheSlip()
     QCOMPARE(desk.usable(), headerOnly);
     QCOMPARE(desk.headers(), 0);
     QCOMPARE(desk.lines(), QStringList());
+}
+
+void TestFrmOut::printingShowsTheNote()
+{
+    Desk desk;
+    ui::file_dialogs::beginScript();
+    desk.open(0);
+    desk.line(u"1"_s, u"1999"_s);
+    const QString fileName = desk.shop.path(u"note.pdf"_s);
+    ui::file_dialogs::expectFile(fileName);
+    QString title;
+    // The preview is modal: it is worked from the event loop that it runs.
+    QTimer::singleShot(0, desk.screen.get(), [&title] {
+        auto *preview = qobject_cast<printing::frmPreview *>(QApplication::activeModalWidget());
+        if (!preview)
+            return;
+        title = preview->windowTitle();
+        preview->findChild<QPushButton *>(u"cmdPdf"_s)->click();
+        preview->reject();
+    });
+    desk.press("Command3");
+    QCOMPARE(title, u"印刷プレビュー　納品書 O1"_s);
+    QVERIFY(QFile::exists(fileName));
+    QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
+    QCOMPARE(desk.lines().size(), 1); // the tax line waits for 次の伝票
 }
 
 void TestFrmOut::previousLinesAreShown()
