@@ -25,7 +25,7 @@ struct Shades
 
 const Shades light{QColor(0xf4f5f2), QColor(0xffffff), QColor(0xf0f4f5), QColor(0xfbfbf9), QColor(0x22282b),
                    QColor(0x9aa3a6), QColor(0x2b6577), QColor(0xffffff), QColor(0x245a6c)};
-const Shades dark{QColor(0x23282b), QColor(0x1b1f22), QColor(0x262c30), QColor(0x30373b), QColor(0xe6e9e8),
+const Shades dark{QColor(0x1f2427), QColor(0x364046), QColor(0x282f33), QColor(0x39434a), QColor(0xe6e9e8),
                   QColor(0x7b8589), QColor(0x4f9bb3), QColor(0x0e1516), QColor(0x8cc8da)};
 
 QPalette paletteOf(const Shades &shades)

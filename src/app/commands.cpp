@@ -43,8 +43,7 @@ Commands fileCommands()
 
         {Action::None, u"mnuOption", u"オプション(&O)"},
         {Action::PostalCodes, u"mnuZip", u"郵便番号検索", u"mnuOption", none, {}, {{u"Label21", u"郵便番号検索"}}},
-        {Action::BulkMail, u"mnuMail", u"納品先メール一括送信(&M)", u"mnuOption", none,
-         {{u"Command23", u"納品先メール一括送信", Page::Customers, u"名簿・宛名"}}},
+        {Action::BulkMail, u"mnuMail", u"納品先メール一括送信(&M)", u"mnuOption"},
         {Action::CashBook, u"mnuCashFlows", u"現金出納帳(&F)", u"mnuOption"},
         {Action::Ledger, u"mnuLeg", u"管理業務(&L)", u"mnuOption", none, {}, {{u"Label20", u"売掛金・買掛金元帳"}}},
     };
@@ -66,8 +65,7 @@ Commands shippingCommands()
          {{u"Command59", u"発送伝票　訂正（再発行）", Page::Shipping, u"発送伝票", u"発送した履歴の訂正、削除、および送り状の再発行をします。"},
           {u"Command66", u"発送伝票　訂正（再発行）", Page::MailOrder, u"通信販売", u"発送した履歴の訂正、削除、および送り状の再発行をします。"}}},
         {Action::Addresses, u"mnuAdena", u"宛名印刷(&L)", u"mnuInvoice", none,
-         {{u"Command6", u"宛名印刷", Page::Customers, u"名簿・宛名", u"はがき・封筒の宛名印刷＆郵便振替用紙を印刷します。"},
-          {u"Command64", u"宛名印刷", Page::Shipping, u"宛名"},
+         {{u"Command64", u"宛名印刷", Page::Shipping, u"宛名"},
           {u"Command68", u"郵便振替用紙", Page::MailOrder, u"通信販売"}}},
 
         {Action::None, u"mnuGiftMenu", u"ご贈答品承り票(&G)", u"mnuInvoice"},
@@ -129,14 +127,19 @@ Commands customerCommands()
 {
     return {
         {Action::None, u"mnuCustom", u"顧客管理(&K)"},
-        {Action::Customers, u"mnuCustomInput", u"納品先情報の追加・訂正・削除(&O)", u"mnuCustom"},
+        {Action::Customers, u"mnuCustomInput", u"納品先情報の追加・訂正・削除(&O)", u"mnuCustom", none,
+         {{u"Command3", u"納品先登録", Page::Customers, u"納品先", u"顧客情報の追加・訂正・削除"}}},
         {Action::CustomerRoster, u"mnuCustomOut", u"名簿作成(&P)", u"mnuCustom", none,
          {{u"Command44", u"名簿作成", Page::Customers, u"名簿・宛名", u"納品先名簿（顧客名簿）を印刷します。"}}},
         {Action::DeleteCustomers, u"mnuCustomDel", u"納品先情報の一括削除(&D)", u"mnuCustom", none,
          {{u"Command14", u"納品先データ削除", Page::Customers, u"納品先"}}},
         {Action::SupplementaryRoster, u"mnuCustomSub", u"補助名簿作成(&S)", u"mnuCustom", none,
          {{u"Command16", u"補助名簿作成", Page::Customers, u"名簿・宛名", u"現在のファイルのデータより新しいファイルを作成します"}}},
+        {Action::Addresses, u"", u"", u"", none,
+         {{u"Command6", u"宛名印刷", Page::Customers, u"名簿・宛名", u"はがき・封筒の宛名印刷＆郵便振替用紙を印刷します。"}}},
         {Action::BulkAddresses, u"", u"", u"", none, {{u"Command61", u"一括宛名印刷", Page::Customers, u"名簿・宛名"}}},
+        {Action::BulkMail, u"", u"", u"", none,
+         {{u"Command23", u"納品先メール一括送信", Page::Customers, u"名簿・宛名"}}},
     };
 }
 
@@ -180,8 +183,7 @@ Commands registerCommands()
     return {
         {Action::None, u"mnuPre", u"初期設定(&A)"},
         {Action::Customers, u"mnuPreNouhin", u"納品先登録(&O)", u"mnuPre", none,
-         {{u"Command3", u"納品先登録", Page::Customers, u"納品先", u"顧客情報の追加・訂正・削除"},
-          {u"Command29", u"納品先登録", Page::Registers, u"取引先"}},
+         {{u"Command29", u"納品先登録", Page::Registers, u"取引先"}},
          {{u"Label16", u"納品先情報"}}},
         {Action::CustomerCategories, u"mnuPreKubun", u"納品先区分登録(&K)", u"mnuPre", none,
          {{u"Command32", u"納品先区分登録", Page::Registers, u"取引先"}}},

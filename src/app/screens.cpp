@@ -5,6 +5,7 @@
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
 #include "registers/frmNouhin.h"
+#include "slips/frmOut.h"
 
 #include <QGuiApplication>
 
@@ -31,6 +32,7 @@ Opener screen()
 Openers screenOpeners()
 {
     return {
+        {Action::Sales, screen<slips::frmOut>()},
         {Action::Customers, screen<registers::frmNouhin>()},
         {Action::CustomerCategories, screen<masters::frmKubun>()},
         {Action::SalesProducts, screen<masters::frmOutShohin>()},
