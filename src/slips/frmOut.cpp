@@ -1,6 +1,7 @@
 #include "slips/frmOut.h"
 
 #include "masters/name_lists.h"
+#include "registers/frmNouhin.h"
 #include "slips/delivery_note_print.h"
 #include "ui_frmOut.h"
 
@@ -34,6 +35,14 @@ GoodsSlipDescription description()
     };
 }
 
+qint64 enterNewCustomer(app::Workspace &workspace, QWidget *parent)
+{
+    registers::frmNouhin editor(workspace, parent);
+    editor.startNew();
+    editor.exec();
+    return editor.savedCustomer().value_or(0);
+}
+
 } // namespace
 
 frmOut::frmOut(app::Workspace &workspace, QWidget *parent)
@@ -43,6 +52,7 @@ frmOut::frmOut(app::Workspace &workspace, QWidget *parent)
     m_ui->setupUi(this);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmOut::print);
     setUpSlip();
+    setCounterpartEditor([&workspace](QWidget *parent) { return enterNewCustomer(workspace, parent); });
     // The transfer form is not printed yet.
     m_ui->Check3->setEnabled(false);
 }
