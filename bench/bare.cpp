@@ -1,0 +1,133 @@
+#include "bare.h"
+
+#include <sqlite3.h>
+
+#include <cstdlib>
+
+namespace bench
+{
+
+namespace
+{
+
+void check(bool good, sqlite3 *handle)
+{
+    if (good)
+        return;
+    qFatal("bare measurement failed: %s", sqlite3_errmsg(handle));
+}
+
+sqlite3_stmt *prepared(sqlite3 *handle, const char *sql)
+{
+    sqlite3_stmt *statement = nullptr;
+    check(sqlite3_prepare_v2(handle, sql, -1, &statement, nullptr) == SQLITE_OK, handle);
+    return statement;
+}
+
+// Reads every column, as a screen that shows them has to.
+int readAll(sqlite3 *handle, sqlite3_stmt *statement)
+{
+    int rows = 0;
+    int code = SQLITE_ROW;
+    while ((code = sqlite3_step(statement)) == SQLITE_ROW) {
+        for (int column = 0; column < sqlite3_column_count(statement); ++column) {
+            if (sqlite3_column_type(statement, column) == SQLITE_TEXT)
+                (void)sqlite3_column_text(statement, column);
+            else
+                (void)sqlite3_column_double(statement, column);
+        }
+        ++rows;
+    }
+    check(code == SQLITE_DONE, handle);
+    sqlite3_finalize(statement);
+    return rows;
+}
+
+} // namespace
+
+Bare::Bare(const QString &fileName)
+{
+    check(sqlite3_open(fileName.toUtf8().constData(), &m_handle) == SQLITE_OK, m_handle);
+    run("PRAGMA journal_mode = DELETE; PRAGMA synchronous = EXTRA; PRAGMA busy_timeout = 5000");
+}
+
+Bare::~Bare() { sqlite3_close(m_handle); }
+
+void Bare::run(const char *sql)
+{
+    check(sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr) == SQLITE_OK, m_handle);
+}
+
+void Bare::saveSlip(std::int64_t customer)
+{
+    run("BEGIN IMMEDIATE");
+    sqlite3_stmt *stamp = prepared(m_handle, "UPDATE 納品先 SET 更新日 = '2026-04-01' WHERE 納品先ID = ?");
+    sqlite3_bind_int64(stamp, 1, customer);
+    readAll(m_handle, stamp);
+    sqlite3_stmt *header =
+        prepared(m_handle, "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) "
+                           "SELECT max(ID) + 1, '2026-04-01', 'O' || (max(ID) + 1), ?, 1, 5 "
+                           "FROM 入出庫マスター");
+    sqlite3_bind_int64(header, 1, customer);
+    readAll(m_handle, header);
+    const std::int64_t id = sqlite3_last_insert_rowid(m_handle);
+    run("COMMIT");
+    for (int line = 0; line < 6; ++line) {
+        run("BEGIN IMMEDIATE");
+        sqlite3_stmt *insert =
+            prepared(m_handle, "INSERT INTO 入出庫サブ VALUES (?, 'りんご', '贈答用', 2, '箱', 3980, 7960)");
+        sqlite3_bind_int64(insert, 1, id);
+        readAll(m_handle, insert);
+        run("COMMIT");
+    }
+}
+
+std::int64_t Bare::customerOfClass(int taxClass)
+{
+    sqlite3_stmt *statement = prepared(m_handle, "SELECT 納品先ID FROM 納品先 WHERE 消費税区分 = ?");
+    sqlite3_bind_int(statement, 1, taxClass);
+    check(sqlite3_step(statement) == SQLITE_ROW, m_handle);
+    const std::int64_t found = sqlite3_column_int64(statement, 0);
+    sqlite3_finalize(statement);
+    return found;
+}
+
+QString Bare::searchKeyOf(std::int64_t customer)
+{
+    sqlite3_stmt *statement = prepared(m_handle, "SELECT 納品先名キー FROM 納品先 WHERE 納品先ID = ?");
+    sqlite3_bind_int64(statement, 1, customer);
+    check(sqlite3_step(statement) == SQLITE_ROW, m_handle);
+    const QString found =
+        QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(statement, 0)));
+    sqlite3_finalize(statement);
+    return found;
+}
+
+int Bare::count(const char *sql, const QString &text)
+{
+    sqlite3_stmt *statement = prepared(m_handle, sql);
+    const QByteArray utf8 = text.toUtf8();
+    if (sqlite3_bind_parameter_count(statement) > 0)
+        sqlite3_bind_text(statement, 1, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT);
+    return readAll(m_handle, statement);
+}
+
+int Bare::searchCustomers(const QString &key)
+{
+    return count("SELECT 納品先ID FROM 納品先 WHERE (納品先名キー LIKE ?) ORDER BY 更新日 DESC",
+                 u'%' + key + u'%');
+}
+
+int Bare::registerKeys() { return count("SELECT 納品先ID FROM 納品先 ORDER BY 更新日 DESC, フリガナ", {}); }
+
+int Bare::previousSales(std::int64_t customer)
+{
+    sqlite3_stmt *statement =
+        prepared(m_handle, "SELECT m.伝票番号, m.日付, s.商品名, s.規格, s.数量, s.単位, s.単価, s.金額 "
+                           "FROM 入出庫サブ s, 入出庫マスター m WHERE s.ID = m.ID AND m.伝票番号 LIKE 'O%' "
+                           "AND m.相手先ID = ? AND s.商品名 <> '消費税' ORDER BY m.日付 DESC");
+    sqlite3_bind_int64(statement, 1, customer);
+    return readAll(m_handle, statement);
+}
+
+} // namespace bench

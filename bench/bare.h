@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+struct sqlite3;
+
+namespace bench
+{
+
+/// The least that SQLite's C interface needs for what a screen does, with its own LIKE operator: what the
+/// program's own times are held against.
+class Bare
+{
+public:
+    /// Opens \a fileName with the settings of the program's own connection. Ends the program on a failure:
+    /// a measurement without it means nothing.
+    explicit Bare(const QString &fileName);
+    ~Bare();
+    Bare(const Bare &) = delete;
+    Bare &operator=(const Bare &) = delete;
+
+    /// Header, customer's date, five lines and the tax line, each durable before the next.
+    void saveSlip(std::int64_t customer);
+
+    /// A customer of a tax class, and its search key.
+    std::int64_t customerOfClass(int taxClass);
+    QString searchKeyOf(std::int64_t customer);
+
+    /// The keys of the customers found by \a key, newest first. \return how many
+    int searchCustomers(const QString &key);
+
+    /// The keys of all customers in the register's order. \return how many
+    int registerKeys();
+
+    /// The earlier sales lines of \a customer, all columns read. \return how many
+    int previousSales(std::int64_t customer);
+
+private:
+    void run(const char *sql);
+    int count(const char *sql, const QString &text);
+
+    sqlite3 *m_handle = nullptr;
+};
+
+} // namespace bench

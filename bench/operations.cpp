@@ -1,0 +1,273 @@
+#include "operations.h"
+
+#include "bare.h"
+#include "shop_maker.h"
+
+#include "app/frmAMain.h"
+#include "app/screens.h"
+#include "registers/frmNouhin.h"
+#include "slips/frmOut.h"
+#include "slips/slip_store.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLineEdit>
+
+using namespace Qt::StringLiterals;
+
+namespace bench
+{
+
+namespace
+{
+
+/// Registers a benchmark; its time is what \a seconds returns for one run.
+void add(std::size_t row, const char *whose, std::function<double()> seconds)
+{
+    const std::string name = std::to_string(row) + "/" + whose;
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [seconds = std::move(seconds)](benchmark::State &state) {
+                                     for (auto _ : state)
+                                         state.SetIterationTime(seconds());
+                                 })
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+}
+
+template <class Work>
+double secondsOf(Work work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return double(timer.nsecsElapsed()) / 1e9;
+}
+
+template <class Control>
+Control &control(QWidget &screen, const char *name)
+{
+    auto *found = screen.findChild<Control *>(QLatin1StringView(name));
+    if (!found)
+        qFatal("the screen has no %s", name);
+    return *found;
+}
+
+void press(QWidget &screen, const char *button)
+{
+    auto &found = control<QAbstractButton>(screen, button);
+    if (!found.isEnabled())
+        qFatal("%s cannot be pressed", button);
+    found.click();
+}
+
+/// Until the screen is painted and takes the next key.
+void settle() { QCoreApplication::processEvents(); }
+
+/// An open sales screen with one customer found, ready for 確認.
+class SalesDesk
+{
+public:
+    explicit SalesDesk(const QString &fileName)
+        : m_shop(fileName)
+        , m_screen(m_shop.workspace)
+    {
+        m_shop.workspace.panel.employeeId = 1;
+        m_screen.show();
+    }
+
+    void findCustomer(const QString &key)
+    {
+        control<QLineEdit>(m_screen, "txtKey1").setText(key);
+        press(m_screen, "Command1");
+        settle();
+    }
+
+    void saveFiveLines()
+    {
+        press(m_screen, "cmdMasterUpdate");
+        for (int line = 0; line < 5; ++line) {
+            control<QComboBox>(m_screen, "dbcShohin").setEditText(u"りんご"_s);
+            control<QComboBox>(m_screen, "dbcKikaku").setEditText(u"贈答用"_s);
+            control<QComboBox>(m_screen, "dbcTani").setEditText(u"箱"_s);
+            control<QLineEdit>(m_screen, "txtCnt").setText(u"2"_s);
+            control<QLineEdit>(m_screen, "txtTanka").setText(u"3980"_s);
+            press(m_screen, "cmdSubAdd");
+            settle();
+        }
+        press(m_screen, "cmdNext");
+        settle();
+    }
+
+private:
+    OpenShop m_shop;
+    slips::frmOut m_screen;
+};
+
+class Operations
+{
+public:
+    explicit Operations(const Shops &shops)
+        : m_shops(shops)
+    {}
+
+    std::vector<Row> all()
+    {
+        slipSaved();
+        keySearch();
+        registerOpened(1000);
+        registerOpened(1000000);
+        previousSales();
+        start(1000, 10000);
+        start(1000000, 1000);
+        start(100000, 1000000);
+        return m_rows;
+    }
+
+private:
+    std::size_t row(std::string operation, std::string size, double allowed)
+    {
+        m_rows.push_back({std::move(operation), std::move(size), allowed});
+        return m_rows.size() - 1;
+    }
+
+    void slipSaved()
+    {
+        const std::size_t at = row("slip of five lines and tax saved line by line", "10,000 slips", 1.3);
+        const QString file = m_shops.copy(1000, 10000, u"saved"_s);
+        // One customer of tax class 0, so that a tax line is added each time.
+        auto desk = std::make_shared<SalesDesk>(file);
+        auto bare = std::make_shared<Bare>(file);
+        const qint64 customer = bare->customerOfClass(0);
+        const QString key = bare->searchKeyOf(customer);
+        add(at, "ours", [desk, key] {
+            desk->findCustomer(key);
+            return secondsOf([desk] { desk->saveFiveLines(); });
+        });
+        add(at, "bare", [bare, customer] { return secondsOf([&] { bare->saveSlip(customer); }); });
+    }
+
+    void keySearch()
+    {
+        const QString file = m_shops.shop(100000, 1000000);
+        auto desk = std::make_shared<SalesDesk>(file);
+        auto bare = std::make_shared<Bare>(file);
+        const struct
+        {
+            const char *what;
+            QString key;
+        } searches[] = {{"kanji", u"山田"_s}, {"kana", u"ﾔﾏﾀﾞ"_s}, {"telephone", u"052-"_s}};
+        for (const auto &search : searches) {
+            const std::size_t at =
+                row(std::string("customers found by key, ") + search.what, "100,000 customers", 1.5);
+            add(at, "ours", [desk, key = search.key] { return secondsOf([&] { desk->findCustomer(key); }); });
+            add(at, "bare",
+                [bare, key = search.key] { return secondsOf([&] { bare->searchCustomers(key); }); });
+        }
+    }
+
+    void registerOpened(int customers)
+    {
+        const bool large = customers >= 1000000;
+        const std::size_t at =
+            row("customer register opened", std::to_string(customers) + " customers", large ? 3 : 0);
+        const QString file = m_shops.shop(customers, large ? 1000 : 10000);
+        auto shop = std::make_shared<OpenShop>(file);
+        auto bare = std::make_shared<Bare>(file);
+        add(at, "ours", [shop] {
+            std::unique_ptr<registers::frmNouhin> screen;
+            return secondsOf([&] {
+                screen = std::make_unique<registers::frmNouhin>(shop->workspace);
+                screen->show();
+                settle();
+            });
+        });
+        add(at, "bare", [bare] { return secondsOf([&] { bare->registerKeys(); }); });
+    }
+
+    void previousSales()
+    {
+        const std::size_t at = row("earlier sales of a customer listed", "1,000,000 slips", 1.5);
+        const QString file = m_shops.shop(100000, 1000000);
+        auto shop = std::make_shared<OpenShop>(file);
+        auto bare = std::make_shared<Bare>(file);
+        add(at, "ours", [shop, customer = qint64(0)]() mutable {
+            customer = customer % 100000 + 1;
+            return secondsOf([&] { (void)slips::previousLines(shop->connection, slips::sale, customer); });
+        });
+        add(at, "bare", [bare, customer = std::int64_t(0)]() mutable {
+            customer = customer % 100000 + 1;
+            return secondsOf([&] { bare->previousSales(customer); });
+        });
+    }
+
+    void start(int customers, int slips)
+    {
+        const std::size_t at =
+            row("start to usable main window",
+                std::to_string(customers) + " customers, " + std::to_string(slips) + " slips", 0);
+        const QString file = m_shops.shop(customers, slips);
+        add(at, "ours", [file] {
+            std::unique_ptr<OpenShop> shop;
+            std::unique_ptr<app::frmAMain> window;
+            const double seconds = secondsOf([&] {
+                shop = std::make_unique<OpenShop>();
+                window = std::make_unique<app::frmAMain>(shop->workspace, app::screenOpeners());
+                window->load(u'"' + file + u'"');
+                window->show();
+                settle();
+            });
+            return seconds;
+        });
+    }
+
+    const Shops &m_shops;
+    std::vector<Row> m_rows;
+};
+
+QString settingsFile() { return QDir::temp().filePath(u"kanbalore-bench.ini"_s); }
+
+} // namespace
+
+QString Shops::shop(int customers, int slips) const
+{
+    const QString fileName = m_folder.filePath(u"shop-%1-%2.cdb"_s.arg(customers).arg(slips));
+    if (QFile::exists(fileName))
+        return fileName;
+    m_folder.mkpath(u"."_s);
+    // Under another name until it is complete, should the run be interrupted.
+    const QString unfinished = fileName + u".new"_s;
+    QFile::remove(unfinished);
+    if (const db::Status made = makeShop(unfinished, {customers, slips, 1}); !made)
+        qFatal("%s", qPrintable(made.error().text));
+    QFile::rename(unfinished, fileName);
+    return fileName;
+}
+
+QString Shops::copy(int customers, int slips, const QString &name) const
+{
+    const QString source = shop(customers, slips);
+    const QString target = m_folder.filePath(name + u".cdb"_s);
+    QFile::remove(target);
+    if (!QFile::copy(source, target))
+        qFatal("%s cannot be written", qPrintable(target));
+    return target;
+}
+
+OpenShop::OpenShop()
+    : settings(settingsFile())
+    , workspace(connection, settings, QDir::tempPath())
+{}
+
+OpenShop::OpenShop(const QString &fileName)
+    : OpenShop()
+{
+    if (const db::Status opened = connection.open(fileName); !opened)
+        qFatal("%s", qPrintable(opened.error().text));
+}
+
+std::vector<Row> registerOperations(const Shops &shops) { return Operations(shops).all(); }
+
+} // namespace bench

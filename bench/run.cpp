@@ -1,0 +1,43 @@
+// Measures what a clerk waits for against the least that SQLite needs for it, and prints one table.
+// run [--folder DIR] [options of Google Benchmark]; the shops are made in DIR on the first run.
+#include "operations.h"
+
+#include "ui/prompts.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    // No box may wait for a clerk; one that comes is a failed measurement.
+    ui::prompts::beginScript();
+
+    QString folder = QCoreApplication::applicationDirPath() + u"/../bench-shops"_s;
+    std::vector<char *> options;
+    for (int i = 0; i < argc; ++i) {
+        if (i > 0 && i + 1 < argc && QLatin1StringView(argv[i]) == "--folder"_L1)
+            folder = QFile::decodeName(argv[++i]);
+        else
+            options.push_back(argv[i]);
+    }
+    // Each row's two sides take turns, so that what else the machine does falls upon both.
+    const char *defaults[] = {"--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=7",
+                              "--benchmark_min_time=0.1"};
+    for (const char *option : defaults)
+        options.insert(options.begin() + 1, const_cast<char *>(option));
+    int count = static_cast<int>(options.size());
+    benchmark::Initialize(&count, options.data());
+
+    const bench::Shops shops{QDir(folder)};
+    bench::TableReporter reporter(bench::registerOperations(shops));
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    const QString unexpected = ui::prompts::takeUnexpected();
+    if (!unexpected.isEmpty())
+        std::fprintf(stderr, "%s\n", qPrintable(unexpected));
+    return reporter.kept() && unexpected.isEmpty() ? 0 : 1;
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace bench
+{
+
+/// One line of the table that bench/run prints.
+struct Row
+{
+    std::string operation;
+    std::string size;
+    double allowed = 0; // times the bare figure; 0: nothing is demanded
+};
+
+/// Collects the medians of the benchmarks named "<row>/ours" and "<row>/bare" and prints them as one table:
+/// operation, size, ours, bare, ratio, allowed.
+class TableReporter : public benchmark::BenchmarkReporter
+{
+public:
+    explicit TableReporter(std::vector<Row> rows)
+        : m_rows(std::move(rows))
+    {}
+
+    bool ReportContext(const Context &) override { return true; }
+    void ReportRuns(const std::vector<Run> &runs) override;
+    void Finalize() override;
+
+    /// Whether every row that has a limit kept it.
+    [[nodiscard]] bool kept() const { return m_kept; }
+
+private:
+    std::vector<Row> m_rows;
+    std::map<std::string, double> m_medians; // milliseconds, by benchmark name
+    bool m_kept = true;
+};
+
+} // namespace bench
