@@ -119,9 +119,9 @@ void GoodsSlipScreen::setUpGrids()
     m_foundGrid->bind(m_found, [this](const QString &refusal) { ui::prompts::inform(this, refusal); });
     setWidths(m_foundGrid, m_description.foundWidths);
     m_lineGrid->setModel(&m_lines);
-    setWidths(m_lineGrid, {300, 220, 90, 70, 110, 120});
+    setWidths(m_lineGrid, {260, 180, 80, 60, 100, 110});
     m_previousGrid->setModel(&m_previous);
-    setWidths(m_previousGrid, {120, 100, 300, 220, 90, 70, 110, 120});
+    setWidths(m_previousGrid, {120, 100, 260, 180, 80, 60, 100, 110});
 }
 
 void GoodsSlipScreen::connectControls()

@@ -1,0 +1,283 @@
+#include "first_day.h"
+
+#include "shop_data.h"
+
+#include "app/frmAMain.h"
+#include "app/workspace.h"
+#include "db/connection.h"
+#include "ui/file_dialogs.h"
+#include "ui/prompts.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QTabWidget>
+#include <QTest>
+#include <QTextEdit>
+
+using namespace Qt::StringLiterals;
+
+namespace tour
+{
+
+namespace
+{
+
+QString str(const char16_t *text) { return QString::fromUtf16(text); }
+
+template <class List>
+QStringList strings(const List &texts)
+{
+    QStringList all;
+    for (const char16_t *text : texts)
+        all << str(text);
+    return all;
+}
+
+} // namespace
+
+FirstDay::FirstDay(Walker &walker, app::Workspace &workspace, app::frmAMain &window, const QDir &folder)
+    : m_walker(walker)
+    , m_workspace(workspace)
+    , m_window(window)
+    , m_folder(folder)
+{}
+
+void FirstDay::run()
+{
+    makeFile();
+    registerCompany();
+    registerEmployees();
+    registerMasters();
+    designCompanyName();
+    setUpPanel();
+    registerCustomers();
+    enterSlips();
+    lookAround();
+    checkBooks();
+}
+
+// The program starts on the initial file, says so, and asks for the name of a new one.
+void FirstDay::makeFile()
+{
+    const QString file = m_folder.absoluteFilePath(u"shop.cdb"_s);
+    m_walker.check(QTest::qWaitFor([&] { return m_workspace.connection.fileName() == file; }),
+                   u"the new file is not the current one"_s);
+    m_walker.picture(m_window, u"main-first-start"_s);
+}
+
+void FirstDay::registerCompany()
+{
+    m_walker.visit(
+        u"own company"_s, [this] { m_walker.click(m_window, u"Command62"_s); },
+        [this](QDialog &screen) {
+            m_walker.type(screen, u"txtName1"_s, str(company1));
+            m_walker.type(screen, u"txtName2"_s, str(company2));
+            m_walker.type(screen, u"txtZip"_s, u"380-0821"_s);
+            m_walker.type(screen, u"txtAddress1"_s, u"長野県長野市上千歳町１１３７番地２３"_s);
+            m_walker.type(screen, u"txtAddress2"_s, u"長野１１３７ビル１階"_s);
+            m_walker.type(screen, u"txtTel1"_s, u"026-224-1137"_s);
+            m_walker.type(screen, u"txtTel2"_s, u"0120-113-723"_s);
+            m_walker.type(screen, u"txtFax"_s, u"026-224-1138"_s);
+            m_walker.type(screen, u"txtBank1"_s, u"八十二銀行　本店営業部　普通　1234567"_s);
+            m_walker.type(screen, u"txtBank2"_s, u"ゆうちょ銀行　00520-1-234567"_s);
+            m_walker.type(screen, u"txtMemo"_s, u"登録番号　T1234567890123"_s);
+            m_walker.picture(screen, u"own-company"_s);
+            m_walker.click(screen, u"cmdUpdate"_s);
+        });
+    m_walker.check(value(u"SELECT 会社名1 FROM 自社情報"_s) == str(company1),
+                   u"the own company is not stored"_s);
+}
+
+void FirstDay::fillMaster(const QString &button, const QString &caption, const QStringList &names)
+{
+    m_walker.visit(
+        caption, [this, &button] { m_walker.click(m_window, button); },
+        [this, &caption, &names](QDialog &screen) {
+            m_walker.check(screen.windowTitle() == caption, u"the caption is "_s + screen.windowTitle());
+            const QString box = screen.findChild<QLineEdit *>(u"txtShohin"_s) ? u"txtShohin"_s : u"txtName"_s;
+            // An empty table starts its first row by itself.
+            for (int i = 0; i < names.size(); ++i) {
+                if (i > 0)
+                    m_walker.click(screen, u"cmdAdd"_s);
+                m_walker.type(screen, box, names.at(i));
+                m_walker.click(screen, u"cmdUpdate"_s);
+            }
+            m_walker.picture(screen, screen.objectName());
+        });
+}
+
+void FirstDay::registerEmployees() { fillMaster(u"Command35"_s, u"社員登録"_s, strings(employees)); }
+
+void FirstDay::registerMasters()
+{
+    fillMaster(u"Command32"_s, u"納品先区分登録"_s, strings(categories));
+    fillMaster(u"Command65"_s, u"納品　商品登録"_s, strings(products));
+    fillMaster(u"Command34"_s, u"商品規格登録"_s, strings(specifications));
+    fillMaster(u"Command24"_s, u"商品単位登録"_s, strings(units));
+    fillMaster(u"Command33"_s, u"仕入商品登録"_s, {u"りんご　原料用"_s, u"化粧箱"_s});
+    fillMaster(u"Command42"_s, u"発送区分区分登録"_s, {u"お中元"_s, u"お歳暮"_s});
+}
+
+void FirstDay::designCompanyName()
+{
+    const QString fileName = m_folder.filePath(u"company.rtf"_s);
+    m_walker.visit(
+        u"extended company name"_s, [this] { m_walker.click(m_window, u"Command43"_s); },
+        [this, &fileName](QDialog &screen) {
+            auto &text = m_walker.find<QTextEdit>(screen, u"RichTextBox1"_s);
+            text.setFocus();
+            QInputMethodEvent typed;
+            typed.setCommitString(u"有限会社　かんばん堂"_s);
+            QCoreApplication::sendEvent(&text, &typed);
+            text.selectAll();
+            m_walker.type(screen, u"Text7"_s, u"18"_s);
+            m_walker.picture(screen, u"extended-company-name"_s);
+            ui::file_dialogs::expectFile(fileName);
+            m_walker.click(screen, u"Command2"_s);
+        });
+    m_walker.check(QFile::exists(fileName), u"the extended company name is not saved"_s);
+}
+
+void FirstDay::setUpPanel()
+{
+    m_walker.type(m_window, u"txtTaxRate"_s, u"１０"_s);
+    m_walker.choose(m_window, u"Combo2"_s, u"A4 無地"_s);
+    m_walker.choose(m_window, u"dbcShain"_s, str(employees[0]));
+    m_walker.check(m_workspace.panel.taxRate == 10, u"the tax rate is not 10"_s);
+    m_walker.check(m_workspace.panel.employeeId == 1, u"nobody is in charge"_s);
+}
+
+void FirstDay::registerCustomers()
+{
+    m_walker.visit(
+        u"customers"_s, [this] { m_walker.click(m_window, u"Command3"_s); },
+        [this](QDialog &screen) {
+            for (const Customer &customer : customers) {
+                m_walker.click(screen, u"cmdAdd"_s);
+                m_walker.typeConverted(screen, u"txtName"_s, str(customer.kana), str(customer.name));
+                m_walker.type(screen, u"txtName2"_s, str(customer.name2));
+                m_walker.type(screen, u"txtZip"_s, str(customer.zip));
+                m_walker.type(screen, u"txtAddress"_s, str(customer.address1));
+                m_walker.type(screen, u"txtAddress2"_s, str(customer.address2));
+                m_walker.type(screen, u"txtTel"_s, str(customer.telephone));
+                m_walker.choose(screen, u"dbcKubun"_s, str(customer.category));
+                auto &day = m_walker.find<QComboBox>(screen, u"cmdBill"_s);
+                auto &taxClass = m_walker.find<QComboBox>(screen, u"Combo1"_s);
+                m_walker.choose(screen, u"cmdBill"_s, day.itemText(customer.closingDay));
+                m_walker.choose(screen, u"Combo1"_s, taxClass.itemText(customer.taxClass));
+                m_walker.click(screen, u"cmdUpdate"_s);
+            }
+            m_walker.click(screen, u"Command6"_s);
+            m_walker.picture(screen, u"customers"_s);
+            m_walker.find<QLineEdit>(screen, u"txtKey1"_s).setText(u"ﾔﾏﾀﾞ"_s);
+            m_walker.click(screen, u"cmdFind"_s);
+            m_walker.checkText(screen, u"txtName4"_s, u"山田太郎  03-1234-5678 ﾔﾏﾀﾞﾀﾛｳ"_s);
+            m_walker.picture(screen, u"customer-found"_s);
+        });
+    m_walker.check(value(u"SELECT count(*) FROM 納品先"_s) == "20"_L1, u"there are not 20 customers"_s);
+}
+
+void FirstDay::enterSlips()
+{
+    const QList<Slip> all = slips();
+    m_walker.visit(
+        u"sales slips"_s, [this] { m_walker.click(m_window, u"Command45"_s); },
+        [this, &all](QDialog &screen) {
+            m_walker.picture(screen, u"sales-slip-empty"_s);
+            for (int i = 0; i < all.size(); ++i) {
+                const Slip &slip = all.at(i);
+                m_walker.find<QLineEdit>(screen, u"txtKey1"_s).setText(str(slip.customerKey));
+                m_walker.click(screen, u"Command1"_s);
+                if (i == 0)
+                    m_walker.picture(screen, u"sales-slip-customer-found"_s);
+                m_walker.click(screen, u"cmdMasterUpdate"_s);
+                m_walker.checkText(screen, u"txtDenNo"_s, u"O%1"_s.arg(i + 1));
+                enterLines(screen, slip);
+                if (i == 0)
+                    m_walker.picture(screen, u"sales-slip-lines"_s);
+                printNote(screen, i);
+                m_walker.click(screen, u"cmdNext"_s);
+            }
+            // The first customer again: the earlier lines are listed.
+            m_walker.find<QLineEdit>(screen, u"txtKey1"_s).setText(str(all.first().customerKey));
+            m_walker.click(screen, u"Command1"_s);
+            m_walker.click(screen, u"cmdMasterUpdate"_s);
+            m_walker.picture(screen, u"sales-slip-earlier-lines"_s);
+        });
+}
+
+void FirstDay::enterLines(QDialog &screen, const Slip &slip)
+{
+    for (const Line &line : slip.lines) {
+        m_walker.choose(screen, u"dbcShohin"_s, str(products[line.product]));
+        if (line.specification >= 0)
+            m_walker.choose(screen, u"dbcKikaku"_s, str(specifications[line.specification]));
+        m_walker.choose(screen, u"dbcTani"_s, str(units[line.unit]));
+        m_walker.type(screen, u"txtCnt"_s, str(line.quantity));
+        m_walker.type(screen, u"txtTanka"_s, str(line.price));
+        m_walker.click(screen, u"cmdSubAdd"_s);
+    }
+    m_walker.checkText(screen, u"txtTotal"_s, str(slip.total));
+    m_walker.checkText(screen, u"Text2"_s, str(slip.tax));
+}
+
+void FirstDay::printNote(QDialog &screen, int number)
+{
+    const QString fileName = m_folder.filePath(u"delivery-note-O%1.pdf"_s.arg(number + 1));
+    m_walker.visit(
+        u"note %1"_s.arg(number + 1), [this, &screen] { m_walker.click(screen, u"Command3"_s); },
+        [this, number, &fileName](QDialog &preview) {
+            if (number == 0 || number == 9)
+                m_walker.picture(preview, u"delivery-note-preview"_s);
+            ui::file_dialogs::expectFile(fileName);
+            m_walker.click(preview, u"cmdPdf"_s);
+        });
+    m_walker.check(QFileInfo(fileName).size() > 1000, u"the note is not there as PDF"_s);
+}
+
+// Every page of the main window's panel, as it looks with the day's data.
+void FirstDay::lookAround()
+{
+    auto &tabs = m_walker.find<QTabWidget>(m_window, u"SSTab1"_s);
+    for (int page = 0; page < tabs.count(); ++page) {
+        tabs.setCurrentIndex(page);
+        m_walker.picture(m_window, u"main-%1"_s.arg(page + 1));
+    }
+    tabs.setCurrentIndex(0);
+    m_walker.visit(
+        u"about"_s, [this] { m_walker.find<QAction>(m_window, u"mnuAbout"_s).trigger(); },
+        [this](QDialog &screen) { m_walker.picture(screen, u"about"_s); });
+}
+
+// What the day left in the books, counted without the program's own statements.
+void FirstDay::checkBooks()
+{
+    const struct
+    {
+        const char16_t *sql;
+        const char16_t *expected;
+    } facts[] = {
+        {u"SELECT count(*) FROM 入出庫マスター WHERE substr(伝票番号, 1, 1) = 'O'", u"11"},
+        {u"SELECT count(*) FROM 入出庫サブ WHERE 商品名 <> '消費税'", u"60"},
+        {u"SELECT group_concat(CAST(金額 AS INTEGER), ' ') FROM 入出庫サブ WHERE 商品名 = '消費税' ORDER BY "
+         u"rowid",
+         u"802 605 1592 498 11250"},
+        {u"SELECT CAST(sum(金額) AS INTEGER) FROM 入出庫サブ WHERE 商品名 <> '消費税'", u"307391"},
+        {u"SELECT count(DISTINCT 更新日) FROM 納品先", u"1"},
+    };
+    for (const auto &fact : facts) {
+        const QString found = value(str(fact.sql));
+        m_walker.check(found == str(fact.expected), str(fact.sql) + u" is "_s + found);
+    }
+}
+
+QString FirstDay::value(const QString &sql)
+{
+    const auto rows = m_workspace.connection.select(sql);
+    return rows && !rows->isEmpty() ? rows->rows.front().front().toString() : QString();
+}
+
+} // namespace tour

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "walker.h"
+
+#include "app/workspace.h"
+
+namespace app
+{
+class frmAMain;
+}
+
+namespace tour
+{
+
+/// The shop's first day: a new file, the own company, employees, masters, customers, ten sales slips and
+/// their notes, worked on the real screens.
+class FirstDay
+{
+public:
+    FirstDay(Walker &walker, app::Workspace &workspace, app::frmAMain &window, const QDir &folder);
+
+    void run();
+
+private:
+    void makeFile();
+    void registerCompany();
+    void registerEmployees();
+    void registerMasters();
+    void designCompanyName();
+    void setUpPanel();
+    void registerCustomers();
+    void enterSlips();
+    void enterLines(QDialog &screen, const struct Slip &slip);
+    void printNote(QDialog &screen, int number);
+    void lookAround();
+    void checkBooks();
+
+    /// Adds rows to a master editor through its name box.
+    void fillMaster(const QString &button, const QString &caption, const QStringList &names);
+    [[nodiscard]] QString value(const QString &sql);
+
+    Walker &m_walker;
+    app::Workspace &m_workspace;
+    app::frmAMain &m_window;
+    QDir m_folder;
+};
+
+} // namespace tour

@@ -1,0 +1,170 @@
+#include "walker.h"
+
+#include "ui/file_dialogs.h"
+#include "ui/prompts.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QInputMethodEvent>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace tour
+{
+
+namespace
+{
+
+constexpr int patience = 5000; // milliseconds until a screen must have come
+
+} // namespace
+
+Walker::Walker(const QDir &folder)
+    : m_folder(folder)
+{
+    m_folder.mkpath(u"."_s);
+}
+
+void Walker::visit(const QString &what, const std::function<void()> &trigger,
+                   const std::function<void(QDialog &)> &work)
+{
+    const QString before = std::exchange(m_where, what);
+    const QWidget *host = QApplication::activeModalWidget();
+    bool came = false;
+    QElapsedTimer waited;
+    waited.start();
+    // The screen opens in an event loop of its own; the timer works in there.
+    QTimer knock;
+    knock.setInterval(5);
+    QObject::connect(&knock, &QTimer::timeout, &knock, [&] {
+        auto *screen = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!screen || screen == host || !screen->isVisible())
+            return;
+        knock.stop();
+        came = true;
+        QTest::qWait(0);
+        try {
+            work(*screen);
+        } catch (const std::exception &trouble) {
+            m_troubles << m_where + u": "_s + QString::fromUtf8(trouble.what());
+        }
+        if (screen->isVisible())
+            screen->close();
+        if (screen->isVisible()) {
+            m_troubles << m_where + u": does not close"_s;
+            screen->done(QDialog::Rejected);
+        }
+    });
+    knock.start();
+    try {
+        trigger();
+    } catch (const std::exception &trouble) {
+        m_troubles << m_where + u": "_s + QString::fromUtf8(trouble.what());
+    }
+    while (!came && waited.elapsed() < patience && QApplication::activeModalWidget() != host)
+        QTest::qWait(5);
+    check(came, u"the screen did not come"_s);
+    m_where = before;
+}
+
+void Walker::lost(QWidget &screen, const QString &name)
+{
+    throw std::runtime_error(
+        (screen.objectName() + u" has no control "_s + name + u" of the kind expected"_s).toStdString());
+}
+
+void Walker::click(QWidget &screen, const QString &button)
+{
+    auto &control = find<QAbstractButton>(screen, button);
+    check(control.isEnabled(), screen.objectName() + u'.' + button + u" cannot be pressed"_s);
+    control.setFocus();
+    control.click();
+    QTest::qWait(0);
+}
+
+void Walker::key(QWidget &screen, Qt::Key key)
+{
+    QWidget *focus = screen.focusWidget();
+    QTest::keyClick(focus ? focus : &screen, key);
+    QTest::qWait(0);
+}
+
+void Walker::send(QWidget &screen, const QString &box, const QString &preedit, const QString &commit)
+{
+    auto &control = find<QWidget>(screen, box);
+    check(control.isEnabled() && control.isVisible(), screen.objectName() + u'.' + box + u" takes no text"_s);
+    control.setFocus();
+    if (auto *line = qobject_cast<QLineEdit *>(&control))
+        line->selectAll();
+    if (auto *list = qobject_cast<QComboBox *>(&control); list && list->lineEdit())
+        list->lineEdit()->selectAll();
+    if (!preedit.isEmpty()) {
+        QInputMethodEvent composing(preedit, {});
+        QApplication::sendEvent(&control, &composing);
+    }
+    QInputMethodEvent committed;
+    committed.setCommitString(commit);
+    QApplication::sendEvent(&control, &committed);
+    QTest::qWait(0);
+}
+
+void Walker::type(QWidget &screen, const QString &box, const QString &text)
+{
+    send(screen, box, {}, text);
+    key(screen, Qt::Key_Tab);
+}
+
+void Walker::typeConverted(QWidget &screen, const QString &box, const QString &kana, const QString &text)
+{
+    send(screen, box, kana, text);
+    key(screen, Qt::Key_Tab);
+}
+
+void Walker::choose(QWidget &screen, const QString &list, const QString &item)
+{
+    auto &control = find<QComboBox>(screen, list);
+    const int index = control.findText(item);
+    check(index >= 0 && control.isEnabled(),
+          screen.objectName() + u'.' + list + u" does not offer "_s + item);
+    control.setFocus();
+    control.setCurrentIndex(index);
+    emit control.activated(index);
+    QTest::qWait(0);
+}
+
+void Walker::picture(QWidget &screen, const QString &name)
+{
+    QTest::qWait(20);
+    const QString fileName = u"%1-%2.png"_s.arg(++m_pictures, 2, 10, QChar(u'0')).arg(name);
+    check(screen.grab().save(m_folder.filePath(fileName)), fileName + u" cannot be written"_s);
+}
+
+void Walker::check(bool good, const QString &what)
+{
+    if (!good)
+        m_troubles << m_where + u": "_s + what;
+}
+
+void Walker::checkText(QWidget &screen, const QString &box, const QString &expected)
+{
+    const QString shown = find<QLineEdit>(screen, box).text();
+    check(shown == expected, box + u" shows "_s + shown + u" instead of "_s + expected);
+}
+
+QStringList Walker::troubles()
+{
+    for (const QString &unexpected : {ui::prompts::takeUnexpected(), ui::file_dialogs::takeUnexpected()}) {
+        if (!unexpected.isEmpty())
+            m_troubles << unexpected;
+    }
+    return m_troubles;
+}
+
+} // namespace tour
