@@ -70,6 +70,7 @@ void CommandPanel::buildMenus()
         }
         QAction *item = parent->addAction(string(command.caption));
         item->setObjectName(string(command.menu));
+        item->setShortcut(QKeySequence(QLatin1StringView(command.keys)));
         item->setCheckable(command.action == Action::ShowCalendar);
         connect(item, &QAction::triggered, this, [this, &command] { emit triggered(command); });
         m_items.emplace_back(item, &command);

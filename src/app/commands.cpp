@@ -27,13 +27,13 @@ Commands fileCommands()
 {
     return {
         {Action::None, u"mnuFileOpen", u"ファイル(&F)"},
-        {Action::NewFile, u"mnuNew", u"新規作成(&N)", u"mnuFileOpen"},
-        {Action::OpenFile, u"mnuOpen", u"開く(&O)", u"mnuFileOpen"},
+        {Action::NewFile, u"mnuNew", u"新規作成(&N)", u"mnuFileOpen", none, {}, {}, "Ctrl+N"},
+        {Action::OpenFile, u"mnuOpen", u"開く(&O)", u"mnuFileOpen", none, {}, {}, "Ctrl+O"},
         {Action::SaveFileAs, u"mnuSave", u"名前を付けて保存(&S)", u"mnuFileOpen"},
         {Action::PrinterChoice, u"mnuPrinter", u"プリンタの設定(&P)", u"mnuFileOpen"},
         {Action::PrinterProperties, u"munPrinter", u"プリンタのプロパティ(&R)", u"mnuFileOpen"},
         {Action::OpenBackup, u"mnuBackupOpen", u"バックアップファイルを開く(&B)", u"mnuFileOpen"},
-        {Action::Quit, u"mnuDenQuit", u"終了(&X)", u"mnuFileOpen"},
+        {Action::Quit, u"mnuDenQuit", u"終了(&X)", u"mnuFileOpen", none, {}, {}, "Ctrl+Q"},
 
         {Action::None, u"mnuPic", u"表示(&V)"},
         {Action::LoadPicture, u"mnuPicLoad", u"画像の差替え(&P)", u"mnuPic"},

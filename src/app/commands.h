@@ -145,6 +145,7 @@ struct Command
     Guards guards = {};
     std::vector<ButtonPlace> buttons = {};
     std::vector<Shortcut> shortcuts = {};
+    const char *keys = ""; // of the menu item
 };
 
 /// All commands; menu items in the order in which they stand in their menus.

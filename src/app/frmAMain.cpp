@@ -15,9 +15,9 @@
 #include "ui_frmAMain.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QCloseEvent>
-#include <QLabel>
+#include <QKeyEvent>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -271,6 +271,18 @@ void frmAMain::closeEvent(QCloseEvent *event)
     saveSettings();
     m_session.backUp();
     QMainWindow::closeEvent(event);
+}
+
+// Enter presses the button with the cursor and leaves any other control as Tab does, as on all screens.
+void frmAMain::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || event->modifiers() & ~Qt::KeypadModifier)
+        QMainWindow::keyPressEvent(event);
+    else if (auto *button = qobject_cast<QPushButton *>(focusWidget()))
+        button->click();
+    else
+        focusNextPrevChild(true);
 }
 
 bool frmAMain::tell(const db::Status &status)

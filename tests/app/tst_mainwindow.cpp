@@ -52,6 +52,7 @@ private slots:
     void slipGuard();
     void employeesFollowTheTable();
 
+    void enterPressesAndMovesOn();
     void settingsRoundTrip();
     void nonsenseInSettings();
     void taxRate_data();
@@ -306,6 +307,20 @@ void TestMainWindow::employeesFollowTheTable()
     QCOMPARE(box->currentText(), QString());
     QCOMPARE(stage.shop.workspace.panel.employeeId, 0);
     QCOMPARE(stage.find<QLineEdit>("txtShainID")->text(), QString());
+}
+
+void TestMainWindow::enterPressesAndMovesOn()
+{
+    Stage stage(employOne);
+    QTRY_VERIFY(stage.window->isActiveWindow());
+    auto *button = stage.find<QPushButton>("Command27");
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Return);
+    QCOMPARE(stage.opened, QList<Action>{Action::Bill});
+    auto *infix = stage.find<QLineEdit>("txtDenNo");
+    infix->setFocus();
+    QTest::keyClick(infix, Qt::Key_Enter, Qt::KeypadModifier);
+    QCOMPARE(stage.window->focusWidget(), stage.find<QLineEdit>("txtTaxRate"));
 }
 
 void TestMainWindow::settingsRoundTrip()
