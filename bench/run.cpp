@@ -36,6 +36,7 @@ int main(int argc, char *argv[])
     const bench::Shops shops{QDir(folder)};
     bench::TableReporter reporter(bench::registerOperations(shops));
     benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::ClearRegisteredBenchmarks(); // they hold screens, which go before the application
     const QString unexpected = ui::prompts::takeUnexpected();
     if (!unexpected.isEmpty())
         std::fprintf(stderr, "%s\n", qPrintable(unexpected));

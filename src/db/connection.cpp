@@ -31,17 +31,17 @@ QVariant bindable(const QVariant &value)
     return text.contains(QChar(0)) ? text.remove(QChar(0)) : text;
 }
 
-Status runQuery(QSqlQuery &query, const QString &sql, const QVariantList &values)
+// A statement that begins so means the same whenever it is run; a PRAGMA may be carried out while it is
+// prepared.
+bool isKept(const QString &sql)
 {
-    query.setForwardOnly(true);
-    if (!query.prepare(sql))
-        return errorFrom(query.lastError());
-    for (const QVariant &value : values)
-        query.addBindValue(bindable(value));
-    if (!query.exec())
-        return errorFrom(query.lastError());
-    return {};
+    static constexpr QLatin1StringView beginnings[] = {"SELECT"_L1, "INSERT"_L1, "UPDATE"_L1,  "DELETE"_L1,
+                                                       "BEGIN"_L1,  "COMMIT"_L1, "ROLLBACK"_L1};
+    return std::any_of(std::begin(beginnings), std::end(beginnings),
+                       [&sql](QLatin1StringView beginning) { return sql.startsWith(beginning); });
 }
+
+constexpr std::size_t statementsKept = 100;
 
 int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
 {
@@ -105,6 +105,7 @@ Status Connection::open(const QString &fileName)
 
 void Connection::close()
 {
+    m_statements.clear();
     QSqlDatabase database = QSqlDatabase::database(m_name, false);
     if (database.isOpen())
         database.close();
@@ -126,6 +127,7 @@ Status Connection::configure()
     sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
     if (const int code = installLike(handle()); code != SQLITE_OK)
         return errorFromCode(code, u"LIKE"_s);
+    const QString cacheSize = u"-65536"_s; // KiB; the pages of a day's work stay in memory
     const struct
     {
         const char16_t *name;
@@ -135,6 +137,7 @@ Status Connection::configure()
         {u"journal_mode", u"DELETE"_s, u"delete"_s}, {u"synchronous", u"EXTRA"_s, u"3"_s},
         {u"trusted_schema", u"OFF"_s, u"0"_s},       {u"cell_size_check", u"ON"_s, u"1"_s},
         {u"busy_timeout", u"5000"_s, u"5000"_s},     {u"temp_store", u"MEMORY"_s, u"2"_s},
+        {u"cache_size", cacheSize, cacheSize},
     };
     for (const auto &setting : settings) {
         const QString pragma = u"PRAGMA "_s + QString::fromUtf16(setting.name);
@@ -182,33 +185,59 @@ Status Connection::checkTables()
     return {};
 }
 
+Result<QSqlQuery *> Connection::run(const QString &sql, const QVariantList &values)
+{
+    if (m_statements.size() > statementsKept)
+        m_statements.clear();
+    std::unique_ptr<QSqlQuery> &query = m_statements[isKept(sql) ? sql : QString()];
+    if (!query || !isKept(sql)) {
+        query = std::make_unique<QSqlQuery>(QSqlDatabase::database(m_name, false));
+        query->setForwardOnly(true);
+        if (!query->prepare(sql)) {
+            const Error error = errorFrom(query->lastError());
+            query.reset();
+            return error;
+        }
+    }
+    for (qsizetype i = 0; i < values.size(); ++i)
+        query->bindValue(static_cast<int>(i), bindable(values.at(i)));
+    if (!query->exec()) {
+        const Error error = errorFrom(query->lastError());
+        query.reset();
+        return error;
+    }
+    return query.get();
+}
+
 Result<Rows> Connection::select(const QString &sql, const QVariantList &values)
 {
-    QSqlQuery query(QSqlDatabase::database(m_name, false));
-    if (const Status run = runQuery(query, sql, values); !run)
-        return run.error();
+    const auto query = run(sql, values);
+    if (!query)
+        return query.error();
     Rows result;
-    const QSqlRecord record = query.record();
+    const QSqlRecord record = (*query)->record();
     for (int i = 0; i < record.count(); ++i)
         result.columns << record.fieldName(i);
-    while (query.next()) {
+    while ((*query)->next()) {
         QVariantList row;
         row.reserve(record.count());
         for (int i = 0; i < record.count(); ++i)
-            row << query.value(i);
+            row << (*query)->value(i);
         result.rows.push_back(std::move(row));
     }
-    if (query.lastError().isValid())
-        return errorFrom(query.lastError());
-    return result;
+    const QSqlError error = (*query)->lastError();
+    (*query)->finish();
+    return error.isValid() ? Result<Rows>(errorFrom(error)) : Result<Rows>(std::move(result));
 }
 
 Result<int> Connection::execute(const QString &sql, const QVariantList &values)
 {
-    QSqlQuery query(QSqlDatabase::database(m_name, false));
-    if (const Status run = runQuery(query, sql, values); !run)
-        return run.error();
-    return query.numRowsAffected();
+    const auto query = run(sql, values);
+    if (!query)
+        return query.error();
+    const int changed = (*query)->numRowsAffected();
+    (*query)->finish();
+    return changed;
 }
 
 Result<std::vector<qint64>> Connection::keys(const QString &sql, const QVariantList &values)

@@ -5,8 +5,11 @@
 #include <QSqlDatabase>
 #include <QVariant>
 
+#include <memory>
+#include <unordered_map>
 #include <vector>
 
+class QSqlQuery;
 struct sqlite3;
 
 namespace db
@@ -62,12 +65,17 @@ public:
     [[nodiscard]] sqlite3 *handle() const;
 
 private:
+    /// Runs a statement, prepared anew or kept from its last run; its result is read and finished by the
+    /// caller.
+    Result<QSqlQuery *> run(const QString &sql, const QVariantList &values);
+
     Status configure();
     Status checkTables();
 
     QString m_name; // of the QtSql connection
     QString m_fileName;
     bool m_open = false;
+    std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_statements; // prepared, by their text
 };
 
 } // namespace db

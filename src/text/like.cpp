@@ -186,6 +186,7 @@ LikePattern::LikePattern(std::string_view utf8Pattern, char32_t escape)
     if (!m_anyTail)
         m_pieces.push_back(piece);
     findRequiredBytes();
+    findAscii();
 }
 
 // The longest run of characters that have one spelling only, as the kanji have. A text without its bytes
@@ -218,6 +219,39 @@ void LikePattern::findRequiredBytes()
         m_skip[static_cast<unsigned char>(m_required[i])] = step(size - 1 - i);
 }
 
+// "%052-%" and the like. Digits and signs have one spelling of a single byte; the others (０, −) are told by
+// their first two bytes. A text either holds the very bytes of the literal, or it can match only if it holds
+// such a pair.
+void LikePattern::findAscii()
+{
+    if (!m_anyHead || !m_anyTail || m_pieces.size() != 1)
+        return;
+    const std::u32string &piece = m_pieces.front();
+    const auto isSign = [](char32_t c) { return c > U' ' && c < U'\x7F' && !QChar::isLetter(c); };
+    if (!std::all_of(piece.begin(), piece.end(), isSign))
+        return;
+    m_ascii.assign(piece.begin(), piece.end());
+    const Folds &table = folds();
+    for (std::size_t c = 0x80; c < planeSize; ++c) {
+        if (piece.find(table.to[c]) == std::u32string::npos)
+            continue;
+        std::string spelling;
+        appendUtf8(spelling, static_cast<char32_t>(c));
+        m_firstBytes[static_cast<unsigned char>(spelling[0])] = true;
+        m_secondBytes[static_cast<unsigned char>(spelling[1])] = true;
+    }
+}
+
+bool LikePattern::mayHoldOtherSpelling(std::string_view utf8Text) const
+{
+    for (std::size_t i = 1; i < utf8Text.size(); ++i) {
+        if (m_firstBytes[static_cast<unsigned char>(utf8Text[i - 1])] &&
+            m_secondBytes[static_cast<unsigned char>(utf8Text[i])])
+            return true;
+    }
+    return false;
+}
+
 // Horspool's search.
 bool LikePattern::hasRequiredBytes(std::string_view utf8Text) const
 {
@@ -239,6 +273,12 @@ bool LikePattern::matches(std::string_view utf8Text) const
         return true;
     if (!hasRequiredBytes(utf8Text))
         return false;
+    if (!m_ascii.empty()) {
+        if (utf8Text.find(m_ascii) != std::string_view::npos)
+            return true;
+        if (!mayHoldOtherSpelling(utf8Text))
+            return false;
+    }
     QVarLengthArray<char32_t, 1024> buffer(static_cast<qsizetype>(utf8Text.size()));
     return matchesFolded({buffer.data(), fold(utf8Text, buffer.data())});
 }

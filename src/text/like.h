@@ -29,12 +29,17 @@ public:
 
 private:
     void findRequiredBytes();
+    void findAscii();
+    bool mayHoldOtherSpelling(std::string_view utf8Text) const;
     bool hasRequiredBytes(std::string_view utf8Text) const;
     bool matchesFolded(std::u32string_view text) const;
 
-    std::vector<std::u32string> m_pieces;   // folded, between the "%"s
-    bool m_anyHead = false;                 // starts with "%"
-    bool m_anyTail = false;                 // ends with "%"
+    std::vector<std::u32string> m_pieces; // folded, between the "%"s
+    bool m_anyHead = false;               // starts with "%"
+    bool m_anyTail = false;               // ends with "%"
+    std::string m_ascii;                  // the literal of "%literal%" when it is digits and signs
+    std::array<bool, 256> m_firstBytes{}; // of the other spellings of its characters
+    std::array<bool, 256> m_secondBytes{};
     std::string m_required;                 // bytes that every match contains, empty when none are known
     std::array<std::uint8_t, 256> m_skip{}; // by the byte under the end of m_required: how far to move on
 };
