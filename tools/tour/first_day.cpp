@@ -147,6 +147,7 @@ void FirstDay::setUpPanel()
     m_walker.choose(m_window, u"Combo2"_s, u"A4 無地"_s);
     m_walker.choose(m_window, u"dbcShain"_s, str(employees[0]));
     m_walker.check(m_workspace.panel.taxRate == 10, u"the tax rate is not 10"_s);
+    m_walker.checkText(m_window, u"txtTaxRate"_s, u"10"_s);
     m_walker.check(m_workspace.panel.employeeId == 1, u"nobody is in charge"_s);
 }
 

@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 
@@ -37,6 +38,7 @@ void Walker::visit(const QString &what, const std::function<void()> &trigger,
 {
     const QString before = std::exchange(m_where, what);
     const QWidget *host = QApplication::activeModalWidget();
+    QPointer<QWidget> window = QApplication::activeWindow();
     bool came = false;
     QElapsedTimer waited;
     waited.start();
@@ -71,6 +73,11 @@ void Walker::visit(const QString &what, const std::function<void()> &trigger,
     while (!came && waited.elapsed() < patience && QApplication::activeModalWidget() != host)
         QTest::qWait(5);
     check(came, u"the screen did not come"_s);
+    // Without a window manager nobody else makes the window below the active one again.
+    if (window) {
+        window->activateWindow();
+        check(QTest::qWaitForWindowActive(window), u"the window below does not become active again"_s);
+    }
     m_where = before;
 }
 
