@@ -84,6 +84,7 @@ int main(int argc, char *argv[])
     const QTemporaryDir screen;
     useScreen(screen);
     QApplication application(argc, argv);
+    QCoreApplication::setApplicationVersion(QStringLiteral(KANBALORE_VERSION));
     QTextStream out(stdout);
     if (QCoreApplication::arguments().size() != 2) {
         out << "usage: tour DIR\n";
