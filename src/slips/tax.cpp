@@ -13,17 +13,19 @@ namespace slips
 namespace
 {
 
-// Decimal fractions have no exact binary form, so a product can miss a whole number by a hair. A value
-// within half of the fourth decimal (or, for great ones, within the rounding of the two operations behind
-// it) of a whole number is that number.
-double cleaned(double value)
+// Decimal fractions have no exact binary form: 0.29 × 100 comes out as 28.999999999999996. What is no further
+// from a whole number than the rounding of the few operations behind it is that number. \a magnitude: the
+// greatest number that took part.
+double cleaned(double value, double magnitude)
 {
     const double whole = std::round(value);
-    const double noise = std::max(0.00005, std::abs(value) * 4.0 * std::numeric_limits<double>::epsilon());
-    return std::abs(value - whole) <= noise ? whole : value;
+    const double noise = std::abs(magnitude) * 2 * std::numeric_limits<double>::epsilon();
+    return (std::abs(value - whole) <= noise ? whole : value) + 0.0; // no -0
 }
 
-double truncated(double value) { return std::trunc(cleaned(value)) + 0.0; } // no -0
+double cleaned(double value) { return cleaned(value, value); }
+
+double truncated(double value) { return std::trunc(cleaned(value)) + 0.0; }
 
 bool fits(double value) { return std::isfinite(value) && std::abs(value) <= greatestAmount; }
 
@@ -48,7 +50,7 @@ db::Result<double> lineProduct(double quantity, double price)
     const double product = quantity * price;
     if (!fits(quantity) || !fits(price) || !fits(product))
         return tooGreat();
-    return cleaned(product) + 0.0;
+    return cleaned(product);
 }
 
 db::Result<double> lineAmount(double quantity, double price)
@@ -70,7 +72,7 @@ db::Result<double> includedTax(double total, double rate)
 {
     if (const db::Status taxable = checkTaxable(total, rate); !taxable)
         return taxable.error();
-    return total - total / (1 + rate / 100);
+    return cleaned(total - total / (1 + rate / 100), total);
 }
 
 bool taxIsAdded(TaxClass taxClass, bool inclusive) { return taxClass != TaxClass::OnBill && !inclusive; }

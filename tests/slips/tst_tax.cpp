@@ -1,7 +1,9 @@
 #include "slips/tax.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -19,6 +21,8 @@ private slots:
     void impossibleNumbersAreRefused();
     void taxOnTop_data();
     void taxOnTop();
+    void exactToTheYen_data();
+    void exactToTheYen();
     void classAndBoxDecide_data();
     void classAndBoxDecide();
     void impossibleRatesAreRefused();
@@ -34,7 +38,8 @@ void TestTax::amountsAreTruncated_data()
     QTest::newRow("noise 1.15 x 100") << 1.15 << 100.0 << 115.0;
     QTest::newRow("noise 4.35 x 100") << 4.35 << 100.0 << 435.0;
     QTest::newRow("just below") << 0.9999 << 1.0 << 0.0;
-    QTest::newRow("fifth decimal rounds up") << 0.99996 << 1.0 << 1.0;
+    QTest::newRow("just below, six decimals") << 0.0003 << 3333.33 << 0.0;
+    QTest::newRow("fractions that make a whole yen") << 0.0625 << 16.0 << 1.0;
     QTest::newRow("return: toward zero") << -2.5 << 101.0 << -252.0;
     QTest::newRow("return: noise") << -0.29 << 100.0 << -29.0;
     QTest::newRow("nothing") << 0.0 << 100.0 << 0.0;
@@ -101,6 +106,40 @@ void TestTax::taxOnTop()
     const auto computed = slips::exclusiveTax(total, rate);
     QVERIFY(computed);
     QCOMPARE(*computed, tax);
+}
+
+void TestTax::exactToTheYen_data()
+{
+    QTest::addColumn<int>("rate"); // hundredths of a percent
+    for (const int rate : {0, 500, 800, 1000, 780, 624})
+        QTest::addRow("%d.%02d percent", rate / 100, rate % 100) << rate;
+}
+
+// Against whole-number arithmetic on quantities of four decimals and prices of two, goods and returns.
+void TestTax::exactToTheYen()
+{
+    QFETCH(int, rate);
+    QRandomGenerator dice(20260401);
+    const auto below = [&dice](qint64 limit) { return static_cast<qint64>(dice.generate64() >> 2) % limit; };
+    const double percent = rate / 100.0;
+    for (int round = 0; round < 50'000; ++round) {
+        // Up to 10,000,000.0000 pieces, small ones more often; a price that keeps the sum in 64 bits.
+        const qint64 quantity = below(std::array{100LL, 100'000LL, 100'000'000LL}[round % 3]) - 50;
+        const qint64 price = (round % 2 ? below(1'000'000) : below(10'000) * 100) * (round % 5 ? 1 : -1);
+        const qint64 amount = quantity * price / 1'000'000;
+        const auto computed = slips::lineAmount(double(quantity) / 1e4, double(price) / 1e2);
+        QVERIFY(computed);
+        QVERIFY2(qint64(*computed) == amount && std::trunc(*computed) == *computed,
+                 qPrintable(u"%1 x %2 / 1000000 = %3"_s.arg(quantity).arg(price).arg(*computed, 0, 'f')));
+
+        // A round total is where an included tax comes out whole.
+        const qint64 total = round % 2 ? below(100'000'000'000) - 1'000 : below(1'000'000) * (10'000 + rate);
+        const auto onTop = slips::exclusiveTax(double(total), percent);
+        const auto within = slips::includedTax(double(total), percent);
+        QVERIFY(onTop && within);
+        QVERIFY2(qint64(*onTop) == total * rate / 10'000, qPrintable(QString::number(total)));
+        QVERIFY2(qint64(*within) == total * rate / (10'000 + rate), qPrintable(QString::number(total)));
+    }
 }
 
 void TestTax::classAndBoxDecide_data()
