@@ -7,6 +7,18 @@ using namespace Qt::StringLiterals;
 namespace slips
 {
 
+namespace
+{
+
+QString literalPattern(QString text)
+{
+    for (const QChar special : {u'\\', u'%', u'_'})
+        text.replace(special, QString(u'\\') + special);
+    return text;
+}
+
+} // namespace
+
 QString automaticNumber(const SlipKind &kind, const QString &infix, qint64 id)
 {
     return QChar(kind.letter) + infix + QString::number(id);
@@ -16,10 +28,12 @@ db::Status checkManualNumber(db::Connection &connection, const QString &number, 
 {
     if (!number.startsWith(QChar(letter)))
         return db::Error{u"伝票番号に誤りがあります。"_s};
-    const auto found = connection.select(u"SELECT * FROM 入出庫マスター WHERE 伝票番号 = ?"_s, {number});
+    const auto found =
+        connection.keys(u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' LIMIT 1"_s,
+                        {literalPattern(number)});
     if (!found)
         return found.error();
-    if (!found->isEmpty())
+    if (!found->empty())
         return db::Error{u"伝票番号が重複しています。"_s};
     return {};
 }
