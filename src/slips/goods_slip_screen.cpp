@@ -109,6 +109,12 @@ void GoodsSlipScreen::findControls()
     m_foundGrid = grid(u"DataGrid1");
     m_lineGrid = grid(u"dgdSub");
     m_previousGrid = grid(u"MSFlexGrid1");
+    for (const HeaderField &field : m_description.fields)
+        m_fields.push_back(line(field.control));
+    for (const ControlLife &life : controlLives) {
+        if (auto *control = findChild<QWidget *>(QString::fromUtf16(life.control)))
+            m_lives.emplace_back(control, &life);
+    }
     for (const QString &hidden : {u"Text1"_s, u"Text3"_s, u"Text5"_s})
         findChild<QLineEdit *>(hidden)->hide();
 }
@@ -181,10 +187,9 @@ void GoodsSlipScreen::showCounterpart()
 {
     const bool chosen = m_found.currentRow() >= 0;
     m_counterpart->setText(chosen ? QString::number(m_found.currentKey()) : QString());
-    for (const HeaderField &field : m_description.fields) {
-        auto *box = findChild<QLineEdit *>(QString::fromUtf16(field.control));
-        box->setText(m_found.text(QString::fromUtf16(field.column)));
-        box->setCursorPosition(0);
+    for (std::size_t field = 0; field < m_fields.size(); ++field) {
+        m_fields[field]->setText(m_found.text(QString::fromUtf16(m_description.fields[field].column)));
+        m_fields[field]->setCursorPosition(0);
     }
     m_taxClassName->setText(chosen ? nameOf(taxClass()) : QString());
     if (chosen) {
@@ -260,8 +265,12 @@ void GoodsSlipScreen::showPreviousLines()
 void GoodsSlipScreen::addLine()
 {
     const auto line = m_entry->read();
-    if (!line || !tell(slips::addLine(workspace().connection, m_header.id, *line)))
+    if (!line)
         return;
+    if (const db::Status added = slips::addLine(workspace().connection, m_header.id, *line); !added) {
+        tellOfSlip(added.error());
+        return;
+    }
     m_lines.append(
         {line->product, line->specification, line->quantity, line->unit, line->price, line->amount});
     m_lineGrid->scrollToBottom();
@@ -276,7 +285,7 @@ void GoodsSlipScreen::removeLine()
 {
     const auto removed = removeLastLine(workspace().connection, m_header.id);
     if (!removed) {
-        ui::prompts::inform(this, removed.error().text);
+        tellOfSlip(removed.error());
         return;
     }
     if (*removed)
@@ -310,30 +319,27 @@ void GoodsSlipScreen::showTax()
 
 // --- The end of a slip ---
 
-bool GoodsSlipScreen::closeSlip()
+db::Result<ClosedSlip> GoodsSlipScreen::closeSlip()
 {
-    if (m_taxFlag->text() != u"OFF"_s)
-        return true;
-    const auto tax = slips::closeSlip(workspace().connection, m_header.id, workspace().panel.taxRate,
-                                      taxClass(), inclusive());
-    if (!tax) {
-        ui::prompts::inform(this, tax.error().text);
-        return false;
-    }
-    m_taxFlag->setText(u"ON"_s);
-    return true;
+    auto closed = slips::closeSlip(workspace().connection, m_header.id, workspace().panel.taxRate, taxClass(),
+                                   inclusive());
+    if (closed)
+        m_taxFlag->setText(u"ON"_s);
+    else
+        tellOfSlip(closed.error());
+    return closed;
 }
 
 void GoodsSlipScreen::next()
 {
-    if (!closeSlip())
+    const auto closed = closeSlip();
+    if (!closed)
         return;
-    QString message = u"伝票 %1 を保存しました。　合計 %2 円"_s.arg(m_header.number, m_totalBox->text());
+    QString message =
+        u"伝票 %1 を保存しました。　合計 %2 円"_s.arg(m_header.number, text::formatAmount(closed->total));
     if (taxIsAdded(taxClass(), inclusive()))
-        message += u"　消費税 %1 円"_s.arg(m_tax->text());
-    clearForNext(message);
-    enter(SlipState::Closed);
-    m_key->setFocus();
+        message += u"　消費税 %1 円"_s.arg(text::formatAmount(closed->tax));
+    leaveSlip(message);
 }
 
 void GoodsSlipScreen::cancelSlip()
@@ -341,7 +347,21 @@ void GoodsSlipScreen::cancelSlip()
     if (!ui::prompts::ask(this, ui::messages::deleteQuestion()) ||
         !tell(deleteSlip(workspace().connection, m_header.id)))
         return;
-    clearForNext(u"伝票 %1 を取り消しました。"_s.arg(m_header.number));
+    leaveSlip(u"伝票 %1 を取り消しました。"_s.arg(m_header.number));
+}
+
+// Nothing more can be done to a slip that another program has deleted; the screen goes on with the next one.
+void GoodsSlipScreen::tellOfSlip(const db::Error &error)
+{
+    ui::prompts::inform(this, error.text);
+    const auto there = slipExists(workspace().connection, m_header.id);
+    if (there && !*there)
+        leaveSlip(u"伝票 %1 は削除されています。"_s.arg(m_header.number));
+}
+
+void GoodsSlipScreen::leaveSlip(const QString &message)
+{
+    clearForNext(message);
     enter(SlipState::Closed);
     m_key->setFocus();
 }
@@ -366,20 +386,18 @@ void GoodsSlipScreen::clearForNext(const QString &message)
 void GoodsSlipScreen::enter(SlipState state)
 {
     m_state = state;
-    for (const ControlLife &life : controlLives) {
-        if (auto *control = findChild<QWidget *>(QString::fromUtf16(life.control)))
-            control->setEnabled(isUsable(life, state));
-    }
+    for (const auto &[control, life] : m_lives)
+        control->setEnabled(isUsable(*life, state));
 }
 
 bool GoodsSlipScreen::mayClose()
 {
     // A slip left open has lines but not the tax on them.
-    if (m_state != SlipState::LinesPresent || m_taxFlag->text() != u"OFF"_s ||
+    if (m_state != SlipState::LinesPresent || !taxIsAdded(taxClass(), inclusive()) ||
         !ui::prompts::ask(
             this, u"表示中の伝票はまだ閉じていません。次の伝票（消費税の計上）を行ってから終了しますか。"_s))
         return true;
-    return closeSlip();
+    return bool(closeSlip());
 }
 
 } // namespace slips

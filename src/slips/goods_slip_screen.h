@@ -90,9 +90,11 @@ private:
     void showTotals();
     void showTax();
 
-    bool closeSlip();
+    db::Result<ClosedSlip> closeSlip();
     void next();
     void cancelSlip();
+    void tellOfSlip(const db::Error &error);
+    void leaveSlip(const QString &message);
     void clearForNext(const QString &message);
     void enter(SlipState state);
 
@@ -118,9 +120,11 @@ private:
     QLineEdit *m_memo = nullptr;
     QCheckBox *m_inclusive = nullptr;
     QLabel *m_message = nullptr;
+    std::vector<QLineEdit *> m_fields; // as the description lists them
     ui::Grid *m_foundGrid = nullptr;
     ui::Grid *m_lineGrid = nullptr;
     ui::Grid *m_previousGrid = nullptr;
+    std::vector<std::pair<QWidget *, const ControlLife *>> m_lives;
 };
 
 } // namespace slips

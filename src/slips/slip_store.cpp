@@ -63,6 +63,16 @@ db::Status insertLine(db::Connection &connection, const QString &columns, const 
     return {};
 }
 
+// 0 for a slip that has its tax line already.
+db::Result<double> taxStillDue(db::Connection &connection, qint64 id, double total, double taxRate)
+{
+    const auto taxed = connection.keys(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = ? AND 商品名 = ?"_s,
+                                       {id, QString::fromUtf16(taxLineName)});
+    if (!taxed)
+        return taxed.error();
+    return taxed->front() > 0 ? 0.0 : exclusiveTax(total, taxRate);
+}
+
 } // namespace
 
 db::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip)
@@ -100,13 +110,28 @@ db::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line)
                       id);
 }
 
+db::Result<bool> slipExists(db::Connection &connection, qint64 id)
+{
+    const auto headers = connection.keys(u"SELECT ID FROM 入出庫マスター WHERE ID = ?"_s, {id});
+    if (!headers)
+        return headers.error();
+    return !headers->empty();
+}
+
 db::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
 {
     const auto removed = connection.execute(
         u"DELETE FROM 入出庫サブ WHERE rowid = (SELECT max(rowid) FROM 入出庫サブ WHERE ID = ?)"_s, {id});
     if (!removed)
         return removed.error();
-    return *removed > 0;
+    if (*removed > 0)
+        return true;
+    const auto there = slipExists(connection, id);
+    if (!there)
+        return there.error();
+    if (!*there)
+        return db::Error{u"この伝票はほかのプログラムで削除されたため、明細を取り消せませんでした。"_s};
+    return false;
 }
 
 db::Result<double> slipTotal(db::Connection &connection, qint64 id)
@@ -117,34 +142,35 @@ db::Result<double> slipTotal(db::Connection &connection, qint64 id)
     return sum->rows.front().front().toDouble();
 }
 
-db::Result<double> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
-                             bool inclusive)
+db::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
+                                 bool inclusive)
 {
-    if (!taxIsAdded(taxClass, inclusive))
-        return 0.0;
     db::Transaction transaction(connection);
     if (const db::Status begun = transaction.begin(); !begun)
         return begun.error();
 
-    const auto taxed = connection.keys(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = ? AND 商品名 = ?"_s,
-                                       {id, QString::fromUtf16(taxLineName)});
-    if (!taxed)
-        return taxed.error();
+    const auto there = slipExists(connection, id);
+    if (!there)
+        return there.error();
+    if (!*there)
+        return db::Error{u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s};
     const auto total = slipTotal(connection, id);
     if (!total)
         return total.error();
-    const auto tax = exclusiveTax(*total, taxRate);
+    if (!taxIsAdded(taxClass, inclusive))
+        return ClosedSlip{*total, 0};
+    const auto tax = taxStillDue(connection, id, *total, taxRate);
     if (!tax)
         return tax.error();
-    if (taxed->front() > 0 || *tax == 0)
-        return 0.0;
+    if (*tax == 0)
+        return ClosedSlip{*total, 0};
     if (const db::Status added =
             insertLine(connection, u"商品名, 金額"_s, {QString::fromUtf16(taxLineName), *tax}, id);
         !added)
         return added.error();
     if (const db::Status done = transaction.commit(); !done)
         return done.error();
-    return *tax;
+    return ClosedSlip{*total, *tax};
 }
 
 db::Status deleteSlip(db::Connection &connection, qint64 id)
@@ -165,7 +191,8 @@ db::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &k
         u"SELECT 入出庫マスター.相手先ID, 入出庫マスター.日付, 入出庫マスター.伝票番号, 入出庫サブ.商品名, "
         "入出庫サブ.規格, 入出庫サブ.数量 , 入出庫サブ.単位, 入出庫サブ.単価, 入出庫サブ.金額 "
         "From 入出庫サブ, 入出庫マスター Where 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? "
-        "And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC"_s,
+        "And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC, "
+        "入出庫マスター.ID DESC, 入出庫サブ.rowid"_s,
         {patternOf(kind), counterpart});
 }
 

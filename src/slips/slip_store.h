@@ -52,21 +52,32 @@ struct GoodsLine
 /// Appends \a line to the slip \a id, which must still be there.
 db::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line);
 
-/// Deletes the line entered last. \return whether there was one
+/// Whether the slip is still there: another program may have deleted it.
+db::Result<bool> slipExists(db::Connection &connection, qint64 id);
+
+/// Deletes the line entered last. \return whether there was one. Fails when the slip is no longer there.
 db::Result<bool> removeLastLine(db::Connection &connection, qint64 id);
 
 /// Σ 金額 of the slip's lines, 0 without lines.
 db::Result<double> slipTotal(db::Connection &connection, qint64 id);
 
+/// What a slip came to.
+struct ClosedSlip
+{
+    double total = 0; // yen, before the tax line that closing appends
+    double tax = 0;   // yen of that line, 0 without one
+};
+
 /// Appends the tax line at \a taxRate percent when tax is added to such a slip (see taxIsAdded), it is not 0
-/// and the slip has no tax line yet. \return the tax appended, 0 when none was
-db::Result<double> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
-                             bool inclusive);
+/// and the slip has no tax line yet. Fails when the slip is no longer there.
+db::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
+                                 bool inclusive);
 
 /// Deletes the slip, lines and header.
 db::Status deleteSlip(db::Connection &connection, qint64 id);
 
-/// The goods lines of the counterpart's earlier slips of \a kind, newest first.
+/// The goods lines of the counterpart's earlier slips of \a kind, the newest slip first, its lines in
+/// the order of entry.
 db::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &kind, qint64 counterpart);
 
 /// What \a counterpart owes us (a customer) or we owe it (a supplier), yen, over all its slips.

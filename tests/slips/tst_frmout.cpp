@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QInputMethodEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -138,6 +139,9 @@ private slots:
     void cancellingDeletesTheSlip();
     void printingShowsTheNote();
     void previousLinesAreShown();
+    void slipDeletedElsewhereIsLeft_data();
+    void slipDeletedElsewhereIsLeft();
+    void linesOfOthersCount();
     void closingAsksForTheTaxLine_data();
     void closingAsksForTheTaxLine();
     void refusedWritesLeaveTheScreenAsItWas();
@@ -501,25 +505,75 @@ void TestFrmOut::previousLinesAreShown()
     QCOMPARE(previous->rowCount(), 1); // without the tax line
 }
 
+void TestFrmOut::slipDeletedElsewhereIsLeft_data()
+{
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<QString>("refusal");
+    const QString deleted = u"この伝票はほかのプログラムで削除されたため、"_s;
+    QTest::newRow("next line") << QByteArray("cmdSubAdd") << deleted + u"明細を保存できませんでした。"_s;
+    QTest::newRow("line taken back") << QByteArray("cmdSubCancel")
+                                     << deleted + u"明細を取り消せませんでした。"_s;
+    QTest::newRow("closing") << QByteArray("cmdNext") << deleted + u"閉じることができませんでした。"_s;
+}
+
+void TestFrmOut::slipDeletedElsewhereIsLeft()
+{
+    QFETCH(QByteArray, button);
+    QFETCH(QString, refusal);
+    Desk desk;
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.shop.run(u"DELETE FROM 入出庫サブ"_s);
+    desk.shop.run(u"DELETE FROM 入出庫マスター"_s);
+    desk.get<QComboBox>("dbcShohin")->setEditText(u"ふじりんご"_s);
+    desk.box("txtCnt")->setText(u"1"_s);
+    desk.box("txtTanka")->setText(u"1000"_s);
+    ui::prompts::expectInform(refusal);
+    desk.press(button.constData());
+    QCOMPARE(desk.lines(), QStringList());
+    QCOMPARE(desk.usable(), headerOnly);
+    QVERIFY(desk.hasFocus("txtKey1"));
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    QCOMPARE(desk.lines().size(), 1);
+}
+
+void TestFrmOut::linesOfOthersCount()
+{
+    Desk desk;
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (1, 'みかん', 500)"_s);
+    desk.press("cmdNext");
+    QCOMPARE(desk.lines().last(), u"1|消費税|-|-|75"_s);
+    QCOMPARE(desk.get<QLabel>("lblMessage")->text(),
+             u"伝票 O1 を保存しました。　合計 1,500 円　消費税 75 円"_s);
+}
+
 void TestFrmOut::closingAsksForTheTaxLine_data()
 {
+    QTest::addColumn<int>("taxClass");
     QTest::addColumn<bool>("withLine");
     QTest::addColumn<bool>("yes");
     QTest::addColumn<int>("lines");
-    QTest::newRow("nothing entered: no question") << false << false << 0;
-    QTest::newRow("tax added") << true << true << 2;
-    QTest::newRow("left as it is") << true << false << 1;
+    QTest::newRow("nothing entered: no question") << 0 << false << false << 0;
+    QTest::newRow("tax added") << 0 << true << true << 2;
+    QTest::newRow("left as it is") << 0 << true << false << 1;
+    QTest::newRow("taxed on the bill: no question") << 1 << true << false << 1;
+    QTest::newRow("tax included: no question") << 2 << true << false << 1;
 }
 
 void TestFrmOut::closingAsksForTheTaxLine()
 {
+    QFETCH(int, taxClass);
     QFETCH(bool, withLine);
     QFETCH(bool, yes);
     QFETCH(int, lines);
     Desk desk;
-    desk.open(0);
-    if (withLine) {
+    desk.open(taxClass);
+    if (withLine)
         desk.line(u"1"_s, u"1000"_s);
+    if (withLine && taxClass == 0) {
         ui::prompts::expectAsk(
             u"表示中の伝票はまだ閉じていません。次の伝票（消費税の計上）を行ってから終了しますか。"_s, yes);
     }

@@ -19,11 +19,12 @@ private slots:
     void automaticNumbers();
     void manualNumbers_data();
     void manualNumbers();
+    void twoProgramsNeverShareANumber();
     void headerStampsTheCustomerInOneAction();
     void incompleteHeadersAreRefused_data();
     void incompleteHeadersAreRefused();
     void linesKeepTheirOrder();
-    void lineWithoutHeaderIsRefused();
+    void deletedSlipIsRefused();
     void closingAddsTheTaxOnce_data();
     void closingAddsTheTaxOnce();
     void deletingLeavesNoLines();
@@ -119,7 +120,13 @@ void TestSlipStore::manualNumbers_data()
     QTest::newRow("lower case") << u"i1"_s << wrong;
     QTest::newRow("blank before") << u" I1"_s << wrong;
     QTest::newRow("empty") << QString() << wrong;
-    QTest::newRow("taken") << u"I7"_s << u"伝票番号が重複しています。"_s;
+    const QString taken = u"伝票番号が重複しています。"_s;
+    QTest::newRow("taken") << u"I7"_s << taken;
+    QTest::newRow("taken, other width") << u"I７"_s << taken;
+    QTest::newRow("taken, other case") << u"I-A1%"_s << taken;
+    QTest::newRow("not a pattern") << u"I%"_s << QString();
+    QTest::newRow("nor a joker") << u"I_"_s << QString();
+    QTest::newRow("quote") << u"I'1"_s << QString();
 }
 
 void TestSlipStore::manualNumbers()
@@ -127,7 +134,7 @@ void TestSlipStore::manualNumbers()
     QFETCH(QString, number);
     QFETCH(QString, refusal);
     FreshShop shop;
-    shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (7, 'I7')"_s);
+    shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (7, 'I7'), (8, 'I-a1%')"_s);
     const db::Status checked = slips::checkManualNumber(shop.connection, number, u'I');
     QCOMPARE(checked ? QString() : checked.error().text, refusal);
 
@@ -138,7 +145,26 @@ void TestSlipStore::manualNumbers()
     QCOMPARE(header ? QString() : header.error().text, refusal);
     if (header)
         QCOMPARE(header->number, number);
-    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), refusal.isEmpty() ? 2 : 1);
+    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), refusal.isEmpty() ? 3 : 2);
+}
+
+void TestSlipStore::twoProgramsNeverShareANumber()
+{
+    FreshShop shop;
+    db::Connection other;
+    QVERIFY(other.open(shop.connection.fileName()));
+    for (int turn = 0; turn < 5; ++turn) {
+        for (db::Connection *program : {&shop.connection, &other}) {
+            const auto header = slips::saveHeader(*program, saleTo(1));
+            QVERIFY(header);
+            QVERIFY(slips::addLine(*program, header->id, {header->number, {}, 1, {}, 100, 100}));
+        }
+    }
+    QCOMPARE(shop.rows(u"SELECT COUNT(DISTINCT ID), COUNT(DISTINCT 伝票番号) FROM 入出庫マスター"_s),
+             QStringList{u"10|10"_s});
+    QCOMPARE(shop.rows(u"SELECT COUNT(*) FROM 入出庫サブ, 入出庫マスター WHERE 入出庫サブ.ID = "
+                       "入出庫マスター.ID AND 商品名 = 伝票番号"_s),
+             QStringList{u"10"_s});
 }
 
 void TestSlipStore::headerStampsTheCustomerInOneAction()
@@ -215,10 +241,13 @@ void TestSlipStore::linesKeepTheirOrder()
     QCOMPARE(*slips::slipTotal(shop.connection, first), 700.0);
 }
 
-void TestSlipStore::lineWithoutHeaderIsRefused()
+void TestSlipStore::deletedSlipIsRefused()
 {
     FreshShop shop;
     QVERIFY(!slips::addLine(shop.connection, 1, {u"りんご"_s, {}, 1, {}, 1, 1}));
+    QVERIFY(!slips::removeLastLine(shop.connection, 1));
+    for (const TaxClass taxClass : {TaxClass::OnDelivery, TaxClass::OnBill})
+        QVERIFY2(!slips::closeSlip(shop.connection, 1, 5, taxClass, false), "nothing was saved");
     QCOMPARE(everything(shop), QStringList());
 }
 
@@ -255,7 +284,8 @@ void TestSlipStore::closingAddsTheTaxOnce()
     };
     const auto closed = slips::closeSlip(shop.connection, id, rate, taxClass, inclusive);
     QVERIFY(closed);
-    QCOMPARE(*closed, taxLines.isEmpty() ? 0.0 : taxLines.front().toDouble());
+    QCOMPARE(closed->total, amount);
+    QCOMPARE(closed->tax, taxLines.isEmpty() ? 0.0 : taxLines.front().toDouble());
     QCOMPARE(taxRows(), taxLines);
     QVERIFY(slips::closeSlip(shop.connection, id, rate, taxClass, inclusive));
     QCOMPARE(taxRows(), taxLines);
@@ -279,15 +309,16 @@ void TestSlipStore::previousLinesAreTheCustomersGoodsNewestFirst()
     FreshShop shop;
     shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES "
              "(1, '2026-01-10', 'O1', 5), (2, '2026-03-10', 'O2', 5), (3, '2026-02-10', 'O3', 5), "
-             "(4, '2026-03-11', 'O4', 6), (5, '2026-03-12', 'I5', 5), (6, '2026-03-13', 'M6', 5)"_s);
+             "(4, '2026-03-11', 'O4', 6), (5, '2026-03-12', 'I5', 5), (6, '2026-03-13', 'M6', 5), "
+             "(7, '2026-02-10', 'O7', 5)"_s);
     shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (1, 'a', 1), (2, 'b', 2), (2, '消費税', 9), "
-             "(3, 'c', 3), (4, 'd', 4), (5, 'e', 5), (6, 'f', 6)"_s);
+             "(7, 'h', 7), (7, 'g', 8), (3, 'c', 3), (4, 'd', 4), (5, 'e', 5), (6, 'f', 6)"_s);
     const auto found = slips::previousLines(shop.connection, slips::sale, 5);
     QVERIFY(found);
     QStringList numbers;
     for (int row = 0; row < found->count(); ++row)
         numbers << found->value(row, u"伝票番号"_s).toString() + found->value(row, u"商品名"_s).toString();
-    QCOMPARE(numbers, QStringList({u"O2b"_s, u"O3c"_s, u"O1a"_s}));
+    QCOMPARE(numbers, QStringList({u"O2b"_s, u"O7h"_s, u"O7g"_s, u"O3c"_s, u"O1a"_s}));
 }
 
 void TestSlipStore::balancesFollowTheKinds()
