@@ -5,7 +5,6 @@
 #include "app/workspace.h"
 #include "db/backup.h"
 #include "db/connection.h"
-#include "db/flush.h"
 #include "db/schema.h"
 
 #include <QDir>
@@ -69,10 +68,7 @@ db::Status makeFromInitialFile(const QString &target, const QString &application
     QFile::remove(complete);
     if (const db::Status copied = db::copyFile(initialFileIn(applicationFolder), complete); !copied)
         return copied;
-    // A journal left by the old file would be played back into the new one.
-    for (const char16_t *suffix : {u"-journal", u"-wal", u"-shm"})
-        QFile::remove(target + QString::fromUtf16(suffix));
-    const db::Status replaced = db::replaceFile(complete, target);
+    const db::Status replaced = db::replaceDatabase(complete, target);
     if (!replaced)
         QFile::remove(complete);
     return replaced;

@@ -53,7 +53,7 @@ Status finish(Status written, const QString &temporary, const QString &target)
     if (written)
         written = flushFile(temporary);
     if (written)
-        written = replaceFile(temporary, target);
+        written = replaceDatabase(temporary, target);
     if (!written)
         QFile::remove(temporary);
     return written;
@@ -66,6 +66,13 @@ Status copyDatabase(Connection &connection, const QString &target)
     const QString temporary = temporaryNameFor(target);
     QFile::remove(temporary);
     return finish(writeCopy(connection.handle(), temporary), temporary, target);
+}
+
+Status replaceDatabase(const QString &from, const QString &target)
+{
+    for (const QString &suffix : {u"-journal"_s, u"-wal"_s, u"-shm"_s})
+        QFile::remove(target + suffix);
+    return replaceFile(from, target);
 }
 
 Status copyFile(const QString &source, const QString &target)

@@ -12,6 +12,10 @@ class Connection;
 /// lost only when the new one is complete.
 Status copyDatabase(Connection &connection, const QString &target);
 
+/// Puts the closed and complete database file \a from in the place of \a target. A journal that a program
+/// left beside the old file when it broke off goes with it: it would be played back into the new one.
+Status replaceDatabase(const QString &from, const QString &target);
+
 /// Copies the closed file \a source to \a target in the same way; fails when \a target exists.
 Status copyFile(const QString &source, const QString &target);
 

@@ -94,12 +94,14 @@ private slots:
     void damagedFilesNeverCrash();
     void readOnlyFileIsRefused();
     void lockedFileIsRefused();
+    void writeAheadLogIsGivenUp();
     void foldedLike();
     void boundTextIsNeverSql();
     void keysAndGaps();
     void twoProgramsNeverTakeTheSameKey();
     void transactionRollsBack();
     void innerTransactionBelongsToTheOuter();
+    void refusedCommitRollsBack();
     void fullDiskLosesNothing();
     void backupReplacesOnlyWhenComplete();
 };
@@ -218,6 +220,25 @@ void TestConnection::lockedFileIsRefused()
     QVERIFY(shop.connection.open(shop.path(u"shop.cdb"_s)));
 }
 
+// The data is always the one file, also when another program had it otherwise.
+void TestConnection::writeAheadLogIsGivenUp()
+{
+    FreshShop shop;
+    const QString fileName = shop.path(u"shop.cdb"_s);
+    shop.connection.close();
+    {
+        OtherProgram other(fileName);
+        QCOMPARE(other.run("PRAGMA journal_mode = WAL; INSERT INTO 単位 VALUES (1, '個')"), SQLITE_OK);
+        const db::Status opened = shop.connection.open(fileName);
+        QVERIFY(!opened);
+        QVERIFY2(opened.error().text.contains(u"使用中"_s), qPrintable(opened.error().text));
+    }
+    QVERIFY(shop.connection.open(fileName));
+    QCOMPARE(shop.value(u"SELECT 単位 FROM 単位"_s).toString(), u"個"_s);
+    QVERIFY(!QFile::exists(fileName + u"-wal"_s));
+    QCOMPARE(shop.value(u"PRAGMA journal_mode"_s).toString(), u"delete"_s);
+}
+
 void TestConnection::foldedLike()
 {
     FreshShop shop;
@@ -313,6 +334,26 @@ void TestConnection::innerTransactionBelongsToTheOuter()
     QCOMPARE(shop.value(u"SELECT count(*) FROM 単位"_s).toInt(), 0);
 }
 
+// Another program that reads holds the write back at its very end.
+void TestConnection::refusedCommitRollsBack()
+{
+    FreshShop shop;
+    QVERIFY(shop.connection.select(u"PRAGMA busy_timeout = 20"_s));
+    OtherProgram other(shop.path(u"shop.cdb"_s));
+    QCOMPARE(other.run("BEGIN; SELECT count(*) FROM 単位"), SQLITE_OK);
+    {
+        db::Transaction transaction(shop.connection);
+        QVERIFY(transaction.begin());
+        shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+        const db::Status done = transaction.commit();
+        QVERIFY(!done);
+        QVERIFY2(done.error().text.contains(u"使用中"_s), qPrintable(done.error().text));
+    }
+    QVERIFY(!shop.connection.inTransaction());
+    QCOMPARE(other.run("COMMIT"), SQLITE_OK);
+    QCOMPARE(shop.value(u"SELECT count(*) FROM 単位"_s).toInt(), 0);
+}
+
 // SQLite's own page limit gives the same error as a full disk.
 void TestConnection::fullDiskLosesNothing()
 {
@@ -349,6 +390,11 @@ void TestConnection::backupReplacesOnlyWhenComplete()
         QVERIFY(copy.open(backup));
         QCOMPARE(copy.select(u"SELECT 単位 FROM 単位"_s)->count(), 2);
     }
+    // Left by a program that broke off in an older backup; played back, it would damage the new one.
+    write(backup + u"-journal"_s, "old journal");
+    QVERIFY(db::copyDatabase(shop.connection, backup));
+    QVERIFY(!QFile::exists(backup + u"-journal"_s));
+
     const QByteArray before = contentsOf(backup);
     // A folder where the temporary file would stand: the copy cannot be written.
     QVERIFY(QDir().mkpath(backup + u".tmp/x"_s));
