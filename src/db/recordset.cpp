@@ -63,23 +63,29 @@ Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const 
 Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
                         const QString &key)
 {
+    const QString selectList = statement.mid(7, statement.indexOf(" FROM "_L1) - 7).trimmed();
+    const QString table = afterFrom(statement).section(u' ', 0, 0);
+    const auto columns = readColumns(selectList, table);
+    if (!columns)
+        return columns.error();
     beginResetModel();
     m_statement = statement;
     m_values = values;
     m_key = key;
-    m_selectList = statement.mid(7, statement.indexOf(" FROM "_L1) - 7).trimmed();
-    m_table = afterFrom(statement).section(u' ', 0, 0);
-    const Status columns = readColumns(m_selectList, m_table);
-    m_keys = columns ? std::move(keys) : std::vector<qint64>();
+    m_selectList = selectList;
+    m_table = table;
+    m_columns = columns->names;
+    m_types = columns->types;
+    m_keys = std::move(keys);
     m_blocks.clear();
     m_edits.clear();
     m_current = m_keys.empty() ? -1 : 0;
     endResetModel();
     emit currentRowChanged(m_current);
-    return columns;
+    return {};
 }
 
-Status Recordset::readColumns(const QString &select, const QString &table)
+Result<Recordset::Columns> Recordset::readColumns(const QString &select, const QString &table)
 {
     const auto rows = m_connection.select(u"SELECT "_s + select + u" FROM "_s + table + u" LIMIT 0"_s);
     const auto declared = m_connection.select(u"SELECT name, type FROM pragma_table_info(?)"_s, {table});
@@ -87,17 +93,16 @@ Status Recordset::readColumns(const QString &select, const QString &table)
         return rows.error();
     if (!declared)
         return declared.error();
-    m_columns = rows->columns;
-    m_types.clear();
-    for (const QString &column : std::as_const(m_columns)) {
+    Columns columns{rows->columns, {}};
+    for (const QString &column : rows->columns) {
         QString type;
         for (int i = 0; i < declared->count(); ++i) {
             if (declared->value(i, u"name"_s) == column)
                 type = declared->value(i, u"type"_s).toString();
         }
-        m_types << typeOf(type);
+        columns.types << typeOf(type);
     }
-    return {};
+    return columns;
 }
 
 void Recordset::close()

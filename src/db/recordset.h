@@ -110,11 +110,17 @@ signals:
 private:
     using Block = std::vector<QVariantList>;
 
+    struct Columns
+    {
+        QStringList names;
+        QList<QMetaType::Type> types;
+    };
+
     Result<std::vector<qint64>> readKeys(const QString &statement, const QVariantList &values,
                                          const QString &key);
     Status adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
                  const QString &key);
-    Status readColumns(const QString &select, const QString &table);
+    Result<Columns> readColumns(const QString &select, const QString &table);
     [[nodiscard]] QVariant stored(int row, int column) const;
     [[nodiscard]] const Block &block(int number) const;
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;

@@ -192,6 +192,7 @@ void TestRecordset::failedOpenKeepsWhatWasShown()
     db::Recordset rows(shop.connection);
     QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
     QVERIFY(!rows.open(u"SELECT * FROM 無い表"_s, {}, u"ID"_s));
+    QVERIFY(!rows.open(u"SELECT 無い項目 FROM 社員"_s, {}, u"社員ID"_s));
     QCOMPARE(rows.count(), 3);
     QCOMPARE(rows.text(u"社員名"_s), u"社員1"_s);
 }
