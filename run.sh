@@ -1,5 +1,6 @@
 #!/bin/bash
 # Installs what is missing, builds, and starts the program; without a display it runs the tour.
+called_from=$PWD
 . "$(dirname "$0")/cmake/setup.sh"
 
 install_packages
@@ -13,5 +14,6 @@ if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
 else
     build release build kanbalore
     data=${XDG_DATA_HOME:-${HOME:?}/.local/share}/Kanbalore
-    exec build/bin/kanbalore --application-folder "$data" "$@"
+    cd "$called_from" # where a file name in the arguments counts from
+    exec "$root/build/bin/kanbalore" --application-folder "$data" "$@"
 fi
