@@ -23,13 +23,11 @@ namespace
 
 const QString fileFilters = u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s;
 
-// Where people keep their files, with a name that says what it is.
-QString proposal()
+// Where people keep their files; the name is theirs to give.
+QString proposedFolder()
 {
-    QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (!QFileInfo(folder).isDir())
-        folder = QDir::homePath();
-    return joinPath(folder, u"お店.cdb"_s);
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
 } // namespace
@@ -43,6 +41,14 @@ DatabaseSession::DatabaseSession(Workspace &workspace, QWidget &window)
 bool DatabaseSession::isOpen() const { return m_workspace.connection.isOpen(); }
 
 bool DatabaseSession::isInitial() const { return isInitialFile(m_fileName, m_workspace.applicationFolder()); }
+
+QString DatabaseSession::reason() const
+{
+    if (isOpen() && isInitial())
+        return u"初期設定用のファイルでは作業できません。"
+               "「ファイル」「新規作成」でデータベースを作成してください。"_s;
+    return m_reason;
+}
 
 void DatabaseSession::start(const QString &fileName)
 {
@@ -83,7 +89,7 @@ void DatabaseSession::switchTo(const QString &fileName)
 void DatabaseSession::createNew()
 {
     const QString chosen =
-        ui::file_dialogs::saveFile(&m_window, u"新しいファイル名"_s, fileFilters, u"cdb"_s, proposal());
+        ui::file_dialogs::saveFile(&m_window, u"新しいファイル名"_s, fileFilters, u"cdb"_s, proposedFolder());
     if (chosen.isEmpty())
         return;
     const QString folder = m_workspace.applicationFolder();

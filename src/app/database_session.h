@@ -25,9 +25,11 @@ public:
     /// The current file, also when it could not be opened.
     [[nodiscard]] QString fileName() const { return m_fileName; }
     [[nodiscard]] bool isOpen() const;
-    /// Why the current file could not be opened; empty when it is open.
-    [[nodiscard]] QString reason() const { return m_reason; }
     [[nodiscard]] bool isInitial() const;
+    /// Whether there is a file to work in: it is open, and not the initial one.
+    [[nodiscard]] bool isUsable() const { return isOpen() && !isInitial(); }
+    /// Why the current file cannot be worked in; empty when it can.
+    [[nodiscard]] QString reason() const;
 
     void createNew();
     void openOther();
@@ -53,7 +55,7 @@ private:
     Workspace &m_workspace;
     QWidget &m_window;
     QString m_fileName;
-    QString m_reason;
+    QString m_reason; // why it could not be opened
 };
 
 } // namespace app

@@ -53,13 +53,18 @@ void frmAMain::load(const QString &commandLine)
     showPrinters();
     loadPostalIndex();
     m_session.start(databaseToOpen(m_workspace.settings, commandLine, m_workspace.applicationFolder()));
-    reloadEmployees(m_workspace.settings.integer(keys::employee));
-    loadPicture();
+    if (m_session.isOpen()) {
+        reloadEmployees(m_workspace.settings.integer(keys::employee));
+        loadPicture();
+    }
     m_loaded = true;
 }
 
 bool frmAMain::event(QEvent *event)
 {
+    // The menu items have no status tips; an empty one would wipe the file name off the status bar.
+    if (event->type() == QEvent::StatusTip)
+        return true;
     const bool done = QMainWindow::event(event);
     if (event->type() == QEvent::WindowDeactivate) {
         const QWidget *modal = QApplication::activeModalWidget();
@@ -105,7 +110,7 @@ void frmAMain::run(const Command &command)
 
 bool frmAMain::isPossible(const Command &command) const
 {
-    if (needsDatabase(command.action) && !m_session.isOpen())
+    if (needsDatabase(command.action) && !m_session.isUsable())
         return false;
     if (builtinFor(command.action))
         return true;
@@ -210,8 +215,7 @@ void frmAMain::databaseChanged()
 void frmAMain::databaseClosed()
 {
     m_ui->dbcShain->clear();
-    m_workspace.panel.companyName1.clear();
-    m_workspace.panel.companyName2.clear();
+    showCompany({});
 }
 
 void frmAMain::reloadEmployees(qint64 chosen)
@@ -245,12 +249,16 @@ void frmAMain::reloadCompany()
     const auto company = masters::ownCompany(m_workspace.connection);
     if (!tell(company ? db::Status() : db::Status(company.error())))
         return;
-    const masters::OwnCompany names = company->value_or(masters::OwnCompany());
+    showCompany(company->value_or(masters::OwnCompany()));
+    showFile();
+}
+
+void frmAMain::showCompany(const masters::OwnCompany &names)
+{
     m_workspace.panel.companyName1 = names.name1;
     m_workspace.panel.companyName2 = names.name2;
     m_ui->txtName1->setText(names.name1);
     m_ui->txtName2->setText(names.name2);
-    showFile();
 }
 
 void frmAMain::showSupplier()

@@ -4,6 +4,7 @@
 #include "app/database_session.h"
 #include "app/screens.h"
 #include "db/result.h"
+#include "masters/own_company.h"
 #include "registers/postal_index.h"
 
 #include <QMainWindow>
@@ -67,6 +68,7 @@ private:
     void databaseClosed();
     void reloadEmployees(qint64 chosen);
     void reloadCompany();
+    void showCompany(const masters::OwnCompany &names);
     void employeeSelected();
     void showSupplier();
 
@@ -82,6 +84,7 @@ private:
     void showPrinters();
     void showFile();
     void choosePicture();
+    void keepPicture(const QString &fileName);
     void resetPicture();
     void chooseCalendarColour();
     void toggleCalendar();
@@ -103,6 +106,7 @@ private:
     PanelControls *m_controls;
     registers::PostalIndex m_postalIndex;
     QString m_pictureFile;
+    QString m_pictureProblem; // a sentence for the status bar
     QString m_slipFont;
     QColor m_calendarColour;
     bool m_loaded = false;

@@ -143,8 +143,8 @@ void frmAMain::loadPicture()
 {
     if (m_pictureFile.isEmpty())
         return;
-    if (const QString problem = m_ui->Picture1->load(m_pictureFile); !problem.isEmpty())
-        warn(problem);
+    m_pictureProblem = m_ui->Picture1->load(m_pictureFile);
+    showFile();
 }
 
 void frmAMain::saveSettings()
@@ -190,7 +190,9 @@ void frmAMain::showFile()
     const QString file = m_session.fileName();
     m_ui->lblFile->setText(QFileInfo(file).fileName());
     m_ui->lblFile->setToolTip(file);
-    warn(m_session.isOpen() ? file : file + u"　"_s + m_session.reason());
+    QStringList status = {file, m_session.reason(), m_pictureProblem};
+    status.removeAll(QString());
+    warn(status.join(u'　'));
 }
 
 void frmAMain::choosePicture()
@@ -201,12 +203,19 @@ void frmAMain::choosePicture()
     if (const QString problem = m_ui->Picture1->load(chosen); !problem.isEmpty())
         ui::prompts::inform(this, problem);
     else
-        m_pictureFile = chosen;
+        keepPicture(chosen);
+}
+
+void frmAMain::keepPicture(const QString &fileName)
+{
+    m_pictureFile = fileName;
+    m_pictureProblem.clear();
+    showFile();
 }
 
 void frmAMain::resetPicture()
 {
-    m_pictureFile.clear();
+    keepPicture({});
     ui::prompts::inform(this, u"設定を有効にするには、ｱﾌﾟﾘｹｰｼｮﾝを終了してください。"_s, u"入力事項の確認"_s);
 }
 

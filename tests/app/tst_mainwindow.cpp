@@ -17,6 +17,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTest>
 
@@ -61,6 +62,7 @@ private slots:
     void noticeNeedsItsCarrier();
     void calendarAndPicture();
 
+    void statusBarKeepsTheFile();
     void handOver();
     void companionsThatAreMissing();
 
@@ -470,6 +472,20 @@ void TestMainWindow::calendarAndPicture()
     stage.find<QAction>("mnuPSave")->trigger();
     QVERIFY(stage.window->close());
     QCOMPARE(stage.shop.settings.text(keys::pictureFile), QString());
+}
+
+// The file name stands in the status bar, whatever the pointer passes over.
+void TestMainWindow::statusBarKeepsTheFile()
+{
+    Stage stage;
+    const auto *bar = stage.find<QStatusBar>("StatusBar1");
+    QVERIFY(bar->currentMessage().contains(u"shop.cdb"_s));
+    stage.window->show();
+    QMenuBar *menus = stage.window->menuBar();
+    menus->setActiveAction(stage.find<QMenu>("mnuFileOpen")->menuAction());
+    QTest::keyClick(stage.find<QMenu>("mnuFileOpen"), Qt::Key_Down);
+    QTest::keyClick(stage.find<QMenu>("mnuFileOpen"), Qt::Key_Escape);
+    QVERIFY(bar->currentMessage().contains(u"shop.cdb"_s));
 }
 
 void TestMainWindow::handOver()

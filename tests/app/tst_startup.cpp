@@ -332,10 +332,14 @@ void TestStartup::initialFileLeadsToANewOne()
     QTest::qWait(50);
     QCOMPARE(ui::prompts::takeUnexpected(), QString());
     QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
+    // Meanwhile nothing can be entered into it.
+    QAction *units = window.findChild<QAction *>(u"mnuTani"_s);
+    QVERIFY(!units->isEnabled());
 
     ui::prompts::expectInform(initialFileChosen);
     ui::file_dialogs::expectFile(shop.path(u"new.cdb"_s));
     window.focusStep();
+    QVERIFY(units->isEnabled());
     QCOMPARE(shop.connection.fileName(), shop.path(u"new.cdb"_s));
     QCOMPARE(shop.settings.text(keys::mdbFileName), shop.path(u"new.cdb"_s));
     window.focusStep(); // nothing more to ask
