@@ -11,7 +11,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include <cmath>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 

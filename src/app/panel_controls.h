@@ -29,7 +29,6 @@ private:
     void bindCombos();
     void bindTaxRate();
     void bindSizes();
-    void loadCombo(const char *name);
     void carrierChanged();
     void taxRateEdited();
     void taxRateLeft();

@@ -208,6 +208,12 @@ Status Recordset::update()
 {
     if (m_current < 0 || m_edits.isEmpty())
         return {};
+    const auto shown = m_blocks.constFind(m_current / blockSize);
+    if (shown != m_blocks.constEnd() && !shown->isRead) {
+        refresh();
+        return Error{
+            u"表示中のデータを読み取れなかったため、保存できませんでした。表示を確認してから、もう一度実行してください。"_s};
+    }
     QStringList assignments;
     QVariantList values;
     for (auto edit = m_edits.cbegin(); edit != m_edits.cend(); ++edit) {
@@ -334,8 +340,8 @@ void Recordset::rowChanged(int row) { emit dataChanged(index(row, 0), index(row,
 
 QVariant Recordset::stored(int row, int column) const
 {
-    const Block &rows = block(row / blockSize);
-    const QVariantList &values = rows[static_cast<std::size_t>(row % blockSize)];
+    const Block &kept = block(row / blockSize);
+    const QVariantList &values = kept.rows[static_cast<std::size_t>(row % blockSize)];
     return column < values.size() ? values.at(column) : QVariant();
 }
 
@@ -354,16 +360,17 @@ const Recordset::Block &Recordset::block(int number) const
         keys << keyAt(first + i);
         places.insert(keyAt(first + i), i);
     }
-    Block rows(static_cast<std::size_t>(size));
+    Block fresh{std::vector<QVariantList>(static_cast<std::size_t>(size))};
     const auto read =
         m_connection.select(u"SELECT "_s + m_key + u", "_s + m_selectList + u" FROM "_s + m_table +
                                 u" WHERE "_s + m_key + u" IN ("_s + placeholders(size) + u")"_s,
                             keys);
     if (read) {
+        fresh.isRead = true;
         for (const QVariantList &row : read->rows)
-            rows[static_cast<std::size_t>(places.value(row.front().toLongLong()))] = row.mid(1);
+            fresh.rows[static_cast<std::size_t>(places.value(row.front().toLongLong()))] = row.mid(1);
     }
-    return *m_blocks.insert(number, std::move(rows));
+    return *m_blocks.insert(number, std::move(fresh));
 }
 
 int Recordset::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : count(); }

@@ -38,7 +38,8 @@ public:
     /// Forgets the rows; unsaved edits are dropped.
     void close();
 
-    /// Reads the keys anew; the current row stays the current one where it is still there.
+    /// Reads the keys anew; the current row stays the current one where it is still there. Unsaved edits
+    /// are dropped.
     Status requery();
 
     [[nodiscard]] bool isOpen() const { return !m_key.isEmpty(); }
@@ -69,7 +70,8 @@ public:
     [[nodiscard]] bool isDirty() const { return !m_edits.isEmpty(); }
     [[nodiscard]] bool isEdited(const QString &column) const { return m_edits.contains(columnOf(column)); }
 
-    /// Saves the edits of the current row in one transaction. After a failure they are still there.
+    /// Saves the edits of the current row in one transaction. After a failure they are still there. Fails
+    /// for a row that could not be read, since edits may have been made out of its empty fields.
     Status update();
 
     /// Drops the edits of the current row.
@@ -108,7 +110,12 @@ signals:
     void edited();
 
 private:
-    using Block = std::vector<QVariantList>;
+    // A run of rows, kept as read. What could not be read shows as empty rows.
+    struct Block
+    {
+        std::vector<QVariantList> rows;
+        bool isRead = false;
+    };
 
     struct Columns
     {

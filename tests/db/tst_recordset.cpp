@@ -5,6 +5,8 @@
 #include <QAbstractItemModelTester>
 #include <QTest>
 
+#include <sqlite3.h>
+
 using namespace Qt::StringLiterals;
 
 class TestRecordset : public QObject
@@ -21,6 +23,7 @@ private slots:
     void linesWithoutAKeyStayInOrder();
     void numbersFromText();
     void rowsThatAnotherProgramDeleted();
+    void unreadRowsAreNotSaved();
     void failedOpenKeepsWhatWasShown();
     void manyRowsAreReadInBlocks();
 
@@ -183,6 +186,29 @@ void TestRecordset::rowsThatAnotherProgramDeleted()
     QVERIFY(!saved);
     QVERIFY2(saved.error().text.contains(u"削除された"_s), qPrintable(saved.error().text));
     QCOMPARE(rows.text(u"社員名"_s), u"新"_s);
+}
+
+// What was made out of a row that only seems empty must not get into the file.
+void TestRecordset::unreadRowsAreNotSaved()
+{
+    FreshShop shop;
+    fill(shop, 3);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
+    QVERIFY(shop.connection.select(u"PRAGMA busy_timeout = 20"_s));
+    sqlite3 *other = nullptr;
+    QCOMPARE(sqlite3_open(shop.path(u"shop.cdb"_s).toUtf8().constData(), &other), SQLITE_OK);
+    QCOMPARE(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    QCOMPARE(rows.text(u"社員名"_s), QString());
+    QCOMPARE(sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(other);
+
+    rows.setValue(u"内線番号"_s, rows.text(u"社員名"_s) + u'様');
+    QVERIFY(!rows.update());
+    QCOMPARE(rows.text(u"社員名"_s), u"社員1"_s);
+    rows.setValue(u"内線番号"_s, rows.text(u"社員名"_s) + u'様');
+    QVERIFY(rows.update());
+    QCOMPARE(shop.value(u"SELECT 内線番号 FROM 社員 WHERE 社員ID = 1"_s).toString(), u"社員1様"_s);
 }
 
 void TestRecordset::failedOpenKeepsWhatWasShown()
