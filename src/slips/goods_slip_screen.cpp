@@ -49,19 +49,6 @@ void setWidths(ui::Grid *grid, const std::vector<int> &pixels)
     }
 }
 
-// Boxes that only show stay legible while their frame is switched off.
-void keepLegible(QWidget *screen)
-{
-    const auto boxes = screen->findChildren<QLineEdit *>();
-    for (QLineEdit *box : boxes) {
-        if (!box->isReadOnly())
-            continue;
-        QPalette palette = box->palette();
-        palette.setColor(QPalette::Disabled, QPalette::Text, palette.color(QPalette::Active, QPalette::Text));
-        box->setPalette(palette);
-    }
-}
-
 } // namespace
 
 GoodsSlipScreen::GoodsSlipScreen(app::Workspace &workspace, QWidget *parent, GoodsSlipDescription description)
@@ -82,7 +69,6 @@ void GoodsSlipScreen::setUpSlip()
         m_number->setReadOnly(true);
         m_number->setFocusPolicy(Qt::NoFocus);
     }
-    keepLegible(this);
     connectControls();
     tell(m_entry->offer(workspace().connection, m_description.products));
     clearForNext({});
@@ -167,8 +153,10 @@ void GoodsSlipScreen::search()
     if (!tell(searchCounterparts(m_found, m_description.search, m_key->text())))
         return;
     if (!m_found.isEmpty()) {
-        // A single one needs no choosing.
-        m_found.count() == 1 ? m_date->setFocus() : m_foundGrid->setFocus();
+        if (m_found.count() == 1) // needs no choosing
+            m_date->setFocus();
+        else
+            m_foundGrid->setFocus();
         return;
     }
     m_key->setFocus();
@@ -225,7 +213,10 @@ void GoodsSlipScreen::saveHeader()
 
     const auto saved = slips::saveHeader(workspace().connection, slip);
     if (!saved) {
-        (slip.counterpart == 0 ? m_key : m_number)->setFocus();
+        if (slip.counterpart == 0)
+            m_key->setFocus();
+        else if (slip.manualNumber)
+            m_number->setFocus();
         ui::prompts::inform(this, saved.error().text);
         return;
     }

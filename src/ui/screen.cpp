@@ -35,12 +35,14 @@ void Screen::setUp()
     const auto buttons = findChildren<QPushButton *>();
     for (QPushButton *button : buttons)
         button->setAutoDefault(false);
-    // What only shows does not look like a box to type in.
+    // What only shows does not look like a box to type in, and stays legible in a frame that is switched off.
     const auto boxes = findChildren<QLineEdit *>();
     for (QLineEdit *box : boxes) {
         if (box->isReadOnly()) {
             QPalette colours = box->palette();
             colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+            colours.setColor(QPalette::Disabled, QPalette::Text,
+                             colours.color(QPalette::Active, QPalette::Text));
             box->setPalette(colours);
         }
     }

@@ -329,6 +329,12 @@ void TestFrmOut::headerNeedsCustomerAndEmployee()
     desk.choose(0);
     ui::prompts::expectInform(u"担当者が選択されていません。"_s);
     desk.press("cmdMasterUpdate");
+    desk.shop.workspace.panel.employeeId = 1;
+    desk.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 5"_s);
+    ui::prompts::expectInform(
+        u"選択した納品先は削除されているため、伝票を保存できませんでした。納品先を検索し直してください。"_s);
+    desk.press("cmdMasterUpdate");
+    QVERIFY2(!desk.hasFocus("txtDenNo"), "an automatic number is not what has to be corrected");
     QCOMPARE(desk.usable(), headerOnly);
     QCOMPARE(desk.headers(), 0);
 }

@@ -31,6 +31,7 @@ private slots:
     void previousLinesAreTheCustomersGoodsNewestFirst();
     void balancesFollowTheKinds();
     void failureLeavesNothingHalfWritten();
+    void fullDiskLosesOnlyTheActionInHand();
     void readSlipGivesHeaderLinesAndCounterpart();
 };
 
@@ -372,6 +373,31 @@ void TestSlipStore::failureLeavesNothingHalfWritten()
         return bool(slips::closeSlip(shop.connection, id, 5, TaxClass::OnDelivery, false));
     }));
     QVERIFY(!shop.connection.inTransaction());
+}
+
+void TestSlipStore::fullDiskLosesOnlyTheActionInHand()
+{
+    FreshShop shop;
+    const QString roomy = u"PRAGMA max_page_count = 100000"_s;
+    shop.run(u"PRAGMA max_page_count = %1"_s.arg(shop.value(u"PRAGMA page_count"_s).toInt() + 2));
+    // Slips until one finds no room for its header, lines until one finds none for itself.
+    int headers = 0;
+    while (slips::saveHeader(shop.connection, saleTo(1)))
+        ++headers;
+    QVERIFY(headers > 0);
+    QVERIFY(!shop.connection.inTransaction());
+    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), headers);
+    const slips::GoodsLine line{QString(500, u'茶'), {}, 1, {}, 100, 100};
+    int lines = 0;
+    while (slips::addLine(shop.connection, headers, line))
+        ++lines;
+    QVERIFY(!shop.connection.inTransaction());
+    QCOMPARE(*slips::slipTotal(shop.connection, headers), lines * 100.0);
+
+    shop.run(roomy);
+    QVERIFY(slips::addLine(shop.connection, headers, line));
+    QCOMPARE(slips::saveHeader(shop.connection, saleTo(1))->id, headers + 1);
+    QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
 }
 
 void TestSlipStore::readSlipGivesHeaderLinesAndCounterpart()
