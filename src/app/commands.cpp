@@ -61,6 +61,9 @@ Commands shippingCommands()
         {Action::ShippingHistory, u"mnuRireki", u"発送伝票　履歴(&C)", u"mnuInvoice", none,
          {{u"Command56", u"発送伝票　履歴", Page::Shipping, u"発送伝票", u"発送した履歴を検索して、送り状を印刷します。"}},
          {{u"Label15", u"発送伝票　履歴"}}},
+        {Action::MailOrder, u"", u"", u"", needsBoth,
+         {{u"Command2", u"通信販売", Page::MailOrder, u"通信販売"}},
+         {{u"Label14", u"通信販売業務"}}},
         {Action::ShippingCorrection, u"mnuTeisei", u"発送伝票　訂正(A)", u"mnuInvoice", none,
          {{u"Command59", u"発送伝票　訂正（再発行）", Page::Shipping, u"発送伝票", u"発送した履歴の訂正、削除、および送り状の再発行をします。"},
           {u"Command66", u"発送伝票　訂正（再発行）", Page::MailOrder, u"通信販売", u"発送した履歴の訂正、削除、および送り状の再発行をします。"}}},
@@ -77,9 +80,6 @@ Commands shippingCommands()
          {{u"Command47", u"贈答品承り票 （ご依頼主リスト）", Page::Shipping, u"贈答品承り票"}}},
         {Action::DeleteHistory, u"", u"", u"", none,
          {{u"Command26", u"発送伝票　履歴の削除", Page::Shipping, u"発送伝票"}}},
-        {Action::MailOrder, u"", u"", u"", needsBoth,
-         {{u"Command2", u"通信販売", Page::MailOrder, u"通信販売"}},
-         {{u"Label14", u"通信販売業務"}}},
     };
 }
 
