@@ -22,6 +22,7 @@ constexpr int phoneLength = 15;
 constexpr int mailLength = 50;
 
 const QString customerId = u"納品先ID"_s;
+const QString keyColumn = u"納品先名キー"_s;
 
 // Never ends in half a surrogate pair, which no database can store.
 QString firstCharacters(const QString &text, int count)
@@ -46,6 +47,12 @@ void storeForms(db::Recordset &customers)
         customers.setValue(u"メール"_s, normalisedMail(customers.text(u"メール"_s)));
     if (customers.isEdited(u"フリガナ"_s))
         customers.setValue(u"フリガナ"_s, text::normalisedReading(customers.text(u"フリガナ"_s)));
+}
+
+QString keyOf(const db::Recordset &customer)
+{
+    return customerKey(customer.text(u"納品先名1"_s), customer.text(u"納品先名2"_s),
+                       customer.text(u"コード"_s), customer.text(u"TEL1"_s), customer.text(u"フリガナ"_s));
 }
 
 } // namespace
@@ -148,19 +155,21 @@ std::optional<Refusal> customerRefusal(const db::Recordset &customers,
 db::Status saveCustomer(db::Recordset &customers, const QDate &today)
 {
     storeForms(customers);
-    const QVariant oldKey = customers.value(u"納品先名キー"_s);
+    const QVariant oldKey = customers.value(keyColumn);
     const QVariant oldDate = customers.value(u"更新日"_s);
-    customers.setValue(u"納品先名キー"_s,
-                       customerKey(customers.text(u"納品先名1"_s), customers.text(u"納品先名2"_s),
-                                   customers.text(u"コード"_s), customers.text(u"TEL1"_s),
-                                   customers.text(u"フリガナ"_s)));
+    customers.setValue(keyColumn, keyOf(customers));
     customers.setValue(u"更新日"_s, today.toString(Qt::ISODate));
     const db::Status saved = customers.update();
     if (!saved) {
-        customers.setValue(u"納品先名キー"_s, oldKey);
+        customers.setValue(keyColumn, oldKey);
         customers.setValue(u"更新日"_s, oldDate);
+        return saved;
     }
-    return saved;
+    // The saved row was read anew, where that was possible, with what another program changed in it
+    // meanwhile.
+    if (!customers.value(customerId).isNull())
+        customers.setValue(keyColumn, keyOf(customers));
+    return customers.update();
 }
 
 db::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)

@@ -190,6 +190,9 @@ private slots:
         QTest::newRow("per cent") << u"100%_ストア"_s;
         QTest::newRow("emoji") << u"花屋😀"_s;
         QTest::newRow("backslash") << u"C:\\表\\"_s;
+        QTest::newRow("combining marks") << u"か\u3099ーテ\u3099ン"_s;
+        QTest::newRow("rare characters") << u"①㈱髙﨑〜𠮷"_s;
+        QTest::newRow("150 characters") << QString(150, u'山');
     }
 
     void storesAnyText()
@@ -205,6 +208,20 @@ private slots:
         QVERIFY(registers::openCustomer(again, *id));
         QCOMPARE(again.text(u"納品先名1"_s), name);
         QVERIFY(*registers::openCustomersLike(again, name));
+    }
+
+    void theKeyFollowsAnotherProgramsChanges()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, フリガナ) VALUES (1, '山田', 'ﾔﾏﾀﾞ')"_s);
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomer(customers, 1));
+        QCOMPARE(customers.text(u"納品先名1"_s), u"山田"_s);
+        shop.run(u"UPDATE 納品先 SET 納品先名1 = '鈴木', フリガナ = 'ｽｽﾞｷ'"_s);
+        customers.setValue(u"TEL1"_s, u"03-1234-5678"_s);
+        QVERIFY(registers::saveCustomer(customers, laterDay));
+        QCOMPARE(shop.rows(u"SELECT 納品先名1, 納品先名キー FROM 納品先"_s),
+                 QStringList{u"鈴木|鈴木  03-1234-5678 ｽｽﾞｷ"_s});
     }
 
     void noticesSharedCodes_data()
