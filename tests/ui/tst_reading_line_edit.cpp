@@ -44,6 +44,17 @@ private slots:
             << u"山田太郎"_s << QStringList{u"ﾔﾏﾀﾞ"_s, u"ﾀﾛｳ"_s};
         QTest::newRow("given up") << QStringList{u"やまだ"_s, QString(), u"|山"_s} << u"山"_s
                                   << QStringList{};
+        QTest::newRow("conversion undone, shortened and done again")
+            << QStringList{u"やまだた"_s, u"山田他"_s, u"やまだた"_s, u"やまだ"_s, u"山田"_s, u"|山田"_s}
+            << u"山田"_s << QStringList{u"ﾔﾏﾀﾞ"_s};
+        QTest::newRow("two clauses chosen one after the other")
+            << QStringList{u"やまだたろう"_s, u"山田たろう"_s, u"ヤマダ太郎"_s, u"山田太郎"_s, u"|山田太郎"_s}
+            << u"山田太郎"_s << QStringList{u"ﾔﾏﾀﾞﾀﾛｳ"_s};
+        QTest::newRow("blank between the names")
+            << QStringList{u"やまだ　たろう"_s, u"山田　太郎"_s, u"|山田　太郎"_s} << u"山田　太郎"_s
+            << QStringList{u"ﾔﾏﾀﾞ ﾀﾛｳ"_s};
+        QTest::newRow("voiced u and wave dash")
+            << QStringList{u"ゔぃら〜"_s, u"ヴィラ"_s, u"|ヴィラ"_s} << u"ヴィラ"_s << QStringList{u"ｳﾞｨﾗ"_s};
         QTest::newRow("blank") << QStringList{u"|　"_s} << u"　"_s << QStringList{};
         QTest::newRow("kanji of unknown reading") << QStringList{u"|山田"_s} << u"山田"_s << QStringList{};
     }
