@@ -13,7 +13,6 @@ frmMyco::frmMyco(app::Workspace &workspace, QWidget *parent)
     form.setupUi(this);
     for (QLineEdit *box : {form.txtName1, form.txtName2, form.txtAddress1, form.txtAddress2})
         ui::WidthCheck::guard(box, ui::nameWidth);
-    ui::WidthCheck::guard(form.txtMemo, ui::noteWidth);
     start();
 }
 
