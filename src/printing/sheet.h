@@ -15,6 +15,9 @@ inline constexpr double twipsPerPoint = 20.0;
 
 constexpr double twipsFromMillimetres(double millimetres) { return millimetres * twipsPerMillimetre; }
 
+/// The height of type of so many points.
+constexpr double millimetresFromPoints(double points) { return points * 25.4 / 72; }
+
 enum class Align { Left, Centre, Right };
 
 /// One line of text. \a x is its left edge, centre or right edge; \a y the top of its em square.

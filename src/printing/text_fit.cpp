@@ -1,5 +1,6 @@
 #include "printing/text_fit.h"
 
+#include "printing/sheet.h"
 #include "text/cp932.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@ namespace printing
 namespace
 {
 
-constexpr double millimetresPerPoint = 25.4 / 72;
 constexpr double pointStep = 0.05; // one twip
 constexpr double smallestPoints = 1;
 
@@ -23,7 +23,7 @@ constexpr int leastBytes = 2; // a full-width character
 
 int bytesInLine(double width, double points)
 {
-    const double halfWidth = points / 2 * millimetresPerPoint;
+    const double halfWidth = millimetresFromPoints(points / 2);
     return std::max(leastBytes, static_cast<int>(width / halfWidth + 1e-6));
 }
 
@@ -56,7 +56,7 @@ QStringList balanced(QStringView text, double width, double points)
 
 double textWidth(QStringView text, double points)
 {
-    return text::cp932Bytes(text) * points / 2 * millimetresPerPoint;
+    return text::cp932Bytes(text) * millimetresFromPoints(points / 2);
 }
 
 double fittingPoints(QStringView text, double width, double points)
@@ -79,7 +79,7 @@ FittedText fitBlock(QStringView text, double width, double height, double points
         QStringList lines;
         for (const QStringView paragraph : text.split(u'\n'))
             lines << broken(singleLine(paragraph), bytesInLine(width, points));
-        const double needed = static_cast<double>(lines.size()) * points * leading * millimetresPerPoint;
+        const double needed = static_cast<double>(lines.size()) * millimetresFromPoints(points) * leading;
         if (needed <= height || points - 0.5 < smallestPoints)
             return {lines, points};
     }

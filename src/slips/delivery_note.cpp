@@ -10,6 +10,7 @@
 
 using namespace Qt::StringLiterals;
 using printing::Align;
+using printing::millimetresFromPoints;
 using printing::SheetWriter;
 
 namespace slips
@@ -36,8 +37,6 @@ constexpr double thick = 0.4;
 
 constexpr double smallestType = 7; // points; below this a line is broken rather than made smaller
 
-double millimetresHigh(double points) { return points * 25.4 / 72; }
-
 // Writes lines of text one under the other.
 class Column
 {
@@ -55,7 +54,7 @@ public:
             printing::fitText(printing::singleLine(text), m_width, points, std::min(points, smallestType));
         for (const QString &line : fitted.lines) {
             m_writer.text(m_x, m_y, line, fitted.points, Align::Left, m_width, bold);
-            m_y += millimetresHigh(line.isEmpty() ? 0 : fitted.points) * leading;
+            m_y += millimetresFromPoints(line.isEmpty() ? 0 : fitted.points) * leading;
         }
     }
     void skip(double millimetres) { m_y += millimetres; }
@@ -149,7 +148,7 @@ void writeMemo(SheetWriter &writer, const QString &memo)
     double y = noteFootTop + textTop;
     for (const QString &line : fitted.lines) {
         writer.text(left + padding, y, line, fitted.points, Align::Left, width - 2 * padding);
-        y += millimetresHigh(fitted.points) * 1.3;
+        y += millimetresFromPoints(fitted.points) * 1.3;
     }
 }
 
@@ -164,7 +163,7 @@ void writeTotals(SheetWriter &writer, const DeliveryNoteData &data)
     writer.box(boxLeft, noteFootTop, right - boxLeft, totalHeight, thick);
     writer.line(boxLeft + labelWidth, noteFootTop, boxLeft + labelWidth, noteFootTop + totalHeight, thin);
     const auto centred = [](double top, double height, double points) {
-        return top + (height - millimetresHigh(points)) / 2;
+        return top + (height - millimetresFromPoints(points)) / 2;
     };
     writer.text(boxLeft + labelWidth / 2, centred(noteFootTop, totalHeight, 11), u"合計金額"_s, 11,
                 Align::Centre);

@@ -7,6 +7,7 @@
 
 using namespace Qt::StringLiterals;
 using printing::Align;
+using printing::millimetresFromPoints;
 using printing::SheetWriter;
 
 namespace slips
@@ -44,8 +45,6 @@ constexpr double tableHeight = noteHeadingHeight + noteRows * noteRowHeight;
 
 // The unit stands beside its quantity under one heading.
 bool isUnit(std::size_t column) { return columns[column].heading[0] == u'\0'; }
-
-double millimetresHigh(double size) { return size * 25.4 / 72; }
 
 double room(std::size_t column) { return columns[column].width - 2 * padding; }
 
@@ -89,8 +88,9 @@ void writeCell(SheetWriter &writer, const printing::FittedText &cell, std::size_
     const double anchor = form.align == Align::Left     ? x + padding
                           : form.align == Align::Centre ? x + form.width / 2
                                                         : x + form.width - padding;
-    const double step = millimetresHigh(cell.points) * leading;
-    const double block = static_cast<double>(cell.lines.size() - 1) * step + millimetresHigh(cell.points);
+    const double step = millimetresFromPoints(cell.points) * leading;
+    const double block =
+        static_cast<double>(cell.lines.size() - 1) * step + millimetresFromPoints(cell.points);
     double top = y + (height - block) / 2;
     for (const QString &line : cell.lines) {
         writer.text(anchor, top, line, cell.points, form.align, room(column));
@@ -116,7 +116,7 @@ void writeRules(SheetWriter &writer, const std::vector<double> &between)
 void writeHeadings(SheetWriter &writer)
 {
     double x = noteLeft;
-    const double y = noteTableTop + (noteHeadingHeight - millimetresHigh(9)) / 2;
+    const double y = noteTableTop + (noteHeadingHeight - millimetresFromPoints(9)) / 2;
     for (std::size_t column = 0; column < columns.size(); ++column) {
         const ColumnForm &form = columns[column];
         const bool beforeUnit = column + 1 < columns.size() && isUnit(column + 1);

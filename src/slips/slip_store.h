@@ -65,7 +65,7 @@ db::Result<double> slipTotal(db::Connection &connection, qint64 id);
 struct ClosedSlip
 {
     double total = 0; // yen, before the tax line that closing appends
-    double tax = 0;   // yen of that line, 0 without one
+    double tax = 0;   // yen of that line, 0 when none was appended
 };
 
 /// Appends the tax line at \a taxRate percent when tax is added to such a slip (see taxIsAdded), it is not 0
