@@ -154,7 +154,7 @@ void GoodsSlipScreen::search()
         return;
     if (!m_found.isEmpty()) {
         if (m_found.count() == 1) // needs no choosing
-            m_date->setFocus();
+            goOnWithHeader();
         else
             m_foundGrid->setFocus();
         return;
@@ -168,7 +168,15 @@ void GoodsSlipScreen::editNewCounterpart()
 {
     const qint64 saved = m_counterpartEditor ? m_counterpartEditor(this) : 0;
     if (saved > 0 && tell(openCounterpart(m_found, m_description.search, saved)))
+        goOnWithHeader();
+}
+
+void GoodsSlipScreen::goOnWithHeader()
+{
+    if (m_number->isReadOnly())
         m_date->setFocus();
+    else
+        m_number->setFocus();
 }
 
 void GoodsSlipScreen::showCounterpart()

@@ -78,6 +78,7 @@ private:
 
     void search();
     void editNewCounterpart();
+    void goOnWithHeader();
     void showCounterpart();
     [[nodiscard]] qint64 counterpart() const;
     void checkNumber();

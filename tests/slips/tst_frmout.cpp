@@ -400,6 +400,7 @@ void TestFrmOut::manualNumbers()
     QVERIFY(!desk.box("txtDenNo")->isReadOnly());
     const auto save = [&](const QString &number) {
         desk.choose(0);
+        QVERIFY(desk.hasFocus("txtDenNo"));
         desk.box("txtDenNo")->setText(number);
         desk.press("cmdMasterUpdate");
     };
