@@ -46,6 +46,12 @@ int storedColour(const QColor &colour)
     return colour.red() + (colour.green() << 8) + (colour.blue() << 16);
 }
 
+QString inOneLine(QStringList parts)
+{
+    parts.removeAll(QString());
+    return parts.join(u'　');
+}
+
 // Near the main window, so that its title stays in sight.
 constexpr QPoint screensBeside(32, 48); // pixels
 
@@ -188,11 +194,11 @@ void frmAMain::showFile()
     const QString company = (panel.companyName1 + u'　' + panel.companyName2).trimmed();
     m_ui->lblCompany->setText(company.isEmpty() ? u"Kanbalore Database"_s : company);
     const QString file = m_session.fileName();
-    m_ui->lblFile->setText(QFileInfo(file).fileName());
-    m_ui->lblFile->setToolTip(file);
-    QStringList status = {file, m_session.reason(), m_pictureProblem};
-    status.removeAll(QString());
-    warn(status.join(u'　'));
+    const QString reason = m_session.reason();
+    // The reason stands here too: the warning about the date takes its place in the status bar.
+    m_ui->lblFile->setText(inOneLine({QFileInfo(file).fileName(), reason}));
+    m_ui->lblFile->setToolTip(inOneLine({file, reason}));
+    warn(inOneLine({file, reason, m_pictureProblem}));
 }
 
 void frmAMain::choosePicture()

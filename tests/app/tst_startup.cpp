@@ -10,6 +10,7 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
@@ -335,11 +336,14 @@ void TestStartup::initialFileLeadsToANewOne()
     // Meanwhile nothing can be entered into it.
     QAction *units = window.findChild<QAction *>(u"mnuTani"_s);
     QVERIFY(!units->isEnabled());
+    const QLabel *header = window.findChild<QLabel *>(u"lblFile"_s);
+    QVERIFY(header->text().contains(u"「新規作成」"_s));
 
     ui::prompts::expectInform(initialFileChosen);
     ui::file_dialogs::expectFile(shop.path(u"new.cdb"_s));
     window.focusStep();
     QVERIFY(units->isEnabled());
+    QCOMPARE(header->text(), u"new.cdb"_s);
     QCOMPARE(shop.connection.fileName(), shop.path(u"new.cdb"_s));
     QCOMPARE(shop.settings.text(keys::mdbFileName), shop.path(u"new.cdb"_s));
     window.focusStep(); // nothing more to ask
