@@ -3,8 +3,7 @@
 #include "masters/ole_package.h"
 #include "masters/rich_text_limits.h"
 #include "masters/rtf_builder.h"
-#include "masters/rtf_encoding.h"
-#include "masters/rtf_state.h"
+#include "masters/rtf_header.h"
 #include "masters/rtf_tokens.h"
 #include "masters/rtf_words.h"
 
@@ -60,9 +59,8 @@ private:
 
     void decodePending();
     void flush();
-    int currentFont() const;
-    int codePage() const;
-    TextLook look() const;
+    int codePage() const { return m_header.codePageIn(group()); }
+    TextLook look() const { return m_header.lookOf(group().characters); }
     RtfGroup &group() { return m_groups.back(); }
     const RtfGroup &group() const { return m_groups.back(); }
     void fail(QStringView sentence);
@@ -79,10 +77,7 @@ private:
     QByteArray m_pending;   // bytes not decoded yet: a character's two may come in two tokens
     QString m_text;         // decoded, not yet handed on
 
-    int m_codePage = japaneseCodePage; // programs that do not tell it wrote in the system's own
-    int m_defaultFont = 0;
-    RtfFontTable m_fonts;
-    RtfColourTable m_colours;
+    RtfHeader m_header;
     RtfPicture m_picture;
     RtfPictures m_pictures;
     RtfHexData m_hex;
@@ -166,7 +161,7 @@ void Reader::closeGroup()
     m_starred = false;
     flush();
     if (group().destination == RtfDestination::FontTable)
-        m_fonts.endName(m_codePage);
+        m_header.fonts.endName(m_header.codePage);
     else if (group().destination == RtfDestination::Picture && group().opensDestination)
         finishPicture();
     else if (group().destination == RtfDestination::ObjectData && group().opensDestination)
@@ -264,10 +259,10 @@ void Reader::bodyWord(const RtfWord &word, std::optional<int> parameter)
         state.fallbackLength = std::clamp(parameter.value_or(1), 0, 64);
         return;
     case RtfWord::Kind::CodePage:
-        m_codePage = parameter.value_or(japaneseCodePage);
+        m_header.codePage = parameter.value_or(japaneseCodePage);
         return;
     case RtfWord::Kind::DefaultFont:
-        m_defaultFont = parameter.value_or(0);
+        m_header.defaultFont = parameter.value_or(0);
         return;
     default:
         return; // belongs to a table or a picture
@@ -278,13 +273,13 @@ void Reader::tableWord(const RtfWord &word, int parameter)
 {
     switch (word.kind) {
     case RtfWord::Kind::Font:
-        require(m_fonts.begin(parameter, m_codePage), tooLong);
+        require(m_header.fonts.begin(parameter, m_header.codePage), tooLong);
         break;
     case RtfWord::Kind::FontCharset:
-        m_fonts.setCharset(parameter);
+        m_header.fonts.setCharset(parameter);
         break;
     case RtfWord::Kind::ColourPart:
-        m_colours.set(word.setPart, parameter);
+        m_header.colours.set(word.setPart, parameter);
         break;
     case RtfWord::Kind::Destination:
         enter(RtfDestination::Skip);
@@ -338,10 +333,10 @@ void Reader::bytes(QByteArrayView text)
         m_pending += text;
         break;
     case RtfDestination::FontTable:
-        m_fonts.addBytes(text, m_codePage);
+        m_header.fonts.addBytes(text, m_header.codePage);
         break;
     case RtfDestination::ColourTable:
-        require(m_colours.addBytes(text), tooLong);
+        require(m_header.colours.addBytes(text), tooLong);
         break;
     case RtfDestination::Picture:
     case RtfDestination::ObjectData:
@@ -373,7 +368,7 @@ void Reader::unicode(int code)
 void Reader::text(const QString &text)
 {
     if (group().destination == RtfDestination::FontTable) {
-        m_fonts.addText(text, m_codePage);
+        m_header.fonts.addText(text, m_header.codePage);
     } else if (group().destination == RtfDestination::Body) {
         decodePending();
         m_text += text;
@@ -420,34 +415,6 @@ void Reader::require(bool ok, QStringView sentence)
 {
     if (!ok)
         fail(sentence);
-}
-
-int Reader::currentFont() const
-{
-    return group().characters.font >= 0 ? group().characters.font : m_defaultFont;
-}
-
-int Reader::codePage() const
-{
-    const bool inTable = group().destination == RtfDestination::FontTable;
-    const RtfFont font = inTable ? m_fonts.current() : m_fonts.font(currentFont());
-    return codePageOf(font.charset, m_codePage);
-}
-
-TextLook Reader::look() const
-{
-    const RtfCharacters &characters = group().characters;
-    TextLook look;
-    look.family = m_fonts.font(currentFont()).family;
-    if (look.family.isEmpty())
-        look.family = RichTextDocument::standardFont().family();
-    look.points = characters.halfPoints / 2.0;
-    look.bold = characters.bold;
-    look.italic = characters.italic;
-    look.underline = characters.underline;
-    look.strikeOut = characters.strikeOut;
-    look.colour = m_colours.colour(characters.colour);
-    return look;
 }
 
 } // namespace
