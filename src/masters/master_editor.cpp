@@ -59,13 +59,10 @@ void MasterEditor::findControls()
         m_panel.bind(box, field.column);
         m_boxes << box;
     }
-    // Keys are given by the program; the box only shows, and looks like it.
+    // Keys are given by the program; the box only shows.
     QLineEdit *key = m_boxes.takeFirst();
     key->setReadOnly(true);
     key->setFocusPolicy(Qt::ClickFocus);
-    QPalette look = key->palette();
-    look.setBrush(QPalette::Base, look.window());
-    key->setPalette(look);
 }
 
 void MasterEditor::openList()

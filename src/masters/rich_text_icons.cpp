@@ -72,7 +72,7 @@ const QHash<QString, Draw> &drawings()
         {u"フォント"_s, [](QPainter &p) { drawLetter(p, u"Aa"_s, [](QFont &f) { f.setPixelSize(16); }); }},
         {u"文字色"_s,
          [](QPainter &p) {
-             p.fillRect(QRectF(3, 19, 18, 4), Qt::blue);
+             p.fillRect(QRectF(3, 19, 18, 4), QColor(0x4169e1)); // a blue seen on light and dark
              p.translate(0, -3);
              drawLetter(p, u"A"_s, [](QFont &f) { f.setPixelSize(17); });
          }},
