@@ -45,6 +45,8 @@ constexpr std::size_t statementsKept = 100;
 
 int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
 {
+    if (value.isNull())
+        return sqlite3_bind_null(statement, index);
     switch (value.typeId()) {
     case QMetaType::Int:
     case QMetaType::LongLong:
@@ -124,7 +126,10 @@ bool Connection::inTransaction() const { return m_open && sqlite3_get_autocommit
 // Each setting is read back: SQLite passes over one that it cannot carry out.
 Status Connection::configure()
 {
-    sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    int defensive = 0;
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, &defensive);
+    if (defensive != 1)
+        return Error{u"データベースの動作を設定できないため、開けませんでした。(DEFENSIVE)"_s};
     if (const int code = installLike(handle()); code != SQLITE_OK)
         return errorFromCode(code, u"LIKE"_s);
     const QString cacheSize = u"-65536"_s; // KiB; the pages of a day's work stay in memory

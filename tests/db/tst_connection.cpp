@@ -117,6 +117,9 @@ void TestConnection::initialFileHasAllTables()
     QCOMPARE(shop.value(u"PRAGMA application_id"_s).toUInt(), 0x4B414E42U);
     QCOMPARE(shop.value(u"PRAGMA synchronous"_s).toInt(), 3);
     QCOMPARE(shop.value(u"PRAGMA journal_mode"_s).toString(), u"delete"_s);
+    // The defensive mode: nobody writes the schema as if it were a table.
+    (void)shop.connection.select(u"PRAGMA writable_schema = ON"_s);
+    QVERIFY(!shop.connection.execute(u"DELETE FROM sqlite_schema"_s));
 }
 
 void TestConnection::refusedFiles_data()
