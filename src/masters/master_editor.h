@@ -21,7 +21,7 @@ namespace masters
 /// stored at once with its key alone and lives on only when it is confirmed; existing rows are edited in
 /// place and saved when they are left.
 ///
-/// A form class sets up its form, in which the controls have their prescribed names, and calls start().
+/// A form class sets up its form, in which the controls have their usual names, and calls start().
 class MasterEditor : public ui::Screen
 {
     Q_OBJECT
