@@ -90,11 +90,13 @@ void frmAMain::buildOptionBoxes()
 void frmAMain::buildColoursMenu()
 {
     const QStringList captions = {u"自動(&A)"_s, u"明るい(&L)"_s, u"暗い(&D)"_s};
+    const QStringList names = {u"mnuColoursAutomatic"_s, u"mnuColoursLight"_s, u"mnuColoursDark"_s};
     QMenu *menu = menuBar()->findChild<QMenu *>(u"mnuPic"_s)->addMenu(u"配色(&H)"_s);
     auto *choice = new QActionGroup(menu);
     const int stored = m_workspace.settings.layout(coloursLayout).toInt();
     for (int i = 0; i < captions.size(); ++i) {
         QAction *item = menu->addAction(captions.at(i));
+        item->setObjectName(names.at(i));
         item->setCheckable(true);
         item->setChecked(i == stored);
         choice->addAction(item);

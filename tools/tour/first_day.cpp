@@ -3,6 +3,7 @@
 #include "shop_data.h"
 
 #include "app/frmAMain.h"
+#include "app/frmSplash.h"
 #include "app/workspace.h"
 #include "db/connection.h"
 #include "ui/file_dialogs.h"
@@ -251,6 +252,18 @@ void FirstDay::lookAround()
     m_walker.visit(
         u"about"_s, [this] { m_walker.find<QAction>(m_window, u"mnuAbout"_s).trigger(); },
         [this](QDialog &screen) { m_walker.picture(screen, u"about"_s); });
+    app::frmSplash splash;
+    splash.show();
+    m_walker.picture(splash, u"splash"_s);
+    splash.close();
+    m_walker.find<QAction>(m_window, u"mnuMonthv"_s).trigger();
+    m_walker.picture(m_window, u"main-calendar"_s);
+    m_walker.find<QAction>(m_window, u"mnuColoursDark"_s).trigger();
+    m_walker.picture(m_window, u"main-dark"_s);
+    m_walker.visit(
+        u"customers in the dark"_s, [this] { m_walker.click(m_window, u"Command29"_s); },
+        [this](QDialog &screen) { m_walker.picture(screen, u"customers-dark"_s); });
+    m_walker.find<QAction>(m_window, u"mnuColoursLight"_s).trigger();
 }
 
 // What the day left in the books, counted without the program's own statements.
