@@ -37,7 +37,8 @@ QString pathOf(const SettingKey &key)
 } // namespace
 
 Settings::Settings(const QString &fileName)
-    : m_store(openStore(fileName))
+    : m_fileName(fileName)
+    , m_store(openStore(fileName))
 {}
 
 Settings::~Settings() = default;
@@ -78,6 +79,12 @@ void Settings::writeLayout(const QString &control, const QString &text)
 bool Settings::flush()
 {
     m_store->sync();
+    // What was not understood of a damaged file stays in the status for good and covers how writing went. A
+    // second store takes over what the first one holds, still unwritten or not, but not its status.
+    if (m_store->status() == QSettings::FormatError) {
+        m_store = openStore(m_fileName);
+        m_store->sync();
+    }
     return m_store->status() == QSettings::NoError;
 }
 

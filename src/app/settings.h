@@ -40,6 +40,7 @@ public:
     bool flush();
 
 private:
+    QString m_fileName;
     std::unique_ptr<QSettings> m_store;
 };
 

@@ -1,5 +1,7 @@
 #include "support/fresh_shop.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -15,6 +17,7 @@ private slots:
     void nonsenseCountsAsNothing();
     void textsComeBackAsTheyWere();
     void handEditedFile();
+    void damagedFileIsWrittenAnew();
     void pathsAreJoinedWithOneSeparator();
 };
 
@@ -82,6 +85,30 @@ void TestSettings::handEditedFile()
     const Settings settings(file.fileName());
     QCOMPARE(settings.text(keys::denNo), u"a,b"_s);
     QCOMPARE(settings.text(keys::deliveryPaper), u"HISAGO 1149"_s);
+}
+
+// The close of the program reports settings that were not saved; these are.
+void TestSettings::damagedFileIsWrittenAnew()
+{
+    FreshShop shop;
+    const QString fileName = shop.path(u"damaged.ini"_s);
+    QFile file(fileName);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("[Settings]\nTaxRate=8\nno value\n[\x80\xff\x01");
+    file.close();
+    {
+        Settings settings(fileName);
+        QCOMPARE(settings.integer(keys::taxRate), 8);
+        settings.write(keys::taxRate, 10);
+        QVERIFY(settings.flush());
+    }
+    Settings settings(fileName);
+    QCOMPARE(settings.integer(keys::taxRate), 10);
+    // A folder in its place: now it cannot be saved.
+    QVERIFY(QFile::remove(fileName));
+    QVERIFY(QDir().mkdir(fileName));
+    settings.write(keys::taxRate, 3);
+    QVERIFY(!settings.flush());
 }
 
 void TestSettings::pathsAreJoinedWithOneSeparator()
