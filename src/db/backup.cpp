@@ -82,8 +82,10 @@ Status copyFile(const QString &source, const QString &target)
     const QString temporary = temporaryNameFor(target);
     QFile::remove(temporary);
     Status written;
-    if (QFile file(source); !file.copy(temporary))
-        written = Error{u"ファイルをコピーできませんでした。("_s + file.errorString() + u")"_s};
+    if (!QFile::copy(source, temporary))
+        written = Error{u"ファイルをコピーできませんでした。空き容量と、書き込みのできる場所かどうかを"
+                        "確かめてください。("_s +
+                        target + u")"_s};
     else
         // A copy of an installed read-only file is there to be worked in.
         QFile::setPermissions(temporary,
