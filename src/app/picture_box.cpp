@@ -2,6 +2,7 @@
 
 #include "app/pictures.h"
 
+#include <QFileInfo>
 #include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
@@ -39,6 +40,9 @@ PictureBox::PictureBox(QWidget *parent)
 
 QString PictureBox::load(const QString &fileName)
 {
+    // Opening a pipe would wait for its writer.
+    if (!QFileInfo(fileName).isFile())
+        return u"画像ファイルが見つからないため、表示できませんでした。("_s + fileName + u")"_s;
     QImageReader reader(fileName);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);

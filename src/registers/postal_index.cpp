@@ -92,6 +92,9 @@ db::Result<PostalIndex> loadPostalIndex(const QString &fileName)
     if (!QFileInfo::exists(fileName))
         return PostalIndex();
     QFile file(fileName);
+    // Opening a pipe would wait for its writer, a device has no end.
+    if (!QFileInfo(fileName).isFile())
+        return db::Error{u"郵便番号の索引 ZIPID1.txt がファイルではないため、読み込みませんでした。"_s};
     if (!file.open(QIODevice::ReadOnly))
         return db::Error{u"郵便番号の索引 ZIPID1.txt を読み取れませんでした。("_s + file.errorString() +
                          u")"_s};

@@ -17,6 +17,9 @@ private slots:
     void refusesDamagedFiles_data();
     void refusesDamagedFiles();
     void missingFileIsEmpty();
+#ifdef Q_OS_UNIX
+    void deviceIsRefused();
+#endif
     void holdsFiftyThousandAndOne();
 
 private:
@@ -86,6 +89,16 @@ void TestPostalIndex::missingFileIsEmpty()
     QVERIFY(index);
     QVERIFY(index->empty());
 }
+
+#ifdef Q_OS_UNIX
+// Read as a file it would fill the memory.
+void TestPostalIndex::deviceIsRefused()
+{
+    const QString link = m_folder.filePath(u"endless.txt"_s);
+    QVERIFY(QFile::link(u"/dev/zero"_s, link));
+    QVERIFY(!registers::loadPostalIndex(link));
+}
+#endif
 
 void TestPostalIndex::holdsFiftyThousandAndOne()
 {
