@@ -37,6 +37,8 @@ StartOptions readStartOptions(const QStringList &arguments)
             options.applicationFolder = arguments.at(++i);
         else if (argument.startsWith(folderOption + u'='))
             options.applicationFolder = argument.sliced(folderOption.size() + 1);
+        else if (argument == folderOption)
+            options.problem = u"オプション「--application-folder」には、フォルダを続けて指定してください。"_s;
         else
             options.problem = u"オプション「"_s + argument + u"」は使えません。"_s;
     }
