@@ -15,6 +15,9 @@ namespace
 
 QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
 
+// An invalid date comes before every other one.
+const QDate earliestDate(1900, 1, 1);
+
 db::Status checkHeader(const NewSlip &slip)
 {
     if (slip.counterpart == 0)
@@ -22,7 +25,7 @@ db::Status checkHeader(const NewSlip &slip)
                                                             : u"仕入先が選択されていません。"_s};
     if (slip.employee == 0)
         return db::Error{u"担当者が選択されていません。"_s};
-    if (!slip.date.isValid())
+    if (slip.date < earliestDate)
         return db::Error{u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s};
     return {};
 }

@@ -130,6 +130,7 @@ private slots:
     void searchTellsWhatIsMissing();
     void newCustomerIsChosen();
     void headerNeedsCustomerAndEmployee();
+    void earlyDateIsRefusedNotAltered();
     void lineNeedsProductQuantityAndPrice();
     void impossibleNumbersAreRefused_data();
     void impossibleNumbersAreRefused();
@@ -336,6 +337,22 @@ void TestFrmOut::headerNeedsCustomerAndEmployee()
     desk.press("cmdMasterUpdate");
     QVERIFY2(!desk.hasFocus("txtDenNo"), "an automatic number is not what has to be corrected");
     QCOMPARE(desk.usable(), headerOnly);
+    QCOMPARE(desk.headers(), 0);
+}
+
+// A box that takes no year 1899 would keep its own year beside the day that was typed.
+void TestFrmOut::earlyDateIsRefusedNotAltered()
+{
+    Desk desk;
+    desk.choose(0);
+    auto &date = *desk.get<QDateEdit>("DTPicker1");
+    date.setFocus();
+    date.setSelectedSection(QDateTimeEdit::YearSection);
+    QTest::keyClicks(&date, u"18991231"_s);
+    ui::prompts::expectInform(
+        u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s);
+    desk.press("cmdMasterUpdate");
+    QCOMPARE(date.date(), QDate(1899, 12, 31));
     QCOMPARE(desk.headers(), 0);
 }
 

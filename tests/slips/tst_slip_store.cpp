@@ -195,6 +195,9 @@ void TestSlipStore::incompleteHeadersAreRefused_data()
     QTest::newRow("customer") << QChar(u'O') << 0LL << 1LL << day << u"納品先が選択されていません。"_s;
     QTest::newRow("supplier") << QChar(u'I') << 0LL << 1LL << day << u"仕入先が選択されていません。"_s;
     QTest::newRow("employee") << QChar(u'O') << 1LL << 0LL << day << u"担当者が選択されていません。"_s;
+    QTest::newRow("date of another century")
+        << QChar(u'O') << 1LL << 1LL << QDate(1899, 12, 31)
+        << u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s;
     QTest::newRow("date")
         << QChar(u'O') << 1LL << 1LL << QDate()
         << u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s;
