@@ -1,0 +1,53 @@
+#include "ui/date_box.h"
+
+#include <QLineEdit>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestDateBox : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void typedDates_data();
+    void typedDates();
+};
+
+void TestDateBox::typedDates_data()
+{
+    QTest::addColumn<bool>("selectAll");
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QDate>("date");
+    for (const bool all : {false, true}) {
+        const QByteArray how = all ? " over the whole date" : " from the year on";
+        QTest::newRow(("slashes" + how).constData()) << all << u"2025/12/31"_s << QDate(2025, 12, 31);
+        QTest::newRow(("digits alone" + how).constData()) << all << u"20251231"_s << QDate(2025, 12, 31);
+        QTest::newRow(("other signs" + how).constData()) << all << u"2025-12.31"_s << QDate(2025, 12, 31);
+        QTest::newRow(("one digit" + how).constData()) << all << u"2025/2/3"_s << QDate(2025, 2, 3);
+        QTest::newRow(("zeros" + how).constData()) << all << u"2024/02/09"_s << QDate(2024, 2, 9);
+        QTest::newRow(("before 1900" + how).constData()) << all << u"1899/12/31"_s << QDate(1899, 12, 31);
+    }
+}
+
+void TestDateBox::typedDates()
+{
+    QFETCH(bool, selectAll);
+    QFETCH(QString, keys);
+    ui::DateBox box;
+    box.setDisplayFormat(u"yyyy/MM/dd"_s);
+    box.setDateRange(QDate(100, 1, 1), QDate(2999, 12, 31));
+    box.setDate(QDate(2026, 4, 1));
+    box.show();
+    QVERIFY(QTest::qWaitForWindowActive(&box));
+    box.setFocus();
+    box.setSelectedSection(QDateTimeEdit::YearSection);
+    if (selectAll)
+        QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(&box, keys);
+    QTest::keyClick(&box, Qt::Key_Return);
+    QTEST(box.date(), "date");
+}
+
+QTEST_MAIN(TestDateBox)
+#include "tst_date_box.moc"
