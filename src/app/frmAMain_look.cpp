@@ -14,6 +14,7 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFileInfo>
@@ -262,6 +263,12 @@ void frmAMain::colourCalendar()
             button->setArrowType(arrow);
         }
     }
+    // Qt sets the month before the year in every language; Japanese reads the year first.
+    auto *month = calendar->findChild<QToolButton *>(u"qt_calendar_monthbutton"_s);
+    auto *year = calendar->findChild<QToolButton *>(u"qt_calendar_yearbutton"_s);
+    auto *bar = month && year ? qobject_cast<QBoxLayout *>(month->parentWidget()->layout()) : nullptr;
+    if (bar && bar->indexOf(month) < bar->indexOf(year))
+        bar->insertWidget(bar->indexOf(month), year);
     QTextCharFormat sunday;
     sunday.setForeground(QColor(0xd24a43));
     calendar->setWeekdayTextFormat(Qt::Sunday, sunday);

@@ -450,6 +450,10 @@ void TestMainWindow::calendarAndPicture()
     QVERIFY(stage.find<QAction>("mnuMonthv")->isChecked());
     ui::file_dialogs::expectColor(QColor(1, 2, 3));
     stage.find<QAction>("mnuMonthvColor")->trigger();
+    QCoreApplication::processEvents();
+    QVERIFY2(calendar->findChild<QWidget *>(u"qt_calendar_yearbutton"_s)->x()
+                 < calendar->findChild<QWidget *>(u"qt_calendar_monthbutton"_s)->x(),
+             "the year stands before the month");
 
     const QString picture = stage.shop.path(u"picture.png"_s);
     QImage image(20, 10, QImage::Format_RGB32);
