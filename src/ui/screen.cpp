@@ -67,6 +67,12 @@ void Screen::restorePlace()
     if (size.size() == 2 && size.at(0).toInt() > 0 && size.at(1).toInt() > 0)
         resize(QSize(size.at(0).toInt(), size.at(1).toInt()).expandedTo(minimumSizeHint()));
     const app::Settings &settings = m_workspace.settings;
+    if (settings.text(app::keys::frmLeft).isEmpty()) {
+        // The first day: over the window that opened it.
+        const QWidget *opener = parentWidget() ? parentWidget()->window() : nullptr;
+        moveOnto(this, opener ? opener->frameGeometry().center() - rect().center() : pos());
+        return;
+    }
     const QPoint wanted(pixelsFromTwips(settings.number(app::keys::frmLeft)),
                         pixelsFromTwips(settings.number(app::keys::frmTop)));
     moveOnto(this, wanted);

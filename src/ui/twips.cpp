@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 
 #include <algorithm>
@@ -21,7 +22,11 @@ double twipsFromPixels(int pixels) { return pixels * twipsPerPixel; }
 void moveOnto(QWidget *window, const QPoint &wanted)
 {
     const QScreen *screen = QGuiApplication::screenAt(wanted);
-    const QRect room = (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+    // The frame is the window manager's and unknown until the window is shown; the style's title bar comes
+    // near.
+    const int title = window->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QRect room =
+        (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry().adjusted(0, 0, 0, -title);
     window->resize(window->size().boundedTo(room.size()));
     const int right = std::max(room.left(), room.right() - window->width() + 1);
     const int bottom = std::max(room.top(), room.bottom() - window->height() + 1);

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QScreen>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -16,8 +17,8 @@ namespace
 class CountingScreen : public ui::Screen
 {
 public:
-    explicit CountingScreen(app::Workspace &workspace)
-        : Screen(workspace)
+    explicit CountingScreen(app::Workspace &workspace, QWidget *parent = nullptr)
+        : Screen(workspace, parent)
     {
         setObjectName(u"frmCounting"_s);
         setUp();
@@ -63,6 +64,31 @@ private slots:
         screen.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&screen));
         QCOMPARE(screen.activations, 2);
+    }
+
+    // With room left for the title bar, which the platform adds above what the screen asks for.
+    void aPlaceAndSizeOutOfReachIsBroughtOntoTheScreen()
+    {
+        FreshShop shop;
+        shop.settings.write(app::keys::frmLeft, 1e6);
+        shop.settings.write(app::keys::frmTop, 1e6);
+        shop.settings.writeLayout(u"frmCounting/size"_s, u"99999 99999"_s);
+        const CountingScreen screen(shop.workspace);
+        const QRect room = screen.screen()->availableGeometry();
+        QCOMPARE(screen.pos(), room.topLeft());
+        QCOMPARE(screen.width(), room.width());
+        QVERIFY(screen.height() < room.height());
+    }
+
+    void theFirstDaysScreenStandsOverItsParent()
+    {
+        FreshShop shop;
+        QWidget parent;
+        parent.setGeometry(200, 200, 400, 300);
+        parent.show();
+        CountingScreen screen(shop.workspace, &parent);
+        QVERIFY(parent.frameGeometry().contains(screen.geometry().center()));
+        QVERIFY(screen.pos() != QPoint());
     }
 
     void aRefusedBoxGetsTheCursorBackOnce()
