@@ -61,6 +61,23 @@ bool desktopIsDark()
     return dark;
 }
 
+// The toolkit's file dialog looks for its kinds of file ("Folder", "Drive") where its translation no longer
+// has them; they still stand among the texts of the dialog itself.
+class FileKinds : public QTranslator
+{
+public:
+    using QTranslator::QTranslator;
+
+    [[nodiscard]] bool isEmpty() const override { return false; }
+    [[nodiscard]] QString translate(const char *context, const char *text, const char *meaning,
+                                    int count) const override
+    {
+        if (qstrcmp(context, "QAbstractFileIconProvider") != 0)
+            return {};
+        return QCoreApplication::translate("QFileDialog", text, meaning, count);
+    }
+};
+
 void loadTranslations(QApplication &application)
 {
     const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
@@ -69,6 +86,7 @@ void loadTranslations(QApplication &application)
         if (translator->load(name, folder))
             QApplication::installTranslator(translator);
     }
+    QApplication::installTranslator(new FileKinds(&application));
 }
 
 QFont typeface()

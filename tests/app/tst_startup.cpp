@@ -1,3 +1,4 @@
+#include "app/appearance.h"
 #include "app/application_folder.h"
 #include "app/companions.h"
 #include "app/database_files.h"
@@ -10,6 +11,7 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QFileIconProvider>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -90,6 +92,7 @@ private:
                 qFatal("no initial file");
         }
     };
+    void fileDialogsNameFoldersInJapanese();
 };
 
 void TestStartup::initTestCase()
@@ -458,6 +461,12 @@ void TestStartup::failedBackupStillCloses()
     ui::prompts::expectInform(backupFailed);
     QVERIFY(window.close());
     QVERIFY(!QFile::exists(shop.path(u"BackupKanbalore.cdb.tmp"_s)));
+}
+
+void TestStartup::fileDialogsNameFoldersInJapanese()
+{
+    app::setUpAppearance(*qApp);
+    QCOMPARE(QFileIconProvider().type(QFileInfo(QDir::tempPath())), u"フォルダ"_s);
 }
 
 QTEST_MAIN(TestStartup)
