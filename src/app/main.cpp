@@ -13,6 +13,8 @@
 #include <QIcon>
 #include <QTextStream>
 
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -51,6 +53,16 @@ bool hasDisplay()
 #endif
 }
 
+// The toolkit aborts when the display it is told does not answer.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    QTextStream(stderr) << qFormatLogMessage(type, context, text) << '\n';
+    if (type == QtFatalMsg) {
+        QTextStream(stderr) << u"画面に接続できないため、起動できません。\n"_s;
+        std::_Exit(1);
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -62,7 +74,9 @@ int main(int argc, char *argv[])
         return 1;
     }
 
+    const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
     QApplication application(argc, argv);
+    qInstallMessageHandler(usual);
     QApplication::setApplicationName(u"Kanbalore"_s);
     QApplication::setApplicationVersion(QStringLiteral(KANBALORE_VERSION));
     QGuiApplication::setDesktopFileName(u"kanbalore"_s);
