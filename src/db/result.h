@@ -12,7 +12,11 @@ namespace db
 struct Error
 {
     QString text;
+    bool cancelled = false; // the clerk stopped it; nothing went wrong
 };
+
+/// What long work returns when it was told to stop, after it left everything as it was.
+inline Error cancelled() { return {QStringLiteral("中止しました。"), true}; }
 
 /// A value, or the error that kept it from coming about.
 template <class T>

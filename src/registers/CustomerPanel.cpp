@@ -3,12 +3,12 @@
 #include "db/recordset.h"
 #include "registers/customer.h"
 #include "text/width.h"
+#include "ui/desktop.h"
 #include "ui/leave_watch.h"
 #include "ui/prompts.h"
 #include "ui/width_check.h"
 #include "ui_CustomerPanel.h"
 
-#include <QDesktopServices>
 #include <QEvent>
 
 using namespace Qt::StringLiterals;
@@ -176,7 +176,7 @@ bool CustomerPanel::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_ui->txtMail && event->type() == QEvent::MouseButtonDblClick) {
         if (const auto link = mailLink(m_ui->txtMail->text()))
-            return QDesktopServices::openUrl(*link);
+            return ui::desktop::open(*link);
     }
     // A wheel turned over a drop-down that the clerk is not in would change the customer unseen.
     const auto *box = qobject_cast<QComboBox *>(watched);

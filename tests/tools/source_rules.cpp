@@ -21,17 +21,18 @@ struct Floor
     QStringView folder;
     int height;
 };
-constexpr int lowAppHeight = 2;
+constexpr int lowAppHeight = 3;
 constexpr auto floors = std::to_array<Floor>({{u"text", 0},
                                               {u"db", 1},
-                                              {u"ui", 3},
-                                              {u"printing", 4},
-                                              {u"masters", 5},
-                                              {u"registers", 6},
-                                              {u"slips", 7},
-                                              {u"reports", 8},
-                                              {u"shipping", 8},
-                                              {u"app", 9}});
+                                              {u"tables", 2},
+                                              {u"ui", 4},
+                                              {u"printing", 5},
+                                              {u"masters", 6},
+                                              {u"registers", 7},
+                                              {u"slips", 8},
+                                              {u"reports", 9},
+                                              {u"shipping", 9},
+                                              {u"app", 10}});
 
 /// The floor of \a path ("slips/tax.h"); none when its folder has no place in the house.
 std::optional<Floor> floorOf(const QString &path)

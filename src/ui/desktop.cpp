@@ -1,0 +1,45 @@
+#include "ui/desktop.h"
+
+#include <QDesktopServices>
+#include <QStringList>
+
+namespace ui::desktop
+{
+
+namespace
+{
+
+struct Script
+{
+    bool active = false;
+    QStringList opened;
+};
+
+Script &script()
+{
+    static Script theScript;
+    return theScript;
+}
+
+} // namespace
+
+bool open(const QUrl &address)
+{
+    if (!script().active)
+        return QDesktopServices::openUrl(address);
+    script().opened += address.toString();
+    return true;
+}
+
+bool openFile(const QString &fileName) { return open(QUrl::fromLocalFile(fileName)); }
+
+void beginScript() { script().active = true; }
+
+QString takeOpened()
+{
+    const QString opened = script().opened.join(u'\n');
+    script().opened.clear();
+    return opened;
+}
+
+} // namespace ui::desktop

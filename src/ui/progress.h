@@ -1,0 +1,17 @@
+#pragma once
+
+#include "db/progress.h"
+
+class QWidget;
+
+namespace ui
+{
+
+/// Does \a work, which reports to the function it is given; after half a second a dialog under \a parent says
+/// \a what is going on ("書き出しています。"), how far it is, and offers to stop it. Returns what \a work
+/// returned; a work that was stopped returns db::cancelled(). Nothing else on the screen can be used
+/// meanwhile.
+db::Status runWithProgress(QWidget *parent, const QString &what,
+                           const std::function<db::Status(const db::Progress &)> &work);
+
+} // namespace ui
