@@ -14,23 +14,24 @@ namespace
 GoodsSlipDescription description()
 {
     return {
-        .kind = sale,
-        // Numbers typed by hand begin with I on all goods screens; the users' books are kept that way.
-        .manualLetter = u'I',
-        .search = customerSearch,
-        .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
-        .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
-        .fields = {{u"txtNouhinsaki1", u"納品先名1"},
-                   {u"txtNouhinsaki2", u"納品先名2"},
-                   {u"txtZip", u"郵便番号"},
-                   {u"txtAddress1", u"住所1"},
-                   {u"txtAddress2", u"住所2"},
-                   {u"txtTel", u"TEL1"},
-                   {u"txtCode", u"コード"},
-                   {u"txtTaxK", u"消費税区分"}},
+        .slip =
+            {.kind = sale,
+             // Numbers typed by hand begin with I on all goods screens; the users' books are kept that way.
+             .manualLetter = u'I',
+             .search = customerSearch,
+             .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
+             .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
+             .fields = {{u"txtNouhinsaki1", u"納品先名1"},
+                        {u"txtNouhinsaki2", u"納品先名2"},
+                        {u"txtZip", u"郵便番号"},
+                        {u"txtAddress1", u"住所1"},
+                        {u"txtAddress2", u"住所2"},
+                        {u"txtTel", u"TEL1"},
+                        {u"txtCode", u"コード"},
+                        {u"txtTaxK", u"消費税区分"}},
+             .stampsCounterpart = true},
         .products = masters::salesProductNames,
         .emptyPrice = {u"単価が入力されていません。よろしいですか。", true},
-        .stampsCounterpart = true,
         .showsIncludedTax = true,
     };
 }
@@ -61,6 +62,8 @@ frmOut::~frmOut() = default;
 
 void frmOut::print()
 {
+    if (!mayPassOverLine())
+        return;
     printDeliveryNote(workspace(), this,
                       {.slipId = header().id,
                        .inclusive = inclusive(),

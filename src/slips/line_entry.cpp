@@ -9,6 +9,9 @@
 #include <QComboBox>
 #include <QLineEdit>
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace slips
@@ -40,6 +43,7 @@ LineEntry::LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice)
     , m_price(screen->findChild<QLineEdit *>(u"txtTanka"_s))
     , m_amount(screen->findChild<QLineEdit *>(u"Text5"_s))
 {
+    m_amount->hide();
     for (QComboBox *picker : {m_product, m_specification, m_unit})
         new Picker(picker);
 }
@@ -110,6 +114,14 @@ std::optional<GoodsLine> LineEntry::read()
                      m_unit->currentText().trimmed(),
                      *price,
                      *amount};
+}
+
+bool LineEntry::isTyped() const
+{
+    return std::ranges::any_of(std::array{m_product, m_specification, m_unit},
+                               [](const QComboBox *picker) { return !picker->currentText().isEmpty(); }) ||
+           std::ranges::any_of(std::array{m_quantity, m_price},
+                               [](const QLineEdit *box) { return !box->text().isEmpty(); });
 }
 
 void LineEntry::clear()

@@ -40,6 +40,9 @@ public:
     /// concerned.
     std::optional<GoodsLine> read();
 
+    /// Whether anything stands in the boxes.
+    [[nodiscard]] bool isTyped() const;
+
     /// Empties the boxes for the next line.
     void clear();
 

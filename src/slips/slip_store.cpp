@@ -176,6 +176,11 @@ db::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double t
     return ClosedSlip{*total, *tax};
 }
 
+db::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
+{
+    return closeSlip(connection, id, 0, TaxClass::Included, true);
+}
+
 db::Status deleteSlip(db::Connection &connection, qint64 id)
 {
     db::Transaction transaction(connection);

@@ -73,6 +73,9 @@ struct ClosedSlip
 db::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
                                  bool inclusive);
 
+/// What the slip comes to where no tax is kept. Fails when the slip is no longer there.
+db::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id);
+
 /// Deletes the slip, lines and header.
 db::Status deleteSlip(db::Connection &connection, qint64 id);
 

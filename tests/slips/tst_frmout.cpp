@@ -107,6 +107,7 @@ struct Desk
     std::unique_ptr<ScreenDriver> driver;
 };
 
+const QString typedLineQuestion = u"入力途中の明細は、まだ伝票に入っていません。入れずに進みますか。"_s;
 const QString headerOnly = u"Frame2"_s;
 const QString saved = u"Frame1 cmdSubAdd cmdSubCancel"_s;
 const QString withLines = u"Frame1 cmdSubAdd cmdSubCancel cmdNext cmdMasterCancel Command3"_s;
@@ -140,6 +141,7 @@ private slots:
     void cancellingDeletesTheSlip();
     void printingShowsTheNote();
     void previousLinesAreShown();
+    void typedLineIsNotDroppedUnasked();
     void slipDeletedElsewhereIsLeft_data();
     void slipDeletedElsewhereIsLeft();
     void linesOfOthersCount();
@@ -529,6 +531,27 @@ void TestFrmOut::previousLinesAreShown()
     QCOMPARE(previous->rowCount(), 1); // without the tax line
 }
 
+void TestFrmOut::typedLineIsNotDroppedUnasked()
+{
+    Desk desk;
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.box("txtCnt")->setText(u"3"_s);
+    for (const char *button : {"cmdNext", "Command3"}) {
+        ui::prompts::expectAsk(typedLineQuestion, false);
+        desk.press(button);
+        QCOMPARE(desk.usable(), withLines);
+        QCOMPARE(desk.box("txtCnt")->text(), u"3"_s);
+    }
+    ui::prompts::expectAsk(typedLineQuestion, false);
+    desk.screen->close();
+    QVERIFY(desk.screen->isVisible());
+    ui::prompts::expectAsk(typedLineQuestion, true);
+    desk.press("cmdNext");
+    QCOMPARE(desk.usable(), headerOnly);
+    QCOMPARE(desk.lines().size(), 2); // with the tax
+}
+
 void TestFrmOut::slipDeletedElsewhereIsLeft_data()
 {
     QTest::addColumn<QByteArray>("button");
@@ -552,6 +575,8 @@ void TestFrmOut::slipDeletedElsewhereIsLeft()
     desk.get<QComboBox>("dbcShohin")->setEditText(u"ふじりんご"_s);
     desk.box("txtCnt")->setText(u"1"_s);
     desk.box("txtTanka")->setText(u"1000"_s);
+    if (button == "cmdNext")
+        ui::prompts::expectAsk(typedLineQuestion, true);
     ui::prompts::expectInform(refusal);
     desk.press(button.constData());
     QCOMPARE(desk.lines(), QStringList());
