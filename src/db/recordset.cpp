@@ -25,8 +25,14 @@ QMetaType::Type typeOf(const QString &declared)
     return declared == "REAL"_L1 ? QMetaType::Double : QMetaType::QString;
 }
 
-// What follows the first " FROM " of a statement: the table's name, then conditions and order.
+// What follows the first " FROM " of a statement: the table's name, then other tables, conditions and order.
 QString afterFrom(const QString &statement) { return statement.mid(statement.indexOf(" FROM "_L1) + 6); }
+
+QString firstTable(const QString &statement)
+{
+    const QString table = afterFrom(statement).section(u' ', 0, 0);
+    return table.endsWith(u',') ? table.chopped(1) : table;
+}
 
 } // namespace
 
@@ -64,7 +70,7 @@ Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, cons
                         const QString &key)
 {
     const QString selectList = statement.mid(7, statement.indexOf(" FROM "_L1) - 7).trimmed();
-    const QString table = afterFrom(statement).section(u' ', 0, 0);
+    const QString table = firstTable(statement);
     const auto columns = readColumns(selectList, table);
     if (!columns)
         return columns.error();
@@ -385,8 +391,7 @@ QVariant Recordset::data(const QModelIndex &index, int role) const
     if (!index.isValid() || index.row() >= count())
         return {};
     if (role == Qt::TextAlignmentRole)
-        return int((m_types.at(index.column()) == QMetaType::QString ? Qt::AlignLeft : Qt::AlignRight) |
-                   Qt::AlignVCenter);
+        return int((isText(index.column()) ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole && role != Qt::EditRole)
         return {};
     const auto edit = m_edits.constFind(index.column());
@@ -395,10 +400,26 @@ QVariant Recordset::data(const QModelIndex &index, int role) const
     return role == Qt::EditRole ? value : QVariant(shown(index.column(), value));
 }
 
+bool Recordset::isText(int column) const
+{
+    return m_types.at(column) == QMetaType::QString || m_names.contains(m_columns.at(column));
+}
+
+void Recordset::setNames(const QString &column, const QHash<qint64, QString> &names)
+{
+    m_names.insert(column, names);
+    if (!isEmpty() && columnOf(column) >= 0)
+        emit dataChanged(index(0, columnOf(column)), index(count() - 1, columnOf(column)));
+}
+
 QString Recordset::shown(int column, const QVariant &value) const
 {
     if (value.isNull())
         return {};
+    if (const auto names = m_names.constFind(m_columns.at(column)); names != m_names.constEnd()) {
+        if (const auto name = names->constFind(value.toLongLong()); name != names->constEnd())
+            return *name;
+    }
     switch (m_formats.value(m_columns.at(column), Format::Plain)) {
     case Format::Amount:
         return text::formatAmount(value.toDouble());

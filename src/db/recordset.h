@@ -27,6 +27,7 @@ public:
     ~Recordset() override;
 
     /// Opens \a statement, of the form "SELECT <columns> FROM <table> …", with \a values bound to its "?".
+    /// Tables that follow the first one with a comma only narrow the rows; the columns are the first one's.
     /// \a key is the table's key column, or "rowid" where it has none. The first row becomes the current one.
     /// After a failure the record set holds what it held before.
     Status open(const QString &statement, const QVariantList &values, const QString &key);
@@ -92,6 +93,8 @@ public:
 
     void setCaption(const QString &column, const QString &caption) { m_captions.insert(column, caption); }
     void setFormat(const QString &column, Format format) { m_formats.insert(column, format); }
+    /// Shows \a names in place of the numbers that a column holds; a number without a name shows as it is.
+    void setNames(const QString &column, const QHash<qint64, QString> &names);
     [[nodiscard]] int columnOf(const QString &column) const
     {
         return static_cast<int>(m_columns.indexOf(column));
@@ -131,6 +134,7 @@ private:
     [[nodiscard]] QVariant stored(int row, int column) const;
     [[nodiscard]] const Block &block(int number) const;
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
+    [[nodiscard]] bool isText(int column) const;
     [[nodiscard]] QString shown(int column, const QVariant &value) const;
     void setCurrent(int row);
     void rowChanged(int row);
@@ -150,6 +154,7 @@ private:
     std::function<Status()> m_saver;
     QHash<QString, QString> m_captions;
     QHash<QString, Format> m_formats;
+    QHash<QString, QHash<qint64, QString>> m_names;
     mutable QHash<int, Block> m_blocks;
 };
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QDate>
+#include <QStringView>
+
+#include <optional>
+
+namespace text
+{
+
+/// A date as a clerk types it: year, month and day with "/", "-" or "." between them or as eight digits
+/// ("2026/4/1", "2026-04-01", "20260401"), in full or half width. Nothing for anything else, and for a day
+/// that the calendar does not have.
+std::optional<QDate> parseDate(QStringView s);
+
+} // namespace text
