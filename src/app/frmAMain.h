@@ -5,7 +5,6 @@
 #include "app/screens.h"
 #include "db/result.h"
 #include "masters/own_company.h"
-#include "registers/postal_index.h"
 
 #include <QMainWindow>
 
@@ -38,8 +37,6 @@ public:
 
     /// What is done each time the window becomes the active one.
     void focusStep();
-
-    [[nodiscard]] const registers::PostalIndex &postalIndex() const { return m_postalIndex; }
 
 protected:
     bool event(QEvent *event) override;
@@ -104,7 +101,6 @@ private:
     DatabaseSession m_session;
     CommandPanel *m_commands;
     PanelControls *m_controls;
-    registers::PostalIndex m_postalIndex;
     QString m_pictureFile;
     QString m_pictureProblem; // a sentence for the status bar
     QString m_slipFont;

@@ -7,6 +7,7 @@
 #include "app/panel_controls.h"
 #include "app/settings.h"
 #include "app/workspace.h"
+#include "registers/postal_index.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 #include "ui/twips.h"
@@ -145,7 +146,7 @@ void frmAMain::loadPostalIndex()
 {
     auto index = registers::loadPostalIndex(m_workspace.inApplicationFolder(u"ZIPID1.txt"_s));
     if (tell(index ? db::Status() : db::Status(index.error())))
-        m_postalIndex = std::move(*index);
+        m_workspace.postalIndex = std::make_shared<const registers::PostalIndex>(std::move(*index));
 }
 
 void frmAMain::loadPicture()

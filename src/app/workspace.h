@@ -4,10 +4,17 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
+#include <vector>
 
 namespace db
 {
 class Connection;
+}
+
+namespace registers
+{
+struct PostalGroup;
 }
 
 namespace app
@@ -60,6 +67,8 @@ public:
     db::Connection &connection;
     Settings &settings;
     Panel panel;
+    /// The groups of the postal-code table, for the whole run; none before the main window has loaded them.
+    std::shared_ptr<const std::vector<registers::PostalGroup>> postalIndex;
 
     [[nodiscard]] QString applicationFolder() const { return m_applicationFolder; }
     /// \a name in the application folder; no second separator when the folder is a root.

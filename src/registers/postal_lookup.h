@@ -1,0 +1,54 @@
+#pragma once
+
+#include "db/progress.h"
+#include "registers/postal_index.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+// Japanese postal codes from addresses and back, out of the data files of the application's folder.
+namespace registers
+{
+
+/// The folder of the data files and what was loaded of them at the start.
+struct PostalData
+{
+    QString folder;
+    std::shared_ptr<const PostalIndex> index; // none: as an empty one
+};
+
+/// What a search found.
+struct PostalFinds
+{
+    QString code;         // "NNN-NNNN" of the area that the text names; empty: it names none
+    QStringList lines;    // one a match, its first eight characters the code
+    bool stopped = false; // before the search was through
+};
+
+/// \a typed without its first "大字", which the table's addresses do not have.
+QString postalSearchText(const QString &typed);
+
+/// The silent lookup: the code of \a address, or an empty text when there is none or a file cannot be read.
+/// Beyond the groups' search, an address that begins with its city alone, or holds blanks, is found as far as
+/// it can mean one area only.
+QString postalCodeOf(const PostalData &data, const QString &address);
+
+/// Every area that \a text names or is part of: one group of the index, else the nationwide table
+/// "ZipCode1.txt" as a whole. \a progress is asked between the records whether to go on.
+db::Result<PostalFinds> searchAreas(const PostalData &data, const QString &text,
+                                    const db::Progress &progress);
+
+/// The same among the business offices of "ZIPCODE2.txt".
+db::Result<PostalFinds> searchOffices(const PostalData &data, const QString &text,
+                                      const db::Progress &progress);
+
+/// "NNN-NNNN" when \a typed is a complete postal code: seven digits in full or half width, with a hyphen
+/// after the third or without.
+std::optional<QString> completePostalCode(const QString &typed);
+
+/// The addresses of the areas that have the code \a code ("NNN-NNNN"), each once, in the table's order.
+db::Result<QStringList> addressesOf(const PostalData &data, const QString &code);
+
+} // namespace registers
