@@ -1,0 +1,80 @@
+#include "tables/cell.h"
+
+#include <QDate>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace tables
+{
+
+namespace
+{
+
+// Where a double no longer holds every integer.
+constexpr qint64 highestExact = qint64(1) << 53;
+
+bool isWritable(QStringView text, qsizetype at)
+{
+    const QChar c = text[at];
+    if (c.isHighSurrogate())
+        return at + 1 < text.size() && text[at + 1].isLowSurrogate();
+    if (c.isLowSurrogate())
+        return at > 0 && text[at - 1].isHighSurrogate();
+    return c != u'\0' && c.unicode() < 0xFFFE;
+}
+
+QString writable(QString text)
+{
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        if (!isWritable(text, at))
+            text[at] = QChar::ReplacementCharacter;
+    }
+    return text;
+}
+
+Cell textCell(const QVariant &value) { return {Cell::Kind::Text, writable(value.toString())}; }
+
+Cell numberCell(const QVariant &value)
+{
+    const int type = value.typeId();
+    if (type == QMetaType::LongLong || type == QMetaType::Int) {
+        const qint64 number = value.toLongLong();
+        if (number >= -highestExact && number <= highestExact)
+            return {Cell::Kind::Number, QString::number(number), double(number)};
+    } else if (type == QMetaType::Double && std::isfinite(value.toDouble())) {
+        const double number = value.toDouble();
+        return {Cell::Kind::Number, QString::number(number, 'g', QLocale::FloatingPointShortest), number};
+    }
+    return textCell(value);
+}
+
+Cell dateCell(const QVariant &value)
+{
+    const QString text = value.toString();
+    const QDate date = text.size() == 10 ? QDate::fromString(text, Qt::ISODate) : QDate();
+    // Spreadsheet programs count a 29th of February 1900, and not all of them alike before it.
+    if (!date.isValid() || date < QDate(1900, 3, 1) || date.year() > 9999)
+        return textCell(value);
+    return {Cell::Kind::Date, date.toString(u"yyyy/MM/dd"_s), double(QDate(1899, 12, 30).daysTo(date))};
+}
+
+} // namespace
+
+Cell cellOf(const QVariant &value, ColumnType type)
+{
+    if (value.isNull())
+        return {};
+    switch (type) {
+    case ColumnType::Number:
+        return numberCell(value);
+    case ColumnType::Date:
+        return dateCell(value);
+    case ColumnType::Text:
+        break;
+    }
+    return textCell(value);
+}
+
+} // namespace tables
