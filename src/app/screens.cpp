@@ -5,6 +5,7 @@
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
 #include "registers/frmNouhin.h"
+#include "registers/frmSiire.h"
 #include "slips/frmOut.h"
 
 #include <QGuiApplication>
@@ -34,6 +35,7 @@ Openers screenOpeners()
     return {
         {Action::Sales, screen<slips::frmOut>()},
         {Action::Customers, screen<registers::frmNouhin>()},
+        {Action::Suppliers, screen<registers::frmSiire>()},
         {Action::CustomerCategories, screen<masters::frmKubun>()},
         {Action::SalesProducts, screen<masters::frmOutShohin>()},
         {Action::ShippingCategories, screen<masters::frmInvKubun>()},

@@ -1,10 +1,13 @@
 #include "registers/CustomerPanel.h"
 
 #include "db/recordset.h"
+#include "registers/counterpart.h"
 #include "registers/customer.h"
 #include "text/width.h"
 #include "ui/desktop.h"
+#include "ui/drop_down.h"
 #include "ui/leave_watch.h"
+#include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui/width_check.h"
 #include "ui_CustomerPanel.h"
@@ -26,7 +29,7 @@ CustomerPanel::CustomerPanel(QWidget *parent)
     setFocusProxy(m_ui->txtCode);
     fillDropDowns();
     for (QComboBox *box : {m_ui->dbcKubun, m_ui->cmdBill, m_ui->Combo1})
-        box->installEventFilter(this);
+        ui::ignoreWheelInPassing(box);
     m_ui->txtMail->installEventFilter(this);
     for (QLineEdit *box : std::initializer_list<QLineEdit *>{m_ui->txtName, m_ui->txtName2, m_ui->txtAddress,
                                                              m_ui->txtAddress2})
@@ -57,8 +60,8 @@ void CustomerPanel::bind(db::Connection &connection, db::Recordset &customers)
         m_boxes->bind(box, column);
     m_boxes->bind(m_ui->Check1, u"元帳出力"_s);
 
-    bindDropDown(m_ui->cmdBill, m_ui->Text2);
-    bindDropDown(m_ui->Combo1, m_ui->Text1);
+    ui::bindDropDown(m_ui->cmdBill, m_ui->Text2);
+    ui::bindDropDown(m_ui->Combo1, m_ui->Text1);
     connect(&customers, &db::Recordset::currentRowChanged, this, &CustomerPanel::showCategory);
     connect(m_ui->dbcKubun, &QComboBox::activated, this, &CustomerPanel::chooseCategory);
     connectReading();
@@ -70,17 +73,6 @@ void CustomerPanel::fillDropDowns()
     m_ui->cmdBill->addItems(closingDayNames());
     m_ui->cmdBill->setCurrentIndex(-1);
     m_ui->Combo1->addItems(taxClassNames());
-}
-
-// The hidden box holds the number that is stored; an empty one says nothing about the drop-down.
-void CustomerPanel::bindDropDown(QComboBox *shown, QLineEdit *stored)
-{
-    connect(stored, &QLineEdit::textChanged, shown, [shown](const QString &number) {
-        if (!number.isEmpty())
-            shown->setCurrentIndex(number.toInt());
-    });
-    connect(shown, &QComboBox::activated, stored,
-            [stored](int index) { stored->setText(QString::number(index)); });
 }
 
 void CustomerPanel::connectReading()
@@ -155,7 +147,7 @@ void CustomerPanel::warnOfSharedCode()
 {
     const auto shared = codeIsShared(*m_connection, *m_customers);
     if (shared && *shared)
-        ui::prompts::inform(window(), u"納品先コードが重複しています。"_s);
+        ui::prompts::inform(window(), ui::messages::sharedCode());
 }
 
 void CustomerPanel::beginEntry()
@@ -177,12 +169,6 @@ bool CustomerPanel::eventFilter(QObject *watched, QEvent *event)
     if (watched == m_ui->txtMail && event->type() == QEvent::MouseButtonDblClick) {
         if (const auto link = mailLink(m_ui->txtMail->text()))
             return ui::desktop::open(*link);
-    }
-    // A wheel turned over a drop-down that the clerk is not in would change the customer unseen.
-    const auto *box = qobject_cast<QComboBox *>(watched);
-    if (box && event->type() == QEvent::Wheel && !box->hasFocus()) {
-        event->ignore();
-        return true;
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -8,9 +8,6 @@
 #include <memory>
 #include <vector>
 
-class QComboBox;
-class QLineEdit;
-
 namespace db
 {
 class Connection;
@@ -58,7 +55,6 @@ private:
     void fillDropDowns();
     void connectReading();
     void connectForms();
-    void bindDropDown(QComboBox *shown, QLineEdit *stored);
     void showCategory();
     void chooseCategory(int index);
     void warnOfSharedCode();

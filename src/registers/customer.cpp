@@ -4,6 +4,7 @@
 #include "db/keys.h"
 #include "db/recordset.h"
 #include "db/transaction.h"
+#include "registers/counterpart.h"
 #include "text/width.h"
 
 #include <QRegularExpression>
@@ -17,19 +18,10 @@ namespace
 {
 
 // Lengths in characters.
-constexpr int keyLength = 150;
 constexpr int phoneLength = 15;
 constexpr int mailLength = 50;
 
 const QString customerId = u"納品先ID"_s;
-const QString keyColumn = u"納品先名キー"_s;
-
-// Never ends in half a surrogate pair, which no database can store.
-QString firstCharacters(const QString &text, int count)
-{
-    const QString head = text.left(count);
-    return head.size() == count && head.back().isHighSurrogate() ? head.chopped(1) : head;
-}
 
 // A voiced kana becomes two characters, so the text is cut again after the conversion.
 QString halfWidth(const QString &text, int count)
@@ -60,8 +52,7 @@ QString keyOf(const db::Recordset &customer)
 QString customerKey(const QString &name1, const QString &name2, const QString &code, const QString &tel1,
                     const QString &reading)
 {
-    const QString name = text::withoutFullWidthBlanks(name1 + name2);
-    return firstCharacters(QStringList{name, code, tel1, reading}.join(u' '), keyLength);
+    return counterpartKey(name1, name2, {code, tel1, reading});
 }
 
 QString normalisedPhone(const QString &typed) { return halfWidth(typed, phoneLength); }
@@ -91,8 +82,6 @@ QStringList closingDayNames()
         names << QString::number(day) + u" 日"_s;
     return names;
 }
-
-QStringList taxClassNames() { return {u"外税 （納品時）"_s, u"外税 （請求時）"_s, u"内税"_s}; }
 
 db::Status openEveryCustomer(db::Recordset &customers)
 {
@@ -155,21 +144,7 @@ std::optional<Refusal> customerRefusal(const db::Recordset &customers,
 db::Status saveCustomer(db::Recordset &customers, const QDate &today)
 {
     storeForms(customers);
-    const QVariant oldKey = customers.value(keyColumn);
-    const QVariant oldDate = customers.value(u"更新日"_s);
-    customers.setValue(keyColumn, keyOf(customers));
-    customers.setValue(u"更新日"_s, today.toString(Qt::ISODate));
-    const db::Status saved = customers.update();
-    if (!saved) {
-        customers.setValue(keyColumn, oldKey);
-        customers.setValue(u"更新日"_s, oldDate);
-        return saved;
-    }
-    // The saved row was read anew, where that was possible, with what another program changed in it
-    // meanwhile.
-    if (!customers.value(customerId).isNull())
-        customers.setValue(keyColumn, keyOf(customers));
-    return customers.update();
+    return saveCounterpart(customers, u"納品先名キー"_s, keyOf, {{u"更新日"_s, today.toString(Qt::ISODate)}});
 }
 
 db::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)

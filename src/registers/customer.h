@@ -37,9 +37,6 @@ std::optional<QUrl> mailLink(const QString &address);
 /// By the stored number 締め日: 0 the last day of the month, 1 to 30 that day.
 QStringList closingDayNames();
 
-/// By the stored number 消費税区分.
-QStringList taxClassNames();
-
 /// Every customer, the last changed first.
 db::Status openEveryCustomer(db::Recordset &customers);
 

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "db/recordset.h"
-#include "ui/screen.h"
+#include "registers/register_screen.h"
 
 #include <memory>
-#include <optional>
 
 namespace Ui
 {
@@ -15,7 +13,7 @@ namespace registers
 {
 
 /// The customer register: a list of customers that a search narrows, and the boxes of the current one.
-class frmNouhin : public ui::Screen
+class frmNouhin : public RegisterScreen
 {
     Q_OBJECT
 
@@ -26,59 +24,32 @@ public:
     /// Shows the customer \a id alone. To be called before the screen is shown.
     void openCustomer(qint64 id);
 
-    /// Starts a new customer as soon as the screen is shown.
-    void startNew() { m_startsNew = true; }
-
     /// 納品先ID of the customer saved last on this screen; nothing when none was saved.
-    [[nodiscard]] std::optional<qint64> savedCustomer() const { return m_savedCustomer; }
+    [[nodiscard]] std::optional<qint64> savedCustomer() const { return savedKey(); }
 
 protected:
+    db::Status openRows() override;
+    void add() override;
+    [[nodiscard]] std::vector<State> states() const override;
+    [[nodiscard]] std::optional<Failure> refusal() const override;
+    db::Status store() override;
+    void showRow() override;
+    void focusColumn(const QString &column) override;
+    void entryEnded() override;
     bool mayClose() override;
-    void showEvent(QShowEvent *event) override;
 
 private:
-    enum class Mode { Browsing, Entry };
-
-    /// A refused or failed saving, as it is told.
-    struct Failure
-    {
-        QString text;
-        QString title;
-        QString column; // the box that the cursor goes to; empty: it stays
-    };
-
+    void setUpList();
     void connectButtons();
-    void bindList();
-    void open();
 
     void search();
     void nextSearch();
     void showAll();
-    void add();
-    void saveAndBrowse();
-    void cancelEntry();
-    void removeCustomer();
 
     /// Reads the categories anew. Without any, \a sentence is told. \return whether there are any
     bool categoriesReady(const QString &sentence);
-    std::optional<Failure> trySave();
-    bool save();
-    /// Saves what was typed before the list changes. \return false when the row cannot be left
-    bool leaveRow();
-    bool leaveEntry();
-    bool leaveBrowsing();
-    void tellFailure();
-
-    void setMode(Mode mode);
-    void showStates();
 
     std::unique_ptr<Ui::frmNouhin> m_ui;
-    db::Recordset m_customers;
-    Mode m_mode = Mode::Browsing;
-    bool m_startsNew = false;
-    bool m_opened = false;
-    std::optional<qint64> m_savedCustomer;
-    std::optional<Failure> m_failure; // of the last saving
 };
 
 } // namespace registers

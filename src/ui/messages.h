@@ -32,6 +32,9 @@ inline QString noCategories()
         "納品先の登録区分が登録されていません。「新規登録」「納品先区分登録」を済ませてください。");
 }
 
+/// A code given twice. The supplier register says it in these words too; that is wanted.
+inline QString sharedCode() { return QStringLiteral("納品先コードが重複しています。"); }
+
 /// A name or address wider than its printed line.
 inline QString widthLimit()
 {

@@ -55,6 +55,7 @@ void FirstDay::run()
     designCompanyName();
     setUpPanel();
     registerCustomers();
+    registerSuppliers();
     enterSlips();
     lookAround();
     checkBooks();
@@ -180,6 +181,31 @@ void FirstDay::registerCustomers()
             m_walker.picture(screen, u"customer-found"_s);
         });
     m_walker.check(value(u"SELECT count(*) FROM 納品先"_s) == "20"_L1, u"there are not 20 customers"_s);
+}
+
+void FirstDay::registerSuppliers()
+{
+    m_walker.visit(
+        u"suppliers"_s, [this] { m_walker.click(m_window, u"Command28"_s); },
+        [this](QDialog &screen) {
+            for (const Supplier &supplier : suppliers) {
+                m_walker.click(screen, u"cmdAdd"_s);
+                m_walker.type(screen, u"txtCode"_s, str(supplier.code));
+                m_walker.type(screen, u"txtName1"_s, str(supplier.name));
+                m_walker.type(screen, u"txtTantou1"_s, str(supplier.contact));
+                m_walker.type(screen, u"txtZip"_s, str(supplier.zip));
+                m_walker.type(screen, u"txtAddress1"_s, str(supplier.address1));
+                m_walker.type(screen, u"txtTel1"_s, str(supplier.telephone));
+                m_walker.type(screen, u"txtPay1"_s, str(supplier.payment));
+                m_walker.type(screen, u"txtPay2"_s, str(supplier.bank));
+                auto &taxClass = m_walker.find<QComboBox>(screen, u"Combo1"_s);
+                m_walker.choose(screen, u"Combo1"_s, taxClass.itemText(supplier.taxClass));
+                m_walker.click(screen, u"cmdUpdate"_s);
+            }
+            m_walker.checkText(screen, u"txtName4"_s, u"戸隠そば製粉所 S03 026-254-0103"_s);
+            m_walker.picture(screen, u"suppliers"_s);
+        });
+    m_walker.check(value(u"SELECT count(*) FROM 仕入先"_s) == "3"_L1, u"there are not 3 suppliers"_s);
 }
 
 void FirstDay::enterSlips()

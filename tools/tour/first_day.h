@@ -29,6 +29,7 @@ private:
     void designCompanyName();
     void setUpPanel();
     void registerCustomers();
+    void registerSuppliers();
     void enterSlips();
     void enterLines(QDialog &screen, const struct Slip &slip);
     void printNote(QDialog &screen, int number);

@@ -1,0 +1,55 @@
+#include "registers/counterpart.h"
+
+#include "db/recordset.h"
+#include "db/schema.h"
+#include "text/width.h"
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+namespace
+{
+
+constexpr int keyLength = 150; // characters
+
+} // namespace
+
+QString firstCharacters(const QString &text, int count)
+{
+    const QString head = text.left(count);
+    return head.size() == count && head.back().isHighSurrogate() ? head.chopped(1) : head;
+}
+
+QString counterpartKey(const QString &name1, const QString &name2, const QStringList &others)
+{
+    const QString name = text::withoutFullWidthBlanks(name1 + name2);
+    return firstCharacters((QStringList{name} + others).join(u' '), keyLength);
+}
+
+QStringList taxClassNames() { return {u"外税 （納品時）"_s, u"外税 （請求時）"_s, u"内税"_s}; }
+
+db::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
+                           QString (*keyOf)(const db::Recordset &), QVariantMap values)
+{
+    values.insert(keyColumn, keyOf(rows));
+    QVariantMap old;
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        old.insert(value.key(), rows.value(value.key()));
+        rows.setValue(value.key(), value.value());
+    }
+    const db::Status saved = rows.update();
+    if (!saved) {
+        for (auto value = old.cbegin(); value != old.cend(); ++value)
+            rows.setValue(value.key(), value.value());
+        return saved;
+    }
+    // The saved row was read anew, where that was possible, with what another program changed in it
+    // meanwhile.
+    if (!rows.value(db::keyOf(rows.table())).isNull())
+        rows.setValue(keyColumn, keyOf(rows));
+    return rows.update();
+}
+
+} // namespace registers

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "db/result.h"
+
+#include <QStringList>
+#include <QVariantMap>
+
+namespace db
+{
+class Recordset;
+}
+
+// What customers and suppliers have in common.
+namespace registers
+{
+
+/// The text that one search finds a counterpart by: both names without full-width blanks, then \a others
+/// (code, telephone number …) with a blank before each, at most 150 characters.
+QString counterpartKey(const QString &name1, const QString &name2, const QStringList &others);
+
+/// The first \a count characters of \a text; never ends in half a surrogate pair, which no database can
+/// store.
+QString firstCharacters(const QString &text, int count);
+
+/// By the stored number 消費税区分.
+QStringList taxClassNames();
+
+/// Saves the current row with \a values and with what \a keyOf makes of its fields in \a keyColumn, whether
+/// anything was edited or not. After a failure these columns are as before, and the edits are still there.
+db::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
+                           QString (*keyOf)(const db::Recordset &), QVariantMap values = {});
+
+} // namespace registers

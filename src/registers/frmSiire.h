@@ -1,0 +1,49 @@
+#pragma once
+
+#include "registers/register_screen.h"
+#include "ui/record_panel.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmSiire;
+}
+
+namespace registers
+{
+
+/// The supplier register: a list of all suppliers and the boxes of the current one.
+class frmSiire : public RegisterScreen
+{
+    Q_OBJECT
+
+public:
+    explicit frmSiire(app::Workspace &workspace, QWidget *parent = nullptr);
+    ~frmSiire() override;
+
+    /// Shows the supplier \a id alone. To be called before the screen is shown.
+    void openSupplier(qint64 id);
+
+    /// 仕入先ID of the supplier saved last on this screen; nothing when none was saved.
+    [[nodiscard]] std::optional<qint64> savedSupplier() const { return savedKey(); }
+
+protected:
+    db::Status openRows() override;
+    void add() override;
+    [[nodiscard]] std::vector<State> states() const override;
+    db::Status store() override;
+    void showRow() override;
+    void entryEnded() override;
+
+private:
+    void setUpList();
+    void bindBoxes();
+    void connectButtons();
+    void warnOfCode();
+
+    std::unique_ptr<Ui::frmSiire> m_ui;
+    ui::RecordPanel m_boxes;
+};
+
+} // namespace registers

@@ -1,0 +1,170 @@
+#include "registers/register_screen.h"
+
+#include "app/workspace.h"
+#include "text/numbers.h"
+#include "ui/grid.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+#include "ui/width_check.h"
+
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+RegisterScreen::RegisterScreen(app::Workspace &workspace, const QString &entryOpen, QWidget *parent)
+    : ui::Screen(workspace, parent)
+    , m_rows(workspace.connection)
+    , m_entryOpen(entryOpen)
+{}
+
+void RegisterScreen::bindList(ui::Grid *list, QLabel *count)
+{
+    m_count = count;
+    m_rows.setSaver([this] {
+        const auto failure = trySave();
+        return failure ? db::Status(db::Error{failure->text}) : db::Status();
+    });
+    list->bind(m_rows, [this](const QString &) { tellFailure(); });
+    connect(&m_rows, &db::Recordset::currentRowChanged, this, &RegisterScreen::showStates);
+}
+
+// --- Opening and closing ---
+
+bool RegisterScreen::opened(const db::Status &opened)
+{
+    m_opened = true;
+    return tell(opened);
+}
+
+void RegisterScreen::showEvent(QShowEvent *event)
+{
+    if (!m_opened)
+        opened(openRows());
+    ui::Screen::showEvent(event);
+    // Once the screen stands, so that a message has a window behind it.
+    if (m_startsNew)
+        QMetaObject::invokeMethod(this, &RegisterScreen::add, Qt::QueuedConnection);
+    m_startsNew = false;
+}
+
+bool RegisterScreen::mayClose()
+{
+    return !m_rows.isDirty() || (m_mode == Mode::Entry ? leaveEntry() : leaveBrowsing());
+}
+
+// A new row is stored from the start, so giving up what was typed leaves it with what it started with; the
+// clerk finds it in the list and fills it in later.
+bool RegisterScreen::leaveEntry()
+{
+    switch (ui::prompts::askToSave(this, m_entryOpen)) {
+    case ui::prompts::Choice::Save:
+        return save();
+    case ui::prompts::Choice::Discard:
+        m_rows.revert();
+        return true;
+    case ui::prompts::Choice::Cancel:
+        break;
+    }
+    return false;
+}
+
+bool RegisterScreen::leaveBrowsing()
+{
+    const auto failure = trySave();
+    if (!failure)
+        return true;
+    if (!ui::prompts::ask(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
+        focusColumn(failure->column);
+        return false;
+    }
+    m_rows.revert();
+    return true;
+}
+
+// --- The row ---
+
+void RegisterScreen::saveAndBrowse()
+{
+    if (!save())
+        return;
+    const bool wasEntry = m_mode == Mode::Entry;
+    setMode(Mode::Browsing);
+    if (wasEntry)
+        entryEnded();
+}
+
+void RegisterScreen::cancelEntry()
+{
+    if (!tell(m_rows.remove()))
+        return;
+    setMode(Mode::Browsing);
+    entryEnded();
+}
+
+void RegisterScreen::removeRow()
+{
+    if (m_rows.isEmpty() || !ui::prompts::ask(this, ui::messages::deleteQuestion()))
+        return;
+    if (tell(m_rows.remove()))
+        setMode(Mode::Browsing);
+}
+
+std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
+{
+    const QString title = u"更新"_s;
+    m_failure = refusal();
+    if (m_failure)
+        return m_failure;
+    if (const auto tooWide = ui::WidthCheck::refusal(this)) {
+        m_failure = Failure{*tooWide, QString::fromUtf16(ui::prompts::errorCheck), {}};
+        return m_failure;
+    }
+    const qint64 key = m_rows.currentKey();
+    const db::Status stored = store();
+    if (stored)
+        m_savedKey = key;
+    else
+        m_failure = Failure{stored.error().text, title, {}};
+    showRow();
+    return m_failure;
+}
+
+bool RegisterScreen::save()
+{
+    const bool saved = !trySave();
+    if (!saved)
+        tellFailure();
+    return saved;
+}
+
+bool RegisterScreen::leaveRow() { return !m_rows.isDirty() || save(); }
+
+void RegisterScreen::tellFailure()
+{
+    if (!m_failure)
+        return;
+    ui::prompts::inform(this, m_failure->text, m_failure->title);
+    focusColumn(m_failure->column);
+}
+
+// --- States ---
+
+void RegisterScreen::setMode(Mode mode)
+{
+    m_mode = mode;
+    showStates();
+}
+
+void RegisterScreen::showStates()
+{
+    for (const State &state : states()) {
+        const bool whileBrowsing = m_rows.isEmpty() ? state.withoutRow : state.browsing;
+        state.control->setEnabled(m_mode == Mode::Entry ? state.entry : whileBrowsing);
+    }
+    m_count->setText(text::formatAmount(m_rows.count()) + u" 件"_s);
+}
+
+} // namespace registers

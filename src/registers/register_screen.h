@@ -1,0 +1,108 @@
+#pragma once
+
+#include "db/recordset.h"
+#include "ui/screen.h"
+
+#include <optional>
+#include <vector>
+
+class QLabel;
+
+namespace ui
+{
+class Grid;
+}
+
+namespace registers
+{
+
+/// A register: a list of rows and the boxes of the current one, in which a row is browsed and edited, or a
+/// new one entered. What the clerk typed is saved, or the clerk is asked, before it is left.
+class RegisterScreen : public ui::Screen
+{
+    Q_OBJECT
+
+public:
+    /// Starts a new row as soon as the screen is shown.
+    void startNew() { m_startsNew = true; }
+
+protected:
+    enum class Mode { Browsing, Entry };
+
+    /// A refused or failed saving, as it is told.
+    struct Failure
+    {
+        QString text;
+        QString title;
+        QString column; // the box that the cursor goes to; empty: it stays
+    };
+
+    /// When \a control can be used.
+    struct State
+    {
+        QWidget *control;
+        bool withoutRow, browsing, entry;
+    };
+
+    /// \a entryOpen asks whether a row in entry is to be saved before the screen closes.
+    RegisterScreen(app::Workspace &workspace, const QString &entryOpen, QWidget *parent);
+
+    /// To be called by the constructor: \a list shows the rows, \a count their number.
+    void bindList(ui::Grid *list, QLabel *count);
+
+    [[nodiscard]] db::Recordset &rows() { return m_rows; }
+    [[nodiscard]] const db::Recordset &rows() const { return m_rows; }
+    [[nodiscard]] Mode mode() const { return m_mode; }
+    /// Key of the row saved last on this screen; nothing when none was saved.
+    [[nodiscard]] std::optional<qint64> savedKey() const { return m_savedKey; }
+
+    /// Keeps the screen from reading its rows when it is shown: \a opened are there already.
+    bool opened(const db::Status &opened);
+
+    // --- What a register does in its own way ---
+
+    virtual db::Status openRows() = 0;
+    /// Makes a new row the current one and ends in beginEntry().
+    virtual void add() = 0;
+    [[nodiscard]] virtual std::vector<State> states() const = 0;
+    /// What keeps the current row from being saved.
+    [[nodiscard]] virtual std::optional<Failure> refusal() const { return std::nullopt; }
+    virtual db::Status store() = 0;
+    /// Shows the current row in the boxes again.
+    virtual void showRow() = 0;
+    virtual void focusColumn(const QString &) {}
+    /// Where the cursor goes when an entry has ended.
+    virtual void entryEnded() = 0;
+
+    // --- The actions ---
+
+    void beginEntry() { setMode(Mode::Entry); }
+    void saveAndBrowse();
+    void cancelEntry();
+    void removeRow();
+    /// Saves what was typed before the list changes. \return false when the row cannot be left
+    bool leaveRow();
+    void showStates();
+
+    bool mayClose() override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    std::optional<Failure> trySave();
+    bool save();
+    bool leaveEntry();
+    bool leaveBrowsing();
+    void tellFailure();
+    void setMode(Mode mode);
+
+    db::Recordset m_rows;
+    QString m_entryOpen;
+    QLabel *m_count = nullptr;
+    Mode m_mode = Mode::Browsing;
+    bool m_startsNew = false;
+    bool m_opened = false;
+    std::optional<qint64> m_savedKey;
+    std::optional<Failure> m_failure; // of the last saving
+};
+
+} // namespace registers

@@ -1,0 +1,16 @@
+#pragma once
+
+class QComboBox;
+class QLineEdit;
+
+namespace ui
+{
+
+/// Shows in \a shown the item whose number \a stored holds, and writes the number of the item that the clerk
+/// chooses back into it. An empty box says nothing about the drop-down.
+void bindDropDown(QComboBox *shown, QLineEdit *stored);
+
+/// Keeps a wheel turned over \a box in passing from choosing: it would change a record unseen.
+void ignoreWheelInPassing(QComboBox *box);
+
+} // namespace ui
