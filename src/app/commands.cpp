@@ -147,10 +147,10 @@ Commands reportCommands()
 {
     return {
         {Action::None, u"mnuReport", u"帳票(&M)"},
-        {Action::Ledger, u"mnuOutMoto", u"売掛金元帳(&O)", u"mnuReport"},
-        {Action::Ledger, u"mnuReportZandaka", u"売掛金残高照会(&C)", u"mnuReport"},
-        {Action::Ledger, u"mnuInMoto", u"買掛金元帳(&I)", u"mnuReport"},
-        {Action::Ledger, u"mnuReportInZandaka", u"買掛金残高照会(R)", u"mnuReport"},
+        {Action::ReceivableLedger, u"mnuOutMoto", u"売掛金元帳(&O)", u"mnuReport"},
+        {Action::ReceivableBalances, u"mnuReportZandaka", u"売掛金残高照会(&C)", u"mnuReport"},
+        {Action::PayableLedger, u"mnuInMoto", u"買掛金元帳(&I)", u"mnuReport"},
+        {Action::PayableBalances, u"mnuReportInZandaka", u"買掛金残高照会(R)", u"mnuReport"},
         {Action::SalesReport, u"mnuReportDayOut", u"納品日報(&O)", u"mnuReport", none,
          {{u"Command11", u"納品日報", Page::Sales, u"日報・元帳"}}},
         {Action::ReceiptReport, u"mnuReportDayRev", u"入金日報(&R)", u"mnuReport", none,
@@ -160,21 +160,22 @@ Commands reportCommands()
         {Action::PaymentReport, u"mnuReportDayPay", u"支払日報(&P)", u"mnuReport", none,
          {{u"Command30", u"支払日報", Page::Purchases, u"日報・元帳"}}},
         {Action::BillList, u"", u"", u"", needsEmployee, {{u"Command4", u"月別請求一覧", Page::Sales, u"日報・元帳"}}},
-        {Action::Ledger, u"", u"", u"", none,
-         {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"},
-          {u"Command8", u"買掛金元帳", Page::Purchases, u"日報・元帳"}}},
+        {Action::ReceivableLedger, u"", u"", u"", none,
+         {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"}}},
+        {Action::PayableLedger, u"", u"", u"", none,
+         {{u"Command8", u"買掛金元帳", Page::Purchases, u"日報・元帳"}}},
 
         {Action::None, u"mnuTool", u"期末(&U)"},
         {Action::Ledger, u"mnuToolCreate", u"期首データベース作成(&N)", u"mnuTool"},
         {Action::None, u"mnuKimatsu", u"繰越伝票", u"mnuTool"},
-        {Action::Ledger, u"mnuUrikakeKurikoshi", u"売掛金　繰越伝票(&O)", u"mnuKimatsu"},
+        {Action::ReceivableCarried, u"mnuUrikakeKurikoshi", u"売掛金　繰越伝票(&O)", u"mnuKimatsu"},
         {Action::ReceivableCorrection, u"mnuUrikakeAMD", u"売掛金　繰越伝票訂正(S)", u"mnuKimatsu", needsSlips(u'B')},
-        {Action::Ledger, u"mnuKaikakeKurikoshi", u"買掛金　繰越伝票(&I)", u"mnuKimatsu"},
+        {Action::PayableCarried, u"mnuKaikakeKurikoshi", u"買掛金　繰越伝票(&I)", u"mnuKimatsu"},
         {Action::PayableCorrection, u"mnuKaikakeAMD", u"買掛金　繰越伝票訂正(&B)", u"mnuKimatsu", needsSlips(u'A')},
-        {Action::Ledger, u"mnuPreTana", u"棚卸伝票入力(&T)", u"mnuTool"},
+        {Action::Stocktake, u"mnuPreTana", u"棚卸伝票入力(&T)", u"mnuTool"},
         {Action::StocktakeCorrection, u"mnuTanaAmd", u"棚卸伝票訂正(&D)", u"mnuTool", needsSlips(u'T')},
-        {Action::Ledger, u"mnuReportTana", u"棚卸日報(&R)", u"mnuTool"},
-        {Action::Ledger, u"mnuTanaMoto", u"棚卸補助元帳(&M)", u"mnuTool"},
+        {Action::StocktakeReport, u"mnuReportTana", u"棚卸日報(&R)", u"mnuTool"},
+        {Action::StocktakeLedger, u"mnuTanaMoto", u"棚卸補助元帳(&M)", u"mnuTool"},
     };
 }
 
@@ -234,6 +235,15 @@ std::optional<Companion> companionOf(Action action)
 {
     switch (action) {
     case Action::Ledger:
+    case Action::ReceivableCarried:
+    case Action::PayableCarried:
+    case Action::Stocktake:
+    case Action::ReceivableLedger:
+    case Action::ReceivableBalances:
+    case Action::PayableLedger:
+    case Action::PayableBalances:
+    case Action::StocktakeReport:
+    case Action::StocktakeLedger:
         return Companion::Ledger;
     case Action::CashBook:
         return Companion::CashBook;

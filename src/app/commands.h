@@ -53,6 +53,16 @@ enum class Action {
     ReceivableCorrection,
     PayableCorrection,
     StocktakeCorrection,
+    ReceivableCarried,
+    PayableCarried,
+    Stocktake,
+    // ledgers
+    ReceivableLedger,
+    ReceivableBalances,
+    PayableLedger,
+    PayableBalances,
+    StocktakeReport,
+    StocktakeLedger,
     // reports
     SalesReport,
     ReceiptReport,
@@ -96,7 +106,8 @@ enum class Action {
     Update,
 };
 
-/// The companion program that \a action starts.
+/// The companion program that does \a action where it is installed; without it a screen of our own does, if
+/// there is one.
 std::optional<Companion> companionOf(Action action);
 
 /// Pages of the tab panel, in their order.

@@ -102,7 +102,7 @@ void frmAMain::run(const Command &command)
         return;
     if (const Builtin builtin = builtinFor(command.action))
         (this->*builtin)();
-    else if (const auto companion = companionOf(command.action))
+    else if (const auto companion = installedCompanion(command.action))
         start(*companion);
     else
         open(command.action);
@@ -114,9 +114,15 @@ bool frmAMain::isPossible(const Command &command) const
         return false;
     if (builtinFor(command.action))
         return true;
-    if (const auto companion = companionOf(command.action))
-        return isCompanionInstalled(m_workspace.applicationFolder(), *companion);
-    return m_openers.contains(command.action);
+    return installedCompanion(command.action) || m_openers.contains(command.action);
+}
+
+std::optional<Companion> frmAMain::installedCompanion(Action action) const
+{
+    const auto companion = companionOf(action);
+    if (companion && isCompanionInstalled(m_workspace.applicationFolder(), *companion))
+        return companion;
+    return std::nullopt;
 }
 
 void frmAMain::enableCommands()

@@ -54,6 +54,8 @@ private:
     bool slipsExist(QChar letter);
     void open(Action action);
     void start(Companion companion);
+    /// The companion that does \a action; nothing when it is not there.
+    [[nodiscard]] std::optional<Companion> installedCompanion(Action action) const;
     [[nodiscard]] bool isPossible(const Command &command) const;
     void enableCommands();
 

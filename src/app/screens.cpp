@@ -6,7 +6,9 @@
 #include "masters/frmMyco.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
+#include "slips/frmIn.h"
 #include "slips/frmOut.h"
+#include "slips/money_slips.h"
 
 #include <QGuiApplication>
 
@@ -34,6 +36,12 @@ Openers screenOpeners()
 {
     return {
         {Action::Sales, screen<slips::frmOut>()},
+        {Action::Purchase, screen<slips::frmIn>()},
+        {Action::Receipt, screen<slips::frmOutReceipt>()},
+        {Action::Payment, screen<slips::frmInPay>()},
+        {Action::ReceivableCarried, screen<slips::frmUrikake>()},
+        {Action::PayableCarried, screen<slips::frmKaikake>()},
+        {Action::Stocktake, screen<slips::frmTana>()},
         {Action::Customers, screen<registers::frmNouhin>()},
         {Action::Suppliers, screen<registers::frmSiire>()},
         {Action::CustomerCategories, screen<masters::frmKubun>()},

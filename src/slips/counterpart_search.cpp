@@ -16,6 +16,24 @@ const CounterpartSearch customerSearch{
     u"納品先ID",
 };
 
+const CounterpartSearch supplierSearch{
+    Party::Supplier,
+    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー FROM 仕入先 "
+    "WHERE (仕入先名キー LIKE ?) ORDER BY 仕入先ID",
+    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー FROM 仕入先 "
+    "WHERE 仕入先ID = ?",
+    u"仕入先ID",
+};
+
+const CounterpartSearch payeeSearch{
+    Party::Supplier,
+    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, コード, 仕入先名キー FROM 仕入先 "
+    "WHERE (仕入先名キー LIKE ?)  ORDER BY 仕入先ID",
+    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, コード, 仕入先名キー FROM 仕入先 "
+    "WHERE 仕入先ID = ?",
+    u"仕入先ID",
+};
+
 db::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &text)
 {
     // Search keys hold no full-width blanks, names as typed often do: 山田　太郎.

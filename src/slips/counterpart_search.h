@@ -17,6 +17,10 @@ struct CounterpartSearch
 
 /// Customers, the one served last first.
 extern const CounterpartSearch customerSearch;
+/// Suppliers in the order of their keys.
+extern const CounterpartSearch supplierSearch;
+/// The same with the supplier's code, as payments list them.
+extern const CounterpartSearch payeeSearch;
 
 /// Fills \a found with the rows whose search key contains \a text.
 db::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &text);

@@ -1,8 +1,8 @@
 #include "slips/frmOut.h"
 
 #include "masters/name_lists.h"
-#include "registers/frmNouhin.h"
 #include "slips/delivery_note_print.h"
+#include "slips/new_counterpart.h"
 #include "ui_frmOut.h"
 
 namespace slips
@@ -21,27 +21,13 @@ GoodsSlipDescription description()
              .search = customerSearch,
              .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
              .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
-             .fields = {{u"txtNouhinsaki1", u"納品先名1"},
-                        {u"txtNouhinsaki2", u"納品先名2"},
-                        {u"txtZip", u"郵便番号"},
-                        {u"txtAddress1", u"住所1"},
-                        {u"txtAddress2", u"住所2"},
-                        {u"txtTel", u"TEL1"},
-                        {u"txtCode", u"コード"},
-                        {u"txtTaxK", u"消費税区分"}},
+             .fields = customerFields(),
              .stampsCounterpart = true},
         .products = masters::salesProductNames,
         .emptyPrice = {u"単価が入力されていません。よろしいですか。", true},
         .showsIncludedTax = true,
+        .hasAmountBox = true,
     };
-}
-
-qint64 enterNewCustomer(app::Workspace &workspace, QWidget *parent)
-{
-    registers::frmNouhin editor(workspace, parent);
-    editor.startNew();
-    editor.exec();
-    return editor.savedCustomer().value_or(0);
 }
 
 } // namespace

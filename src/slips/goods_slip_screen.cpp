@@ -62,7 +62,8 @@ void GoodsSlipScreen::setUpLines()
     m_previousGrid = findChild<ui::Grid *>(u"MSFlexGrid1"_s);
     m_previousGrid->setModel(&m_previous);
     setWidths(m_previousGrid, {120, 100, 260, 180, 80, 60, 100, 110});
-    m_entry = new LineEntry(this, m_description.emptyPrice);
+    auto *amountBox = m_description.hasAmountBox ? line(u"Text5") : nullptr;
+    m_entry = new LineEntry(this, m_description.emptyPrice, amountBox);
     tell(m_entry->offer(workspace().connection, m_description.products));
 
     connect(findChild<QPushButton *>(u"cmdSubAdd"_s), &QPushButton::clicked, this, &GoodsSlipScreen::addLine);

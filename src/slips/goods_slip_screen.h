@@ -17,7 +17,8 @@ struct GoodsSlipDescription
     LineEntry::Names products;
     EmptyPriceRule emptyPrice;
     bool showsIncludedTax;
-    bool isTaxed = true; // whether closing adds a tax line where one is due
+    bool hasAmountBox = false; // Text5 is the hidden box of a line's amount
+    bool isTaxed = true;       // whether closing adds a tax line where one is due
 };
 
 /// The screens that enter slips of goods. A screen's own class sets up its form and adds what it alone has.

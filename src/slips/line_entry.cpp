@@ -32,7 +32,7 @@ db::Status fill(QComboBox *picker, const db::Result<QStringList> &names)
 
 } // namespace
 
-LineEntry::LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice)
+LineEntry::LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, QLineEdit *amountBox)
     : QObject(screen)
     , m_screen(screen)
     , m_emptyPrice(emptyPrice)
@@ -41,9 +41,10 @@ LineEntry::LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice)
     , m_quantity(screen->findChild<QLineEdit *>(u"txtCnt"_s))
     , m_unit(screen->findChild<QComboBox *>(u"dbcTani"_s))
     , m_price(screen->findChild<QLineEdit *>(u"txtTanka"_s))
-    , m_amount(screen->findChild<QLineEdit *>(u"Text5"_s))
+    , m_amount(amountBox)
 {
-    m_amount->hide();
+    if (m_amount)
+        m_amount->hide();
     for (QComboBox *picker : {m_product, m_specification, m_unit})
         new Picker(picker);
 }
@@ -107,7 +108,8 @@ std::optional<GoodsLine> LineEntry::read()
         refuse(m_quantity, amount.error().text);
         return std::nullopt;
     }
-    m_amount->setText(text::formatPlain(*product));
+    if (m_amount)
+        m_amount->setText(text::formatPlain(*product));
     return GoodsLine{m_product->currentText().trimmed(),
                      m_specification->currentText().trimmed(),
                      *quantity,
@@ -130,8 +132,10 @@ void LineEntry::clear()
         picker->setCurrentIndex(-1);
         picker->clearEditText();
     }
-    for (QLineEdit *box : {m_quantity, m_price, m_amount})
+    for (QLineEdit *box : {m_quantity, m_price})
         box->clear();
+    if (m_amount)
+        m_amount->clear();
 }
 
 void LineEntry::begin() { m_product->setFocus(); }

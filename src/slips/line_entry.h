@@ -22,8 +22,8 @@ struct EmptyPriceRule
     bool mayContinue; // the text is a question; Yes stores the price 0
 };
 
-/// The boxes of a goods-slip screen in which one line is typed: dbcShohin, dbcKikaku, txtCnt, dbcTani,
-/// txtTanka and the hidden Text5.
+/// The boxes of a goods-slip screen in which one line is typed: dbcShohin, dbcKikaku, txtCnt, dbcTani and
+/// txtTanka.
 class LineEntry : public QObject
 {
     Q_OBJECT
@@ -31,7 +31,8 @@ class LineEntry : public QObject
 public:
     using Names = db::Result<QStringList> (*)(db::Connection &);
 
-    LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice);
+    /// \a amountBox: the hidden box that takes the line's amount before it is truncated; may be absent.
+    LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, QLineEdit *amountBox);
 
     /// Offers the masters' names in the pickers; other texts may be typed as well.
     db::Status offer(db::Connection &connection, Names products);

@@ -113,6 +113,15 @@ db::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line)
                       id);
 }
 
+db::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind, const MoneyLine &line)
+{
+    const QString means = line.means.isEmpty() ? u""_s : line.means; // never NULL
+    if (kind == payment)
+        return insertLine(connection, u"商品名, 規格, 単位, 金額"_s, {line.item, means, u""_s, line.amount},
+                          id);
+    return insertLine(connection, u"商品名, 規格, 金額"_s, {line.item, means, line.amount}, id);
+}
+
 db::Result<bool> slipExists(db::Connection &connection, qint64 id)
 {
     const auto headers = connection.keys(u"SELECT ID FROM 入出庫マスター WHERE ID = ?"_s, {id});

@@ -52,6 +52,18 @@ struct GoodsLine
 /// Appends \a line to the slip \a id, which must still be there.
 db::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line);
 
+/// A line of money.
+struct MoneyLine
+{
+    QString item;      // stored as 商品名
+    QString means;     // stored as 規格; may be empty
+    double amount = 0; // yen, to four decimals
+};
+
+/// Appends \a line to the slip \a id of \a kind, which must still be there. A payment's unit is stored as an
+/// empty text, a receipt's not at all: so the users' books have always held them.
+db::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind, const MoneyLine &line);
+
 /// Whether the slip is still there: another program may have deleted it.
 db::Result<bool> slipExists(db::Connection &connection, qint64 id);
 

@@ -61,6 +61,15 @@ db::Result<double> lineAmount(double quantity, double price)
     return truncated(*product);
 }
 
+db::Result<double> currency(double value)
+{
+    if (!fits(value))
+        return tooGreat();
+    // Twice, so that a half is a whole number, which the noise is cleaned off.
+    const double twice = cleaned(value * 20000);
+    return std::nearbyint(twice / 2) / 10000 + 0.0;
+}
+
 db::Result<double> exclusiveTax(double total, double rate)
 {
     if (const db::Status taxable = checkTaxable(total, rate); !taxable)

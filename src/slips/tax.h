@@ -19,6 +19,10 @@ db::Result<double> lineProduct(double quantity, double price);
 /// What is stored as 金額: the product truncated toward zero to whole yen.
 db::Result<double> lineAmount(double quantity, double price);
 
+/// \a value as an amount of money: to four decimals, a half to the even side, as the currency type of the
+/// users' books rounds. Fails as lineProduct() does.
+db::Result<double> currency(double value);
+
 /// Tax on top of \a total, truncated toward zero to whole yen.
 db::Result<double> exclusiveTax(double total, double rate);
 

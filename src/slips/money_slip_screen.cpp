@@ -1,0 +1,177 @@
+#include "slips/money_slip_screen.h"
+
+#include "app/workspace.h"
+#include "slips/tax.h"
+#include "text/numbers.h"
+#include "ui/prompts.h"
+#include "ui_MoneySlipForm.h"
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+std::vector<SlipGridModel::Column> lineColumns(const MoneySlipDescription &description)
+{
+    return {{u"適用"_s, db::Format::Plain},
+            {QString::fromUtf16(description.meansLabel), db::Format::Plain},
+            {u"金額"_s, db::Format::Quantity, true}};
+}
+
+} // namespace
+
+MoneySlipScreen::MoneySlipScreen(app::Workspace &workspace, QWidget *parent,
+                                 const MoneySlipDescription &description)
+    : SlipScreen(workspace, parent, description.slip)
+    , m_ui(std::make_unique<Ui::MoneySlipForm>())
+    , m_lines(lineColumns(description), nullptr)
+{
+    m_ui->setupUi(this);
+    setCaptions(description);
+    setUpSlip();
+}
+
+MoneySlipScreen::~MoneySlipScreen() = default;
+
+void MoneySlipScreen::setCaptions(const MoneySlipDescription &description)
+{
+    setObjectName(QString::fromUtf16(description.screen));
+    setWindowTitle(QString::fromUtf16(description.title));
+    const QString party = QString::fromUtf16(description.party);
+    m_ui->Frame2->setTitle(party);
+    m_ui->lblKey1->setText(party + u"名キー(&K)"_s);
+    m_ui->lblFound->setText(party + u"リスト"_s);
+    m_ui->lblName1->setText(party + u"名1"_s);
+    m_ui->lblName2->setText(party + u"名2"_s);
+    m_ui->Text1->setAccessibleName(party + u"ID"_s);
+    m_ui->lblMeans->setText(QString::fromUtf16(description.meansLabel));
+    m_ui->cmbShohin->addItems(description.items);
+    m_ui->cmbKikaku->addItems(description.means);
+    m_ui->lblMeans->setHidden(description.means.isEmpty());
+    m_ui->cmbKikaku->setHidden(description.means.isEmpty());
+    m_ui->dgdSub->setColumnHidden(1, description.means.isEmpty());
+    const bool showsTaxClass = std::ranges::any_of(
+        description.slip.fields, [](const HeaderField &field) { return field.control == u"txtTaxK"_s; });
+    for (QWidget *part : {static_cast<QWidget *>(m_ui->lblTaxK), static_cast<QWidget *>(m_ui->txtTaxK),
+                          static_cast<QWidget *>(m_ui->lblTaxClass)})
+        part->setVisible(showsTaxClass);
+}
+
+void MoneySlipScreen::setUpLines()
+{
+    m_ui->dgdSub->setModel(&m_lines);
+    m_ui->dgdSub->setColumnHidden(1, m_ui->cmbKikaku->count() == 0);
+    setWidths(m_ui->dgdSub, {260, m_ui->cmbKikaku->count() == 0 ? 0 : 220, 160});
+    connect(m_ui->cmdSubAdd, &QPushButton::clicked, this, &MoneySlipScreen::addLine);
+    connect(m_ui->cmdSubCancel, &QPushButton::clicked, this, &MoneySlipScreen::removeLine);
+}
+
+void MoneySlipScreen::counterpartShown(bool chosen)
+{
+    m_ui->lblTaxClass->setText(chosen ? nameOf(taxClassFrom(m_ui->txtTaxK->text())) : QString());
+}
+
+void MoneySlipScreen::focusLine() { m_ui->cmbShohin->setFocus(); }
+
+bool MoneySlipScreen::lineIsTyped() const { return !m_ui->txtKingaku->text().trimmed().isEmpty(); }
+
+// --- The lines ---
+
+void MoneySlipScreen::refuse(QWidget *box, const QString &text)
+{
+    ui::prompts::inform(this, text);
+    box->setFocus();
+}
+
+std::optional<double> MoneySlipScreen::readAmount()
+{
+    QLineEdit *box = m_ui->txtKingaku;
+    if (box->text().trimmed().isEmpty()) {
+        refuse(box, u"金額が入力されていません。"_s);
+        return std::nullopt;
+    }
+    const auto typed = text::parseNumber(box->text());
+    if (!typed) {
+        refuse(box, u"金額には数字を入力してください。"_s);
+        box->selectAll();
+        return std::nullopt;
+    }
+    const auto amount = currency(*typed);
+    if (!amount) {
+        refuse(box, amount.error().text);
+        return std::nullopt;
+    }
+    // The books hold positive amounts, whatever the kind; a negative one is a deliberate reversal.
+    if (*amount < 0 && !ui::prompts::ask(this, u"金額がマイナスです。よろしいですか。"_s)) {
+        box->setFocus();
+        return std::nullopt;
+    }
+    return *amount;
+}
+
+std::optional<MoneyLine> MoneySlipScreen::readLine()
+{
+    if (m_ui->cmbShohin->currentText().isEmpty()) {
+        refuse(m_ui->cmbShohin, u"適用が選択されていません。"_s);
+        return std::nullopt;
+    }
+    const auto amount = readAmount();
+    if (!amount)
+        return std::nullopt;
+    return MoneyLine{m_ui->cmbShohin->currentText(), m_ui->cmbKikaku->currentText(), *amount};
+}
+
+void MoneySlipScreen::addLine()
+{
+    const auto line = readLine();
+    if (!line)
+        return;
+    if (const db::Status added = slips::addLine(workspace().connection, header().id, kind(), *line); !added) {
+        tellOfSlip(added.error());
+        return;
+    }
+    m_lines.append({line->item, line->means, line->amount});
+    m_ui->dgdSub->scrollToBottom();
+    clearEntry();
+    enter(SlipState::LinesPresent);
+    focusLine();
+}
+
+void MoneySlipScreen::removeLine()
+{
+    const auto removed = removeLastLine(workspace().connection, header().id);
+    if (!removed) {
+        tellOfSlip(removed.error());
+        return;
+    }
+    if (*removed)
+        m_lines.removeLast();
+    focusLine();
+}
+
+void MoneySlipScreen::clearEntry()
+{
+    m_ui->cmbShohin->setCurrentIndex(-1);
+    m_ui->cmbKikaku->setCurrentIndex(-1);
+    m_ui->txtKingaku->clear();
+}
+
+void MoneySlipScreen::clearLines()
+{
+    m_lines.setRows({});
+    clearEntry();
+}
+
+db::Result<QString> MoneySlipScreen::closeSlip()
+{
+    const auto closed = closeUntaxedSlip(workspace().connection, header().id);
+    if (!closed)
+        return closed.error();
+    return u"伝票 %1 を保存しました。　合計 %2 円"_s.arg(header().number,
+                                                         text::formatQuantity(closed->total));
+}
+
+} // namespace slips

@@ -1,0 +1,16 @@
+#include "slips/new_counterpart.h"
+
+#include "registers/frmNouhin.h"
+
+namespace slips
+{
+
+qint64 enterNewCustomer(app::Workspace &workspace, QWidget *parent)
+{
+    registers::frmNouhin editor(workspace, parent);
+    editor.startNew();
+    editor.exec();
+    return editor.savedCustomer().value_or(0);
+}
+
+} // namespace slips

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtGlobal>
+
+class QWidget;
+
+namespace app
+{
+class Workspace;
+}
+
+namespace slips
+{
+
+/// Opens the customer register with a new row. \return 納品先ID of the customer saved, 0 when none was
+qint64 enterNewCustomer(app::Workspace &workspace, QWidget *parent);
+
+} // namespace slips
