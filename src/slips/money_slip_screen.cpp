@@ -52,7 +52,8 @@ void MoneySlipScreen::setCaptions(const MoneySlipDescription &description)
     m_ui->cmbKikaku->addItems(description.means);
     m_ui->lblMeans->setHidden(description.means.isEmpty());
     m_ui->cmbKikaku->setHidden(description.means.isEmpty());
-    m_ui->dgdSub->setColumnHidden(1, description.means.isEmpty());
+    if (description.means.isEmpty())
+        m_ui->layoutEntry->setColumnStretch(1, 0);
     const bool showsTaxClass = std::ranges::any_of(
         description.slip.fields, [](const HeaderField &field) { return field.control == u"txtTaxK"_s; });
     for (QWidget *part : {static_cast<QWidget *>(m_ui->lblTaxK), static_cast<QWidget *>(m_ui->txtTaxK),
@@ -63,7 +64,6 @@ void MoneySlipScreen::setCaptions(const MoneySlipDescription &description)
 void MoneySlipScreen::setUpLines()
 {
     m_ui->dgdSub->setModel(&m_lines);
-    m_ui->dgdSub->setColumnHidden(1, m_ui->cmbKikaku->count() == 0);
     setWidths(m_ui->dgdSub, {260, m_ui->cmbKikaku->count() == 0 ? 0 : 220, 160});
     connect(m_ui->cmdSubAdd, &QPushButton::clicked, this, &MoneySlipScreen::addLine);
     connect(m_ui->cmdSubCancel, &QPushButton::clicked, this, &MoneySlipScreen::removeLine);
@@ -74,7 +74,13 @@ void MoneySlipScreen::counterpartShown(bool chosen)
     m_ui->lblTaxClass->setText(chosen ? nameOf(taxClassFrom(m_ui->txtTaxK->text())) : QString());
 }
 
-void MoneySlipScreen::focusLine() { m_ui->cmbShohin->setFocus(); }
+void MoneySlipScreen::focusLine()
+{
+    if (m_ui->cmbShohin->count() > 1)
+        m_ui->cmbShohin->setFocus();
+    else // there is nothing to choose
+        m_ui->txtKingaku->setFocus();
+}
 
 bool MoneySlipScreen::lineIsTyped() const { return !m_ui->txtKingaku->text().trimmed().isEmpty(); }
 
@@ -154,7 +160,7 @@ void MoneySlipScreen::removeLine()
 
 void MoneySlipScreen::clearEntry()
 {
-    m_ui->cmbShohin->setCurrentIndex(-1);
+    m_ui->cmbShohin->setCurrentIndex(m_ui->cmbShohin->count() == 1 ? 0 : -1);
     m_ui->cmbKikaku->setCurrentIndex(-1);
     m_ui->txtKingaku->clear();
 }
