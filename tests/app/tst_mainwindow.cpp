@@ -511,8 +511,14 @@ void TestMainWindow::handOver()
 
 void TestMainWindow::companionsThatAreMissing()
 {
-    Stage missing;
-    QVERIFY(!missing.find<QAbstractButton>("Command5")->isEnabled());
+    Stage nothing({}, {Action::ReceivableLedger});
+    QVERIFY(!nothing.find<QAbstractButton>("Command5")->isEnabled());
+
+    // A screen of our own does in the other program's place.
+    Stage own;
+    own.click("Command5");
+    QCOMPARE(own.opened, QList<Action>{Action::ReceivableLedger});
+    QVERIFY(!QFile::exists(own.shop.path(u"SendData.txt"_s)));
 
     Stage installed([](FreshShop &shop) {
         QFile program(companionFile(shop.folder.path(), Companion::Ledger));
@@ -522,6 +528,7 @@ void TestMainWindow::companionsThatAreMissing()
     });
     installed.find<QAction>("mnuOutMoto")->trigger();
     QVERIFY(QFile::exists(installed.shop.path(u"SendData.txt"_s)));
+    QVERIFY(installed.opened.isEmpty());
 }
 
 QTEST_MAIN(TestMainWindow)
