@@ -1,6 +1,7 @@
 #include "slips/frmIn.h"
 
 #include "masters/name_lists.h"
+#include "slips/new_counterpart.h"
 #include "ui_frmIn.h"
 
 using namespace Qt::StringLiterals;
@@ -43,6 +44,7 @@ SupplierGoodsScreen::SupplierGoodsScreen(app::Workspace &workspace, QWidget *par
     if (goods == SupplierGoods::Stocktake)
         showAsStocktake();
     setUpSlip();
+    setCounterpartEditor([&workspace](QWidget *parent) { return enterNewSupplier(workspace, parent); });
 }
 
 void SupplierGoodsScreen::showAsStocktake()

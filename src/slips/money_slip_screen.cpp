@@ -1,6 +1,7 @@
 #include "slips/money_slip_screen.h"
 
 #include "app/workspace.h"
+#include "slips/new_counterpart.h"
 #include "slips/tax.h"
 #include "text/numbers.h"
 #include "ui/prompts.h"
@@ -32,6 +33,8 @@ MoneySlipScreen::MoneySlipScreen(app::Workspace &workspace, QWidget *parent,
     m_ui->setupUi(this);
     setCaptions(description);
     setUpSlip();
+    const auto editor = description.slip.kind.party == Party::Customer ? enterNewCustomer : enterNewSupplier;
+    setCounterpartEditor([&workspace, editor](QWidget *parent) { return editor(workspace, parent); });
 }
 
 MoneySlipScreen::~MoneySlipScreen() = default;

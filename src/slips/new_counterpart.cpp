@@ -1,6 +1,7 @@
 #include "slips/new_counterpart.h"
 
 #include "registers/frmNouhin.h"
+#include "registers/frmSiire.h"
 
 namespace slips
 {
@@ -11,6 +12,14 @@ qint64 enterNewCustomer(app::Workspace &workspace, QWidget *parent)
     editor.startNew();
     editor.exec();
     return editor.savedCustomer().value_or(0);
+}
+
+qint64 enterNewSupplier(app::Workspace &workspace, QWidget *parent)
+{
+    registers::frmSiire editor(workspace, parent);
+    editor.startNew();
+    editor.exec();
+    return editor.savedSupplier().value_or(0);
 }
 
 } // namespace slips
