@@ -38,4 +38,23 @@ Status Transaction::commit()
     return {};
 }
 
+ReadTransaction::ReadTransaction(Connection &connection)
+    : m_connection(connection)
+{}
+
+ReadTransaction::~ReadTransaction()
+{
+    if (m_owner && m_connection.inTransaction())
+        (void)m_connection.execute(u"ROLLBACK"_s);
+}
+
+Status ReadTransaction::begin()
+{
+    if (m_connection.inTransaction())
+        return {};
+    const auto begun = m_connection.execute(u"BEGIN"_s);
+    m_owner = bool(begun);
+    return begun ? Status() : Status(begun.error());
+}
+
 } // namespace db

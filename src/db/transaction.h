@@ -29,4 +29,21 @@ private:
     bool m_owner = false;
 };
 
+/// One state of the file for several statements that only read: what other programs write meanwhile waits
+/// until the guard ends, so it is for seconds, not for minutes. Within a Transaction it is part of that one.
+class ReadTransaction
+{
+public:
+    explicit ReadTransaction(Connection &connection);
+    ~ReadTransaction();
+    ReadTransaction(const ReadTransaction &) = delete;
+    ReadTransaction &operator=(const ReadTransaction &) = delete;
+
+    Status begin();
+
+private:
+    Connection &m_connection;
+    bool m_owner = false;
+};
+
 } // namespace db

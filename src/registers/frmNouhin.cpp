@@ -3,8 +3,10 @@
 #include "app/settings.h"
 #include "app/workspace.h"
 #include "registers/customer.h"
+#include "registers/customer_export.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
+#include "ui/table_export.h"
 #include "ui_frmNouhin.h"
 
 #include <QShortcut>
@@ -74,6 +76,7 @@ void frmNouhin::connectButtons()
         {m_ui->Command6, &frmNouhin::showAll},        {m_ui->cmdAdd, &frmNouhin::add},
         {m_ui->cmdUpdate, &frmNouhin::saveAndBrowse}, {m_ui->cmdNewDate, &frmNouhin::saveAndBrowse},
         {m_ui->cmdCancel, &frmNouhin::cancelEntry},   {m_ui->cmdDelete, &frmNouhin::removeRow},
+        {m_ui->Command7, &frmNouhin::exportAll},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
@@ -168,6 +171,17 @@ void frmNouhin::add()
     m_ui->panel->beginEntry();
 }
 
+void frmNouhin::exportAll()
+{
+    if (!leaveRow())
+        return;
+    db::Connection &connection = workspace().connection;
+    ui::exportTable(this, {[&](const QString &fileName) { return checkCustomerExport(connection, fileName); },
+                           [&](const QString &fileName, const db::Progress &progress) {
+                               return exportCustomers(connection, fileName, progress);
+                           }});
+}
+
 std::optional<RegisterScreen::Failure> frmNouhin::refusal() const
 {
     const auto refused = registers::customerRefusal(rows(), m_ui->panel->categories());
@@ -189,6 +203,7 @@ std::vector<RegisterScreen::State> frmNouhin::states() const
         {m_ui->panel, false, true, true},      {m_ui->cmdAdd, true, true, false},
         {m_ui->cmdUpdate, false, false, true}, {m_ui->cmdNewDate, false, true, false},
         {m_ui->cmdCancel, false, false, true}, {m_ui->cmdDelete, false, true, false},
+        {m_ui->Command7, true, true, false},
     };
 }
 

@@ -45,6 +45,7 @@ private:
     void search();
     void nextSearch();
     void showAll();
+    void exportAll();
 
     /// Reads the categories anew. Without any, \a sentence is told. \return whether there are any
     bool categoriesReady(const QString &sentence);

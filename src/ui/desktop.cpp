@@ -3,6 +3,8 @@
 #include <QDesktopServices>
 #include <QStringList>
 
+#include <utility>
+
 namespace ui::desktop
 {
 
@@ -12,6 +14,7 @@ namespace
 struct Script
 {
     bool active = false;
+    bool knowsProgram = true;
     QStringList opened;
 };
 
@@ -28,12 +31,14 @@ bool open(const QUrl &address)
     if (!script().active)
         return QDesktopServices::openUrl(address);
     script().opened += address.toString();
-    return true;
+    return std::exchange(script().knowsProgram, true);
 }
 
 bool openFile(const QString &fileName) { return open(QUrl::fromLocalFile(fileName)); }
 
 void beginScript() { script().active = true; }
+
+void expectNoProgram() { script().knowsProgram = false; }
 
 QString takeOpened()
 {

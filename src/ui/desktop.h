@@ -18,6 +18,8 @@ bool openFile(const QString &fileName);
 
 /// From now on nothing is opened; each address is recorded instead.
 void beginScript();
+/// For the next address the desktop has no program.
+void expectNoProgram();
 /// The addresses since the last call, one a line.
 QString takeOpened();
 

@@ -1,0 +1,51 @@
+#include "ui/table_export.h"
+
+#include "ui/desktop.h"
+#include "ui/file_dialogs.h"
+#include "ui/progress.h"
+#include "ui/prompts.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace ui
+{
+
+namespace
+{
+
+const QString filters = u"xls ﾌｧｲﾙ (*.xls);;xlsx ﾌｧｲﾙ (*.xlsx);;csv ﾌｧｲﾙ (*.csv);;すべてのファイル (*.*)"_s;
+
+bool mayBeWritten(QWidget *parent, const QString &fileName, const TableExport &table)
+{
+    if (const db::Status possible = table.check(fileName); !possible) {
+        prompts::inform(parent, possible.error().text);
+        return false;
+    }
+    return !QFileInfo::exists(fileName) ||
+           prompts::ask(parent, u"指定した名前のファイルが存在します。\n上書きしますか？"_s);
+}
+
+} // namespace
+
+void exportTable(QWidget *parent, const TableExport &table)
+{
+    const QString fileName = file_dialogs::saveFile(parent, u"名前を付けて保存"_s, filters, u"xls"_s);
+    if (fileName.isEmpty() || !mayBeWritten(parent, fileName, table))
+        return;
+    const db::Status written =
+        runWithProgress(parent, u"書き出しています。"_s,
+                        [&](const db::Progress &progress) { return table.write(fileName, progress); });
+    if (!written) {
+        if (!written.error().cancelled)
+            prompts::inform(parent, written.error().text);
+    } else if (!desktop::openFile(fileName)) {
+        prompts::inform(parent,
+                        u"ファイルを書き出しました。開くプログラムが見つからないため、開いていません。\n"_s +
+                            QDir::toNativeSeparators(fileName));
+    }
+}
+
+} // namespace ui

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "db/progress.h"
+
+#include <QString>
+
+class QWidget;
+
+namespace ui
+{
+
+/// A table that a screen writes for spreadsheets.
+struct TableExport
+{
+    /// Whether it can be written under that name, asked before anything else happens.
+    std::function<db::Status(const QString &fileName)> check;
+    std::function<db::Status(const QString &fileName, const db::Progress &progress)> write;
+};
+
+/// Lets the clerk choose a file, asks before one is replaced, writes the table and opens it with its
+/// associated program. A file that no program opens is told with its place, and a failure in its words.
+void exportTable(QWidget *parent, const TableExport &table);
+
+} // namespace ui
