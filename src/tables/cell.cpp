@@ -52,12 +52,12 @@ Cell numberCell(const QVariant &value)
 
 Cell dateCell(const QVariant &value)
 {
-    const QString text = value.toString();
+    QString text = value.toString();
     const QDate date = text.size() == 10 ? QDate::fromString(text, Qt::ISODate) : QDate();
     // Spreadsheet programs count a 29th of February 1900, and not all of them alike before it.
-    if (!date.isValid() || date < QDate(1900, 3, 1) || date.year() > 9999)
+    if (!date.isValid() || date < QDate(1900, 3, 1))
         return textCell(value);
-    return {Cell::Kind::Date, date.toString(u"yyyy/MM/dd"_s), double(QDate(1899, 12, 30).daysTo(date))};
+    return {Cell::Kind::Date, text.replace(u'-', u'/'), double(QDate(1899, 12, 30).daysTo(date))};
 }
 
 } // namespace

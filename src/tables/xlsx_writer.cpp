@@ -1,6 +1,8 @@
 #include "tables/format_writer.h"
 #include "tables/gsf_file.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace tables
@@ -62,35 +64,39 @@ QByteArray columnLetters(qsizetype column)
     return letters;
 }
 
-bool isEscape(QStringView text)
+bool isEscape(QByteArrayView text)
 {
-    static constexpr QStringView digits = u"0123456789ABCDEFabcdef";
-    return text.size() >= 7 && text[0] == u'_' && text[1] == u'x' && text[6] == u'_' &&
-           std::all_of(text.begin() + 2, text.begin() + 6, [](QChar c) { return digits.contains(c); });
+    static constexpr QByteArrayView digits = "0123456789ABCDEFabcdef";
+    return text.size() >= 7 && text[0] == '_' && text[1] == 'x' && text[6] == '_' &&
+           std::all_of(text.begin() + 2, text.begin() + 6, [](char c) { return digits.contains(c); });
 }
 
 // Characters that XML has no place for are written as _xHHHH_, and a text that looks so gets its first
 // character escaped.
 QByteArray escaped(const QString &text)
 {
-    QString xml;
-    xml.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (c == u'&')
-            xml += "&amp;"_L1;
-        else if (c == u'<')
-            xml += "&lt;"_L1;
-        else if (c == u'>')
-            xml += "&gt;"_L1;
-        else if (c < u' ' && c != u'\t' && c != u'\n')
-            xml += u"_x%1_"_s.arg(QString::number(c.unicode(), 16).toUpper(), 4, u'0');
-        else if (c == u'_' && isEscape(QStringView(text).sliced(i)))
-            xml += "_x005F_"_L1;
+    const QByteArray utf8 = text.toUtf8();
+    if (std::none_of(utf8.begin(), utf8.end(), [](char c) {
+            return static_cast<unsigned char>(c) < ' ' || c == '&' || c == '<' || c == '>' || c == '_';
+        }))
+        return utf8;
+    QByteArray xml;
+    for (qsizetype i = 0; i < utf8.size(); ++i) {
+        const char c = utf8[i];
+        if (c == '&')
+            xml += "&amp;";
+        else if (c == '<')
+            xml += "&lt;";
+        else if (c == '>')
+            xml += "&gt;";
+        else if (static_cast<unsigned char>(c) < ' ' && c != '\t' && c != '\n')
+            xml += "_x" + QByteArray::number(c, 16).toUpper().rightJustified(4, '0') + '_';
+        else if (c == '_' && isEscape(QByteArrayView(utf8).sliced(i)))
+            xml += "_x005F_";
         else
             xml += c;
     }
-    return xml.toUtf8();
+    return xml;
 }
 
 // An Office Open XML workbook, the texts within their cells, so that it is written in one go and the rows
@@ -177,20 +183,27 @@ private:
 
     void addReference(std::size_t column, char look)
     {
-        m_pending += "<c r=\"" + m_letters[column] + m_rowNumber + "\" s=\"" + look + '"';
+        m_pending += "<c r=\"";
+        m_pending += m_letters[column];
+        m_pending += m_rowNumber;
+        m_pending += "\" s=\"";
+        m_pending += look;
     }
 
     void addText(std::size_t column, const QString &text, char look)
     {
         addReference(column, look);
-        m_pending += " t=\"inlineStr\"><is><t xml:space=\"preserve\">" + escaped(text) + "</t></is></c>";
+        m_pending += "\" t=\"inlineStr\"><is><t xml:space=\"preserve\">";
+        m_pending += escaped(text);
+        m_pending += "</t></is></c>";
     }
 
     void addNumber(std::size_t column, const Cell &cell, char look)
     {
         addReference(column, look);
-        m_pending +=
-            "><v>" + QByteArray::number(cell.number, 'g', QLocale::FloatingPointShortest) + "</v></c>";
+        m_pending += "\"><v>";
+        m_pending += QByteArray::number(cell.number, 'g', QLocale::FloatingPointShortest);
+        m_pending += "</v></c>";
     }
 
     db::Status endRow()
