@@ -4,6 +4,8 @@
 #include "db/transaction.h"
 #include "text/numbers.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace db
@@ -63,7 +65,17 @@ Result<bool> Recordset::openIfAny(const QString &statement, const QVariantList &
 Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const QVariantList &values,
                                                 const QString &key)
 {
-    return m_connection.keys(u"SELECT "_s + key + u" FROM "_s + afterFrom(statement), values);
+    QString rest = afterFrom(statement);
+    const QString byKey = u" ORDER BY "_s + key;
+    const bool inOrderOfKeys = rest.endsWith(byKey);
+    // In that order SQLite reads the whole table, though every index holds the keys in a fraction of its
+    // size; sorting them takes less.
+    if (inOrderOfKeys)
+        rest.chop(byKey.size());
+    auto keys = m_connection.keys(u"SELECT "_s + key + u" FROM "_s + rest, values);
+    if (keys && inOrderOfKeys)
+        std::sort(keys->begin(), keys->end());
+    return keys;
 }
 
 Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
