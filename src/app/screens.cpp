@@ -4,6 +4,7 @@
 #include "masters/DialogMyCo.h"
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
+#include "registers/ZipCodeConv.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
 #include "slips/frmIn.h"
@@ -44,6 +45,7 @@ Openers screenOpeners()
         {Action::Stocktake, screen<slips::frmTana>()},
         {Action::Customers, screen<registers::frmNouhin>()},
         {Action::Suppliers, screen<registers::frmSiire>()},
+        {Action::PostalCodes, screen<registers::ZipCodeConv>()},
         {Action::CustomerCategories, screen<masters::frmKubun>()},
         {Action::SalesProducts, screen<masters::frmOutShohin>()},
         {Action::ShippingCategories, screen<masters::frmInvKubun>()},

@@ -3,6 +3,7 @@
 #include "db/recordset.h"
 #include "registers/counterpart.h"
 #include "registers/customer.h"
+#include "registers/postal_boxes.h"
 #include "text/width.h"
 #include "ui/desktop.h"
 #include "ui/drop_down.h"
@@ -106,6 +107,13 @@ void CustomerPanel::connectForms()
     form(m_ui->txtKeitai, u"TEL2"_s, normalisedPhone);
     form(m_ui->txtMail, u"メール"_s, normalisedMail);
     connect(new ui::LeaveWatch(m_ui->txtCode), &ui::LeaveWatch::left, this, &CustomerPanel::warnOfSharedCode);
+}
+
+void CustomerPanel::connectPostalCodes(app::Workspace &workspace)
+{
+    auto *boxes = new PostalBoxes(workspace, m_ui->txtZip, m_ui->txtAddress);
+    boxes->fillOnLeavingAddress();
+    connect(m_ui->Command3, &QPushButton::clicked, boxes, &PostalBoxes::lookUp);
 }
 
 db::Status CustomerPanel::loadCategories()

@@ -14,6 +14,11 @@ class Connection;
 class Recordset;
 } // namespace db
 
+namespace app
+{
+class Workspace;
+}
+
 namespace Ui
 {
 class CustomerPanel;
@@ -34,6 +39,9 @@ public:
 
     /// To be called once, before the record set is opened.
     void bind(db::Connection &connection, db::Recordset &customers);
+
+    /// Lets the postal code and the address fill each other in.
+    void connectPostalCodes(app::Workspace &workspace);
 
     /// Reads the categories that can be chosen.
     db::Status loadCategories();

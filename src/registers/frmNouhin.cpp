@@ -41,6 +41,7 @@ frmNouhin::frmNouhin(app::Workspace &workspace, QWidget *parent)
 {
     m_ui->setupUi(this);
     m_ui->panel->bind(workspace.connection, rows());
+    m_ui->panel->connectPostalCodes(workspace);
     setUpList();
     connectButtons();
     if (workspace.settings.integer(app::keys::nouhinWindowState) == Maximised)

@@ -325,4 +325,13 @@ db::Result<QStringList> addressesOf(const PostalData &data, const QString &code)
     return addresses;
 }
 
+bool shareAnArea(const PostalData &data, const QString &code, const QString &otherCode)
+{
+    const auto ones = addressesOf(data, code);
+    const auto others = addressesOf(data, otherCode);
+    return ones && others && std::any_of(ones->cbegin(), ones->cend(), [&](const QString &address) {
+               return others->contains(address);
+           });
+}
+
 } // namespace registers

@@ -51,4 +51,7 @@ std::optional<QString> completePostalCode(const QString &typed);
 /// The addresses of the areas that have the code \a code ("NNN-NNNN"), each once, in the table's order.
 db::Result<QStringList> addressesOf(const PostalData &data, const QString &code);
 
+/// Whether an area has both codes; a large town has several, and the address alone does not tell which.
+bool shareAnArea(const PostalData &data, const QString &code, const QString &otherCode);
+
 } // namespace registers

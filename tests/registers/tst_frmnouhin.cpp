@@ -1,5 +1,7 @@
 #include "registers/frmNouhin.h"
+#include "registers/postal_index.h"
 #include "support/fresh_shop.h"
+#include "support/postal_files.h"
 #include "support/screen_driver.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
@@ -97,7 +99,7 @@ private slots:
         QCOMPARE(r.enabled(), browsing);
         QCOMPARE(r.box("txtName").text(), u"田中次郎"_s);
         QCOMPARE(r.list("dbcKubun").currentText(), u"得意先"_s);
-        QVERIFY(!r.the<QPushButton>("Command3").isEnabled());
+        QVERIFY(r.the<QPushButton>("Command3").isEnabled());
     }
 
     void showsOneCustomerForAnotherScreen()
@@ -339,6 +341,25 @@ private slots:
         QTest::keyClick(&r.box("txtKeitai"), Qt::Key_U, Qt::AltModifier);
         QTRY_COMPARE(r.stored(u"TEL2"_s, 3), u"06"_s);
         QCOMPARE(r.box("txtKeitai").text(), u"06"_s);
+    }
+
+    void theAddressBringsItsPostalCode()
+    {
+        Register r(Register::Customers, [](Register &r) {
+            PostalFiles::writeAreas(
+                r.shop.folder.path(),
+                {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
+            r.shop.workspace.postalIndex = std::make_shared<const registers::PostalIndex>(
+                registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+        });
+        r.type("txtAddress", u"長野県長野市南千歳1"_s);
+        r.leave("txtAddress");
+        QTRY_COMPARE(r.box("txtZip").text(), u"380-0823"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"郵便番号"_s, 3), u"380-0823"_s);
+        r.clear("txtZip");
+        QTest::keyClick(&r.box("txtZip"), Qt::Key_Z, Qt::AltModifier);
+        QTRY_COMPARE(r.box("txtZip").text(), u"380-0823"_s);
     }
 
     void warnsOfSharedCodes()
