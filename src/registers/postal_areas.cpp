@@ -14,6 +14,7 @@ namespace registers
 namespace
 {
 
+constexpr qsizetype codeDigits = 7;
 constexpr qsizetype fieldStart = 10;     // bytes
 constexpr qsizetype comparedLength = 30; // characters in which a blank ends the address
 constexpr qint64 recordsAtOnce = 1024;   // read in one go: most groups, and little memory
@@ -25,13 +26,7 @@ db::Error unreadable(const QString &reason)
 
 } // namespace
 
-std::optional<QString> PostalRecord::code() const
-{
-    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    if (!std::all_of(digits().begin(), digits().end(), isDigit))
-        return std::nullopt;
-    return hyphenated(digits());
-}
+std::optional<QString> PostalRecord::code() const { return hyphenated(m_bytes.first(codeDigits)); }
 
 std::optional<QString> PostalRecord::field() const
 {
@@ -87,9 +82,12 @@ db::Status PostalAreas::read(qint64 first, qint64 last,
     return {};
 }
 
-QString hyphenated(QByteArrayView sevenDigits)
+std::optional<QString> hyphenated(QByteArrayView digits)
 {
-    return QString::fromLatin1(sevenDigits.first(3)) + u'-' + QString::fromLatin1(sevenDigits.sliced(3, 4));
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    if (digits.size() != codeDigits || !std::all_of(digits.begin(), digits.end(), isDigit))
+        return std::nullopt;
+    return QString::fromLatin1(digits.first(3)) + u'-' + QString::fromLatin1(digits.sliced(3));
 }
 
 } // namespace registers

@@ -22,8 +22,6 @@ public:
         : m_bytes(bytes)
     {}
 
-    /// The seven digits as they stand.
-    [[nodiscard]] QByteArrayView digits() const { return m_bytes.first(7); }
     /// "NNN-NNNN", or nothing when there are no seven digits.
     [[nodiscard]] std::optional<QString> code() const;
     /// The address as it is stored, with its blanks; nothing when it is no text of the code page.
@@ -55,7 +53,7 @@ private:
     qint64 m_count = 0;
 };
 
-/// "1234567" → "123-4567".
-QString hyphenated(QByteArrayView sevenDigits);
+/// "1234567" → "123-4567"; nothing when these are not seven digits.
+std::optional<QString> hyphenated(QByteArrayView digits);
 
 } // namespace registers

@@ -31,8 +31,7 @@ struct PostalFinds
 QString postalSearchText(const QString &typed);
 
 /// The silent lookup: the code of \a address, or an empty text when there is none or a file cannot be read.
-/// Beyond the groups' search, an address that begins with its city alone, or holds blanks, is found as far as
-/// it can mean one area only.
+/// Blanks between the parts of an address do not matter.
 QString postalCodeOf(const PostalData &data, const QString &address);
 
 /// Every area that \a text names or is part of: one group of the index, else the nationwide table
@@ -48,7 +47,7 @@ db::Result<PostalFinds> searchOffices(const PostalData &data, const QString &tex
 /// after the third or without.
 std::optional<QString> completePostalCode(const QString &typed);
 
-/// The addresses of the areas that have the code \a code ("NNN-NNNN"), each once, in the table's order.
+/// The addresses of the areas that have the code \a code ("NNN-NNNN"), each once, as "ZipCode1.txt" has them.
 db::Result<QStringList> addressesOf(const PostalData &data, const QString &code);
 
 /// Whether an area has both codes; a large town has several, and the address alone does not tell which.
