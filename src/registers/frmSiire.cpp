@@ -2,6 +2,7 @@
 
 #include "app/workspace.h"
 #include "registers/counterpart.h"
+#include "registers/postal_boxes.h"
 #include "registers/supplier.h"
 #include "ui/drop_down.h"
 #include "ui/leave_watch.h"
@@ -97,6 +98,8 @@ void frmSiire::connectButtons()
     connect(m_ui->cmdUpdate, &QPushButton::clicked, this, &frmSiire::saveAndBrowse);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &frmSiire::cancelEntry);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmSiire::removeRow);
+    auto *boxes = new PostalBoxes(workspace(), m_ui->txtZip, m_ui->txtAddress1);
+    connect(m_ui->Command3, &QPushButton::clicked, boxes, &PostalBoxes::lookUp);
 }
 
 void frmSiire::openSupplier(qint64 id) { opened(registers::openSupplier(rows(), id)); }

@@ -1,5 +1,7 @@
 #include "registers/frmSiire.h"
+#include "registers/postal_index.h"
 #include "support/fresh_shop.h"
+#include "support/postal_files.h"
 #include "support/screen_driver.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
@@ -69,6 +71,24 @@ class TestFrmSiire : public QObject
 private slots:
     void initTestCase() { ui::prompts::beginScript(); }
     void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
+
+    // Unlike a customer's, a supplier's code is looked up by the button alone.
+    void theButtonBringsThePostalCode()
+    {
+        Register r([](Register &r) {
+            PostalFiles::writeAreas(
+                r.shop.folder.path(),
+                {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
+            r.shop.workspace.postalIndex = std::make_shared<const registers::PostalIndex>(
+                registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+        });
+        r.type("txtAddress1", u"長野県長野市南千歳1"_s);
+        r.leave("txtAddress1");
+        QTest::qWait(20);
+        QCOMPARE(r.box("txtZip").text(), QString());
+        r.press("Command3");
+        QCOMPARE(r.box("txtZip").text(), u"380-0823"_s);
+    }
 
     void showsTheTableInItsOwnOrder()
     {

@@ -6,10 +6,12 @@
 #include "app/frmSplash.h"
 #include "app/workspace.h"
 #include "db/connection.h"
+#include "registers/postal_index.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -56,6 +58,7 @@ void FirstDay::run()
     setUpPanel();
     registerCustomers();
     registerSuppliers();
+    lookPostalCodesUp();
     enterSlips();
     lookAround();
     checkBooks();
@@ -162,7 +165,7 @@ void FirstDay::registerCustomers()
                 m_walker.click(screen, u"cmdAdd"_s);
                 m_walker.typeConverted(screen, u"txtName"_s, str(customer.kana), str(customer.name));
                 m_walker.type(screen, u"txtName2"_s, str(customer.name2));
-                m_walker.type(screen, u"txtZip"_s, str(customer.zip));
+                typePostalCode(screen, str(customer.zip));
                 m_walker.type(screen, u"txtAddress"_s, str(customer.address1));
                 m_walker.type(screen, u"txtAddress2"_s, str(customer.address2));
                 m_walker.type(screen, u"txtTel"_s, str(customer.telephone));
@@ -193,7 +196,7 @@ void FirstDay::registerSuppliers()
                 m_walker.type(screen, u"txtCode"_s, str(supplier.code));
                 m_walker.type(screen, u"txtName1"_s, str(supplier.name));
                 m_walker.type(screen, u"txtTantou1"_s, str(supplier.contact));
-                m_walker.type(screen, u"txtZip"_s, str(supplier.zip));
+                typePostalCode(screen, str(supplier.zip));
                 m_walker.type(screen, u"txtAddress1"_s, str(supplier.address1));
                 m_walker.type(screen, u"txtTel1"_s, str(supplier.telephone));
                 m_walker.type(screen, u"txtPay1"_s, str(supplier.payment));
@@ -206,6 +209,32 @@ void FirstDay::registerSuppliers()
             m_walker.picture(screen, u"suppliers"_s);
         });
     m_walker.check(value(u"SELECT count(*) FROM 仕入先"_s) == "3"_L1, u"there are not 3 suppliers"_s);
+}
+
+// A code of several towns lists them to choose from.
+void FirstDay::typePostalCode(QDialog &screen, const QString &zip)
+{
+    m_walker.type(screen, u"txtZip"_s, zip);
+    QTest::qWait(1); // the list comes with the next turn of the event loop
+    if (QWidget *list = QApplication::activePopupWidget()) {
+        m_walker.picture(*list, u"postal-code-areas"_s);
+        QTest::keyClick(list, Qt::Key_Return);
+    }
+}
+
+void FirstDay::lookPostalCodesUp()
+{
+    // The data files are made of dictionaries that a machine may lack.
+    if (!m_workspace.postalIndex || m_workspace.postalIndex->empty())
+        return;
+    m_walker.visit(
+        u"postal codes"_s, [this] { m_walker.find<QAction>(m_window, u"mnuZip"_s).trigger(); },
+        [this](QDialog &screen) {
+            m_walker.find<QLineEdit>(screen, u"Text2"_s).setText(u"長野県長野市上千歳町"_s);
+            m_walker.click(screen, u"Command4"_s);
+            m_walker.checkText(screen, u"Text1"_s, u"380-0821"_s);
+            m_walker.picture(screen, u"postal-codes"_s);
+        });
 }
 
 void FirstDay::enterSlips()

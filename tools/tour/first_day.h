@@ -30,6 +30,7 @@ private:
     void setUpPanel();
     void registerCustomers();
     void registerSuppliers();
+    void lookPostalCodesUp();
     void enterSlips();
     void enterLines(QDialog &screen, const struct Slip &slip);
     void printNote(QDialog &screen, int number);
@@ -37,6 +38,7 @@ private:
     void checkBooks();
 
     /// Adds rows to a master editor through its name box.
+    void typePostalCode(QDialog &screen, const QString &zip);
     void fillMaster(const QString &button, const QString &caption, const QStringList &names);
     [[nodiscard]] QString value(const QString &sql);
 
