@@ -1,6 +1,7 @@
 #include "app/database_session.h"
 
 #include "app/database_files.h"
+#include "app/old_file_opening.h"
 #include "app/settings.h"
 #include "app/workspace.h"
 #include "db/connection.h"
@@ -52,6 +53,11 @@ QString DatabaseSession::reason() const
 
 void DatabaseSession::start(const QString &fileName)
 {
+    const QString openable = openableFile(&m_window, fileName, m_workspace.applicationFolder());
+    if (!openable.isEmpty() && openable != fileName) {
+        switchTo(openable);
+        return;
+    }
     m_fileName = fileName;
     if (!connectTo(fileName))
         ui::prompts::inform(&m_window, u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
@@ -119,8 +125,14 @@ void DatabaseSession::openOther()
         leaveInitialFile();
         return;
     }
+    // The file that is open is none of the old ones, and looking into it would take its locks away.
+    const QString openable = isOpen() && isSameFile(chosen, m_fileName)
+                                 ? chosen
+                                 : openableFile(&m_window, chosen, m_workspace.applicationFolder());
+    if (openable.isEmpty())
+        return;
     close();
-    switchTo(QFileInfo(chosen).absoluteFilePath());
+    switchTo(QFileInfo(openable).absoluteFilePath());
 }
 
 void DatabaseSession::openBackup()

@@ -2,6 +2,7 @@
 #include "app/application_folder.h"
 #include "app/frmAMain.h"
 #include "app/frmSplash.h"
+#include "app/old_file_conversion.h"
 #include "app/pictures.h"
 #include "app/settings.h"
 #include "app/start_options.h"
@@ -14,6 +15,7 @@
 #include <QTextStream>
 
 #include <cstdlib>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -28,15 +30,19 @@ QStringList argumentsOf(int argc, char *argv[])
     return arguments;
 }
 
-// What needs no display. \return whether that was all
-bool answerWithoutWindow(const app::StartOptions &options)
+// What needs no display. \return the exit code when that was all
+std::optional<int> answerWithoutWindow(const app::StartOptions &options, int &argc, char *argv[])
 {
     QTextStream out(stdout);
     if (options.help)
         out << app::usageText();
     else if (options.version)
         out << u"Kanbalore Database "_s << QStringLiteral(KANBALORE_VERSION) << '\n';
-    return options.help || options.version;
+    else if (!options.convertFrom.isEmpty()) {
+        const QCoreApplication application(argc, argv);
+        return static_cast<int>(app::convertAtCommandLine(options.convertFrom, options.convertTo));
+    }
+    return options.help || options.version ? std::optional(0) : std::nullopt;
 }
 
 // The toolkit ends a program without a display by an abort that says little.
@@ -67,8 +73,8 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext &context, const 
 
 int main(int argc, char *argv[])
 {
-    if (answerWithoutWindow(app::readStartOptions(argumentsOf(argc, argv))))
-        return 0;
+    if (const auto exit = answerWithoutWindow(app::readStartOptions(argumentsOf(argc, argv)), argc, argv))
+        return *exit;
     if (!hasDisplay()) {
         QTextStream(stderr) << u"画面がないため、起動できません。\n"_s;
         return 1;

@@ -33,6 +33,12 @@ StartOptions readStartOptions(const QStringList &arguments)
             options.help = true;
         else if (argument == "--version"_L1 || argument == "-v"_L1)
             options.version = true;
+        else if (argument == "--convert"_L1 && i + 2 < arguments.size()) {
+            options.convertFrom = arguments.at(++i);
+            options.convertTo = arguments.at(++i);
+        } else if (argument == "--convert"_L1)
+            options.problem =
+                u"オプション「--convert」には、以前の形式のファイルと新しいファイルを続けて指定してください。"_s;
         else if (argument == folderOption && i + 1 < arguments.size())
             options.applicationFolder = arguments.at(++i);
         else if (argument.startsWith(folderOption + u'='))
@@ -55,9 +61,12 @@ QString databaseInCommandLine(const QString &commandLine)
 QString usageText()
 {
     return uR"(使い方: kanbalore [オプション] [データベースファイル]
+        kanbalore --convert 以前の形式のファイル 新しいファイル
 
   --application-folder フォルダ  初期ファイル、バックアップ、郵便番号データを置くフォルダ
                                  (環境変数 KANBALORE_FOLDER でも指定できます)
+  --convert                      以前の形式のデータベースファイルを新しい形式に変換し、結果を表示します
+                                 (すべて移せたときの終了コードは 0 です)
   --help                         この説明を表示します
   --version                      版を表示します
 )"_s;
