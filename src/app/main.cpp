@@ -38,9 +38,12 @@ std::optional<int> answerWithoutWindow(const app::StartOptions &options, int &ar
         out << app::usageText();
     else if (options.version)
         out << u"Kanbalore Database "_s << QStringLiteral(KANBALORE_VERSION) << '\n';
-    else if (!options.convertFrom.isEmpty()) {
+    else if (options.convert && options.problem.isEmpty()) {
         const QCoreApplication application(argc, argv);
         return static_cast<int>(app::convertAtCommandLine(options.convertFrom, options.convertTo));
+    } else if (options.convert) {
+        QTextStream(stderr) << options.problem << '\n' << app::usageText();
+        return 2;
     }
     return options.help || options.version ? std::optional(0) : std::nullopt;
 }

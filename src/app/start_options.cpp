@@ -33,13 +33,12 @@ StartOptions readStartOptions(const QStringList &arguments)
             options.help = true;
         else if (argument == "--version"_L1 || argument == "-v"_L1)
             options.version = true;
-        else if (argument == "--convert"_L1 && i + 2 < arguments.size()) {
-            options.convertFrom = arguments.at(++i);
-            options.convertTo = arguments.at(++i);
-        } else if (argument == "--convert"_L1)
-            options.problem =
-                u"オプション「--convert」には、以前の形式のファイルと新しいファイルを続けて指定してください。"_s;
-        else if (argument == folderOption && i + 1 < arguments.size())
+        else if (argument == "--convert"_L1) {
+            options.convert = true;
+            options.convertFrom = arguments.value(i + 1);
+            options.convertTo = arguments.value(i + 2);
+            i += 2;
+        } else if (argument == folderOption && i + 1 < arguments.size())
             options.applicationFolder = arguments.at(++i);
         else if (argument.startsWith(folderOption + u'='))
             options.applicationFolder = argument.sliced(folderOption.size() + 1);
@@ -48,6 +47,9 @@ StartOptions readStartOptions(const QStringList &arguments)
         else
             options.problem = u"オプション「"_s + argument + u"」は使えません。"_s;
     }
+    if (options.convert && (options.convertTo.isEmpty() || options.convertFrom.isEmpty() || !names.isEmpty()))
+        options.problem =
+            u"オプション「--convert」には、以前の形式のファイルと新しいファイルの二つを続けて指定してください。"_s;
     if (!names.isEmpty())
         options.commandLine = quoted(names.join(u' '));
     return options;

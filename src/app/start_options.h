@@ -11,7 +11,8 @@ struct StartOptions
 {
     bool help = false;
     bool version = false;
-    QString convertFrom; // with convertTo: an old file is to be converted, nothing else
+    bool convert = false; // an old file is to be converted, nothing else
+    QString convertFrom;
     QString convertTo;
     QString applicationFolder; // empty: as the program finds it
     QString commandLine;       // database file name between its quotes; empty: none given
