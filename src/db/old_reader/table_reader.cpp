@@ -219,6 +219,7 @@ void TableReader::writeLongText(const unsigned char *head, std::size_t size)
         // A damaged chain may run in a circle; the length ends it, and no piece is empty.
         while (whole && place != 0 && text.size() < length)
             whole = appendPiece(place, sizeof(Place), text, &place);
+        whole = whole && place == 0;
     }
     if (!whole || text.size() < length) {
         m_out.cell(Cell::Unreadable);

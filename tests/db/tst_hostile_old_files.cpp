@@ -1,0 +1,147 @@
+// Old files that are damaged in every way: each is either carried over as the program counts it, or refused
+// with a sentence and without a new file; none brings the program down or keeps it waiting.
+// KANBALORE_DAMAGED_FILES: how many; KANBALORE_SEED: which ones.
+#include "db/connection.h"
+#include "db/conversion.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr qsizetype pageSize = 4096;
+constexpr int silence = 2'000; // ms
+
+QByteArray contentOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool write(const QString &fileName, const QByteArray &content)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+int numberFrom(const char *variable, int otherwise)
+{
+    bool isNumber = false;
+    const int number = qEnvironmentVariableIntValue(variable, &isNumber);
+    return isNumber ? number : otherwise;
+}
+
+// The sentence without its table and its numbers.
+QString sortOf(QString sentence)
+{
+    static const QRegularExpression particulars(uR"([^(]+: 本来 \d+ 行のところ \d+ 行)"_s);
+    return sentence.replace(particulars, u"行数"_s);
+}
+
+class Damage
+{
+public:
+    explicit Damage(quint32 seed)
+        : m_random(seed)
+    {}
+
+    QByteArray to(QByteArray file)
+    {
+        switch (below(8)) {
+        case 0:
+            return file.first(below(file.size()));
+        case 1:
+            return file.first(below(file.size() / pageSize) * pageSize);
+        case 2:
+            return overwrite(file, page(file), pageSize, [](qsizetype) { return '\0'; });
+        case 3:
+            return file.replace(page(file), pageSize, QByteArray(file.mid(page(file), pageSize)));
+        case 4: // a structure's numbers stand at the beginning of its page
+            return overwrite(file, page(file) + below(128), 4, [](qsizetype) { return '\xff'; });
+        case 5:
+            return overwrite(file, page(file) + below(256), 1 + below(16),
+                             [this](qsizetype) { return byte(); });
+        default:
+            for (qsizetype flips = 1 + below(64); flips > 0; --flips) {
+                const qsizetype at = below(2) ? below(file.size()) : page(file) + below(512);
+                file[at] = static_cast<char>(file.at(at) ^ (1 << below(8)));
+            }
+            return file;
+        }
+    }
+
+private:
+    qsizetype below(qsizetype bound) { return m_random.bounded(static_cast<quint32>(bound)); }
+    qsizetype page(const QByteArray &file) { return below(file.size() / pageSize) * pageSize; }
+    char byte() { return static_cast<char>(below(256)); }
+
+    template <class Byte>
+    QByteArray overwrite(QByteArray file, qsizetype from, qsizetype size, Byte byte)
+    {
+        for (qsizetype i = from; i < std::min(from + size, file.size()); ++i)
+            file[i] = byte(i);
+        return file;
+    }
+
+    QRandomGenerator m_random;
+};
+
+} // namespace
+
+class TestHostileOldFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void damaged();
+};
+
+void TestHostileOldFiles::damaged()
+{
+    const QByteArray original = contentOf(QStringLiteral(LEGACY_FILE));
+    QVERIFY(!original.isEmpty());
+    const QTemporaryDir folder;
+    const QString source = folder.filePath(u"old.cdb"_s);
+    const QString target = folder.filePath(u"new.cdb"_s);
+    db::ConversionOptions options;
+    options.reader = QStringLiteral(OLD_FILE_READER);
+    options.silence = silence;
+    Damage damage(static_cast<quint32>(numberFrom("KANBALORE_SEED", 1)));
+    QMap<QString, int> outcomes;
+    const int files = numberFrom("KANBALORE_DAMAGED_FILES", 150);
+    for (int i = 0; i < files; ++i) {
+        const QByteArray damaged = damage.to(original);
+        QVERIFY(write(source, damaged));
+        QElapsedTimer time;
+        time.start();
+        const auto converted = db::convertOldFile(source, target, db::unwatched, options);
+        QVERIFY2(time.elapsed() < 30'000, qPrintable(u"file %1 took %2 ms"_s.arg(i).arg(time.elapsed())));
+        QCOMPARE(contentOf(source), damaged);
+        QVERIFY(!QFile::exists(target + u".tmp"_s));
+        QCOMPARE(QFile::exists(target), bool(converted));
+        if (!converted) {
+            QVERIFY(!converted.error().text.isEmpty());
+            ++outcomes[sortOf(converted.error().text)];
+            continue;
+        }
+        ++outcomes[converted->isComplete() ? u"(whole)"_s : u"(with losses)"_s];
+        db::Connection connection;
+        QVERIFY(connection.open(target));
+        QCOMPARE(connection.select(u"PRAGMA integrity_check"_s)->rows.front().front().toString(), u"ok"_s);
+        connection.close();
+        QVERIFY(QFile::remove(target));
+    }
+    for (auto outcome = outcomes.cbegin(); outcome != outcomes.cend(); ++outcome)
+        qInfo("%5d %s", outcome.value(), qPrintable(outcome.key()));
+    QVERIFY(outcomes.size() > 2); // the damages reach further than the header
+}
+
+QTEST_GUILESS_MAIN(TestHostileOldFiles)
+#include "tst_hostile_old_files.moc"
