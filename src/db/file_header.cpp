@@ -1,5 +1,6 @@
 #include "db/file_header.h"
 
+#include "db/old_file.h"
 #include "db/schema.h"
 
 #include <QFile>
@@ -30,6 +31,9 @@ Status checkHeader(const QString &fileName)
     if (!file.open(QIODevice::ReadOnly))
         return Error{u"ファイルを読み取れないため、開けませんでした。("_s + file.errorString() + u")"_s};
     const QByteArray header = file.read(headerSize);
+    if (oldFormatOf(fileName) != OldFormat::None)
+        return Error{u"以前の形式のデータベースファイルのため、そのままでは開けませんでした。"
+                     "「ファイル」「開く」で選ぶと、新しい形式に変換できます。"_s};
     if (header.size() < headerSize || !header.startsWith(QByteArrayView("SQLite format 3\0", 16)))
         return Error{u"データベースファイルではないため、開けませんでした。"_s};
     if (qFromBigEndian<quint32>(header.constData() + applicationIdAt) != applicationId)
