@@ -1,5 +1,6 @@
 // Measures what a clerk waits for against the least that SQLite needs for it, and prints one table.
 // run [--folder DIR] [options of Google Benchmark]; the shops are made in DIR on the first run.
+#include "conversion_operations.h"
 #include "operations.h"
 
 #include "ui/prompts.h"
@@ -34,7 +35,9 @@ int main(int argc, char *argv[])
     benchmark::Initialize(&count, options.data());
 
     const bench::Shops shops{QDir(folder)};
-    bench::TableReporter reporter(bench::registerOperations(shops));
+    std::vector<bench::Row> rows = bench::registerOperations(shops);
+    bench::registerConversion(QDir(folder), rows);
+    bench::TableReporter reporter(std::move(rows));
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::ClearRegisteredBenchmarks(); // they hold screens, which go before the application
     const QString unexpected = ui::prompts::takeUnexpected();
