@@ -1,6 +1,7 @@
 #include "app/DialogConversion.h"
 
 #include "app/old_file_conversion.h"
+#include "db/schema.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 #include "ui_DialogConversion.h"
@@ -68,6 +69,11 @@ void DialogConversion::fillTables()
         ++row;
     }
     grid.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    // All of this program's tables at a glance.
+    grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() + 4);
+    const int shown = std::min(grid.rowCount(), static_cast<int>(db::tables().size()) + 1);
+    grid.setMinimumHeight(grid.horizontalHeader()->sizeHint().height() +
+                          shown * grid.verticalHeader()->defaultSectionSize() + 2 * grid.frameWidth());
 }
 
 void DialogConversion::copy() { QGuiApplication::clipboard()->setText(m_summary.text()); }

@@ -1,6 +1,7 @@
 // Walks the whole program as a user would, on a fresh folder: tour DIR. Pictures of the screens and the
 // printed notes end in DIR. Exits with 1 when anything was not as it should be.
 #include "first_day.h"
+#include "old_file.h"
 
 #include "app/appearance.h"
 #include "app/application_folder.h"
@@ -69,6 +70,7 @@ QStringList walk(const QDir &folder)
     if (!QTest::qWaitForWindowActive(&window))
         walker.check(false, u"the main window does not become active"_s);
     tour::FirstDay(walker, workspace, window, folder).run();
+    tour::convertOldFile(walker, workspace, window, folder);
     window.close();
     const QString backup = workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName));
     walker.check(QFile::exists(backup), u"there is no backup"_s);

@@ -47,7 +47,7 @@ void Walker::visit(const QString &what, const std::function<void()> &trigger,
     knock.setInterval(5);
     QObject::connect(&knock, &QTimer::timeout, &knock, [&] {
         auto *screen = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!screen || screen == host || !screen->isVisible())
+        if (!screen || screen == host || !screen->isVisible() || screen->objectName() == "progress"_L1)
             return;
         knock.stop();
         came = true;
