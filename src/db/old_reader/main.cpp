@@ -27,6 +27,9 @@ long long sizeOf(const char *fileName)
     return stat(fileName, &status) == 0 ? status.st_size : -1;
 }
 
+// What the old engine deletes keeps its entry for a while, under a name like this.
+bool isDeleted(const MdbCatalogEntry &entry) { return entry.object_name[0] == '~'; }
+
 // A table whose entry a damage took away must not pass as one that the file never had.
 bool isCatalogWhole(MdbHandle &file)
 {
@@ -51,7 +54,7 @@ std::vector<MdbTableDef *> tablesOf(MdbHandle &file, FrameWriter &out)
     std::vector<MdbTableDef *> tables;
     for (guint i = 0; i < file.catalog->len; ++i) {
         auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(file.catalog, i));
-        if (!mdb_is_user_table(entry))
+        if (!mdb_is_user_table(entry) || isDeleted(*entry))
             continue;
         MdbTableDef *table = mdb_read_table(entry);
         if (!table || table->num_cols == 0 || !mdb_read_columns(table))
