@@ -29,8 +29,6 @@ QString backupFileIn(const QString &folder)
     return joinPath(folder, QString::fromUtf16(db::backupFileName));
 }
 
-QString cleaned(const QString &fileName) { return QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()); }
-
 } // namespace
 
 QString databaseToOpen(const Settings &settings, const QString &commandLine, const QString &applicationFolder)
@@ -39,17 +37,8 @@ QString databaseToOpen(const Settings &settings, const QString &commandLine, con
         commandLine.isEmpty() ? settings.text(keys::mdbFileName) : databaseInCommandLine(commandLine);
     // A NUL would end the name for the operating system but not on the screen.
     name.remove(QChar(0));
-    return name.isEmpty() ? initialFileIn(applicationFolder) : cleaned(name);
-}
-
-bool isSameFile(const QString &one, const QString &other)
-{
-    if (one.isEmpty() || other.isEmpty())
-        return false;
-    if (cleaned(one).compare(cleaned(other), Qt::CaseInsensitive) == 0)
-        return true;
-    const QString real = QFileInfo(one).canonicalFilePath();
-    return !real.isEmpty() && real == QFileInfo(other).canonicalFilePath();
+    return name.isEmpty() ? initialFileIn(applicationFolder)
+                          : QDir::cleanPath(QFileInfo(name).absoluteFilePath());
 }
 
 bool isInitialFile(const QString &fileName, const QString &applicationFolder)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/result.h"
+#include "db/same_file.h"
 
 #include <QString>
 
@@ -19,8 +20,7 @@ class Settings;
 QString databaseToOpen(const Settings &settings, const QString &commandLine,
                        const QString &applicationFolder);
 
-/// Whether both names mean the same file; upper and lower case count as equal.
-bool isSameFile(const QString &one, const QString &other);
+using db::isSameFile;
 
 bool isInitialFile(const QString &fileName, const QString &applicationFolder);
 bool isBackupFile(const QString &fileName, const QString &applicationFolder);

@@ -6,6 +6,8 @@
 #include "masters/frmMyco.h"
 #include "registers/ZipCodeConv.h"
 #include "registers/frmNouhin.h"
+#include "registers/frmNouhinDel.h"
+#include "registers/frmNouhinSub.h"
 #include "registers/frmSiire.h"
 #include "slips/frmIn.h"
 #include "slips/frmOut.h"
@@ -44,6 +46,8 @@ Openers screenOpeners()
         {Action::PayableCarried, screen<slips::frmKaikake>()},
         {Action::Stocktake, screen<slips::frmTana>()},
         {Action::Customers, screen<registers::frmNouhin>()},
+        {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
+        {Action::SupplementaryRoster, screen<registers::frmNouhinSub>()},
         {Action::Suppliers, screen<registers::frmSiire>()},
         {Action::PostalCodes, screen<registers::ZipCodeConv>()},
         {Action::CustomerCategories, screen<masters::frmKubun>()},

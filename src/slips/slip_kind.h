@@ -1,5 +1,7 @@
 #pragma once
 
+#include "registers/slip_letters.h"
+
 #include <QString>
 
 #include <array>
@@ -31,6 +33,16 @@ inline constexpr SlipKind stocktake{u'T', Party::Supplier, 0};
 
 inline constexpr std::array allKinds{sale,     receipt, receivableCarried, estimate,
                                      purchase, payment, payableCarried,    stocktake};
+
+// The registers, which lie below, know the customers' slips by these letters.
+static_assert([] {
+    for (const SlipKind &kind : allKinds) {
+        const bool isKnown = registers::customerSlipLetters.find(kind.letter) != std::u16string_view::npos;
+        if (isKnown != (kind.party == Party::Customer))
+            return false;
+    }
+    return true;
+}());
 
 /// "O%": what the numbers of \a kind are selected by.
 inline QString patternOf(const SlipKind &kind) { return QString(QChar(kind.letter)) + u'%'; }

@@ -60,6 +60,7 @@ void FirstDay::run()
     registerSuppliers();
     lookPostalCodesUp();
     enterSlips();
+    chooseCustomers();
     lookAround();
     checkBooks();
 }
@@ -296,6 +297,29 @@ void FirstDay::printNote(QDialog &screen, int number)
 }
 
 // Every page of the main window's panel, as it looks with the day's data.
+// Deletes nobody: the books are checked at the end of the day.
+void FirstDay::chooseCustomers()
+{
+    const auto search = [this](QDialog &screen) {
+        m_walker.choose(screen, u"Combo1"_s, u"納品先名"_s);
+        m_walker.type(screen, u"txtKey"_s, u"山"_s);
+        m_walker.click(screen, u"Command2"_s);
+    };
+    m_walker.visit(
+        u"bulk deletion"_s, [this] { m_walker.find<QAction>(m_window, u"mnuCustomDel"_s).trigger(); },
+        [this, &search](QDialog &screen) {
+            search(screen);
+            m_walker.choose(screen, u"Combo1"_s, u"すべて選択"_s);
+            m_walker.picture(screen, u"customers-to-delete"_s);
+        });
+    m_walker.visit(
+        u"supplementary roster"_s, [this] { m_walker.find<QAction>(m_window, u"mnuCustomSub"_s).trigger(); },
+        [this, &search](QDialog &screen) {
+            search(screen);
+            m_walker.picture(screen, u"supplementary-roster"_s);
+        });
+}
+
 void FirstDay::lookAround()
 {
     auto &tabs = m_walker.find<QTabWidget>(m_window, u"SSTab1"_s);

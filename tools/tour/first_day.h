@@ -34,6 +34,7 @@ private:
     void enterSlips();
     void enterLines(QDialog &screen, const struct Slip &slip);
     void printNote(QDialog &screen, int number);
+    void chooseCustomers();
     void lookAround();
     void checkBooks();
 

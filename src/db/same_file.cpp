@@ -1,0 +1,26 @@
+#include "db/same_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace db
+{
+
+namespace
+{
+
+QString cleaned(const QString &fileName) { return QDir::cleanPath(QFileInfo(fileName).absoluteFilePath()); }
+
+} // namespace
+
+bool isSameFile(const QString &one, const QString &other)
+{
+    if (one.isEmpty() || other.isEmpty())
+        return false;
+    if (cleaned(one).compare(cleaned(other), Qt::CaseInsensitive) == 0)
+        return true;
+    const QString real = QFileInfo(one).canonicalFilePath();
+    return !real.isEmpty() && real == QFileInfo(other).canonicalFilePath();
+}
+
+} // namespace db

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "db/progress.h"
+
+#include <QHash>
+
+#include <vector>
+
+namespace db
+{
+class Connection;
+}
+
+// Deleting many customers at once.
+namespace registers
+{
+
+/// How many slips each customer has, by 納品先ID; customers without slips are left out. Shipments refer to
+/// customers by name only and do not count.
+db::Result<QHash<qint64, int>> slipsOfCustomers(db::Connection &connection);
+
+/// What becomes of a customer that has slips. The slips stay in any case.
+enum class WithSlips { Keep, Delete };
+
+/// Deletes the customers \a ids in one transaction: all of them, except those that are to be kept for their
+/// slips, of which there may be more than when they were counted, or none. \return how many were deleted
+db::Result<int> deleteCustomers(db::Connection &connection, const std::vector<qint64> &ids,
+                                WithSlips withSlips, const db::Progress &progress = db::unwatched);
+
+} // namespace registers

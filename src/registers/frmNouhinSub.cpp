@@ -1,0 +1,80 @@
+#include "registers/frmNouhinSub.h"
+
+#include "app/workspace.h"
+#include "db/connection.h"
+#include "db/same_file.h"
+#include "db/schema.h"
+#include "registers/supplementary_file.h"
+#include "text/numbers.h"
+#include "ui/file_dialogs.h"
+#include "ui/progress.h"
+#include "ui/prompts.h"
+#include "ui_frmNouhinSub.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+frmNouhinSub::frmNouhinSub(app::Workspace &workspace, QWidget *parent)
+    : ui::Screen(workspace, parent)
+    , m_ui(std::make_unique<Ui::frmNouhinSub>())
+{
+    m_ui->setupUi(this);
+    m_ui->panel->bind(workspace.connection, CustomerTicks::Guard::None);
+    connect(m_ui->panel, &CustomerChoicePanel::choiceChanged, this, &frmNouhinSub::showStates);
+    connect(m_ui->cmdMake, &QPushButton::clicked, this, &frmNouhinSub::make);
+    setUp();
+    showStates();
+}
+
+frmNouhinSub::~frmNouhinSub() = default;
+
+QString frmNouhinSub::chosenFile()
+{
+    const QString name = ui::file_dialogs::saveFile(this, u"新しいファイル名"_s,
+                                                    u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s, u"cdb"_s);
+    if (name.isEmpty())
+        return {};
+    // The file in use, the one that new files are copied from, and the one that the program's end writes
+    // over.
+    const QString reserved[] = {
+        workspace().connection.fileName(),
+        workspace().inApplicationFolder(QString::fromUtf16(db::initialFileName)),
+        workspace().inApplicationFolder(QString::fromUtf16(db::backupFileName)),
+    };
+    const QFileInfo file(name);
+    const bool refused =
+        file.isDir() || std::any_of(std::cbegin(reserved), std::cend(reserved),
+                                    [&](const QString &other) { return db::isSameFile(name, other); });
+    if (refused) {
+        ui::prompts::inform(this, u"ファイル名が不正です。"_s);
+        return {};
+    }
+    const QString overwrite = u"指定した名前のファイルが存在します。\n上書きしますか？"_s;
+    return !file.exists() || ui::prompts::ask(this, overwrite) ? name : QString();
+}
+
+void frmNouhinSub::make()
+{
+    const QString fileName = chosenFile();
+    if (fileName.isEmpty())
+        return;
+    int written = 0;
+    const db::Status done =
+        ui::runWithProgress(this, u"補助名簿を作成しています。"_s, [&](const db::Progress &progress) {
+            const auto made = writeSupplementaryFile(workspace().connection, m_ui->panel->ticks().ticked(),
+                                                     fileName, progress);
+            written = made ? *made : 0;
+            return made ? db::Status() : db::Status(made.error());
+        });
+    if (tell(done))
+        ui::prompts::inform(this, text::formatAmount(written) + u" 件の納品先を「"_s +
+                                      QFileInfo(fileName).fileName() + u"」に書き出しました。"_s);
+}
+
+void frmNouhinSub::showStates() { m_ui->cmdMake->setEnabled(m_ui->panel->ticks().tickedCount() > 0); }
+
+} // namespace registers
