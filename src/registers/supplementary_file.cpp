@@ -4,6 +4,7 @@
 #include "db/connection.h"
 #include "db/create.h"
 #include "db/flush.h"
+#include "db/same_file.h"
 #include "db/schema.h"
 #include "db/transaction.h"
 
@@ -113,6 +114,10 @@ db::Result<int> writeSupplementaryFile(db::Connection &connection, const std::ve
                                        const QString &target, const db::Progress &progress)
 {
     const QString temporary = target + u".new"_s;
+    for (const QString &name : {target, temporary}) {
+        if (db::isSameFile(name, connection.fileName()))
+            return db::Error{u"使用中のファイルには書き出せません。別の名前を指定してください。"_s};
+    }
     removeDatabase(temporary);
     if (const db::Status created = db::createDatabase(temporary); !created)
         return created.error();

@@ -1,3 +1,4 @@
+#include "db/backup.h"
 #include "registers/frmNouhinSub.h"
 #include "registers/supplementary_file.h"
 #include "support/fresh_shop.h"
@@ -161,6 +162,20 @@ private slots:
         r.makeAs(name);
         QVERIFY(contents(name).startsWith("SQLite format 3"));
         QVERIFY(!r.files().contains(u"old.cdb.new"_s));
+    }
+
+    // Also when the name that it has while it is written is the one in use.
+    void neverTouchesTheFileInUse()
+    {
+        FreshShop shop;
+        fill(shop);
+        const QString inUse = shop.path(u"list.cdb.new"_s);
+        QVERIFY(db::copyDatabase(shop.connection, inUse));
+        QVERIFY(shop.connection.open(inUse));
+        for (const QString &name : {u"list.cdb.new"_s, u"list.cdb"_s})
+            QVERIFY(!registers::writeSupplementaryFile(shop.connection, {2}, shop.path(name)));
+        QVERIFY(QFile::exists(inUse));
+        QCOMPARE(shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 3);
     }
 
     void leavesNothingBehind_data()
