@@ -19,6 +19,12 @@ if(CCACHE)
         ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE})
 endif()
 
+# Some fifty programs are linked, each in a tenth of the time that the default linker takes.
+find_program(MOLD mold)
+if(MOLD)
+    add_link_options(-fuse-ld=mold)
+endif()
+
 option(KANBALORE_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 
 macro(kanbalore_options)
