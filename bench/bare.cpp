@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace bench
@@ -119,6 +120,35 @@ int Bare::searchCustomers(const QString &key)
 }
 
 int Bare::registerKeys() { return count("SELECT 納品先ID FROM 納品先 ORDER BY 更新日 DESC, フリガナ", {}); }
+
+void Bare::writeCustomers(const QString &fileName)
+{
+    std::FILE *file = std::fopen(fileName.toLocal8Bit().constData(), "wb");
+    if (!file)
+        qFatal("%s cannot be written", qPrintable(fileName));
+    sqlite3_stmt *statement = prepared(m_handle, "SELECT * FROM 納品先 ORDER BY 納品先ID");
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+        for (int column = 0; column < sqlite3_column_count(statement); ++column) {
+            const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
+            std::fputs(text ? text : "", file);
+            std::fputc(',', file);
+        }
+        std::fputs("\r\n", file);
+    }
+    sqlite3_finalize(statement);
+    std::fclose(file);
+}
+
+void Bare::saveCustomer(std::int64_t customer)
+{
+    run("BEGIN IMMEDIATE");
+    sqlite3_stmt *update = prepared(m_handle, "UPDATE 納品先 SET 担当者名 = '担当' || (random() % 1000), "
+                                              "更新日 = date('2026-01-01', random() % 99 || ' days') "
+                                              "WHERE 納品先ID = ?");
+    sqlite3_bind_int64(update, 1, customer);
+    readAll(m_handle, update);
+    run("COMMIT");
+}
 
 int Bare::previousSales(std::int64_t customer)
 {

@@ -34,6 +34,12 @@ public:
     /// The keys of all customers in the register's order. \return how many
     int registerKeys();
 
+    /// All columns of all customers, printed into \a fileName with commas between.
+    void writeCustomers(const QString &fileName);
+
+    /// A new 担当者名 and date of change, durable.
+    void saveCustomer(std::int64_t customer);
+
     /// The earlier sales lines of \a customer, all columns read. \return how many
     int previousSales(std::int64_t customer);
 

@@ -1,7 +1,8 @@
 #include "operations.h"
 
 #include "bare.h"
-#include "shop_maker.h"
+#include "export_operations.h"
+#include "measuring.h"
 
 #include "app/frmAMain.h"
 #include "app/screens.h"
@@ -9,11 +10,7 @@
 #include "slips/frmOut.h"
 #include "slips/slip_store.h"
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QComboBox>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
@@ -23,49 +20,6 @@ namespace bench
 
 namespace
 {
-
-/// Registers a benchmark; its time is what \a seconds returns for one run.
-void add(std::size_t row, const char *whose, std::function<double()> seconds)
-{
-    const std::string name = std::to_string(row) + "/" + whose;
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [seconds = std::move(seconds)](benchmark::State &state) {
-                                     for (auto _ : state)
-                                         state.SetIterationTime(seconds());
-                                 })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond);
-}
-
-template <class Work>
-double secondsOf(Work work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return double(timer.nsecsElapsed()) / 1e9;
-}
-
-template <class Control>
-Control &control(QWidget &screen, const char *name)
-{
-    auto *found = screen.findChild<Control *>(QLatin1StringView(name));
-    if (!found)
-        qFatal("the screen has no %s", name);
-    return *found;
-}
-
-void press(QWidget &screen, const char *button)
-{
-    auto &found = control<QAbstractButton>(screen, button);
-    if (!found.isEnabled())
-        qFatal("%s cannot be pressed", button);
-    found.click();
-}
-
-/// Until the screen is painted and takes the next key. The toolkit's painting is timed only where a screen
-/// opens: SQLite has nothing to set against it.
-void settle() { QCoreApplication::processEvents(); }
 
 /// An open sales screen with one customer found, ready for 確認.
 class SalesDesk
@@ -260,47 +214,13 @@ private:
     std::vector<Row> m_rows;
 };
 
-QString settingsFile() { return QDir::temp().filePath(u"kanbalore-bench.ini"_s); }
-
 } // namespace
 
-QString Shops::shop(int customers, int slips) const
+std::vector<Row> registerOperations(const Shops &shops)
 {
-    const QString fileName = m_folder.filePath(u"shop-%1-%2.cdb"_s.arg(customers).arg(slips));
-    if (QFile::exists(fileName))
-        return fileName;
-    m_folder.mkpath(u"."_s);
-    // Under another name until it is complete, should the run be interrupted.
-    const QString unfinished = fileName + u".new"_s;
-    QFile::remove(unfinished);
-    if (const db::Status made = makeShop(unfinished, {customers, slips, 1}); !made)
-        qFatal("%s", qPrintable(made.error().text));
-    QFile::rename(unfinished, fileName);
-    return fileName;
+    std::vector<Row> rows = Operations(shops).all();
+    registerExports(shops, rows);
+    return rows;
 }
-
-QString Shops::copy(int customers, int slips, const QString &name) const
-{
-    const QString source = shop(customers, slips);
-    const QString target = m_folder.filePath(name + u".cdb"_s);
-    QFile::remove(target);
-    if (!QFile::copy(source, target))
-        qFatal("%s cannot be written", qPrintable(target));
-    return target;
-}
-
-OpenShop::OpenShop()
-    : settings(settingsFile())
-    , workspace(connection, settings, QDir::tempPath())
-{}
-
-OpenShop::OpenShop(const QString &fileName)
-    : OpenShop()
-{
-    if (const db::Status opened = connection.open(fileName); !opened)
-        qFatal("%s", qPrintable(opened.error().text));
-}
-
-std::vector<Row> registerOperations(const Shops &shops) { return Operations(shops).all(); }
 
 } // namespace bench

@@ -1,0 +1,82 @@
+#include "measuring.h"
+
+#include "shop_maker.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QFile>
+
+#include <benchmark/benchmark.h>
+
+using namespace Qt::StringLiterals;
+
+namespace bench
+{
+
+namespace
+{
+
+QString settingsFile() { return QDir::temp().filePath(u"kanbalore-bench.ini"_s); }
+
+} // namespace
+
+QString Shops::shop(int customers, int slips) const
+{
+    const QString fileName = m_folder.filePath(u"shop-%1-%2.cdb"_s.arg(customers).arg(slips));
+    if (QFile::exists(fileName))
+        return fileName;
+    m_folder.mkpath(u"."_s);
+    // Under another name until it is complete, should the run be interrupted.
+    const QString unfinished = fileName + u".new"_s;
+    QFile::remove(unfinished);
+    if (const db::Status made = makeShop(unfinished, {customers, slips, 1}); !made)
+        qFatal("%s", qPrintable(made.error().text));
+    QFile::rename(unfinished, fileName);
+    return fileName;
+}
+
+QString Shops::copy(int customers, int slips, const QString &name) const
+{
+    const QString source = shop(customers, slips);
+    const QString target = m_folder.filePath(name + u".cdb"_s);
+    QFile::remove(target);
+    if (!QFile::copy(source, target))
+        qFatal("%s cannot be written", qPrintable(target));
+    return target;
+}
+
+OpenShop::OpenShop()
+    : settings(settingsFile())
+    , workspace(connection, settings, QDir::tempPath())
+{}
+
+OpenShop::OpenShop(const QString &fileName)
+    : OpenShop()
+{
+    if (const db::Status opened = connection.open(fileName); !opened)
+        qFatal("%s", qPrintable(opened.error().text));
+}
+
+void add(std::size_t row, const char *whose, std::function<double()> seconds)
+{
+    const std::string name = std::to_string(row) + "/" + whose;
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [seconds = std::move(seconds)](benchmark::State &state) {
+                                     for (auto _ : state)
+                                         state.SetIterationTime(seconds());
+                                 })
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+}
+
+void press(QWidget &screen, const char *button)
+{
+    auto &found = control<QAbstractButton>(screen, button);
+    if (!found.isEnabled())
+        qFatal("%s cannot be pressed", button);
+    found.click();
+}
+
+void settle() { QCoreApplication::processEvents(); }
+
+} // namespace bench

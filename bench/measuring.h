@@ -1,0 +1,75 @@
+#pragma once
+
+#include "app/settings.h"
+#include "app/workspace.h"
+#include "db/connection.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QWidget>
+
+#include <functional>
+
+// What every measurement needs: shops to measure in, clocks, and hands on the screens.
+namespace bench
+{
+
+/// The shops to measure in, made once and kept in a folder.
+class Shops
+{
+public:
+    explicit Shops(const QDir &folder)
+        : m_folder(folder)
+    {}
+
+    /// The file of a shop of that size; made when it is not there yet.
+    QString shop(int customers, int slips) const;
+    /// A copy of it that may be written to.
+    QString copy(int customers, int slips, const QString &name) const;
+
+private:
+    QDir m_folder;
+};
+
+/// A shop as the program has it open, to set screens upon.
+struct OpenShop
+{
+    /// Nothing open yet.
+    OpenShop();
+    explicit OpenShop(const QString &fileName);
+
+    db::Connection connection;
+    app::Settings settings;
+    app::Workspace workspace;
+};
+
+/// Registers a benchmark of the table's \a row; its time is what \a seconds returns for one run.
+void add(std::size_t row, const char *whose, std::function<double()> seconds);
+
+template <class Work>
+double secondsOf(Work work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return double(timer.nsecsElapsed()) / 1e9;
+}
+
+/// The control \a name; a screen without it ends the program.
+template <class Control>
+Control &control(QWidget &screen, const char *name)
+{
+    auto *found = screen.findChild<Control *>(QLatin1StringView(name));
+    if (!found)
+        qFatal("the screen has no %s", name);
+    return *found;
+}
+
+/// Presses a button that can be pressed; else ends the program.
+void press(QWidget &screen, const char *button);
+
+/// Until the screen is painted and takes the next key. The toolkit's painting is timed only where a screen
+/// opens: SQLite has nothing to set against it.
+void settle();
+
+} // namespace bench
