@@ -8,6 +8,7 @@
 #include "registers/frmNouhin.h"
 #include "registers/frmNouhinDel.h"
 #include "registers/frmNouhinSub.h"
+#include "registers/frmNouhinFind.h"
 #include "registers/frmSiire.h"
 #include "slips/frmIn.h"
 #include "slips/frmOut.h"
@@ -50,6 +51,7 @@ Openers screenOpeners()
         {Action::SupplementaryRoster, screen<registers::frmNouhinSub>()},
         {Action::Suppliers, screen<registers::frmSiire>()},
         {Action::PostalCodes, screen<registers::ZipCodeConv>()},
+        {Action::CustomerRoster, screen<registers::frmNouhinFind>()},
         {Action::CustomerCategories, screen<masters::frmKubun>()},
         {Action::SalesProducts, screen<masters::frmOutShohin>()},
         {Action::ShippingCategories, screen<masters::frmInvKubun>()},

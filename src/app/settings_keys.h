@@ -118,6 +118,9 @@ inline constexpr SettingKey meiboTitle{"Settings", "MeiboTitle", u"顧客名簿"
 inline constexpr SettingKey meiboTitle2{"Settings", "MeiboTitle2", u"TEL"};
 inline constexpr SettingKey meiboTitle3{"Settings", "MeiboTitle3", u"TEL"};
 inline constexpr SettingKey meiboTitle4{"Settings", "MeiboTitle4", u"FAX"};
+/// Columns of the roster, a 0 or 1 for each (empty: the usual ones), and whether it goes by the readings.
+inline constexpr SettingKey meiboColumns{"Settings", "MeiboColumns", u""};
+inline constexpr SettingKey meiboByReading{"Settings", "MeiboByReading", u"1"};
 /// Daily report dialog.
 inline constexpr SettingKey checkCOption1{"Settings", "CheckCOption1", u""};
 inline constexpr SettingKey checkCOption2{"Settings", "CheckCOption2", u""};

@@ -170,6 +170,8 @@ void CustomerPanel::focusColumn(const QString &column)
         m_ui->txtName->setFocus();
     else if (column == u"区分ID"_s)
         m_ui->dbcKubun->setFocus();
+    else if (column == u"郵便番号"_s)
+        m_ui->txtZip->setFocus();
 }
 
 bool CustomerPanel::eventFilter(QObject *watched, QEvent *event)

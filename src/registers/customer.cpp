@@ -141,6 +141,17 @@ std::optional<Refusal> customerRefusal(const db::Recordset &customers,
     return std::nullopt;
 }
 
+std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
+                                     const std::vector<masters::Entry> &categories)
+{
+    const QString sentence = u"入力漏れがあります。"_s;
+    if (const auto refusal = customerRefusal(customers, categories))
+        return Refusal{sentence, refusal->column};
+    if (customers.text(u"郵便番号"_s).trimmed().isEmpty())
+        return Refusal{sentence, u"郵便番号"_s};
+    return std::nullopt;
+}
+
 db::Status saveCustomer(db::Recordset &customers, const QDate &today)
 {
     storeForms(customers);

@@ -65,6 +65,10 @@ struct Refusal
 std::optional<Refusal> customerRefusal(const db::Recordset &customers,
                                        const std::vector<masters::Entry> &categories);
 
+/// As customerRefusal(), for a customer of the roster: its postal code is needed too.
+std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
+                                     const std::vector<masters::Entry> &categories);
+
 /// Saves the current customer with its edited fields in their stored form, a new key and \a today as the day
 /// of its last change. After a failure its dates and key are as before, and the edits are still there.
 db::Status saveCustomer(db::Recordset &customers, const QDate &today);

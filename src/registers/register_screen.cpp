@@ -164,7 +164,9 @@ void RegisterScreen::showStates()
         const bool whileBrowsing = m_rows.isEmpty() ? state.withoutRow : state.browsing;
         state.control->setEnabled(m_mode == Mode::Entry ? state.entry : whileBrowsing);
     }
-    m_count->setText(text::formatAmount(m_rows.count()) + u" 件"_s);
+    m_count->setText(countText());
 }
+
+QString RegisterScreen::countText() const { return text::formatAmount(m_rows.count()) + u" 件"_s; }
 
 } // namespace registers

@@ -61,9 +61,10 @@ protected:
 
     // --- What a register does in its own way ---
 
-    virtual db::Status openRows() = 0;
-    /// Makes a new row the current one and ends in beginEntry().
-    virtual void add() = 0;
+    /// Opens what is listed at first; nothing on a screen that waits for a search.
+    virtual db::Status openRows() { return {}; }
+    /// Makes a new row the current one and ends in beginEntry(). Not on a screen that only corrects rows.
+    virtual void add() {}
     [[nodiscard]] virtual std::vector<State> states() const = 0;
     /// What keeps the current row from being saved.
     [[nodiscard]] virtual std::optional<Failure> refusal() const { return std::nullopt; }
@@ -72,11 +73,14 @@ protected:
     virtual void showRow() = 0;
     virtual void focusColumn(const QString &) {}
     /// Where the cursor goes when an entry has ended.
-    virtual void entryEnded() = 0;
+    virtual void entryEnded() {}
+    /// How many rows there are, as it is shown.
+    [[nodiscard]] virtual QString countText() const;
 
     // --- The actions ---
 
     void beginEntry() { setMode(Mode::Entry); }
+    bool save();
     void saveAndBrowse();
     void cancelEntry();
     void removeRow();
@@ -89,7 +93,6 @@ protected:
 
 private:
     std::optional<Failure> trySave();
-    bool save();
     bool leaveEntry();
     bool leaveBrowsing();
     void tellFailure();
