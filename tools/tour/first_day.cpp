@@ -1,5 +1,6 @@
 #include "first_day.h"
 
+#include "roster.h"
 #include "shop_data.h"
 
 #include "app/frmAMain.h"
@@ -59,6 +60,7 @@ void FirstDay::run()
     registerCustomers();
     registerSuppliers();
     lookPostalCodesUp();
+    printRoster(m_walker, m_window, m_folder);
     enterSlips();
     chooseCustomers();
     lookAround();

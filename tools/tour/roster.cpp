@@ -1,0 +1,44 @@
+#include "roster.h"
+
+#include "walker.h"
+
+#include "ui/file_dialogs.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace tour
+{
+
+void printRoster(Walker &walker, QWidget &window, const QDir &folder)
+{
+    const QString fileName = folder.filePath(u"roster.pdf"_s);
+    const auto savePdf = [&](QDialog &preview) {
+        walker.picture(preview, u"roster-preview"_s);
+        ui::file_dialogs::expectFile(fileName);
+        walker.click(preview, u"cmdPdf"_s);
+    };
+    walker.visit(
+        u"roster"_s, [&] { walker.find<QAction>(window, u"mnuCustomOut"_s).trigger(); },
+        [&](QDialog &screen) {
+            walker.choose(screen, u"Combo1"_s, u"住所1"_s);
+            walker.type(screen, u"txtKey"_s, u"長野県"_s);
+            walker.picture(screen, u"customer-search"_s);
+            walker.click(screen, u"Command2"_s);
+            walker.picture(screen, u"customers-found"_s);
+            walker.choose(screen, u"Combo1"_s, u"すべて選択"_s);
+            walker.visit(
+                u"roster options"_s, [&] { walker.click(screen, u"Command1"_s); },
+                [&](QDialog &options) {
+                    walker.picture(options, u"roster-options"_s);
+                    walker.visit(
+                        u"roster preview"_s, [&] { walker.click(options, u"Command49"_s); }, savePdf);
+                });
+        });
+    walker.check(QFileInfo(fileName).size() > 1000, u"the roster is not there as PDF"_s);
+}
+
+} // namespace tour
