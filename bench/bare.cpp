@@ -119,6 +119,17 @@ int Bare::searchCustomers(const QString &key)
                  u'%' + key + u'%');
 }
 
+int Bare::findCustomers(const QString &key)
+{
+    if (key.isEmpty())
+        return count("SELECT 納品先ID FROM 納品先, 登録区分 WHERE 納品先.区分ID = 登録区分.区分ID "
+                     "ORDER BY 納品先ID",
+                     {});
+    return count("SELECT 納品先ID FROM 納品先, 登録区分 WHERE (納品先.区分ID = 登録区分.区分ID) AND "
+                 "(納品先名キー LIKE ?) ORDER BY 納品先名キー",
+                 u'%' + key + u'%');
+}
+
 int Bare::registerKeys() { return count("SELECT 納品先ID FROM 納品先 ORDER BY 更新日 DESC, フリガナ", {}); }
 
 void Bare::writeCustomers(const QString &fileName)

@@ -31,6 +31,10 @@ public:
     /// The keys of the customers found by \a key, newest first. \return how many
     int searchCustomers(const QString &key);
 
+    /// The keys of the customers with a category that are found by \a key, in the order of their keys; of all
+    /// of them for an empty one. \return how many
+    int findCustomers(const QString &key);
+
     /// The keys of all customers in the register's order. \return how many
     int registerKeys();
 

@@ -3,6 +3,7 @@
 #include "bare.h"
 #include "export_operations.h"
 #include "measuring.h"
+#include "search_operations.h"
 
 #include "app/frmAMain.h"
 #include "app/screens.h"
@@ -220,6 +221,7 @@ std::vector<Row> registerOperations(const Shops &shops)
 {
     std::vector<Row> rows = Operations(shops).all();
     registerExports(shops, rows);
+    registerSearches(shops, rows);
     return rows;
 }
 

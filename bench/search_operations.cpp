@@ -1,0 +1,70 @@
+#include "search_operations.h"
+
+#include "bare.h"
+#include "measuring.h"
+
+#include "registers/frmNouhinFind.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+
+using namespace Qt::StringLiterals;
+
+namespace bench
+{
+
+namespace
+{
+
+/// An open search screen.
+class SearchDesk
+{
+public:
+    explicit SearchDesk(const QString &fileName)
+        : m_shop(fileName)
+        , m_screen(m_shop.workspace)
+    {
+        m_screen.show();
+    }
+
+    double secondsToFind(const QString &item, const QString &condition)
+    {
+        auto &items = control<QComboBox>(m_screen, "Combo1");
+        items.setCurrentIndex(items.findText(item));
+        control<QLineEdit>(m_screen, "txtKey").setText(condition);
+        const double seconds = secondsOf([this] { press(m_screen, "Command2"); });
+        settle();
+        return seconds;
+    }
+
+private:
+    OpenShop m_shop;
+    registers::frmNouhinFind m_screen;
+};
+
+} // namespace
+
+void registerSearches(const Shops &shops, std::vector<Row> &rows)
+{
+    const QString file = shops.shop(100000, 1000);
+    auto desk = std::make_shared<SearchDesk>(file);
+    auto bare = std::make_shared<Bare>(file);
+    const struct
+    {
+        const char *what;
+        QString condition;
+    } searches[] = {{"kanji", u"山田"_s}, {"kana", u"ﾔﾏﾀﾞ"_s}, {"telephone", u"052-"_s}};
+    for (const auto &search : searches) {
+        rows.push_back({std::string("customers found by any part of the key, ") + search.what,
+                        "100,000 customers", 1.5});
+        add(rows.size() - 1, "ours",
+            [desk, text = search.condition] { return desk->secondsToFind(u"納品先名"_s, text); });
+        add(rows.size() - 1, "bare",
+            [bare, text = search.condition] { return secondsOf([&] { bare->findCustomers(text); }); });
+    }
+    rows.push_back({"every customer selected in the search", "100,000 customers", 0});
+    add(rows.size() - 1, "ours", [desk] { return desk->secondsToFind(u"すべて選択"_s, {}); });
+    add(rows.size() - 1, "bare", [bare] { return secondsOf([&] { bare->findCustomers({}); }); });
+}
+
+} // namespace bench
