@@ -149,7 +149,8 @@ Piece conditionOf(const CustomerQuery &query, const Item &item)
     return {};
 }
 
-// \a select: "納品先.*" or the key.
+// \a select: "納品先.*" or the key. NOT INDEXED, since the index of the register's order would be followed
+// row by row all over the file: ten times slower than reading every row and sorting what was found.
 Piece statementOf(const CustomerQuery &query, const QString &select)
 {
     const Item *item = itemAt(query.item);
@@ -159,7 +160,7 @@ Piece statementOf(const CustomerQuery &query, const QString &select)
     const QString join = u"納品先.区分ID = 登録区分.区分ID"_s;
     const QString where =
         condition.sql.isEmpty() ? join : u"("_s + join + u") AND ("_s + condition.sql + u")"_s;
-    return {u"SELECT "_s + select + u" FROM 納品先, 登録区分 Where "_s + where + u" ORDER BY "_s +
+    return {u"SELECT "_s + select + u" FROM 納品先 NOT INDEXED, 登録区分 Where "_s + where + u" ORDER BY "_s +
                 orderOf(query, *item),
             condition.values};
 }

@@ -2,6 +2,7 @@
 
 #include "app/workspace.h"
 #include "registers/DialogMeibo.h"
+#include "registers/counterpart.h"
 #include "registers/customer.h"
 #include "registers/customer_search.h"
 #include "ui/messages.h"
@@ -101,13 +102,15 @@ void frmNouhinFind::search()
 {
     if (!leaveRow() || !categoriesReady())
         return;
-    if (!tell(openCustomersFound(rows(), m_ui->searchBar->query())))
+    const CustomerQuery query = m_ui->searchBar->query();
+    if (!tell(openCustomersFound(rows(), query)))
         return;
     showStates();
     if (rows().isEmpty()) {
         ui::prompts::inform(this, ui::messages::nothingFound());
         m_ui->searchBar->focusCondition();
-    } else {
+    } else if (query.item != everyCustomerItem) {
+        // "すべて選択" searches while the arrow keys may still be on their way to another item.
         m_ui->DataGrid1->setFocus();
     }
 }
