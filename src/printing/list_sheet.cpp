@@ -20,8 +20,7 @@ constexpr double titleTop = 11;
 constexpr double remarkTop = 20;
 constexpr double tableTop = 25.5;
 constexpr double footHeight = 15;
-constexpr double headingHeight = 7;
-constexpr double rowHeight = 7.4;
+constexpr double rowHeight = 7.4; // of the headings too
 constexpr double padding = 1;
 constexpr double cellHeight = rowHeight - 0.6;
 constexpr double thin = 0.15;
@@ -67,7 +66,7 @@ public:
 private:
     static std::size_t linesOf(const List &list)
     {
-        const double room = list.paperHeight - footHeight - tableTop - headingHeight;
+        const double room = list.paperHeight - footHeight - tableTop - rowHeight;
         return static_cast<std::size_t>(std::max(1.0, room / rowHeight));
     }
 
@@ -103,11 +102,11 @@ private:
     void writeTable(SheetWriter &writer, std::size_t first, std::size_t end) const
     {
         const double right = m_edges.back();
-        const double bottom = tableTop + headingHeight + static_cast<double>(end - first) * rowHeight;
-        writer.box(margin, tableTop, right - margin, headingHeight, 0, headingGrey);
+        const double bottom = tableTop + rowHeight + static_cast<double>(end - first) * rowHeight;
+        writer.box(margin, tableTop, right - margin, rowHeight, 0, headingGrey);
         for (std::size_t column = 0; column < m_list.columns.size(); ++column)
             writeCell(writer, m_list.columns[column].heading, column, tableTop, Align::Centre, false);
-        double y = tableTop + headingHeight;
+        double y = tableTop + rowHeight;
         for (std::size_t row = first; row < end; ++row, y += rowHeight) {
             const bool isTotals = row == m_list.rows.size();
             if (isTotals)
