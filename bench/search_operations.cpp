@@ -3,7 +3,9 @@
 #include "bare.h"
 #include "measuring.h"
 
+#include "printing/frmPreview.h"
 #include "registers/frmNouhinFind.h"
+#include "registers/roster.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -42,6 +44,31 @@ private:
     registers::frmNouhinFind m_screen;
 };
 
+// From the choice of the columns to the preview's first page.
+void registerRoster(const Shops &shops, std::vector<Row> &rows, int customers)
+{
+    rows.push_back({"roster laid out and previewed", std::to_string(customers) + " customers", 0});
+    auto shop = std::make_shared<OpenShop>(shops.shop(customers, 10000));
+    add(rows.size() - 1, "ours", [shop] {
+        const auto keys = shop->connection.keys(u"SELECT 納品先ID FROM 納品先"_s);
+        const registers::RosterOptions options{
+            u"顧客名簿"_s, {u"TEL"_s, u"TEL"_s, u"FAX"_s}, registers::rosterColumnsFrom({})};
+        std::unique_ptr<printing::frmPreview> preview;
+        return secondsOf([&] {
+            const auto list =
+                registers::roster(shop->connection, *keys, options, QDate(2026, 4, 1), db::unwatched);
+            printing::Document document;
+            document.title = list->title;
+            document.purpose = printing::Purpose::Rosters;
+            document.sheets = printing::listSheets(*list);
+            preview =
+                std::make_unique<printing::frmPreview>(shop->workspace, std::move(document), QStringList());
+            preview->show();
+            settle();
+        });
+    });
+}
+
 } // namespace
 
 void registerSearches(const Shops &shops, std::vector<Row> &rows)
@@ -65,6 +92,7 @@ void registerSearches(const Shops &shops, std::vector<Row> &rows)
     rows.push_back({"every customer selected in the search", "100,000 customers", 0});
     add(rows.size() - 1, "ours", [desk] { return desk->secondsToFind(u"すべて選択"_s, {}); });
     add(rows.size() - 1, "bare", [bare] { return secondsOf([&] { bare->findCustomers({}); }); });
+    registerRoster(shops, rows, 10000);
 }
 
 } // namespace bench

@@ -5,6 +5,7 @@
 #include "app/workspace.h"
 #include "printing/pdf.h"
 #include "ui/file_dialogs.h"
+#include "ui/progress.h"
 #include "ui/prompts.h"
 
 #include <QAction>
@@ -28,6 +29,7 @@ frmPreview::frmPreview(app::Workspace &workspace, Document document, const QStri
     , m_document(std::move(document))
     , m_hasPrinter(!printers.isEmpty())
     , m_look{fontFace(workspace.settings, m_document.purpose)}
+    , m_pages(static_cast<int>(m_document.sheets.size()))
     , m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     m_ui->setupUi(this);
@@ -90,7 +92,28 @@ void frmPreview::addShortcuts()
     add(Qt::Key_PageDown, m_ui->cmdNext);
 }
 
-void frmPreview::draw(QPrinter *printer) { tell(drawDocument(*printer, m_document, m_look)); }
+// A preview that was stopped shows the pages that it has; paper and PDF still get them all.
+void frmPreview::draw(QPrinter *printer)
+{
+    // The pages shown so far go when the first new one is begun, and must not be painted any more.
+    m_preview->setUpdatesEnabled(false);
+    m_pages = static_cast<int>(m_document.sheets.size());
+    carryOut(u"表示するページを準備しています。"_s, [&](const db::Progress &progress) {
+        return drawDocument(*printer, m_document, m_look, [&](qint64 done, qint64 total) {
+            const bool goesOn = progress(done, total);
+            if (!goesOn)
+                m_pages = static_cast<int>(done);
+            return goesOn;
+        });
+    });
+    m_preview->setUpdatesEnabled(true);
+}
+
+bool frmPreview::carryOut(const QString &what, const std::function<db::Status(const db::Progress &)> &work)
+{
+    const db::Status done = ui::runWithProgress(this, what, work);
+    return done || done.error().cancelled ? bool(done) : tell(done);
+}
 
 void frmPreview::print()
 {
@@ -107,8 +130,17 @@ void frmPreview::print()
     if (!ui::file_dialogs::setUpPrinter(this, job, u"印刷"_s))
         return;
     setPage(job, m_document);
-    if (tell(printDocument(job, m_document, m_look)))
+    const db::Status printed =
+        ui::runWithProgress(this, u"印刷しています。"_s, [&](const db::Progress &progress) {
+            return printDocument(job, m_document, m_look, progress);
+        });
+    if (printed)
         accept();
+    else if (printed.error().cancelled)
+        ui::prompts::inform(
+            this, u"印刷を中止しました。途中までの用紙が出てくるときは、プリンタで取り消してください。"_s);
+    else
+        tell(printed);
 }
 
 QString frmPreview::proposedFile() const
@@ -133,7 +165,9 @@ void frmPreview::savePdf()
         !ui::prompts::ask(this,
                           u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))
         return;
-    if (tell(writePdf(m_document, m_look, fileName)))
+    if (carryOut(u"PDF に保存しています。"_s, [&](const db::Progress &progress) {
+            return writePdf(m_document, m_look, fileName, progress);
+        }))
         m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
 }
 
@@ -141,16 +175,15 @@ int frmPreview::page() const { return m_preview->currentPage(); }
 
 void frmPreview::turnTo(int page)
 {
-    m_preview->setCurrentPage(std::clamp(page, 1, static_cast<int>(m_document.sheets.size())));
+    m_preview->setCurrentPage(std::clamp(page, 1, std::max(1, m_pages)));
     showPage();
 }
 
 void frmPreview::showPage()
 {
-    const int pages = static_cast<int>(m_document.sheets.size());
-    m_ui->lblPage->setText(u"%1 / %2 ページ"_s.arg(page()).arg(pages));
+    m_ui->lblPage->setText(u"%1 / %2 ページ"_s.arg(page()).arg(m_document.sheets.size()));
     m_ui->cmdPrevious->setEnabled(page() > 1);
-    m_ui->cmdNext->setEnabled(page() < pages);
+    m_ui->cmdNext->setEnabled(page() < m_pages);
 }
 
 void frmPreview::keyPressEvent(QKeyEvent *event)
@@ -160,7 +193,7 @@ void frmPreview::keyPressEvent(QKeyEvent *event)
         turnTo(1);
         break;
     case Qt::Key_End:
-        turnTo(static_cast<int>(m_document.sheets.size()));
+        turnTo(m_pages);
         break;
     default:
         Screen::keyPressEvent(event);

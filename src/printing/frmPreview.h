@@ -3,6 +3,7 @@
 #include "printing/renderer.h"
 #include "ui/screen.h"
 
+#include <functional>
 #include <memory>
 
 class QPrinter;
@@ -36,6 +37,8 @@ private:
     void addPages();
     void addShortcuts();
     void draw(QPrinter *printer);
+    /// Does long \a work, which may be stopped. \return whether it was done; a failure is told
+    bool carryOut(const QString &what, const std::function<db::Status(const db::Progress &)> &work);
     void print();
     void savePdf();
     void turnTo(int page);
@@ -46,6 +49,7 @@ private:
     const Document m_document;
     const bool m_hasPrinter;
     Look m_look;
+    int m_pages; // in the preview
     std::unique_ptr<QPrinter> m_printer;
     QPrintPreviewWidget *m_preview = nullptr;
 };

@@ -30,7 +30,8 @@ db::Status writeWhole(const QString &fileName, const QByteArray &content)
 
 } // namespace
 
-db::Status writePdf(const Document &document, const Look &look, const QString &fileName)
+db::Status writePdf(const Document &document, const Look &look, const QString &fileName,
+                    const db::Progress &progress)
 {
     // Drawn in memory first: the PDF engine does not report a full disk.
     QBuffer buffer;
@@ -41,7 +42,7 @@ db::Status writePdf(const Document &document, const Look &look, const QString &f
         writer.setTitle(document.title);
         writer.setCreator(u"Kanbalore"_s);
         setPage(writer, document);
-        if (const db::Status drawn = drawDocument(writer, document, look); !drawn)
+        if (const db::Status drawn = drawDocument(writer, document, look, progress); !drawn)
             return drawn;
     }
     const QString temporary = fileName + u".tmp"_s;

@@ -148,20 +148,31 @@ db::Status jobRefused()
 }
 
 // Pages \a first to \a last, counted from 0, as often as the device does not repeat them by itself.
-db::Status drawPages(QPagedPaintDevice &device, const Document &document, const Look &look, std::size_t first,
-                     std::size_t last, int rounds, int pageRepeats)
+struct Pages
+{
+    std::size_t first;
+    std::size_t last;
+    int rounds = 1;
+    int repeats = 1; // of a page in each round
+
+    [[nodiscard]] qint64 count() const { return static_cast<qint64>(last - first + 1) * rounds * repeats; }
+};
+
+db::Status drawPages(QPagedPaintDevice &device, const Document &document, const Look &look,
+                     const Pages &pages, const db::Progress &progress)
 {
     QPainter painter;
     if (!painter.begin(&device))
         return jobRefused();
     const QMarginsF unprintable = unprintableMargins(device);
-    bool fresh = true;
-    for (int round = 0; round < rounds; ++round) {
-        for (std::size_t page = first; page <= last; ++page) {
-            for (int repeat = 0; repeat < pageRepeats; ++repeat) {
-                if (!fresh && !device.newPage())
+    qint64 drawn = 0;
+    for (int round = 0; round < pages.rounds; ++round) {
+        for (std::size_t page = pages.first; page <= pages.last; ++page) {
+            for (int repeat = 0; repeat < pages.repeats; ++repeat, ++drawn) {
+                if (drawn > 0 && !progress(drawn, pages.count()))
+                    return db::cancelled();
+                if (drawn > 0 && !device.newPage())
                     return jobRefused();
-                fresh = false;
                 drawSheet(painter, document, document.sheets[page], look, unprintable);
             }
         }
@@ -201,14 +212,16 @@ void setPage(QPagedPaintDevice &device, const Document &document)
         device.setPageLayout(pageOf(document.sheets.front()));
 }
 
-db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look)
+db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
+                        const db::Progress &progress)
 {
     if (document.sheets.empty())
         return db::Error{u"印刷するものがありません。"_s};
-    return drawPages(device, document, look, 0, document.sheets.size() - 1, 1, 1);
+    return drawPages(device, document, look, {0, document.sheets.size() - 1}, progress);
 }
 
-db::Status printDocument(QPrinter &printer, const Document &document, const Look &look)
+db::Status printDocument(QPrinter &printer, const Document &document, const Look &look,
+                         const db::Progress &progress)
 {
     if (document.sheets.empty())
         return db::Error{u"印刷するものがありません。"_s};
@@ -223,8 +236,14 @@ db::Status printDocument(QPrinter &printer, const Document &document, const Look
     }
     const int copies = printer.supportsMultipleCopies() ? 1 : std::max(1, printer.copyCount());
     const bool collated = printer.collateCopies();
-    const db::Status drawn =
-        drawPages(printer, document, look, first, last, collated ? copies : 1, collated ? 1 : copies);
+    const Pages pages{first, last, collated ? copies : 1, collated ? 1 : copies};
+    const auto watched = [&](qint64 done, qint64 total) {
+        const bool goesOn = progress(done, total);
+        if (!goesOn)
+            printer.abort();
+        return goesOn;
+    };
+    const db::Status drawn = drawPages(printer, document, look, pages, watched);
     return drawn && printer.printerState() == QPrinter::Error ? jobRefused() : drawn;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/progress.h"
 #include "db/result.h"
 #include "printing/print_frame.h"
 #include "printing/sheet.h"
@@ -50,10 +51,13 @@ QMarginsF unprintableMargins(const QPagedPaintDevice &device);
 /// Tells \a device the document's paper. To be called again after a print dialog, which may have changed it.
 void setPage(QPagedPaintDevice &device, const Document &document);
 
-/// Draws all sheets onto \a device, one a page. Fails when the device takes no job.
-db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look);
+/// Draws all sheets onto \a device, one a page. Fails when the device takes no job. \a progress counts pages.
+db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
+                        const db::Progress &progress = db::unwatched);
 
-/// Prints the pages and copies that \a printer was set up for. No job is started when the printer is missing.
-db::Status printDocument(QPrinter &printer, const Document &document, const Look &look);
+/// Prints the pages and copies that \a printer was set up for. No job is started when the printer is missing;
+/// one that \a progress stops is withdrawn where the system can, else the pages so far come out.
+db::Status printDocument(QPrinter &printer, const Document &document, const Look &look,
+                         const db::Progress &progress = db::unwatched);
 
 } // namespace printing

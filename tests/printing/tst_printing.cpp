@@ -284,6 +284,23 @@ private slots:
         QVERIFY(!QFile::exists(shop.path(u"empty.pdf"_s)));
     }
 
+    void aPdfThatIsStoppedLeavesTheOldOne()
+    {
+        FreshShop shop;
+        const QString fileName = shop.path(u"note.pdf"_s);
+        QVERIFY(writePdf(shop.workspace, pagesOfText(1), fileName));
+        const qint64 size = QFileInfo(fileName).size();
+        QList<qint64> counted;
+        const db::Status stopped =
+            writePdf(pagesOfText(5), Look{u"IPAMincho"_s}, fileName, [&](qint64 done, qint64 total) {
+                counted << done << total;
+                return done < 2;
+            });
+        QVERIFY(!stopped && stopped.error().cancelled);
+        QCOMPARE(counted, (QList<qint64>{1, 5, 2, 5}));
+        QCOMPARE(QFileInfo(fileName).size(), size);
+    }
+
     void pagesAndCopiesAreWhatThePrinterWasSetUpFor()
     {
         FreshShop shop;
