@@ -33,6 +33,8 @@ Commands fileCommands()
         {Action::PrinterChoice, u"mnuPrinter", u"プリンタの設定(&P)", u"mnuFileOpen"},
         {Action::PrinterProperties, u"munPrinter", u"プリンタのプロパティ(&R)", u"mnuFileOpen"},
         {Action::OpenBackup, u"mnuBackupOpen", u"バックアップファイルを開く(&B)", u"mnuFileOpen"},
+        {Action::Backups, u"mnuBackups", u"バックアップの一覧(&L)", u"mnuFileOpen", none,
+         {{u"cmdBackups", u"バックアップの一覧", Page::Settings, u"データベース"}}},
         {Action::Quit, u"mnuDenQuit", u"終了(&X)", u"mnuFileOpen", none, {}, {}, "Ctrl+Q"},
 
         {Action::None, u"mnuPic", u"表示(&V)"},
@@ -263,6 +265,9 @@ bool needsDatabase(Action action)
     case Action::NewFile:
     case Action::OpenFile:
     case Action::OpenBackup:
+    case Action::Backups:
+    case Action::RepairFile:
+    case Action::RebuildFile:
     case Action::Quit:
     case Action::LoadPicture:
     case Action::ResetPicture:
@@ -283,6 +288,8 @@ bool needsDatabase(Action action)
         return true;
     }
 }
+
+bool needsFile(Action action) { return action == Action::RepairFile || action == Action::RebuildFile; }
 
 const std::vector<Command> &commands()
 {

@@ -19,6 +19,7 @@ enum class Action {
     OpenFile,
     SaveFileAs,
     OpenBackup,
+    Backups,
     RepairFile,
     RebuildFile,
     EmptyTable,
@@ -164,5 +165,8 @@ const std::vector<Command> &commands();
 
 /// Whether \a action works on the open database.
 bool needsDatabase(Action action);
+
+/// Whether \a action works on the current file as a whole, even when it cannot be opened.
+bool needsFile(Action action);
 
 } // namespace app

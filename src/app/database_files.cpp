@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +52,22 @@ bool isBackupFile(const QString &fileName, const QString &applicationFolder)
     return isSameFile(fileName, backupFileIn(applicationFolder));
 }
 
+QString databaseFileFilters() { return u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s; }
+
+bool isPossibleTarget(const QString &chosen, const QString &current, const QString &applicationFolder)
+{
+    const QFileInfo info(chosen);
+    return !isInitialFile(chosen, applicationFolder) && !isSameFile(chosen, current) && !info.isDir() &&
+           QFileInfo(info.absolutePath()).isDir();
+}
+
+QString compactNameFor(const QString &fileName, const QString &applicationFolder)
+{
+    const QFileInfo real(QFileInfo(fileName).canonicalFilePath());
+    const bool onOneVolume = QStorageInfo(applicationFolder).device() == QStorageInfo(real.path()).device();
+    return joinPath(onOneVolume ? applicationFolder : real.path(), u"CompactFileName.cdb"_s);
+}
+
 db::Status makeFromInitialFile(const QString &target, const QString &applicationFolder)
 {
     const QString complete = target + u".new"_s;
@@ -68,7 +85,7 @@ db::Status backUpAtExit(db::Connection &connection, const QString &fileName, con
     if (isBackupFile(fileName, applicationFolder))
         return {};
     if (!connection.isOpen())
-        return db::Error{u"データベースが開かれていません。"_s};
+        return {};
     return db::copyDatabase(connection, backupFileIn(applicationFolder));
 }
 

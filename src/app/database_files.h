@@ -25,11 +25,23 @@ using db::isSameFile;
 bool isInitialFile(const QString &fileName, const QString &applicationFolder);
 bool isBackupFile(const QString &fileName, const QString &applicationFolder);
 
+/// "すべてのファイル (*.*)" and "cdb ﾌｧｲﾙ (*.cdb)", as the file dialogs take them.
+QString databaseFileFilters();
+
+/// Whether \a chosen can become a new database file while \a current is worked in: neither the initial file
+/// nor the current one, and in a folder that exists.
+bool isPossibleTarget(const QString &chosen, const QString &current, const QString &applicationFolder);
+
+/// Where the compaction of \a fileName builds the new file: CompactFileName.cdb in the application folder, or
+/// beside \a fileName when that lies on another volume, so that it takes its place by one renaming.
+QString compactNameFor(const QString &fileName, const QString &applicationFolder);
+
 /// Copies the initial file to \a target. A file that stands there is replaced once the copy is complete.
 db::Status makeFromInitialFile(const QString &target, const QString &applicationFolder);
 
 /// The copy at exit: \a fileName, the file of \a connection, to the backup file. Nothing is done when it is
-/// the backup file itself. After a failure the old backup is still there.
+/// the backup file itself, or when nothing is open: a file that was refused must not take the place of a good
+/// backup, and why it was refused has been told. After a failure the old backup is still there.
 db::Status backUpAtExit(db::Connection &connection, const QString &fileName,
                         const QString &applicationFolder);
 

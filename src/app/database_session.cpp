@@ -1,13 +1,17 @@
 #include "app/database_session.h"
 
+#include "app/backups.h"
 #include "app/database_files.h"
 #include "app/old_file_opening.h"
 #include "app/settings.h"
 #include "app/workspace.h"
+#include "db/backup.h"
 #include "db/connection.h"
+#include "db/migrations.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
+#include "ui/progress.h"
 #include "ui/prompts.h"
 
 #include <QDir>
@@ -21,8 +25,6 @@ namespace app
 
 namespace
 {
-
-const QString fileFilters = u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s;
 
 // Where people keep their files; the name is theirs to give.
 QString proposedFolder()
@@ -42,6 +44,8 @@ DatabaseSession::DatabaseSession(Workspace &workspace, QWidget &window)
 bool DatabaseSession::isOpen() const { return m_workspace.connection.isOpen(); }
 
 bool DatabaseSession::isInitial() const { return isInitialFile(m_fileName, m_workspace.applicationFolder()); }
+
+bool DatabaseSession::hasFile() const { return !isInitial() && QFileInfo(m_fileName).isFile(); }
 
 QString DatabaseSession::reason() const
 {
@@ -66,7 +70,8 @@ void DatabaseSession::start(const QString &fileName)
 
 bool DatabaseSession::connectTo(const QString &fileName)
 {
-    const db::Status opened = m_workspace.connection.open(fileName);
+    const db::Status upToDate = db::migrate(fileName, m_workspace.today());
+    const db::Status opened = upToDate ? m_workspace.connection.open(fileName) : upToDate;
     m_reason = opened ? QString() : opened.error().text;
     return bool(opened);
 }
@@ -76,6 +81,12 @@ void DatabaseSession::close()
     m_workspace.connection.close();
     m_reason.clear();
     emit closed();
+}
+
+void DatabaseSession::reopen()
+{
+    (void)connectTo(m_fileName); // the reason stands in the window
+    emit changed();
 }
 
 void DatabaseSession::switchTo(const QString &fileName)
@@ -94,31 +105,68 @@ void DatabaseSession::switchTo(const QString &fileName)
 
 void DatabaseSession::createNew()
 {
-    const QString chosen =
-        ui::file_dialogs::saveFile(&m_window, u"新しいファイル名"_s, fileFilters, u"cdb"_s, proposedFolder());
+    const QString chosen = askForTarget(u"新しいファイル名"_s);
     if (chosen.isEmpty())
         return;
-    const QString folder = m_workspace.applicationFolder();
-    if (isInitialFile(chosen, folder)) {
-        ui::prompts::inform(&m_window, u"ファイル名が不正です。"_s);
-        return;
-    }
-    if (QFileInfo::exists(chosen) &&
-        !ui::prompts::ask(&m_window, u"指定した名前のファイルが存在します。\n上書きしますか？"_s))
-        return;
     close();
-    if (const db::Status made = makeFromInitialFile(chosen, folder); !made) {
+    if (const db::Status made = makeFromInitialFile(chosen, m_workspace.applicationFolder()); !made) {
         m_reason = made.error().text;
         ui::prompts::inform(&m_window, m_reason);
         emit changed();
         return;
     }
-    switchTo(QFileInfo(chosen).absoluteFilePath());
+    switchTo(chosen);
+}
+
+QString DatabaseSession::askForTarget(const QString &title)
+{
+    const bool isNew = title == u"新しいファイル名"_s;
+    const QString chosen =
+        ui::file_dialogs::saveFile(&m_window, title, databaseFileFilters(), u"cdb"_s, proposedFolder());
+    if (chosen.isEmpty())
+        return {};
+    const QString folder = m_workspace.applicationFolder();
+    // A new file may take the place of the current one; a copy of it cannot.
+    if (!isPossibleTarget(chosen, isNew ? QString() : m_fileName, folder)) {
+        ui::prompts::inform(&m_window, u"ファイル名が不正です。"_s);
+        return {};
+    }
+    if (QFileInfo::exists(chosen) &&
+        !ui::prompts::ask(&m_window, u"指定した名前のファイルが存在します。\n上書きしますか？"_s))
+        return {};
+    return QFileInfo(chosen).absoluteFilePath();
+}
+
+// The copy is SQLite's own, so that it is whole also while another program writes to the file. As with a new
+// file, a failure leaves nothing open: the name in the window is that of the file that is still there.
+void DatabaseSession::saveAs()
+{
+    if (!isOpen())
+        return;
+    const QString chosen = askForTarget(u"名前を付けて保存"_s);
+    if (chosen.isEmpty())
+        return;
+    close();
+    const db::Status copied = ui::runWithProgress(
+        &m_window, u"データベースをコピーしています。"_s,
+        [&](const db::Progress &progress) { return db::copyDatabase(m_fileName, chosen, progress); });
+    if (copied) {
+        switchTo(chosen);
+        return;
+    }
+    if (copied.error().cancelled) {
+        reopen();
+        return;
+    }
+    m_reason = copied.error().text;
+    ui::prompts::inform(&m_window, m_reason);
+    emit changed();
 }
 
 void DatabaseSession::openOther()
 {
-    const QString chosen = ui::file_dialogs::openFile(&m_window, u"データベースの変更"_s, fileFilters);
+    const QString chosen =
+        ui::file_dialogs::openFile(&m_window, u"データベースの変更"_s, databaseFileFilters());
     if (chosen.isEmpty())
         return;
     if (isInitialFile(chosen, m_workspace.applicationFolder())) {
@@ -150,9 +198,19 @@ void DatabaseSession::leaveInitialFile()
 
 void DatabaseSession::backUp()
 {
-    const db::Status copied =
-        backUpAtExit(m_workspace.connection, m_fileName, m_workspace.applicationFolder());
-    if (!copied)
+    if (!isOpen())
+        return;
+    const QString folder = m_workspace.applicationFolder();
+    const db::Status copied = backUpAtExit(m_workspace.connection, m_fileName, folder);
+    const db::Status dated =
+        isInitial()
+            ? db::Status()
+            : ui::runWithProgress(
+                  &m_window, u"バックアップを作成しています。"_s, [&](const db::Progress &progress) {
+                      return backUpDated(m_workspace.connection, folder, m_workspace.today(), progress);
+                  });
+    // The day's copy can be stopped when there is no time; the one above is complete by then.
+    if (!copied || (!dated && !dated.error().cancelled))
         ui::prompts::inform(&m_window, u"データベースのバックアップに失敗しました。"_s);
 }
 

@@ -31,14 +31,26 @@ public:
     /// Why the current file cannot be worked in; empty when it can.
     [[nodiscard]] QString reason() const;
 
+    /// Whether there is a file to look after, open or not; never the initial one.
+    [[nodiscard]] bool hasFile() const;
+
     void createNew();
     void openOther();
+    /// Copies the file to a new name and goes on in the copy.
+    void saveAs();
     void openBackup();
 
     /// The initial file is never worked in: tells so and has a new file made of it.
     void leaveInitialFile();
 
-    /// The copy at exit; tells when it fails.
+    /// Closes the file before a command works on it as a whole.
+    void close();
+    /// Opens the current file again.
+    void reopen();
+    /// Makes the closed \a fileName the current file and opens it; tells when it cannot be opened.
+    void switchTo(const QString &fileName);
+
+    /// The copies at exit, the last one and the day's; tells when one fails.
     void backUp();
 
 signals:
@@ -48,8 +60,8 @@ signals:
     void closed();
 
 private:
-    void close();
-    void switchTo(const QString &fileName);
+    /// Asks for the file to write to, in the words of the commands that make one; empty: none.
+    QString askForTarget(const QString &title);
     bool connectTo(const QString &fileName);
 
     Workspace &m_workspace;

@@ -34,12 +34,14 @@ frmAMain::frmAMain(Workspace &workspace, Openers openers, QWidget *parent)
     m_ui->setupUi(this);
     m_ui->centralWidget->setStyleSheet(mainWindowStyle());
     m_commands = new CommandPanel(*this);
+    m_maintenance = new FileMaintenance(workspace, m_session, *m_commands, *this);
     buildOptionBoxes();
     buildColoursMenu();
     m_controls = new PanelControls(*this, workspace);
     connect(m_commands, &CommandPanel::triggered, this, &frmAMain::run);
     connect(&m_session, &DatabaseSession::changed, this, &frmAMain::databaseChanged);
     connect(&m_session, &DatabaseSession::closed, this, &frmAMain::databaseClosed);
+    connect(m_maintenance, &FileMaintenance::emptied, this, &frmAMain::tablesEmptied);
     connect(m_ui->dbcShain, &QComboBox::currentIndexChanged, this, &frmAMain::employeeSelected);
 }
 
@@ -111,6 +113,8 @@ void frmAMain::run(const Command &command)
 bool frmAMain::isPossible(const Command &command) const
 {
     if (needsDatabase(command.action) && !m_session.isUsable())
+        return false;
+    if (needsFile(command.action) && !m_session.hasFile())
         return false;
     if (builtinFor(command.action))
         return true;
@@ -218,6 +222,12 @@ void frmAMain::databaseChanged()
     enableCommands();
 }
 
+void frmAMain::tablesEmptied()
+{
+    reloadEmployees(m_workspace.panel.employeeId);
+    reloadCompany();
+}
+
 void frmAMain::databaseClosed()
 {
     m_ui->dbcShain->clear();
@@ -313,7 +323,12 @@ frmAMain::Builtin frmAMain::builtinFor(Action action)
     static const std::map<Action, Builtin> builtins = {
         {Action::NewFile, &frmAMain::newFile},
         {Action::OpenFile, &frmAMain::openFile},
+        {Action::SaveFileAs, &frmAMain::saveFileAs},
         {Action::OpenBackup, &frmAMain::openBackup},
+        {Action::Backups, &frmAMain::listBackups},
+        {Action::RepairFile, &frmAMain::repairFile},
+        {Action::RebuildFile, &frmAMain::buildFileAnew},
+        {Action::EmptyTable, &frmAMain::emptyTable},
         {Action::Quit, &frmAMain::quit},
         {Action::LoadPicture, &frmAMain::choosePicture},
         {Action::ResetPicture, &frmAMain::resetPicture},

@@ -2,6 +2,7 @@
 
 #include "app/commands.h"
 #include "app/database_session.h"
+#include "app/file_maintenance.h"
 #include "app/screens.h"
 #include "db/result.h"
 #include "masters/own_company.h"
@@ -62,7 +63,13 @@ private:
     // The database file
     void newFile() { m_session.createNew(); }
     void openFile() { m_session.openOther(); }
+    void saveFileAs() { m_session.saveAs(); }
     void openBackup() { m_session.openBackup(); }
+    void listBackups() { m_maintenance->listBackups(); }
+    void repairFile() { m_maintenance->repair(); }
+    void buildFileAnew() { m_maintenance->buildAnew(); }
+    void emptyTable() { m_maintenance->emptyTable(); }
+    void tablesEmptied();
     void databaseChanged();
     void databaseClosed();
     void reloadEmployees(qint64 chosen);
@@ -102,6 +109,7 @@ private:
     Openers m_openers;
     DatabaseSession m_session;
     CommandPanel *m_commands;
+    FileMaintenance *m_maintenance;
     PanelControls *m_controls;
     QString m_pictureFile;
     QString m_pictureProblem; // a sentence for the status bar

@@ -32,11 +32,6 @@ namespace app
 namespace
 {
 
-const QStringList tableNames = {
-    u"すべて選択"_s, u"仕入先情報"_s, u"納品先情報"_s, u"納品商品"_s, u"仕入商品"_s, u"商品規格"_s,
-    u"商品単位"_s,   u"登録区分"_s,   u"自社情報"_s,   u"社員"_s,     u"発送伝票"_s,
-};
-
 const QString sizeLayout = u"frmAMain/size"_s;
 const QString coloursLayout = u"frmAMain/colours"_s;
 
@@ -79,11 +74,6 @@ void frmAMain::buildOptionBoxes()
         // Kept for the customer screens; nothing to choose as long as none of them reads it.
         check->setVisible(*box.caption != 0);
     }
-    auto *tables = new QComboBox(m_ui->SSTab1);
-    tables->setObjectName(u"Combo3"_s);
-    tables->setAccessibleName(u"データを削除するテーブル"_s);
-    m_commands->addToGroup(Page::Settings, u"テーブルのデータ削除"_s, tables, CommandPanel::Where::Above);
-
     auto *platform = new QLabel(this);
     platform->setObjectName(u"Label13"_s);
     m_ui->StatusBar1->addPermanentWidget(platform);
@@ -117,9 +107,6 @@ void frmAMain::colour(int colours)
 
 void frmAMain::loadFixedLists()
 {
-    auto *tables = findChild<QComboBox *>(u"Combo3"_s);
-    tables->addItems(tableNames);
-    tables->setEnabled(m_openers.contains(Action::EmptyTable));
 #ifdef Q_OS_WIN
     findChild<QLabel *>(u"Label13"_s)->setText(u"PLATFORM WIN32 NT"_s);
 #endif

@@ -3,6 +3,8 @@
 #include "db/connection.h"
 #include "db/errors.h"
 #include "db/flush.h"
+#include "db/plain_handle.h"
+#include "db/use_mark.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -22,30 +24,32 @@ QString temporaryNameFor(const QString &target) { return target + u".tmp"_s; }
 // Pages a step; between the steps another program can write.
 constexpr int pagesAtOnce = 4096;
 
-Status copyPages(sqlite3 *from, sqlite3 *to)
+Status copyPages(sqlite3 *from, sqlite3 *to, const Progress &progress)
 {
     sqlite3_backup *backup = sqlite3_backup_init(to, "main", from, "main");
     if (!backup)
         return errorFrom(to);
+    bool goesOn = true;
     int code = SQLITE_OK;
-    while (code == SQLITE_OK)
+    while (code == SQLITE_OK && goesOn) {
         code = sqlite3_backup_step(backup, pagesAtOnce);
+        const int total = sqlite3_backup_pagecount(backup);
+        goesOn = progress(total - sqlite3_backup_remaining(backup), total);
+    }
     sqlite3_backup_finish(backup);
-    return code == SQLITE_DONE ? Status() : errorFromCode(code, QString::fromUtf8(sqlite3_errstr(code)));
+    if (code == SQLITE_DONE)
+        return {};
+    return goesOn ? errorFromCode(code, QString::fromUtf8(sqlite3_errstr(code))) : cancelled();
 }
 
-Status writeCopy(sqlite3 *from, const QString &fileName)
+Status writeCopy(sqlite3 *from, const QString &fileName, const Progress &progress)
 {
-    sqlite3 *to = nullptr;
-    const QByteArray utf8 = fileName.toUtf8();
-    int code = sqlite3_open_v2(utf8.constData(), &to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    PlainHandle to;
+    if (const Status opened = to.open(fileName, PlainHandle::Mode::Create); !opened)
+        return opened;
     // The copy is flushed as a whole below and is nobody's until then.
-    if (code == SQLITE_OK)
-        code = sqlite3_exec(to, "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF", nullptr, nullptr,
-                            nullptr);
-    const Status copied = code == SQLITE_OK ? copyPages(from, to) : Status(errorFrom(to));
-    sqlite3_close(to);
-    return copied;
+    const Status ready = to.run("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
+    return ready ? copyPages(from, to.get(), progress) : ready;
 }
 
 Status finish(Status written, const QString &temporary, const QString &target)
@@ -59,16 +63,42 @@ Status finish(Status written, const QString &temporary, const QString &target)
     return written;
 }
 
-} // namespace
-
-Status copyDatabase(Connection &connection, const QString &target)
+Status copyThrough(sqlite3 *from, const QString &target, const Progress &progress)
 {
     const QString temporary = temporaryNameFor(target);
     QFile::remove(temporary);
-    return finish(writeCopy(connection.handle(), temporary), temporary, target);
+    return finish(writeCopy(from, temporary, progress), temporary, target);
+}
+
+} // namespace
+
+Status copyDatabase(Connection &connection, const QString &target, const Progress &progress)
+{
+    return copyThrough(connection.handle(), target, progress);
+}
+
+Status copyDatabase(const PlainHandle &source, const QString &target, const Progress &progress)
+{
+    return copyThrough(source.get(), target, progress);
+}
+
+Status copyDatabase(const QString &source, const QString &target, const Progress &progress)
+{
+    PlainHandle handle;
+    if (!QFileInfo(source).isFile())
+        return Error{u"ファイルが見つからないため、コピーできませんでした。("_s + source + u")"_s};
+    const Status opened = handle.open(source);
+    return opened ? copyThrough(handle.get(), target, progress) : opened;
 }
 
 Status replaceDatabase(const QString &from, const QString &target)
+{
+    UseMark mark;
+    const Status alone = mark.set(target, UseMark::Kind::Exclusive);
+    return alone ? replaceDatabase(from, target, mark) : alone;
+}
+
+Status replaceDatabase(const QString &from, const QString &target, const UseMark &)
 {
     for (const QString &suffix : {u"-journal"_s, u"-wal"_s, u"-shm"_s})
         QFile::remove(target + suffix);

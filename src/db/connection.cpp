@@ -90,16 +90,22 @@ Status Connection::open(const QString &fileName)
     // The header is looked at before SQLite has the file: closing a second handle would drop its locks.
     if (const Status header = checkHeader(fileName); !header)
         return header;
+    if (const Status marked = m_mark.set(fileName, UseMark::Kind::Shared); !marked)
+        return marked;
     QSqlDatabase database = QSqlDatabase::database(m_name, false);
     database.setDatabaseName(fileName);
     database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
-    if (!database.open())
+    if (!database.open()) {
+        m_mark.release();
         return errorFrom(database.lastError());
+    }
     m_open = true;
     m_fileName = QFileInfo(fileName).absoluteFilePath();
     Status ready = configure();
-    if (ready)
-        ready = checkTables();
+    for (const auto check : {&Connection::checkVersion, &Connection::checkTables, &Connection::checkEdges}) {
+        if (ready)
+            ready = (this->*check)();
+    }
     if (!ready)
         close();
     return ready;
@@ -111,6 +117,7 @@ void Connection::close()
     QSqlDatabase database = QSqlDatabase::database(m_name, false);
     if (database.isOpen())
         database.close();
+    m_mark.release();
     m_open = false;
     m_fileName.clear();
 }
@@ -160,6 +167,43 @@ Status Connection::configure()
     if (const auto ended = execute(u"ROLLBACK"_s); !ended)
         return ended.error();
     return sqlite3_db_readonly(handle(), "main") == 0 ? Status() : errorFromCode(SQLITE_READONLY, {});
+}
+
+// The header that was looked at may have been one of a change that never ended, which SQLite has taken back.
+Status Connection::checkVersion()
+{
+    const auto version = select(u"PRAGMA user_version"_s);
+    if (!version)
+        return version.error();
+    return !version->isEmpty() && version->rows.front().front().toInt() == schemaVersion
+               ? Status()
+               : Error{u"データベースの版が正しくないため、開けませんでした。"_s};
+}
+
+// The first and the last row of each table, and the first entry of each index: most of the damage that comes
+// of a file cut short, overwritten at its beginning or put together of two is seen there.
+Status Connection::checkEdges()
+{
+    for (const Table &table : tables()) {
+        for (const QString &order : {u"rowid"_s, u"rowid DESC"_s}) {
+            const auto edge = select(u"SELECT * FROM %1 ORDER BY %2 LIMIT 1"_s.arg(table.name, order));
+            if (!edge)
+                return edge.error();
+        }
+    }
+    // A partial one would need its own condition; none of ours is.
+    const auto indexes = select(u"SELECT l.name, t.name FROM sqlite_schema t, pragma_index_list(t.name) l "
+                                "WHERE t.type = 'table' AND l.partial = 0"_s);
+    if (!indexes)
+        return indexes.error();
+    for (const QVariantList &index : indexes->rows) {
+        const auto quoted = [](QString name) { return u'"' + name.replace(u'"', u"\"\""_s) + u'"'; };
+        const auto edge = select(u"SELECT 1 FROM %1 INDEXED BY %2 LIMIT 1"_s.arg(
+            quoted(index.at(1).toString()), quoted(index.at(0).toString())));
+        if (!edge)
+            return edge.error();
+    }
+    return {};
 }
 
 Status Connection::checkTables()

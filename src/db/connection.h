@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/result.h"
+#include "db/use_mark.h"
 
 #include <QSqlDatabase>
 #include <QVariant>
@@ -39,6 +40,7 @@ public:
 
     /// Closes the present file and opens \a fileName. Accepted is only a writable database of this
     /// program with all its tables and columns, of this schema version, without foreign triggers or views.
+    /// Damage is found as far as a few pages of each table show it, whatever the size of the file.
     Status open(const QString &fileName);
 
     /// Closes the file. Statements and record sets on it must be gone or closed before.
@@ -70,10 +72,13 @@ private:
     Result<QSqlQuery *> run(const QString &sql, const QVariantList &values);
 
     Status configure();
+    Status checkVersion();
     Status checkTables();
+    Status checkEdges();
 
     QString m_name; // of the QtSql connection
     QString m_fileName;
+    UseMark m_mark;
     bool m_open = false;
     std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_statements; // prepared, by their text
 };

@@ -23,7 +23,7 @@ Error errorFromCode(int code, const QString &detail)
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
         return {
-            u"データベースが壊れているため、実行できませんでした。バックアップファイルを開くか、データベースを修復してください。"_s};
+            u"データベースが壊れているため、実行できませんでした。「環境設定」の「データベースの修復/最適化」で修復するか、バックアップファイルを開いてください。"_s};
     case SQLITE_CANTOPEN:
         return {
             u"データベースを開けないため、実行できませんでした。ファイルとフォルダを確認してください。"_s};

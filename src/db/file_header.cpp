@@ -20,7 +20,25 @@ constexpr qsizetype headerSize = 100;
 constexpr qsizetype versionAt = 60;
 constexpr qsizetype applicationIdAt = 68;
 
+bool isSqlite(const QByteArray &header)
+{
+    return header.size() == headerSize && header.startsWith(QByteArrayView("SQLite format 3\0", 16));
+}
+
+bool isOurs(const QByteArray &header)
+{
+    return qFromBigEndian<quint32>(header.constData() + applicationIdAt) == applicationId;
+}
+
 } // namespace
+
+int storedVersion(const QString &fileName)
+{
+    QFile file(fileName);
+    const QByteArray header =
+        QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly) ? file.read(headerSize) : QByteArray();
+    return isSqlite(header) && isOurs(header) ? qFromBigEndian<qint32>(header.constData() + versionAt) : 0;
+}
 
 Status checkHeader(const QString &fileName)
 {
@@ -34,9 +52,10 @@ Status checkHeader(const QString &fileName)
     if (oldFormatOf(fileName) != OldFormat::None)
         return Error{u"以前の形式のデータベースファイルのため、そのままでは開けませんでした。"
                      "「ファイル」「開く」で選ぶと、新しい形式に変換できます。"_s};
-    if (header.size() < headerSize || !header.startsWith(QByteArrayView("SQLite format 3\0", 16)))
-        return Error{u"データベースファイルではないため、開けませんでした。"_s};
-    if (qFromBigEndian<quint32>(header.constData() + applicationIdAt) != applicationId)
+    if (!isSqlite(header))
+        return Error{u"データベースファイルではないため、開けませんでした。壊れている場合は、「環境設定」の"
+                     "「データベースの修復/最適化」を実行してください。"_s};
+    if (!isOurs(header))
         return Error{u"このプログラムのデータベースファイルではないため、開けませんでした。"_s};
     const auto version = qFromBigEndian<quint32>(header.constData() + versionAt);
     if (version > quint32(schemaVersion))

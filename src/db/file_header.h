@@ -9,4 +9,8 @@ namespace db
 /// first 100 bytes only; must not be called for a file that this process has open.
 Status checkHeader(const QString &fileName);
 
+/// The schema version in the header of \a fileName; 0 when it is no database file of this program. As
+/// checkHeader().
+int storedVersion(const QString &fileName);
+
 } // namespace db

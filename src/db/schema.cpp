@@ -15,23 +15,27 @@ QString textAt(sqlite3_stmt *statement, int column)
     return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(statement, column)));
 }
 
-// Asks SQLite itself what schema.sql declares, so that the columns stand nowhere else.
-std::vector<Table> readTables()
+} // namespace
+
+std::vector<Table> tablesDeclaredBy(const QByteArray &statements)
 {
     std::vector<Table> found;
     sqlite3 *memory = nullptr;
     sqlite3_stmt *statement = nullptr;
     if (sqlite3_open(":memory:", &memory) == SQLITE_OK &&
-        sqlite3_exec(memory, schemaText, nullptr, nullptr, nullptr) == SQLITE_OK &&
-        sqlite3_prepare_v2(memory,
-                           "SELECT t.name, c.name, c.pk FROM sqlite_schema t, pragma_table_info(t.name) c "
-                           "WHERE t.type = 'table' ORDER BY t.rowid, c.cid",
-                           -1, &statement, nullptr) == SQLITE_OK) {
+        sqlite3_exec(memory, statements.constData(), nullptr, nullptr, nullptr) == SQLITE_OK &&
+        sqlite3_prepare_v2(
+            memory,
+            "SELECT t.name, c.name, c.pk, c.type FROM sqlite_schema t, pragma_table_info(t.name) c "
+            "WHERE t.type = 'table' ORDER BY t.rowid, c.cid",
+            -1, &statement, nullptr) == SQLITE_OK) {
         while (sqlite3_step(statement) == SQLITE_ROW) {
             const QString table = textAt(statement, 0);
             if (found.empty() || found.back().name != table)
-                found.push_back({table, {}, {}});
+                found.push_back({table, {}, {}, {}});
             found.back().columns << textAt(statement, 1);
+            if (textAt(statement, 3) != u"TEXT")
+                found.back().numbers << textAt(statement, 1);
             if (sqlite3_column_int(statement, 2))
                 found.back().key = textAt(statement, 1);
         }
@@ -41,11 +45,10 @@ std::vector<Table> readTables()
     return found;
 }
 
-} // namespace
-
 const std::vector<Table> &tables()
 {
-    static const std::vector<Table> all = readTables();
+    // SQLite itself is asked what schema.sql declares, so that the columns stand nowhere else.
+    static const std::vector<Table> all = tablesDeclaredBy(schemaText);
     return all;
 }
 

@@ -22,10 +22,14 @@ struct Table
     QString name;
     QString key;         // empty for the slip lines, which have none
     QStringList columns; // in the order of schema.sql
+    QStringList numbers; // the columns that hold numbers, not text
 };
 
 /// The 13 tables, as schema.sql declares them.
 const std::vector<Table> &tables();
+
+/// The tables that \a statements declare; empty when they cannot be carried out.
+std::vector<Table> tablesDeclaredBy(const QByteArray &statements);
 
 /// The key column of \a table; empty when the table is unknown or has none.
 QString keyOf(const QString &table);

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+
+class QLabel;
+
+namespace db
+{
+class FileRepair;
+struct Salvage;
+} // namespace db
+
+namespace app
+{
+
+class CommandPanel;
+class DatabaseSession;
+class Workspace;
+
+/// The commands of the settings page that look after the current file: repair and compaction, building it
+/// anew, emptying tables, the list of its backups.
+class FileMaintenance : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Puts its labels and its list into the groups of \a panel.
+    FileMaintenance(Workspace &workspace, DatabaseSession &session, CommandPanel &panel, QWidget &window);
+
+    void repair();
+    void buildAnew();
+    void emptyTable();
+    void listBackups();
+
+signals:
+    /// Rows were deleted that screens and lists may show.
+    void emptied();
+
+private:
+    bool repairFile();
+    bool salvageInto(db::FileRepair &repair, int faults, db::Salvage &outcome);
+    void restore(const QString &backup, const QString &described);
+    bool tell(const QString &text);
+
+    Workspace &m_workspace;
+    DatabaseSession &m_session;
+    QWidget &m_window;
+    QLabel *m_oldSize;
+    QLabel *m_newSize;
+};
+
+} // namespace app

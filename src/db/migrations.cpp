@@ -1,0 +1,104 @@
+#include "db/migrations.h"
+
+#include "db/backup.h"
+#include "db/dated_name.h"
+#include "db/file_header.h"
+#include "db/plain_handle.h"
+#include "db/schema.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace db
+{
+
+namespace
+{
+
+Error notMigrated(const Error &why)
+{
+    return {u"古い版のデータベースを新しい版に移せませんでした。"_s + why.text};
+}
+
+// The file's own version once a journal is played back; 0 when it is not ours.
+Result<qint64> versionIn(PlainHandle &file)
+{
+    const auto id = file.number("PRAGMA application_id");
+    if (!id)
+        return id;
+    return *id == qint64(applicationId) ? file.number("PRAGMA user_version") : 0;
+}
+
+Status runSteps(PlainHandle &file, qint64 version, const Migrations &steps)
+{
+    for (const Migration &step : steps) {
+        if (step.version <= version)
+            continue;
+        if (step.version != version + 1)
+            return Error{u"途中の版（%1）への手順がありません。"_s.arg(version + 1)};
+        if (const Status done = file.run(step.statements); !done)
+            return done;
+        if (const Status numbered = file.run("PRAGMA user_version = " + QByteArray::number(step.version));
+            !numbered)
+            return numbered;
+        version = step.version;
+    }
+    return {};
+}
+
+Status migrateInTransaction(PlainHandle &file, const Migrations &steps)
+{
+    if (const Status begun = file.run("BEGIN IMMEDIATE"); !begun)
+        return begun;
+    // Read again under the lock: another program may have been quicker.
+    const auto version = versionIn(file);
+    Status done = version ? runSteps(file, *version, steps) : Status(version.error());
+    if (done)
+        done = file.run("COMMIT");
+    if (!done)
+        (void)file.run("ROLLBACK");
+    return done;
+}
+
+} // namespace
+
+const Migrations &migrations()
+{
+    static const Migrations none;
+    return none;
+}
+
+Status migrate(const QString &fileName, const QDate &today, const Migrations &steps)
+{
+    const int target = steps.empty() ? schemaVersion : steps.back().version;
+    const int stored = storedVersion(fileName);
+    // With a journal the header may be ahead of what holds.
+    if (stored <= 0 || (stored >= target && !QFileInfo::exists(fileName + u"-journal"_s)))
+        return {};
+    PlainHandle file;
+    if (const Status opened = file.open(fileName); !opened)
+        return notMigrated(opened.error());
+    const auto version = versionIn(file);
+    if (!version)
+        return notMigrated(version.error());
+    if (*version <= 0 || *version >= target)
+        return {};
+    const auto foreign = file.number("SELECT count(*) FROM sqlite_schema WHERE type IN ('trigger', 'view')");
+    if (!foreign || *foreign > 0)
+        return foreign ? Status(Error{u"このプログラムのものではない定義が含まれているため、"
+                                      "データベースを開けませんでした。"_s})
+                       : Status(notMigrated(foreign.error()));
+    const QString kept = datedName(fileName, u"版%1"_s.arg(*version), today);
+    if (const Status copied = copyDatabase(file, kept); !copied)
+        return notMigrated(copied.error());
+    const Status done = migrateInTransaction(file, steps);
+    if (!done) {
+        QFile::remove(kept);
+        return notMigrated(done.error());
+    }
+    return {};
+}
+
+} // namespace db

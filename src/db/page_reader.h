@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QByteArray>
+#include <QtGlobal>
+
+#include <optional>
+#include <vector>
+
+struct sqlite3;
+
+// The pages of a database file, read past SQLite: what is sound in a damaged file can be told only there.
+// Offsets and kinds are those of SQLite's description of its file format. Every number in a page is
+// distrusted.
+namespace db
+{
+
+/// A page of a table or an index whose frame is sound; the cells are checked one by one.
+struct TreePage
+{
+    enum Kind : quint8 { IndexInterior = 2, TableInterior = 5, IndexLeaf = 10, TableLeaf = 13 };
+
+    Kind kind;
+    QByteArray bytes;
+    std::vector<quint32> cells;    // their offsets
+    std::vector<quint32> children; // page numbers, from left to right
+};
+
+/// A row, or an index's entry, as stored.
+struct StoredRecord
+{
+    struct Value
+    {
+        quint64 type; // SQLite's serial type
+        qsizetype offset;
+        qsizetype size;
+    };
+
+    qint64 rowid = 0; // of a row
+    QByteArray payload;
+    std::vector<Value> values;
+
+    [[nodiscard]] bool isNull(std::size_t index) const { return values[index].type == 0; }
+    [[nodiscard]] bool isText(std::size_t index) const;
+    [[nodiscard]] bool isInteger(std::size_t index) const;
+    [[nodiscard]] bool isReal(std::size_t index) const { return values[index].type == 7; }
+    [[nodiscard]] qint64 integer(std::size_t index) const;
+    [[nodiscard]] double real(std::size_t index) const;
+    [[nodiscard]] QByteArray bytes(std::size_t index) const;
+};
+
+class PageReader
+{
+public:
+    /// Reads through \a handle, so that no second handle on the file drops its locks.
+    explicit PageReader(sqlite3 *handle);
+
+    [[nodiscard]] quint32 pageCount() const { return m_pageCount; }
+    /// Whether the file's header is one of SQLite's; else the page size is taken to be the usual one.
+    [[nodiscard]] bool hasHeader() const { return m_hasHeader; }
+    /// SQLITE_UTF8, SQLITE_UTF16LE or SQLITE_UTF16BE.
+    [[nodiscard]] int encoding() const { return m_encoding; }
+
+    /// Nothing when the page cannot be read or is none of a table or index.
+    [[nodiscard]] std::optional<TreePage> page(quint32 number) const;
+
+    /// The row or entry in a cell of a leaf, or the entry in one of an index's interior pages; nothing when
+    /// it is damaged. To be read once: a page of a long row belongs to that one alone, so that chains that
+    /// run into each other cannot be followed for ever.
+    [[nodiscard]] std::optional<StoredRecord> record(const TreePage &page, quint32 cell);
+
+    /// Which pages hold nothing any more, by their numbers; nothing when their list is damaged.
+    [[nodiscard]] std::optional<std::vector<bool>> freePages() const;
+
+private:
+    [[nodiscard]] QByteArray read(quint32 number) const;
+    [[nodiscard]] std::optional<QByteArray> payload(const TreePage &page, qsizetype at, quint64 size);
+    void readHeader();
+
+    sqlite3 *m_handle;
+    quint32 m_pageSize = 4096;
+    quint32 m_usable = 4096; // of a page, bytes
+    quint32 m_pageCount = 0;
+    quint32 m_firstFree = 0;
+    quint32 m_freeCount = 0;
+    int m_encoding;
+    std::vector<bool> m_chained; // pages that long rows go on in
+    bool m_hasHeader = false;
+};
+
+} // namespace db
