@@ -121,7 +121,10 @@ private:
         } else if (record.isReal(index)) {
             sqlite3_bind_double(insert, parameter, record.real(index));
         } else if (!record.isNull(index)) {
-            const QByteArray bytes = record.bytes(index);
+            QByteArray bytes = record.bytes(index);
+            // No text of ours holds a NUL: from there on it stood on an emptied page.
+            if (record.isText(index) && m_encoding == SQLITE_UTF8 && bytes.contains('\0'))
+                bytes.truncate(bytes.indexOf('\0'));
             const auto size = static_cast<sqlite3_uint64>(bytes.size());
             if (record.isText(index))
                 sqlite3_bind_text64(insert, parameter, bytes.constData(), size, SQLITE_TRANSIENT,
