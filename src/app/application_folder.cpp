@@ -3,6 +3,7 @@
 #include "app/workspace.h"
 #include "db/backup.h"
 #include "db/schema.h"
+#include "registers/postal_origin.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,15 +18,7 @@ namespace app
 namespace
 {
 
-QStringList deliveredFiles()
-{
-    return {QString::fromUtf16(db::initialFileName),
-            u"ZIPID1.txt"_s,
-            u"ZIPCODE.txt"_s,
-            u"ZipCode1.txt"_s,
-            u"ZIPCODE2.txt"_s,
-            u"Kanbalore.chm"_s};
-}
+QStringList deliveredFiles() { return {QString::fromUtf16(db::initialFileName), u"Kanbalore.chm"_s}; }
 
 bool holdsInitialFile(const QString &folder)
 {
@@ -46,6 +39,8 @@ ApplicationFolder filled(const QString &folder, const FolderPlaces &places)
         if (const db::Status copied = db::copyFile(from, to); !copied)
             return {folder, copied.error().text};
     }
+    if (const db::Status brought = registers::bringPostalData(source, folder); !brought)
+        return {folder, brought.error().text};
     if (!holdsInitialFile(folder))
         return {folder, u"初期設定用のファイル Kanbalore.cdb がフォルダ「"_s + folder +
                             u"」にありません。もう一度インストールしてください。"_s};

@@ -24,7 +24,8 @@ struct ApplicationFolder
 };
 
 /// The wanted folder; else the executable's when it holds the initial file and can be written; else the
-/// user's. A folder other than the executable's gets what it lacks of the delivered files.
+/// user's. A folder other than the executable's gets what it lacks of the delivered files, and newer
+/// postal-code files than those that were delivered to it before.
 ApplicationFolder settleApplicationFolder(const FolderPlaces &places);
 
 } // namespace app
