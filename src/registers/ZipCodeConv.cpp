@@ -2,6 +2,10 @@
 
 #include "app/settings.h"
 #include "app/workspace.h"
+#include "registers/postal_csv.h"
+#include "registers/postal_data.h"
+#include "ui/file_dialogs.h"
+#include "ui/progress.h"
 #include "ui/prompts.h"
 #include "ui/twips.h"
 #include "ui_ZipCodeConv.h"
@@ -35,6 +39,7 @@ ZipCodeConv::ZipCodeConv(app::Workspace &workspace, QWidget *parent)
     connect(m_ui->Command1, &QPushButton::clicked, this, &ZipCodeConv::next);
     connect(m_ui->Command5, &QPushButton::clicked, this, &ZipCodeConv::stop);
     connect(m_ui->cmdTake, &QPushButton::clicked, this, &ZipCodeConv::take);
+    connect(m_ui->cmdUpdate, &QPushButton::clicked, this, &ZipCodeConv::updateData);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &ZipCodeConv::reject);
     connect(m_ui->Check1, &QCheckBox::toggled, this, &ZipCodeConv::showHint);
     connect(m_ui->List2, &QListWidget::itemSelectionChanged, this, &ZipCodeConv::lineChosen);
@@ -187,6 +192,55 @@ void ZipCodeConv::take()
     }
     QGuiApplication::clipboard()->setText(m_code);
     m_ui->StatusBar1->showMessage(m_code + u" をクリップボードへコピーしました。"_s);
+}
+
+void ZipCodeConv::updateData()
+{
+    if (m_searching)
+        return;
+    const QString fileName = ui::file_dialogs::openFile(
+        this, u"ダウンロードした郵便番号データを選択"_s,
+        u"郵便番号データ (utf_ken_all*.csv KEN_ALL*.CSV JIGYOSYO*.CSV *.csv *.CSV);;すべてのファイル (*)"_s);
+    if (fileName.isEmpty())
+        return;
+    PostalSource source;
+    const db::Status read = ui::runWithProgress(this, u"郵便番号データを読み込んでいます。"_s,
+                                                [&](const db::Progress &progress) -> db::Status {
+                                                    auto list = readPostalCsv(fileName, progress);
+                                                    if (!list)
+                                                        return list.error();
+                                                    source = std::move(*list);
+                                                    return {};
+                                                });
+    const QString doubt = postalDoubt(source);
+    if (read && !doubt.isEmpty() && !ui::prompts::ask(this, doubt))
+        return;
+    const db::Status written = read ? writeData(source) : read;
+    if (!written && !written.error().cancelled)
+        ui::prompts::inform(this, written.error().text);
+}
+
+db::Status ZipCodeConv::writeData(const PostalSource &source)
+{
+    const QString folder = workspace().applicationFolder();
+    PostalReport report;
+    const db::Status written = ui::runWithProgress(this, u"郵便番号データを作成しています。"_s,
+                                                   [&](const db::Progress &progress) -> db::Status {
+                                                       auto done = writePostalData(source, folder, progress);
+                                                       if (!done)
+                                                           return done.error();
+                                                       report = *done;
+                                                       return {};
+                                                   });
+    if (!written)
+        return written;
+    auto index = loadPostalIndex(workspace().inApplicationFolder(u"ZIPID1.txt"_s));
+    if (!index)
+        return index.error();
+    workspace().postalIndex = std::make_shared<const PostalIndex>(std::move(*index));
+    next();
+    ui::prompts::inform(this, postalSummary(source, report));
+    return {};
 }
 
 bool ZipCodeConv::mayClose()

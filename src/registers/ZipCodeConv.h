@@ -1,6 +1,7 @@
 #pragma once
 
 #include "registers/postal_lookup.h"
+#include "registers/postal_source.h"
 #include "ui/screen.h"
 
 #include <QElapsedTimer>
@@ -43,7 +44,9 @@ private:
     void stop() { m_stop = true; }
     void take();
     void lineChosen();
+    void updateData();
 
+    db::Status writeData(const PostalSource &source);
     db::Result<PostalFinds> find(const QString &text);
     bool goOn();
     void show(const QString &text, const PostalFinds &finds);

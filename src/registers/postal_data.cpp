@@ -198,4 +198,32 @@ db::Result<PostalReport> writePostalData(const PostalSource &source, const QStri
     return report;
 }
 
+QString postalDoubt(const PostalSource &source)
+{
+    constexpr int allPrefectures = 47;
+    if (source.areas.empty() || source.prefectureCount() == allPrefectures)
+        return {};
+    return u"選択したファイルには%1都道府県分の郵便番号しか含まれていません。"
+           "更新すると、その他の都道府県の郵便番号は検索できなくなります。更新しますか？"_s.arg(
+               source.prefectureCount());
+}
+
+QString postalSummary(const PostalSource &source, const PostalReport &report)
+{
+    QStringList taken;
+    if (report.areas > 0)
+        taken += u"町域 %L1件"_s.arg(report.areas);
+    if (report.offices > 0)
+        taken += u"事業所 %L1件"_s.arg(report.offices);
+    QString text = u"郵便番号データを更新しました。\n"_s + taken.join(u'、') + u"を取り込みました。"_s;
+    if (report.shortened > 0)
+        text += u"\n住所が長いため、%L1件を途中までとしました。"_s.arg(report.shortened);
+    if (report.replaced > 0)
+        text += u"\n使えない文字があるため、%L1件の文字を置き換えました。"_s.arg(report.replaced);
+    if (source.refused.count() > 0)
+        text += u"\n\n取り込まなかった行が %L1行あります。\n"_s.arg(source.refused.count()) +
+                source.refused.summary().join(u'\n');
+    return text;
+}
+
 } // namespace registers

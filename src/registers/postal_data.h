@@ -24,4 +24,11 @@ struct PostalReport
 db::Result<PostalReport> writePostalData(const PostalSource &source, const QString &folder,
                                          const db::Progress &progress);
 
+/// What the clerk should be asked before \a source is written: a list that covers only a part of the country
+/// would take the rest away. Empty when all is well.
+QString postalDoubt(const PostalSource &source);
+
+/// What was taken and what was refused, for the clerk.
+QString postalSummary(const PostalSource &source, const PostalReport &report);
+
 } // namespace registers

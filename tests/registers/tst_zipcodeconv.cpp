@@ -3,6 +3,7 @@
 #include "support/fresh_shop.h"
 #include "support/postal_files.h"
 #include "support/screen_driver.h"
+#include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
 #include <QCheckBox>
@@ -123,8 +124,16 @@ class TestZipCodeConv : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
+    void initTestCase()
+    {
+        ui::prompts::beginScript();
+        ui::file_dialogs::beginScript();
+    }
+    void cleanup()
+    {
+        QCOMPARE(ui::prompts::takeUnexpected(), QString());
+        QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
+    }
 
     void searchesForARegister()
     {
@@ -303,6 +312,42 @@ private slots:
         QTest::keyClick(menu, Qt::Key_Return);
         QCOMPARE(b.address->text(), u"長野県長野市能登町"_s);
         QCOMPARE(b.zip->text(), u"381-2200"_s);
+    }
+
+    void takesTheListsOfThePostalService()
+    {
+        Window w;
+        const QString list = w.shop.path(u"list.csv"_s);
+        const QByteArray area =
+            "13101,\"100  \",\"1000001\",\"\",\"\",\"\",\"東京都\",\"千代田区\",\"千代田\",0,0,0,0,0,0\n";
+        PostalFiles::write(w.shop.folder.path(), u"list.csv"_s, area + "a,b\n");
+        const QString doubt =
+            u"選択したファイルには1都道府県分の郵便番号しか含まれていません。"
+            "更新すると、その他の都道府県の郵便番号は検索できなくなります。更新しますか？"_s;
+        // Not asked for, then doubted, then taken.
+        ui::file_dialogs::expectFile({});
+        w.the<QPushButton>("cmdUpdate").click();
+        ui::file_dialogs::expectFile(list);
+        ui::prompts::expectAsk(doubt, false);
+        w.the<QPushButton>("cmdUpdate").click();
+        w.search(u"長野市南千歳"_s);
+        QCOMPARE(w.lines().count(), 2);
+        ui::file_dialogs::expectFile(list);
+        ui::prompts::expectAsk(doubt, true);
+        ui::prompts::expectInform(
+            u"郵便番号データを更新しました。\n町域 1件を取り込みました。\n\n"
+            "取り込まなかった行が 1行あります。\n列の数が15でも13でもない: 1行（最初は2行目）"_s);
+        w.the<QPushButton>("cmdUpdate").click();
+        w.search(u"千代田区千代田1-1"_s);
+        QCOMPARE(w.box("Text1").text(), u"100-0001"_s);
+
+        // A file of another kind changes nothing.
+        PostalFiles::write(w.shop.folder.path(), u"list.csv"_s, "name,zip\n");
+        ui::file_dialogs::expectFile(list);
+        ui::prompts::expectInform({});
+        w.the<QPushButton>("cmdUpdate").click();
+        w.search(u"千代田区千代田1-1"_s);
+        QCOMPARE(w.box("Text1").text(), u"100-0001"_s);
     }
 
     void theButtonOpensTheWindow()
