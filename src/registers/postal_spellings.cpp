@@ -25,7 +25,7 @@ bool isKatakana(QChar c) { return c >= u'ァ' && c <= u'ー' && c != u'ヶ' && c
 bool isGa(const QString &s, qsizetype i)
 {
     const QChar before = s[i - 1];
-    const QChar after = s[i + 1];
+    const QChar after = i + 1 < s.size() ? s[i + 1] : QChar();
     if (s[i] == u'ヶ' || s[i] == u'ヵ')
         return true;
     if (s[i] == u'ケ' || s[i] == u'カ' || s[i] == u'ガ')
@@ -36,7 +36,8 @@ bool isGa(const QString &s, qsizetype i)
 // Whether the character at \a i is the "no" of 丸の内, however it is written.
 bool isNo(const QString &s, qsizetype i)
 {
-    return QStringView(u"のノ之").contains(s[i]) && isKanji(s[i - 1]) && isKanji(s[i + 1]);
+    return QStringView(u"のノ之").contains(s[i]) && isKanji(s[i - 1]) && i + 1 < s.size() &&
+           isKanji(s[i + 1]);
 }
 
 // Adds to \a all its texts with every character that \a matches written as each of \a letters.
@@ -46,7 +47,7 @@ void widen(QStringList &all, bool (*matches)(const QString &, qsizetype), QStrin
     for (const QString &text : before) {
         for (const QChar letter : letters) {
             QString other = text;
-            for (qsizetype i = 1; i + 1 < text.size(); ++i)
+            for (qsizetype i = 1; i < text.size(); ++i)
                 if (matches(text, i))
                     other[i] = letter;
             if (!all.contains(other))

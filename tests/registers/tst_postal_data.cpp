@@ -261,6 +261,7 @@ void TestPostalData::spellings_data()
     row(u"西原２番町", u"西原2番町");
     row(u"西原２番町", u"西原二番町");
     row(u"龍ケ岳町", u"竜ヶ岳町");
+    row(u"三ケ", u"三ヶ");
 }
 
 void TestPostalData::spellings()
