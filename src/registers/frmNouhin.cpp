@@ -42,6 +42,7 @@ frmNouhin::frmNouhin(app::Workspace &workspace, QWidget *parent)
     m_ui->setupUi(this);
     m_ui->panel->bind(workspace.connection, rows());
     m_ui->panel->connectPostalCodes(workspace);
+    m_ui->importPanel->bind(workspace);
     setUpList();
     connectButtons();
     if (workspace.settings.integer(app::keys::nouhinWindowState) == Maximised)
@@ -77,10 +78,14 @@ void frmNouhin::connectButtons()
         {m_ui->Command6, &frmNouhin::showAll},        {m_ui->cmdAdd, &frmNouhin::add},
         {m_ui->cmdUpdate, &frmNouhin::saveAndBrowse}, {m_ui->cmdNewDate, &frmNouhin::saveAndBrowse},
         {m_ui->cmdCancel, &frmNouhin::cancelEntry},   {m_ui->cmdDelete, &frmNouhin::removeRow},
-        {m_ui->Command7, &frmNouhin::exportAll},
+        {m_ui->Command7, &frmNouhin::exportAll},      {m_ui->Command1, &frmNouhin::importFile},
+        {m_ui->Command2, &frmNouhin::pasteTable},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
+    connect(m_ui->importPanel, &CustomerImportPanel::finished, this, &frmNouhin::endImport);
+    connect(m_ui->importPanel, &CustomerImportPanel::imported, this,
+            [this] { tell(registers::openEveryCustomer(rows())); });
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] {
         m_ui->txtKey1->setFocus(Qt::ShortcutFocusReason);
         m_ui->txtKey1->selectAll();
@@ -155,6 +160,33 @@ void frmNouhin::showAll()
         tell(registers::openEveryCustomer(rows()));
 }
 
+// --- The import ---
+
+void frmNouhin::importFile()
+{
+    if (leaveRow() && categoriesReady(ui::messages::noCategories()) && m_ui->importPanel->openFile())
+        showImport(true);
+}
+
+void frmNouhin::pasteTable()
+{
+    if (leaveRow() && categoriesReady(ui::messages::noCategories()) && m_ui->importPanel->paste())
+        showImport(true);
+}
+
+void frmNouhin::endImport() { showImport(false); }
+
+// The rows to import take the place of all but the two buttons that bring further ones.
+void frmNouhin::showImport(bool shown)
+{
+    for (const State &state : states())
+        state.control->setVisible(!shown);
+    m_ui->Command1->show();
+    m_ui->Command2->show();
+    m_ui->importPanel->setVisible(shown);
+    (shown ? static_cast<QWidget *>(m_ui->importPanel) : m_ui->DataGrid1)->setFocus();
+}
+
 // --- The customer ---
 
 void frmNouhin::add()
@@ -204,7 +236,8 @@ std::vector<RegisterScreen::State> frmNouhin::states() const
         {m_ui->panel, false, true, true},      {m_ui->cmdAdd, true, true, false},
         {m_ui->cmdUpdate, false, false, true}, {m_ui->cmdNewDate, false, true, false},
         {m_ui->cmdCancel, false, false, true}, {m_ui->cmdDelete, false, true, false},
-        {m_ui->Command7, true, true, false},
+        {m_ui->Command7, true, true, false},   {m_ui->Command1, true, true, false},
+        {m_ui->Command2, true, true, false},
     };
 }
 

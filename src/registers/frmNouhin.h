@@ -47,6 +47,11 @@ private:
     void showAll();
     void exportAll();
 
+    void importFile();
+    void pasteTable();
+    void endImport();
+    void showImport(bool shown);
+
     /// Reads the categories anew. Without any, \a sentence is told. \return whether there are any
     bool categoriesReady(const QString &sentence);
 

@@ -14,6 +14,7 @@ void CsvReader::skipLineEnd()
 bool CsvReader::next(QStringList &record)
 {
     record.clear();
+    m_isCut = false;
     while (!m_rest.isEmpty() && atLineEnd())
         skipLineEnd();
     if (m_rest.isEmpty())
@@ -22,7 +23,10 @@ bool CsvReader::next(QStringList &record)
     record += field();
     while (!m_rest.isEmpty() && m_rest.front() == m_separator) {
         m_rest = m_rest.sliced(1);
-        record += field();
+        const QString next = field();
+        m_isCut = m_isCut || record.size() >= m_highestFields;
+        if (!m_isCut)
+            record += next;
     }
     if (!m_rest.isEmpty())
         skipLineEnd();

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <limits>
+
 namespace tables
 {
 
@@ -17,6 +19,12 @@ public:
         : m_rest(text)
         , m_separator(separator)
     {}
+
+    /// From the next record on, fields beyond \a highest are passed over, which bounds what a record costs.
+    void limitFields(qsizetype highest) { m_highestFields = highest; }
+
+    /// Whether the last record had more fields than the limit.
+    [[nodiscard]] bool isCut() const { return m_isCut; }
 
     /// Reads the next record. \return false at the end
     bool next(QStringList &record);
@@ -37,8 +45,10 @@ private:
 
     QStringView m_rest;
     QChar m_separator;
+    qsizetype m_highestFields = std::numeric_limits<qsizetype>::max();
     int m_line = 1;
     int m_recordLine = 0;
+    bool m_isCut = false;
     bool m_endsInQuotes = false;
 };
 

@@ -14,8 +14,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTest>
@@ -185,8 +187,27 @@ void FirstDay::registerCustomers()
             m_walker.click(screen, u"cmdFind"_s);
             m_walker.checkText(screen, u"txtName4"_s, u"山田太郎  03-1234-5678 ﾔﾏﾀﾞﾀﾛｳ"_s);
             m_walker.picture(screen, u"customer-found"_s);
+            lookAtImport(screen);
         });
     m_walker.check(value(u"SELECT count(*) FROM 納品先"_s) == "20"_L1, u"there are not 20 customers"_s);
+}
+
+// A table from a spreadsheet program, with a customer who is there already and a row without a name.
+void FirstDay::lookAtImport(QDialog &screen)
+{
+    QGuiApplication::clipboard()->setText(
+        u"氏名\tフリガナ\t〒\t住所\t電話番号\t区分\t備考\n"
+        "株式会社みどり園\tミドリエン\t1050011\t東京都港区芝公園４丁目２番８号\t０３－５５５５－０１２３\t一"
+        "般\t\n"
+        "山田　太郎\tヤマダタロウ\t\t\t03-1234-5678\t一般のお客様\tカタログ希望\n"
+        "\t\t5300001\t大阪府大阪市北区梅田１丁目\t06-5555-0199\t一般のお客様\t\n"
+        "小川商店\tオガワショウテン\t9800014\t宮城県仙台市青葉区本町３丁目\t022-555-0144\t特別\t\n"_s);
+    m_walker.click(screen, u"Command2"_s);
+    m_walker.picture(screen, u"customer-import"_s);
+    m_walker.visit(
+        u"import settings"_s, [&] { m_walker.click(screen, u"Command4"_s); },
+        [this](QDialog &settings) { m_walker.picture(settings, u"customer-import-settings"_s); });
+    m_walker.click(screen, u"cmdBack"_s);
 }
 
 void FirstDay::registerSuppliers()

@@ -29,6 +29,7 @@ private:
     void designCompanyName();
     void setUpPanel();
     void registerCustomers();
+    void lookAtImport(QDialog &screen);
     void registerSuppliers();
     void lookPostalCodesUp();
     void enterSlips();

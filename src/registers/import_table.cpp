@@ -1,0 +1,76 @@
+#include "registers/import_table.h"
+
+#include "tables/csv_guard.h"
+#include "tables/csv_reader.h"
+#include "tables/text_file.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+namespace
+{
+
+constexpr qint64 highestFileSize = 64 * 1024 * 1024;
+// More than any register of customers has; a table of the clerk's with more is no such register.
+constexpr qsizetype highestColumns = 256;
+
+bool isBlank(const QString &cell) { return cell.trimmed().isEmpty(); }
+
+// Empty cells at the end cost memory and say nothing.
+void dropBlankEnd(QStringList &cells)
+{
+    while (!cells.isEmpty() && isBlank(cells.constLast()))
+        cells.removeLast();
+}
+
+db::Result<ImportTable> tableFrom(const QString &text, QChar separator, QString (*plain)(const QString &),
+                                  const db::Progress &progress)
+{
+    if (text.contains(QChar(u'\0')))
+        return db::Error{u"表の形をしたテキストではないため、読み込みませんでした。"_s};
+    ImportTable table;
+    tables::CsvReader reader(text, separator);
+    reader.limitFields(highestColumns);
+    QStringList cells;
+    while (reader.next(cells)) {
+        if (reader.isCut())
+            return db::Error{u"%1 行目の列が多すぎるため（%2 列まで）、読み込みませんでした。"_s.arg(
+                QString::number(reader.line()), QString::number(highestColumns))};
+        dropBlankEnd(cells);
+        if (cells.isEmpty())
+            continue;
+        for (QString &cell : cells)
+            cell = plain(cell);
+        table.columns = std::max(table.columns, cells.size());
+        table.rows.push_back({reader.line(), std::move(cells)});
+        if (!progress(static_cast<qint64>(table.rows.size()), 0))
+            return db::cancelled();
+    }
+    if (reader.endsInQuotes())
+        return db::Error{u"%1 行目の引用符「\"」が閉じられていないため、読み込みませんでした。"_s.arg(
+            QString::number(reader.line()))};
+    if (table.rows.empty())
+        return db::Error{u"取り込むデータがありません。"_s};
+    return table;
+}
+
+QString asItStands(const QString &cell) { return cell; }
+
+} // namespace
+
+db::Result<ImportTable> readImportFile(const QString &fileName, const db::Progress &progress)
+{
+    const auto text = tables::readTextFile(fileName, highestFileSize);
+    return text ? tableFrom(*text, u',', tables::unguarded, progress) : text.error();
+}
+
+db::Result<ImportTable> tableFromClipboard(const QString &text)
+{
+    return tableFrom(text, u'\t', asItStands, db::unwatched);
+}
+
+} // namespace registers
