@@ -143,7 +143,7 @@ void TestConnection::refusedFiles_data()
     QTest::newRow("short") << good.left(60) << u"データベースファイルではない"_s;
     QTest::newRow("text") << QByteArray(4096, 'x') << u"データベースファイルではない"_s;
     QTest::newRow("old engine") << QByteArray::fromHex("00010000") + "Standard Jet DB" + QByteArray(4096, 0)
-                                << u"データベースファイルではない"_s;
+                                << u"以前の形式"_s;
     QTest::newRow("foreign") << changed("PRAGMA application_id = 7") << u"このプログラムの"_s;
     QTest::newRow("newer") << changed("PRAGMA user_version = 2") << u"新しい版"_s;
     QTest::newRow("no version") << changed("PRAGMA user_version = 0") << u"版が正しくない"_s;
