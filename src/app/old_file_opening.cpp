@@ -49,7 +49,7 @@ QString openableFile(QWidget *parent, const QString &fileName, const QString &ap
         return {};
     }
     if (!ui::prompts::ask(parent, u"「%1」は以前の形式のデータベースファイルです。\n"
-                                  "新しい形式のファイルに変換して開きます。元のファイルは変更しません。\n\n"
+                                  "新しい形式のファイルに変換して開きます。\n元のファイルは変更しません。\n\n"
                                   "変換しますか？"_s.arg(QFileInfo(fileName).fileName())))
         return {};
     const QString target = askForTarget(parent, fileName, applicationFolder);

@@ -28,7 +28,7 @@ namespace
 
 const QString legacyFile = QStringLiteral(LEGACY_FILE);
 const QString question = u"「old.cdb」は以前の形式のデータベースファイルです。\n"
-                         "新しい形式のファイルに変換して開きます。元のファイルは変更しません。\n\n"
+                         "新しい形式のファイルに変換して開きます。\n元のファイルは変更しません。\n\n"
                          "変換しますか？"_s;
 const QString connectionFailed = u"データベースの接続に失敗しました。ファイル名を変更してください。"_s;
 
