@@ -1,11 +1,11 @@
 #include "conversion_operations.h"
 
+#include "measuring.h"
 #include "old_file_maker.h"
 
 #include "db/conversion.h"
 #include "db/schema.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 
@@ -19,26 +19,6 @@ namespace
 
 constexpr int timesOver = 25; // makes some 50,000 slip lines of the sample's
 constexpr double allowed = 3;
-
-template <class Work>
-double secondsOf(Work work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return double(timer.nsecsElapsed()) / 1e9;
-}
-
-void add(std::size_t row, const char *whose, std::function<double()> seconds)
-{
-    benchmark::RegisterBenchmark((std::to_string(row) + "/" + whose).c_str(),
-                                 [seconds = std::move(seconds)](benchmark::State &state) {
-                                     for (auto _ : state)
-                                         state.SetIterationTime(seconds());
-                                 })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond);
-}
 
 void convert(const QString &source, const QString &target)
 {

@@ -1,6 +1,7 @@
 // Measures what a clerk waits for against the least that SQLite needs for it, and prints one table.
 // run [--folder DIR] [options of Google Benchmark]; the shops are made in DIR on the first run.
 #include "conversion_operations.h"
+#include "file_operations.h"
 #include "operations.h"
 
 #include "ui/prompts.h"
@@ -37,6 +38,7 @@ int main(int argc, char *argv[])
     const bench::Shops shops{QDir(folder)};
     std::vector<bench::Row> rows = bench::registerOperations(shops);
     bench::registerConversion(QDir(folder), rows);
+    bench::registerFileOperations(shops, rows);
     bench::TableReporter reporter(std::move(rows));
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::ClearRegisteredBenchmarks(); // they hold screens, which go before the application

@@ -2,6 +2,7 @@
 
 #include "ui_DialogBackups.h"
 
+#include <QHeaderView>
 #include <QLocale>
 #include <QStandardItemModel>
 
@@ -68,6 +69,7 @@ void DialogBackups::fill()
         model->appendRow(row);
     }
     m_ui->dgdBackups->setModel(model);
+    m_ui->dgdBackups->horizontalHeader()->setStretchLastSection(true);
     const int widths[] = {150, 170, 110, 90, 90, 60};
     for (int column = 0; column < int(std::size(widths)); ++column)
         m_ui->dgdBackups->setColumnWidth(column, widths[column]);

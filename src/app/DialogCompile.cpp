@@ -11,6 +11,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QStandardItemModel>
 
 using namespace Qt::StringLiterals;
@@ -42,6 +43,7 @@ DialogCompile::DialogCompile(Workspace &workspace, const QString &source, QWidge
     for (const db::Table &table : db::tables())
         m_tables->appendRow({new QStandardItem(table.name), number({}), number({})});
     m_ui->dgdTables->setModel(m_tables);
+    m_ui->dgdTables->horizontalHeader()->setStretchLastSection(true);
     m_ui->dgdTables->setColumnWidth(0, 200);
     m_ui->dgdTables->setColumnWidth(1, 120);
     m_ui->dgdTables->setColumnWidth(2, 140);

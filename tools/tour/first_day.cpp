@@ -3,6 +3,7 @@
 #include "roster.h"
 #include "shop_data.h"
 
+#include "app/backups.h"
 #include "app/frmAMain.h"
 #include "app/frmSplash.h"
 #include "app/workspace.h"
@@ -65,6 +66,7 @@ void FirstDay::run()
     printRoster(m_walker, m_window, m_folder);
     enterSlips();
     chooseCustomers();
+    lookAfterFile();
     lookAround();
     checkBooks();
 }
@@ -317,6 +319,34 @@ void FirstDay::printNote(QDialog &screen, int number)
             m_walker.click(preview, u"cmdPdf"_s);
         });
     m_walker.check(QFileInfo(fileName).size() > 1000, u"the note is not there as PDF"_s);
+}
+
+// Compaction, the list of backups, and the file built anew.
+void FirstDay::lookAfterFile()
+{
+    m_walker.find<QTabWidget>(m_window, u"SSTab1"_s).setCurrentIndex(6);
+    ui::prompts::expectInform(u"データベースを最適化しました。"_s);
+    m_walker.click(m_window, u"Command22"_s);
+    m_walker.picture(m_window, u"main-after-compaction"_s);
+    // The compaction leaves nobody chosen.
+    m_walker.find<QComboBox>(m_window, u"dbcShain"_s).setCurrentIndex(0);
+    m_walker.check(
+        bool(app::backUpDated(m_workspace.connection, m_workspace.applicationFolder(), m_workspace.today())),
+        u"no backup was made"_s);
+    m_walker.visit(
+        u"backups"_s, [this] { m_walker.click(m_window, u"cmdBackups"_s); },
+        [this](QDialog &screen) { m_walker.picture(screen, u"backups"_s); });
+    const QString anew = m_folder.filePath(u"anew.cdb"_s);
+    QFile::remove(anew);
+    m_walker.visit(
+        u"file built anew"_s, [this] { m_walker.click(m_window, u"Command7"_s); },
+        [this, &anew](QDialog &screen) {
+            ui::file_dialogs::expectFile(anew);
+            ui::prompts::expectAsk(
+                u"すべての行を新しいファイルに移しました。\n新しいファイルで作業を続けますか？"_s, false);
+            m_walker.click(screen, u"Command1"_s);
+            m_walker.picture(screen, u"file-built-anew"_s);
+        });
 }
 
 // Every page of the main window's panel, as it looks with the day's data.

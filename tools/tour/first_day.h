@@ -36,6 +36,7 @@ private:
     void enterLines(QDialog &screen, const struct Slip &slip);
     void printNote(QDialog &screen, int number);
     void chooseCustomers();
+    void lookAfterFile();
     void lookAround();
     void checkBooks();
 
