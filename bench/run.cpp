@@ -3,6 +3,7 @@
 #include "conversion_operations.h"
 #include "file_operations.h"
 #include "operations.h"
+#include "postal_operations.h"
 
 #include "ui/prompts.h"
 
@@ -39,6 +40,7 @@ int main(int argc, char *argv[])
     std::vector<bench::Row> rows = bench::registerOperations(shops);
     bench::registerConversion(QDir(folder), rows);
     bench::registerFileOperations(shops, rows);
+    bench::registerPostalOperations(QDir(folder), rows);
     bench::TableReporter reporter(std::move(rows));
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::ClearRegisteredBenchmarks(); // they hold screens, which go before the application

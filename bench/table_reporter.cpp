@@ -24,7 +24,10 @@ void TableReporter::Finalize()
             continue; // filtered away on the command line
         std::printf("| %s | %s | %.3f | ", row.operation.c_str(), row.size.c_str(), ours->second);
         if (bare == m_medians.end()) {
-            std::printf("– | – | – |\n");
+            const bool slow = row.most != 0 && ours->second > row.most;
+            m_kept = m_kept && !slow;
+            row.most == 0 ? std::printf("– | – | – |\n")
+                          : std::printf("– | – | %.1f ms%s |\n", row.most, slow ? " !" : "");
             continue;
         }
         const double ratio = ours->second / bare->second;

@@ -15,6 +15,7 @@ struct Row
     std::string operation;
     std::string size;
     double allowed = 0; // times the bare figure; 0: nothing is demanded
+    double most = 0;    // milliseconds, where there is no bare figure; 0: nothing is demanded
 };
 
 /// Collects the medians of the benchmarks named "<row>/ours" and "<row>/bare" and prints them as one table:

@@ -36,7 +36,8 @@ void writeFiles(const FreshShop &shop)
                                        {"3812200", u"長野県長野市能登町"_s}}}});
     PostalFiles::writeEntries(folder, u"ZipCode1.txt"_s,
                               {u"100-0013  霞が関"_s, u"380-0823  長野県長野市南千歳"_s,
-                               u"381-2200  長野県長野市能登"_s, u"381-2200  長野県長野市能登町"_s});
+                               u"380-0899  長野県長野市南千歳"_s, u"381-2200  長野県長野市能登"_s,
+                               u"381-2200  長野県長野市能登町"_s});
     PostalFiles::writeEntries(folder, u"ZIPCODE2.txt"_s, {u"380-8570 長野県庁"_s, u"100-8111 宮内庁"_s});
 }
 
@@ -283,6 +284,11 @@ private slots:
         QTest::keyClick(b.address, Qt::Key_Tab);
         QTest::qWait(20);
         QCOMPARE(b.zip->text(), u"380-8570"_s);
+        // Another code of the same area.
+        b.zip->setText(u"380-0899"_s);
+        b.enter("address", u"長野県長野市南千歳7"_s);
+        QCOMPARE(b.zip->text(), u"380-0899"_s);
+        b.zip->setText(u"380-8570"_s);
         // Too wide to be saved.
         b.enter("address", u"長野県長野市南千歳"_s + QString(20, u'丁'));
         QCOMPARE(b.zip->text(), u"380-8570"_s);
