@@ -1,0 +1,258 @@
+#include "slips/ledger.h"
+
+#include "db/transaction.h"
+#include "slips/counterpart_name.h"
+#include "slips/exact_sum.h"
+#include "slips/slip_blocks.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+// In the order of Movement.
+using Kinds = std::array<SlipKind, 3>;
+
+constexpr Kinds kindsOf(Party party)
+{
+    return party == Party::Customer ? Kinds{receivableCarried, sale, receipt}
+                                    : Kinds{payableCarried, purchase, payment};
+}
+
+QVariantList patternsOf(Party party)
+{
+    QVariantList patterns;
+    for (const SlipKind &kind : kindsOf(party))
+        patterns << patternOf(kind);
+    return patterns;
+}
+
+QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
+
+std::optional<double> numberIn(const QVariant &value)
+{
+    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
+}
+
+// --- One counterpart ---
+
+db::Result<ExactSum> balanceBefore(db::Connection &connection, Party party, qint64 counterpart,
+                                   const QDate &day)
+{
+    const auto sum = connection.select(
+        u"SELECT SUM(CASE WHEN 伝票番号 LIKE ? THEN -1 ELSE 1 END * ROUND(金額 * 10000)) "
+        "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+        "WHERE 相手先ID = ? AND COALESCE(日付, '') < ? "
+        "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?)"_s,
+        QVariantList{patternOf(kindsOf(party).back()), counterpart, stored(day)} + patternsOf(party));
+    if (!sum)
+        return sum.error();
+    return ExactSum::ofTenThousandths(sum->rows.front().front().toDouble());
+}
+
+db::Result<db::Rows> linesWithin(db::Connection &connection, Party party, qint64 counterpart,
+                                 const Period &period)
+{
+    return connection.select(u"SELECT CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN "
+                             u"伝票番号 LIKE ? THEN 2 END, "
+                             "入出庫マスター.ID, 日付, 伝票番号, 商品名, 規格, 数量, 単位, 単価, 金額 "
+                             "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+                             "WHERE 相手先ID = ? AND 日付 >= ? AND 日付 <= ? "
+                             "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?) "
+                             "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
+                             patternsOf(party) +
+                                 QVariantList{counterpart, stored(period.from), stored(period.to)} +
+                                 patternsOf(party));
+}
+
+LedgerLine lineFrom(const QVariantList &row, Party party)
+{
+    LedgerLine line;
+    const int movement = row.at(0).toInt();
+    line.kind = kindsOf(party)[static_cast<std::size_t>(movement)];
+    line.movement = static_cast<Movement>(movement);
+    line.slip = row.at(1).toLongLong();
+    line.date = row.at(2).toString();
+    line.number = row.at(3).toString();
+    line.product = row.at(4).toString();
+    line.specification = row.at(5).toString();
+    line.quantity = numberIn(row.at(6));
+    line.unit = row.at(7).toString();
+    line.price = numberIn(row.at(8));
+    line.amount = row.at(9).toDouble();
+    return line;
+}
+
+// Adds the lines up in their order.
+class Totals
+{
+public:
+    explicit Totals(const ExactSum &brought)
+        : m_carried(brought)
+        , m_balance(brought)
+    {}
+
+    void add(LedgerLine &line)
+    {
+        ExactSum &sum = line.movement == Movement::Settled   ? m_settled
+                        : line.movement == Movement::Charged ? m_charged
+                                                             : m_carried;
+        sum.add(line.amount);
+        if (line.movement == Movement::Charged && line.product == QStringView(taxLineName))
+            m_tax.add(line.amount);
+        m_balance.add(line.movement == Movement::Settled ? -line.amount : line.amount);
+        line.balance = m_balance.value();
+    }
+
+    [[nodiscard]] LedgerTotals values() const
+    {
+        return {m_carried.value(), m_charged.value(), m_tax.value(), m_settled.value(), m_balance.value()};
+    }
+
+private:
+    ExactSum m_carried;
+    ExactSum m_charged;
+    ExactSum m_tax;
+    ExactSum m_settled;
+    ExactSum m_balance;
+};
+
+// --- All counterparts ---
+
+QString balancesStatement(Party party)
+{
+    const QString sums =
+        u"(SELECT 相手先ID, 動き, SUM(額) AS 計, MAX(日付) AS 最終日 FROM (SELECT 相手先ID, 日付, "
+        "CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN 伝票番号 LIKE ? THEN 2 END AS "
+        "動き, "
+        "(SELECT SUM(ROUND(金額 * 10000)) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) AS 額 "
+        "FROM 入出庫マスター WHERE 相手先ID > ? AND 相手先ID <= ? AND COALESCE(日付, '') <= ?) "
+        "WHERE 動き IS NOT NULL GROUP BY 相手先ID, 動き) AS 合計"_s;
+    return party == Party::Customer
+               ? u"SELECT 相手先ID, 動き, 計, 最終日, 納品先ID, コード, 納品先名1, 納品先名2, フリガナ FROM "_s +
+                     sums + u" LEFT JOIN 納品先 ON 納品先ID = 相手先ID ORDER BY 相手先ID, 動き"_s
+               : u"SELECT 相手先ID, 動き, 計, 最終日, 仕入先ID, コード, 仕入先名1, 仕入先名2, コード FROM "_s +
+                     sums + u" LEFT JOIN 仕入先 ON 仕入先ID = 相手先ID ORDER BY 相手先ID, 動き"_s;
+}
+
+// A balance on its way: a row for each movement goes into it.
+struct Account
+{
+    CounterpartBalance shown;
+    ExactSum sum;
+    QString place; // in the list
+
+    explicit Account(const QVariantList &row)
+    {
+        shown.counterpart = row.at(0).toLongLong();
+        shown.deleted = row.at(4).isNull();
+        shown.code = row.at(5).toString();
+        shown.name = shown.deleted ? deletedCounterpartName(shown.counterpart)
+                                   : counterpartName(row.at(6).toString(), row.at(7).toString());
+        place = row.at(8).toString();
+    }
+
+    void add(const QVariantList &row)
+    {
+        const auto movement = static_cast<Movement>(row.at(1).toInt());
+        const double count = row.at(2).toDouble();
+        sum.add(ExactSum::ofTenThousandths(movement == Movement::Settled ? -count : count));
+        if (movement == Movement::Charged)
+            shown.lastCharged = row.at(3).toString();
+        else if (movement == Movement::Settled)
+            shown.lastSettled = row.at(3).toString();
+    }
+};
+
+void addRows(const db::Rows &rows, std::vector<Account> &accounts)
+{
+    for (const QVariantList &row : rows.rows) {
+        if (accounts.empty() || accounts.back().shown.counterpart != row.front().toLongLong())
+            accounts.emplace_back(row);
+        accounts.back().add(row);
+    }
+}
+
+bool comesBefore(const Account &one, const Account &other)
+{
+    return std::tie(one.shown.deleted, one.place, one.shown.counterpart) <
+           std::tie(other.shown.deleted, other.place, other.shown.counterpart);
+}
+
+} // namespace
+
+db::Result<Ledger> readLedger(db::Connection &connection, Party party, qint64 counterpart,
+                              const Period &period)
+{
+    db::ReadTransaction oneMoment(connection);
+    if (const db::Status begun = oneMoment.begin(); !begun)
+        return begun.error();
+    const auto brought = balanceBefore(connection, party, counterpart, period.from);
+    if (!brought)
+        return brought.error();
+    const auto rows = linesWithin(connection, party, counterpart, period);
+    if (!rows)
+        return rows.error();
+
+    Ledger ledger;
+    ledger.brought = brought->value();
+    ledger.lines.reserve(rows->rows.size());
+    Totals totals(*brought);
+    for (const QVariantList &row : rows->rows) {
+        ledger.lines.push_back(lineFrom(row, party));
+        totals.add(ledger.lines.back());
+    }
+    ledger.totals = totals.values();
+    return ledger;
+}
+
+db::Result<std::vector<CounterpartBalance>> balanceList(db::Connection &connection, Party party,
+                                                        const QDate &day, const db::Progress &progress)
+{
+    db::ReadTransaction oneMoment(connection);
+    if (const db::Status begun = oneMoment.begin(); !begun)
+        return begun.error();
+    const QString statement = balancesStatement(party);
+    std::vector<Account> accounts;
+    const db::Status read = forSlipBlocks(
+        connection, SlipOrder::ByCounterpart, progress, [&](qint64 after, qint64 upTo) -> db::Status {
+            const auto rows =
+                connection.select(statement, patternsOf(party) + QVariantList{after, upTo, stored(day)});
+            if (!rows)
+                return rows.error();
+            addRows(*rows, accounts);
+            return {};
+        });
+    if (!read)
+        return read.error();
+
+    std::sort(accounts.begin(), accounts.end(), comesBefore);
+    std::vector<CounterpartBalance> balances;
+    balances.reserve(accounts.size());
+    for (Account &account : accounts) {
+        account.shown.balance = account.sum.value();
+        balances.push_back(std::move(account.shown));
+    }
+    return balances;
+}
+
+db::Result<QString> nameOfCounterpart(db::Connection &connection, Party party, qint64 counterpart)
+{
+    const auto found = connection.select(
+        party == Party::Customer ? u"SELECT 納品先名1, 納品先名2 FROM 納品先 WHERE 納品先ID = ?"_s
+                                 : u"SELECT 仕入先名1, 仕入先名2 FROM 仕入先 WHERE 仕入先ID = ?"_s,
+        {counterpart});
+    if (!found)
+        return found.error();
+    if (found->isEmpty())
+        return deletedCounterpartName(counterpart);
+    return counterpartName(found->rows.front().at(0).toString(), found->rows.front().at(1).toString());
+}
+
+} // namespace slips

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "db/connection.h"
+#include "db/progress.h"
+#include "slips/slip_kind.h"
+
+#include <QDate>
+
+#include <optional>
+
+// What the slips of a counterpart come to: its ledger, and the balances of all of them. Amounts are yen,
+// exact to four decimals. Which slips enter a balance, and which way, the first letter of their numbers
+// decides.
+namespace slips
+{
+
+/// Days of a list, both included.
+struct Period
+{
+    QDate from;
+    QDate to;
+};
+
+/// Three kinds of slips make a balance.
+enum class Movement {
+    Carried, // taken over from earlier books
+    Charged, // goods sold or bought: raises the balance
+    Settled, // money received or paid: lowers it
+};
+
+/// One line of a slip in a ledger.
+struct LedgerLine
+{
+    qint64 slip = 0;
+    SlipKind kind = sale;
+    Movement movement = Movement::Charged;
+    QString date; // yyyy-MM-dd
+    QString number;
+    QString product; // of money, what it is for
+    QString specification;
+    std::optional<double> quantity;
+    QString unit;
+    std::optional<double> price;
+    double amount = 0;
+    double balance = 0; // after the line
+};
+
+/// carried + charged − settled = balance.
+struct LedgerTotals
+{
+    double carried = 0; // brought into the period, and carry-forward slips within it
+    double charged = 0; // tax included
+    double tax = 0;     // what tax lines make of that
+    double settled = 0;
+    double balance = 0;
+};
+
+struct Ledger
+{
+    double brought = 0; // the balance before the period
+    std::vector<LedgerLine> lines;
+    LedgerTotals totals;
+};
+
+/// The ledger of \a counterpart, a customer or a supplier, which may have been deleted: its lines in the
+/// order of date, slip and entry. A slip without a date counts as one before every period.
+db::Result<Ledger> readLedger(db::Connection &connection, Party party, qint64 counterpart,
+                              const Period &period);
+
+struct CounterpartBalance
+{
+    qint64 counterpart = 0;
+    bool deleted = false;
+    QString code;
+    QString name; // in one line; of a deleted counterpart what it is called by
+    double balance = 0;
+    QString lastCharged; // yyyy-MM-dd; empty without one
+    QString lastSettled;
+};
+
+/// The balances of all counterparts that have slips up to the end of \a day: customers in the order of their
+/// readings, suppliers in that of their codes, deleted ones last. The whole book at one moment.
+db::Result<std::vector<CounterpartBalance>> balanceList(db::Connection &connection, Party party,
+                                                        const QDate &day, const db::Progress &progress);
+
+/// What the counterpart is called in lists, deleted or not.
+db::Result<QString> nameOfCounterpart(db::Connection &connection, Party party, qint64 counterpart);
+
+} // namespace slips

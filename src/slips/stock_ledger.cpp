@@ -1,0 +1,181 @@
+#include "slips/stock_ledger.h"
+
+#include "db/transaction.h"
+#include "slips/counterpart_name.h"
+#include "slips/exact_sum.h"
+#include "slips/slip_blocks.h"
+#include "slips/tax.h"
+
+#include <map>
+#include <tuple>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
+
+std::optional<double> numberIn(const QVariant &value)
+{
+    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
+}
+
+StocktakeLine stocktakeFrom(const QVariantList &row)
+{
+    const QString supplier = row.at(4).isNull() ? deletedCounterpartName(row.at(3).toLongLong())
+                                                : counterpartName(row.at(5).toString(), row.at(6).toString());
+    return {row.at(0).toLongLong(), row.at(1).toString(), row.at(2).toString(), supplier,
+            row.at(7).toString(),   row.at(8).toString(), numberIn(row.at(9)),  row.at(10).toString(),
+            numberIn(row.at(11)),   row.at(12).toDouble()};
+}
+
+// --- The stock ---
+
+// The price of a line, with what tells which of two lines is the later one.
+struct Price
+{
+    QString date;
+    qint64 slip = 0;
+    std::optional<double> yen;
+
+    void take(const QString &ofDate, qint64 ofSlip, const QVariant &price)
+    {
+        if (price.toDouble() > 0 && std::tie(date, slip) <= std::tie(ofDate, ofSlip))
+            *this = {ofDate, ofSlip, price.toDouble()};
+    }
+};
+
+struct Goods
+{
+    QString counted;
+    ExactSum stocktake;
+    ExactSum in;
+    ExactSum out;
+    Price purchasePrice;
+    Price stocktakePrice;
+};
+
+using GoodsKey = std::tuple<QString, QString, QString>; // product, specification, unit
+using AllGoods = std::map<GoodsKey, Goods>;
+
+Goods &goodsOf(AllGoods &all, const QVariantList &row)
+{
+    return all[{row.at(0).toString(), row.at(1).toString(), row.at(2).toString()}];
+}
+
+db::Status readCounts(db::Connection &connection, const QDate &day, AllGoods &all)
+{
+    const auto rows = connection.select(
+        u"SELECT 商品名, 規格, 単位, 入出庫マスター.ID, COALESCE(日付, ''), 数量, 単価 "
+        "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+        "WHERE 伝票番号 LIKE ? AND COALESCE(日付, '') <= ? AND COALESCE(商品名, '') <> '消費税' "
+        "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
+        {patternOf(stocktake), stored(day)});
+    if (!rows)
+        return rows.error();
+    for (const QVariantList &row : rows->rows) {
+        Goods &goods = goodsOf(all, row);
+        const QString date = row.at(4).toString();
+        if (goods.counted != date)
+            goods.stocktake = {};
+        goods.counted = date;
+        goods.stocktake.add(row.at(5).toDouble());
+        goods.stocktakePrice.take(date, row.at(3).toLongLong(), row.at(6));
+    }
+    return {};
+}
+
+db::Status addMovements(db::Connection &connection, qint64 after, qint64 upTo, const QDate &day,
+                        AllGoods &all)
+{
+    const auto rows = connection.select(
+        u"SELECT 商品名, 規格, 単位, 入出庫マスター.ID, COALESCE(日付, ''), 数量, 単価, 伝票番号 LIKE ? "
+        "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+        "WHERE 入出庫マスター.ID > ? AND 入出庫マスター.ID <= ? AND COALESCE(日付, '') <= ? "
+        "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ?) AND COALESCE(商品名, '') <> '消費税'"_s,
+        {patternOf(purchase), after, upTo, stored(day), patternOf(purchase), patternOf(sale)});
+    if (!rows)
+        return rows.error();
+    for (const QVariantList &row : rows->rows) {
+        Goods &goods = goodsOf(all, row);
+        const QString date = row.at(4).toString();
+        const bool purchased = row.at(7).toBool();
+        if (date > goods.counted || goods.counted.isEmpty())
+            (purchased ? goods.in : goods.out).add(row.at(5).toDouble());
+        if (purchased)
+            goods.purchasePrice.take(date, row.at(3).toLongLong(), row.at(6));
+    }
+    return {};
+}
+
+StockLine lineOf(const GoodsKey &key, const Goods &goods)
+{
+    StockLine line;
+    std::tie(line.product, line.specification, line.unit) = key;
+    line.counted = goods.counted;
+    line.stocktake = goods.stocktake.value();
+    line.in = goods.in.value();
+    line.out = goods.out.value();
+    ExactSum stock = goods.stocktake;
+    stock.add(line.in);
+    stock.add(-line.out);
+    line.stock = stock.value();
+    line.price = goods.purchasePrice.yen ? goods.purchasePrice.yen : goods.stocktakePrice.yen;
+    if (const auto amount = lineAmount(line.stock, line.price.value_or(0)))
+        line.amount = *amount;
+    return line;
+}
+
+} // namespace
+
+db::Result<StocktakeReport> readStocktakes(db::Connection &connection, const Period &period)
+{
+    const auto rows = connection.select(
+        u"SELECT 入出庫マスター.ID, 日付, 伝票番号, 相手先ID, 仕入先ID, 仕入先名1, 仕入先名2, 商品名, 規格, "
+        "数量, 単位, 単価, 金額 FROM 入出庫マスター "
+        "INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID LEFT JOIN 仕入先 ON 仕入先ID = 相手先ID "
+        "WHERE 伝票番号 LIKE ? AND 日付 >= ? AND 日付 <= ? "
+        "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
+        {patternOf(stocktake), stored(period.from), stored(period.to)});
+    if (!rows)
+        return rows.error();
+    StocktakeReport report;
+    ExactSum total;
+    for (const QVariantList &row : rows->rows) {
+        report.lines.push_back(stocktakeFrom(row));
+        total.add(report.lines.back().amount);
+    }
+    report.total = total.value();
+    return report;
+}
+
+db::Result<StockLedger> readStock(db::Connection &connection, const QDate &day, const db::Progress &progress)
+{
+    db::ReadTransaction oneMoment(connection);
+    if (const db::Status begun = oneMoment.begin(); !begun)
+        return begun.error();
+    AllGoods all;
+    if (const db::Status counted = readCounts(connection, day, all); !counted)
+        return counted.error();
+    const db::Status moved =
+        forSlipBlocks(connection, SlipOrder::ByKey, progress, [&](qint64 after, qint64 upTo) {
+            return addMovements(connection, after, upTo, day, all);
+        });
+    if (!moved)
+        return moved.error();
+
+    StockLedger ledger;
+    ExactSum total;
+    for (const auto &[key, goods] : all) {
+        ledger.lines.push_back(lineOf(key, goods));
+        total.add(ledger.lines.back().amount);
+    }
+    ledger.total = total.value();
+    return ledger;
+}
+
+} // namespace slips
