@@ -81,7 +81,10 @@ function(kanbalore_test name)
     endif()
     add_executable(tst_${name} ${ARG_SOURCES})
     set_target_properties(tst_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-    target_link_libraries(tst_${name} PRIVATE kanbalore_options Qt6::Test ${ARG_LINK})
+    # With all that the precompiled header of the screens stands on: the same flags, and half the time.
+    target_link_libraries(tst_${name} PRIVATE kanbalore_options
+        Qt6::Core Qt6::Sql Qt6::Gui Qt6::Widgets Qt6::PrintSupport Qt6::Test ${ARG_LINK})
+    target_precompile_headers(tst_${name} REUSE_FROM pch_screens)
     add_test(NAME ${name} COMMAND tst_${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT
         "QT_QPA_PLATFORM=offscreen;XDG_CONFIG_HOME=${CMAKE_BINARY_DIR}/tests/config/${name};XDG_DATA_HOME=${CMAKE_BINARY_DIR}/tests/data/${name};LC_ALL=C.UTF-8")
