@@ -7,10 +7,11 @@
 #include "registers/ZipCodeConv.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmNouhinDel.h"
-#include "registers/frmNouhinSub.h"
 #include "registers/frmNouhinFind.h"
+#include "registers/frmNouhinSub.h"
 #include "registers/frmSiire.h"
 #include "slips/frmIn.h"
+#include "slips/frmMitsumori.h"
 #include "slips/frmOut.h"
 #include "slips/money_slips.h"
 
@@ -41,6 +42,7 @@ Openers screenOpeners()
     return {
         {Action::Sales, screen<slips::frmOut>()},
         {Action::Purchase, screen<slips::frmIn>()},
+        {Action::Estimate, screen<slips::frmMitsumori>()},
         {Action::Receipt, screen<slips::frmOutReceipt>()},
         {Action::Payment, screen<slips::frmInPay>()},
         {Action::ReceivableCarried, screen<slips::frmUrikake>()},

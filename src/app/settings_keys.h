@@ -121,6 +121,14 @@ inline constexpr SettingKey meiboTitle4{"Settings", "MeiboTitle4", u"FAX"};
 /// Columns of the roster, a 0 or 1 for each (empty: the usual ones), and whether it goes by the readings.
 inline constexpr SettingKey meiboColumns{"Settings", "MeiboColumns", u""};
 inline constexpr SettingKey meiboByReading{"Settings", "MeiboByReading", u"1"};
+/// Estimate print dialog: whether it is valid until a day and delivered by one, and how many days after its
+/// own date those are; terms of trade, place of delivery.
+inline constexpr SettingKey estimateValid{"Settings", "EstimateValid", u"1"};
+inline constexpr SettingKey estimateValidDays{"Settings", "EstimateValidDays", u"30"};
+inline constexpr SettingKey estimateDelivery{"Settings", "EstimateDelivery", u"1"};
+inline constexpr SettingKey estimateDeliveryDays{"Settings", "EstimateDeliveryDays", u"14"};
+inline constexpr SettingKey estimatePayment{"Settings", "EstimatePayment", u""};
+inline constexpr SettingKey estimatePlace{"Settings", "EstimatePlace", u""};
 /// Daily report dialog.
 inline constexpr SettingKey checkCOption1{"Settings", "CheckCOption1", u""};
 inline constexpr SettingKey checkCOption2{"Settings", "CheckCOption2", u""};

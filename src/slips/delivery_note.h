@@ -3,6 +3,7 @@
 #include "db/connection.h"
 #include "masters/own_company.h"
 #include "printing/sheet.h"
+#include "slips/note_parts.h"
 #include "slips/slip_reader.h"
 
 #include <optional>
@@ -11,16 +12,6 @@
 // The delivery note (納品書) on plain A4 paper.
 namespace slips
 {
-
-/// How the note names its sender.
-enum class CompanyName {
-    Plain,    // 会社名1 and 会社名2
-    Omitted,  // left off, where the paper bears it already
-    Extended, // the rich-text block in their place
-};
-
-/// The name of the sheets' slot for the extended company-name block.
-inline constexpr const char16_t *companyNameSlot = u"社名";
 
 /// The printer's adjustment of the note.
 struct NoteOffsets

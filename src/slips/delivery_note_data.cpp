@@ -1,57 +1,8 @@
 #include "slips/delivery_note.h"
-#include "slips/tax.h"
-
-#include <algorithm>
-#include <numeric>
-
-using namespace Qt::StringLiterals;
+#include "slips/printed_slip.h"
 
 namespace slips
 {
-
-namespace
-{
-
-double sumOf(const std::vector<SlipLine> &lines)
-{
-    return std::accumulate(lines.begin(), lines.end(), 0.0,
-                           [](double sum, const SlipLine &line) { return sum + line.amount; });
-}
-
-bool hasTaxLine(const Slip &slip)
-{
-    return std::any_of(slip.lines.begin(), slip.lines.end(),
-                       [](const SlipLine &line) { return line.isTax(); });
-}
-
-db::Status addTax(DeliveryNoteData &note, const DeliveryNoteOptions &options)
-{
-    Slip &slip = note.slip;
-    note.total = sumOf(slip.lines);
-    if (options.inclusive) {
-        const db::Result<double> included =
-            includedTax(note.total, options.closingRate.value_or(slip.taxRate));
-        if (!included)
-            return included.error();
-        note.includedTax = *included;
-        return {};
-    }
-    if (!options.closingRate || hasTaxLine(slip) || !taxIsAdded(slip.taxClass, options.inclusive))
-        return {};
-    const db::Result<double> tax = exclusiveTax(note.total, *options.closingRate);
-    if (!tax)
-        return tax.error();
-    if (*tax != 0) {
-        SlipLine line;
-        line.product = QString::fromUtf16(taxLineName);
-        line.amount = *tax;
-        slip.lines.push_back(line);
-        note.total += *tax;
-    }
-    return {};
-}
-
-} // namespace
 
 db::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint64 id,
                                               const DeliveryNoteOptions &options)
@@ -62,14 +13,17 @@ db::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint64
     const auto company = masters::ownCompany(connection);
     if (!company)
         return company.error();
+    auto printed = taxedForPrint(*slip, {options.inclusive, options.closingRate});
+    if (!printed)
+        return printed.error();
     DeliveryNoteData note;
-    note.slip = *slip;
+    note.slip = std::move(printed->slip);
+    note.total = printed->total;
+    note.includedTax = printed->includedTax;
     note.sender = company->value_or(masters::OwnCompany());
     note.companyName = options.companyName;
     note.memo = options.memo;
     note.offsets = options.offsets;
-    if (const db::Status taxed = addTax(note, options); !taxed)
-        return taxed.error();
     return note;
 }
 

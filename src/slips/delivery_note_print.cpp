@@ -2,9 +2,9 @@
 
 #include "app/settings.h"
 #include "app/workspace.h"
-#include "masters/rtf_file.h"
 #include "printing/frmPreview.h"
 #include "slips/delivery_note.h"
+#include "slips/note_document.h"
 #include "ui/prompts.h"
 
 using namespace Qt::StringLiterals;
@@ -16,14 +16,6 @@ namespace
 {
 
 const QString plainPaper = u"A4 無地"_s;
-
-CompanyName companyNameOf(const app::Workspace &workspace)
-{
-    if (workspace.panel.omitCompanyName)
-        return CompanyName::Omitted;
-    const bool registered = !workspace.settings.text(app::keys::richTextFileName).isEmpty();
-    return workspace.panel.extendedCompanyName && registered ? CompanyName::Extended : CompanyName::Plain;
-}
 
 NoteOffsets offsetsIn(const app::Settings &settings)
 {
@@ -58,12 +50,8 @@ db::Result<printing::Document> deliveryNoteDocument(app::Workspace &workspace, c
     if (const QString form = formWithoutLayout(workspace, request); !form.isEmpty())
         document.remark =
             u"「%1」の用紙に合わせた印刷はまだできません。無地の A4 用紙に印刷してください。"_s.arg(form);
-    if (options.companyName == CompanyName::Extended) {
-        auto name = masters::readRtfFile(workspace.settings.text(app::keys::richTextFileName));
-        if (!name)
-            return name.error();
-        document.richTexts[QString::fromUtf16(companyNameSlot)] = std::move(name->document);
-    }
+    if (const db::Status named = addCompanyName(document, workspace, options.companyName); !named)
+        return named.error();
     return document;
 }
 

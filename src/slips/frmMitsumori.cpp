@@ -1,6 +1,7 @@
 #include "slips/frmMitsumori.h"
 
 #include "masters/name_lists.h"
+#include "slips/estimate_print.h"
 #include "slips/new_counterpart.h"
 #include "ui_frmMitsumori.h"
 
@@ -35,10 +36,24 @@ frmMitsumori::frmMitsumori(app::Workspace &workspace, QWidget *parent)
     , m_ui(std::make_unique<Ui::frmMitsumori>())
 {
     m_ui->setupUi(this);
+    connect(m_ui->Command3, &QPushButton::clicked, this, &frmMitsumori::print);
     setUpSlip();
     setCounterpartEditor([&workspace](QWidget *parent) { return enterNewCustomer(workspace, parent); });
 }
 
 frmMitsumori::~frmMitsumori() = default;
+
+void frmMitsumori::print()
+{
+    if (!mayPassOverLine())
+        return;
+    printEstimate(workspace(), this,
+                  {.slipId = header().id,
+                   .closed = false,
+                   .inclusive = inclusive(),
+                   .memo = m_ui->txtMemo->text(),
+                   .remark1 = m_ui->Text4->text(),
+                   .remark2 = m_ui->Text5->text()});
+}
 
 } // namespace slips

@@ -22,6 +22,8 @@ public:
     ~frmMitsumori() override;
 
 private:
+    void print();
+
     std::unique_ptr<Ui::frmMitsumori> m_ui;
 };
 

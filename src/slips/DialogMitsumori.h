@@ -1,0 +1,41 @@
+#pragma once
+
+#include "slips/estimate_layout.h"
+#include "ui/screen.h"
+
+#include <memory>
+
+namespace Ui
+{
+class DialogMitsumori;
+}
+
+namespace slips
+{
+
+/// What a printed estimate says besides its lines; shows its preview, from which it is printed or saved as
+/// PDF.
+class DialogMitsumori : public ui::Screen
+{
+    Q_OBJECT
+
+public:
+    DialogMitsumori(app::Workspace &workspace, EstimateData data, QWidget *parent = nullptr);
+    ~DialogMitsumori() override;
+
+protected:
+    bool mayClose() override;
+
+private:
+    void showData();
+    void showSettings();
+    void storeSettings();
+    void chooseFont();
+    void preview();
+    [[nodiscard]] EstimateData entered() const;
+
+    std::unique_ptr<Ui::DialogMitsumori> m_ui;
+    EstimateData m_data;
+};
+
+} // namespace slips
