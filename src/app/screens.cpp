@@ -13,6 +13,7 @@
 #include "slips/frmIn.h"
 #include "slips/frmMitsumori.h"
 #include "slips/frmOut.h"
+#include "slips/ledger_screen.h"
 #include "slips/money_slips.h"
 
 #include <QGuiApplication>
@@ -48,6 +49,12 @@ Openers screenOpeners()
         {Action::ReceivableCarried, screen<slips::frmUrikake>()},
         {Action::PayableCarried, screen<slips::frmKaikake>()},
         {Action::Stocktake, screen<slips::frmTana>()},
+        {Action::ReceivableLedger, screen<slips::frmOutMoto>()},
+        {Action::ReceivableBalances, screen<slips::frmOutZandaka>()},
+        {Action::PayableLedger, screen<slips::frmInMoto>()},
+        {Action::PayableBalances, screen<slips::frmInZandaka>()},
+        {Action::StocktakeReport, screen<slips::frmTanaReport>()},
+        {Action::StocktakeLedger, screen<slips::frmTanaMoto>()},
         {Action::Customers, screen<registers::frmNouhin>()},
         {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
         {Action::SupplementaryRoster, screen<registers::frmNouhinSub>()},

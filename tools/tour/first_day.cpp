@@ -1,5 +1,6 @@
 #include "first_day.h"
 
+#include "ledgers.h"
 #include "roster.h"
 #include "shop_data.h"
 
@@ -66,6 +67,7 @@ void FirstDay::run()
     printRoster(m_walker, m_window, m_folder);
     enterSlips();
     chooseCustomers();
+    lookIntoLedgers(m_walker, m_window, m_folder);
     lookAfterFile();
     lookAround();
     checkBooks();

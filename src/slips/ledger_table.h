@@ -1,0 +1,65 @@
+#pragma once
+
+#include "slips/ledger.h"
+#include "slips/stock_ledger.h"
+
+#include <QVariant>
+
+// Ledgers and lists as tables: what a screen shows, a printer prints and a spreadsheet gets.
+namespace slips
+{
+
+enum class Content { Text, Date, Amount, Quantity };
+
+struct LedgerColumn
+{
+    QString heading;
+    Content content = Content::Text;
+    int characters = 10; // width on the screen and in a spreadsheet, in half-width characters
+    double millimetres = 20;
+    bool stretches = false; // takes what is left of a printed page
+};
+
+/// What a row leads to.
+struct RowTarget
+{
+    qint64 id = 0; // of the slip, in a list of counterparts of the counterpart; 0: the row leads nowhere
+    SlipKind kind = sale;
+};
+
+struct NamedSum
+{
+    QString name;
+    double yen = 0;
+};
+
+struct LedgerTable
+{
+    QString title;
+    QString remark; // whose ledger it is, and of which days
+    std::vector<LedgerColumn> columns;
+    std::vector<QVariantList> rows; // values as they are stored; dates yyyy-MM-dd
+    std::vector<RowTarget> targets; // one for each row
+    QVariantList totals;            // a row under the others; empty when there is none
+    std::vector<NamedSum> sums;
+};
+
+/// The pages that show the slips of one kind call it so.
+QString nameOf(const SlipKind &kind);
+
+/// A value as it is shown: "2026/04/01", "1,234".
+QString shownText(Content content, const QVariant &value);
+
+/// The rows of a ledger begin with the balance brought into the period.
+LedgerTable ledgerTable(const Ledger &ledger, Party party, const QString &name, const Period &period);
+
+/// \a onlyOpen: without those whose balance is nothing.
+LedgerTable balanceTable(const std::vector<CounterpartBalance> &balances, Party party, const QDate &day,
+                         bool onlyOpen);
+
+LedgerTable stocktakeTable(const StocktakeReport &report, const Period &period);
+
+/// \a onlyInStock: without goods of which nothing is left.
+LedgerTable stockTable(const StockLedger &stock, const QDate &day, bool onlyInStock);
+
+} // namespace slips

@@ -1,0 +1,91 @@
+#include "slips/ledger_view.h"
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+db::Result<LedgerTable> ledgerOf(db::Connection &connection, Party party, const LedgerQuery &query)
+{
+    if (query.counterpart == 0)
+        return db::Error{party == Party::Customer ? u"納品先が選択されていません。"_s
+                                                  : u"仕入先が選択されていません。"_s};
+    const auto name = nameOfCounterpart(connection, party, query.counterpart);
+    if (!name)
+        return name.error();
+    const auto ledger = readLedger(connection, party, query.counterpart, query.period);
+    if (!ledger)
+        return ledger.error();
+    return ledgerTable(*ledger, party, *name, query.period);
+}
+
+db::Result<LedgerTable> balancesOf(db::Connection &connection, Party party, const LedgerQuery &query,
+                                   const db::Progress &progress)
+{
+    const auto balances = balanceList(connection, party, query.period.to, progress);
+    if (!balances)
+        return balances.error();
+    return balanceTable(*balances, party, query.period.to, query.leavesOutZeros);
+}
+
+db::Result<LedgerTable> stocktakesOf(db::Connection &connection, const LedgerQuery &query)
+{
+    const auto report = readStocktakes(connection, query.period);
+    return report ? db::Result<LedgerTable>(stocktakeTable(*report, query.period)) : report.error();
+}
+
+db::Result<LedgerTable> stockOf(db::Connection &connection, const LedgerQuery &query,
+                                const db::Progress &progress)
+{
+    const auto stock = readStock(connection, query.period.to, progress);
+    return stock ? db::Result<LedgerTable>(stockTable(*stock, query.period.to, query.leavesOutZeros))
+                 : stock.error();
+}
+
+} // namespace
+
+std::vector<LedgerColumn> columnsOf(LedgerView view)
+{
+    switch (view) {
+    case LedgerView::Receivable:
+        return ledgerTable({}, Party::Customer, {}, {}).columns;
+    case LedgerView::Payable:
+        return ledgerTable({}, Party::Supplier, {}, {}).columns;
+    case LedgerView::ReceivableBalances:
+        return balanceTable({}, Party::Customer, {}, false).columns;
+    case LedgerView::PayableBalances:
+        return balanceTable({}, Party::Supplier, {}, false).columns;
+    case LedgerView::Stocktakes:
+        return stocktakeTable({}, {}).columns;
+    case LedgerView::Stock:
+        return stockTable({}, {}, false).columns;
+    }
+    Q_UNREACHABLE();
+}
+
+db::Result<LedgerTable> readView(db::Connection &connection, LedgerView view, const LedgerQuery &query,
+                                 const db::Progress &progress)
+{
+    if (query.period.from > query.period.to)
+        return db::Error{u"期間の終わりが始まりより前になっています。日付を入力し直してください。"_s};
+    switch (view) {
+    case LedgerView::Receivable:
+        return ledgerOf(connection, Party::Customer, query);
+    case LedgerView::Payable:
+        return ledgerOf(connection, Party::Supplier, query);
+    case LedgerView::ReceivableBalances:
+        return balancesOf(connection, Party::Customer, query, progress);
+    case LedgerView::PayableBalances:
+        return balancesOf(connection, Party::Supplier, query, progress);
+    case LedgerView::Stocktakes:
+        return stocktakesOf(connection, query);
+    case LedgerView::Stock:
+        return stockOf(connection, query, progress);
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace slips

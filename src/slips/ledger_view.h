@@ -1,0 +1,34 @@
+#pragma once
+
+#include "slips/ledger_table.h"
+
+namespace slips
+{
+
+/// The ledgers and lists there are.
+enum class LedgerView {
+    Receivable,         // of one customer
+    Payable,            // of one supplier
+    ReceivableBalances, // of all customers
+    PayableBalances,
+    Stocktakes, // the slips of a period
+    Stock,      // what there is of each product
+};
+
+/// The columns of \a view's tables.
+std::vector<LedgerColumn> columnsOf(LedgerView view);
+
+/// What a screen asks for.
+struct LedgerQuery
+{
+    qint64 counterpart = 0; // whose ledger; 0: nobody is chosen
+    Period period;          // of lists to a day, its end alone counts
+    bool leavesOutZeros = false;
+};
+
+/// The table of \a view. Fails with the sentence to tell: nobody is chosen, a period that ends before it
+/// begins.
+db::Result<LedgerTable> readView(db::Connection &connection, LedgerView view, const LedgerQuery &query,
+                                 const db::Progress &progress);
+
+} // namespace slips

@@ -1,0 +1,60 @@
+#include "ledgers.h"
+
+#include "walker.h"
+
+#include "ui/file_dialogs.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace tour
+{
+
+namespace
+{
+
+void printLedger(Walker &walker, QDialog &ledger, const QString &fileName)
+{
+    walker.visit(
+        u"ledger preview"_s, [&] { walker.click(ledger, u"Command2"_s); },
+        [&](QDialog &preview) {
+            walker.picture(preview, u"ledger-preview"_s);
+            ui::file_dialogs::expectFile(fileName);
+            walker.click(preview, u"cmdPdf"_s);
+        });
+    walker.check(QFileInfo(fileName).size() > 1000, u"the ledger is not there as PDF"_s);
+}
+
+} // namespace
+
+void lookIntoLedgers(Walker &walker, QWidget &window, const QDir &folder)
+{
+    const auto choose = [&](const QString &item) {
+        return [&walker, &window, item] { walker.find<QAction>(window, item).trigger(); };
+    };
+    walker.visit(u"balances"_s, choose(u"mnuReportZandaka"_s), [&](QDialog &balances) {
+        QApplication::processEvents(); // the list comes when the screen is there
+        walker.picture(balances, u"receivable-balances"_s);
+        walker.visit(
+            u"ledger"_s, [&] { walker.click(balances, u"Command4"_s); },
+            [&](QDialog &ledger) {
+                walker.picture(ledger, u"receivable-ledger"_s);
+                printLedger(walker, ledger, folder.filePath(u"ledger.pdf"_s));
+            });
+    });
+    const std::pair<QString, QString> others[] = {{u"mnuReportInZandaka"_s, u"payable-balances"_s},
+                                                  {u"mnuInMoto"_s, u"payable-ledger"_s},
+                                                  {u"mnuReportTana"_s, u"stocktakes"_s},
+                                                  {u"mnuTanaMoto"_s, u"stock-ledger"_s}};
+    for (const auto &[item, name] : others)
+        walker.visit(name, choose(item), [&, &name = name](QDialog &screen) {
+            QApplication::processEvents();
+            walker.picture(screen, name);
+        });
+}
+
+} // namespace tour
