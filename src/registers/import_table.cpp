@@ -60,12 +60,32 @@ db::Result<ImportTable> tableFrom(const QString &text, QChar separator, QString 
 
 QString asItStands(const QString &cell) { return cell; }
 
+qsizetype fieldsOfFirstRecord(const QString &text, QChar separator)
+{
+    tables::CsvReader reader(text, separator);
+    reader.limitFields(highestColumns);
+    QStringList cells;
+    reader.next(cells);
+    return cells.size();
+}
+
+// Other programs call tables with tabs or semicolons CSV, too; the first record shows it. A semicolon is the
+// weakest sign, as it may be part of a text; a text with a tab stands in quotes.
+QChar separatorOf(const QString &text)
+{
+    const qsizetype byComma = fieldsOfFirstRecord(text, u',');
+    const qsizetype byTab = fieldsOfFirstRecord(text, u'\t');
+    if (byTab > 1 && byTab >= byComma)
+        return u'\t';
+    return byComma <= 1 && fieldsOfFirstRecord(text, u';') > 1 ? u';' : u',';
+}
+
 } // namespace
 
 db::Result<ImportTable> readImportFile(const QString &fileName, const db::Progress &progress)
 {
     const auto text = tables::readTextFile(fileName, highestFileSize);
-    return text ? tableFrom(*text, u',', tables::unguarded, progress) : text.error();
+    return text ? tableFrom(*text, separatorOf(*text), tables::unguarded, progress) : text.error();
 }
 
 db::Result<ImportTable> tableFromClipboard(const QString &text)

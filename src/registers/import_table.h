@@ -23,8 +23,9 @@ struct ImportTable
     [[nodiscard]] const QStringList &firstRow() const { return rows.front().cells; }
 };
 
-/// The table in a CSV file (UTF-8, UTF-16 or the system's Japanese code page; at most 64 MB). Fails for what
-/// is no such table, and for quotes that are never closed, which would swallow the rows that follow.
+/// The table in a CSV file (UTF-8, UTF-16 or the system's Japanese code page; at most 64 MB), its cells
+/// separated by commas, or by tabs or semicolons where the first row is. Fails for what is no such
+/// table, and for quotes that are never closed, which would swallow the rows that follow.
 db::Result<ImportTable> readImportFile(const QString &fileName, const db::Progress &progress);
 
 /// The table that another program put on the clipboard as \a text: cells with tabs between.

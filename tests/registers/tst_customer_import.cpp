@@ -80,6 +80,12 @@ private slots:
         QTest::newRow("UTF-8 with mark") << (u"\ufeff"_s + csv).toUtf8();
         QTest::newRow("UTF-16") << utf16(csv);
         QTest::newRow("Shift-JIS") << *text::toCp932(csv);
+        // What other programs put in place of the comma; a comma in quotes is none.
+        const QString tabs = u"氏名\t\"住所,番地\"\r\n髙橋①\t\"東京都,港区\"\r\n"_s;
+        QTest::newRow("tabs") << *text::toCp932(tabs);
+        QTest::newRow("tabs, UTF-16") << utf16(tabs);
+        QTest::newRow("semicolons") << u"氏名;住所\r\n髙橋①;東京都,港区\r\n"_s.toUtf8();
+        QTest::newRow("commas, others inside") << u"氏名;甲;乙,住所\r\n髙橋①,\"東京都,港区\"\r\n"_s.toUtf8();
     }
     void readsEveryEncoding()
     {
