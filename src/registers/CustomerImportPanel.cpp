@@ -255,8 +255,8 @@ void CustomerImportPanel::importSelected()
     std::sort(selected.begin(), selected.end(),
               [](const ImportCandidate *a, const ImportCandidate *b) { return a->row < b->row; });
     if (selected.empty())
-        ui::prompts::inform(window(), u"取り込む行を選んでください。"_s);
-    else if (ui::prompts::ask(window(), u"選択した行（%1）をインポートします。よろしいですか。"_s.arg(
+        ui::prompts::inform(window(), u"取り込む行を選んで、反転表示にしてください。"_s);
+    else if (ui::prompts::ask(window(), u"反転表示の行（%1）だけをインポートします。よろしいですか。"_s.arg(
                                             rowCount(selected.size()))))
         import(selected);
 }
@@ -295,7 +295,10 @@ void CustomerImportPanel::tellImported(int count)
         return;
     }
     QString said = u"%1の納品先を登録しました。"_s.arg(rowCount(static_cast<std::size_t>(count)));
-    if (const std::size_t left = m_model->candidates().size(); left > 0)
+    using State = ImportCandidate::State;
+    if (const std::size_t waiting = m_model->count(State::Ready); waiting > 0)
+        said += u"\nまだ取り込んでいない行が %1残っています。"_s.arg(rowCount(waiting));
+    if (const std::size_t left = m_model->count(State::Duplicate) + m_model->count(State::Refused); left > 0)
         said += u"\n取り込まなかった行が %1あります。「確認」の欄で理由を確かめてください。"_s.arg(
             rowCount(left));
     ui::prompts::inform(window(), said);

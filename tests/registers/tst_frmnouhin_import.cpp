@@ -153,8 +153,10 @@ private slots:
         r.key(Qt::Key_Space);
         r.key(Qt::Key_Down, Qt::ShiftModifier);
         QCOMPARE(r.model().index(1, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
-        ui::prompts::expectAsk(u"選択した行（2 件）をインポートします。よろしいですか。"_s, true);
-        ui::prompts::expectInform({});
+        ui::prompts::expectAsk(u"反転表示の行（2 件）だけをインポートします。よろしいですか。"_s, true);
+        ui::prompts::expectInform(
+            u"1 件の納品先を登録しました。\nまだ取り込んでいない行が 2 件残っています。\n"
+            "取り込まなかった行が 1 件あります。「確認」の欄で理由を確かめてください。"_s);
         r.press("cmdImportSelected");
         QCOMPARE(r.stored(), u"山田太郎 山田　太郎"_s);
         QCOMPARE(r.column(3), u"佐藤||鈴木"_s);
