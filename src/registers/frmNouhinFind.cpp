@@ -50,6 +50,7 @@ frmNouhinFind::frmNouhinFind(app::Workspace &workspace, QWidget *parent)
 {
     m_ui->setupUi(this);
     m_ui->panel->bind(workspace.connection, rows());
+    m_ui->panel->connectPostalCodes(workspace);
     setUpList();
     connect(m_ui->searchBar, &CustomerSearchBar::searchStarted, this, &frmNouhinFind::search);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmNouhinFind::save);

@@ -225,6 +225,26 @@ private slots:
         QCOMPARE(s.stored(u"納品先名1"_s, 2), u"鈴木花子"_s);
     }
 
+    // This screen needs the postal code. Without data files the lookup's window comes up.
+    void looksThePostalCodeUp()
+    {
+        Search s;
+        s.findAll();
+        s.goTo(1);
+        auto *lookUp = s.the<QWidget>("panel").findChild<QPushButton *>(u"Command3"_s);
+        ui::prompts::expectInform({});
+        ui::prompts::expectInform({});
+        inModalScreen([&] { lookUp->click(); },
+                      [](ScreenDriver &window) {
+                          QCOMPARE(window.box("Text2").text(), u"大阪府"_s);
+                          QCoreApplication::processEvents(); // its first search
+                          window.type("Text1", u"530-0001"_s);
+                      });
+        QCOMPARE(s.box("txtZip").text(), u"530-0001"_s);
+        s.press("Command3");
+        QCOMPARE(s.stored(u"郵便番号"_s, 2), u"530-0001"_s);
+    }
+
     void searchingSavesWhatWasTyped()
     {
         Search s;
