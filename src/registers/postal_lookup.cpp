@@ -36,6 +36,8 @@ const PostalIndex &groupsOf(const PostalData &data)
     return data.index ? *data.index : none;
 }
 
+QString withoutBlanks(QStringView text) { return text.toString().remove(u' ').remove(u'　'); }
+
 // The areas of one group after the other, as long as the search goes on.
 class GroupSearch
 {
@@ -49,6 +51,8 @@ public:
     db::Status run(const QString &text);
 
     PostalFinds finds;
+    /// Up to where in the text the area of the code reaches, in characters, blanks aside.
+    qsizetype reach = 0;
 
 private:
     [[nodiscard]] bool isOver() const { return finds.stopped || !finds.lines.isEmpty(); }
@@ -92,8 +96,10 @@ void GroupSearch::compare(const PostalRecord &record, QStringView text)
     const auto code = record.code();
     if (!code)
         return;
-    if (named)
+    if (named) {
         finds.code = *code;
+        reach = withoutBlanks(text.first(text.indexOf(address) + address.size())).size();
+    }
     finds.lines += *code + u"  "_s + *field;
 }
 
@@ -201,16 +207,15 @@ QString postalCodeOf(const PostalData &data, const QString &address)
 {
     const QString text = postalSearchText(address);
     const db::Progress unwatched = db::unwatched;
-    GroupSearch search(data, unwatched);
-    if (!search.run(text))
+    GroupSearch typed(data, unwatched);
+    if (!typed.run(text))
         return {};
-    if (!search.finds.code.isEmpty())
-        return search.finds.code;
-    // The table's addresses hold no blanks; typed ones may, between their parts.
-    QString compact = text;
-    compact.remove(u' ').remove(u'　');
-    GroupSearch again(data, unwatched);
-    return compact != text && again.run(compact) ? again.finds.code : QString();
+    // Few of the table's addresses hold blanks; typed ones may, between their parts. As it is typed such an
+    // address often names no more than its city.
+    const QString compact = withoutBlanks(text);
+    GroupSearch joined(data, unwatched);
+    const bool reachesFurther = compact != text && joined.run(compact) && joined.reach > typed.reach;
+    return reachesFurther ? joined.finds.code : typed.finds.code;
 }
 
 db::Result<PostalFinds> searchAreas(const PostalData &data, const QString &text, const db::Progress &progress)

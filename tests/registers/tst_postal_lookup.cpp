@@ -24,7 +24,9 @@ const QList<PostalFiles::Group> groups = {
       {"3800824", u"長野県長野市南千歳町"_s},
       {"3800825", u"長野県長野市末広町 （旧町名）"_s},
       {"3800826", u"長野県長野市能登町"_s},
-      {"3800827", u"長野県長野市能登町"_s}}},
+      {"3800827", u"長野県長野市能登町"_s},
+      {"3800928", u"長野県長野市若里"_s},
+      {"3800828", u"長野県長野市若里　２階"_s}}},
     {u"上田市"_s, u""_s, {{"3860000", u"上田市 長野県"_s}, {"3860012", u"上田市中央 長野県"_s}}},
 };
 
@@ -58,6 +60,8 @@ private slots:
         row("another way of writing a city", u"上田市中央1-2", u"386-0012");
         row("a city's beginning alone", u"長野市南千歳町1", u"");
         row("blanks between", u"長野県　長野市 南千歳1", u"380-0823");
+        row("a blank after the city", u"長野県長野市　南千歳1", u"380-0823");
+        row("a blank that the area has", u"長野県長野市若里　２階", u"380-0828");
         row("a town alone", u"南千歳", u"");
         row("another prefecture", u"岐阜県長野町1", u"");
         row("empty", u"", u"");
@@ -82,7 +86,8 @@ private slots:
             << u"伊達市"_s << QString() << u"052-0000 052-0024"_s;
         QTest::newRow("shortened") << u"長野市南千歳町1番地"_s << QString() << u"380-0824"_s;
         QTest::newRow("shortened to the city")
-            << u"長野市不明"_s << QString() << u"380-0000 380-0823 380-0824 380-0825 380-0826 380-0827"_s;
+            << u"長野市不明"_s << QString()
+            << u"380-0000 380-0823 380-0824 380-0825 380-0826 380-0827 380-0928 380-0828"_s;
         QTest::newRow("fallback, part of an entry") << u"霞が関"_s << QString() << u"100-0013"_s;
         QTest::newRow("fallback, whole entries")
             << u"100-0001 千代田 と 100-0002 皇居外苑"_s << u"100-0002"_s << u"100-0001 100-0002"_s;
