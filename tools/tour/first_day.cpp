@@ -196,13 +196,14 @@ void FirstDay::registerCustomers()
     m_walker.check(value(u"SELECT count(*) FROM 納品先"_s) == "20"_L1, u"there are not 20 customers"_s);
 }
 
-// A table from a spreadsheet program, with a customer who is there already and a row without a name.
+// A table from a spreadsheet program, with a new customer, one who is there already, a row without a name and
+// one of an unknown category.
 void FirstDay::lookAtImport(QDialog &screen)
 {
     QGuiApplication::clipboard()->setText(
         u"氏名\tフリガナ\t〒\t住所\t電話番号\t区分\t備考\n"
         "株式会社みどり園\tミドリエン\t1050011\t東京都港区芝公園４丁目２番８号\t０３－５５５５－０１２３\t一"
-        "般\t\n"
+        "般のお客様\t\n"
         "山田　太郎\tヤマダタロウ\t\t\t03-1234-5678\t一般のお客様\tカタログ希望\n"
         "\t\t5300001\t大阪府大阪市北区梅田１丁目\t06-5555-0199\t一般のお客様\t\n"
         "小川商店\tオガワショウテン\t9800014\t宮城県仙台市青葉区本町３丁目\t022-555-0144\t特別\t\n"_s);
