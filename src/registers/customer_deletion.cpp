@@ -1,6 +1,7 @@
 #include "registers/customer_deletion.h"
 
 #include "db/connection.h"
+#include "db/keys.h"
 #include "db/transaction.h"
 #include "registers/slip_letters.h"
 
@@ -44,6 +45,19 @@ db::Result<QHash<qint64, int>> slipsOfCustomers(db::Connection &connection)
     for (const qint64 customer : *found)
         ++slips[customer];
     return slips;
+}
+
+db::Result<SlipsLeft> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id)
+{
+    const IsCustomerSlip condition = isCustomerSlip();
+    const QString isOfTable = (table == u"納品先"_s ? QString() : u"NOT "_s) + condition.sql;
+    const auto count =
+        connection.keys(u"SELECT COUNT(*) FROM 入出庫マスター WHERE 相手先ID = ? AND "_s + isOfTable,
+                        QVariantList{id} + condition.patterns);
+    if (!count)
+        return count.error();
+    const auto next = db::nextKey(connection, table);
+    return SlipsLeft{static_cast<int>(count->front()), next && *next == id + 1};
 }
 
 db::Result<int> deleteCustomers(db::Connection &connection, const std::vector<qint64> &ids,

@@ -11,13 +11,24 @@ namespace db
 class Connection;
 }
 
-// Deleting many customers at once.
+// What becomes of slips when their customers or suppliers are deleted; deleting many customers at once.
 namespace registers
 {
 
 /// How many slips each customer has, by 納品先ID; customers without slips are left out. Shipments refer to
 /// customers by name only and do not count.
 db::Result<QHash<qint64, int>> slipsOfCustomers(db::Connection &connection);
+
+/// The slips that stay behind when a customer or supplier is deleted.
+struct SlipsLeft
+{
+    int count = 0;
+    /// The key is the highest of its table, so the next new row gets it, and these slips with it.
+    bool keyIsNext = false;
+};
+
+/// What the row \a id of \a table ("納品先" or "仕入先") would leave behind.
+db::Result<SlipsLeft> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id);
 
 /// What becomes of a customer that has slips. The slips stay in any case.
 enum class WithSlips { Keep, Delete };

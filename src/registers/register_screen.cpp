@@ -1,6 +1,7 @@
 #include "registers/register_screen.h"
 
 #include "app/workspace.h"
+#include "registers/customer_deletion.h"
 #include "text/numbers.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
@@ -106,10 +107,26 @@ void RegisterScreen::cancelEntry()
 
 void RegisterScreen::removeRow()
 {
-    if (m_rows.isEmpty() || !ui::prompts::ask(this, ui::messages::deleteQuestion()))
+    if (m_rows.isEmpty() || !ui::prompts::ask(this, ui::messages::deleteQuestion(),
+                                              QString::fromUtf16(ui::prompts::question), removalRemark()))
         return;
     if (tell(m_rows.remove()))
         setMode(Mode::Browsing);
+}
+
+// Nothing is said of a row that has no slips, or whose slips cannot be counted; the deleting tells why.
+QString RegisterScreen::removalRemark() const
+{
+    const auto left = slipsLeftBy(workspace().connection, m_rows.table(), m_rows.currentKey());
+    if (!left || left->count == 0)
+        return {};
+    QString remark =
+        u"この%1には伝票が %2 件あります。伝票は残りますが、%1の名前は分からなくなります。"_s.arg(
+            m_rows.table(), text::formatAmount(left->count));
+    if (left->keyIsNext)
+        remark += u"\n次に新規登録する%1は同じ番号になり、残った伝票はその%1のものになります。"_s.arg(
+            m_rows.table());
+    return remark;
 }
 
 std::optional<RegisterScreen::Failure> RegisterScreen::trySave()

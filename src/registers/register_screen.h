@@ -96,6 +96,7 @@ private:
     bool leaveEntry();
     bool leaveBrowsing();
     void tellFailure();
+    [[nodiscard]] QString removalRemark() const;
     void setMode(Mode mode);
 
     db::Recordset m_rows;

@@ -19,6 +19,7 @@ struct Expected
     Kind kind;
     QString text;
     int answer;
+    QString remark = {};
 };
 
 struct Script
@@ -36,12 +37,13 @@ Script &script()
 }
 
 // \return the scripted answer; for a box that nobody expected the harmless one
-int scripted(Kind kind, const QString &text, int harmless)
+int scripted(Kind kind, const QString &text, int harmless, const QString &remark = {})
 {
     Script &s = script();
     if (s.expected.isEmpty() || s.expected.head().kind != kind ||
-        (!s.expected.head().text.isEmpty() && s.expected.head().text != text)) {
-        s.unexpected << u"unexpected box: "_s + text;
+        (!s.expected.head().text.isEmpty() &&
+         (s.expected.head().text != text || s.expected.head().remark != remark))) {
+        s.unexpected << u"unexpected box: "_s + text + remark;
         return harmless;
     }
     return s.expected.dequeue().answer;
@@ -63,9 +65,11 @@ QMessageBox::Icon iconOf(Icon icon)
 }
 
 QMessageBox::StandardButton show(QWidget *parent, const QString &text, const QString &title, Icon icon,
-                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset)
+                                 QMessageBox::StandardButtons buttons, QMessageBox::StandardButton preset,
+                                 const QString &remark = {})
 {
     QMessageBox box(iconOf(icon), title, text, buttons, parent);
+    box.setInformativeText(remark);
     // Names and file names stand in the texts; they are shown as they are.
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(preset);
@@ -82,12 +86,12 @@ void inform(QWidget *parent, const QString &text, const QString &title, Icon ico
         show(parent, text, title, icon, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool ask(QWidget *parent, const QString &text, const QString &title)
+bool ask(QWidget *parent, const QString &text, const QString &title, const QString &remark)
 {
     if (script().running)
-        return scripted(Kind::Ask, text, 0) != 0;
-    return show(parent, text, title, Icon::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes) ==
-           QMessageBox::Yes;
+        return scripted(Kind::Ask, text, 0, remark) != 0;
+    return show(parent, text, title, Icon::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
+                remark) == QMessageBox::Yes;
 }
 
 Choice askToSave(QWidget *parent, const QString &text, const QString &title)
@@ -109,7 +113,10 @@ void beginScript() { script().running = true; }
 
 void expectInform(const QString &text) { script().expected.enqueue({Kind::Inform, text, 0}); }
 
-void expectAsk(const QString &text, bool yes) { script().expected.enqueue({Kind::Ask, text, yes ? 1 : 0}); }
+void expectAsk(const QString &text, bool yes, const QString &remark)
+{
+    script().expected.enqueue({Kind::Ask, text, yes ? 1 : 0, remark});
+}
 
 void expectAskToSave(const QString &text, Choice choice)
 {

@@ -20,8 +20,10 @@ inline constexpr const char16_t *errorCheck = u"Error check";
 void inform(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(information),
             Icon icon = Icon::Information);
 
-/// Asks \a text with Yes and No. \return true for Yes
-bool ask(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(question));
+/// Asks \a text with Yes and No. \a remark stands below the question, in a paragraph of its own.
+/// \return true for Yes
+bool ask(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(question),
+         const QString &remark = {});
 
 enum class Choice { Save, Discard, Cancel };
 
@@ -34,7 +36,7 @@ Choice askToSave(QWidget *parent, const QString &text, const QString &title = QS
 void beginScript();
 /// Expects a box with \a text (compared whole) next; \a yes answers a question. An empty text fits any box.
 void expectInform(const QString &text);
-void expectAsk(const QString &text, bool yes);
+void expectAsk(const QString &text, bool yes, const QString &remark = {});
 void expectAskToSave(const QString &text, Choice choice);
 /// What did not go by the script since the last call: boxes nobody expected, and expected ones that never
 /// came. Empty when all went as scripted. Clears the script.
