@@ -28,11 +28,13 @@ Status createDatabase(const QString &fileName)
         sqlite3_open_v2(utf8.constData(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     if (code == SQLITE_OK)
         code = sqlite3_exec(handle, statements.constData(), nullptr, nullptr, nullptr);
-    const Status created = code == SQLITE_OK ? Status() : Status(errorFrom(handle));
+    Status created = code == SQLITE_OK ? Status() : Status(errorFrom(handle));
     sqlite3_close(handle);
+    if (created)
+        created = flushFile(fileName);
     if (!created)
         QFile::remove(fileName);
-    return created ? flushFile(fileName) : created;
+    return created;
 }
 
 } // namespace db
