@@ -1,14 +1,13 @@
+#include "app/shop_window.h"
+
 #include "app/backups.h"
-#include "app/frmAMain.h"
 #include "app/table_emptying.h"
 #include "db/backup.h"
 #include "db/create.h"
 #include "db/schema.h"
-#include "support/fresh_shop.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
@@ -45,65 +44,6 @@ void write(const QString &fileName, const QByteArray &content)
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write %s", qPrintable(fileName));
 }
-
-// A shop with some rows, opened in the real main window.
-struct Stage
-{
-    Stage()
-    {
-        fill(shop);
-        shop.connection.close();
-        if (!db::createDatabase(shop.path(u"Kanbalore.cdb"_s)))
-            qFatal("no initial file");
-        file = shop.path(u"shop.cdb"_s);
-    }
-
-    static void fill(FreshShop &shop)
-    {
-        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '山田')"_s);
-        shop.run(u"INSERT INTO 発送区分 VALUES (1, '常温')"_s);
-        shop.run(u"BEGIN"_s);
-        for (int i = 1; i <= 300; ++i) {
-            shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 区分ID) VALUES (?, ?, 1)"_s,
-                     {i, u"顧客%1"_s.arg(i)});
-            shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (?, ?)"_s, {i, u"O%1"_s.arg(i)});
-            shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (?, 'りんご', 100)"_s, {i});
-        }
-        shop.run(u"COMMIT"_s);
-    }
-
-    void load()
-    {
-        window = std::make_unique<frmAMain>(shop.workspace, screenOpeners());
-        window->load(u'"' + file + u'"');
-        window->show();
-    }
-    void click(const char *name)
-    {
-        auto *button = find<QPushButton>(name);
-        if (!button->isEnabled())
-            qFatal("%s is disabled", name);
-        button->click();
-    }
-    void choose(const char *name) { find<QAction>(name)->trigger(); }
-    template <class Widget>
-    Widget *find(const char *name)
-    {
-        auto *found = window->findChild<Widget *>(QLatin1StringView(name));
-        if (!found)
-            qFatal("no %s", name);
-        return found;
-    }
-    QStringList files(const QString &pattern) const
-    {
-        return QDir(shop.folder.path()).entryList({pattern}, QDir::Files, QDir::Name);
-    }
-    int customers() { return shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(); }
-
-    FreshShop shop;
-    QString file;
-    std::unique_ptr<frmAMain> window;
-};
 
 // Does \a work in the next modal screen and closes it.
 void inNextScreen(const std::function<void(QDialog &)> &work)

@@ -3,10 +3,11 @@
 // KANBALORE_DAMAGED_FILES: how many; KANBALORE_SEED: which ones.
 #include "db/connection.h"
 #include "db/conversion.h"
+#include "support/damage.h"
+#include "support/numbers.h"
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -16,7 +17,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr qsizetype pageSize = 4096;
 constexpr int silence = 2'000; // ms
 
 QByteArray contentOf(const QString &fileName)
@@ -31,67 +31,12 @@ bool write(const QString &fileName, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
 }
 
-int numberFrom(const char *variable, int otherwise)
-{
-    bool isNumber = false;
-    const int number = qEnvironmentVariableIntValue(variable, &isNumber);
-    return isNumber ? number : otherwise;
-}
-
 // The sentence without its table and its numbers.
 QString sortOf(QString sentence)
 {
     static const QRegularExpression particulars(uR"([^(]+: 本来 \d+ 行のところ \d+ 行)"_s);
     return sentence.replace(particulars, u"行数"_s);
 }
-
-class Damage
-{
-public:
-    explicit Damage(quint32 seed)
-        : m_random(seed)
-    {}
-
-    QByteArray to(QByteArray file)
-    {
-        switch (below(8)) {
-        case 0:
-            return file.first(below(file.size()));
-        case 1:
-            return file.first(below(file.size() / pageSize) * pageSize);
-        case 2:
-            return overwrite(file, page(file), pageSize, [](qsizetype) { return '\0'; });
-        case 3:
-            return file.replace(page(file), pageSize, QByteArray(file.mid(page(file), pageSize)));
-        case 4: // a structure's numbers stand at the beginning of its page
-            return overwrite(file, page(file) + below(128), 4, [](qsizetype) { return '\xff'; });
-        case 5:
-            return overwrite(file, page(file) + below(256), 1 + below(16),
-                             [this](qsizetype) { return byte(); });
-        default:
-            for (qsizetype flips = 1 + below(64); flips > 0; --flips) {
-                const qsizetype at = below(2) ? below(file.size()) : page(file) + below(512);
-                file[at] = static_cast<char>(file.at(at) ^ (1 << below(8)));
-            }
-            return file;
-        }
-    }
-
-private:
-    qsizetype below(qsizetype bound) { return m_random.bounded(static_cast<quint32>(bound)); }
-    qsizetype page(const QByteArray &file) { return below(file.size() / pageSize) * pageSize; }
-    char byte() { return static_cast<char>(below(256)); }
-
-    template <class Byte>
-    QByteArray overwrite(QByteArray file, qsizetype from, qsizetype size, Byte byte)
-    {
-        for (qsizetype i = from; i < std::min(from + size, file.size()); ++i)
-            file[i] = byte(i);
-        return file;
-    }
-
-    QRandomGenerator m_random;
-};
 
 } // namespace
 

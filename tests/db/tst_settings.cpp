@@ -70,7 +70,7 @@ void TestSettings::textsComeBackAsTheyWere()
     for (const QString &text : texts) {
         shop.settings.write(keys::denNo, text);
         QVERIFY(shop.settings.flush());
-        const Settings again(shop.path(u"settings.ini"_s));
+        const Settings again(shop.settingsFolder.filePath(u"settings.ini"_s));
         QCOMPARE(again.text(keys::denNo), text);
     }
 }

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 FreshShop::FreshShop()
     : now(QDate(2026, 4, 1), QTime(10, 0))
-    , settings(folder.filePath(u"settings.ini"_s))
+    , settings(settingsFolder.filePath(u"settings.ini"_s))
     , workspace(connection, settings, folder.path(), [this] { return now; })
 {
     if (const auto created = db::createDatabase(path(u"shop.cdb"_s)); !created)

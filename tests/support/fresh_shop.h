@@ -23,6 +23,7 @@ public:
     QStringList rows(const QString &sql, const QVariantList &values = {});
 
     QTemporaryDir folder;
+    QTemporaryDir settingsFolder;
     QDateTime now;
     db::Connection connection;
     app::Settings settings;
