@@ -140,17 +140,24 @@ Status Conversion::assignTables()
     for (const Table &table : tables()) {
         m_summary.tables.push_back({table.name, 0, 0});
         const auto found = foundIn(names, table.name);
-        if (!found) {
+        if (!found && !foundIn(m_reader.linked(), table.name)) {
             m_notes.add(u"以前のファイルにないテーブル「"_s + table.name + u"」"_s);
-            continue;
         }
+        if (!found)
+            continue;
         m_tableOf[*found] = &table;
         any = true;
     }
+    for (const QString &name : m_reader.linked())
+        m_losses.add(u"別のファイルへのリンクで、データがこのファイルにないテーブル「"_s + name + u"」"_s);
     m_total = std::accumulate(old.begin(), old.end(), qint64(0),
                               [](qint64 sum, const OldTable &table) { return sum + table.rows; });
-    return any ? Status()
-               : Error{u"このプログラムのテーブルが一つもないファイルのため、変換できませんでした。"_s};
+    if (any)
+        return {};
+    if (!m_reader.linked().isEmpty())
+        return Error{u"データが別のファイルにあるため、変換できませんでした。"
+                     "データのあるファイルを選んでください。"_s};
+    return Error{u"このプログラムのテーブルが一つもないファイルのため、変換できませんでした。"_s};
 }
 
 Status Conversion::readTables()

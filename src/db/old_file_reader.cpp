@@ -201,9 +201,9 @@ Status OldFileReader::open(const QString &fileName, const std::function<bool()> 
         if (!frame)
             return frame.error();
         m_ahead = *frame;
-        if (*frame != Frame::Table)
+        if (*frame != Frame::Table && *frame != Frame::Linked)
             break;
-        if (!takeTable())
+        if (!(*frame == Frame::Table ? takeTable() : takeLink()))
             return oldFileDamaged(u"テーブルの一覧"_s);
     }
     m_hasAhead = true;
@@ -291,6 +291,7 @@ Result<OldFileReader::Step> OldFileReader::next()
             break;
         return Step::Finished;
     case Frame::Table:
+    case Frame::Linked:
     case Frame::Damaged:
         break;
     }
@@ -307,6 +308,13 @@ bool OldFileReader::takeTable()
     for (int i = 0; i < columns && content.isWhole(); ++i)
         table.columns << content.name();
     m_tables.push_back(table);
+    return content.isAtEnd();
+}
+
+bool OldFileReader::takeLink()
+{
+    Content content(m_content);
+    m_linked << content.name();
     return content.isAtEnd();
 }
 

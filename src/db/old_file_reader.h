@@ -47,6 +47,9 @@ public:
 
     [[nodiscard]] const std::vector<OldTable> &tables() const { return m_tables; }
 
+    /// The names of tables that the file has as links alone: their rows lie in other files.
+    [[nodiscard]] const QStringList &linked() const { return m_linked; }
+
     /// Goes one step ahead through the tables and rows.
     Result<Step> next();
 
@@ -59,6 +62,7 @@ private:
     Status fill(qsizetype size);
     Result<old_reader::Frame> nextFrame();
     bool takeTable();
+    bool takeLink();
     bool takeRow();
 
     QString m_program;
@@ -73,6 +77,7 @@ private:
     bool m_hasAhead = false;
     old_reader::Frame m_ahead{}; // the frame that ended the list of tables, read but not yet returned
     std::vector<OldTable> m_tables;
+    QStringList m_linked;
     std::size_t m_table = 0;
     bool m_inTable = false;
     std::vector<OldCell> m_row;

@@ -148,6 +148,7 @@ private slots:
     void longTexts();
     void duplicateKeys();
     void unknownAndMissing();
+    void linkedTable();
     void values_data();
     void values();
 };
@@ -419,6 +420,24 @@ void TestConversion::unknownAndMissing()
     QVERIFY(converted->text().contains(u"発送マスタ２\t225\t0\n"_s));
     QCOMPARE(bench.rows(u"SELECT 納品先名キー FROM 納品先 WHERE 納品先ID = 1"_s),
              QStringList{u"鈴木　太郎"_s});
+}
+
+// A part of the shop's data may lie in a second file.
+void TestConversion::linkedTable()
+{
+    constexpr int typeAt = 10; // in a row of the list of tables, whose definition is page 2
+    JetFile file(contentOf(legacyFile));
+    for (const JetFile::Slot &slot : file.rows(2)) {
+        if (file.row(slot).contains(JetFile::utf16(u"発送マスター"_s)))
+            file.put16(file.start(slot) + typeAt, 6);
+    }
+    Bench bench(file.bytes);
+    const auto converted = bench.convert();
+    QVERIFY2(bool(converted), qPrintable(converted ? QString() : converted.error().text));
+    QVERIFY(!converted->isComplete());
+    QCOMPARE(converted->losses,
+             QStringList{u"別のファイルへのリンクで、データがこのファイルにないテーブル「発送マスター」"_s});
+    QCOMPARE(converted->notes, QStringList());
 }
 
 void TestConversion::values_data()

@@ -12,6 +12,7 @@ inline constexpr char programName[] = "kanbalore-old-file-reader";
 
 enum class Frame : std::uint8_t {
     Table = 'T',    ///< rows its head declares (u32), number of columns (u16), name, names of the columns
+    Linked = 'L',   ///< name of a table whose rows lie in another file; among the Table frames
     Begin = 'B',    ///< index of the table whose rows follow (u32), in the order of the Table frames
     Row = 'R',      ///< a cell for each column
     End = 'E',      ///< that was the last row of the table

@@ -49,11 +49,21 @@ void writeTable(FrameWriter &out, const MdbTableDef &table)
     out.end();
 }
 
+// The rows lie in another file, which the earlier program may have shared; this one has a name alone.
+void writeLink(FrameWriter &out, const MdbCatalogEntry &entry)
+{
+    out.begin(Frame::Linked);
+    out.text(entry.object_name);
+    out.end();
+}
+
 std::vector<MdbTableDef *> tablesOf(MdbHandle &file, FrameWriter &out)
 {
     std::vector<MdbTableDef *> tables;
     for (guint i = 0; i < file.catalog->len; ++i) {
         auto *entry = static_cast<MdbCatalogEntry *>(g_ptr_array_index(file.catalog, i));
+        if (entry->object_type == MDB_LINKED_TABLE && !isDeleted(*entry))
+            writeLink(out, *entry);
         if (!mdb_is_user_table(entry) || isDeleted(*entry))
             continue;
         MdbTableDef *table = mdb_read_table(entry);
