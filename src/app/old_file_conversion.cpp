@@ -1,6 +1,7 @@
 #include "app/old_file_conversion.h"
 
 #include "registers/customer.h"
+#include "registers/supplier.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -15,19 +16,31 @@ namespace app
 namespace
 {
 
-// A customer without a search key would never be found again; the two numbers are those of a new customer.
+constexpr qsizetype shipmentKeyLength = 16; // characters
+
+QString shipmentKey(const QString &name1, const QString &name2)
+{
+    return (name1 + name2).left(shipmentKeyLength).trimmed();
+}
+
+// A row without its search key would never be found again; the two numbers are those of a new customer.
 QVariant valueOfMissing(const QString &table, const QString &column,
                         const std::function<QVariant(const QString &)> &valueOf)
 {
-    if (table != "納品先"_L1)
-        return {};
-    if (column == "消費税区分"_L1 || column == "元帳出力"_L1)
+    if (table == "納品先"_L1 && (column == "消費税区分"_L1 || column == "元帳出力"_L1))
         return qint64(0);
-    if (column != "納品先名キー"_L1)
-        return {};
     const auto text = [&valueOf](const QString &name) { return valueOf(name).toString(); };
-    return registers::customerKey(text(u"納品先名1"_s), text(u"納品先名2"_s), text(u"コード"_s),
-                                  text(u"TEL1"_s), text(u"フリガナ"_s));
+    if (column == "納品先名キー"_L1)
+        return registers::customerKey(text(u"納品先名1"_s), text(u"納品先名2"_s), text(u"コード"_s),
+                                      text(u"TEL1"_s), text(u"フリガナ"_s));
+    if (column == "仕入先名キー"_L1)
+        return registers::supplierKey(text(u"仕入先名1"_s), text(u"仕入先名2"_s), text(u"コード"_s),
+                                      text(u"TEL1"_s));
+    if (column == "依頼主名キー"_L1)
+        return shipmentKey(text(u"依頼主名1"_s), text(u"依頼主名2"_s));
+    if (column == "届先名キー"_L1)
+        return shipmentKey(text(u"届先名1"_s), text(u"届先名2"_s));
+    return {};
 }
 
 } // namespace
