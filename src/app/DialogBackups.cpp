@@ -62,7 +62,7 @@ void DialogBackups::fill()
             number(u"%1 KB"_s.arg(locale.toString((backup.size + 1023) / 1024))),
             count(backup.customers),
             count(backup.slips),
-            new QStandardItem(backup.isSound ? u"正常"_s : u"破損"_s),
+            new QStandardItem(backup.finding),
         };
         for (QStandardItem *item : row)
             item->setEnabled(backup.isSound);

@@ -2,6 +2,7 @@
 
 #include "app/database_files.h"
 #include "app/workspace.h"
+#include "app/workspace_targets.h"
 #include "db/backup.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
@@ -77,7 +78,7 @@ QString DialogCompile::askForTarget()
                                                       u"cdb"_s, QFileInfo(m_source).absolutePath());
     if (chosen.isEmpty())
         return {};
-    if (!isPossibleTarget(chosen, m_source, workspace().applicationFolder())) {
+    if (!isPossibleTarget(workspace(), chosen, m_source)) {
         ui::prompts::inform(this, u"ファイル名が不正です。"_s);
         return {};
     }

@@ -2,6 +2,7 @@
 
 #include "app/workspace.h"
 #include "db/backup.h"
+#include "db/old_file.h"
 #include "db/schema.h"
 #include "registers/postal_origin.h"
 
@@ -31,6 +32,10 @@ ApplicationFolder filled(const QString &folder, const FolderPlaces &places)
         return {folder, u"フォルダ「"_s + folder + u"」を作成できませんでした。"_s};
     const QString source = holdsInitialFile(places.executable) ? places.executable : places.installed;
     const QStringList files = deliveredFiles();
+    // The earlier program's own initial file is no use here, but may hold someone's data.
+    const QString initial = joinPath(folder, QString::fromUtf16(db::initialFileName));
+    if (const db::Status aside = db::putOldFileAside(initial); !aside)
+        return {folder, aside.error().text};
     for (const QString &name : files) {
         const QString from = joinPath(source, name);
         const QString to = joinPath(folder, name);

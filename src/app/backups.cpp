@@ -6,6 +6,7 @@
 #include "db/connection.h"
 #include "db/file_header.h"
 #include "db/file_repair.h"
+#include "db/old_file.h"
 #include "db/schema.h"
 
 #include <QCryptographicHash>
@@ -58,7 +59,7 @@ void removeOld(const QDir &folder, const QString &prefix)
 Backup described(const QString &fileName, const QString &database)
 {
     const QFileInfo info(fileName);
-    return {fileName, database, info.lastModified(), info.size()};
+    return {fileName, database, info.lastModified(), info.size(), false, u"破損"_s};
 }
 
 std::vector<Backup> foundBackups(const QString &applicationFolder)
@@ -81,8 +82,13 @@ std::vector<Backup> foundBackups(const QString &applicationFolder)
 // A damaged one is no failure: it is listed as such.
 db::Status look(Backup &backup, const db::Progress &progress)
 {
-    if (!db::checkHeader(backup.fileName))
+    if (!db::checkHeader(backup.fileName)) {
+        if (db::oldFormatOf(backup.fileName) != db::OldFormat::None)
+            backup.finding = u"以前の形式"_s;
+        else if (db::storedVersion(backup.fileName) > db::schemaVersion)
+            backup.finding = u"新しい版"_s;
         return {};
+    }
     db::PlainHandle file;
     if (!file.open(backup.fileName))
         return {};
@@ -93,6 +99,7 @@ db::Status look(Backup &backup, const db::Progress &progress)
     const auto slips = file.number("SELECT count(*) FROM 入出庫マスター");
     backup.isSound = *faults == 0 && customers && slips;
     if (backup.isSound) {
+        backup.finding = u"正常"_s;
         backup.customers = *customers;
         backup.slips = *slips;
     }
@@ -141,10 +148,13 @@ db::Status restoreBackup(const QString &from, const QString &target, const QStri
                          const db::Progress &progress)
 {
     if (QFileInfo::exists(target)) {
-        if (const db::Status copied = db::copyFile(target, kept); !copied)
+        if (const db::Status copied = db::copyFile(target, kept, progress); !copied)
             return copied;
     }
-    return db::copyDatabase(from, target, progress);
+    const db::Status restored = db::copyDatabase(from, target, progress);
+    if (!restored)
+        QFile::remove(kept); // what it is a copy of is still there
+    return restored;
 }
 
 } // namespace app

@@ -32,6 +32,7 @@ struct Backup
     QDateTime written;
     qint64 size = 0; // bytes
     bool isSound = false;
+    QString finding;      // "正常", or what keeps it from being opened
     qint64 customers = 0; // of a sound one
     qint64 slips = 0;
 };

@@ -5,6 +5,7 @@
 #include "app/workspace.h"
 #include "db/backup.h"
 #include "db/connection.h"
+#include "db/old_file.h"
 #include "db/schema.h"
 
 #include <QDir>
@@ -54,13 +55,6 @@ bool isBackupFile(const QString &fileName, const QString &applicationFolder)
 
 QString databaseFileFilters() { return u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s; }
 
-bool isPossibleTarget(const QString &chosen, const QString &current, const QString &applicationFolder)
-{
-    const QFileInfo info(chosen);
-    return !isInitialFile(chosen, applicationFolder) && !isSameFile(chosen, current) && !info.isDir() &&
-           QFileInfo(info.absolutePath()).isDir();
-}
-
 QString compactNameFor(const QString &fileName, const QString &applicationFolder)
 {
     const QFileInfo real(QFileInfo(fileName).canonicalFilePath());
@@ -80,13 +74,15 @@ db::Status makeFromInitialFile(const QString &target, const QString &application
     return replaced;
 }
 
-db::Status backUpAtExit(db::Connection &connection, const QString &fileName, const QString &applicationFolder)
+db::Status backUpAtExit(db::Connection &connection, const QString &fileName, const QString &applicationFolder,
+                        const db::Progress &progress)
 {
-    if (isBackupFile(fileName, applicationFolder))
+    if (isBackupFile(fileName, applicationFolder) || !connection.isOpen())
         return {};
-    if (!connection.isOpen())
-        return {};
-    return db::copyDatabase(connection, backupFileIn(applicationFolder));
+    const QString backup = backupFileIn(applicationFolder);
+    if (const db::Status aside = db::putOldFileAside(backup); !aside)
+        return aside;
+    return db::copyDatabase(connection, backup, progress);
 }
 
 } // namespace app

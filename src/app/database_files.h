@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "db/progress.h"
 #include "db/same_file.h"
 
 #include <QString>
@@ -28,10 +28,6 @@ bool isBackupFile(const QString &fileName, const QString &applicationFolder);
 /// "すべてのファイル (*.*)" and "cdb ﾌｧｲﾙ (*.cdb)", as the file dialogs take them.
 QString databaseFileFilters();
 
-/// Whether \a chosen can become a new database file while \a current is worked in: neither the initial file
-/// nor the current one, and in a folder that exists.
-bool isPossibleTarget(const QString &chosen, const QString &current, const QString &applicationFolder);
-
 /// Where the compaction of \a fileName builds the new file: CompactFileName.cdb in the application folder, or
 /// beside \a fileName when that lies on another volume, so that it takes its place by one renaming.
 QString compactNameFor(const QString &fileName, const QString &applicationFolder);
@@ -41,8 +37,9 @@ db::Status makeFromInitialFile(const QString &target, const QString &application
 
 /// The copy at exit: \a fileName, the file of \a connection, to the backup file. Nothing is done when it is
 /// the backup file itself, or when nothing is open: a file that was refused must not take the place of a good
-/// backup, and why it was refused has been told. After a failure the old backup is still there.
-db::Status backUpAtExit(db::Connection &connection, const QString &fileName,
-                        const QString &applicationFolder);
+/// backup, and why it was refused has been told. After a failure the old backup is still there. A backup of
+/// the earlier program is kept beside it.
+db::Status backUpAtExit(db::Connection &connection, const QString &fileName, const QString &applicationFolder,
+                        const db::Progress &progress = db::unwatched);
 
 } // namespace app

@@ -5,6 +5,7 @@
 #include "app/old_file_opening.h"
 #include "app/settings.h"
 #include "app/workspace.h"
+#include "app/workspace_targets.h"
 #include "db/backup.h"
 #include "db/connection.h"
 #include "db/migrations.h"
@@ -125,9 +126,8 @@ QString DatabaseSession::askForTarget(const QString &title)
         ui::file_dialogs::saveFile(&m_window, title, databaseFileFilters(), u"cdb"_s, proposedFolder());
     if (chosen.isEmpty())
         return {};
-    const QString folder = m_workspace.applicationFolder();
     // A new file may take the place of the current one; a copy of it cannot.
-    if (!isPossibleTarget(chosen, isNew ? QString() : m_fileName, folder)) {
+    if (!isPossibleTarget(m_workspace, chosen, isNew ? QString() : m_fileName)) {
         ui::prompts::inform(&m_window, u"ファイル名が不正です。"_s);
         return {};
     }
@@ -173,6 +173,17 @@ void DatabaseSession::openOther()
         leaveInitialFile();
         return;
     }
+    openInstead(chosen);
+}
+
+void DatabaseSession::openBackup()
+{
+    openInstead(m_workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName)));
+}
+
+// One of the earlier program is converted first; nothing is closed when the user gives up.
+void DatabaseSession::openInstead(const QString &chosen)
+{
     // The file that is open is none of the old ones, and looking into it would take its locks away.
     const QString openable = isOpen() && isSameFile(chosen, m_fileName)
                                  ? chosen
@@ -181,12 +192,6 @@ void DatabaseSession::openOther()
         return;
     close();
     switchTo(QFileInfo(openable).absoluteFilePath());
-}
-
-void DatabaseSession::openBackup()
-{
-    close();
-    switchTo(m_workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName)));
 }
 
 void DatabaseSession::leaveInitialFile()
@@ -201,16 +206,17 @@ void DatabaseSession::backUp()
     if (!isOpen())
         return;
     const QString folder = m_workspace.applicationFolder();
-    const db::Status copied = backUpAtExit(m_workspace.connection, m_fileName, folder);
-    const db::Status dated =
-        isInitial()
-            ? db::Status()
-            : ui::runWithProgress(
-                  &m_window, u"バックアップを作成しています。"_s, [&](const db::Progress &progress) {
-                      return backUpDated(m_workspace.connection, folder, m_workspace.today(), progress);
-                  });
-    // The day's copy can be stopped when there is no time; the one above is complete by then.
-    if (!copied || (!dated && !dated.error().cancelled))
+    const QDate today = m_workspace.today();
+    const auto bothCopies = [&](const db::Progress &progress) -> db::Status {
+        const db::Status last = backUpAtExit(m_workspace.connection, m_fileName, folder, progress);
+        if (isInitial() || (!last && last.error().cancelled))
+            return last;
+        const db::Status dated = backUpDated(m_workspace.connection, folder, today, progress);
+        return last ? dated : last;
+    };
+    const db::Status done = ui::runWithProgress(&m_window, u"バックアップを作成しています。"_s, bothCopies);
+    // Stopped by someone who has no time: the earlier backups are still there.
+    if (!done && !done.error().cancelled)
         ui::prompts::inform(&m_window, u"データベースのバックアップに失敗しました。"_s);
 }
 

@@ -62,6 +62,7 @@ signals:
 private:
     /// Asks for the file to write to, in the words of the commands that make one; empty: none.
     QString askForTarget(const QString &title);
+    void openInstead(const QString &chosen);
     bool connectTo(const QString &fileName);
 
     Workspace &m_workspace;

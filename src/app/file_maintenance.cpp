@@ -61,6 +61,8 @@ FileMaintenance::FileMaintenance(Workspace &workspace, DatabaseSession &session,
     tables->setObjectName(u"Combo3"_s);
     tables->setAccessibleName(u"データを削除するテーブル"_s);
     tables->addItems(emptyingItems());
+    tables->setPlaceholderText(u"選択してください"_s);
+    tables->setCurrentIndex(-1); // so that nothing is deleted by pressing Enter twice
     panel.addToGroup(Page::Settings, u"テーブルのデータ削除"_s, tables, CommandPanel::Where::Above);
 }
 
@@ -76,7 +78,7 @@ void FileMaintenance::repair()
     if (!repaired)
         return;
     m_newSize->setText(u"New FileSize %1 byte"_s.arg(QFileInfo(fileName).size()));
-    ui::prompts::inform(&m_window, u"データベースを最適化しました。"_s);
+    tellDone(u"データベースを最適化しました"_s);
 }
 
 bool FileMaintenance::repairFile()
@@ -106,7 +108,10 @@ bool FileMaintenance::repairFile()
                !compacted) {
         return tell(compacted.error().text);
     }
-    if (const db::Status finished = repair.finish(kept); !finished)
+    const db::Status finished =
+        ui::runWithProgress(&m_window, u"修復したファイルに入れ替えています。"_s,
+                            [&](const db::Progress &progress) { return repair.finish(kept, progress); });
+    if (!finished)
         return tell(finished.error().text);
     if (faults > 0)
         tell(outcomeText(outcome) + u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));
@@ -142,6 +147,10 @@ void FileMaintenance::buildAnew()
 void FileMaintenance::emptyTable()
 {
     const QString item = m_window.findChild<QComboBox *>(u"Combo3"_s)->currentText();
+    if (item.isEmpty()) {
+        tell(u"削除するテーブルを選択してください。"_s);
+        return;
+    }
     if (!ui::prompts::ask(&m_window, item + u" を削除します。よろしいですか？"_s))
         return;
     const auto done = emptyTables(m_workspace.connection, item);
@@ -194,7 +203,16 @@ void FileMaintenance::restore(const QString &backup, const QString &described)
         &m_window, u"バックアップを復元しています。"_s,
         [&](const db::Progress &progress) { return restoreBackup(backup, target, kept, progress); });
     m_session.reopen();
-    tell(restored ? u"バックアップを復元しました。"_s : restored.error().text);
+    if (restored)
+        tellDone(u"バックアップを復元しました"_s);
+    else
+        tell(restored.error().text);
+}
+
+// The work on the file is one thing, whether it could be opened again another.
+void FileMaintenance::tellDone(const QString &done)
+{
+    tell(m_session.isOpen() ? done + u"。"_s : done + u"が、開けませんでした。\n"_s + m_session.reason());
 }
 
 // \return false, for what ends with it

@@ -41,6 +41,7 @@ private:
     bool salvageInto(db::FileRepair &repair, int faults, db::Salvage &outcome);
     void restore(const QString &backup, const QString &described);
     bool tell(const QString &text);
+    void tellDone(const QString &done);
 
     Workspace &m_workspace;
     DatabaseSession &m_session;

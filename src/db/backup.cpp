@@ -52,6 +52,29 @@ Status writeCopy(sqlite3 *from, const QString &fileName, const Progress &progres
     return ready ? copyPages(from, to.get(), progress) : ready;
 }
 
+constexpr qint64 bytesAtOnce = 4 << 20;
+
+// \a target: the name in the sentence for the user
+Status copyBytes(const QString &source, const QString &copy, const QString &target, const Progress &progress)
+{
+    QFile from(source);
+    QFile to(copy);
+    bool good = from.open(QIODevice::ReadOnly) && to.open(QIODevice::WriteOnly);
+    while (good && !from.atEnd()) {
+        const QByteArray bytes = from.read(bytesAtOnce);
+        good = !bytes.isEmpty() && to.write(bytes) == bytes.size() && to.flush();
+        if (good && !progress(from.pos(), from.size()))
+            return cancelled();
+    }
+    if (!good)
+        return Error{u"ファイルをコピーできませんでした。空き容量と、書き込みのできる場所かどうかを"
+                     "確かめてください。("_s +
+                     target + u")"_s};
+    // A copy of an installed read-only file is there to be worked in.
+    to.setPermissions(from.permissions() | QFile::ReadOwner | QFile::WriteOwner);
+    return {};
+}
+
 Status finish(Status written, const QString &temporary, const QString &target)
 {
     if (written)
@@ -105,22 +128,13 @@ Status replaceDatabase(const QString &from, const QString &target, const UseMark
     return replaceFile(from, target);
 }
 
-Status copyFile(const QString &source, const QString &target)
+Status copyFile(const QString &source, const QString &target, const Progress &progress)
 {
     if (QFileInfo::exists(target))
         return Error{u"同じ名前のファイルがあるため、コピーできませんでした。("_s + target + u")"_s};
     const QString temporary = temporaryNameFor(target);
     QFile::remove(temporary);
-    Status written;
-    if (!QFile::copy(source, temporary))
-        written = Error{u"ファイルをコピーできませんでした。空き容量と、書き込みのできる場所かどうかを"
-                        "確かめてください。("_s +
-                        target + u")"_s};
-    else
-        // A copy of an installed read-only file is there to be worked in.
-        QFile::setPermissions(temporary,
-                              QFile::permissions(temporary) | QFile::ReadOwner | QFile::WriteOwner);
-    return finish(written, temporary, target);
+    return finish(copyBytes(source, temporary, target, progress), temporary, target);
 }
 
 } // namespace db

@@ -25,7 +25,7 @@ Status replaceDatabase(const QString &from, const QString &target);
 /// The same under an exclusive mark that the caller has set on \a target.
 Status replaceDatabase(const QString &from, const QString &target, const UseMark &mark);
 
-/// Copies the closed file \a source to \a target in the same way; fails when \a target exists.
-Status copyFile(const QString &source, const QString &target);
+/// Copies the closed file \a source to \a target in the same way, byte for byte; fails when \a target exists.
+Status copyFile(const QString &source, const QString &target, const Progress &progress = unwatched);
 
 } // namespace db

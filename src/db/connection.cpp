@@ -212,6 +212,7 @@ Status Connection::checkEdges()
 
 Status Connection::checkTables()
 {
+    const QString rebuilding = u"「環境設定」の「データベースの再作成」で、新しいファイルに移せます。"_s;
     // What would be carried out, or worked out, while the program only reads and writes rows: triggers,
     // views, virtual tables, generated columns.
     const auto foreign =
@@ -222,7 +223,7 @@ Status Connection::checkTables()
         return foreign.error();
     if (!foreign->isEmpty())
         return Error{u"このプログラムのものではない定義（"_s + foreign->rows.front().front().toString() +
-                     u"）が含まれているため、データベースを開けませんでした。"_s};
+                     u"）が含まれているため、データベースを開けませんでした。"_s + rebuilding};
     const auto columns = select(u"SELECT t.name, c.name FROM sqlite_schema t, pragma_table_info(t.name) c "
                                 "WHERE t.type = 'table'"_s);
     if (!columns)
@@ -234,7 +235,7 @@ Status Connection::checkTables()
         for (const QString &column : table.columns) {
             if (!present.contains({table.name, column}))
                 return Error{u"テーブル「"_s + table.name + u"」の項目「"_s + column +
-                             u"」がないため、データベースを開けませんでした。"_s};
+                             u"」がないため、データベースを開けませんでした。"_s + rebuilding};
         }
     }
     return {};

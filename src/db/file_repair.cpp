@@ -76,11 +76,11 @@ Result<Salvage> FileRepair::salvage(const Progress &progress)
     return done;
 }
 
-Status FileRepair::finish(const QString &kept)
+Status FileRepair::finish(const QString &kept, const Progress &progress)
 {
     m_file.close();
     if (!kept.isEmpty()) {
-        if (const Status copied = copyFile(m_fileName, kept); !copied)
+        if (const Status copied = copyFile(m_fileName, kept, progress); !copied)
             return copied;
     }
     QFile::setPermissions(m_compactName, QFile::permissions(m_fileName));

@@ -34,7 +34,7 @@ public:
     Result<Salvage> salvage(const Progress &progress);
 
     /// Puts the new file in the place of the old one, of which a copy stays as \a kept unless that is empty.
-    Status finish(const QString &kept);
+    Status finish(const QString &kept, const Progress &progress = unwatched);
 
 private:
     QString m_fileName;

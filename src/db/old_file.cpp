@@ -1,5 +1,7 @@
 #include "db/old_file.h"
 
+#include "db/dated_name.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
@@ -120,6 +122,16 @@ Status checkOldFile(const QString &fileName)
         return Error{u"ファイルが途中で切れているため、変換できませんでした。コピーし直すか、"
                      "バックアップファイルを使ってください。"_s};
     return {};
+}
+
+Status putOldFileAside(const QString &fileName)
+{
+    if (oldFormatOf(fileName) == OldFormat::None)
+        return {};
+    const QDate written = QFileInfo(fileName).lastModified().date();
+    if (QFile::rename(fileName, datedName(fileName, u"以前の形式"_s, written)))
+        return {};
+    return Error{u"以前の形式のファイルの名前を変更できませんでした。("_s + fileName + u")"_s};
 }
 
 } // namespace db

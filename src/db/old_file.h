@@ -2,6 +2,8 @@
 
 #include "db/result.h"
 
+#include <QString>
+
 namespace db
 {
 
@@ -18,5 +20,10 @@ OldFormat oldFormatOf(const QString &fileName);
 /// Whether \a fileName can be read as a file of the old engine: readable, of a known version, whole pages,
 /// without a password. The error says which of these it is not.
 Status checkOldFile(const QString &fileName);
+
+/// Renames \a fileName, when it is of the old engine, so that a file of ours can take its place: the users'
+/// old files are never written over. The new name has the day on which it was last written in. Nothing
+/// happens to any other file.
+Status putOldFileAside(const QString &fileName);
 
 } // namespace db

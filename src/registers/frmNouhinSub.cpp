@@ -1,9 +1,8 @@
 #include "registers/frmNouhinSub.h"
 
 #include "app/workspace.h"
+#include "app/workspace_targets.h"
 #include "db/connection.h"
-#include "db/same_file.h"
-#include "db/schema.h"
 #include "registers/supplementary_file.h"
 #include "text/numbers.h"
 #include "ui/file_dialogs.h"
@@ -38,23 +37,12 @@ QString frmNouhinSub::chosenFile()
                                                     u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s, u"cdb"_s);
     if (name.isEmpty())
         return {};
-    // The file in use, the one that new files are copied from, and the one that the program's end writes
-    // over.
-    const QString reserved[] = {
-        workspace().connection.fileName(),
-        workspace().inApplicationFolder(QString::fromUtf16(db::initialFileName)),
-        workspace().inApplicationFolder(QString::fromUtf16(db::backupFileName)),
-    };
-    const QFileInfo file(name);
-    const bool refused =
-        file.isDir() || std::any_of(std::cbegin(reserved), std::cend(reserved),
-                                    [&](const QString &other) { return db::isSameFile(name, other); });
-    if (refused) {
+    if (!app::isPossibleTarget(workspace(), name, workspace().connection.fileName())) {
         ui::prompts::inform(this, u"ファイル名が不正です。"_s);
         return {};
     }
     const QString overwrite = u"指定した名前のファイルが存在します。\n上書きしますか？"_s;
-    return !file.exists() || ui::prompts::ask(this, overwrite) ? name : QString();
+    return !QFileInfo::exists(name) || ui::prompts::ask(this, overwrite) ? name : QString();
 }
 
 void frmNouhinSub::make()

@@ -81,6 +81,7 @@ private slots:
     void repairOfADamagedFile();
     void repairBesideAnotherProgram();
     void hopelessFileStays();
+    void foreignDefinitionsNeedANewFile();
     void buildAnew();
     void datedBackups();
     void listOfBackups();
@@ -202,6 +203,8 @@ void TestMaintenance::emptyingEverything()
 {
     Stage stage;
     stage.load();
+    ui::prompts::expectInform(u"削除するテーブルを選択してください。"_s);
+    stage.click("Command58");
     stage.find<QComboBox>("Combo3")->setCurrentIndex(0);
     ui::prompts::expectAsk(u"すべて選択 を削除します。よろしいですか？"_s, false);
     stage.click("Command58");
@@ -300,6 +303,30 @@ void TestMaintenance::hopelessFileStays()
     QCOMPARE(contentOf(stage.file), letter);
     QCOMPARE(stage.files(u"*"_s).filter(u"破損"_s), QStringList());
     QVERIFY(!stage.find<QPushButton>("Command58")->isEnabled());
+}
+
+// A file that is sound, but not one to be opened: repairing it does not help, and says what does.
+void TestMaintenance::foreignDefinitionsNeedANewFile()
+{
+    Stage stage;
+    QVERIFY(stage.shop.connection.open(stage.file));
+    stage.shop.run(u"CREATE TRIGGER t BEFORE DELETE ON 社員 BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
+    stage.shop.connection.close();
+    ui::prompts::expectInform(u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
+    stage.load();
+    ui::prompts::expectInform(
+        u"データベースを最適化しましたが、開けませんでした。\n"
+        "このプログラムのものではない定義（t）が含まれているため、データベースを開けませんでした。"
+        "「環境設定」の「データベースの再作成」で、新しいファイルに移せます。"_s);
+    stage.click("Command22");
+    inNextScreen([&](QDialog &screen) {
+        ui::file_dialogs::expectFile(stage.shop.path(u"anew.cdb"_s));
+        ui::prompts::expectAsk({}, true);
+        screen.findChild<QPushButton *>(u"Command1"_s)->click();
+    });
+    stage.click("Command7");
+    QVERIFY(stage.shop.connection.isOpen());
+    QCOMPARE(stage.customers(), 300);
 }
 
 void TestMaintenance::buildAnew()

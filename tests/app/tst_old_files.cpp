@@ -1,8 +1,10 @@
 #include "app/DialogConversion.h"
 #include "app/frmAMain.h"
+#include "app/old_file_conversion.h"
 #include "app/screens.h"
 #include "app/settings_keys.h"
 #include "db/create.h"
+#include "db/jet_file.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
 #include "ui/file_dialogs.h"
@@ -88,6 +90,8 @@ private slots:
     void refusalLeavesAllAsItWas();
     void startWithAnOldFile();
     void cannotBeRead();
+    void oldBackup();
+    void missingSearchKeys();
     void commandLine();
 };
 
@@ -177,6 +181,54 @@ void TestOldFiles::cannotBeRead()
         "以前のプログラムの環境でパスワードを解除してから、もう一度実行してください。"_s);
     openByMenu(window, shop.old);
     QCOMPARE(shop.connection.fileName(), shop.path(u"shop.cdb"_s));
+}
+
+// The earlier program's backup is converted like any of its files, and outlives the end of this one.
+void TestOldFiles::oldBackup()
+{
+    Shop shop;
+    QVERIFY(QFile::rename(shop.old, shop.path(u"BackupKanbalore.cdb"_s)));
+    frmAMain window(shop.workspace, screenOpeners());
+    window.load(u'"' + shop.path(u"shop.cdb"_s) + u'"');
+    ui::prompts::expectAsk({}, false);
+    window.findChild<QAction *>(u"mnuBackupOpen"_s)->trigger();
+    QCOMPARE(shop.connection.fileName(), shop.path(u"shop.cdb"_s));
+    QString seen;
+    answerSummary(seen);
+    ui::prompts::expectAsk({}, true);
+    ui::file_dialogs::expectFile(shop.converted);
+    window.findChild<QAction *>(u"mnuBackupOpen"_s)->trigger();
+    QCOMPARE(shop.connection.fileName(), shop.converted);
+    QVERIFY(window.close());
+    const QDir folder(shop.folder.path());
+    const QStringList aside = folder.entryList({u"BackupKanbalore 以前の形式*.cdb"_s});
+    QCOMPARE(aside.size(), 1);
+    QCOMPARE(contentOf(folder.filePath(aside.front())), contentOf(legacyFile));
+    QVERIFY(contentOf(shop.path(u"BackupKanbalore.cdb"_s)).startsWith("SQLite"));
+}
+
+void TestOldFiles::missingSearchKeys()
+{
+    Shop shop;
+    JetFile file(contentOf(legacyFile));
+    for (const QString &name : {u"仕入先名"_s, u"依頼主名"_s, u"届先名"_s})
+        file.rename(2, name + u"キー"_s, name + u"ギー"_s);
+    QFile old(shop.old);
+    QVERIFY(old.open(QIODevice::WriteOnly) && old.write(file.bytes) == file.bytes.size());
+    old.close();
+    QVERIFY(bool(convertOldFile(shop.old, shop.converted, db::unwatched)));
+    QVERIFY(bool(convertOldFile(legacyFile, shop.path(u"whole.cdb"_s), db::unwatched)));
+    QVERIFY(shop.connection.open(shop.converted));
+    shop.run(u"ATTACH '%1' AS whole"_s.arg(shop.path(u"whole.cdb"_s)));
+    const QString differing = u"SELECT count(*) FROM %1 n JOIN whole.%1 w USING (%2) WHERE %3"_s;
+    QCOMPARE(shop.value(differing.arg(u"仕入先"_s, u"仕入先ID"_s, u"n.仕入先名キー IS NOT w.仕入先名キー"_s))
+                 .toInt(),
+             0);
+    QCOMPARE(shop.value(differing.arg(
+                            u"発送マスター"_s, u"発送ID"_s,
+                            u"n.依頼主名キー IS NOT w.依頼主名キー OR n.届先名キー IS NOT w.届先名キー"_s))
+                 .toInt(),
+             0);
 }
 
 void TestOldFiles::commandLine()
