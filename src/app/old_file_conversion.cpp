@@ -27,18 +27,18 @@ QString shipmentKey(const QString &name1, const QString &name2)
 QVariant valueOfMissing(const QString &table, const QString &column,
                         const std::function<QVariant(const QString &)> &valueOf)
 {
-    if (table == "納品先"_L1 && (column == "消費税区分"_L1 || column == "元帳出力"_L1))
+    if (table == u"納品先"_s && (column == u"消費税区分"_s || column == u"元帳出力"_s))
         return qint64(0);
     const auto text = [&valueOf](const QString &name) { return valueOf(name).toString(); };
-    if (column == "納品先名キー"_L1)
+    if (column == u"納品先名キー"_s)
         return registers::customerKey(text(u"納品先名1"_s), text(u"納品先名2"_s), text(u"コード"_s),
                                       text(u"TEL1"_s), text(u"フリガナ"_s));
-    if (column == "仕入先名キー"_L1)
+    if (column == u"仕入先名キー"_s)
         return registers::supplierKey(text(u"仕入先名1"_s), text(u"仕入先名2"_s), text(u"コード"_s),
                                       text(u"TEL1"_s));
-    if (column == "依頼主名キー"_L1)
+    if (column == u"依頼主名キー"_s)
         return shipmentKey(text(u"依頼主名1"_s), text(u"依頼主名2"_s));
-    if (column == "届先名キー"_L1)
+    if (column == u"届先名キー"_s)
         return shipmentKey(text(u"届先名1"_s), text(u"届先名2"_s));
     return {};
 }
