@@ -11,6 +11,8 @@
 #include "registers/frmNouhinSub.h"
 #include "registers/frmSiire.h"
 #include "slips/frmIn.h"
+#include "slips/frmInList.h"
+#include "slips/frmInTax.h"
 #include "slips/frmMitsumori.h"
 #include "slips/frmOut.h"
 #include "slips/ledger_screen.h"
@@ -44,6 +46,8 @@ Openers screenOpeners()
         {Action::Sales, screen<slips::frmOut>()},
         {Action::Purchase, screen<slips::frmIn>()},
         {Action::Estimate, screen<slips::frmMitsumori>()},
+        {Action::PurchaseTax, screen<slips::frmInTax>()},
+        {Action::PurchaseList, screen<slips::frmInList>()},
         {Action::Receipt, screen<slips::frmOutReceipt>()},
         {Action::Payment, screen<slips::frmInPay>()},
         {Action::ReceivableCarried, screen<slips::frmUrikake>()},

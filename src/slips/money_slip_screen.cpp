@@ -1,6 +1,7 @@
 #include "slips/money_slip_screen.h"
 
 #include "app/workspace.h"
+#include "slips/amount_entry.h"
 #include "slips/new_counterpart.h"
 #include "slips/tax.h"
 #include "text/numbers.h"
@@ -89,45 +90,14 @@ bool MoneySlipScreen::lineIsTyped() const { return !m_ui->txtKingaku->text().tri
 
 // --- The lines ---
 
-void MoneySlipScreen::refuse(QWidget *box, const QString &text)
-{
-    ui::prompts::inform(this, text);
-    box->setFocus();
-}
-
-std::optional<double> MoneySlipScreen::readAmount()
-{
-    QLineEdit *box = m_ui->txtKingaku;
-    if (box->text().trimmed().isEmpty()) {
-        refuse(box, u"金額が入力されていません。"_s);
-        return std::nullopt;
-    }
-    const auto typed = text::parseNumber(box->text());
-    if (!typed) {
-        refuse(box, u"金額には数字を入力してください。"_s);
-        box->selectAll();
-        return std::nullopt;
-    }
-    const auto amount = currency(*typed);
-    if (!amount) {
-        refuse(box, amount.error().text);
-        return std::nullopt;
-    }
-    // The books hold positive amounts, whatever the kind; a negative one is a deliberate reversal.
-    if (*amount < 0 && !ui::prompts::ask(this, u"金額がマイナスです。よろしいですか。"_s)) {
-        box->setFocus();
-        return std::nullopt;
-    }
-    return *amount;
-}
-
 std::optional<MoneyLine> MoneySlipScreen::readLine()
 {
     if (m_ui->cmbShohin->currentText().isEmpty()) {
-        refuse(m_ui->cmbShohin, u"適用が選択されていません。"_s);
+        ui::prompts::inform(this, u"適用が選択されていません。"_s);
+        m_ui->cmbShohin->setFocus();
         return std::nullopt;
     }
-    const auto amount = readAmount();
+    const auto amount = readAmount(this, m_ui->txtKingaku, u"金額が入力されていません。"_s);
     if (!amount)
         return std::nullopt;
     return MoneyLine{m_ui->cmbShohin->currentText(), m_ui->cmbKikaku->currentText(), *amount};

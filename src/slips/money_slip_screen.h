@@ -49,8 +49,6 @@ private:
     void removeLine();
     void clearEntry();
     std::optional<MoneyLine> readLine();
-    std::optional<double> readAmount();
-    void refuse(QWidget *box, const QString &text);
 
     std::unique_ptr<Ui::MoneySlipForm> m_ui;
     SlipGridModel m_lines;

@@ -122,6 +122,11 @@ db::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind, 
     return insertLine(connection, u"商品名, 規格, 金額"_s, {line.item, means, line.amount}, id);
 }
 
+db::Status addTaxLine(db::Connection &connection, qint64 id, double tax)
+{
+    return insertLine(connection, u"商品名, 金額"_s, {QString::fromUtf16(taxLineName), tax}, id);
+}
+
 db::Result<bool> slipExists(db::Connection &connection, qint64 id)
 {
     const auto headers = connection.keys(u"SELECT ID FROM 入出庫マスター WHERE ID = ?"_s, {id});
@@ -176,9 +181,7 @@ db::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double t
         return tax.error();
     if (*tax == 0)
         return ClosedSlip{*total, 0};
-    if (const db::Status added =
-            insertLine(connection, u"商品名, 金額"_s, {QString::fromUtf16(taxLineName), *tax}, id);
-        !added)
+    if (const db::Status added = addTaxLine(connection, id, *tax); !added)
         return added.error();
     if (const db::Status done = transaction.commit(); !done)
         return done.error();

@@ -64,6 +64,9 @@ struct MoneyLine
 /// empty text, a receipt's not at all: so the users' books have always held them.
 db::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind, const MoneyLine &line);
 
+/// Appends the tax line of \a tax yen to the slip \a id, which must still be there.
+db::Status addTaxLine(db::Connection &connection, qint64 id, double tax);
+
 /// Whether the slip is still there: another program may have deleted it.
 db::Result<bool> slipExists(db::Connection &connection, qint64 id);
 

@@ -1,6 +1,7 @@
 #include "first_day.h"
 
 #include "ledgers.h"
+#include "purchases.h"
 #include "roster.h"
 #include "shop_data.h"
 
@@ -71,6 +72,7 @@ void FirstDay::run()
     lookAfterFile();
     lookAround();
     checkBooks();
+    buyAndList(m_walker, m_window, m_folder);
 }
 
 // The program starts on the initial file, says so, and asks for the name of a new one.

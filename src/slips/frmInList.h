@@ -1,0 +1,49 @@
+#pragma once
+
+#include "slips/purchase_list.h"
+#include "slips/slip_grid_model.h"
+#include "ui/screen.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmInList;
+}
+
+namespace slips
+{
+
+/// The monthly list of purchases: what was bought from each supplier in a period, paid to it and is still
+/// owed. It opens with the current month.
+class frmInList : public ui::Screen
+{
+    Q_OBJECT
+
+public:
+    explicit frmInList(app::Workspace &workspace, QWidget *parent = nullptr);
+    ~frmInList() override;
+
+protected:
+    void becameActive() override;
+
+private:
+    void connectControls();
+    [[nodiscard]] Period period() const;
+
+    void recompute();
+    db::Status read();
+    void show(PurchaseList list);
+    void showTotals();
+    void showChosen();
+    void print();
+    void exportTable();
+
+    const std::unique_ptr<Ui::frmInList> m_ui;
+    PurchaseList m_list;
+    Period m_shown; // what m_list is of
+    SlipGridModel m_rows;
+    bool m_hasRead = false;
+};
+
+} // namespace slips

@@ -1,0 +1,250 @@
+#include "slips/purchase_list.h"
+
+#include "db/transaction.h"
+#include "slips/counterpart_name.h"
+#include "slips/exact_sum.h"
+#include "slips/slip_blocks.h"
+#include "slips/tax.h"
+
+#include <map>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+double difference(double one, double other)
+{
+    ExactSum sum;
+    sum.add(one);
+    sum.add(-other);
+    return sum.value();
+}
+
+double sumOf(double one, double other) { return difference(one, -other); }
+
+QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
+
+db::Status checkPeriod(const Period &period)
+{
+    if (period.to < period.from)
+        return db::Error{u"期間の終わりが始まりより前になっています。日付を入力し直してください。"_s};
+    return {};
+}
+
+// One row for each kind of slip, before the period and within it, and for each rate of the purchases within
+// it. Sums are in ten-thousandths, which ExactSum counts.
+db::Result<db::Rows> readSums(db::Connection &connection, const Period &period, qint64 after, qint64 upTo)
+{
+    return connection.select(
+        u"SELECT 相手先ID, 種類, 期間内, 税率, SUM(額), SUM(税額), SUM(税行) FROM ("
+        "SELECT 相手先ID, CASE WHEN 伝票番号 LIKE ? THEN 'I' WHEN 伝票番号 LIKE ? THEN 'P' "
+        "WHEN 伝票番号 LIKE ? THEN 'A' END AS 種類, COALESCE(日付, '') >= ? AS 期間内, 消費税率 AS 税率, "
+        "ROUND(金額 * 10000) AS 額, CASE WHEN 商品名 = '消費税' THEN ROUND(金額 * 10000) ELSE 0 END AS 税額, "
+        "商品名 = '消費税' AS 税行 "
+        "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+        "WHERE 相手先ID > ? AND 相手先ID <= ? AND COALESCE(日付, '') <= ?) "
+        "WHERE 種類 IS NOT NULL GROUP BY 相手先ID, 種類, 期間内, CASE WHEN 期間内 THEN 税率 END"_s,
+        {patternOf(purchase), patternOf(payment), patternOf(payableCarried), stored(period.from), after, upTo,
+         stored(period.to)});
+}
+
+// Adds the rows of one supplier up.
+class Account
+{
+public:
+    void add(const QVariantList &row)
+    {
+        const QChar kind = row.at(1).toString().front();
+        const bool within = row.at(2).toBool();
+        const auto amount = ExactSum::ofTenThousandths(row.at(4).toDouble());
+        if (kind == payment.letter) {
+            if (within)
+                m_payments.add(amount);
+            else
+                m_previous.add(-amount.value());
+        } else if (kind == purchase.letter && within) {
+            addPurchases(row, amount);
+        } else { // a carried balance raises what was brought into the period, even when dated within it
+            m_previous.add(amount);
+        }
+    }
+
+    [[nodiscard]] bool hasTaxLine() const { return m_hasTaxLine; }
+
+    [[nodiscard]] PurchaseSums sums(bool taxedOnBill) const
+    {
+        PurchaseSums sums{m_previous.value(), m_purchases.value(), m_tax.value(), m_payments.value()};
+        if (taxedOnBill && !m_hasTaxLine)
+            sums.unbooked = taxOfPurchases();
+        return sums;
+    }
+
+private:
+    void addPurchases(const QVariantList &row, const ExactSum &amount)
+    {
+        m_purchases.add(amount);
+        m_tax.add(ExactSum::ofTenThousandths(row.at(5).toDouble()));
+        m_byRate[row.at(3).toDouble()].add(amount);
+        m_hasTaxLine = m_hasTaxLine || row.at(6).toInt() > 0;
+    }
+
+    // At the rates that the slips were saved with: a past month comes to the same after the panel's rate was
+    // changed, and a month in which it changed is taxed by both.
+    [[nodiscard]] std::optional<double> taxOfPurchases() const
+    {
+        double sum = 0;
+        for (const auto &[rate, amount] : m_byRate) {
+            const auto tax = exclusiveTax(amount.value(), rate);
+            if (!tax)
+                return std::nullopt;
+            sum += *tax;
+        }
+        return sum;
+    }
+
+    ExactSum m_previous;
+    ExactSum m_purchases;
+    ExactSum m_tax;
+    ExactSum m_payments;
+    std::map<double, ExactSum> m_byRate;
+    bool m_hasTaxLine = false;
+};
+
+using Accounts = std::map<qint64, Account>;
+
+db::Status readAccounts(db::Connection &connection, const Period &period, qint64 after, qint64 upTo,
+                        Accounts &accounts)
+{
+    const auto rows = readSums(connection, period, after, upTo);
+    if (!rows)
+        return rows.error();
+    for (const QVariantList &row : rows->rows)
+        accounts[row.front().toLongLong()].add(row);
+    return {};
+}
+
+SupplierPurchases purchasesFrom(const QVariantList &supplier)
+{
+    SupplierPurchases purchases;
+    purchases.supplier = supplier.at(0).toLongLong();
+    purchases.name1 = supplier.at(1).toString();
+    purchases.name2 = supplier.at(2).toString();
+    purchases.code = supplier.at(3).toString();
+    return purchases;
+}
+
+SupplierPurchases purchasesOfDeleted(qint64 supplier)
+{
+    SupplierPurchases purchases;
+    purchases.supplier = supplier;
+    purchases.deleted = true;
+    purchases.name1 = deletedCounterpartName(supplier);
+    return purchases;
+}
+
+void enter(SupplierPurchases &purchases, const Account &account, bool taxedOnBill)
+{
+    purchases.hasTaxLine = account.hasTaxLine();
+    purchases.sums = account.sums(taxedOnBill);
+}
+
+// Takes the accounts in the order of the suppliers; what is left belongs to deleted ones.
+db::Result<PurchaseList> listed(db::Connection &connection, Accounts accounts, bool withIdle)
+{
+    const auto suppliers = connection.select(
+        u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, コード FROM 仕入先 ORDER BY コード, 仕入先ID"_s);
+    if (!suppliers)
+        return suppliers.error();
+    const auto taxedOnBill = connection.keys(u"SELECT 仕入先ID FROM 仕入先 WHERE 消費税区分 = 1"_s);
+    if (!taxedOnBill)
+        return taxedOnBill.error();
+    const std::set<qint64> onBill(taxedOnBill->begin(), taxedOnBill->end());
+
+    PurchaseList list;
+    const auto take = [&](SupplierPurchases purchases, const Account &account) {
+        enter(purchases, account, onBill.contains(purchases.supplier));
+        list.totals.add(purchases.sums);
+        if (withIdle || !purchases.sums.isEmpty())
+            list.suppliers.push_back(std::move(purchases));
+    };
+    for (const QVariantList &row : suppliers->rows) {
+        const auto account = accounts.extract(row.front().toLongLong());
+        take(purchasesFrom(row), account ? account.mapped() : Account());
+    }
+    for (const auto &[supplier, account] : accounts)
+        take(purchasesOfDeleted(supplier), account);
+    return list;
+}
+
+} // namespace
+
+double PurchaseSums::balance() const { return difference(sumOf(previous, purchases), payments); }
+double PurchaseSums::carried() const { return difference(previous, payments); }
+double PurchaseSums::untaxed() const { return difference(purchases, tax); }
+
+bool PurchaseSums::isEmpty() const
+{
+    return previous == 0 && purchases == 0 && tax == 0 && payments == 0 && unbooked == 0.0;
+}
+
+void PurchaseSums::add(const PurchaseSums &other)
+{
+    previous = sumOf(previous, other.previous);
+    purchases = sumOf(purchases, other.purchases);
+    tax = sumOf(tax, other.tax);
+    payments = sumOf(payments, other.payments);
+    if (unbooked && other.unbooked)
+        unbooked = sumOf(*unbooked, *other.unbooked);
+    else
+        unbooked.reset();
+}
+
+QString SupplierPurchases::name() const { return counterpartName(name1, name2); }
+
+db::Result<PurchaseList> purchaseList(db::Connection &connection, const Period &period, bool withIdle,
+                                      const db::Progress &progress)
+{
+    if (const db::Status good = checkPeriod(period); !good)
+        return good.error();
+    db::ReadTransaction oneMoment(connection);
+    if (const db::Status begun = oneMoment.begin(); !begun)
+        return begun.error();
+    Accounts accounts;
+    const db::Status read =
+        forSlipBlocks(connection, SlipOrder::ByCounterpart, progress, [&](qint64 after, qint64 upTo) {
+            return readAccounts(connection, period, after, upTo, accounts);
+        });
+    if (!read)
+        return read.error();
+    return listed(connection, std::move(accounts), withIdle);
+}
+
+db::Result<SupplierPurchases> purchasesOf(db::Connection &connection, qint64 supplier, const Period &period)
+{
+    if (const db::Status good = checkPeriod(period); !good)
+        return good.error();
+    db::ReadTransaction oneMoment(connection);
+    if (const db::Status begun = oneMoment.begin(); !begun)
+        return begun.error();
+    Accounts accounts;
+    if (const db::Status read = readAccounts(connection, period, supplier - 1, supplier, accounts); !read)
+        return read.error();
+    const auto found = connection.select(
+        u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, コード, 消費税区分 FROM 仕入先 WHERE 仕入先ID = ?"_s,
+        {supplier});
+    if (!found)
+        return found.error();
+    SupplierPurchases purchases =
+        found->isEmpty() ? purchasesOfDeleted(supplier) : purchasesFrom(found->rows.front());
+    const bool onBill =
+        !found->isEmpty() && taxClassFrom(found->rows.front().at(4).toString()) == TaxClass::OnBill;
+    enter(purchases, accounts[supplier], onBill);
+    return purchases;
+}
+
+} // namespace slips

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "printing/list_sheet.h"
+#include "slips/purchase_list.h"
+
+namespace slips
+{
+
+/// The monthly list as it is printed on \a today: A4 lying, with a row of totals.
+printing::List printedList(const PurchaseList &list, const Period &period, const QDate &today);
+
+/// Whether \a list can be written as \a fileName; see tables::checkTarget().
+db::Status checkPurchaseExport(const PurchaseList &list, const QString &fileName);
+
+/// Writes \a list with its row of totals as \a fileName; see tables::writeTable().
+db::Status exportPurchases(const PurchaseList &list, const QString &fileName, const db::Progress &progress);
+
+} // namespace slips
