@@ -1,7 +1,6 @@
 #include "first_day.h"
 
 #include "ledgers.h"
-#include "purchases.h"
 #include "roster.h"
 #include "shop_data.h"
 
@@ -72,7 +71,6 @@ void FirstDay::run()
     lookAfterFile();
     lookAround();
     checkBooks();
-    buyAndList(m_walker, m_window, m_folder);
 }
 
 // The program starts on the initial file, says so, and asks for the name of a new one.

@@ -2,6 +2,7 @@
 // printed notes end in DIR. Exits with 1 when anything was not as it should be.
 #include "first_day.h"
 #include "old_file.h"
+#include "purchases.h"
 #include "trade_day.h"
 
 #include "app/appearance.h"
@@ -72,6 +73,7 @@ QStringList walk(const QDir &folder)
         walker.check(false, u"the main window does not become active"_s);
     tour::FirstDay(walker, workspace, window, folder).run();
     tour::tradeForADay(walker, workspace, window, folder);
+    tour::buyAndList(walker, window, folder);
     tour::convertOldFile(walker, workspace, window, folder);
     window.close();
     const QString backup = workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName));

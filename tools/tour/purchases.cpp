@@ -69,7 +69,7 @@ void buyAndList(Walker &walker, QWidget &window, const QDir &folder)
         u"purchase list"_s, [&] { walker.click(window, u"Command17"_s); },
         [&](QDialog &screen) {
             QApplication::processEvents(); // the list comes when the screen is there
-            walker.checkText(screen, u"txtTotalBalance"_s, u"133,613"_s);
+            walker.checkText(screen, u"txtTotalBalance"_s, u"191,113"_s);
             walker.picture(screen, u"purchase-list"_s);
             walker.visit(
                 u"purchase list preview"_s, [&] { walker.click(screen, u"Command2"_s); },
