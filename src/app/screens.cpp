@@ -10,6 +10,7 @@
 #include "registers/frmNouhinFind.h"
 #include "registers/frmNouhinSub.h"
 #include "registers/frmSiire.h"
+#include "slips/correction_screens.h"
 #include "slips/frmIn.h"
 #include "slips/frmInList.h"
 #include "slips/frmInTax.h"
@@ -38,6 +39,11 @@ Opener screen()
     };
 }
 
+Opener correction(const slips::SlipKind &kind)
+{
+    return [kind](QWidget *parent, Workspace &workspace) { slips::openCorrection(workspace, parent, kind); };
+}
+
 } // namespace
 
 Openers screenOpeners()
@@ -59,6 +65,14 @@ Openers screenOpeners()
         {Action::PayableBalances, screen<slips::frmInZandaka>()},
         {Action::StocktakeReport, screen<slips::frmTanaReport>()},
         {Action::StocktakeLedger, screen<slips::frmTanaMoto>()},
+        {Action::SalesCorrection, correction(slips::sale)},
+        {Action::ReceiptCorrection, correction(slips::receipt)},
+        {Action::ReceivableCorrection, correction(slips::receivableCarried)},
+        {Action::EstimateCorrection, correction(slips::estimate)},
+        {Action::PurchaseCorrection, correction(slips::purchase)},
+        {Action::PaymentCorrection, correction(slips::payment)},
+        {Action::PayableCorrection, correction(slips::payableCarried)},
+        {Action::StocktakeCorrection, correction(slips::stocktake)},
         {Action::Customers, screen<registers::frmNouhin>()},
         {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
         {Action::SupplementaryRoster, screen<registers::frmNouhinSub>()},

@@ -150,6 +150,10 @@ Status Recordset::moveTo(int row)
 {
     if (row < 0 || row >= count() || row == m_current)
         return {};
+    if (m_leaving) {
+        if (const Status left = m_leaving(); !left)
+            return left;
+    }
     if (isDirty()) {
         const qint64 target = keyAt(row);
         const qint64 left = currentKey();
@@ -222,16 +226,50 @@ QVariant Recordset::coerced(int column, const QVariant &value) const
     }
 }
 
-Status Recordset::update()
+Status Recordset::update(const Step &before)
 {
     if (m_current < 0 || m_edits.isEmpty())
         return {};
+    Transaction transaction(m_connection);
+    if (const Status begun = transaction.begin(); !begun)
+        return begun;
+    if (const Status prepared = before ? before() : Status(); !prepared)
+        return prepared;
+    if (const Status done = write(); !done)
+        return done;
+    if (const Status done = transaction.commit(); !done)
+        return done;
+    written();
+    return {};
+}
+
+Status Recordset::updateWith(Recordset &other, const Step &before)
+{
+    if (!other.isDirty())
+        return update(before);
+    const Status done = other.update([&] {
+        if (!isDirty())
+            return m_guarded ? checkAsRead() : Status();
+        if (const Status prepared = before ? before() : Status(); !prepared)
+            return prepared;
+        return write();
+    });
+    if (done && isDirty())
+        written();
+    return done;
+}
+
+// The edits into the file, inside the transaction of the caller.
+Status Recordset::write()
+{
     const auto shown = m_blocks.constFind(m_current / blockSize);
     if (shown != m_blocks.constEnd() && !shown->isRead) {
         refresh();
         return Error{
             u"表示中のデータを読み取れなかったため、保存できませんでした。表示を確認してから、もう一度実行してください。"_s};
     }
+    if (const Status same = m_guarded ? checkAsRead() : Status(); !same)
+        return same;
     QStringList assignments;
     QVariantList values;
     for (auto edit = m_edits.cbegin(); edit != m_edits.cend(); ++edit) {
@@ -239,9 +277,6 @@ Status Recordset::update()
         values << edit.value();
     }
     values << currentKey();
-    Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
-        return begun;
     const auto changed = m_connection.execute(
         u"UPDATE "_s + m_table + u" SET "_s + assignments.join(u", "_s) + u" WHERE "_s + m_key + u" = ?"_s,
         values);
@@ -249,10 +284,29 @@ Status Recordset::update()
         return changed.error();
     if (*changed == 0)
         return Error{u"表示中のデータはほかのプログラムで削除されたため、保存できませんでした。"_s};
-    if (const Status done = transaction.commit(); !done)
-        return done;
+    return {};
+}
+
+void Recordset::written()
+{
     m_edits.clear();
     refresh();
+}
+
+Status Recordset::checkAsRead() const
+{
+    const auto now = m_connection.select(u"SELECT "_s + m_selectList + u" FROM "_s + m_table + u" WHERE "_s +
+                                             m_key + u" = ?"_s,
+                                         {currentKey()});
+    if (!now)
+        return now.error();
+    if (now->isEmpty())
+        return Error{u"表示中のデータはほかのプログラムで削除されたため、変更できませんでした。"_s};
+    for (int column = 0; column < columnCount(); ++column) {
+        if (now->rows.front().at(column) != stored(m_current, column))
+            return Error{
+                u"表示中のデータはほかのプログラムで変更されたため、変更できませんでした。表示を確認してから、もう一度実行してください。"_s};
+    }
     return {};
 }
 
@@ -321,13 +375,17 @@ void Recordset::inserted(qint64 key)
     setCurrent(row);
 }
 
-Status Recordset::remove()
+Status Recordset::remove(const Step &before)
 {
     if (m_current < 0)
         return {};
     Transaction transaction(m_connection);
     if (const Status begun = transaction.begin(); !begun)
         return begun;
+    if (const Status same = m_guarded ? checkAsRead() : Status(); !same)
+        return same;
+    if (const Status prepared = before ? before() : Status(); !prepared)
+        return prepared;
     const auto removed =
         m_connection.execute(u"DELETE FROM "_s + m_table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()});
     if (!removed)
@@ -405,7 +463,7 @@ QVariant Recordset::data(const QModelIndex &index, int role) const
     if (role == Qt::TextAlignmentRole)
         return int((isText(index.column()) ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
     if (role != Qt::DisplayRole && role != Qt::EditRole)
-        return {};
+        return m_decorator ? m_decorator(index.row(), index.column(), role) : QVariant();
     const auto edit = m_edits.constFind(index.column());
     const bool isEdited = index.row() == m_current && edit != m_edits.constEnd();
     const QVariant value = isEdited ? *edit : stored(index.row(), index.column());
@@ -419,7 +477,12 @@ bool Recordset::isText(int column) const
 
 void Recordset::setNames(const QString &column, const QHash<qint64, QString> &names)
 {
-    m_names.insert(column, names);
+    setNames(column, [names](qint64 number) { return names.value(number); });
+}
+
+void Recordset::setNames(const QString &column, const std::function<QString(qint64)> &nameOf)
+{
+    m_names.insert(column, nameOf);
     if (!isEmpty() && columnOf(column) >= 0)
         emit dataChanged(index(0, columnOf(column)), index(count() - 1, columnOf(column)));
 }
@@ -429,8 +492,8 @@ QString Recordset::shown(int column, const QVariant &value) const
     if (value.isNull())
         return {};
     if (const auto names = m_names.constFind(m_columns.at(column)); names != m_names.constEnd()) {
-        if (const auto name = names->constFind(value.toLongLong()); name != names->constEnd())
-            return *name;
+        if (const QString name = (*names)(value.toLongLong()); !name.isEmpty())
+            return name;
     }
     switch (m_formats.value(m_columns.at(column), Format::Plain)) {
     case Format::Amount:
@@ -441,6 +504,39 @@ QString Recordset::shown(int column, const QVariant &value) const
         break;
     }
     return value.typeId() == QMetaType::Double ? text::formatPlain(value.toDouble()) : value.toString();
+}
+
+void Recordset::setEditable(const QStringList &columns, CellReader reader)
+{
+    m_editable = columns;
+    m_reader = std::move(reader);
+}
+
+Qt::ItemFlags Recordset::flags(const QModelIndex &index) const
+{
+    const bool editable = index.isValid() && m_editable.contains(m_columns.at(index.column()));
+    return QAbstractTableModel::flags(index) | (editable ? Qt::ItemIsEditable : Qt::NoItemFlags);
+}
+
+bool Recordset::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::EditRole || !flags(index).testFlag(Qt::ItemIsEditable))
+        return false;
+    // What the file holds may not be what would be taken today; untouched, it stays.
+    if (value.toString() == this->data(index, Qt::EditRole).toString())
+        return true;
+    const QString column = m_columns.at(index.column());
+    if (const Status moved = moveTo(index.row()); !moved) {
+        emit refused(moved.error().text);
+        return false;
+    }
+    const auto read = m_reader(column, value.toString());
+    if (!read) {
+        emit refused(read.error().text);
+        return false;
+    }
+    setValue(column, *read);
+    return true;
 }
 
 QVariant Recordset::headerData(int section, Qt::Orientation orientation, int role) const

@@ -23,6 +23,11 @@ class Recordset : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    /// A part of an action.
+    using Step = std::function<Status()>;
+    using CellReader = std::function<Result<QVariant>(const QString &column, const QString &typed)>;
+    using Decorator = std::function<QVariant(int row, int column, int role)>;
+
     explicit Recordset(Connection &connection, QObject *parent = nullptr);
     ~Recordset() override;
 
@@ -60,7 +65,10 @@ public:
     Status moveLast() { return moveTo(count() - 1); }
 
     /// What saves the edits of the current row before another one becomes current; update() by default.
-    void setSaver(std::function<Status()> saver) { m_saver = std::move(saver); }
+    void setSaver(Step saver) { m_saver = std::move(saver); }
+    /// What must be settled before another row becomes current, edits of this one or not: the edits of its
+    /// details, which another record set holds.
+    void setLeaving(Step leaving) { m_leaving = std::move(leaving); }
 
     /// The current row's value, as edited; invalid for NULL, an unknown column or without a row.
     [[nodiscard]] QVariant value(const QString &column) const;
@@ -71,9 +79,20 @@ public:
     [[nodiscard]] bool isDirty() const { return !m_edits.isEmpty(); }
     [[nodiscard]] bool isEdited(const QString &column) const { return m_edits.contains(columnOf(column)); }
 
-    /// Saves the edits of the current row in one transaction. After a failure they are still there. Fails
-    /// for a row that could not be read, since edits may have been made out of its empty fields.
-    Status update();
+    /// Saves the edits of the current row in one transaction, after \a before, which is done within it. After
+    /// a failure they are still there. Fails for a row that could not be read, since edits may have been made
+    /// out of its empty fields.
+    Status update(const Step &before = {});
+
+    /// Saves the edits of this record set's current row and those of \a other's in one transaction, after
+    /// \a before where this one has any.
+    Status updateWith(Recordset &other, const Step &before = {});
+
+    /// From now on a row is changed or deleted only when it is still as it was read: a row's key is given
+    /// again after its deletion, and without that check what another program put there would be hit.
+    void guardAgainstOthers() { m_guarded = true; }
+    /// Whether the current row is still in the file as it was read.
+    [[nodiscard]] Status checkAsRead() const;
 
     /// Drops the edits of the current row.
     void revert();
@@ -85,8 +104,9 @@ public:
     /// Appends a row of a table without a key of its own, saved at once; it becomes the current one.
     Status append(const QVariantMap &values);
 
-    /// Deletes the current row from the table. The next row becomes the current one, or the last one.
-    Status remove();
+    /// Deletes the current row from the table, after \a before, which is done in the same transaction. The
+    /// next row becomes the current one, or the last one.
+    Status remove(const Step &before = {});
 
     /// Reads the current row anew from the database; unsaved edits stay.
     void refresh();
@@ -95,6 +115,14 @@ public:
     void setFormat(const QString &column, Format format) { m_formats.insert(column, format); }
     /// Shows \a names in place of the numbers that a column holds; a number without a name shows as it is.
     void setNames(const QString &column, const QHash<qint64, QString> &names);
+    /// The same where they are too many to be read beforehand: \a nameOf is asked for what is shown.
+    void setNames(const QString &column, const std::function<QString(qint64)> &nameOf);
+
+    /// Lets a grid edit \a columns; \a reader turns what was typed into the value to keep, or says why it
+    /// cannot be one.
+    void setEditable(const QStringList &columns, CellReader reader);
+    /// Asked for what a cell's look has beyond its text: colours, tool tips.
+    void setDecorator(Decorator decorator) { m_decorator = std::move(decorator); }
     [[nodiscard]] int columnOf(const QString &column) const
     {
         return static_cast<int>(m_columns.indexOf(column));
@@ -105,12 +133,17 @@ public:
     int columnCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    /// Edits a cell as setValue() does; its row becomes the current one first.
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
 
 signals:
     /// Another row, or none (-1), is the current one, or its contents were replaced.
     void currentRowChanged(int row);
     /// A value of the current row was edited or reverted.
     void edited();
+    /// What was typed into a cell is not taken.
+    void refused(const QString &reason);
 
 private:
     // A run of rows, kept as read. What could not be read shows as empty rows.
@@ -136,6 +169,8 @@ private:
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
     [[nodiscard]] bool isText(int column) const;
     [[nodiscard]] QString shown(int column, const QVariant &value) const;
+    Status write();
+    void written();
     void setCurrent(int row);
     void rowChanged(int row);
     void inserted(qint64 key);
@@ -151,10 +186,15 @@ private:
     std::vector<qint64> m_keys;
     int m_current = -1;
     QHash<int, QVariant> m_edits; // by column
-    std::function<Status()> m_saver;
+    Step m_saver;
+    Step m_leaving;
+    bool m_guarded = false;
+    QStringList m_editable;
+    CellReader m_reader;
+    Decorator m_decorator;
     QHash<QString, QString> m_captions;
     QHash<QString, Format> m_formats;
-    QHash<QString, QHash<qint64, QString>> m_names;
+    QHash<QString, std::function<QString(qint64)>> m_names;
     mutable QHash<int, Block> m_blocks;
 };
 

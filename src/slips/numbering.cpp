@@ -24,13 +24,13 @@ QString automaticNumber(const SlipKind &kind, const QString &infix, qint64 id)
     return QChar(kind.letter) + infix + QString::number(id);
 }
 
-db::Status checkManualNumber(db::Connection &connection, const QString &number, char16_t letter)
+db::Status checkManualNumber(db::Connection &connection, const QString &number, char16_t letter, qint64 own)
 {
     if (!number.startsWith(QChar(letter)))
         return db::Error{u"伝票番号に誤りがあります。"_s};
-    const auto found =
-        connection.keys(u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' LIMIT 1"_s,
-                        {literalPattern(number)});
+    const auto found = connection.keys(
+        u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' AND ID <> ? LIMIT 1"_s,
+        {literalPattern(number), own});
     if (!found)
         return found.error();
     if (!found->empty())

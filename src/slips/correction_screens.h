@@ -1,0 +1,19 @@
+#pragma once
+
+#include "slips/slip_kind.h"
+
+class QWidget;
+
+namespace app
+{
+class Workspace;
+}
+
+namespace slips
+{
+
+/// Opens the correction screen of \a kind over \a parent, at the slip with the key \a id (0: at the newest),
+/// and returns when it is closed.
+void openCorrection(app::Workspace &workspace, QWidget *parent, const SlipKind &kind, qint64 id = 0);
+
+} // namespace slips

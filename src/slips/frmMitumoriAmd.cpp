@@ -1,0 +1,18 @@
+#include "slips/frmMitumoriAmd.h"
+
+namespace slips
+{
+
+frmMitumoriAmd::frmMitumoriAmd(app::Workspace &workspace, QWidget *parent)
+    : SlipCorrectionScreen(workspace, parent,
+                           {.kind = estimate,
+                            .screen = u"frmMitumoriAmd",
+                            .title = u"見積書訂正",
+                            .search = customerSearch,
+                            .party = u"納品先",
+                            // As the screens of sales and receipts say it.
+                            .several = u"複数の入金先が選択されています。",
+                            .showsAddress = true})
+{}
+
+} // namespace slips

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "slips/slip_correction_screen.h"
+
+namespace slips
+{
+
+/// Corrects a customer's slips: sales, which it prints anew, receipts and carried balances.
+class frmOutAmd : public SlipCorrectionScreen
+{
+    Q_OBJECT
+
+public:
+    explicit frmOutAmd(app::Workspace &workspace, QWidget *parent = nullptr, const SlipKind &kind = sale);
+
+protected:
+    void reprint(qint64 id) override;
+};
+
+} // namespace slips

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "db/recordset.h"
+#include "slips/slip_reader.h"
+
+// Stored slips, corrected: which slips and lines a correction screen works on, what may be typed into their
+// cells, and what is to be remarked of them. Nothing is computed anew by itself: a slip says what the clerk
+// wrote, and a remark says where its figures disagree.
+namespace slips
+{
+
+/// Fills \a headers with all slips of \a kind in the order of their keys, to be edited. \a headers writes
+/// only what no other program has changed meanwhile.
+db::Status openSlips(db::Recordset &headers, const SlipKind &kind);
+
+/// As openSlips() for the slips of one counterpart. Where it has none, \a headers stays as it was.
+/// \return whether it has any
+db::Result<bool> openSlipsOf(db::Recordset &headers, const SlipKind &kind, qint64 counterpart);
+
+/// Fills \a lines with those of the slip \a id in the order of entry, with none for 0.
+db::Status openLines(db::Recordset &lines, qint64 id);
+
+/// Lets the screens' grids edit the columns of headers and lines. Typed numbers and dates are read as
+/// everywhere; a counterpart is given by its key or by a part of its search key that only one has.
+void makeHeadersEditable(db::Recordset &headers, db::Connection &connection, const SlipKind &kind);
+void makeLinesEditable(db::Recordset &lines);
+
+/// Saves the edits of the current header and the current line in one transaction. After a failure they are
+/// still there. Fails for a slip number that another slip has.
+db::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
+                           const SlipKind &kind);
+
+/// Deletes the current slip, lines and header.
+db::Status deleteCurrentSlip(db::Recordset &headers, db::Connection &connection);
+
+/// Deletes the current line of the current slip.
+db::Status deleteCurrentLine(db::Recordset &headers, db::Recordset &lines);
+
+/// Appends an empty line to the slip \a id, to be filled in.
+db::Status appendEmptyLine(db::Connection &connection, const SlipKind &kind, qint64 id);
+
+/// Whether the lines of \a kind are goods rather than money.
+bool holdsGoods(const SlipKind &kind);
+
+/// The lines as shown, with what is edited and not saved yet.
+std::vector<SlipLine> linesIn(const db::Recordset &lines);
+/// The one in \a row.
+SlipLine lineIn(const db::Recordset &lines, int row);
+
+/// Where \a line's 金額 is not what its 数量 and 単価 make: a sentence; empty where it is, or nothing tells.
+QString amountRemark(const SlipLine &line);
+
+/// Where the slip has a tax line that does not fit its other lines at \a taxRate percent: a sentence with
+/// what the tax would be; empty where it fits or there is none.
+QString taxRemark(const std::vector<SlipLine> &lines, double taxRate, TaxClass taxClass);
+
+/// "合計 10,800 円（うち消費税 800 円）".
+QString totalRemark(const std::vector<SlipLine> &lines);
+
+} // namespace slips

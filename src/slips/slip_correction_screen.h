@@ -1,0 +1,92 @@
+#pragma once
+
+#include "slips/counterpart_search.h"
+#include "ui/screen.h"
+
+#include <memory>
+
+class QLineEdit;
+
+namespace Ui
+{
+class CorrectionForm;
+}
+
+namespace slips
+{
+
+/// Wherein the correction screens differ.
+struct CorrectionDescription
+{
+    SlipKind kind;
+    const char16_t *screen; // object name
+    const char16_t *title;
+    const CounterpartSearch &search;
+    const char16_t *party;   // "納品先", "仕入先"
+    const char16_t *several; // tells that a search matches more than one of them
+    bool showsAddress = false;
+    bool reprints = false;
+};
+
+/// The screens that correct stored slips of one kind: headers in DataGrid1, the shown one's lines in dgdSub,
+/// both edited in place. What was edited is saved when its row is left or by Command3.
+class SlipCorrectionScreen : public ui::Screen
+{
+    Q_OBJECT
+
+public:
+    ~SlipCorrectionScreen() override;
+
+    /// Goes to the slip \a id, told when it is not among the slips of this kind. \return whether it is
+    bool openSlip(qint64 id);
+
+protected:
+    SlipCorrectionScreen(app::Workspace &workspace, QWidget *parent,
+                         const CorrectionDescription &description);
+
+    /// Prints the slip \a id anew; where the description says that the screen reprints.
+    virtual void reprint(qint64 /*id*/) {}
+    /// What a reprint asks of the shown slip.
+    [[nodiscard]] bool designatedForm() const;
+    [[nodiscard]] bool pricesIncludeTax() const;
+    [[nodiscard]] QString memo() const;
+
+    bool mayClose() override;
+
+private:
+    void setCaptions();
+    void setUpHeaders();
+    void setUpLines();
+    void connectControls();
+    void fillEmployees();
+
+    void showAll();
+    void search();
+    void offerMatches(db::Recordset &found);
+    void narrowTo(qint64 counterpart);
+
+    void showSlip();
+    void showHeader();
+    void showCounterpart();
+    void showRemarks();
+    void editHeader(const QString &column, QLineEdit *box);
+    void tellLater(const QString &refusal);
+
+    db::Status save();
+    bool saved();
+    void showAsStored();
+    void update();
+    void deleteSlip();
+    void addLine();
+    void deleteLine();
+    void print();
+
+    CorrectionDescription m_description;
+    std::unique_ptr<Ui::CorrectionForm> m_ui;
+    db::Recordset m_headers;
+    db::Recordset m_lines;
+    db::Recordset m_counterpart; // that of the shown slip
+    qint64 m_shown = 0;          // whose lines are shown
+};
+
+} // namespace slips
