@@ -171,4 +171,12 @@ int Bare::previousSales(std::int64_t customer)
     return readAll(m_handle, statement);
 }
 
+int Bare::salesToCorrect()
+{
+    const int sales = count("SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE 'O%' ORDER BY ID", {});
+    count("SELECT * FROM 入出庫マスター WHERE ID = (SELECT max(ID) FROM 入出庫マスター)", {});
+    count("SELECT * FROM 入出庫サブ WHERE ID = (SELECT max(ID) FROM 入出庫マスター) ORDER BY rowid", {});
+    return sales;
+}
+
 } // namespace bench

@@ -47,6 +47,9 @@ public:
     /// The earlier sales lines of \a customer, all columns read. \return how many
     int previousSales(std::int64_t customer);
 
+    /// The keys of all sales in their order, and the last one's row and lines. \return how many sales
+    int salesToCorrect();
+
 private:
     void run(const char *sql);
     int count(const char *sql, const QString &text);

@@ -9,6 +9,7 @@
 #include "app/screens.h"
 #include "registers/frmNouhin.h"
 #include "slips/frmOut.h"
+#include "slips/frmOutAmd.h"
 #include "slips/slip_store.h"
 
 #include <QComboBox>
@@ -80,6 +81,7 @@ public:
         registerOpened(1000);
         registerOpened(1000000);
         previousSales();
+        correctionOpened();
         start(1000, 10000);
         start(1000000, 1000);
         start(100000, 1000000);
@@ -189,6 +191,23 @@ private:
             customer = customer % 100000 + 1;
             return secondsOf([&] { bare->previousSales(customer); });
         });
+    }
+
+    void correctionOpened()
+    {
+        const std::size_t at = row("sales correction opened", "1,000,000 slips", 1.5);
+        const QString file = m_shops.shop(100000, 1000000);
+        auto shop = std::make_shared<OpenShop>(file);
+        auto bare = std::make_shared<Bare>(file);
+        add(at, "ours", [shop] {
+            std::unique_ptr<slips::frmOutAmd> screen;
+            return secondsOf([&] {
+                screen = std::make_unique<slips::frmOutAmd>(shop->workspace);
+                screen->show();
+                settle();
+            });
+        });
+        add(at, "bare", [bare] { return secondsOf([&] { bare->salesToCorrect(); }); });
     }
 
     void start(int customers, int slips)

@@ -500,6 +500,8 @@ QString Recordset::shown(int column, const QVariant &value) const
         return text::formatAmount(value.toDouble());
     case Format::Quantity:
         return text::formatQuantity(value.toDouble());
+    case Format::Date:
+        return value.toString().replace(u'-', u'/');
     case Format::Plain:
         break;
     }

@@ -11,8 +11,8 @@
 namespace db
 {
 
-/// How the values of a column are shown in a grid.
-enum class Format { Plain, Amount, Quantity };
+/// How the values of a column are shown in a grid; a date, yyyy-MM-dd in the file, as yyyy/MM/dd.
+enum class Format { Plain, Amount, Quantity, Date };
 
 /// The rows that a statement over one table selects, as a screen works with them: a keyset. The keys are
 /// read once, in the statement's order, so that the count is exact and a register of a million rows opens

@@ -1,5 +1,7 @@
 #include "slips/frmMitumoriAmd.h"
 
+#include "slips/estimate_print.h"
+
 namespace slips
 {
 
@@ -12,7 +14,10 @@ frmMitumoriAmd::frmMitumoriAmd(app::Workspace &workspace, QWidget *parent)
                             .party = u"納品先",
                             // As the screens of sales and receipts say it.
                             .several = u"複数の入金先が選択されています。",
-                            .showsAddress = true})
+                            .showsAddress = true,
+                            .reprints = true})
 {}
+
+void frmMitumoriAmd::reprint(qint64 id) { printEstimate(workspace(), this, {.slipId = id, .memo = memo()}); }
 
 } // namespace slips

@@ -5,13 +5,16 @@
 namespace slips
 {
 
-/// Corrects estimates.
+/// Corrects estimates, and prints them anew.
 class frmMitumoriAmd : public SlipCorrectionScreen
 {
     Q_OBJECT
 
 public:
     explicit frmMitumoriAmd(app::Workspace &workspace, QWidget *parent = nullptr);
+
+protected:
+    void reprint(qint64 id) override;
 };
 
 } // namespace slips

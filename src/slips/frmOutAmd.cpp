@@ -27,7 +27,8 @@ frmOutAmd::frmOutAmd(app::Workspace &workspace, QWidget *parent, const SlipKind 
                             // It speaks of payers on all three kinds; that is how the users know it.
                             .several = u"複数の入金先が選択されています。",
                             .showsAddress = true,
-                            .reprints = kind == sale})
+                            .reprints = kind == sale,
+                            .hasDesignatedForm = kind == sale})
 {}
 
 void frmOutAmd::reprint(qint64 id)

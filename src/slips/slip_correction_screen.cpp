@@ -93,7 +93,7 @@ void SlipCorrectionScreen::setCaptions()
                                                    m_ui->lblAddress2, m_ui->txtAddress2};
     for (QWidget *part : address)
         part->setVisible(m_description.showsAddress);
-    m_ui->Check2->setVisible(m_description.reprints);
+    m_ui->Check2->setVisible(m_description.hasDesignatedForm);
     m_ui->Command2->setVisible(m_description.reprints);
 }
 
@@ -101,6 +101,7 @@ void SlipCorrectionScreen::setUpHeaders()
 {
     const SlipKind kind = m_description.kind;
     makeHeadersEditable(m_headers, workspace().connection, kind);
+    m_headers.setFormat(u"日付"_s, db::Format::Date);
     m_headers.setCaption(u"相手先ID"_s, QString::fromUtf16(m_description.party));
     m_headers.setCaption(u"社員ID"_s, u"担当者"_s);
     m_headers.setCaption(u"消費税率"_s, u"税率 %"_s);
@@ -289,7 +290,7 @@ void SlipCorrectionScreen::showSlip()
 void SlipCorrectionScreen::showHeader()
 {
     m_ui->txtDenNo->setText(m_headers.text(u"伝票番号"_s));
-    m_ui->txtDate->setText(m_headers.text(u"日付"_s));
+    m_ui->txtDate->setText(headerCell(u"日付"_s).data().toString());
     m_ui->dbcShain->setCurrentIndex(m_ui->dbcShain->findData(m_headers.value(u"社員ID"_s).toLongLong()));
     m_ui->Text4->setText(m_headers.text(u"相手先ID"_s));
     showRemarks();
@@ -351,11 +352,18 @@ QString SlipCorrectionScreen::memo() const { return m_headers.text(u"備考"_s);
 
 void SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
 {
-    if (m_headers.currentRow() < 0)
+    const QModelIndex cell = headerCell(column);
+    // Untouched, it stays as it is, whether it would be taken today or not.
+    if (!cell.isValid() || box->text() == cell.data().toString())
         return;
-    const QModelIndex cell = m_headers.index(m_headers.currentRow(), m_headers.columnOf(column));
     if (!m_headers.setData(cell, box->text(), Qt::EditRole))
-        box->setText(m_headers.text(column));
+        box->setText(cell.data().toString());
+}
+
+QModelIndex SlipCorrectionScreen::headerCell(const QString &column) const
+{
+    const int row = m_headers.currentRow();
+    return row < 0 ? QModelIndex() : m_headers.index(row, m_headers.columnOf(column));
 }
 
 // A box put up while a cell is being left would take the focus from under it.

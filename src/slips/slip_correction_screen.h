@@ -25,7 +25,8 @@ struct CorrectionDescription
     const char16_t *party;   // "納品先", "仕入先"
     const char16_t *several; // tells that a search matches more than one of them
     bool showsAddress = false;
-    bool reprints = false;
+    bool reprints = false;          // Command2
+    bool hasDesignatedForm = false; // Check2
 };
 
 /// The screens that correct stored slips of one kind: headers in DataGrid1, the shown one's lines in dgdSub,
@@ -70,6 +71,7 @@ private:
     void showCounterpart();
     void showRemarks();
     void editHeader(const QString &column, QLineEdit *box);
+    [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip
     void tellLater(const QString &refusal);
 
     db::Status save();

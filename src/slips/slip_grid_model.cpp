@@ -60,6 +60,8 @@ QVariant SlipGridModel::data(const QModelIndex &index, int role) const
         return text::formatAmount(value.toDouble());
     case db::Format::Quantity:
         return text::formatQuantity(value.toDouble());
+    case db::Format::Date:
+        return value.toString().replace(u'-', u'/');
     case db::Format::Plain:
         break;
     }

@@ -69,6 +69,7 @@ void FirstDay::run()
     chooseCustomers();
     lookIntoLedgers(m_walker, m_window, m_folder);
     lookAfterFile();
+    correctSlips();
     lookAround();
     checkBooks();
 }

@@ -37,6 +37,7 @@ private:
     void printNote(QDialog &screen, int number);
     void chooseCustomers();
     void lookAfterFile();
+    void correctSlips();
     void lookAround();
     void checkBooks();
 
