@@ -161,6 +161,38 @@ void Bare::saveCustomer(std::int64_t customer)
     run("COMMIT");
 }
 
+int Bare::ledger(std::int64_t customer, const char *from, const char *to)
+{
+    sqlite3_stmt *brought = prepared(
+        m_handle, "SELECT total(CASE WHEN m.伝票番号 LIKE 'R%' THEN -s.金額 ELSE s.金額 END) "
+                  "FROM 入出庫マスター m, 入出庫サブ s WHERE s.ID = m.ID AND m.相手先ID = ? AND m.日付 < ? "
+                  "AND (m.伝票番号 LIKE 'O%' OR m.伝票番号 LIKE 'R%' OR m.伝票番号 LIKE 'B%')");
+    sqlite3_bind_int64(brought, 1, customer);
+    sqlite3_bind_text(brought, 2, from, -1, SQLITE_STATIC);
+    readAll(m_handle, brought);
+    sqlite3_stmt *lines = prepared(
+        m_handle, "SELECT m.日付, m.ID, m.伝票番号, s.商品名, s.規格, s.数量, s.単位, s.単価, s.金額 "
+                  "FROM 入出庫マスター m, 入出庫サブ s WHERE s.ID = m.ID AND m.相手先ID = ? "
+                  "AND m.日付 BETWEEN ? AND ? "
+                  "AND (m.伝票番号 LIKE 'O%' OR m.伝票番号 LIKE 'R%' OR m.伝票番号 LIKE 'B%') "
+                  "ORDER BY m.日付, m.ID, s.rowid");
+    sqlite3_bind_int64(lines, 1, customer);
+    sqlite3_bind_text(lines, 2, from, -1, SQLITE_STATIC);
+    sqlite3_bind_text(lines, 3, to, -1, SQLITE_STATIC);
+    return readAll(m_handle, lines);
+}
+
+int Bare::balances()
+{
+    return readAll(
+        m_handle,
+        prepared(m_handle,
+                 "SELECT m.相手先ID, total(CASE WHEN m.伝票番号 LIKE 'R%' THEN -s.金額 ELSE s.金額 END) "
+                 "FROM 入出庫マスター m, 入出庫サブ s WHERE s.ID = m.ID "
+                 "AND (m.伝票番号 LIKE 'O%' OR m.伝票番号 LIKE 'R%' OR m.伝票番号 LIKE 'B%') "
+                 "GROUP BY m.相手先ID"));
+}
+
 int Bare::previousSales(std::int64_t customer)
 {
     sqlite3_stmt *statement =

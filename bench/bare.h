@@ -50,6 +50,13 @@ public:
     /// The keys of all sales in their order, and the last one's row and lines. \return how many sales
     int salesToCorrect();
 
+    /// What \a customer owes from before \a from, and its lines from then to \a to, all columns read and
+    /// added up. \return how many
+    int ledger(std::int64_t customer, const char *from, const char *to);
+
+    /// The balances of all customers, in one statement. \return how many
+    int balances();
+
 private:
     void run(const char *sql);
     int count(const char *sql, const QString &text);

@@ -2,6 +2,7 @@
 
 #include "bare.h"
 #include "export_operations.h"
+#include "ledger_operations.h"
 #include "measuring.h"
 #include "search_operations.h"
 
@@ -241,6 +242,7 @@ std::vector<Row> registerOperations(const Shops &shops)
     std::vector<Row> rows = Operations(shops).all();
     registerExports(shops, rows);
     registerSearches(shops, rows);
+    registerLedgers(shops, rows);
     return rows;
 }
 
