@@ -5,6 +5,7 @@ namespace slips
 
 LedgerDescription descriptionOf(LedgerView view)
 {
+    constexpr const char16_t *correctsSlip = u"伝票を訂正 Enter(&T)";
     constexpr const char16_t *opensLedger = u"元帳を開く Enter(&T)";
     constexpr const char16_t *openOnly = u"残高のあるものだけ(&Z)";
     switch (view) {
@@ -13,13 +14,15 @@ LedgerDescription descriptionOf(LedgerView view)
                 .screen = u"frmOutMoto",
                 .title = u"売掛金元帳",
                 .search = &customerSearch,
-                .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 0, 0}};
+                .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 0, 0},
+                .opens = correctsSlip};
     case LedgerView::Payable:
         return {.view = view,
                 .screen = u"frmInMoto",
                 .title = u"買掛金元帳",
                 .search = &payeeSearch,
-                .foundWidths = {60, 190, 130, 210, 110, 0, 60, 0}};
+                .foundWidths = {60, 190, 130, 210, 110, 0, 60, 0},
+                .opens = correctsSlip};
     case LedgerView::ReceivableBalances:
         return {.view = view,
                 .screen = u"frmOutZandaka",
@@ -35,7 +38,7 @@ LedgerDescription descriptionOf(LedgerView view)
                 .hasStart = false,
                 .opens = opensLedger};
     case LedgerView::Stocktakes:
-        return {.view = view, .screen = u"frmTanaReport", .title = u"棚卸日報"};
+        return {.view = view, .screen = u"frmTanaReport", .title = u"棚卸日報", .opens = correctsSlip};
     case LedgerView::Stock:
         return {.view = view,
                 .screen = u"frmTanaMoto",

@@ -2,6 +2,7 @@
 
 #include "app/workspace.h"
 #include "printing/frmPreview.h"
+#include "slips/correction_screens.h"
 #include "slips/ledger_output.h"
 #include "slips/slip_screen.h"
 #include "text/numbers.h"
@@ -276,7 +277,11 @@ void LedgerScreen::openRow()
     const RowTarget target = m_table.targets[static_cast<std::size_t>(row)];
     if (target.id == 0 || m_ui->Command4->isHidden())
         return;
-    openLedgerOf(target.id);
+    if (m_description.view == LedgerView::ReceivableBalances ||
+        m_description.view == LedgerView::PayableBalances)
+        openLedgerOf(target.id);
+    else
+        openCorrection(workspace(), this, target.kind, target.id);
     refresh();
 }
 

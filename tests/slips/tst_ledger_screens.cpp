@@ -119,6 +119,29 @@ private slots:
                  u"Command2 Command3 Command4"_s);
     }
 
+    void lineLeadsToTheCorrectionOfItsSlip()
+    {
+        LedgerDesk<slips::frmOutMoto> desk;
+        desk.driver().the<QDateEdit>("DTPicker1").setDate({2026, 2, 15});
+        desk.driver().type("txtKey1", u"aite0"_s);
+        desk.driver().press("Command1");
+        auto &grid = desk.driver().the<ui::Grid>("MSFlexGrid1");
+        QTest::keyClick(&grid, Qt::Key_Return); // the balance brought forward leads nowhere
+        grid.setCurrentIndex(grid.model()->index(2, 0));
+        QString seen;
+        QTimer::singleShot(0, &grid, [&] {
+            QWidget *correction = QApplication::activeModalWidget();
+            seen =
+                correction->objectName() + u' ' + correction->findChild<QLineEdit *>(u"txtDenNo"_s)->text();
+            desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 50000 WHERE ID = 4"_s);
+            correction->close();
+        });
+        QTest::keyClick(&grid, Qt::Key_Return);
+        QCOMPARE(seen, u"frmOutAmd R4"_s);
+        QCOMPARE(desk.sums(), u"53,300 3,300 300 50,000 6,600"_s);
+        QCOMPARE(grid.currentIndex().row(), 2);
+    }
+
     void whatIsMissingIsTold()
     {
         LedgerDesk<slips::frmInMoto> desk;
