@@ -18,9 +18,9 @@ namespace slips
 struct EstimateRequest
 {
     qint64 slipId = 0;
-    bool closed = true;            // no tax line is to come any more
-    std::optional<bool> inclusive; // "消費税（内税）" is ticked; empty: nobody was asked, as in a reprint
-    QString memo{};                // 備考
+    bool closed = true;              // no tax line is to come any more
+    std::optional<bool> inclusive{}; // "消費税（内税）" is ticked; empty: nobody was asked, as in a reprint
+    QString memo{};                  // 備考
     QString remark1{};
     QString remark2{};
 };
