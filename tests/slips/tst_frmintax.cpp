@@ -238,7 +238,7 @@ private slots:
         QCOMPARE(figures(driver, {"Text1", "txtNouhinsaki1", "txtBalance"}), u"77 (削除済み) ID 77 7"_s);
         QCOMPARE(figures(driver, {"txtTotalPrevious", "txtTotalPurchases", "txtTotalBalance"}),
                  u"500 2,006 2,506"_s);
-        driver.press("Check1");
+        driver.the<QCheckBox>("Check1").click();
         QCOMPARE(grid.model()->rowCount(), 4);
 
         desk.shop.run(u"DELETE FROM 入出庫マスター"_s);
