@@ -43,6 +43,14 @@ frmMitsumori::frmMitsumori(app::Workspace &workspace, QWidget *parent)
 
 frmMitsumori::~frmMitsumori() = default;
 
+// What was remarked to one customer is not for the next one's paper.
+void frmMitsumori::clearLines()
+{
+    GoodsSlipScreen::clearLines();
+    m_ui->Text4->clear();
+    m_ui->Text5->clear();
+}
+
 void frmMitsumori::print()
 {
     if (!mayPassOverLine())

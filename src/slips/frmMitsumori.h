@@ -21,6 +21,9 @@ public:
     explicit frmMitsumori(app::Workspace &workspace, QWidget *parent = nullptr);
     ~frmMitsumori() override;
 
+protected:
+    void clearLines() override;
+
 private:
     void print();
 

@@ -293,6 +293,18 @@ private slots:
         QCOMPARE(settings.text(app::keys::printerFont), u"Noto Serif CJK JP"_s);
     }
 
+    void remarksStayWithTheirEstimate()
+    {
+        SlipDesk<frmMitsumori> desk;
+        desk.open(0);
+        desk.goods(u"1"_s, u"1999"_s);
+        desk.driver().box("Text4").setText(u"特別値引き"_s);
+        desk.driver().box("Text5").setText(u"他言無用"_s);
+        desk.driver().press("cmdNext");
+        QCOMPARE(desk.driver().box("Text4").text(), QString());
+        QCOMPARE(desk.driver().box("Text5").text(), QString());
+    }
+
     void slipDeletedMeanwhileIsTold()
     {
         SlipDesk<frmMitsumori> desk;
