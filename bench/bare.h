@@ -47,7 +47,7 @@ public:
     /// The earlier sales lines of \a customer, all columns read. \return how many
     int previousSales(std::int64_t customer);
 
-    /// The keys of all sales in their order, and the last one's row and lines. \return how many sales
+    /// The keys of all sales, and the last one's row and lines. \return how many sales
     int salesToCorrect();
 
     /// What \a customer owes from before \a from, and its lines from then to \a to, all columns read and
