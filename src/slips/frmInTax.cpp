@@ -56,7 +56,7 @@ void frmInTax::connectControls()
         connect(button, &QPushButton::clicked, this, action);
     for (QDateEdit *box :
          {static_cast<QDateEdit *>(m_ui->DTPicker1), static_cast<QDateEdit *>(m_ui->DTPicker2)})
-        connect(box, &QDateEdit::dateChanged, this, &frmInTax::suggestDate);
+        connect(box, &QDateEdit::dateChanged, this, &frmInTax::followPeriod);
     connect(&m_found, &db::Recordset::currentRowChanged, this, &frmInTax::showSupplier);
     if (!workspace().panel.automaticNumbers)
         connect(new ui::LeaveWatch(m_ui->txtDenNo), &ui::LeaveWatch::left, this, &frmInTax::checkNumber);
@@ -99,6 +99,19 @@ void frmInTax::showSupplier()
     m_ui->txtKingaku->clear(); // was another supplier's
     m_suggestion.clear();
     refresh();
+}
+
+// The figures, and the tax proposed from them, are always those of the period that is shown.
+void frmInTax::followPeriod()
+{
+    suggestDate();
+    if (period().from <= period().to) {
+        refresh();
+        return;
+    }
+    m_purchases = {}; // half of the period is typed
+    showFigures(false);
+    suggestTax();
 }
 
 void frmInTax::suggestDate() { m_ui->DTPicker3->setDate(taxDate(period(), workspace().today())); }

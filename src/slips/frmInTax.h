@@ -34,6 +34,7 @@ private:
 
     void search();
     void showSupplier();
+    void followPeriod();
     void suggestDate();
     bool refresh();
     void showFigures(bool chosen);

@@ -197,6 +197,15 @@ private slots:
         auto &date = desk.driver().the<QDateEdit>("DTPicker3");
         QCOMPARE(date.date(), QDate(2026, 3, 31));
         find(desk, 1);
+        // What is proposed belongs to the period that is shown.
+        QCOMPARE(desk.driver().box("txtKingaku").text(), u"50"_s);
+        to.setDate({2026, 2, 28});
+        QCOMPARE(desk.driver().box("txtKingaku").text(), QString());
+        from.setDate({2026, 2, 1});
+        QCOMPARE(desk.driver().box("txtUnbooked").text(), u"0"_s);
+        to.setDate({2026, 3, 31});
+        from.setDate({2026, 3, 1});
+        QCOMPARE(desk.driver().box("txtKingaku").text(), u"50"_s);
         date.setDate({2026, 4, 1});
         ui::prompts::expectAsk(u"日付が期間の外にあります。この日付で入力しますか。"_s, false);
         desk.driver().press("cmdSubAdd");
