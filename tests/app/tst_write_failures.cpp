@@ -44,6 +44,7 @@ struct Scene
     std::unique_ptr<SlipDesk<slips::frmOut>> desk;
     std::unique_ptr<Stage> stage;
     std::unique_ptr<FreshShop> logic;
+    QByteArray damaged; // what the stage's file held when it was to be repaired
 
     FreshShop &shop() const { return desk ? desk->shop : stage ? stage->shop : *logic; }
 };
@@ -119,6 +120,7 @@ void openWindowOnDamage(Scene &scene)
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         qFatal("no damaged file");
     file.close();
+    scene.damaged = bytes;
     scene.stage->load();
 }
 
@@ -167,8 +169,11 @@ QString repair(Scene &scene)
 
 QString repairDamage(Scene &scene)
 {
-    ui::prompts::expectInform({}); // what the check found, or that it could not be begun
-    ui::prompts::expectInform({}); // what was carried over, or why nothing was
+    // Where only the opening failed afterwards, the file is sound by the second time.
+    if (bytesOf(scene.stage->file) == scene.damaged) {
+        ui::prompts::expectInform({}); // what the check found, or that it could not be begun
+        ui::prompts::expectInform({}); // what was carried over, or why nothing was
+    }
     return repair(scene);
 }
 
