@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -125,64 +126,107 @@ private:
 
 // --- All counterparts ---
 
-QString balancesStatement(Party party)
+// What the slips of a range of keys move. Read in the order of the keys, which is the order of the file: by
+// counterpart, every slip of a large book would be looked for by itself.
+const QString movementsStatement =
+    u"SELECT 相手先ID, 動き, SUM(額), MAX(日付) FROM (SELECT 相手先ID, 日付, "
+    "CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN 伝票番号 LIKE ? THEN 2 END AS 動き, "
+    "(SELECT SUM(ROUND(金額 * 10000)) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) AS 額 "
+    "FROM 入出庫マスター WHERE ID > ? AND ID <= ? AND 相手先ID IS NOT NULL AND COALESCE(日付, '') <= ?) "
+    "WHERE 動き IS NOT NULL GROUP BY 相手先ID, 動き"_s;
+
+// With the text that tells its place in the list.
+QString namesStatement(Party party)
 {
-    const QString sums =
-        u"(SELECT 相手先ID, 動き, SUM(額) AS 計, MAX(日付) AS 最終日 FROM (SELECT 相手先ID, 日付, "
-        "CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN 伝票番号 LIKE ? THEN 2 END AS "
-        "動き, "
-        "(SELECT SUM(ROUND(金額 * 10000)) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) AS 額 "
-        "FROM 入出庫マスター WHERE 相手先ID > ? AND 相手先ID <= ? AND COALESCE(日付, '') <= ?) "
-        "WHERE 動き IS NOT NULL GROUP BY 相手先ID, 動き) AS 合計"_s;
     return party == Party::Customer
-               ? u"SELECT 相手先ID, 動き, 計, 最終日, 納品先ID, コード, 納品先名1, 納品先名2, フリガナ FROM "_s +
-                     sums + u" LEFT JOIN 納品先 ON 納品先ID = 相手先ID ORDER BY 相手先ID, 動き"_s
-               : u"SELECT 相手先ID, 動き, 計, 最終日, 仕入先ID, コード, 仕入先名1, 仕入先名2, コード FROM "_s +
-                     sums + u" LEFT JOIN 仕入先 ON 仕入先ID = 相手先ID ORDER BY 相手先ID, 動き"_s;
+               ? u"SELECT 納品先ID, コード, 納品先名1, 納品先名2, フリガナ FROM 納品先 "
+                 "WHERE EXISTS (SELECT 1 FROM 入出庫マスター WHERE 相手先ID = 納品先ID)"_s
+               : u"SELECT 仕入先ID, コード, 仕入先名1, 仕入先名2, コード FROM 仕入先 "
+                 "WHERE EXISTS (SELECT 1 FROM 入出庫マスター WHERE 相手先ID = 仕入先ID)"_s;
 }
 
-// A balance on its way: a row for each movement goes into it.
+// A balance on its way: every row of a counterpart's movements goes into it.
 struct Account
 {
-    CounterpartBalance shown;
     ExactSum sum;
-    QString place; // in the list
-
-    explicit Account(const QVariantList &row)
-    {
-        shown.counterpart = row.at(0).toLongLong();
-        shown.deleted = row.at(4).isNull();
-        shown.code = row.at(5).toString();
-        shown.name = shown.deleted ? deletedCounterpartName(shown.counterpart)
-                                   : counterpartName(row.at(6).toString(), row.at(7).toString());
-        place = row.at(8).toString();
-    }
+    QString lastCharged;
+    QString lastSettled;
 
     void add(const QVariantList &row)
     {
         const auto movement = static_cast<Movement>(row.at(1).toInt());
         const double count = row.at(2).toDouble();
+        const QString date = row.at(3).toString();
         sum.add(ExactSum::ofTenThousandths(movement == Movement::Settled ? -count : count));
         if (movement == Movement::Charged)
-            shown.lastCharged = row.at(3).toString();
+            lastCharged = std::max(lastCharged, date);
         else if (movement == Movement::Settled)
-            shown.lastSettled = row.at(3).toString();
+            lastSettled = std::max(lastSettled, date);
     }
 };
 
-void addRows(const db::Rows &rows, std::vector<Account> &accounts)
+using Accounts = std::unordered_map<qint64, Account>;
+
+db::Result<Accounts> readAccounts(db::Connection &connection, Party party, const QDate &day,
+                                  const db::Progress &progress)
 {
-    for (const QVariantList &row : rows.rows) {
-        if (accounts.empty() || accounts.back().shown.counterpart != row.front().toLongLong())
-            accounts.emplace_back(row);
-        accounts.back().add(row);
-    }
+    Accounts accounts;
+    const db::Status read = forSlipBlocks(connection, progress, [&](qint64 after, qint64 upTo) -> db::Status {
+        const auto rows =
+            connection.select(movementsStatement, patternsOf(party) + QVariantList{after, upTo, stored(day)});
+        if (!rows)
+            return rows.error();
+        for (const QVariantList &row : rows->rows)
+            accounts[row.front().toLongLong()].add(row);
+        return {};
+    });
+    if (!read)
+        return read.error();
+    return accounts;
 }
 
-bool comesBefore(const Account &one, const Account &other)
+struct Listed
 {
-    return std::tie(one.shown.deleted, one.place, one.shown.counterpart) <
-           std::tie(other.shown.deleted, other.place, other.shown.counterpart);
+    CounterpartBalance balance;
+    QString place;
+};
+
+Listed listed(qint64 counterpart, const Account &account)
+{
+    Listed entry;
+    entry.balance.counterpart = counterpart;
+    entry.balance.balance = account.sum.value();
+    entry.balance.lastCharged = account.lastCharged;
+    entry.balance.lastSettled = account.lastSettled;
+    return entry;
+}
+
+// Takes the accounts of those in the register; what is left belongs to deleted ones.
+std::vector<Listed> namedAccounts(Accounts accounts, const db::Rows &names)
+{
+    std::vector<Listed> list;
+    list.reserve(accounts.size());
+    for (const QVariantList &row : names.rows) {
+        const auto account = accounts.extract(row.front().toLongLong());
+        if (!account)
+            continue;
+        list.push_back(listed(account.key(), account.mapped()));
+        list.back().balance.code = row.at(1).toString();
+        list.back().balance.name = counterpartName(row.at(2).toString(), row.at(3).toString());
+        list.back().place = row.at(4).toString();
+    }
+    for (const auto &[counterpart, account] : accounts) {
+        list.push_back(listed(counterpart, account));
+        list.back().balance.deleted = true;
+        list.back().balance.name = deletedCounterpartName(counterpart);
+    }
+    return list;
+}
+
+bool comesBefore(const Listed &one, const Listed &other)
+{
+    return std::tie(one.balance.deleted, one.place, one.balance.counterpart) <
+           std::tie(other.balance.deleted, other.place, other.balance.counterpart);
 }
 
 } // namespace
@@ -218,27 +262,19 @@ db::Result<std::vector<CounterpartBalance>> balanceList(db::Connection &connecti
     db::ReadTransaction oneMoment(connection);
     if (const db::Status begun = oneMoment.begin(); !begun)
         return begun.error();
-    const QString statement = balancesStatement(party);
-    std::vector<Account> accounts;
-    const db::Status read = forSlipBlocks(
-        connection, SlipOrder::ByCounterpart, progress, [&](qint64 after, qint64 upTo) -> db::Status {
-            const auto rows =
-                connection.select(statement, patternsOf(party) + QVariantList{after, upTo, stored(day)});
-            if (!rows)
-                return rows.error();
-            addRows(*rows, accounts);
-            return {};
-        });
-    if (!read)
-        return read.error();
+    auto accounts = readAccounts(connection, party, day, progress);
+    if (!accounts)
+        return accounts.error();
+    const auto names = connection.select(namesStatement(party));
+    if (!names)
+        return names.error();
 
-    std::sort(accounts.begin(), accounts.end(), comesBefore);
+    std::vector<Listed> list = namedAccounts(std::move(*accounts), *names);
+    std::sort(list.begin(), list.end(), comesBefore);
     std::vector<CounterpartBalance> balances;
-    balances.reserve(accounts.size());
-    for (Account &account : accounts) {
-        account.shown.balance = account.sum.value();
-        balances.push_back(std::move(account.shown));
-    }
+    balances.reserve(list.size());
+    for (Listed &entry : list)
+        balances.push_back(std::move(entry.balance));
     return balances;
 }
 

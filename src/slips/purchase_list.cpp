@@ -37,8 +37,9 @@ db::Status checkPeriod(const Period &period)
 }
 
 // One row for each kind of slip, before the period and within it, and for each rate of the purchases within
-// it. Sums are in ten-thousandths, which ExactSum counts.
-db::Result<db::Rows> readSums(db::Connection &connection, const Period &period, qint64 after, qint64 upTo)
+// it. Sums are in ten-thousandths, which ExactSum counts. \a which slips: a condition and its values.
+db::Result<db::Rows> readSums(db::Connection &connection, const Period &period, const QString &which,
+                              const QVariantList &values)
 {
     return connection.select(
         u"SELECT 相手先ID, 種類, 期間内, 税率, SUM(額), SUM(税額), SUM(税行) FROM ("
@@ -47,10 +48,12 @@ db::Result<db::Rows> readSums(db::Connection &connection, const Period &period, 
         "ROUND(金額 * 10000) AS 額, CASE WHEN 商品名 = '消費税' THEN ROUND(金額 * 10000) ELSE 0 END AS 税額, "
         "商品名 = '消費税' AS 税行 "
         "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-        "WHERE 相手先ID > ? AND 相手先ID <= ? AND COALESCE(日付, '') <= ?) "
-        "WHERE 種類 IS NOT NULL GROUP BY 相手先ID, 種類, 期間内, CASE WHEN 期間内 THEN 税率 END"_s,
-        {patternOf(purchase), patternOf(payment), patternOf(payableCarried), stored(period.from), after, upTo,
-         stored(period.to)});
+        "WHERE COALESCE(日付, '') <= ? AND "_s +
+            which +
+            u") WHERE 種類 IS NOT NULL GROUP BY 相手先ID, 種類, 期間内, CASE WHEN 期間内 THEN 税率 END"_s,
+        QVariantList{patternOf(purchase), patternOf(payment), patternOf(payableCarried), stored(period.from),
+                     stored(period.to)} +
+            values);
 }
 
 // Adds the rows of one supplier up.
@@ -117,10 +120,10 @@ private:
 
 using Accounts = std::map<qint64, Account>;
 
-db::Status readAccounts(db::Connection &connection, const Period &period, qint64 after, qint64 upTo,
-                        Accounts &accounts)
+db::Status readAccounts(db::Connection &connection, const Period &period, const QString &which,
+                        const QVariantList &values, Accounts &accounts)
 {
-    const auto rows = readSums(connection, period, after, upTo);
+    const auto rows = readSums(connection, period, which, values);
     if (!rows)
         return rows.error();
     for (const QVariantList &row : rows->rows)
@@ -215,10 +218,11 @@ db::Result<PurchaseList> purchaseList(db::Connection &connection, const Period &
     if (const db::Status begun = oneMoment.begin(); !begun)
         return begun.error();
     Accounts accounts;
-    const db::Status read =
-        forSlipBlocks(connection, SlipOrder::ByCounterpart, progress, [&](qint64 after, qint64 upTo) {
-            return readAccounts(connection, period, after, upTo, accounts);
-        });
+    const db::Status read = forSlipBlocks(connection, progress, [&](qint64 after, qint64 upTo) {
+        return readAccounts(connection, period,
+                            u"入出庫マスター.ID > ? AND 入出庫マスター.ID <= ? AND 相手先ID IS NOT NULL"_s,
+                            {after, upTo}, accounts);
+    });
     if (!read)
         return read.error();
     return listed(connection, std::move(accounts), withIdle);
@@ -232,7 +236,8 @@ db::Result<SupplierPurchases> purchasesOf(db::Connection &connection, qint64 sup
     if (const db::Status begun = oneMoment.begin(); !begun)
         return begun.error();
     Accounts accounts;
-    if (const db::Status read = readAccounts(connection, period, supplier - 1, supplier, accounts); !read)
+    if (const db::Status read = readAccounts(connection, period, u"相手先ID = ?"_s, {supplier}, accounts);
+        !read)
         return read.error();
     const auto found = connection.select(
         u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, コード, 消費税区分 FROM 仕入先 WHERE 仕入先ID = ?"_s,

@@ -12,16 +12,9 @@ namespace
 
 constexpr qint64 blockSize = 4000; // slips: a few hundredths of a second each
 
-QString boundaryStatement(SlipOrder order)
-{
-    return order == SlipOrder::ByKey
-               ? u"SELECT ID FROM 入出庫マスター WHERE ID > ? ORDER BY ID LIMIT 1 OFFSET ?"_s
-               : u"SELECT 相手先ID FROM 入出庫マスター WHERE 相手先ID > ? ORDER BY 相手先ID LIMIT 1 OFFSET ?"_s;
-}
-
 } // namespace
 
-db::Status forSlipBlocks(db::Connection &connection, SlipOrder order, const db::Progress &progress,
+db::Status forSlipBlocks(db::Connection &connection, const db::Progress &progress,
                          const std::function<db::Status(qint64 after, qint64 upTo)> &work)
 {
     const auto total = connection.keys(u"SELECT COUNT(*) FROM 入出庫マスター"_s);
@@ -31,7 +24,8 @@ db::Status forSlipBlocks(db::Connection &connection, SlipOrder order, const db::
     for (qint64 done = 0;; done += blockSize) {
         if (!progress(std::min(done, total->front()), total->front()))
             return db::cancelled();
-        const auto boundary = connection.keys(boundaryStatement(order), {after, blockSize});
+        const auto boundary = connection.keys(
+            u"SELECT ID FROM 入出庫マスター WHERE ID > ? ORDER BY ID LIMIT 1 OFFSET ?"_s, {after, blockSize});
         if (!boundary)
             return boundary.error();
         const bool last = boundary->empty();

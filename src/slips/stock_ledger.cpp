@@ -161,10 +161,9 @@ db::Result<StockLedger> readStock(db::Connection &connection, const QDate &day, 
     AllGoods all;
     if (const db::Status counted = readCounts(connection, day, all); !counted)
         return counted.error();
-    const db::Status moved =
-        forSlipBlocks(connection, SlipOrder::ByKey, progress, [&](qint64 after, qint64 upTo) {
-            return addMovements(connection, after, upTo, day, all);
-        });
+    const db::Status moved = forSlipBlocks(connection, progress, [&](qint64 after, qint64 upTo) {
+        return addMovements(connection, after, upTo, day, all);
+    });
     if (!moved)
         return moved.error();
 
