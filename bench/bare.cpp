@@ -59,7 +59,7 @@ void Bare::run(const char *sql)
     check(sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr) == SQLITE_OK, m_handle);
 }
 
-void Bare::saveSlip(std::int64_t customer)
+std::int64_t Bare::saveHeader(std::int64_t customer)
 {
     run("BEGIN IMMEDIATE");
     sqlite3_stmt *stamp = prepared(m_handle, "UPDATE 納品先 SET 更新日 = '2026-04-01' WHERE 納品先ID = ?");
@@ -73,13 +73,34 @@ void Bare::saveSlip(std::int64_t customer)
     readAll(m_handle, header);
     const std::int64_t id = sqlite3_last_insert_rowid(m_handle);
     run("COMMIT");
-    for (int line = 0; line < 6; ++line) {
-        run("BEGIN IMMEDIATE");
-        sqlite3_stmt *insert =
-            prepared(m_handle, "INSERT INTO 入出庫サブ VALUES (?, 'りんご', '贈答用', 2, '箱', 3980, 7960)");
-        sqlite3_bind_int64(insert, 1, id);
-        readAll(m_handle, insert);
-        run("COMMIT");
+    return id;
+}
+
+void Bare::saveLine(std::int64_t slip)
+{
+    run("BEGIN IMMEDIATE");
+    sqlite3_stmt *insert =
+        prepared(m_handle, "INSERT INTO 入出庫サブ VALUES (?, 'りんご', '贈答用', 2, '箱', 3980, 7960)");
+    sqlite3_bind_int64(insert, 1, slip);
+    readAll(m_handle, insert);
+    run("COMMIT");
+}
+
+void Bare::saveSlip(std::int64_t customer)
+{
+    const std::int64_t slip = saveHeader(customer);
+    for (int line = 0; line < 6; ++line)
+        saveLine(slip);
+}
+
+void Bare::enterLine(std::int64_t slip)
+{
+    saveLine(slip);
+    for (const char *sql : {"SELECT * FROM 入出庫サブ WHERE ID = ? ORDER BY rowid",
+                            "SELECT sum(金額) FROM 入出庫サブ WHERE ID = ?"}) {
+        sqlite3_stmt *shown = prepared(m_handle, sql);
+        sqlite3_bind_int64(shown, 1, slip);
+        readAll(m_handle, shown);
     }
 }
 
@@ -191,6 +212,18 @@ int Bare::balances()
                  "FROM 入出庫マスター m, 入出庫サブ s WHERE s.ID = m.ID "
                  "AND (m.伝票番号 LIKE 'O%' OR m.伝票番号 LIKE 'R%' OR m.伝票番号 LIKE 'B%') "
                  "GROUP BY m.相手先ID"));
+}
+
+int Bare::purchases(const char *from, const char *to)
+{
+    sqlite3_stmt *statement = prepared(
+        m_handle, "SELECT m.相手先ID, substr(m.伝票番号, 1, 1) AS k, m.日付 >= ? AS w, total(s.金額) "
+                  "FROM 入出庫マスター m, 入出庫サブ s WHERE s.ID = m.ID AND m.日付 <= ? "
+                  "AND (m.伝票番号 LIKE 'I%' OR m.伝票番号 LIKE 'P%' OR m.伝票番号 LIKE 'A%') "
+                  "GROUP BY m.相手先ID, k, w");
+    sqlite3_bind_text(statement, 1, from, -1, SQLITE_STATIC);
+    sqlite3_bind_text(statement, 2, to, -1, SQLITE_STATIC);
+    return readAll(m_handle, statement);
 }
 
 int Bare::previousSales(std::int64_t customer)

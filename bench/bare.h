@@ -24,6 +24,11 @@ public:
     /// Header, customer's date, five lines and the tax line, each durable before the next.
     void saveSlip(std::int64_t customer);
 
+    /// A slip's header alone. \return its key
+    std::int64_t saveHeader(std::int64_t customer);
+    /// A line of the slip, durable, and then its lines and their sum, all columns read.
+    void enterLine(std::int64_t slip);
+
     /// A customer of a tax class, and its search key.
     std::int64_t customerOfClass(int taxClass);
     QString searchKeyOf(std::int64_t customer);
@@ -57,8 +62,13 @@ public:
     /// The balances of all customers, in one statement. \return how many
     int balances();
 
+    /// What was bought from and paid to all suppliers from \a from to \a to and before, in one statement.
+    /// \return how many rows
+    int purchases(const char *from, const char *to);
+
 private:
     void run(const char *sql);
+    void saveLine(std::int64_t slip);
     int count(const char *sql, const QString &text);
 
     sqlite3 *m_handle = nullptr;

@@ -3,6 +3,8 @@
 #include "bare.h"
 
 #include "slips/ledger.h"
+#include "slips/purchase_list.h"
+#include "slips/stock_ledger.h"
 
 #include <QLocale>
 
@@ -16,6 +18,7 @@ namespace
 
 // The last year of the shops: most of a customer's lines come before it, and are added up.
 const slips::Period lastYear{{2025, 4, 1}, {2026, 3, 31}};
+const slips::Period lastMonth{{2026, 3, 1}, {2026, 3, 31}};
 
 // One customer after the other, so that no run finds the pages of the last one warm.
 template <class Work>
@@ -60,6 +63,24 @@ void registerLedgers(const Shops &shops, std::vector<Row> &rows)
         });
     });
     add(rows.size() - 1, "bare", [bare] { return secondsOf([&] { bare->balances(); }); });
+
+    rows.push_back({"monthly purchase list", "1,000,000 slips", 0});
+    add(rows.size() - 1, "ours", [shop] {
+        return secondsOf([&] {
+            if (!slips::purchaseList(shop->connection, lastMonth, false, db::unwatched))
+                qFatal("the purchase list was not read");
+        });
+    });
+    add(rows.size() - 1, "bare",
+        [bare] { return secondsOf([&] { bare->purchases("2026-03-01", "2026-03-31"); }); });
+
+    rows.push_back({"stock of all goods", "1,000,000 slips", 0});
+    add(rows.size() - 1, "ours", [shop] {
+        return secondsOf([&] {
+            if (!slips::readStock(shop->connection, lastYear.to, db::unwatched))
+                qFatal("the stock was not read");
+        });
+    });
 }
 
 } // namespace bench

@@ -15,6 +15,7 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -45,16 +46,30 @@ public:
     double secondsToSaveFiveLines()
     {
         double seconds = secondsOf("cmdMasterUpdate");
-        for (int line = 0; line < 5; ++line) {
-            control<QComboBox>(m_screen, "dbcShohin").setEditText(u"りんご"_s);
-            control<QComboBox>(m_screen, "dbcKikaku").setEditText(u"贈答用"_s);
-            control<QComboBox>(m_screen, "dbcTani").setEditText(u"箱"_s);
-            control<QLineEdit>(m_screen, "txtCnt").setText(u"2"_s);
-            control<QLineEdit>(m_screen, "txtTanka").setText(u"3980"_s);
-            seconds += secondsOf("cmdSubAdd");
-        }
+        for (int line = 0; line < 5; ++line)
+            seconds += secondsToEnterLine();
         return seconds + secondsOf("cmdNext");
     }
+
+    /// A line typed into the slip that is open, from 入力 until it and the sums are shown.
+    double secondsToEnterLine()
+    {
+        control<QComboBox>(m_screen, "dbcShohin").setEditText(u"りんご"_s);
+        control<QComboBox>(m_screen, "dbcKikaku").setEditText(u"贈答用"_s);
+        control<QComboBox>(m_screen, "dbcTani").setEditText(u"箱"_s);
+        control<QLineEdit>(m_screen, "txtCnt").setText(u"2"_s);
+        control<QLineEdit>(m_screen, "txtTanka").setText(u"3980"_s);
+        return secondsOf("cmdSubAdd");
+    }
+
+    /// Saves the header for the customer \a key.
+    void begin(const QString &key)
+    {
+        secondsToFind(key);
+        secondsOf("cmdMasterUpdate");
+    }
+
+    void finish() { secondsOf("cmdNext"); }
 
 private:
     double secondsOf(const char *button)
@@ -78,10 +93,13 @@ public:
     std::vector<Row> all()
     {
         slipSaved();
+        lineEntered(1000, 10000);
+        lineEntered(100000, 1000000);
         keySearch();
         registerOpened(1000);
         registerOpened(1000000);
-        previousSales();
+        previousSales(1000, 10000);
+        previousSales(100000, 1000000);
         correctionOpened();
         start(1000, 10000);
         start(1000000, 1000);
@@ -117,6 +135,33 @@ private:
         });
         for (const std::size_t at : {stored, shown})
             add(at, "bare", [bare, customer] { return secondsOf([&] { bare->saveSlip(customer); }); });
+    }
+
+    // The third line of a slip, until it is shown.
+    void lineEntered(int customers, int slipCount)
+    {
+        const std::size_t at =
+            row("line entered in the sales screen",
+                QLocale(QLocale::English).toString(slipCount).toStdString() + " slips", 1.5);
+        const QString file = m_shops.copy(customers, slipCount, u"entered-%1"_s.arg(slipCount));
+        auto bare = std::make_shared<Bare>(file);
+        const qint64 customer = bare->customerOfClass(0);
+        const QString key = bare->searchKeyOf(customer);
+        auto desk = std::make_shared<SalesDesk>(file);
+        add(at, "ours", [desk, key] {
+            desk->begin(key);
+            desk->secondsToEnterLine();
+            desk->secondsToEnterLine();
+            const double seconds = desk->secondsToEnterLine();
+            desk->finish();
+            return seconds;
+        });
+        add(at, "bare", [bare, customer] {
+            const std::int64_t slip = bare->saveHeader(customer);
+            bare->enterLine(slip);
+            bare->enterLine(slip);
+            return secondsOf([&] { bare->enterLine(slip); });
+        });
     }
 
     // Every statement of the sales screen between 確認 and 次の伝票 but the list of earlier lines, which has
@@ -178,18 +223,21 @@ private:
         add(at, "bare", [bare] { return secondsOf([&] { bare->registerKeys(); }); });
     }
 
-    void previousSales()
+    // Each customer has as many slips in either shop: the second one shows what the others' slips cost.
+    void previousSales(int customers, int slipCount)
     {
-        const std::size_t at = row("earlier sales of a customer listed", "1,000,000 slips", 1.5);
-        const QString file = m_shops.shop(100000, 1000000);
+        const std::size_t at =
+            row("earlier sales of a customer listed",
+                QLocale(QLocale::English).toString(slipCount).toStdString() + " slips", 1.5);
+        const QString file = m_shops.shop(customers, slipCount);
         auto shop = std::make_shared<OpenShop>(file);
         auto bare = std::make_shared<Bare>(file);
-        add(at, "ours", [shop, customer = qint64(0)]() mutable {
-            customer = customer % 100000 + 1;
+        add(at, "ours", [shop, customers, customer = qint64(0)]() mutable {
+            customer = customer % customers + 1;
             return secondsOf([&] { (void)slips::previousLines(shop->connection, slips::sale, customer); });
         });
-        add(at, "bare", [bare, customer = std::int64_t(0)]() mutable {
-            customer = customer % 100000 + 1;
+        add(at, "bare", [bare, customers, customer = std::int64_t(0)]() mutable {
+            customer = customer % customers + 1;
             return secondsOf([&] { bare->previousSales(customer); });
         });
     }
