@@ -140,13 +140,25 @@ void Grid::followRecordset(int row)
     if (row < 0) {
         selectionModel()->clear();
     } else if (currentIndex().row() != row || !selectionModel()->isRowSelected(row)) {
-        const int column = std::max(0, currentIndex().column());
-        const QModelIndex index = model()->index(row, column);
+        const QModelIndex index = model()->index(row, cursorColumn());
         selectionModel()->setCurrentIndex(index,
                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
         scrollTo(index);
     }
     m_following = false;
+}
+
+// The arrow keys move from a column that shows only.
+int Grid::cursorColumn() const
+{
+    if (currentIndex().isValid() && !isColumnHidden(currentIndex().column()))
+        return currentIndex().column();
+    for (int place = 0; place < horizontalHeader()->count(); ++place) {
+        const int column = horizontalHeader()->logicalIndex(place);
+        if (!isColumnHidden(column))
+            return column;
+    }
+    return 0;
 }
 
 QString Grid::selectedText() const

@@ -54,6 +54,7 @@ protected:
 
 private:
     void followRecordset(int row);
+    [[nodiscard]] int cursorColumn() const;
     void arrangeColumns();
     void applyWidths();
     [[nodiscard]] QString currentWidths() const;

@@ -56,6 +56,20 @@ private slots:
         QCOMPARE(shownColumns(another), shown);
         QCOMPARE(another.columnWidth(1), 321);
     }
+
+    void arrowKeysMoveBesideAHiddenColumn()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '11'), (2, '林', '12')"_s);
+        db::Recordset rows(shop.connection);
+        QVERIFY(rows.open(u"SELECT * FROM 社員 WHERE 社員ID = 0"_s, {}, u"社員ID"_s));
+        ui::Grid grid;
+        grid.bind(rows, {});
+        grid.setColumnHidden(0, true);
+        QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
+        QTest::keyClick(&grid, Qt::Key_Down);
+        QCOMPARE(rows.currentRow(), 1);
+    }
 };
 
 QTEST_MAIN(TestGrid)
