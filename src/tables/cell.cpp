@@ -45,7 +45,9 @@ Cell numberCell(const QVariant &value)
             return {Cell::Kind::Number, QString::number(number), double(number)};
     } else if (type == QMetaType::Double && std::isfinite(value.toDouble())) {
         const double number = value.toDouble();
-        return {Cell::Kind::Number, QString::number(number, 'g', QLocale::FloatingPointShortest), number};
+        // Written out, as other programs' readers expect of an amount: 100000 rather than 1e+05.
+        const char form = std::abs(number) <= double(highestExact) ? 'f' : 'g';
+        return {Cell::Kind::Number, QString::number(number, form, QLocale::FloatingPointShortest), number};
     }
     return textCell(value);
 }

@@ -47,6 +47,7 @@ std::vector<Sample> samples()
         {Number, 15, u"n:15"_s},
         {Number, -3.25, u"n:-3.25"_s},
         {Number, 0.1, u"n:0.1"_s},
+        {Number, 100000.0, u"n:100000"_s},
         {Number, {}, u"-"_s},
         {Number, u"十"_s, {}},
         {Number, Q_INT64_C(9007199254740993), u"t:9007199254740993"_s},
