@@ -5,6 +5,7 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -394,11 +395,14 @@ Status Recordset::remove(const Step &before)
         return done;
     const int row = m_current;
     m_edits.clear();
+    // Grids move off the row that goes; nothing of it is to be settled any more.
+    Step leaving = std::exchange(m_leaving, {});
     beginRemoveRows({}, row, row);
     m_keys.erase(m_keys.begin() + row);
     m_blocks.clear();
     m_current = std::min(row, count() - 1);
     endRemoveRows();
+    m_leaving = std::move(leaving);
     emit currentRowChanged(m_current);
     return {};
 }
@@ -407,7 +411,10 @@ void Recordset::refresh()
 {
     if (m_current < 0)
         return;
-    m_blocks.remove(m_current / blockSize);
+    const int number = m_current / blockSize;
+    const Block known = m_blocks.take(number);
+    if (!block(number).isRead && known.isRead)
+        m_blocks.insert(number, known);
     rowChanged(m_current);
     emit currentRowChanged(m_current);
 }

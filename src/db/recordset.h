@@ -108,7 +108,7 @@ public:
     /// next row becomes the current one, or the last one.
     Status remove(const Step &before = {});
 
-    /// Reads the current row anew from the database; unsaved edits stay.
+    /// Reads the current row anew from the database, where it can be read; unsaved edits stay.
     void refresh();
 
     void setCaption(const QString &column, const QString &caption) { m_captions.insert(column, caption); }
