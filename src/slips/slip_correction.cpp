@@ -1,5 +1,6 @@
 #include "slips/slip_correction.h"
 
+#include "masters/name_lists.h"
 #include "slips/counterpart_search.h"
 #include "slips/numbering.h"
 #include "slips/slip_store.h"
@@ -78,6 +79,28 @@ db::Result<QVariant> readCounterpart(db::Connection &connection, const SlipKind 
     return QVariant(found.currentKey());
 }
 
+db::Result<QVariant> readEmployee(db::Connection &connection, const QString &typed)
+{
+    const auto employees = masters::employees(connection);
+    if (!employees)
+        return employees.error();
+    const QString name = typed.trimmed();
+    if (name.isEmpty())
+        return db::Error{u"担当者が選択されていません。"_s};
+    const auto key = text::parseInteger(name);
+    std::vector<qint64> found;
+    for (const masters::Entry &employee : *employees) {
+        if (key ? employee.id == *key : employee.name == name)
+            found.push_back(employee.id);
+    }
+    if (found.size() == 1)
+        return QVariant(found.front());
+    return db::Error{(found.empty()
+                          ? u"「%1」に当たる担当者がありません。社員IDか担当者名を入力してください。"_s
+                          : u"「%1」に当たる担当者が複数あります。社員IDを入力してください。"_s)
+                         .arg(name.left(30))};
+}
+
 db::Result<QVariant> readHeaderCell(db::Connection &connection, const SlipKind &kind, const QString &column,
                                     const QString &typed)
 {
@@ -87,11 +110,8 @@ db::Result<QVariant> readHeaderCell(db::Connection &connection, const SlipKind &
         return readRate(typed);
     if (column == u"相手先ID")
         return readCounterpart(connection, kind, typed);
-    if (column == u"社員ID") {
-        const auto employee = text::parseInteger(typed);
-        return employee ? db::Result<QVariant>(QVariant(*employee))
-                        : db::Error{u"担当者が選択されていません。"_s};
-    }
+    if (column == u"社員ID")
+        return readEmployee(connection, typed);
     // Another letter would make another kind of slip of it, in the books of another party.
     if (column == u"伝票番号" && !typed.startsWith(QChar(kind.letter)))
         return db::Error{u"伝票番号に誤りがあります。"_s};
@@ -265,6 +285,8 @@ QString taxRemark(const std::vector<SlipLine> &lines, double taxRate, TaxClass t
 QString totalRemark(const std::vector<SlipLine> &lines)
 {
     const Sums sums = sumsOf(lines);
+    if (!std::isfinite(sums.goods + sums.tax))
+        return u"合計は大きすぎて計算できません。"_s;
     const QString total = u"合計 %1 円"_s.arg(text::formatQuantity(sums.goods + sums.tax));
     return sums.isTaxed ? total + u"（うち消費税 %1 円）"_s.arg(text::formatQuantity(sums.tax)) : total;
 }

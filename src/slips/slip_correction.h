@@ -21,7 +21,8 @@ db::Result<bool> openSlipsOf(db::Recordset &headers, const SlipKind &kind, qint6
 db::Status openLines(db::Recordset &lines, qint64 id);
 
 /// Lets the screens' grids edit the columns of headers and lines. Typed numbers and dates are read as
-/// everywhere; a counterpart is given by its key or by a part of its search key that only one has.
+/// everywhere; a counterpart is given by its key or by a part of its search key that only one has, an
+/// employee by key or name.
 void makeHeadersEditable(db::Recordset &headers, db::Connection &connection, const SlipKind &kind);
 void makeLinesEditable(db::Recordset &lines);
 

@@ -83,6 +83,10 @@ private slots:
         row("two names", u"相手先ID"_s, u"key2"_s, refused);
         row("nobody", u"相手先ID"_s, u"99"_s, refused);
         row("key beyond reason", u"相手先ID"_s, u"9223372036854775807"_s, refused);
+        row("employee", u"社員ID"_s, u"２"_s, 2);
+        row("employee's name", u"社員ID"_s, u"田中"_s, 2);
+        row("no such employee", u"社員ID"_s, u"3"_s, refused);
+        row("no employee", u"社員ID"_s, u" "_s, refused);
         row("no counterpart", u"相手先ID"_s, u""_s, refused);
     }
     void cells()
