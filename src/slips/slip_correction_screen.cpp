@@ -111,7 +111,7 @@ void SlipCorrectionScreen::setUpHeaders()
     });
     m_headers.setSaver([this] { return save(); });
     m_headers.setLeaving([this] { return m_lines.isDirty() ? save() : db::Status(); });
-    new ui::CellDelegate(m_ui->DataGrid1);
+    m_headerCells = new ui::CellDelegate(m_ui->DataGrid1);
     m_ui->DataGrid1->setColumns(headerColumns);
     m_ui->DataGrid1->bind(m_headers, [this](const QString &reason) { ui::prompts::inform(this, reason); });
 }
@@ -126,7 +126,7 @@ void SlipCorrectionScreen::setUpLines()
     m_lines.setDecorator([this](int row, int, int role) { return lineLook(m_lines, row, role); });
     if (!holdsGoods(m_description.kind))
         m_lines.setCaption(u"商品名"_s, u"適用"_s);
-    new ui::CellDelegate(m_ui->dgdSub);
+    m_lineCells = new ui::CellDelegate(m_ui->dgdSub);
     m_ui->dgdSub->setColumns(holdsGoods(m_description.kind) ? goodsColumns : moneyColumns);
     m_ui->dgdSub->bind(m_lines, [this](const QString &reason) { ui::prompts::inform(this, reason); });
 }
@@ -180,7 +180,7 @@ void SlipCorrectionScreen::fillEmployees()
         m_ui->dbcShain->addItem(entry.name, entry.id);
         names.insert(entry.id, entry.name);
     }
-    m_headers.setNames(u"社員ID"_s, names);
+    m_headers.setNames(u"社員ID"_s, [names](qint64 id) { return names.value(id, deletedEmployeeName(id)); });
 }
 
 // --- Which slips ---
@@ -189,9 +189,11 @@ void SlipCorrectionScreen::showAll()
 {
     if (!saved())
         return;
-    m_shown = -1;
-    if (!tell(openSlips(m_headers, m_description.kind)))
+    const qint64 shown = std::exchange(m_shown, -1);
+    if (!tell(openSlips(m_headers, m_description.kind))) {
+        m_shown = shown;
         return;
+    }
     // What is corrected is nearly always one of the last slips.
     (void)m_headers.moveLast();
     m_ui->dbcNouhin->clear();
@@ -232,16 +234,22 @@ void SlipCorrectionScreen::offerMatches(db::Recordset &found)
     m_ui->dbcNouhin->clear();
     for (int row = 0; row < std::min(found.count(), mostOffered); ++row) {
         const QStringList names{found.index(row, 1).data().toString(), found.index(row, 2).data().toString()};
-        m_ui->dbcNouhin->addItem(names.join(u' ').trimmed(), found.keyAt(row));
+        QString name = names.join(u' ').trimmed();
+        if (m_ui->dbcNouhin->findText(name) >= 0) // what is chosen is known by its text
+            name += u"（ID %1）"_s.arg(found.keyAt(row));
+        m_ui->dbcNouhin->addItem(name, found.keyAt(row));
     }
+    m_ui->dbcNouhin->setCurrentIndex(-1); // the Down key brings the first one
 }
 
 void SlipCorrectionScreen::narrowTo(qint64 counterpart)
 {
     if (!saved())
         return;
-    m_shown = -1;
+    const qint64 shown = std::exchange(m_shown, -1);
     const auto any = openSlipsOf(m_headers, m_description.kind, counterpart);
+    if (!any || !*any)
+        m_shown = shown;
     if (!any) {
         tell(any.error());
         return;
@@ -291,6 +299,7 @@ void SlipCorrectionScreen::showHeader()
 {
     m_ui->txtDenNo->setText(m_headers.text(u"伝票番号"_s));
     m_ui->txtDate->setText(headerCell(u"日付"_s).data().toString());
+    m_ui->dbcShain->setPlaceholderText(headerCell(u"社員ID"_s).data().toString());
     m_ui->dbcShain->setCurrentIndex(m_ui->dbcShain->findData(m_headers.value(u"社員ID"_s).toLongLong()));
     m_ui->Text4->setText(m_headers.text(u"相手先ID"_s));
     showRemarks();
@@ -350,14 +359,16 @@ QString SlipCorrectionScreen::memo() const { return m_headers.text(u"備考"_s);
 
 // --- Corrections ---
 
-void SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
+// \return whether what was typed is taken
+bool SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
 {
     const QModelIndex cell = headerCell(column);
     // Untouched, it stays as it is, whether it would be taken today or not.
-    if (!cell.isValid() || box->text() == cell.data().toString())
-        return;
-    if (!m_headers.setData(cell, box->text(), Qt::EditRole))
-        box->setText(cell.data().toString());
+    if (!cell.isValid() || box->text() == cell.data().toString() ||
+        m_headers.setData(cell, box->text(), Qt::EditRole))
+        return true;
+    box->setText(cell.data().toString());
+    return false;
 }
 
 QModelIndex SlipCorrectionScreen::headerCell(const QString &column) const
@@ -381,13 +392,22 @@ db::Status SlipCorrectionScreen::save()
     return done;
 }
 
-bool SlipCorrectionScreen::saved() { return tell(save()); }
+// A mnemonic, Esc and the window's own button come before a cell or a box is left.
+bool SlipCorrectionScreen::settled()
+{
+    return m_headerCells->settle() && m_lineCells->settle() && editHeader(u"伝票番号"_s, m_ui->txtDenNo) &&
+           editHeader(u"日付"_s, m_ui->txtDate);
+}
+
+bool SlipCorrectionScreen::saved() { return settled() && tell(save()); }
 
 // What another program has made of the slip is seen, and the edits stay over it; those of what is gone go.
 void SlipCorrectionScreen::showAsStored()
 {
     const auto there = slipExists(workspace().connection, m_headers.currentKey());
-    if (there && !*there) {
+    if (!there)
+        return; // nothing can be read now
+    if (!*there) {
         m_headers.revert();
         m_lines.revert();
         m_shown = -1;
@@ -398,39 +418,40 @@ void SlipCorrectionScreen::showAsStored()
     }
     m_headers.refresh();
     m_lines.refresh();
-    if (m_lines.currentRow() >= 0 && m_lines.value(u"ID"_s).isNull()) {
-        m_lines.revert();
+    const bool isGone = m_lines.currentRow() >= 0 && m_lines.value(u"ID"_s).isNull();
+    if (isGone || !m_lines.isDirty())
         tell(m_lines.requery());
-    }
 }
 
 void SlipCorrectionScreen::update()
 {
-    if (saved())
+    if (!saved())
+        return;
+    // There may have been nothing to save, and the slip may be gone all the same.
+    if (tell(m_headers.checkAsRead()))
         m_ui->lblMessage->setText(u"伝票 %1 を更新しました。"_s.arg(m_headers.text(u"伝票番号"_s)) + u'\n' +
                                   m_ui->lblMessage->text());
+    else
+        showAsStored();
 }
 
 void SlipCorrectionScreen::deleteSlip()
 {
     if (!ui::prompts::ask(this, ui::messages::deleteQuestion()))
         return;
-    m_headers.revert();
-    m_lines.revert();
-    const db::Status deleted = deleteCurrentSlip(m_headers, workspace().connection);
-    if (tell(deleted)) {
+    if (tell(deleteCurrentSlip(m_headers, workspace().connection)))
         m_ui->DataGrid1->setFocus();
-        return;
-    }
-    showAsStored();
+    else
+        showAsStored();
 }
 
 void SlipCorrectionScreen::addLine()
 {
     if (m_headers.currentRow() < 0 || !saved())
         return;
-    if (tell(appendEmptyLine(workspace().connection, m_description.kind, m_headers.currentKey())) &&
-        tell(m_lines.requery()))
+    if (!tell(appendEmptyLine(workspace().connection, m_description.kind, m_headers.currentKey())))
+        showAsStored();
+    else if (tell(m_lines.requery()))
         (void)m_lines.moveLast();
     m_ui->dgdSub->setFocus();
 }
@@ -439,7 +460,6 @@ void SlipCorrectionScreen::deleteLine()
 {
     if (m_lines.currentRow() < 0 || !ui::prompts::ask(this, u"この明細を削除します。よろしいですか。"_s))
         return;
-    m_lines.revert();
     if (!tell(deleteCurrentLine(m_headers, m_lines)))
         showAsStored();
     m_ui->dgdSub->setFocus();
@@ -447,13 +467,18 @@ void SlipCorrectionScreen::deleteLine()
 
 void SlipCorrectionScreen::print()
 {
-    // The paper says what the file says.
-    if (m_headers.currentRow() >= 0 && saved())
-        reprint(m_headers.currentKey());
+    if (m_headers.currentRow() < 0 || !saved())
+        return;
+    // The paper says what the file says, and so does the screen that goes by it.
+    const qint64 id = m_headers.currentKey();
+    showAsStored();
+    reprint(id);
 }
 
 bool SlipCorrectionScreen::mayClose()
 {
+    if (!settled())
+        return false;
     if (!m_headers.isDirty() && !m_lines.isDirty())
         return true;
     switch (ui::prompts::askToSave(this, u"伝票の変更が保存されていません。保存しますか。"_s)) {

@@ -7,6 +7,11 @@
 
 class QLineEdit;
 
+namespace ui
+{
+class CellDelegate;
+}
+
 namespace Ui
 {
 class CorrectionForm;
@@ -70,11 +75,12 @@ private:
     void showHeader();
     void showCounterpart();
     void showRemarks();
-    void editHeader(const QString &column, QLineEdit *box);
+    bool editHeader(const QString &column, QLineEdit *box);
     [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip
     void tellLater(const QString &refusal);
 
     db::Status save();
+    bool settled();
     bool saved();
     void showAsStored();
     void update();
@@ -85,6 +91,8 @@ private:
 
     CorrectionDescription m_description;
     std::unique_ptr<Ui::CorrectionForm> m_ui;
+    ui::CellDelegate *m_headerCells = nullptr;
+    ui::CellDelegate *m_lineCells = nullptr;
     db::Recordset m_headers;
     db::Recordset m_lines;
     db::Recordset m_counterpart; // that of the shown slip

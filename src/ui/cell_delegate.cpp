@@ -16,6 +16,13 @@ namespace
 
 constexpr int longestText = 1000; // characters; the model says what is too long in words
 
+// Those that leave a cell for another one.
+bool leadsOn(int key)
+{
+    return key == Qt::Key_Tab || key == Qt::Key_Backtab || key == Qt::Key_Up || key == Qt::Key_Down ||
+           key == Qt::Key_PageUp || key == Qt::Key_PageDown;
+}
+
 } // namespace
 
 CellDelegate::CellDelegate(Grid *grid)
@@ -31,6 +38,7 @@ QWidget *CellDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem 
                                     const QModelIndex &index) const
 {
     auto *box = new QLineEdit(parent);
+    m_editor = box;
     box->setFrame(false);
     box->setMaxLength(longestText);
     box->setAlignment(Qt::Alignment(index.data(Qt::TextAlignmentRole).toInt()));
@@ -43,13 +51,15 @@ void CellDelegate::setEditorData(QWidget *editor, const QModelIndex &index) cons
 {
     const QVariant value = index.data(Qt::EditRole);
     const bool isFraction = value.typeId() == QMetaType::Double;
-    static_cast<QLineEdit *>(editor)->setText(isFraction ? text::formatPlain(value.toDouble())
-                                                         : value.toString());
+    m_opened = isFraction ? text::formatPlain(value.toDouble()) : value.toString();
+    static_cast<QLineEdit *>(editor)->setText(m_opened);
 }
 
 void CellDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
 {
-    m_taken = model->setData(index, static_cast<QLineEdit *>(editor)->text(), Qt::EditRole);
+    // Only looked at, a cell stays as it is, whether it would be taken today or not.
+    const QString typed = static_cast<QLineEdit *>(editor)->text();
+    m_taken = typed == m_opened || model->setData(index, typed, Qt::EditRole);
 }
 
 // A colour that the model gives a row is seen on the selected one too.
@@ -81,16 +91,36 @@ bool CellDelegate::eventFilter(QObject *editor, QEvent *event)
     if (event->type() != QEvent::KeyPress)
         return QStyledItemDelegate::eventFilter(editor, event);
     const int key = static_cast<QKeyEvent *>(event)->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (!isEnter && !leadsOn(key))
         return QStyledItemDelegate::eventFilter(editor, event);
     auto *box = static_cast<QLineEdit *>(editor);
-    emit commitData(box);
-    if (m_taken) {
-        emit closeEditor(box, NoHint);
-        moveOn();
-    } else {
-        box->selectAll();
-    }
+    if (!take(box))
+        return true;
+    if (!isEnter)
+        return QStyledItemDelegate::eventFilter(editor, event);
+    emit closeEditor(box, NoHint);
+    moveOn();
+    return true;
+}
+
+bool CellDelegate::take(QWidget *editor)
+{
+    m_taken = true;
+    emit commitData(editor);
+    if (!m_taken)
+        static_cast<QLineEdit *>(editor)->selectAll();
+    return m_taken;
+}
+
+bool CellDelegate::settle()
+{
+    // A closed one is hidden until it is deleted.
+    if (!m_editor || m_editor->isHidden())
+        return true;
+    if (!take(m_editor))
+        return false;
+    emit closeEditor(m_editor, NoHint);
     return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QStyledItemDelegate>
 
 namespace ui
@@ -18,6 +19,10 @@ public:
     /// Lives as long as \a grid.
     explicit CellDelegate(Grid *grid);
 
+    /// Takes what stands in the open cell and closes it, as before an action that works on what was entered.
+    /// \return whether it was taken, or no cell is open
+    bool settle();
+
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
@@ -30,9 +35,12 @@ protected:
     bool eventFilter(QObject *editor, QEvent *event) override;
 
 private:
+    bool take(QWidget *editor);
     void moveOn();
 
     Grid *m_grid;
+    mutable QPointer<QWidget> m_editor;
+    mutable QString m_opened;    // what stood in it
     mutable bool m_taken = true; // what was typed last
 };
 

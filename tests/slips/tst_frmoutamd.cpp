@@ -62,6 +62,12 @@ struct Desk
     /// Types into a cell as a clerk does, and leaves it with Enter.
     void type(ui::Grid &grid, int row, const QString &heading, const QString &text)
     {
+        QTest::keyClick(typeInto(grid, row, heading, text), Qt::Key_Return);
+        QTest::qWait(1); // a refusal is told with the next turn of the event loop
+    }
+    /// The same, with the cell still open.
+    QLineEdit *typeInto(ui::Grid &grid, int row, const QString &heading, const QString &text)
+    {
         grid.setFocus();
         grid.setCurrentIndex(cell(grid, row, heading));
         QTest::keyClick(&grid, Qt::Key_F2);
@@ -69,8 +75,7 @@ struct Desk
         if (!editor)
             qFatal("%s cannot be edited", qPrintable(heading));
         editor->setText(text);
-        QTest::keyClick(editor, Qt::Key_Return);
-        QTest::qWait(1); // a refusal is told with the next turn of the event loop
+        return editor;
     }
 
     CorrectionShop shop;
@@ -173,6 +178,13 @@ private slots:
         auto *editor = desk.lines().viewport()->findChild<QLineEdit *>();
         QVERIFY(editor && editor->hasFocus());
         QCOMPARE(editor->text(), u"1e308"_s);
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Down, Qt::Key_PageUp}) {
+            ui::prompts::expectInform(u"単価には数字を入力してください。"_s);
+            QTest::keyClick(editor, key);
+            QTest::qWait(1);
+            QCOMPARE(editor->text(), u"1e308"_s);
+            QVERIFY(editor->hasFocus());
+        }
         QTest::keyClick(editor, Qt::Key_Escape);
         QVERIFY(desk.screen->isVisible());
         QVERIFY(desk.message().isEmpty());
@@ -180,6 +192,71 @@ private slots:
         desk.driver.type("txtDate", u"2026/13/1"_s);
         desk.driver.leave("txtDate");
         QCOMPARE(desk.driver.box("txtDate").text(), u"2026/03/01"_s);
+    }
+
+    // Actions by mnemonic, Esc and the window's own button come while a cell or a box is not left yet.
+    void whatIsHalfTypedIsNotPassedOver()
+    {
+        Desk desk;
+        QTest::keyClick(desk.typeInto(desk.lines(), 0, u"数量"_s, u"7"_s), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(desk.shop.value(u"SELECT 数量 FROM 入出庫サブ WHERE ID = 9"_s).toInt(), 7);
+        desk.driver.type("txtDate", u"2026/5/5"_s);
+        QTest::keyClick(&desk.driver.box("txtDate"), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(desk.shop.value(u"SELECT 日付 FROM 入出庫マスター WHERE ID = 9"_s).toString(),
+                     u"2026-05-05"_s);
+        desk.driver.type("txtDenNo", u"O-9"_s);
+        ui::prompts::expectAskToSave({}, ui::prompts::Choice::Cancel);
+        QTest::keyClick(&desk.driver.box("txtDenNo"), Qt::Key_Escape);
+        QVERIFY(desk.screen->isVisible());
+        ui::prompts::expectInform({});
+        desk.typeInto(desk.lines(), 0, u"数量"_s, u"8個"_s);
+        desk.screen->close(); // refused, and the cell is still open
+        QTest::qWait(1);
+        QVERIFY(desk.screen->isVisible());
+        desk.lines().viewport()->findChild<QLineEdit *>()->setText(u"8"_s);
+        ui::prompts::expectAskToSave({}, ui::prompts::Choice::Save);
+        desk.screen->close();
+        QCOMPARE(desk.shop
+                     .rows(u"SELECT 伝票番号, 数量 FROM 入出庫マスター, 入出庫サブ WHERE "
+                           "入出庫サブ.ID = 9 AND 入出庫マスター.ID = 9"_s)
+                     .front(),
+                 u"O-9|8"_s);
+    }
+
+    void aLockedFileCostsNothingTyped()
+    {
+        Desk desk;
+        auto &key = desk.driver.list("dbcNouhin");
+        ui::prompts::expectInform(u"複数の入金先が選択されています。"_s);
+        key.setEditText(u"key"_s);
+        desk.driver.press("Command1");
+        ui::prompts::expectInform(u"現在、該当する伝票はありません。"_s);
+        key.setEditText(u"客3"_s);
+        desk.driver.press("Command1"); // the slips of before stay
+        desk.type(desk.lines(), 0, u"数量"_s, u"7"_s);
+        desk.type(desk.headers(), 1, u"備考"_s, u"至急"_s);
+        desk.shop.run(u"PRAGMA busy_timeout = 0"_s);
+        db::Connection other;
+        QVERIFY(other.open(desk.shop.connection.fileName()));
+        QVERIFY(other.execute(u"BEGIN EXCLUSIVE"_s));
+        for (const char *button :
+             {"Command3", "cmdMasterCancel", "cmdLineAdd", "cmdLineDelete", "cmdAll", "Command2"}) {
+            if (QLatin1StringView(button) == "cmdMasterCancel"_L1 ||
+                QLatin1StringView(button) == "cmdLineDelete"_L1)
+                ui::prompts::expectAsk({}, true);
+            ui::prompts::expectInform({});
+            desk.driver.press(button);
+            QTest::qWait(1);
+            QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"7"_s);
+            QCOMPARE(Desk::cell(desk.headers(), 1, u"備考"_s).data().toString(), u"至急"_s);
+        }
+        QVERIFY(other.execute(u"ROLLBACK"_s));
+        desk.driver.press("Command3");
+        QCOMPARE(desk.shop
+                     .rows(u"SELECT 数量, 備考 FROM 入出庫サブ, 入出庫マスター WHERE "
+                           "入出庫サブ.ID = 9 AND 入出庫マスター.ID = 9"_s)
+                     .front(),
+                 u"7|至急"_s);
     }
 
     void narrowing()
@@ -200,6 +277,8 @@ private slots:
         searchFor(u"key"_s);
         QCOMPARE(desk.numbers(), (QStringList{u"O1"_s, u"O9"_s}));
         QCOMPARE(key.count(), 3); // to choose from
+        QTest::keyClick(&key, Qt::Key_Down);
+        QCOMPARE(key.currentIndex(), 0);
         searchFor(u"客2"_s);
         QCOMPARE(desk.numbers(), QStringList{u"O9"_s});
         ui::prompts::expectInform(u"現在、該当する伝票はありません。"_s);
