@@ -2,13 +2,24 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace slips
 {
+
+/// A slip's 相手先ID. A slip of a converted book may have none.
+using CounterpartKey = std::optional<qint64>;
 
 /// How lists and ledgers call the counterpart \a id that was deleted while slips refer to it.
 inline QString deletedCounterpartName(qint64 id) { return QStringLiteral("(削除済み) ID %1").arg(id); }
 
-/// The same for an employee.
+/// How they call the counterpart of a slip that no register has.
+inline QString unknownCounterpartName(CounterpartKey key)
+{
+    return key ? deletedCounterpartName(*key) : QStringLiteral("(相手先なし)");
+}
+
+/// How they call an employee who was deleted.
 inline QString deletedEmployeeName(qint64 id) { return deletedCounterpartName(id); }
 
 /// The name of a counterpart in one line, of its two.

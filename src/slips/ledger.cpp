@@ -36,6 +36,8 @@ QVariantList patternsOf(Party party)
 
 QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
 
+QVariant stored(CounterpartKey counterpart) { return counterpart ? QVariant(*counterpart) : QVariant(); }
+
 std::optional<double> numberIn(const QVariant &value)
 {
     return value.isNull() ? std::nullopt : std::optional(value.toDouble());
@@ -43,32 +45,32 @@ std::optional<double> numberIn(const QVariant &value)
 
 // --- One counterpart ---
 
-db::Result<ExactSum> balanceBefore(db::Connection &connection, Party party, qint64 counterpart,
+db::Result<ExactSum> balanceBefore(db::Connection &connection, Party party, CounterpartKey counterpart,
                                    const QDate &day)
 {
     const auto sum = connection.select(
         u"SELECT SUM(CASE WHEN 伝票番号 LIKE ? THEN -1 ELSE 1 END * ROUND(金額 * 10000)) "
         "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-        "WHERE 相手先ID = ? AND COALESCE(日付, '') < ? "
+        "WHERE 相手先ID IS ? AND COALESCE(日付, '') < ? "
         "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?)"_s,
-        QVariantList{patternOf(kindsOf(party).back()), counterpart, stored(day)} + patternsOf(party));
+        QVariantList{patternOf(kindsOf(party).back()), stored(counterpart), stored(day)} + patternsOf(party));
     if (!sum)
         return sum.error();
     return ExactSum::ofTenThousandths(sum->rows.front().front().toDouble());
 }
 
-db::Result<db::Rows> linesWithin(db::Connection &connection, Party party, qint64 counterpart,
+db::Result<db::Rows> linesWithin(db::Connection &connection, Party party, CounterpartKey counterpart,
                                  const Period &period)
 {
     return connection.select(u"SELECT CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN "
                              u"伝票番号 LIKE ? THEN 2 END, "
                              "入出庫マスター.ID, 日付, 伝票番号, 商品名, 規格, 数量, 単位, 単価, 金額 "
                              "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-                             "WHERE 相手先ID = ? AND 日付 >= ? AND 日付 <= ? "
+                             "WHERE 相手先ID IS ? AND 日付 >= ? AND 日付 <= ? "
                              "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?) "
                              "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
                              patternsOf(party) +
-                                 QVariantList{counterpart, stored(period.from), stored(period.to)} +
+                                 QVariantList{stored(counterpart), stored(period.from), stored(period.to)} +
                                  patternsOf(party));
 }
 
@@ -132,7 +134,7 @@ const QString movementsStatement =
     u"SELECT 相手先ID, 動き, SUM(額), MAX(日付) FROM (SELECT 相手先ID, 日付, "
     "CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN 伝票番号 LIKE ? THEN 2 END AS 動き, "
     "(SELECT SUM(ROUND(金額 * 10000)) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) AS 額 "
-    "FROM 入出庫マスター WHERE ID > ? AND ID <= ? AND 相手先ID IS NOT NULL AND COALESCE(日付, '') <= ?) "
+    "FROM 入出庫マスター WHERE ID > ? AND ID <= ? AND COALESCE(日付, '') <= ?) "
     "WHERE 動き IS NOT NULL GROUP BY 相手先ID, 動き"_s;
 
 // With the text that tells its place in the list.
@@ -165,7 +167,12 @@ struct Account
     }
 };
 
-using Accounts = std::unordered_map<qint64, Account>;
+using Accounts = std::unordered_map<CounterpartKey, Account>;
+
+CounterpartKey keyIn(const QVariant &value)
+{
+    return value.isNull() ? CounterpartKey() : CounterpartKey(value.toLongLong());
+}
 
 db::Result<Accounts> readAccounts(db::Connection &connection, Party party, const QDate &day,
                                   const db::Progress &progress)
@@ -177,7 +184,7 @@ db::Result<Accounts> readAccounts(db::Connection &connection, Party party, const
         if (!rows)
             return rows.error();
         for (const QVariantList &row : rows->rows)
-            accounts[row.front().toLongLong()].add(row);
+            accounts[keyIn(row.front())].add(row);
         return {};
     });
     if (!read)
@@ -191,7 +198,7 @@ struct Listed
     QString place;
 };
 
-Listed listed(qint64 counterpart, const Account &account)
+Listed listed(CounterpartKey counterpart, const Account &account)
 {
     Listed entry;
     entry.balance.counterpart = counterpart;
@@ -201,13 +208,13 @@ Listed listed(qint64 counterpart, const Account &account)
     return entry;
 }
 
-// Takes the accounts of those in the register; what is left belongs to deleted ones.
+// Takes the accounts of those in the register; what is left belongs to deleted ones and to nobody.
 std::vector<Listed> namedAccounts(Accounts accounts, const db::Rows &names)
 {
     std::vector<Listed> list;
     list.reserve(accounts.size());
     for (const QVariantList &row : names.rows) {
-        const auto account = accounts.extract(row.front().toLongLong());
+        const auto account = accounts.extract(keyIn(row.front()));
         if (!account)
             continue;
         list.push_back(listed(account.key(), account.mapped()));
@@ -217,21 +224,24 @@ std::vector<Listed> namedAccounts(Accounts accounts, const db::Rows &names)
     }
     for (const auto &[counterpart, account] : accounts) {
         list.push_back(listed(counterpart, account));
-        list.back().balance.deleted = true;
-        list.back().balance.name = deletedCounterpartName(counterpart);
+        list.back().balance.unknown = true;
+        list.back().balance.name = unknownCounterpartName(counterpart);
     }
     return list;
 }
 
 bool comesBefore(const Listed &one, const Listed &other)
 {
-    return std::tie(one.balance.deleted, one.place, one.balance.counterpart) <
-           std::tie(other.balance.deleted, other.place, other.balance.counterpart);
+    const auto rank = [](const Listed &entry) {
+        const CounterpartBalance &balance = entry.balance;
+        return std::tuple(balance.unknown, !balance.counterpart, entry.place, balance.counterpart);
+    };
+    return rank(one) < rank(other);
 }
 
 } // namespace
 
-db::Result<Ledger> readLedger(db::Connection &connection, Party party, qint64 counterpart,
+db::Result<Ledger> readLedger(db::Connection &connection, Party party, CounterpartKey counterpart,
                               const Period &period)
 {
     db::ReadTransaction oneMoment(connection);
@@ -278,16 +288,16 @@ db::Result<std::vector<CounterpartBalance>> balanceList(db::Connection &connecti
     return balances;
 }
 
-db::Result<QString> nameOfCounterpart(db::Connection &connection, Party party, qint64 counterpart)
+db::Result<QString> nameOfCounterpart(db::Connection &connection, Party party, CounterpartKey counterpart)
 {
     const auto found = connection.select(
         party == Party::Customer ? u"SELECT 納品先名1, 納品先名2 FROM 納品先 WHERE 納品先ID = ?"_s
                                  : u"SELECT 仕入先名1, 仕入先名2 FROM 仕入先 WHERE 仕入先ID = ?"_s,
-        {counterpart});
+        {stored(counterpart)});
     if (!found)
         return found.error();
     if (found->isEmpty())
-        return deletedCounterpartName(counterpart);
+        return unknownCounterpartName(counterpart);
     return counterpartName(found->rows.front().at(0).toString(), found->rows.front().at(1).toString());
 }
 

@@ -2,6 +2,7 @@
 
 #include "db/connection.h"
 #include "db/progress.h"
+#include "slips/counterpart_name.h"
 #include "slips/slip_kind.h"
 
 #include <QDate>
@@ -63,27 +64,29 @@ struct Ledger
 };
 
 /// The ledger of \a counterpart, a customer or a supplier, which may have been deleted: its lines in the
-/// order of date, slip and entry. A slip without a date counts as one before every period.
-db::Result<Ledger> readLedger(db::Connection &connection, Party party, qint64 counterpart,
+/// order of date, slip and entry. A slip without a date counts as one before every period. Without a key, the
+/// ledger of the slips that have no counterpart.
+db::Result<Ledger> readLedger(db::Connection &connection, Party party, CounterpartKey counterpart,
                               const Period &period);
 
 struct CounterpartBalance
 {
-    qint64 counterpart = 0;
-    bool deleted = false;
+    CounterpartKey counterpart; // none: all slips that have no counterpart
+    bool unknown = false;       // to the register
     QString code;
-    QString name; // in one line; of a deleted counterpart what it is called by
+    QString name; // in one line; of an unknown counterpart what it is called by
     double balance = 0;
     QString lastCharged; // yyyy-MM-dd; empty without one
     QString lastSettled;
 };
 
 /// The balances of all counterparts that have slips up to the end of \a day: customers in the order of their
-/// readings, suppliers in that of their codes, deleted ones last. The whole book at one moment.
+/// readings, suppliers in that of their codes, deleted ones last, and after them the slips that have no
+/// counterpart. The whole book at one moment.
 db::Result<std::vector<CounterpartBalance>> balanceList(db::Connection &connection, Party party,
                                                         const QDate &day, const db::Progress &progress);
 
 /// What the counterpart is called in lists, deleted or not.
-db::Result<QString> nameOfCounterpart(db::Connection &connection, Party party, qint64 counterpart);
+db::Result<QString> nameOfCounterpart(db::Connection &connection, Party party, CounterpartKey counterpart);
 
 } // namespace slips

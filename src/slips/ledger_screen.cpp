@@ -52,7 +52,20 @@ std::vector<QVariantList> shownRows(const LedgerTable &table)
     return rows;
 }
 
-QDate firstOfMonth(const QDate &day) { return {day.year(), day.month(), 1}; }
+// The month before is looked at as long as this one is young.
+QDate startOfPeriod(const QDate &end) { return QDate(end.year(), end.month(), 1).addMonths(-1); }
+
+// Where \a sought, which was in \a row, is now; what stands in its place when it is gone.
+int rowOf(const RowTarget &sought, int row, const std::vector<RowTarget> &targets)
+{
+    const int last = static_cast<int>(targets.size()) - 1;
+    row = std::clamp(row, 0, std::max(last, 0));
+    if (last < 0 || std::holds_alternative<std::monostate>(sought) ||
+        targets[static_cast<std::size_t>(row)] == sought)
+        return row;
+    const auto found = std::find(targets.begin(), targets.end(), sought);
+    return found == targets.end() ? row : static_cast<int>(found - targets.begin());
+}
 
 } // namespace
 
@@ -108,7 +121,7 @@ void LedgerScreen::fitSearch()
 
 void LedgerScreen::fitPeriod()
 {
-    m_ui->DTPicker1->setDate(firstOfMonth(workspace().today()));
+    m_ui->DTPicker1->setDate(startOfPeriod(workspace().today()));
     m_ui->DTPicker2->setDate(workspace().today());
     if (m_description.hasStart)
         return;
@@ -132,14 +145,18 @@ void LedgerScreen::fitGrid()
 void LedgerScreen::connectControls()
 {
     const std::pair<QPushButton *, void (LedgerScreen::*)()> actions[] = {
-        {m_ui->Command1, &LedgerScreen::search},  {m_ui->cmdMasterUpdate, &LedgerScreen::refresh},
+        {m_ui->Command1, &LedgerScreen::search},  {m_ui->cmdMasterUpdate, &LedgerScreen::count},
         {m_ui->Command2, &LedgerScreen::print},   {m_ui->Command3, &LedgerScreen::exportTable},
         {m_ui->Command4, &LedgerScreen::openRow},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
     connect(m_ui->Check1, &QCheckBox::clicked, this, &LedgerScreen::refresh);
+    for (const ui::DateBox *box : {m_ui->DTPicker1, m_ui->DTPicker2})
+        connect(box, &QDateEdit::dateChanged, this, &LedgerScreen::markAsOutdated);
     connect(m_ui->MSFlexGrid1, &QTableView::doubleClicked, m_ui->Command4, &QPushButton::click);
+    connect(m_ui->MSFlexGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &LedgerScreen::enableOpening);
     connect(&m_found, &db::Recordset::currentRowChanged, this, &LedgerScreen::chooseFound);
 }
 
@@ -147,7 +164,7 @@ void LedgerScreen::connectControls()
 void LedgerScreen::becameActive()
 {
     if (!m_hasRead && !m_description.search)
-        refresh();
+        count();
 }
 
 // --- Whose ledger ---
@@ -171,30 +188,38 @@ void LedgerScreen::search()
     }
 }
 
-void LedgerScreen::chooseFound() { choose(m_found.currentRow() >= 0 ? m_found.currentKey() : 0); }
-
-void LedgerScreen::choose(qint64 counterpart)
+void LedgerScreen::chooseFound()
 {
-    m_counterpart = counterpart;
+    if (m_found.currentRow() >= 0)
+        choose(LedgerTarget{m_found.currentKey()});
+    else
+        choose({});
+}
+
+void LedgerScreen::choose(const std::optional<LedgerTarget> &whose)
+{
+    m_whose = whose;
     m_ui->txtNouhinsaki1->clear();
-    if (counterpart == 0) {
+    m_ui->MSFlexGrid1->setCurrentIndex({}); // another ledger is read from its top
+    if (!whose) {
         clear({});
         return;
     }
-    const auto name = nameOfCounterpart(workspace().connection, m_description.search->party, counterpart);
+    const auto name =
+        nameOfCounterpart(workspace().connection, m_description.search->party, whose->counterpart);
     if (name)
         m_ui->txtNouhinsaki1->setText(*name);
     m_ui->txtNouhinsaki1->setCursorPosition(0);
     refresh();
 }
 
-void LedgerScreen::openLedger(qint64 counterpart, const QDate &to)
+void LedgerScreen::openLedger(const LedgerTarget &whose, const QDate &to)
 {
-    m_ui->DTPicker1->setDate(firstOfMonth(to));
+    m_ui->DTPicker1->setDate(startOfPeriod(to));
     m_ui->DTPicker2->setDate(to);
-    tell(openCounterpart(m_found, *m_description.search, counterpart));
-    if (m_counterpart != counterpart) // nobody is found by the key of a deleted one
-        choose(counterpart);
+    tell(openCounterpart(m_found, *m_description.search, whose.counterpart.value_or(0)));
+    if (m_whose != whose) // nobody is found by the key of a deleted one
+        choose(whose);
     m_ui->MSFlexGrid1->setFocus();
 }
 
@@ -203,24 +228,32 @@ void LedgerScreen::openLedger(qint64 counterpart, const QDate &to)
 LedgerQuery LedgerScreen::query() const
 {
     const QDate to = m_ui->DTPicker2->date();
-    return {m_counterpart,
-            {m_description.hasStart ? m_ui->DTPicker1->date() : to, to},
-            m_ui->Check1->isChecked()};
+    return {m_whose, {m_description.hasStart ? m_ui->DTPicker1->date() : to, to}, m_ui->Check1->isChecked()};
+}
+
+// Goes on in the rows.
+void LedgerScreen::count()
+{
+    refresh();
+    if (m_rows.rowCount() > 0)
+        m_ui->MSFlexGrid1->setFocus();
 }
 
 void LedgerScreen::refresh()
 {
     m_hasRead = true;
+    const LedgerQuery asked = query();
     LedgerTable table;
     const db::Status read =
         ui::runWithProgress(this, u"集計しています。"_s, [&](const db::Progress &progress) -> db::Status {
-            auto result = readView(workspace().connection, m_description.view, query(), progress);
+            auto result = readView(workspace().connection, m_description.view, asked, progress);
             if (!result)
                 return result.error();
             table = std::move(*result);
             return {};
         });
     if (read) {
+        m_shownTo = asked.period.to;
         showTable(std::move(table));
         return;
     }
@@ -228,7 +261,7 @@ void LedgerScreen::refresh()
     clear(read.error().cancelled ? read.error().text : QString());
     if (!read.error().cancelled)
         tell(read);
-    if (m_description.search && m_counterpart == 0)
+    if (m_description.search && !m_whose)
         m_ui->txtKey1->setFocus();
 }
 
@@ -240,14 +273,14 @@ void LedgerScreen::clear(const QString &message)
 
 void LedgerScreen::showTable(LedgerTable table)
 {
-    const int row = m_ui->MSFlexGrid1->currentIndex().row();
+    const int row = rowOf(currentTarget(), m_ui->MSFlexGrid1->currentIndex().row(), table.targets);
     m_table = std::move(table);
     m_rows.setRows(shownRows(m_table));
-    m_ui->MSFlexGrid1->setCurrentIndex(
-        m_rows.index(std::clamp(row, 0, std::max(m_rows.rowCount() - 1, 0)), 0));
+    m_ui->MSFlexGrid1->setCurrentIndex(m_rows.index(row, 0));
     const bool any = m_rows.rowCount() > 0;
-    for (QPushButton *button : {m_ui->Command2, m_ui->Command3, m_ui->Command4})
-        button->setEnabled(any);
+    m_ui->Command2->setEnabled(any);
+    m_ui->Command3->setEnabled(any);
+    enableOpening();
     m_ui->lblMessage->setText(any ? u"%1 行"_s.arg(m_rows.rowCount())
                                   : u"該当するデータが見つかりませんでした。"_s);
     showSums();
@@ -267,31 +300,46 @@ void LedgerScreen::showSums()
     }
 }
 
+// The table stays, with its own days, until it is asked for anew: all balances take their time.
+void LedgerScreen::markAsOutdated()
+{
+    if (m_rows.rowCount() > 0)
+        m_ui->lblMessage->setText(u"日付が変わりました。「再集計」を押すと集計し直します。"_s);
+}
+
 // --- What the rows lead to ---
+
+RowTarget LedgerScreen::currentTarget() const
+{
+    const int row = m_ui->MSFlexGrid1->currentIndex().row();
+    const bool isThere = row >= 0 && row < static_cast<int>(m_table.targets.size());
+    return isThere ? m_table.targets[static_cast<std::size_t>(row)] : RowTarget();
+}
+
+void LedgerScreen::enableOpening()
+{
+    m_ui->Command4->setEnabled(!std::holds_alternative<std::monostate>(currentTarget()));
+}
 
 void LedgerScreen::openRow()
 {
-    const int row = m_ui->MSFlexGrid1->currentIndex().row();
-    if (row < 0 || row >= m_rows.rowCount())
-        return;
-    const RowTarget target = m_table.targets[static_cast<std::size_t>(row)];
-    if (target.id == 0 || m_ui->Command4->isHidden())
-        return;
-    if (m_description.view == LedgerView::ReceivableBalances ||
-        m_description.view == LedgerView::PayableBalances)
-        openLedgerOf(target.id);
+    const RowTarget target = currentTarget();
+    if (const auto *slip = std::get_if<SlipTarget>(&target))
+        openCorrection(workspace(), this, slip->kind, slip->slip);
+    else if (const auto *ledger = std::get_if<LedgerTarget>(&target))
+        openLedgerOf(*ledger);
     else
-        openCorrection(workspace(), this, target.kind, target.id);
+        return;
     refresh();
 }
 
-void LedgerScreen::openLedgerOf(qint64 counterpart)
+void LedgerScreen::openLedgerOf(const LedgerTarget &whose)
 {
     LedgerScreen ledger(workspace(), this,
                         descriptionOf(m_description.view == LedgerView::ReceivableBalances
                                           ? LedgerView::Receivable
                                           : LedgerView::Payable));
-    ledger.openLedger(counterpart, m_ui->DTPicker2->date());
+    ledger.openLedger(whose, m_shownTo);
     ledger.exec();
 }
 

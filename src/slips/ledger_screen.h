@@ -44,8 +44,8 @@ public:
     LedgerScreen(app::Workspace &workspace, QWidget *parent, const LedgerDescription &description);
     ~LedgerScreen() override;
 
-    /// Shows the ledger of \a counterpart, who may have been deleted, from the first of \a to's month.
-    void openLedger(qint64 counterpart, const QDate &to);
+    /// Shows the ledger of \a whose, who may have been deleted, from the first of the month before \a to's.
+    void openLedger(const LedgerTarget &whose, const QDate &to);
 
 protected:
     void becameActive() override;
@@ -59,14 +59,18 @@ private:
 
     void search();
     void chooseFound();
-    void choose(qint64 counterpart);
+    void choose(const std::optional<LedgerTarget> &whose);
+    void count();
     void refresh();
     void clear(const QString &message);
     void showTable(LedgerTable table);
     void showSums();
+    void enableOpening();
+    void markAsOutdated();
+    [[nodiscard]] RowTarget currentTarget() const;
 
     void openRow();
-    void openLedgerOf(qint64 counterpart);
+    void openLedgerOf(const LedgerTarget &whose);
     void print();
     void exportTable();
 
@@ -75,8 +79,9 @@ private:
     const std::unique_ptr<Ui::LedgerForm> m_ui;
     const LedgerDescription m_description;
     db::Recordset m_found;
-    qint64 m_counterpart = 0;
+    std::optional<LedgerTarget> m_whose;
     LedgerTable m_table;
+    QDate m_shownTo; // the last day of m_table
     SlipGridModel m_rows;
     std::vector<std::pair<QLabel *, QLineEdit *>> m_sums;
     bool m_hasRead = false;

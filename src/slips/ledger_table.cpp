@@ -108,10 +108,10 @@ LedgerTable ledgerTable(const Ledger &ledger, Party party, const QString &name, 
     table.columns = {{u"日付"_s, Content::Date, 11, 20},
                      {u"伝票番号"_s, Content::Text, 11, 22},
                      {u"種別"_s, Content::Text, 6, 12},
-                     {u"商品名・適用"_s, Content::Text, 22, 40, true},
-                     {u"規格・方法"_s, Content::Text, 14, 26},
-                     {u"数量"_s, Content::Quantity, 9, 17},
-                     {u"単位"_s, Content::Text, 6, 12},
+                     {u"商品名・適用"_s, Content::Text, 28, 40, true},
+                     {u"規格・方法"_s, Content::Text, 16, 26},
+                     {u"数量"_s, Content::Quantity, 11, 17},
+                     {u"単位"_s, Content::Text, 8, 12},
                      {u"単価"_s, Content::Quantity, 10, 19},
                      {u"繰越額"_s, Content::Amount, 12, 23},
                      {str(words.charged), Content::Amount, 12, 23},
@@ -123,7 +123,7 @@ LedgerTable ledgerTable(const Ledger &ledger, Party party, const QString &name, 
     table.targets.push_back({});
     for (const LedgerLine &line : ledger.lines) {
         table.rows.push_back(rowOf(line));
-        table.targets.push_back({line.slip, line.kind});
+        table.targets.emplace_back(SlipTarget{line.slip, line.kind});
     }
     const LedgerTotals &totals = ledger.totals;
     table.totals = {none, none, none,           u"合計"_s,      none,           none,
@@ -155,7 +155,7 @@ LedgerTable balanceTable(const std::vector<CounterpartBalance> &balances, Party 
         total.add(balance.balance);
         table.rows.push_back(
             {balance.code, balance.name, balance.lastCharged, balance.lastSettled, balance.balance});
-        table.targets.push_back({balance.counterpart});
+        table.targets.emplace_back(LedgerTarget{balance.counterpart});
     }
     table.totals = {QVariant(), u"合計"_s, QVariant(), QVariant(), total.value()};
     table.sums = {{u"残高合計"_s, total.value()}};
@@ -176,7 +176,7 @@ LedgerTable stocktakeTable(const StocktakeReport &report, const Period &period)
         table.rows.push_back({line.date, line.number, line.supplier, line.product, line.specification,
                               numberOrNothing(line.quantity), line.unit, numberOrNothing(line.price),
                               line.amount});
-        table.targets.push_back({line.slip, stocktake});
+        table.targets.emplace_back(SlipTarget{line.slip, stocktake});
     }
     const QVariant none;
     table.totals = {none, none, none, u"合計"_s, none, none, none, none, report.total};

@@ -5,6 +5,8 @@
 
 #include <QVariant>
 
+#include <variant>
+
 // Ledgers and lists as tables: what a screen shows, a printer prints and a spreadsheet gets.
 namespace slips
 {
@@ -20,12 +22,25 @@ struct LedgerColumn
     bool stretches = false; // takes what is left of a printed page
 };
 
-/// What a row leads to.
-struct RowTarget
+/// A slip, to be corrected.
+struct SlipTarget
 {
-    qint64 id = 0; // of the slip, in a list of counterparts of the counterpart; 0: the row leads nowhere
+    qint64 slip = 0;
     SlipKind kind = sale;
+
+    bool operator==(const SlipTarget &) const = default;
 };
+
+/// Whose ledger.
+struct LedgerTarget
+{
+    CounterpartKey counterpart;
+
+    bool operator==(const LedgerTarget &) const = default;
+};
+
+/// What a row leads to; some lead nowhere.
+using RowTarget = std::variant<std::monostate, SlipTarget, LedgerTarget>;
 
 struct NamedSum
 {

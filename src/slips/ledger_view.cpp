@@ -10,13 +10,13 @@ namespace
 
 db::Result<LedgerTable> ledgerOf(db::Connection &connection, Party party, const LedgerQuery &query)
 {
-    if (query.counterpart == 0)
+    if (!query.whose)
         return db::Error{party == Party::Customer ? u"納品先が選択されていません。"_s
                                                   : u"仕入先が選択されていません。"_s};
-    const auto name = nameOfCounterpart(connection, party, query.counterpart);
+    const auto name = nameOfCounterpart(connection, party, query.whose->counterpart);
     if (!name)
         return name.error();
-    const auto ledger = readLedger(connection, party, query.counterpart, query.period);
+    const auto ledger = readLedger(connection, party, query.whose->counterpart, query.period);
     if (!ledger)
         return ledger.error();
     return ledgerTable(*ledger, party, *name, query.period);

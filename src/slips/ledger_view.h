@@ -21,8 +21,8 @@ std::vector<LedgerColumn> columnsOf(LedgerView view);
 /// What a screen asks for.
 struct LedgerQuery
 {
-    qint64 counterpart = 0; // whose ledger; 0: nobody is chosen
-    Period period;          // of lists to a day, its end alone counts
+    std::optional<LedgerTarget> whose; // whose ledger; none: nobody is chosen
+    Period period;                     // of lists to a day, its end alone counts
     bool leavesOutZeros = false;
 };
 

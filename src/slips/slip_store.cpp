@@ -2,6 +2,7 @@
 
 #include "db/keys.h"
 #include "db/transaction.h"
+#include "slips/exact_sum.h"
 #include "slips/numbering.h"
 #include "slips/tax.h"
 
@@ -218,19 +219,19 @@ db::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &k
 
 db::Result<double> balance(db::Connection &connection, Party party, qint64 counterpart)
 {
-    double sum = 0;
+    ExactSum sum;
     for (const SlipKind &kind : allKinds) {
         if (kind.party != party || kind.sign == 0)
             continue;
         const auto amounts = connection.select(
-            u"SELECT SUM(金額) FROM 入出庫サブ, 入出庫マスター WHERE 入出庫サブ.ID = 入出庫マスター.ID "
-            "AND 伝票番号 LIKE ? AND 相手先ID = ?"_s,
+            u"SELECT SUM(ROUND(金額 * 10000)) FROM 入出庫サブ, 入出庫マスター "
+            "WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? AND 相手先ID = ?"_s,
             {patternOf(kind), counterpart});
         if (!amounts)
             return amounts.error();
-        sum += kind.sign * amounts->rows.front().front().toDouble();
+        sum.add(ExactSum::ofTenThousandths(kind.sign * amounts->rows.front().front().toDouble()));
     }
-    return sum;
+    return sum.value();
 }
 
 } // namespace slips

@@ -26,7 +26,8 @@ std::optional<double> numberIn(const QVariant &value)
 
 StocktakeLine stocktakeFrom(const QVariantList &row)
 {
-    const QString supplier = row.at(4).isNull() ? deletedCounterpartName(row.at(3).toLongLong())
+    const CounterpartKey key = row.at(3).isNull() ? CounterpartKey() : CounterpartKey(row.at(3).toLongLong());
+    const QString supplier = row.at(4).isNull() ? unknownCounterpartName(key)
                                                 : counterpartName(row.at(5).toString(), row.at(6).toString());
     return {row.at(0).toLongLong(), row.at(1).toString(), row.at(2).toString(), supplier,
             row.at(7).toString(),   row.at(8).toString(), numberIn(row.at(9)),  row.at(10).toString(),
