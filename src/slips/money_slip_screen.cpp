@@ -78,6 +78,12 @@ void MoneySlipScreen::counterpartShown(bool chosen)
     m_ui->lblTaxClass->setText(chosen ? nameOf(taxClassFrom(m_ui->txtTaxK->text())) : QString());
 }
 
+void MoneySlipScreen::beginLines()
+{
+    if (m_ui->txtTaxK->text().isEmpty())
+        m_ui->txtTaxK->setText(u"0"_s);
+}
+
 void MoneySlipScreen::focusLine()
 {
     if (m_ui->cmbShohin->count() > 1)
@@ -86,7 +92,12 @@ void MoneySlipScreen::focusLine()
         m_ui->txtKingaku->setFocus();
 }
 
-bool MoneySlipScreen::lineIsTyped() const { return !m_ui->txtKingaku->text().trimmed().isEmpty(); }
+bool MoneySlipScreen::lineIsTyped() const
+{
+    const bool itemIsPicked = m_ui->cmbShohin->count() > 1 && m_ui->cmbShohin->currentIndex() >= 0;
+    return itemIsPicked || m_ui->cmbKikaku->currentIndex() >= 0 ||
+           !m_ui->txtKingaku->text().trimmed().isEmpty();
+}
 
 // --- The lines ---
 

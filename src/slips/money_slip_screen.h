@@ -37,7 +37,7 @@ public:
 protected:
     void setUpLines() override;
     void counterpartShown(bool chosen) override;
-    void beginLines() override {}
+    void beginLines() override;
     void focusLine() override;
     [[nodiscard]] bool lineIsTyped() const override;
     void clearLines() override;

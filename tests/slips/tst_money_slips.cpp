@@ -102,8 +102,14 @@ private slots:
         ui::prompts::expectAsk(u"金額がマイナスです。よろしいですか。"_s, false);
         desk.money(0, 0, u"－500"_s);
         QCOMPARE(desk.lines(), QStringList());
+        // The item alone is a line begun, too.
         desk.driver().box("txtKingaku").clear();
+        desk.driver().list("cmbKikaku").setCurrentIndex(-1);
+        const QString half = u"入力途中の明細は、まだ伝票に入っていません。入れずに進みますか。"_s;
+        ui::prompts::expectAsk(half, false);
+        QVERIFY(!desk.screen().close());
         // The header stays and comes to nothing.
+        ui::prompts::expectAsk(half, true);
         QVERIFY(desk.screen().close());
         QCOMPARE(desk.headers().size(), 1);
     }
