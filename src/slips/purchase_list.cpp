@@ -92,7 +92,8 @@ private:
     {
         m_purchases.add(amount);
         m_tax.add(ExactSum::ofTenThousandths(row.at(5).toDouble()));
-        m_byRate[row.at(3).toDouble()].add(amount);
+        const QVariant rate = row.at(3);
+        m_byRate[rate.isNull() ? std::nullopt : std::optional(rate.toDouble())].add(amount);
         m_hasTaxLine = m_hasTaxLine || row.at(6).toInt() > 0;
     }
 
@@ -102,7 +103,11 @@ private:
     {
         double sum = 0;
         for (const auto &[rate, amount] : m_byRate) {
-            const auto tax = exclusiveTax(amount.value(), rate);
+            if (amount.isZero())
+                continue;
+            if (!rate) // converted books may hold slips without one
+                return std::nullopt;
+            const auto tax = exclusiveTax(amount.value(), *rate);
             if (!tax)
                 return std::nullopt;
             sum += *tax;
@@ -114,7 +119,7 @@ private:
     ExactSum m_purchases;
     ExactSum m_tax;
     ExactSum m_payments;
-    std::map<double, ExactSum> m_byRate;
+    std::map<std::optional<double>, ExactSum> m_byRate;
     bool m_hasTaxLine = false;
 };
 

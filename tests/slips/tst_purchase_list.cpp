@@ -16,13 +16,15 @@ const Period april{{2026, 4, 1}, {2026, 4, 30}};
 
 QString exact(double amount) { return QString::number(amount, 'f', 4); }
 
-// A slip as "I 2026-04-01 1000 消費税=50", of supplier 1 at 10 percent unless "@5" says otherwise.
+// A slip as "I 2026-04-01 1000 消費税=50", of supplier 1 at 10 percent unless "@5" or, at none, "@" follows.
 void writeSlip(FreshShop &shop, int id, const QString &words, int supplier = 1)
 {
     QStringList parts = words.split(u' ');
-    int rate = 10;
-    if (parts.last().startsWith(u'@'))
-        rate = parts.takeLast().mid(1).toInt();
+    QVariant rate = 10;
+    if (parts.last().startsWith(u'@')) {
+        const QString typed = parts.takeLast().mid(1);
+        rate = typed.isEmpty() ? QVariant() : typed;
+    }
     shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率) VALUES (?, ?, ?, ?, ?)"_s,
              {id, parts.at(1) == u"-" ? QVariant() : parts.at(1), parts.at(0) + QString::number(id), supplier,
               rate});
@@ -113,6 +115,7 @@ void TestPurchaseList::rules_data()
         u"0 299 0 0 19"_s);
     row("on the bill: taken back", 1, {u"I 2026-04-01 -1005"_s}, u"0 -1005 0 0 -100"_s);
     row("on the bill: a rate that is none", 1, {u"I 2026-04-01 1000 @500"_s}, u"0 1000 0 0 ?"_s);
+    row("on the bill: no rate", 1, {u"I 2026-04-01 1000 @"_s, u"I 2026-04-01 5"_s}, u"0 1005 0 0 ?"_s);
     row("prices include it", 2, {u"I 2026-04-01 1000"_s}, u"0 1000 0 0 0"_s);
 }
 
