@@ -11,6 +11,8 @@
 #include "ui/prompts.h"
 #include "ui_frmInTax.h"
 
+#include <QHeaderView>
+
 using namespace Qt::StringLiterals;
 
 namespace slips
@@ -34,7 +36,8 @@ frmInTax::frmInTax(app::Workspace &workspace, QWidget *parent)
     }
     tell(openCounterpart(m_found, suppliersTaxedOnBill, 0));
     m_ui->DataGrid1->bind(m_found, [this](const QString &refusal) { ui::prompts::inform(this, refusal); });
-    setWidths(m_ui->DataGrid1, {60, 190, 130, 210, 110, 0, 0});
+    setWidths(m_ui->DataGrid1, {60, 260, 190, 360, 120, 0, 0});
+    m_ui->DataGrid1->horizontalHeader()->setStretchLastSection(true);
     connectControls();
     setEntered(std::nullopt);
     showFigures(false);
@@ -93,7 +96,10 @@ void frmInTax::showSupplier()
     m_ui->Text1->setText(chosen ? QString::number(m_found.currentKey()) : QString());
     m_ui->txtNouhinsaki1->setText(m_found.text(u"仕入先名1"_s));
     m_ui->txtNouhinsaki2->setText(m_found.text(u"仕入先名2"_s));
-    m_ui->txtTaxK->setText(m_found.text(u"消費税区分"_s));
+    for (QLineEdit *name : {m_ui->txtNouhinsaki1, m_ui->txtNouhinsaki2})
+        name->setCursorPosition(0);
+    const QString taxClass = m_found.text(u"消費税区分"_s);
+    m_ui->txtTaxK->setText(chosen && taxClass.isEmpty() ? u"0"_s : taxClass);
     m_ui->lblTaxClass->setText(chosen ? nameOf(taxClassFrom(m_ui->txtTaxK->text())) : QString());
     m_ui->lblMessage->clear();
     m_ui->txtKingaku->clear(); // was another supplier's

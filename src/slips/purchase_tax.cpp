@@ -18,7 +18,7 @@ const CounterpartSearch suppliersTaxedOnBill{
 const CounterpartSearch suppliersTaxedOnDelivery{
     Party::Supplier,
     u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー FROM 仕入先 "
-    "WHERE (仕入先名キー LIKE ?) AND (消費税区分 = 0) ORDER BY 仕入先ID",
+    "WHERE (仕入先名キー LIKE ?) AND (COALESCE(消費税区分, 0) = 0) ORDER BY 仕入先ID", // empty counts as 0
     supplierSearch.byId,
     u"仕入先ID",
 };
