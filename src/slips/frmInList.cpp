@@ -10,6 +10,8 @@
 #include "ui/table_export.h"
 #include "ui_frmInList.h"
 
+#include <QHeaderView>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -61,6 +63,8 @@ frmInList::frmInList(app::Workspace &workspace, QWidget *parent)
     m_ui->DTPicker2->setDate({today.year(), today.month(), today.daysInMonth()});
     m_ui->MSFlexGrid1->setModel(&m_rows);
     setWidths(m_ui->MSFlexGrid1, {320, 130, 130, 130, 130, 130});
+    m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    m_shown = period();
     show({});
     connectControls();
     setUp();
@@ -74,6 +78,9 @@ void frmInList::connectControls()
     connect(m_ui->Check1, &QCheckBox::clicked, this, &frmInList::recompute);
     connect(m_ui->Command2, &QPushButton::clicked, this, &frmInList::print);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmInList::exportTable);
+    for (QDateEdit *box :
+         {static_cast<QDateEdit *>(m_ui->DTPicker1), static_cast<QDateEdit *>(m_ui->DTPicker2)})
+        connect(box, &QDateEdit::dateChanged, this, &frmInList::showState);
     connect(m_ui->MSFlexGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &frmInList::showChosen);
 }
@@ -136,9 +143,19 @@ void frmInList::show(PurchaseList list)
     m_ui->MSFlexGrid1->setCurrentIndex(m_rows.index(std::min(row, count - 1), 0));
     m_ui->Command2->setEnabled(count > 0);
     m_ui->Command3->setEnabled(count > 0);
-    m_ui->lblMessage->setText(count > 0 ? u"仕入先　%1 件"_s.arg(count) : nothingFound());
+    showState();
     showTotals();
     showChosen();
+}
+
+// Figures of one period under the dates of another would be taken for what they are not.
+void frmInList::showState()
+{
+    const int count = m_rows.rowCount();
+    QString state = count > 0 ? u"仕入先　%1 件"_s.arg(count) : nothingFound();
+    if (period().from != m_shown.from || period().to != m_shown.to)
+        state = u"表示中の集計は %1 のものです。再集計を押してください。"_s.arg(shownPeriod(m_shown));
+    m_ui->lblMessage->setText(state);
 }
 
 void frmInList::showTotals()
@@ -162,6 +179,8 @@ void frmInList::showChosen()
     m_ui->Text1->setText(chosen ? QString::number(purchases.supplier) : QString());
     m_ui->txtNouhinsaki1->setText(purchases.name1);
     m_ui->txtNouhinsaki2->setText(purchases.name2);
+    for (QLineEdit *name : {m_ui->txtNouhinsaki1, m_ui->txtNouhinsaki2})
+        name->setCursorPosition(0);
     showAmount(m_ui->txtPrevious, shown(sums.previous));
     showAmount(m_ui->txtPurchases, shown(sums.purchases));
     showAmount(m_ui->txtPayments, shown(sums.payments));

@@ -34,6 +34,7 @@ private:
     void recompute();
     db::Status read();
     void show(PurchaseList list);
+    void showState();
     void showTotals();
     void showChosen();
     void print();

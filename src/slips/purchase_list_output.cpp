@@ -32,6 +32,8 @@ QVariantList values(const QString &code, const QString &name, const PurchaseSums
 
 QVariantList totals(const PurchaseList &list) { return values({}, u"合計"_s, list.totals); }
 
+QString shown(const QDate &day) { return day.toString(u"yyyy/MM/dd"_s); }
+
 QStringList shown(const QVariantList &row)
 {
     QStringList cells;
@@ -45,13 +47,14 @@ QStringList shown(const QVariantList &row)
 
 } // namespace
 
+QString shownPeriod(const Period &period) { return shown(period.from) + u"～"_s + shown(period.to); }
+
 printing::List printedList(const PurchaseList &list, const Period &period, const QDate &today)
 {
-    const auto day = [](const QDate &date) { return date.toString(u"yyyy/MM/dd"_s); };
     printing::List printed;
     printed.title = u"月別仕入一覧"_s;
-    printed.remark = u"期間　"_s + day(period.from) + u"～"_s + day(period.to);
-    printed.date = day(today);
+    printed.remark = u"期間　"_s + shownPeriod(period);
+    printed.date = shown(today);
     const QStringList names = headings();
     for (int column = 0; column < columnCount; ++column) {
         const bool isAmount = column >= firstAmount;

@@ -6,6 +6,9 @@
 namespace slips
 {
 
+/// "2026/04/01～2026/04/30"
+QString shownPeriod(const Period &period);
+
 /// The monthly list as it is printed on \a today: A4 lying, with a row of totals.
 printing::List printedList(const PurchaseList &list, const Period &period, const QDate &today);
 

@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QDateEdit>
+#include <QLabel>
 
 using namespace Qt::StringLiterals;
 
@@ -113,6 +114,9 @@ private slots:
         QCOMPARE(found(u"aite"_s), u"9"_s);
         box.setChecked(false);
         QCOMPARE(found(u"aite"_s), u"10"_s);
+        desk.shop.run(u"UPDATE 仕入先 SET 消費税区分 = NULL WHERE 仕入先ID = 10"_s); // counts as 0
+        QCOMPARE(found(u"aite"_s), u"10"_s);
+        QCOMPARE(desk.driver().box("txtTaxK").text(), u"0"_s);
         ui::prompts::expectInform(u"検索した仕入先は見つかりませんでした。"_s);
         QCOMPARE(found(u"aite1"_s), QString());
         ui::prompts::expectInform(u"検索する条件を入力してください。"_s);
@@ -249,6 +253,9 @@ private slots:
                  u"500 2,006 2,506"_s);
         driver.the<QCheckBox>("Check1").click();
         QCOMPARE(grid.model()->rowCount(), 4);
+        driver.the<QDateEdit>("DTPicker2").setDate({2026, 4, 29});
+        QCOMPARE(driver.the<QLabel>("lblMessage").text(),
+                 u"表示中の集計は 2026/04/01～2026/04/30 のものです。再集計を押してください。"_s);
 
         desk.shop.run(u"DELETE FROM 入出庫マスター"_s);
         ui::prompts::expectInform(u"該当するデータが見つかりませんでした。"_s);
