@@ -164,8 +164,22 @@ void GoodsSlipScreen::showTax()
     const auto shown =
         shownTax(m_total, workspace().panel.taxRate, taxClass(), inclusive(), m_description.showsIncludedTax);
     m_tax->setText(shown ? *shown : QString());
-    if (!shown)
+    if (!shown) {
         ui::prompts::inform(this, shown.error().text);
+        return;
+    }
+    foretellTax();
+}
+
+// The box of the tax is for customers and suppliers who are always charged it. Where the clerk has made the
+// prices of another one exclusive, the tax that closing adds must not come as a surprise.
+void GoodsSlipScreen::foretellTax()
+{
+    const bool isUnseen = m_tax->text().isEmpty() && addsTax();
+    const auto tax = exclusiveTax(m_total, workspace().panel.taxRate);
+    say(isUnseen && tax && *tax != 0
+            ? u"この伝票を閉じるときに、消費税 %1 円が計上されます。"_s.arg(text::formatAmount(*tax))
+            : QString());
 }
 
 // --- The end of a slip ---
@@ -203,9 +217,9 @@ bool GoodsSlipScreen::mayClose()
     if (!SlipScreen::mayClose())
         return false;
     // A slip left open has lines but not the tax on them.
-    if (state() != SlipState::LinesPresent || !addsTax() ||
-        !ui::prompts::ask(
-            this, u"表示中の伝票はまだ閉じていません。次の伝票（消費税の計上）を行ってから終了しますか。"_s))
+    if (state() != SlipState::LinesPresent || m_lines.rowCount() == 0 || !addsTax() ||
+        !ui::prompts::ask(this,
+                          u"表示中の伝票には、まだ消費税が計上されていません。計上してから終了しますか。"_s))
         return true;
     const auto closed = closeSlip();
     if (!closed)

@@ -47,6 +47,7 @@ private:
     void removeLine();
     void showTotals();
     void showTax();
+    void foretellTax();
     [[nodiscard]] bool addsTax() const;
 
     GoodsSlipDescription m_description;

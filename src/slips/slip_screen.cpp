@@ -141,7 +141,7 @@ void SlipScreen::showCounterpart()
     }
     counterpartShown(chosen);
     if (chosen) {
-        m_message->clear();
+        say({});
         enter(SlipState::NoHeader);
     }
 }
@@ -173,8 +173,10 @@ void SlipScreen::saveHeader()
 
     const auto saved = slips::saveHeader(workspace().connection, slip);
     if (!saved) {
-        if (slip.counterpart == 0)
+        if (slip.counterpart == 0 || saved.error().gone)
             m_key->setFocus();
+        else if (!isSlipDate(slip.date))
+            m_date->setFocus();
         else if (slip.manualNumber)
             m_number->setFocus();
         ui::prompts::inform(this, saved.error().text);
@@ -186,6 +188,8 @@ void SlipScreen::saveHeader()
     enter(SlipState::HeaderSaved);
     focusLine();
 }
+
+void SlipScreen::say(const QString &text) { m_message->setText(text); }
 
 // --- The end of a slip ---
 
@@ -220,8 +224,7 @@ void SlipScreen::cancelSlip()
 void SlipScreen::tellOfSlip(const db::Error &error)
 {
     ui::prompts::inform(this, error.text);
-    const auto there = slipExists(workspace().connection, m_header.id);
-    if (there && !*there)
+    if (error.gone)
         leaveSlip(u"伝票 %1 は削除されています。"_s.arg(m_header.number));
 }
 
@@ -240,7 +243,7 @@ void SlipScreen::clearForNext(const QString &message)
     m_key->clear();
     m_number->setText(workspace().panel.automaticNumbers ? QString(QChar(m_description.kind.letter))
                                                          : QString());
-    m_message->setText(message);
+    say(message);
 }
 
 void SlipScreen::enter(SlipState state)

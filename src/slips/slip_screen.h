@@ -90,6 +90,9 @@ protected:
     [[nodiscard]] qint64 counterpart() const;
     [[nodiscard]] const SlipKind &kind() const { return m_description.kind; }
 
+    /// Shows \a text in the screen's message line.
+    void say(const QString &text);
+
     /// Asks whether a line that was typed but not entered may be passed over. \return whether to go on
     bool mayPassOverLine();
 

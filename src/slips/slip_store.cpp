@@ -16,8 +16,7 @@ namespace
 
 QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
 
-// An invalid date comes before every other one.
-const QDate earliestDate(1900, 1, 1);
+db::Error gone(const QString &text) { return {.text = text, .gone = true}; }
 
 db::Status checkHeader(const NewSlip &slip)
 {
@@ -26,8 +25,24 @@ db::Status checkHeader(const NewSlip &slip)
                                                             : u"仕入先が選択されていません。"_s};
     if (slip.employee == 0)
         return db::Error{u"担当者が選択されていません。"_s};
-    if (slip.date < earliestDate)
+    if (!isSlipDate(slip.date))
         return db::Error{u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s};
+    return {};
+}
+
+// Another program may have deleted the counterpart since it was searched.
+db::Status checkCounterpart(db::Connection &connection, const NewSlip &slip)
+{
+    const bool isCustomer = slip.kind.party == Party::Customer;
+    const auto there = connection.keys(isCustomer ? u"SELECT 納品先ID FROM 納品先 WHERE 納品先ID = ?"_s
+                                                  : u"SELECT 仕入先ID FROM 仕入先 WHERE 仕入先ID = ?"_s,
+                                       {slip.counterpart});
+    if (!there)
+        return there.error();
+    if (there->empty())
+        return gone(
+            u"選択した%1は削除されているため、伝票を保存できませんでした。%1を検索し直してください。"_s.arg(
+                isCustomer ? u"納品先"_s : u"仕入先"_s));
     return {};
 }
 
@@ -35,12 +50,7 @@ db::Status stampCustomer(db::Connection &connection, qint64 customer, const QDat
 {
     const auto stamped =
         connection.execute(u"UPDATE 納品先 SET 更新日 = ? WHERE 納品先ID = ?"_s, {stored(day), customer});
-    if (!stamped)
-        return stamped.error();
-    if (*stamped == 0)
-        return db::Error{
-            u"選択した納品先は削除されているため、伝票を保存できませんでした。納品先を検索し直してください。"_s};
-    return {};
+    return stamped ? db::Status() : stamped.error();
 }
 
 db::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
@@ -63,7 +73,7 @@ db::Status insertLine(db::Connection &connection, const QString &columns, const 
     if (!inserted)
         return inserted.error();
     if (*inserted == 0)
-        return db::Error{u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s};
+        return gone(u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s);
     return {};
 }
 
@@ -78,6 +88,9 @@ db::Result<double> taxStillDue(db::Connection &connection, qint64 id, double tot
 }
 
 } // namespace
+
+// An invalid date comes before every other one.
+bool isSlipDate(const QDate &date) { return date >= QDate(1900, 1, 1); }
 
 db::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip)
 {
@@ -94,6 +107,8 @@ db::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &sl
         if (const auto free = checkManualNumber(connection, *slip.manualNumber, slip.manualLetter); !free)
             return free.error();
     }
+    if (const db::Status there = checkCounterpart(connection, slip); !there)
+        return there.error();
     if (slip.stamp) {
         if (const auto stamped = stampCustomer(connection, slip.counterpart, *slip.stamp); !stamped)
             return stamped.error();
@@ -148,7 +163,7 @@ db::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
     if (!there)
         return there.error();
     if (!*there)
-        return db::Error{u"この伝票はほかのプログラムで削除されたため、明細を取り消せませんでした。"_s};
+        return gone(u"この伝票はほかのプログラムで削除されたため、明細を取り消せませんでした。"_s);
     return false;
 }
 
@@ -171,7 +186,7 @@ db::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double t
     if (!there)
         return there.error();
     if (!*there)
-        return db::Error{u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s};
+        return gone(u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
     const auto total = slipTotal(connection, id);
     if (!total)
         return total.error();

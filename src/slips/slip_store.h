@@ -34,8 +34,12 @@ struct SavedHeader
     QString number;
 };
 
+/// Whether a slip can bear \a date: a year that a clerk can have meant.
+bool isSlipDate(const QDate &date);
+
 /// Stores the header under the next free key, and the customer's 更新日 with it. The error is the sentence to
-/// tell: nobody chosen, a number that is taken, a database that refused.
+/// tell: nobody chosen, a number that is taken, a counterpart deleted meanwhile (the error is then `gone`), a
+/// database that refused.
 db::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip);
 
 /// A line of goods.
@@ -49,7 +53,7 @@ struct GoodsLine
     double amount = 0; // whole yen
 };
 
-/// Appends \a line to the slip \a id, which must still be there.
+/// Appends \a line to the slip \a id. The error is `gone` when the slip is no longer there; so it is below.
 db::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line);
 
 /// A line of money.

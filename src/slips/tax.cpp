@@ -88,7 +88,7 @@ bool taxIsAdded(TaxClass taxClass, bool inclusive) { return taxClass != TaxClass
 
 db::Result<QString> shownTax(double total, double rate, TaxClass taxClass, bool inclusive, bool showsIncluded)
 {
-    if (taxIsAdded(taxClass, inclusive)) {
+    if (taxClass == TaxClass::OnDelivery && !inclusive) {
         const auto tax = exclusiveTax(total, rate);
         return tax ? db::Result<QString>(text::formatAmount(*tax)) : tax.error();
     }

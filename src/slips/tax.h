@@ -33,8 +33,10 @@ db::Result<double> includedTax(double total, double rate);
 /// include the tax.
 bool taxIsAdded(TaxClass taxClass, bool inclusive);
 
-/// The text of the tax box beside \a total: the tax that closing will add, or, where \a showsIncluded, the
-/// tax that the prices include; empty when neither is due.
+/// The text of the tax box beside \a total: the tax that closing will add to the slip of a counterpart taxed
+/// on delivery, or, where \a showsIncluded, the tax that the prices include; empty otherwise. The box stays
+/// empty for a counterpart whose prices include the tax when the clerk has made them exclusive, though
+/// closing adds it then.
 db::Result<QString> shownTax(double total, double rate, TaxClass taxClass, bool inclusive,
                              bool showsIncluded);
 

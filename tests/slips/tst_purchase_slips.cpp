@@ -71,6 +71,13 @@ private slots:
         ui::prompts::expectAsk(u"検索した仕入先は見つかりませんでした。\n新規に入力しますか？"_s, false);
         desk.driver().box("txtKey1").setText(u"nobody"_s);
         desk.driver().press("Command1");
+        desk.driver().box("txtKey1").setText(u"aite0"_s);
+        desk.driver().press("Command1");
+        desk.shop.run(u"DELETE FROM 仕入先"_s);
+        ui::prompts::expectInform(
+            u"選択した仕入先は削除されているため、伝票を保存できませんでした。仕入先を検索し直してください。"_s);
+        desk.driver().press("cmdMasterUpdate");
+        QCOMPARE(desk.driver().cursor(), u"txtKey1"_s);
         QCOMPARE(desk.headers(), QStringList());
     }
 

@@ -38,6 +38,12 @@ private slots:
 namespace
 {
 
+// With a customer to sell to.
+struct Shop : FreshShop
+{
+    Shop() { run(u"INSERT INTO 納品先 (納品先ID) VALUES (1)"_s); }
+};
+
 slips::NewSlip saleTo(qint64 customer)
 {
     slips::NewSlip slip;
@@ -74,7 +80,7 @@ QStringList everything(FreshShop &shop)
 
 void TestSlipStore::keysFollowTheHighest()
 {
-    FreshShop shop;
+    Shop shop;
     QCOMPARE(savedSale(shop), 1);
     QCOMPARE(savedSale(shop), 2);
     QCOMPARE(savedSale(shop), 3);
@@ -101,7 +107,7 @@ void TestSlipStore::automaticNumbers()
 {
     QFETCH(QString, infix);
     QFETCH(QString, number);
-    FreshShop shop;
+    Shop shop;
     slips::NewSlip slip = saleTo(1);
     slip.infix = infix;
     const auto header = slips::saveHeader(shop.connection, slip);
@@ -134,7 +140,7 @@ void TestSlipStore::manualNumbers()
 {
     QFETCH(QString, number);
     QFETCH(QString, refusal);
-    FreshShop shop;
+    Shop shop;
     shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (7, 'I7'), (8, 'I-a1%')"_s);
     const db::Status checked = slips::checkManualNumber(shop.connection, number, u'I');
     QCOMPARE(checked ? QString() : checked.error().text, refusal);
@@ -151,7 +157,7 @@ void TestSlipStore::manualNumbers()
 
 void TestSlipStore::twoProgramsNeverShareANumber()
 {
-    FreshShop shop;
+    Shop shop;
     db::Connection other;
     QVERIFY(other.open(shop.connection.fileName()));
     for (int turn = 0; turn < 5; ++turn) {
@@ -180,7 +186,7 @@ void TestSlipStore::headerStampsTheCustomerInOneAction()
              QStringList({u"1|2026-03-31|O1|5|1|5|-"_s, u"5|2026-04-01"_s, u"6|2020-01-01"_s}));
     slip.counterpart = 9;
     const auto gone = slips::saveHeader(shop.connection, slip);
-    QVERIFY2(!gone, "a customer deleted meanwhile gets no slip");
+    QVERIFY2(!gone && gone.error().gone, "a customer deleted meanwhile gets no slip");
     QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), 1);
 }
 
@@ -223,7 +229,7 @@ void TestSlipStore::incompleteHeadersAreRefused()
 
 void TestSlipStore::linesKeepTheirOrder()
 {
-    FreshShop shop;
+    Shop shop;
     const qint64 first = savedSale(shop);
     const qint64 second = savedSale(shop);
     addLine(shop, first, 100, u"か"_s);
@@ -279,7 +285,7 @@ void TestSlipStore::closingAddsTheTaxOnce()
     QFETCH(TaxClass, taxClass);
     QFETCH(bool, inclusive);
     QFETCH(QStringList, taxLines);
-    FreshShop shop;
+    Shop shop;
     const qint64 id = savedSale(shop);
     addLine(shop, id, amount);
     const auto taxRows = [&] {
@@ -297,7 +303,7 @@ void TestSlipStore::closingAddsTheTaxOnce()
 
 void TestSlipStore::deletingLeavesNoLines()
 {
-    FreshShop shop;
+    Shop shop;
     const qint64 kept = savedSale(shop);
     addLine(shop, kept, 1);
     const qint64 id = savedSale(shop);
@@ -380,7 +386,7 @@ void TestSlipStore::failureLeavesNothingHalfWritten()
 
 void TestSlipStore::fullDiskLosesOnlyTheActionInHand()
 {
-    FreshShop shop;
+    Shop shop;
     const QString roomy = u"PRAGMA max_page_count = 100000"_s;
     shop.run(u"PRAGMA max_page_count = %1"_s.arg(shop.value(u"PRAGMA page_count"_s).toInt() + 2));
     // Slips until one finds no room for its header, lines until one finds none for itself.
