@@ -47,7 +47,7 @@ Commands fileCommands()
         {Action::PostalCodes, u"mnuZip", u"郵便番号検索", u"mnuOption", none, {}, {{u"Label21", u"郵便番号検索"}}},
         {Action::BulkMail, u"mnuMail", u"納品先メール一括送信(&M)", u"mnuOption"},
         {Action::CashBook, u"mnuCashFlows", u"現金出納帳(&F)", u"mnuOption"},
-        {Action::Ledger, u"mnuLeg", u"管理業務(&L)", u"mnuOption", none, {}, {{u"Label20", u"売掛金・買掛金元帳"}}},
+        {Action::Ledger, u"mnuLeg", u"管理業務(&L)", u"mnuOption"},
     };
 }
 
@@ -163,7 +163,8 @@ Commands reportCommands()
          {{u"Command30", u"支払日報", Page::Purchases, u"日報・元帳"}}},
         {Action::BillList, u"", u"", u"", needsEmployee, {{u"Command4", u"月別請求一覧", Page::Sales, u"日報・元帳"}}},
         {Action::ReceivableLedger, u"", u"", u"", none,
-         {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"}}},
+         {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"}},
+         {{u"Label20", u"売掛金・買掛金元帳"}}},
         {Action::PayableLedger, u"", u"", u"", none,
          {{u"Command8", u"買掛金元帳", Page::Purchases, u"日報・元帳"}}},
 

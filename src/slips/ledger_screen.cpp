@@ -12,6 +12,11 @@
 #include "ui/table_export.h"
 #include "ui_LedgerForm.h"
 
+#include <QHeaderView>
+
+#include <algorithm>
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 namespace slips
@@ -135,11 +140,16 @@ void LedgerScreen::fitGrid()
 {
     m_ui->MSFlexGrid1->setModel(&m_rows);
     m_ui->MSFlexGrid1->setAccessibleName(windowTitle());
+    const std::vector<LedgerColumn> columns = columnsOf(m_description.view);
     std::vector<int> widths;
     const int character = fontMetrics().horizontalAdvance(u'0');
-    for (const LedgerColumn &column : columnsOf(m_description.view))
+    for (const LedgerColumn &column : columns)
         widths.push_back((column.characters + 1) * character);
     setWidths(m_ui->MSFlexGrid1, widths);
+    const auto stretching =
+        std::find_if(columns.begin(), columns.end(), std::mem_fn(&LedgerColumn::stretches));
+    m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(
+        static_cast<int>(stretching - columns.begin()), QHeaderView::Stretch);
 }
 
 void LedgerScreen::connectControls()
