@@ -1,6 +1,5 @@
 #include "first_day.h"
 
-#include "ledgers.h"
 #include "roster.h"
 #include "shop_data.h"
 
@@ -67,7 +66,6 @@ void FirstDay::run()
     printRoster(m_walker, m_window, m_folder);
     enterSlips();
     chooseCustomers();
-    lookIntoLedgers(m_walker, m_window, m_folder);
     lookAfterFile();
     correctSlips();
     lookAround();

@@ -1,6 +1,7 @@
 // Walks the whole program as a user would, on a fresh folder: tour DIR. Pictures of the screens and the
 // printed notes end in DIR. Exits with 1 when anything was not as it should be.
 #include "first_day.h"
+#include "ledgers.h"
 #include "old_file.h"
 #include "purchases.h"
 #include "trade_day.h"
@@ -74,6 +75,7 @@ QStringList walk(const QDir &folder)
     tour::FirstDay(walker, workspace, window, folder).run();
     tour::tradeForADay(walker, workspace, window, folder);
     tour::buyAndList(walker, window, folder);
+    tour::lookIntoLedgers(walker, window, folder);
     tour::convertOldFile(walker, workspace, window, folder);
     window.close();
     const QString backup = workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName));
