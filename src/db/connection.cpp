@@ -133,6 +133,11 @@ sqlite3 *Connection::handle() const
 
 bool Connection::inTransaction() const { return m_open && sqlite3_get_autocommit(handle()) == 0; }
 
+bool Connection::hasCommittedAllTheSame() const
+{
+    return m_open && sqlite3_extended_errcode(handle()) == SQLITE_IOERR_DIR_FSYNC && !inTransaction();
+}
+
 // Each setting is read back: SQLite passes over one that it cannot carry out.
 Status Connection::configure()
 {

@@ -63,6 +63,10 @@ public:
     /// Whether a transaction is under way.
     [[nodiscard]] bool inTransaction() const;
 
+    /// Whether the transaction whose COMMIT has just failed is in the file nevertheless: its journal is gone,
+    /// and only the flushing of the folder failed. Told as a failure, it would be entered twice.
+    [[nodiscard]] bool hasCommittedAllTheSame() const;
+
     /// SQLite's own handle, for what QtSql does not offer (backup).
     [[nodiscard]] sqlite3 *handle() const;
 

@@ -32,7 +32,8 @@ Status Transaction::commit()
 {
     if (!m_owner)
         return {};
-    if (const auto done = m_connection.execute(u"COMMIT"_s); !done)
+    const auto done = m_connection.execute(u"COMMIT"_s);
+    if (!done && !m_connection.hasCommittedAllTheSame())
         return done.error();
     m_owner = false;
     return {};

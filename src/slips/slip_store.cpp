@@ -66,6 +66,9 @@ db::Status insertLine(db::Connection &connection, const QString &columns, const 
                       qint64 id)
 {
     const QString places = QStringList(values.size(), u"?"_s).join(u", "_s);
+    db::Transaction transaction(connection);
+    if (const db::Status begun = transaction.begin(); !begun)
+        return begun;
     const auto inserted =
         connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u") SELECT ID, "_s + places +
                                u" FROM 入出庫マスター WHERE ID = ?"_s,
@@ -74,7 +77,7 @@ db::Status insertLine(db::Connection &connection, const QString &columns, const 
         return inserted.error();
     if (*inserted == 0)
         return gone(u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s);
-    return {};
+    return transaction.commit();
 }
 
 // 0 for a slip that has its tax line already.
@@ -153,12 +156,18 @@ db::Result<bool> slipExists(db::Connection &connection, qint64 id)
 
 db::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
 {
+    db::Transaction transaction(connection);
+    if (const db::Status begun = transaction.begin(); !begun)
+        return begun.error();
     const auto removed = connection.execute(
         u"DELETE FROM 入出庫サブ WHERE rowid = (SELECT max(rowid) FROM 入出庫サブ WHERE ID = ?)"_s, {id});
     if (!removed)
         return removed.error();
-    if (*removed > 0)
+    if (*removed > 0) {
+        if (const db::Status done = transaction.commit(); !done)
+            return done.error();
         return true;
+    }
     const auto there = slipExists(connection, id);
     if (!there)
         return there.error();

@@ -279,16 +279,18 @@ struct Action
     void (*prepare)(Scene &);
     QString (*act)(Scene &);
     QString result; // the file that the action makes or changes
+    // Nothing but a transaction: told to have failed, it is not stored, or the clerk would enter it twice.
+    bool isTransaction = false;
 };
 
 const Action actions[] = {
-    {"header", openDesk, saveHeader, u"shop.cdb"_s},
-    {"line", openSlip, saveLine, u"shop.cdb"_s},
-    {"line removed", openSlipWithLine, removeLine, u"shop.cdb"_s},
-    {"close with tax", openSlipWithLine, closeWithTax, u"shop.cdb"_s},
-    {"slip deleted", openSlipWithLine, deleteSlip, u"shop.cdb"_s},
-    {"customers deleted", openShop, deleteCustomers, u"shop.cdb"_s},
-    {"customers imported", openShop, importCustomers, u"shop.cdb"_s},
+    {"header", openDesk, saveHeader, u"shop.cdb"_s, true},
+    {"line", openSlip, saveLine, u"shop.cdb"_s, true},
+    {"line removed", openSlipWithLine, removeLine, u"shop.cdb"_s, true},
+    {"close with tax", openSlipWithLine, closeWithTax, u"shop.cdb"_s, true},
+    {"slip deleted", openSlipWithLine, deleteSlip, u"shop.cdb"_s, true},
+    {"customers deleted", openShop, deleteCustomers, u"shop.cdb"_s, true},
+    {"customers imported", openShop, importCustomers, u"shop.cdb"_s, true},
     {"migration", closeShop, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},
@@ -374,6 +376,7 @@ void TestWriteFailures::everyCall()
           "failure %d times",
           calls, m_told, m_toldYetDone, m_passedOver);
     QVERIFY(m_told > 0);
+    QVERIFY(!tried.isTransaction || m_toldYetDone == 0);
 }
 
 void TestWriteFailures::oneCall(const Action &action, int call, Kind kind)

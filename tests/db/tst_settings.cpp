@@ -109,6 +109,11 @@ void TestSettings::damagedFileIsWrittenAnew()
     QVERIFY(QDir().mkdir(fileName));
     settings.write(keys::taxRate, 3);
     QVERIFY(!settings.flush());
+    QVERIFY(!settings.flush());
+    // And now it can again.
+    QVERIFY(QDir().rmdir(fileName));
+    QVERIFY(settings.flush());
+    QCOMPARE(Settings(fileName).integer(keys::taxRate), 3);
 }
 
 void TestSettings::pathsAreJoinedWithOneSeparator()
