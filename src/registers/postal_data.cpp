@@ -201,11 +201,19 @@ db::Result<PostalReport> writePostalData(const PostalSource &source, const QStri
 QString postalDoubt(const PostalSource &source)
 {
     constexpr int allPrefectures = 47;
-    if (source.areas.empty() || source.prefectureCount() == allPrefectures)
+    // The postal service's list has had more than 120,000 areas for decades; one broken off on its way here
+    // can reach into the last prefecture.
+    constexpr std::size_t fewestAreas = 110'000;
+    if (source.areas.empty())
         return {};
-    return u"選択したファイルには%1都道府県分の郵便番号しか含まれていません。"
-           "更新すると、その他の都道府県の郵便番号は検索できなくなります。更新しますか？"_s.arg(
-               source.prefectureCount());
+    if (source.prefectureCount() != allPrefectures)
+        return u"選択したファイルには%1都道府県分の郵便番号しか含まれていません。"
+               "更新すると、その他の都道府県の郵便番号は検索できなくなります。更新しますか？"_s.arg(
+                   source.prefectureCount());
+    if (source.areas.size() < fewestAreas)
+        return u"選択したファイルには町域が %L1件しかありません。全国版は12万件以上あるため、"
+               "ファイルが途中で切れている可能性があります。更新しますか？"_s.arg(source.areas.size());
+    return {};
 }
 
 QString postalSummary(const PostalSource &source, const PostalReport &report)

@@ -82,6 +82,7 @@ private slots:
     void allFilesOrNone();
     void stoppingChangesNothing();
     void listsReplaceOnlyTheirOwn();
+    void brokenOffListsAreDoubted();
     void delivery_data();
     void delivery();
 
@@ -356,6 +357,20 @@ void TestPostalData::listsReplaceOnlyTheirOwn()
     QVERIFY(contentOf(dir.filePath(u"ZIPCODE2.txt"_s)).contains("100-8994"));
     QVERIFY(postalOriginOf(dir.path()).areas.startsWith(u"dictionary:"));
     QVERIFY(postalOriginOf(dir.path()).offices.startsWith(u"postal-service:"));
+}
+
+void TestPostalData::brokenOffListsAreDoubted()
+{
+    PostalSource source;
+    for (int area = 0; area < 110'000; ++area)
+        source.areas.push_back({u"1000001"_s, QString::number(area % 47), u"市"_s, u"町"_s});
+    QCOMPARE(postalDoubt(source), QString());
+    source.areas.resize(109'999);
+    QVERIFY(postalDoubt(source).contains(u"109,999"_s));
+    source.areas.resize(46);
+    QVERIFY(postalDoubt(source).contains(u"46都道府県"_s));
+    source.areas.clear(); // offices alone
+    QCOMPARE(postalDoubt(source), QString());
 }
 
 void TestPostalData::delivery_data()

@@ -94,7 +94,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(QStringLiteral(KANBALORE_VERSION));
     QTextStream out(stdout);
-    if (QCoreApplication::arguments().size() != 2) {
+    if (QCoreApplication::arguments().size() != 2 || QCoreApplication::arguments().at(1).startsWith(u'-')) {
         out << "usage: tour DIR\n";
         return 2;
     }
