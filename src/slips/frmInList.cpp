@@ -176,7 +176,7 @@ void frmInList::showChosen()
         chosen ? m_list.suppliers[static_cast<std::size_t>(row)] : SupplierPurchases();
     const auto shown = [chosen](std::optional<double> amount) { return chosen ? amount : std::nullopt; };
     const PurchaseSums &sums = purchases.sums;
-    m_ui->Text1->setText(chosen ? QString::number(purchases.supplier) : QString());
+    m_ui->Text1->setText(purchases.supplier ? QString::number(*purchases.supplier) : QString());
     m_ui->txtNouhinsaki1->setText(purchases.name1);
     m_ui->txtNouhinsaki2->setText(purchases.name2);
     for (QLineEdit *name : {m_ui->txtNouhinsaki1, m_ui->txtNouhinsaki2})

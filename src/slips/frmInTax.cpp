@@ -133,7 +133,7 @@ bool frmInTax::refresh()
         else
             done = found.error();
     }
-    showFigures(supplier() != 0);
+    showFigures(m_purchases.supplier.has_value());
     suggestTax();
     return tell(done);
 }
@@ -165,7 +165,7 @@ void frmInTax::goOnWithEntry()
 {
     if (!refresh())
         return;
-    if (supplier() == 0) {
+    if (!m_purchases.supplier) {
         m_ui->txtKey1->setFocus();
     } else if (!m_ui->txtDenNo->isReadOnly()) {
         m_ui->txtDenNo->setFocus();
@@ -204,12 +204,12 @@ NewSlip frmInTax::newSlip() const
 }
 
 // Asks about what would make the period's tax come out twice, or not at all.
-bool frmInTax::mayEnter(const QDate &date)
+bool frmInTax::mayEnter(const NewSlip &slip)
 {
-    const auto present = purchasesOf(workspace().connection, supplier(), period());
+    const auto present = purchasesOf(workspace().connection, slip.counterpart, period());
     if (!present)
         return tell(present.error());
-    const bool outside = date < period().from || date > period().to;
+    const bool outside = slip.date < period().from || slip.date > period().to;
     if (outside && !ui::prompts::ask(this, u"日付が期間の外にあります。この日付で入力しますか。"_s)) {
         m_ui->DTPicker3->setFocus();
         return false;
@@ -227,7 +227,7 @@ void frmInTax::enterTax()
         return;
     }
     const auto tax = readAmount(this, m_ui->txtKingaku, u"消費税が入力されていません。"_s);
-    if (!tax || !mayEnter(slip.date))
+    if (!tax || !mayEnter(slip))
         return;
     const auto entered = enterPurchaseTax(workspace().connection, slip, *tax);
     if (!entered) {

@@ -30,7 +30,6 @@ protected:
 private:
     void connectControls();
     [[nodiscard]] Period period() const;
-    [[nodiscard]] qint64 supplier() const { return m_purchases.supplier; }
 
     void search();
     void showSupplier();
@@ -43,7 +42,7 @@ private:
 
     void checkNumber();
     void enterTax();
-    bool mayEnter(const QDate &date);
+    bool mayEnter(const NewSlip &slip);
     [[nodiscard]] NewSlip newSlip() const;
     void next();
     void cancelSlip();

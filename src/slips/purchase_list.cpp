@@ -37,7 +37,8 @@ db::Status checkPeriod(const Period &period)
 }
 
 // One row for each kind of slip, before the period and within it, and for each rate of the purchases within
-// it. Sums are in ten-thousandths, which ExactSum counts. \a which slips: a condition and its values.
+// it. Sums are in ten-thousandths, which ExactSum counts. \a which slips: a condition and its values. The
+// headers come first (CROSS JOIN), so that the lines of the other kinds are not read.
 db::Result<db::Rows> readSums(db::Connection &connection, const Period &period, const QString &which,
                               const QVariantList &values)
 {
@@ -47,7 +48,7 @@ db::Result<db::Rows> readSums(db::Connection &connection, const Period &period, 
         "WHEN 伝票番号 LIKE ? THEN 'A' END AS 種類, COALESCE(日付, '') >= ? AS 期間内, 消費税率 AS 税率, "
         "ROUND(金額 * 10000) AS 額, CASE WHEN 商品名 = '消費税' THEN ROUND(金額 * 10000) ELSE 0 END AS 税額, "
         "商品名 = '消費税' AS 税行 "
-        "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+        "FROM 入出庫マスター CROSS JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
         "WHERE COALESCE(日付, '') <= ? AND "_s +
             which +
             u") WHERE 種類 IS NOT NULL GROUP BY 相手先ID, 種類, 期間内, CASE WHEN 期間内 THEN 税率 END"_s,
@@ -123,7 +124,7 @@ private:
     bool m_hasTaxLine = false;
 };
 
-using Accounts = std::map<qint64, Account>;
+using Accounts = std::map<CounterpartKey, Account>;
 
 db::Status readAccounts(db::Connection &connection, const Period &period, const QString &which,
                         const QVariantList &values, Accounts &accounts)
@@ -131,8 +132,10 @@ db::Status readAccounts(db::Connection &connection, const Period &period, const 
     const auto rows = readSums(connection, period, which, values);
     if (!rows)
         return rows.error();
-    for (const QVariantList &row : rows->rows)
-        accounts[row.front().toLongLong()].add(row);
+    for (const QVariantList &row : rows->rows) {
+        const QVariant &supplier = row.front();
+        accounts[supplier.isNull() ? CounterpartKey() : supplier.toLongLong()].add(row);
+    }
     return {};
 }
 
@@ -146,12 +149,12 @@ SupplierPurchases purchasesFrom(const QVariantList &supplier)
     return purchases;
 }
 
-SupplierPurchases purchasesOfDeleted(qint64 supplier)
+SupplierPurchases purchasesOfUnknown(CounterpartKey supplier)
 {
     SupplierPurchases purchases;
     purchases.supplier = supplier;
-    purchases.deleted = true;
-    purchases.name1 = deletedCounterpartName(supplier);
+    purchases.unknown = true;
+    purchases.name1 = unknownCounterpartName(supplier);
     return purchases;
 }
 
@@ -161,7 +164,7 @@ void enter(SupplierPurchases &purchases, const Account &account, bool taxedOnBil
     purchases.sums = account.sums(taxedOnBill);
 }
 
-// Takes the accounts in the order of the suppliers; what is left belongs to deleted ones.
+// Takes the accounts in the order of the suppliers; what is left belongs to deleted ones and to nobody.
 db::Result<PurchaseList> listed(db::Connection &connection, Accounts accounts, bool withIdle)
 {
     const auto suppliers = connection.select(
@@ -171,7 +174,7 @@ db::Result<PurchaseList> listed(db::Connection &connection, Accounts accounts, b
     const auto taxedOnBill = connection.keys(u"SELECT 仕入先ID FROM 仕入先 WHERE 消費税区分 = 1"_s);
     if (!taxedOnBill)
         return taxedOnBill.error();
-    const std::set<qint64> onBill(taxedOnBill->begin(), taxedOnBill->end());
+    const std::set<CounterpartKey> onBill(taxedOnBill->begin(), taxedOnBill->end());
 
     PurchaseList list;
     const auto take = [&](SupplierPurchases purchases, const Account &account) {
@@ -184,8 +187,11 @@ db::Result<PurchaseList> listed(db::Connection &connection, Accounts accounts, b
         const auto account = accounts.extract(row.front().toLongLong());
         take(purchasesFrom(row), account ? account.mapped() : Account());
     }
+    const auto nobody = accounts.extract(CounterpartKey());
     for (const auto &[supplier, account] : accounts)
-        take(purchasesOfDeleted(supplier), account);
+        take(purchasesOfUnknown(supplier), account);
+    if (nobody)
+        take(purchasesOfUnknown({}), nobody.mapped());
     return list;
 }
 
@@ -224,8 +230,7 @@ db::Result<PurchaseList> purchaseList(db::Connection &connection, const Period &
         return begun.error();
     Accounts accounts;
     const db::Status read = forSlipBlocks(connection, progress, [&](qint64 after, qint64 upTo) {
-        return readAccounts(connection, period,
-                            u"入出庫マスター.ID > ? AND 入出庫マスター.ID <= ? AND 相手先ID IS NOT NULL"_s,
+        return readAccounts(connection, period, u"入出庫マスター.ID > ? AND 入出庫マスター.ID <= ?"_s,
                             {after, upTo}, accounts);
     });
     if (!read)
@@ -250,7 +255,7 @@ db::Result<SupplierPurchases> purchasesOf(db::Connection &connection, qint64 sup
     if (!found)
         return found.error();
     SupplierPurchases purchases =
-        found->isEmpty() ? purchasesOfDeleted(supplier) : purchasesFrom(found->rows.front());
+        found->isEmpty() ? purchasesOfUnknown(supplier) : purchasesFrom(found->rows.front());
     const bool onBill =
         !found->isEmpty() && taxClassFrom(found->rows.front().at(4).toString()) == TaxClass::OnBill;
     enter(purchases, accounts[supplier], onBill);

@@ -33,10 +33,10 @@ struct PurchaseSums
 
 struct SupplierPurchases
 {
-    qint64 supplier = 0;
-    bool deleted = false; // while slips refer to it
+    CounterpartKey supplier; // none: slips that name nobody
+    bool unknown = false;    // deleted, or nobody, while slips refer to it
     QString code;
-    QString name1; // of a deleted one what it is called by
+    QString name1; // of an unknown one what it is called by
     QString name2;
     bool hasTaxLine = false; // in the period
     PurchaseSums sums;
@@ -51,8 +51,9 @@ struct PurchaseList
 };
 
 /// The purchases of all suppliers in the order of their codes, then of deleted ones that slips within or
-/// before the period refer to. \a withIdle: those whose sums are all nothing, too. A slip without a date
-/// counts as one before every period. Fails for a period that ends before it begins.
+/// before the period refer to, and of slips that name nobody. \a withIdle: those whose sums are all nothing,
+/// too. A slip without a date counts as one before every period. Fails for a period that ends before it
+/// begins.
 db::Result<PurchaseList> purchaseList(db::Connection &connection, const Period &period, bool withIdle,
                                       const db::Progress &progress);
 
