@@ -1,5 +1,6 @@
 #include "slips/slip_reader.h"
 
+#include "slips/counterpart_name.h"
 #include "slips/tax.h"
 
 using namespace Qt::StringLiterals;
@@ -45,6 +46,10 @@ db::Status readCounterpart(db::Connection &connection, Party party, Slip &slip)
     const auto found = connection.select(counterpartStatement(party), {slip.counterpart});
     if (!found)
         return found.error();
+    if (found->isEmpty()) {
+        slip.name1 = deletedCounterpartName(slip.counterpart);
+        return {};
+    }
     const auto text = [&](const QString &column) { return found->value(0, column).toString(); };
     slip.code = text(u"コード"_s);
     slip.name1 = text(u"名1"_s);

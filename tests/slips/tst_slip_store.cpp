@@ -435,6 +435,9 @@ void TestSlipStore::readSlipGivesHeaderLinesAndCounterpart()
     QVERIFY(!slip->lines[1].quantity);
     QCOMPARE(slip->lines[1].amount, 100.0);
     QVERIFY(!slips::readSlip(shop.connection, 77, slips::Party::Customer));
+    shop.run(u"DELETE FROM 納品先"_s);
+    QCOMPARE(slips::readSlip(shop.connection, header->id, slips::Party::Customer)->name1,
+             u"(削除済み) ID %1"_s.arg(slip->counterpart));
 }
 
 QTEST_GUILESS_MAIN(TestSlipStore)
