@@ -2,8 +2,9 @@
 
 #include "app/workspace.h"
 #include "masters/name_lists.h"
+#include "slips/correction_grids.h"
+#include "slips/counterpart_box.h"
 #include "slips/counterpart_name.h"
-#include "slips/ledger.h"
 #include "slips/slip_correction.h"
 #include "slips/slip_store.h"
 #include "slips/tax.h"
@@ -20,32 +21,6 @@ using namespace Qt::StringLiterals;
 namespace slips
 {
 
-namespace
-{
-
-const QList<ui::GridColumn> headerColumns{{u"日付"_s, 10},   {u"伝票番号"_s, 14}, {u"相手先ID"_s, 36},
-                                          {u"社員ID"_s, 14}, {u"消費税率"_s, 8},  {u"備考"_s, 36}};
-const QList<ui::GridColumn> goodsColumns{{u"商品名"_s, 40}, {u"規格"_s, 20}, {u"数量"_s, 10},
-                                         {u"単位"_s, 8},    {u"単価"_s, 12}, {u"金額"_s, 14}};
-const QList<ui::GridColumn> moneyColumns{{u"商品名"_s, 30}, {u"規格"_s, 24}, {u"金額"_s, 16}};
-
-// Of a line whose figures disagree; readable in the light and in the dark appearance.
-const QColor markBack(0xff, 0xe0, 0x8a);
-
-QVariant lineLook(const db::Recordset &lines, int row, int role)
-{
-    if (role != Qt::BackgroundRole && role != Qt::ForegroundRole && role != Qt::ToolTipRole)
-        return {};
-    const QString remark = amountRemark(lineIn(lines, row));
-    if (remark.isEmpty())
-        return {};
-    if (role == Qt::ToolTipRole)
-        return remark;
-    return role == Qt::BackgroundRole ? QBrush(markBack) : QBrush(Qt::black);
-}
-
-} // namespace
-
 SlipCorrectionScreen::SlipCorrectionScreen(app::Workspace &workspace, QWidget *parent,
                                            const CorrectionDescription &description)
     : Screen(workspace, parent)
@@ -58,8 +33,7 @@ SlipCorrectionScreen::SlipCorrectionScreen(app::Workspace &workspace, QWidget *p
     m_ui->setupUi(this);
     setCaptions();
     fillEmployees();
-    setUpHeaders();
-    setUpLines();
+    setUpGrids();
     connectControls();
     setUp();
     showAll();
@@ -97,38 +71,19 @@ void SlipCorrectionScreen::setCaptions()
     m_ui->Command2->setVisible(m_description.reprints);
 }
 
-void SlipCorrectionScreen::setUpHeaders()
+void SlipCorrectionScreen::setUpGrids()
 {
     const SlipKind kind = m_description.kind;
+    const auto refused = [this](const QString &reason) { ui::prompts::inform(this, reason); };
     makeHeadersEditable(m_headers, workspace().connection, kind);
-    m_headers.setFormat(u"日付"_s, db::Format::Date);
-    m_headers.setCaption(u"相手先ID"_s, QString::fromUtf16(m_description.party));
-    m_headers.setCaption(u"社員ID"_s, u"担当者"_s);
-    m_headers.setCaption(u"消費税率"_s, u"税率 %"_s);
-    m_headers.setNames(u"相手先ID"_s, [this, kind](qint64 id) {
-        const auto name = nameOfCounterpart(workspace().connection, kind.party, id);
-        return name ? *name : QString();
-    });
     m_headers.setSaver([this] { return save(); });
     m_headers.setLeaving([this] { return m_lines.isDirty() ? save() : db::Status(); });
     m_headerCells = new ui::CellDelegate(m_ui->DataGrid1);
-    m_ui->DataGrid1->setColumns(headerColumns);
-    m_ui->DataGrid1->bind(m_headers, [this](const QString &reason) { ui::prompts::inform(this, reason); });
-}
-
-void SlipCorrectionScreen::setUpLines()
-{
+    showHeadersIn(*m_ui->DataGrid1, m_headers, workspace().connection, kind, employeeNames(), refused);
     makeLinesEditable(m_lines);
-    m_lines.setFormat(u"数量"_s, db::Format::Quantity);
-    m_lines.setFormat(u"単価"_s, db::Format::Quantity);
-    m_lines.setFormat(u"金額"_s, db::Format::Quantity);
     m_lines.setSaver([this] { return save(); });
-    m_lines.setDecorator([this](int row, int, int role) { return lineLook(m_lines, row, role); });
-    if (!holdsGoods(m_description.kind))
-        m_lines.setCaption(u"商品名"_s, u"適用"_s);
     m_lineCells = new ui::CellDelegate(m_ui->dgdSub);
-    m_ui->dgdSub->setColumns(holdsGoods(m_description.kind) ? goodsColumns : moneyColumns);
-    m_ui->dgdSub->bind(m_lines, [this](const QString &reason) { ui::prompts::inform(this, reason); });
+    showLinesIn(*m_ui->dgdSub, m_lines, kind, refused);
 }
 
 void SlipCorrectionScreen::connectControls()
@@ -175,12 +130,16 @@ void SlipCorrectionScreen::fillEmployees()
         tell(employees.error());
         return;
     }
-    QHash<qint64, QString> names;
-    for (const masters::Entry &entry : *employees) {
+    for (const masters::Entry &entry : *employees)
         m_ui->dbcShain->addItem(entry.name, entry.id);
-        names.insert(entry.id, entry.name);
-    }
-    m_headers.setNames(u"社員ID"_s, [names](qint64 id) { return names.value(id, deletedEmployeeName(id)); });
+}
+
+QHash<qint64, QString> SlipCorrectionScreen::employeeNames() const
+{
+    QHash<qint64, QString> names;
+    for (int item = 0; item < m_ui->dbcShain->count(); ++item)
+        names.insert(m_ui->dbcShain->itemData(item).toLongLong(), m_ui->dbcShain->itemText(item));
+    return names;
 }
 
 // --- Which slips ---
@@ -202,44 +161,16 @@ void SlipCorrectionScreen::showAll()
 
 void SlipCorrectionScreen::search()
 {
-    QComboBox *box = m_ui->dbcNouhin;
-    const QString typed = box->currentText();
-    if (typed.trimmed().isEmpty()) {
-        ui::prompts::inform(this, ui::messages::searchEmpty());
-        box->setFocus();
-        return;
+    const auto found = counterpartIn(*m_ui->dbcNouhin, workspace().connection, m_description.search,
+                                     QString::fromUtf16(m_description.several));
+    if (!found) {
+        tell(found.error());
+    } else if (!found->refusal.isEmpty()) {
+        m_ui->dbcNouhin->setFocus();
+        ui::prompts::inform(this, found->refusal);
+    } else {
+        narrowTo(found->counterpart);
     }
-    if (const int chosen = box->findText(typed); chosen >= 0) {
-        narrowTo(box->itemData(chosen).toLongLong());
-        return;
-    }
-    db::Recordset found(workspace().connection);
-    if (!tell(searchCounterparts(found, m_description.search, typed)))
-        return;
-    if (found.count() == 1) {
-        narrowTo(found.currentKey());
-        return;
-    }
-    offerMatches(found);
-    box->setEditText(typed);
-    box->setFocus();
-    ui::prompts::inform(this, found.isEmpty() ? ui::messages::nothingFound()
-                                              : QString::fromUtf16(m_description.several));
-}
-
-// The drop-down's own list, to choose from.
-void SlipCorrectionScreen::offerMatches(db::Recordset &found)
-{
-    constexpr int mostOffered = 200;
-    m_ui->dbcNouhin->clear();
-    for (int row = 0; row < std::min(found.count(), mostOffered); ++row) {
-        const QStringList names{found.index(row, 1).data().toString(), found.index(row, 2).data().toString()};
-        QString name = names.join(u' ').trimmed();
-        if (m_ui->dbcNouhin->findText(name) >= 0) // what is chosen is known by its text
-            name += u"（ID %1）"_s.arg(found.keyAt(row));
-        m_ui->dbcNouhin->addItem(name, found.keyAt(row));
-    }
-    m_ui->dbcNouhin->setCurrentIndex(-1); // the Down key brings the first one
 }
 
 void SlipCorrectionScreen::narrowTo(qint64 counterpart)

@@ -61,14 +61,13 @@ protected:
 
 private:
     void setCaptions();
-    void setUpHeaders();
-    void setUpLines();
+    void setUpGrids();
     void connectControls();
     void fillEmployees();
+    [[nodiscard]] QHash<qint64, QString> employeeNames() const;
 
     void showAll();
     void search();
-    void offerMatches(db::Recordset &found);
     void narrowTo(qint64 counterpart);
 
     void showSlip();

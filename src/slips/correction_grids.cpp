@@ -1,0 +1,70 @@
+#include "slips/correction_grids.h"
+
+#include "slips/counterpart_name.h"
+#include "slips/ledger.h"
+#include "slips/slip_correction.h"
+#include "ui/grid.h"
+
+#include <QBrush>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+const QList<ui::GridColumn> headerColumns{{u"日付"_s, 10},   {u"伝票番号"_s, 14}, {u"相手先ID"_s, 36},
+                                          {u"社員ID"_s, 14}, {u"消費税率"_s, 8},  {u"備考"_s, 36}};
+const QList<ui::GridColumn> goodsColumns{{u"商品名"_s, 40}, {u"規格"_s, 20}, {u"数量"_s, 10},
+                                         {u"単位"_s, 8},    {u"単価"_s, 12}, {u"金額"_s, 14}};
+const QList<ui::GridColumn> moneyColumns{{u"商品名"_s, 30}, {u"規格"_s, 24}, {u"金額"_s, 16}};
+
+// Of a line whose figures disagree; readable in the light and in the dark appearance.
+const QColor markBack(0xff, 0xe0, 0x8a);
+
+QVariant lineLook(const db::Recordset &lines, int row, int role)
+{
+    if (role != Qt::BackgroundRole && role != Qt::ForegroundRole && role != Qt::ToolTipRole)
+        return {};
+    const QString remark = amountRemark(lineIn(lines, row));
+    if (remark.isEmpty())
+        return {};
+    if (role == Qt::ToolTipRole)
+        return remark;
+    return role == Qt::BackgroundRole ? QBrush(markBack) : QBrush(Qt::black);
+}
+
+} // namespace
+
+void showHeadersIn(ui::Grid &grid, db::Recordset &headers, db::Connection &connection, const SlipKind &kind,
+                   const QHash<qint64, QString> &employees, std::function<void(const QString &)> refused)
+{
+    headers.setFormat(u"日付"_s, db::Format::Date);
+    headers.setCaption(u"相手先ID"_s, kind.party == Party::Customer ? u"納品先"_s : u"仕入先"_s);
+    headers.setCaption(u"社員ID"_s, u"担当者"_s);
+    headers.setCaption(u"消費税率"_s, u"税率 %"_s);
+    headers.setNames(u"相手先ID"_s, [&connection, party = kind.party](qint64 id) {
+        const auto name = nameOfCounterpart(connection, party, id);
+        return name ? *name : QString();
+    });
+    headers.setNames(u"社員ID"_s,
+                     [employees](qint64 id) { return employees.value(id, deletedEmployeeName(id)); });
+    grid.setColumns(headerColumns);
+    grid.bind(headers, std::move(refused));
+}
+
+void showLinesIn(ui::Grid &grid, db::Recordset &lines, const SlipKind &kind,
+                 std::function<void(const QString &)> refused)
+{
+    for (const QString &figure : {u"数量"_s, u"単価"_s, u"金額"_s})
+        lines.setFormat(figure, db::Format::Quantity);
+    lines.setDecorator([&lines](int row, int, int role) { return lineLook(lines, row, role); });
+    if (!holdsGoods(kind))
+        lines.setCaption(u"商品名"_s, u"適用"_s);
+    grid.setColumns(holdsGoods(kind) ? goodsColumns : moneyColumns);
+    grid.bind(lines, std::move(refused));
+}
+
+} // namespace slips

@@ -1,0 +1,50 @@
+#include "slips/counterpart_box.h"
+
+#include "ui/messages.h"
+
+#include <QComboBox>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+constexpr int mostOffered = 200;
+
+void offer(QComboBox &box, const db::Recordset &found)
+{
+    box.clear();
+    for (int row = 0; row < std::min(found.count(), mostOffered); ++row) {
+        const QStringList names{found.index(row, 1).data().toString(), found.index(row, 2).data().toString()};
+        QString name = names.join(u' ').trimmed();
+        if (box.findText(name) >= 0) // what is chosen is known by its text
+            name += u"（ID %1）"_s.arg(found.keyAt(row));
+        box.addItem(name, found.keyAt(row));
+    }
+    box.setCurrentIndex(-1); // the Down key brings the first one
+}
+
+} // namespace
+
+db::Result<CounterpartChoice> counterpartIn(QComboBox &box, db::Connection &connection,
+                                            const CounterpartSearch &search, const QString &several)
+{
+    const QString typed = box.currentText();
+    if (typed.trimmed().isEmpty())
+        return CounterpartChoice{.refusal = ui::messages::searchEmpty()};
+    if (const int chosen = box.findText(typed); chosen >= 0)
+        return CounterpartChoice{box.itemData(chosen).toLongLong(), {}};
+    db::Recordset found(connection);
+    if (const db::Status searched = searchCounterparts(found, search, typed); !searched)
+        return searched.error();
+    if (found.count() == 1)
+        return CounterpartChoice{found.currentKey(), {}};
+    offer(box, found);
+    box.setEditText(typed);
+    return CounterpartChoice{.refusal = found.isEmpty() ? ui::messages::nothingFound() : several};
+}
+
+} // namespace slips
