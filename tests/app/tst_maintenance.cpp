@@ -1,3 +1,5 @@
+#include "support/scripted_test.h"
+
 #include "app/shop_window.h"
 
 #include "app/backups.h"
@@ -60,14 +62,11 @@ void inNextScreen(const std::function<void(QDialog &)> &work)
 } // namespace
 
 /// The commands that look after the database file, through the real main window.
-class TestMaintenance : public QObject
+class TestMaintenance : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanup();
-
     void saveAsGoesOnInTheCopy();
     void saveAsRefusals_data();
     void saveAsRefusals();
@@ -87,18 +86,6 @@ private slots:
     void listOfBackups();
     void nothingOpenIsNotBackedUp();
 };
-
-void TestMaintenance::initTestCase()
-{
-    ui::prompts::beginScript();
-    ui::file_dialogs::beginScript();
-}
-
-void TestMaintenance::cleanup()
-{
-    QCOMPARE(ui::prompts::takeUnexpected(), QString());
-    QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-}
 
 void TestMaintenance::saveAsGoesOnInTheCopy()
 {

@@ -2,6 +2,7 @@
 #include "app/companions.h"
 #include "app/frmAMain.h"
 #include "support/fresh_shop.h"
+#include "support/scripted_test.h"
 #include "text/cp932.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
@@ -33,14 +34,11 @@ const QString noSlips = u"現在、該当する伝票はありません。"_s;
 
 } // namespace
 
-class TestMainWindow : public QObject
+class TestMainWindow : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanup();
-
     void everyCommandHasItsPlace();
     void commandsWithoutAScreenAreDisabled();
     void submenusHoldTheirItems_data();
@@ -118,18 +116,6 @@ private:
         shop.settings.write(keys::employee, 7);
     }
 };
-
-void TestMainWindow::initTestCase()
-{
-    ui::prompts::beginScript();
-    ui::file_dialogs::beginScript();
-}
-
-void TestMainWindow::cleanup()
-{
-    QCOMPARE(ui::prompts::takeUnexpected(), QString());
-    QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-}
 
 void TestMainWindow::everyCommandHasItsPlace()
 {

@@ -7,6 +7,7 @@
 #include "db/jet_file.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
@@ -79,13 +80,11 @@ void openByMenu(frmAMain &window, const QString &fileName)
 
 } // namespace
 
-class TestOldFiles : public QObject
+class TestOldFiles : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanup();
     void openConverts();
     void refusalLeavesAllAsItWas();
     void startWithAnOldFile();
@@ -94,18 +93,6 @@ private slots:
     void missingSearchKeys();
     void commandLine();
 };
-
-void TestOldFiles::initTestCase()
-{
-    ui::prompts::beginScript();
-    ui::file_dialogs::beginScript();
-}
-
-void TestOldFiles::cleanup()
-{
-    QCOMPARE(ui::prompts::takeUnexpected(), QString());
-    QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-}
 
 void TestOldFiles::openConverts()
 {

@@ -6,6 +6,7 @@
 #include "app/start_options.h"
 #include "db/create.h"
 #include "support/fresh_shop.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
@@ -47,14 +48,11 @@ QString quoted(const QString &name) { return u'"' + name + u'"'; }
 
 } // namespace
 
-class TestStartup : public QObject
+class TestStartup : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanup();
-
     void commandLine_data();
     void commandLine();
     void textLessItsFirstAndLastCharacter_data();
@@ -94,18 +92,6 @@ private:
     };
     void fileDialogsNameFoldersInJapanese();
 };
-
-void TestStartup::initTestCase()
-{
-    ui::prompts::beginScript();
-    ui::file_dialogs::beginScript();
-}
-
-void TestStartup::cleanup()
-{
-    QCOMPARE(ui::prompts::takeUnexpected(), QString());
-    QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-}
 
 void TestStartup::commandLine_data()
 {

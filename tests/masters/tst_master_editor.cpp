@@ -1,6 +1,7 @@
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
 #include "support/fresh_shop.h"
+#include "support/scripted_test.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -119,14 +120,11 @@ const QString readOnlyText =
 
 } // namespace
 
-class TestMasterEditor : public QObject
+class TestMasterEditor : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void anEmptyTableOffersItsFirstRow_data() { addCases(); }
     void anEmptyTableOffersItsFirstRow()
     {

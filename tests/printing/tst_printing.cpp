@@ -5,6 +5,7 @@
 #include "printing/renderer.h"
 #include "printing/text_fit.h"
 #include "support/fresh_shop.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
@@ -92,23 +93,11 @@ QString textOfPdf(const QString &fileName)
 
 } // namespace
 
-class TestPrinting : public QObject
+class TestPrinting : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        ui::prompts::beginScript();
-        ui::file_dialogs::beginScript();
-    }
-
-    void cleanup()
-    {
-        QCOMPARE(ui::prompts::takeUnexpected(), QString());
-        QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-    }
-
     void millimetresAreConvertedAt567()
     {
         QCOMPARE(twipsFromMillimetres(36), 2041.2);

@@ -3,6 +3,7 @@
 #include "support/fresh_shop.h"
 #include "support/postal_files.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -83,14 +84,11 @@ const QString withoutRows = u"Frame2 DataGrid1 cmdAdd"_s;
 
 } // namespace
 
-class TestFrmNouhin : public QObject
+class TestFrmNouhin : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void opensWithEveryCustomer()
     {
         Register r;

@@ -2,6 +2,7 @@
 #include "registers/frmNouhin.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/grid.h"
 #include "ui/prompts.h"
@@ -92,22 +93,11 @@ struct Import : ScreenDriver
 
 } // namespace
 
-class TestFrmNouhinImport : public QObject
+class TestFrmNouhinImport : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        ui::prompts::beginScript();
-        ui::file_dialogs::beginScript();
-    }
-    void cleanup()
-    {
-        QCOMPARE(ui::prompts::takeUnexpected(), QString());
-        QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-    }
-
     void importsEveryRowShown()
     {
         Import r;

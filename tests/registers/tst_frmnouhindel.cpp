@@ -2,6 +2,7 @@
 #include "registers/frmNouhinDel.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -85,14 +86,11 @@ QString done(int count) { return u"%1 件の納品先を削除しました。"_s
 
 } // namespace
 
-class TestFrmNouhinDel : public QObject
+class TestFrmNouhinDel : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void protectsCustomersWithSlips()
     {
         Deletion d;

@@ -2,6 +2,7 @@
 
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
@@ -110,22 +111,11 @@ void inModalScreen(const std::function<void()> &trigger, const std::function<voi
 
 } // namespace
 
-class TestFrmNouhinFind : public QObject
+class TestFrmNouhinFind : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        ui::prompts::beginScript();
-        ui::file_dialogs::beginScript();
-    }
-    void cleanup()
-    {
-        QCOMPARE(ui::prompts::takeUnexpected(), QString());
-        QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-    }
-
     void opensEmpty()
     {
         Search s;

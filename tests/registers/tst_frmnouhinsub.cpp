@@ -3,6 +3,7 @@
 #include "registers/supplementary_file.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/grid.h"
 #include "ui/prompts.h"
@@ -84,22 +85,11 @@ struct Roster : ScreenDriver
 
 } // namespace
 
-class TestFrmNouhinSub : public QObject
+class TestFrmNouhinSub : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        ui::prompts::beginScript();
-        ui::file_dialogs::beginScript();
-    }
-    void cleanup()
-    {
-        QCOMPARE(ui::prompts::takeUnexpected(), QString());
-        QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-    }
-
     void makesAFileThatCanBeWorkedWith()
     {
         Roster r;

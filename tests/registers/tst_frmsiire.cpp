@@ -3,6 +3,7 @@
 #include "support/fresh_shop.h"
 #include "support/postal_files.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -64,14 +65,11 @@ const QString withoutRows = u"DataGrid1 cmdAdd"_s;
 
 } // namespace
 
-class TestFrmSiire : public QObject
+class TestFrmSiire : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     // Unlike a customer's, a supplier's code is looked up by the button alone.
     void theButtonBringsThePostalCode()
     {

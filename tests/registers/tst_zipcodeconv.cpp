@@ -3,6 +3,7 @@
 #include "support/fresh_shop.h"
 #include "support/postal_files.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
@@ -120,22 +121,11 @@ struct Boxes : ScreenDriver
 
 } // namespace
 
-class TestZipCodeConv : public QObject
+class TestZipCodeConv : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        ui::prompts::beginScript();
-        ui::file_dialogs::beginScript();
-    }
-    void cleanup()
-    {
-        QCOMPARE(ui::prompts::takeUnexpected(), QString());
-        QCOMPARE(ui::file_dialogs::takeUnexpected(), QString());
-    }
-
     void searchesForARegister()
     {
         Window w(u"長野県長野市大字南千歳町1"_s);

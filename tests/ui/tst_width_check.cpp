@@ -1,3 +1,5 @@
+#include "support/scripted_test.h"
+
 #include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui/width_check.h"
@@ -37,14 +39,11 @@ const QString tooWide = QString(45, u'a');
 
 } // namespace
 
-class TestWidthCheck : public QObject
+class TestWidthCheck : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void measures_data()
     {
         QTest::addColumn<QString>("text");
