@@ -13,9 +13,11 @@
 #include "ui_LedgerForm.h"
 
 #include <QHeaderView>
+#include <QStyle>
 
 #include <algorithm>
 #include <functional>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 
@@ -150,6 +152,11 @@ void LedgerScreen::fitGrid()
         std::find_if(columns.begin(), columns.end(), std::mem_fn(&LedgerColumn::stretches));
     m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(
         static_cast<int>(stretching - columns.begin()), QHeaderView::Stretch);
+    // No wider than the columns: on its way along a wider row the eye gets lost.
+    const QMargins margins = layout()->contentsMargins();
+    const int besides = margins.left() + margins.right() + 2 * m_ui->MSFlexGrid1->frameWidth() +
+                        style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    resize(std::min(width(), std::accumulate(widths.begin(), widths.end(), besides)), height());
 }
 
 void LedgerScreen::connectControls()

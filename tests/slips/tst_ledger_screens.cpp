@@ -26,6 +26,7 @@ class LedgerDesk : public SlipDesk<Screen>
 public:
     LedgerDesk()
     {
+        this->shop.run(u"BEGIN"_s);
         slip(1, u"2026-02-10"_s, u"O1"_s, 1, {u"りんご"_s, 10, 300, 3000}, 300);
         slip(2, u"2026-02-28"_s, u"B2"_s, 1, {u"繰越残高"_s, {}, {}, 50000});
         slip(3, u"2026-04-01"_s, u"O3"_s, 1, {u"ジュース"_s, 2.5, 1200, 3000}, 300);
@@ -36,6 +37,7 @@ public:
         slip(8, u"2026-03-31"_s, u"T8"_s, 10, {u"りんご"_s, 12, 100, 1200});
         slip(9, u"2026-04-01"_s, u"I9"_s, 10, {u"りんご"_s, 8, 110, 880});
         slip(10, u"2026-03-04"_s, u"O10"_s, {}, {u"りんご"_s, 1, 70, 70});
+        this->shop.run(u"COMMIT"_s);
     }
 
     QString cell(int row, int column)
