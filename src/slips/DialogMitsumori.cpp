@@ -9,6 +9,8 @@
 #include "ui/file_dialogs.h"
 #include "ui_DialogMitsumori.h"
 
+#include <QFontDatabase>
+
 using namespace Qt::StringLiterals;
 
 namespace slips
@@ -39,6 +41,7 @@ void DialogMitsumori::showData()
     m_ui->txtDenNo->setText(m_data.slip.number);
     m_ui->txtNouhinsaki1->setText(m_data.slip.name1);
     m_ui->txtNouhinsaki2->setText(m_data.slip.name2);
+    m_ui->txtMemo->setPlainText(m_data.terms.remarks);
 }
 
 // The days are kept, not the dates: the next estimate is as long valid as this one.
@@ -67,25 +70,15 @@ void DialogMitsumori::storeSettings()
     settings.write(app::keys::estimateDelivery, m_ui->Check2->isChecked());
     settings.write(app::keys::estimatePayment, m_ui->Text1->text());
     settings.write(app::keys::estimatePlace, m_ui->Text2->text());
+    // Delivery notes and bills are printed in it, too.
+    settings.write(printing::fontKey(printing::Purpose::DeliveryNotesAndBills), m_ui->txtFontName->text());
 }
 
-bool DialogMitsumori::mayClose()
-{
-    storeSettings();
-    return true;
-}
-
-// The font is the one of delivery notes and bills, too.
 void DialogMitsumori::chooseFont()
 {
-    constexpr auto purpose = printing::Purpose::DeliveryNotesAndBills;
-    app::Settings &settings = workspace().settings;
-    const auto chosen =
-        ui::file_dialogs::chooseFont(this, QFont(printing::fontFace(settings, purpose)), u"フォント"_s);
-    if (!chosen)
-        return;
-    m_ui->txtFontName->setText(printing::withoutVerticalMark(chosen->family()));
-    settings.write(printing::fontKey(purpose), m_ui->txtFontName->text());
+    const QFont shown(printing::installedFace(m_ui->txtFontName->text(), QFontDatabase::families()));
+    if (const auto chosen = ui::file_dialogs::chooseFont(this, shown, u"フォント"_s))
+        m_ui->txtFontName->setText(printing::withoutVerticalMark(chosen->family()));
 }
 
 EstimateData DialogMitsumori::entered() const
@@ -99,6 +92,7 @@ EstimateData DialogMitsumori::entered() const
         data.terms.deliveryDate = m_ui->DTPicker2->date();
     data.terms.payment = m_ui->Text1->text();
     data.terms.place = m_ui->Text2->text();
+    data.terms.remarks = m_ui->txtMemo->toPlainText();
     return data;
 }
 

@@ -14,7 +14,7 @@ namespace slips
 {
 
 /// What a printed estimate says besides its lines; shows its preview, from which it is printed or saved as
-/// PDF.
+/// PDF. The terms and the font are kept for the next estimate once they are printed; closing keeps nothing.
 class DialogMitsumori : public ui::Screen
 {
     Q_OBJECT
@@ -22,9 +22,6 @@ class DialogMitsumori : public ui::Screen
 public:
     DialogMitsumori(app::Workspace &workspace, EstimateData data, QWidget *parent = nullptr);
     ~DialogMitsumori() override;
-
-protected:
-    bool mayClose() override;
 
 private:
     void showData();

@@ -22,6 +22,12 @@ inline QString unknownCounterpartName(CounterpartKey key)
 /// How they call an employee who was deleted.
 inline QString deletedEmployeeName(qint64 id) { return deletedCounterpartName(id); }
 
+/// Whether \a name is what a counterpart is called that no register has. Nobody is addressed by it.
+inline bool isUnknownCounterpartName(const QString &name)
+{
+    return name.startsWith(QStringLiteral("(削除済み)")) || name == unknownCounterpartName({});
+}
+
 /// The name of a counterpart in one line, of its two.
 inline QString counterpartName(const QString &name1, const QString &name2)
 {

@@ -2,6 +2,7 @@
 
 #include "printing/sheet_writer.h"
 #include "printing/text_fit.h"
+#include "slips/counterpart_name.h"
 #include "slips/delivery_note_table.h"
 #include "text/numbers.h"
 
@@ -44,7 +45,7 @@ void writeAddressee(SheetWriter &writer, const Slip &slip)
     column.add(slip.address1, 10);
     column.add(slip.address2, 10);
     column.skip(2);
-    const QString honorific = u"　様"_s;
+    const QString honorific = isUnknownCounterpartName(slip.name1) ? QString() : u"　様"_s;
     column.add(slip.name2.isEmpty() ? slip.name1 + honorific : slip.name1, 12.5);
     if (!slip.name2.isEmpty())
         column.add(slip.name2 + honorific, 12.5);

@@ -1,6 +1,7 @@
 #include "slips/estimate_layout.h"
 
 #include "printing/text_fit.h"
+#include "slips/counterpart_name.h"
 #include "slips/delivery_note_table.h"
 #include "text/numbers.h"
 
@@ -217,7 +218,7 @@ QString taxWords(EstimateTax taxed)
 
 QString honoured(const QString &name, const QString &firm)
 {
-    if (name.isEmpty() || endsWithAny(name.trimmed(), honorifics()))
+    if (name.isEmpty() || isUnknownCounterpartName(name) || endsWithAny(name.trimmed(), honorifics()))
         return name;
     return name + (containsAny(firm, firmMarks()) ? u"　御中"_s : u"　様"_s);
 }

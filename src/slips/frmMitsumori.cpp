@@ -1,6 +1,5 @@
 #include "slips/frmMitsumori.h"
 
-#include "masters/name_lists.h"
 #include "slips/estimate_print.h"
 #include "slips/new_counterpart.h"
 #include "ui_frmMitsumori.h"
@@ -13,20 +12,11 @@ namespace
 
 GoodsSlipDescription description()
 {
-    return {
-        .slip = {.kind = estimate,
-                 // As on the sales screen: numbers typed by hand begin with I on all goods screens.
-                 .manualLetter = u'I',
-                 .search = customerSearch,
-                 .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
-                 .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
-                 .fields = customerFields(),
-                 .stampsCounterpart = true},
-        .products = masters::salesProductNames,
-        // An estimate without a price is none; unlike on the other goods screens the clerk cannot go on.
-        .emptyPrice = {u"単価が入力されていません。", false},
-        .showsIncludedTax = false,
-    };
+    GoodsSlipDescription description = goodsForCustomer(estimate);
+    // An estimate without a price is none; unlike on the other goods screens the clerk cannot go on.
+    description.emptyPrice = {u"単価が入力されていません。", false};
+    description.showsIncludedTax = false;
+    return description;
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "slips/frmOut.h"
 
-#include "masters/name_lists.h"
 #include "slips/delivery_note_print.h"
 #include "slips/new_counterpart.h"
 #include "ui_frmOut.h"
@@ -13,21 +12,9 @@ namespace
 
 GoodsSlipDescription description()
 {
-    return {
-        .slip =
-            {.kind = sale,
-             // Numbers typed by hand begin with I on all goods screens; the users' books are kept that way.
-             .manualLetter = u'I',
-             .search = customerSearch,
-             .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
-             .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
-             .fields = customerFields(),
-             .stampsCounterpart = true},
-        .products = masters::salesProductNames,
-        .emptyPrice = {u"単価が入力されていません。よろしいですか。", true},
-        .showsIncludedTax = true,
-        .hasAmountBox = true,
-    };
+    GoodsSlipDescription description = goodsForCustomer(sale);
+    description.hasAmountBox = true;
+    return description;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "slips/goods_slip_screen.h"
 
 #include "app/workspace.h"
+#include "masters/name_lists.h"
 #include "text/numbers.h"
 #include "ui/grid.h"
 #include "ui/prompts.h"
@@ -38,6 +39,31 @@ std::vector<Column> previousColumns()
 
 } // namespace
 
+GoodsSlipDescription goodsForCustomer(const SlipKind &kind)
+{
+    return {
+        .slip =
+            {.kind = kind,
+             // Numbers typed by hand begin with I on all goods screens; the users' books are kept that way.
+             .manualLetter = u'I',
+             .search = customerSearch,
+             .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
+             .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
+             .fields = {{u"txtNouhinsaki1", u"納品先名1"},
+                        {u"txtNouhinsaki2", u"納品先名2"},
+                        {u"txtZip", u"郵便番号"},
+                        {u"txtAddress1", u"住所1"},
+                        {u"txtAddress2", u"住所2"},
+                        {u"txtTel", u"TEL1"},
+                        {u"txtCode", u"コード"},
+                        {u"txtTaxK", u"消費税区分"}},
+             .stampsCounterpart = true},
+        .products = masters::salesProductNames,
+        .emptyPrice = {u"単価が入力されていません。よろしいですか。", true},
+        .showsIncludedTax = true,
+    };
+}
+
 GoodsSlipScreen::GoodsSlipScreen(app::Workspace &workspace, QWidget *parent, GoodsSlipDescription description)
     : SlipScreen(workspace, parent, description.slip)
     , m_description(std::move(description))
@@ -58,10 +84,10 @@ void GoodsSlipScreen::setUpLines()
     m_inclusive = findChild<QCheckBox *>(u"Check1"_s);
     m_lineGrid = findChild<ui::Grid *>(u"dgdSub"_s);
     m_lineGrid->setModel(&m_lines);
-    setWidths(m_lineGrid, {260, 180, 80, 60, 100, 110});
+    setWidths(m_lineGrid, {290, 180, 80, 60, 100, 110});
     m_previousGrid = findChild<ui::Grid *>(u"MSFlexGrid1"_s);
     m_previousGrid->setModel(&m_previous);
-    setWidths(m_previousGrid, {120, 100, 260, 180, 80, 60, 100, 110});
+    setWidths(m_previousGrid, {120, 100, 320, 260, 90, 60, 110, 130});
     auto *amountBox = m_description.hasAmountBox ? line(u"Text5") : nullptr;
     m_entry = new LineEntry(this, m_description.emptyPrice, amountBox);
     tell(m_entry->offer(workspace().connection, m_description.products));

@@ -21,6 +21,9 @@ struct GoodsSlipDescription
     bool isTaxed = true;       // whether closing adds a tax line where one is due
 };
 
+/// What the sales and the estimate screen have in common; \a kind is one of theirs.
+GoodsSlipDescription goodsForCustomer(const SlipKind &kind);
+
 /// The screens that enter slips of goods. A screen's own class sets up its form and adds what it alone has.
 class GoodsSlipScreen : public SlipScreen
 {

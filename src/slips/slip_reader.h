@@ -48,7 +48,8 @@ struct Slip
 };
 
 /// The slip \a id, whose 相手先ID is of \a party: a sales slip numbered by hand may bear another kind's
-/// letter. Fails when the slip is not there; a deleted counterpart or employee leaves its fields empty.
+/// letter. Fails when the slip is not there. A deleted employee leaves the name empty, a deleted counterpart
+/// its fields, and name1 is then what the lists call it.
 db::Result<Slip> readSlip(db::Connection &connection, qint64 id, Party party);
 
 } // namespace slips

@@ -26,13 +26,6 @@ void setWidths(ui::Grid *grid, const std::vector<int> &pixels)
     }
 }
 
-std::vector<HeaderField> customerFields()
-{
-    return {{u"txtNouhinsaki1", u"納品先名1"}, {u"txtNouhinsaki2", u"納品先名2"}, {u"txtZip", u"郵便番号"},
-            {u"txtAddress1", u"住所1"},        {u"txtAddress2", u"住所2"},        {u"txtTel", u"TEL1"},
-            {u"txtCode", u"コード"},           {u"txtTaxK", u"消費税区分"}};
-}
-
 SlipScreen::SlipScreen(app::Workspace &workspace, QWidget *parent, SlipDescription description)
     : Screen(workspace, parent)
     , m_description(std::move(description))

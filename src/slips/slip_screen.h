@@ -26,9 +26,6 @@ struct HeaderField
     const char16_t *column;
 };
 
-/// The boxes that the sales and the estimate screen show of a customer.
-std::vector<HeaderField> customerFields();
-
 /// Wherein the headers of the slip screens differ.
 struct SlipDescription
 {

@@ -12,6 +12,7 @@
 
 #include <QCheckBox>
 #include <QFileInfo>
+#include <QPlainTextEdit>
 #include <QTimer>
 #include <QtTest>
 
@@ -161,6 +162,7 @@ private slots:
         QTest::newRow("firm") << u"㈱宮﨑水産"_s << u"㈱宮﨑水産"_s << u"㈱宮﨑水産　御中"_s;
         QTest::newRow("department") << u"仕入部"_s << u"有限会社髙島"_s << u"仕入部　御中"_s;
         QTest::newRow("person of a firm") << u"田中 様"_s << u"有限会社髙島"_s << u"田中 様"_s;
+        QTest::newRow("deleted") << u"(削除済み) ID 5"_s << u"(削除済み) ID 5"_s << u"(削除済み) ID 5"_s;
         QTest::newRow("no name") << u""_s << u""_s << u""_s;
     }
     void honorifics()
@@ -248,6 +250,8 @@ private slots:
         QCOMPARE(data->taxed, EstimateTax::Untold);
         QVERIFY(textsOf(estimateSheets(*data).front()).filter(u"消費税"_s).isEmpty());
         QVERIFY(!readEstimate(desk.shop.connection, 2, {}));
+        desk.shop.run(u"DELETE FROM 納品先"_s);
+        QCOMPARE(readEstimate(desk.shop.connection, 1, {})->slip.name1, u"(削除済み) ID 1"_s);
     }
 
     void dialogPrintsWhatItShowsAndRemembersIt()
@@ -279,8 +283,13 @@ private slots:
                 ScreenDriver(preview).press("cmdPdf");
                 preview->close();
             });
+            QCOMPARE(driver.the<QPlainTextEdit>("txtMemo").toPlainText(), u"送料込み"_s);
             driver.press("Command2");
             visited = true;
+            // What is not printed is not kept.
+            driver.box("Text1").setText(u"掛売り"_s);
+            ui::file_dialogs::expectFont(QFont(u"Noto Sans CJK JP"_s));
+            driver.press("Command7");
             dialog->close();
         });
         desk.driver().press("Command3");
