@@ -144,7 +144,10 @@ void GoodsSlipScreen::addLine()
     const auto line = m_entry->read();
     if (!line)
         return;
-    if (const db::Status added = slips::addLine(workspace().connection, header().id, *line); !added) {
+    db::Connection &connection = workspace().connection;
+    const db::Status added =
+        onSlip(connection, header(), [&] { return slips::addLine(connection, header().id, *line); });
+    if (!added) {
         tellOfSlip(added.error());
         return;
     }
@@ -160,7 +163,9 @@ void GoodsSlipScreen::addLine()
 
 void GoodsSlipScreen::removeLine()
 {
-    const auto removed = removeLastLine(workspace().connection, header().id);
+    db::Connection &connection = workspace().connection;
+    const auto removed =
+        onSlip(connection, header(), [&] { return removeLastLine(connection, header().id); });
     if (!removed) {
         tellOfSlip(removed.error());
         return;
@@ -212,10 +217,12 @@ void GoodsSlipScreen::foretellTax()
 
 db::Result<QString> GoodsSlipScreen::closeSlip()
 {
-    const auto closed = m_description.isTaxed
-                            ? slips::closeSlip(workspace().connection, header().id, workspace().panel.taxRate,
-                                               taxClass(), inclusive())
-                            : closeUntaxedSlip(workspace().connection, header().id);
+    db::Connection &connection = workspace().connection;
+    const auto closed = onSlip(connection, header(), [&] {
+        return m_description.isTaxed ? slips::closeSlip(connection, header().id, workspace().panel.taxRate,
+                                                        taxClass(), inclusive())
+                                     : closeUntaxedSlip(connection, header().id);
+    });
     if (!closed)
         return closed.error();
     m_taxFlag->setText(u"ON"_s);

@@ -119,7 +119,10 @@ void MoneySlipScreen::addLine()
     const auto line = readLine();
     if (!line)
         return;
-    if (const db::Status added = slips::addLine(workspace().connection, header().id, kind(), *line); !added) {
+    db::Connection &connection = workspace().connection;
+    const db::Status added =
+        onSlip(connection, header(), [&] { return slips::addLine(connection, header().id, kind(), *line); });
+    if (!added) {
         tellOfSlip(added.error());
         return;
     }
@@ -132,7 +135,9 @@ void MoneySlipScreen::addLine()
 
 void MoneySlipScreen::removeLine()
 {
-    const auto removed = removeLastLine(workspace().connection, header().id);
+    db::Connection &connection = workspace().connection;
+    const auto removed =
+        onSlip(connection, header(), [&] { return removeLastLine(connection, header().id); });
     if (!removed) {
         tellOfSlip(removed.error());
         return;
@@ -157,7 +162,9 @@ void MoneySlipScreen::clearLines()
 
 db::Result<QString> MoneySlipScreen::closeSlip()
 {
-    const auto closed = closeUntaxedSlip(workspace().connection, header().id);
+    db::Connection &connection = workspace().connection;
+    const auto closed =
+        onSlip(connection, header(), [&] { return closeUntaxedSlip(connection, header().id); });
     if (!closed)
         return closed.error();
     return u"伝票 %1 を保存しました。　合計 %2 円"_s.arg(header().number,

@@ -208,10 +208,15 @@ void SlipScreen::next()
 
 void SlipScreen::cancelSlip()
 {
-    if (!ui::prompts::ask(this, ui::messages::deleteQuestion()) ||
-        !tell(deleteSlip(workspace().connection, m_header.id)))
+    if (!ui::prompts::ask(this, ui::messages::deleteQuestion()))
         return;
-    leaveSlip(u"伝票 %1 を取り消しました。"_s.arg(m_header.number));
+    db::Connection &connection = workspace().connection;
+    const db::Status deleted =
+        onSlip(connection, m_header, [&] { return deleteSlip(connection, m_header.id); });
+    if (deleted)
+        leaveSlip(u"伝票 %1 を取り消しました。"_s.arg(m_header.number));
+    else
+        tellOfSlip(deleted.error());
 }
 
 void SlipScreen::tellOfSlip(const db::Error &error)

@@ -116,8 +116,9 @@ db::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &sl
         if (const auto stamped = stampCustomer(connection, slip.counterpart, *slip.stamp); !stamped)
             return stamped.error();
     }
-    const SavedHeader header{*id, slip.manualNumber ? *slip.manualNumber
-                                                    : automaticNumber(slip.kind, slip.infix, *id)};
+    const SavedHeader header{
+        *id, slip.manualNumber ? *slip.manualNumber : automaticNumber(slip.kind, slip.infix, *id),
+        slip.counterpart};
     if (const db::Status inserted = insertHeader(connection, slip, header); !inserted)
         return inserted.error();
     if (const db::Status done = transaction.commit(); !done)
@@ -174,6 +175,19 @@ db::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
     if (!*there)
         return gone(u"この伝票はほかのプログラムで削除されたため、明細を取り消せませんでした。"_s);
     return false;
+}
+
+db::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader &saved)
+{
+    const auto anothers = connection.keys(
+        u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND (伝票番号 IS NOT ? OR 相手先ID IS NOT ?)"_s,
+        {saved.id, saved.number, saved.counterpart});
+    if (!anothers)
+        return anothers.error();
+    if (anothers->empty())
+        return {};
+    return gone(
+        u"伝票 %1 はほかのプログラムで変更または削除されたため、続けて入力できません。"_s.arg(saved.number));
 }
 
 db::Result<double> slipTotal(db::Connection &connection, qint64 id)

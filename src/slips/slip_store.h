@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/connection.h"
+#include "db/transaction.h"
 #include "slips/slip_kind.h"
 
 #include <QDate>
@@ -32,6 +33,7 @@ struct SavedHeader
 {
     qint64 id = 0;
     QString number;
+    qint64 counterpart = 0;
 };
 
 /// Whether a slip can bear \a date: a year that a clerk can have meant.
@@ -79,6 +81,27 @@ db::Result<bool> removeLastLine(db::Connection &connection, qint64 id);
 
 /// Σ 金額 of the slip's lines, 0 without lines.
 db::Result<double> slipTotal(db::Connection &connection, qint64 id);
+
+/// Whether the slip with the key of \a saved is still that one. A slip that another program deleted leaves
+/// its key to the next one: the error is `gone` then. No slip at all is left to the action to tell.
+db::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader &saved);
+
+/// Does \a action, which returns a Result, on the slip \a saved, unless its key is another slip's by now.
+template <class Action>
+auto onSlip(db::Connection &connection, const SavedHeader &saved, const Action &action) -> decltype(action())
+{
+    db::Transaction transaction(connection);
+    if (const db::Status begun = transaction.begin(); !begun)
+        return begun.error();
+    if (const db::Status same = checkKeyIsNotAnothers(connection, saved); !same)
+        return same.error();
+    auto done = action();
+    if (!done)
+        return done;
+    if (const db::Status stored = transaction.commit(); !stored)
+        return stored.error();
+    return done;
+}
 
 /// What a slip came to.
 struct ClosedSlip

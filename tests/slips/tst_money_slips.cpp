@@ -114,6 +114,34 @@ private slots:
         QCOMPARE(desk.headers().size(), 1);
     }
 
+    // Another program has deleted the slip, and its key went to the next one.
+    void theNextSlipOfTheKeyIsSpared_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        for (const char *button : {"cmdSubAdd", "cmdSubCancel", "cmdNext", "cmdMasterCancel"})
+            QTest::newRow(button) << QByteArray(button);
+    }
+    void theNextSlipOfTheKeyIsSpared()
+    {
+        QFETCH(QByteArray, button);
+        SlipDesk<slips::frmInPay> desk;
+        desk.open(0);
+        desk.money(0, 0, u"100"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 相手先ID = 8"_s);
+        desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 5000"_s);
+        if (button == "cmdMasterCancel")
+            ui::prompts::expectAsk(u"表示中のレコードを削除します。よろしいですか。"_s, true);
+        ui::prompts::expectInform(
+            u"伝票 P1 はほかのプログラムで変更または削除されたため、続けて入力できません。"_s);
+        if (button == "cmdSubAdd")
+            desk.money(0, 0, u"200"_s);
+        else
+            desk.driver().press(button.constData());
+        QCOMPARE(desk.headers(), QStringList{u"P1|2026-04-01|8"_s});
+        QCOMPARE(desk.lines(), QStringList{u"1|支　払|約束手形|-||-|5000"_s});
+        QCOMPARE(desk.driver().enabled(buttons), u"Frame2"_s);
+    }
+
     void cancelledSlipIsGone()
     {
         SlipDesk<slips::frmOutReceipt> desk;
