@@ -88,6 +88,10 @@ void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 
 bool CellDelegate::eventFilter(QObject *editor, QEvent *event)
 {
+    // A look at another window does not leave the cell, as it leaves no box.
+    if (event->type() == QEvent::FocusOut &&
+        static_cast<QFocusEvent *>(event)->reason() == Qt::ActiveWindowFocusReason)
+        return false;
     if (event->type() != QEvent::KeyPress)
         return QStyledItemDelegate::eventFilter(editor, event);
     const int key = static_cast<QKeyEvent *>(event)->key();

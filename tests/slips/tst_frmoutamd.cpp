@@ -208,8 +208,14 @@ private slots:
         ui::prompts::expectAskToSave({}, ui::prompts::Choice::Cancel);
         QTest::keyClick(&desk.driver.box("txtDenNo"), Qt::Key_Escape);
         QVERIFY(desk.screen->isVisible());
-        ui::prompts::expectInform({});
         desk.typeInto(desk.lines(), 0, u"数量"_s, u"8個"_s);
+        QWidget calculator; // a look at another window
+        for (QWidget *window : {&calculator, static_cast<QWidget *>(desk.screen.get())}) {
+            window->show();
+            window->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(window));
+        }
+        ui::prompts::expectInform({});
         desk.screen->close(); // refused, and the cell is still open
         QTest::qWait(1);
         QVERIFY(desk.screen->isVisible());
