@@ -138,6 +138,19 @@ std::optional<double> numberIn(const db::Recordset &lines, int row, const QStrin
     return value.isNull() ? std::nullopt : std::optional(value.toDouble());
 }
 
+// Figures and names from elsewhere may be of hundreds of characters, which no sentence on a screen can hold.
+QString figure(double amount)
+{
+    constexpr double longestWritten = 1e15;
+    return std::abs(amount) < longestWritten ? text::formatQuantity(amount) : QString::number(amount, 'g', 6);
+}
+
+QString shortened(const QString &name)
+{
+    constexpr qsizetype most = 30;
+    return name.size() > most ? name.left(most) + u"…"_s : name;
+}
+
 struct Sums
 {
     double goods = 0;
@@ -258,8 +271,8 @@ QString amountRemark(const SlipLine &line)
         return amount.error().text;
     if (*amount == line.amount)
         return {};
-    return u"「%1」の数量×単価は %2 円ですが、金額は %3 円です。"_s.arg(
-        line.product, text::formatQuantity(*amount), text::formatQuantity(line.amount));
+    return u"「%1」の数量×単価は %2 円ですが、金額は %3 円です。"_s.arg(shortened(line.product),
+                                                                        figure(*amount), figure(line.amount));
 }
 
 QString taxRemark(const std::vector<SlipLine> &lines, double taxRate, TaxClass taxClass)
@@ -270,16 +283,15 @@ QString taxRemark(const std::vector<SlipLine> &lines, double taxRate, TaxClass t
         return {};
     // A slip that has a tax line was closed as one whose prices do not include it.
     if (!taxIsAdded(taxClass, false))
-        return u"この相手先の消費税は%1ですが、伝票に消費税の行（%2 円）があります。"_s.arg(
-            nameOf(taxClass), text::formatQuantity(sums.tax));
+        return u"この相手先の消費税は%1ですが、伝票に消費税の行（%2 円）があります。"_s.arg(nameOf(taxClass),
+                                                                                            figure(sums.tax));
     const auto tax = exclusiveTax(sums.goods, taxRate);
     if (!tax)
         return tax.error().text;
     if (*tax == sums.tax)
         return {};
     return u"消費税の行は %1 円ですが、いまの明細（%2 円、税率 %3 %）では %4 円になります。"_s.arg(
-        text::formatQuantity(sums.tax), text::formatQuantity(sums.goods), text::formatPlain(taxRate),
-        text::formatQuantity(*tax));
+        figure(sums.tax), figure(sums.goods), QString::number(taxRate, 'g', 6), figure(*tax));
 }
 
 QString totalRemark(const std::vector<SlipLine> &lines)
@@ -287,8 +299,8 @@ QString totalRemark(const std::vector<SlipLine> &lines)
     const Sums sums = sumsOf(lines);
     if (!std::isfinite(sums.goods + sums.tax))
         return u"合計は大きすぎて計算できません。"_s;
-    const QString total = u"合計 %1 円"_s.arg(text::formatQuantity(sums.goods + sums.tax));
-    return sums.isTaxed ? total + u"（うち消費税 %1 円）"_s.arg(text::formatQuantity(sums.tax)) : total;
+    const QString total = u"合計 %1 円"_s.arg(figure(sums.goods + sums.tax));
+    return sums.isTaxed ? total + u"（うち消費税 %1 円）"_s.arg(figure(sums.tax)) : total;
 }
 
 } // namespace slips

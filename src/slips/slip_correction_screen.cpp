@@ -230,8 +230,9 @@ void SlipCorrectionScreen::showHeader()
 {
     m_ui->txtDenNo->setText(m_headers.text(u"伝票番号"_s));
     m_ui->txtDate->setText(headerCell(u"日付"_s).data().toString());
-    m_ui->dbcShain->setPlaceholderText(headerCell(u"社員ID"_s).data().toString());
-    m_ui->dbcShain->setCurrentIndex(m_ui->dbcShain->findData(m_headers.value(u"社員ID"_s).toLongLong()));
+    const int employee = m_ui->dbcShain->findData(m_headers.value(u"社員ID"_s).toLongLong());
+    m_ui->dbcShain->setPlaceholderText(employee < 0 ? headerCell(u"社員ID"_s).data().toString() : QString());
+    m_ui->dbcShain->setCurrentIndex(employee);
     m_ui->Text4->setText(m_headers.text(u"相手先ID"_s));
     showRemarks();
 }
@@ -360,8 +361,8 @@ void SlipCorrectionScreen::update()
         return;
     // There may have been nothing to save, and the slip may be gone all the same.
     if (tell(m_headers.checkAsRead()))
-        m_ui->lblMessage->setText(u"伝票 %1 を更新しました。"_s.arg(m_headers.text(u"伝票番号"_s)) + u'\n' +
-                                  m_ui->lblMessage->text());
+        m_ui->lblMessage->setText(u"伝票 %1 を更新しました。"_s.arg(m_headers.text(u"伝票番号"_s).left(30)) +
+                                  u'\n' + m_ui->lblMessage->text());
     else
         showAsStored();
 }

@@ -175,6 +175,9 @@ private slots:
         QVERIFY(amountRemark(goods(2.5, 101, 253)).contains(u"252 円"_s));
         QCOMPARE(amountRemark(taxLine(5)), QString());
         QVERIFY(!amountRemark(goods(1e9, 1e9, 0)).isEmpty());
+        const SlipLine foreign{
+            u"名"_s.repeated(2000), {}, 1, {}, 1, 1e300}; // fits on the screen all the same
+        QVERIFY(amountRemark(foreign).size() < 100 && totalRemark({foreign}).size() < 40);
 
         const auto tax = [](std::vector<SlipLine> lines, TaxClass taxClass) {
             return taxRemark(lines, 5, taxClass);
