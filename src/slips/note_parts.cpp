@@ -26,8 +26,11 @@ constexpr double smallestType = 7; // points; below this a line is broken rather
 void TextColumn::add(const QString &text, double points, bool bold)
 {
     constexpr double leading = 1.38;
-    const printing::FittedText fitted =
-        printing::fitText(printing::singleLine(text), m_width, points, std::min(points, smallestType));
+    constexpr double mostRoom = 5.5; // millimetres of height for one text, however long it is
+    const QString whole = printing::singleLine(text);
+    printing::FittedText fitted = printing::fitText(whole, m_width, points, std::min(points, smallestType));
+    if (fitted.lines.size() > 1)
+        fitted = printing::fitBlock(whole, m_width, mostRoom, std::min(points, smallestType), leading);
     for (const QString &line : fitted.lines) {
         m_writer.text(m_x, m_y, line, fitted.points, Align::Left, m_width, bold);
         m_y += millimetresFromPoints(line.isEmpty() ? 0 : fitted.points) * leading;
