@@ -13,7 +13,6 @@
 #include <QKeyEvent>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
-#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -143,22 +142,11 @@ void frmPreview::print()
         tell(printed);
 }
 
-QString frmPreview::proposedFile() const
-{
-    // Characters that some file system does not take.
-    static const QString forbidden = u"\\/:*?\"<>|"_s;
-    QString name = m_document.title;
-    for (QChar &c : name) {
-        if (forbidden.contains(c) || !c.isPrint())
-            c = u'_';
-    }
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/' + name + u".pdf"_s;
-}
-
 void frmPreview::savePdf()
 {
     const QString fileName =
-        ui::file_dialogs::saveFile(this, u"PDFに保存"_s, u"PDFファイル (*.pdf)"_s, u"pdf"_s, proposedFile());
+        ui::file_dialogs::saveFile(this, u"PDFに保存"_s, u"PDFファイル (*.pdf)"_s, u"pdf"_s,
+                                   ui::file_dialogs::proposedFile(m_document.title, u"pdf"_s));
     if (fileName.isEmpty())
         return;
     if (QFileInfo::exists(fileName) &&

@@ -43,7 +43,6 @@ private:
     void savePdf();
     void turnTo(int page);
     void showPage();
-    [[nodiscard]] QString proposedFile() const;
 
     const std::unique_ptr<Ui::frmPreview> m_ui;
     const Document m_document;

@@ -194,7 +194,7 @@ void frmInList::showChosen()
 void frmInList::print()
 {
     printing::Document document;
-    document.title = windowTitle();
+    document.title = fileTitle(m_shown);
     document.purpose = printing::Purpose::Rosters;
     document.sheets = printing::listSheets(printedList(m_list, m_shown, workspace().today()));
     printing::showPreview(workspace(), this, std::move(document));
@@ -205,7 +205,8 @@ void frmInList::exportTable()
     ui::exportTable(this, {[this](const QString &fileName) { return checkPurchaseExport(m_list, fileName); },
                            [this](const QString &fileName, const db::Progress &progress) {
                                return exportPurchases(m_list, fileName, progress);
-                           }});
+                           },
+                           fileTitle(m_shown)});
 }
 
 } // namespace slips

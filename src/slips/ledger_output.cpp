@@ -55,6 +55,12 @@ printing::List printedList(const LedgerTable &table, const QDate &today)
     return list;
 }
 
+QString fileTitle(const LedgerTable &table)
+{
+    QString title = table.title + u' ' + table.remark;
+    return title.replace(u'/', u'-').replace(u"　　"_s, u" "_s);
+}
+
 db::Status checkLedgerExport(const LedgerTable &table, const QString &fileName)
 {
     return tables::checkTarget(fileName, rowCount(table));

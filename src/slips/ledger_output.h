@@ -9,6 +9,9 @@ namespace slips
 /// \a table as it is printed on \a today, on A4: upright with few columns, else lying.
 printing::List printedList(const LedgerTable &table, const QDate &today);
 
+/// What a file of \a table is called: "売掛金元帳 山田商店 2026-04-01～2026-04-30".
+QString fileTitle(const LedgerTable &table);
+
 /// Whether \a table can be written as \a fileName; see tables::checkTarget().
 db::Status checkLedgerExport(const LedgerTable &table, const QString &fileName);
 

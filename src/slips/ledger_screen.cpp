@@ -365,7 +365,7 @@ void LedgerScreen::openLedgerOf(const LedgerTarget &whose)
 void LedgerScreen::print()
 {
     printing::Document document;
-    document.title = m_table.title;
+    document.title = fileTitle(m_table);
     document.purpose = printing::Purpose::Rosters;
     document.sheets = printing::listSheets(printedList(m_table, workspace().today()));
     printing::showPreview(workspace(), this, std::move(document));
@@ -376,7 +376,8 @@ void LedgerScreen::exportTable()
     ui::exportTable(this, {[this](const QString &fileName) { return checkLedgerExport(m_table, fileName); },
                            [this](const QString &fileName, const db::Progress &progress) {
                                return exportLedger(m_table, fileName, progress);
-                           }});
+                           },
+                           fileTitle(m_table)});
 }
 
 } // namespace slips

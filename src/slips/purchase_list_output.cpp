@@ -68,6 +68,11 @@ printing::List printedList(const PurchaseList &list, const Period &period, const
     return printed;
 }
 
+QString fileTitle(const Period &period)
+{
+    return u"月別仕入一覧 "_s + shownPeriod(period).replace(u'/', u'-');
+}
+
 db::Status checkPurchaseExport(const PurchaseList &list, const QString &fileName)
 {
     return tables::checkTarget(fileName, static_cast<qint64>(list.suppliers.size()) + 1);

@@ -12,6 +12,9 @@ QString shownPeriod(const Period &period);
 /// The monthly list as it is printed on \a today: A4 lying, with a row of totals.
 printing::List printedList(const PurchaseList &list, const Period &period, const QDate &today);
 
+/// What a file of the list is called: "月別仕入一覧 2026-04-01～2026-04-30".
+QString fileTitle(const Period &period);
+
 /// Whether \a list can be written as \a fileName; see tables::checkTarget().
 db::Status checkPurchaseExport(const PurchaseList &list, const QString &fileName);
 

@@ -7,6 +7,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QQueue>
+#include <QStandardPaths>
 #include <QStringList>
 #include <QVariant>
 
@@ -60,6 +61,18 @@ QString saveFile(QWidget *parent, const QString &title, const QString &filters, 
     if (!chosen.isEmpty() && !suffix.isEmpty() && QFileInfo(chosen).suffix().isEmpty())
         chosen += u'.' + suffix;
     return chosen;
+}
+
+QString proposedFile(const QString &title, const QString &suffix)
+{
+    static const QString forbidden = u"\\/:*?\"<>|"_s;
+    constexpr qsizetype longest = 80; // characters; file systems take 255 bytes
+    QString name = title.left(longest).trimmed();
+    for (QChar &c : name) {
+        if (forbidden.contains(c) || !c.isPrint())
+            c = u'_';
+    }
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + u'/' + name + u'.' + suffix;
 }
 
 std::optional<QColor> chooseColor(QWidget *parent, const QColor &first, const QString &title)

@@ -22,6 +22,10 @@ QString openFile(QWidget *parent, const QString &title, const QString &filters);
 QString saveFile(QWidget *parent, const QString &title, const QString &filters, const QString &suffix,
                  const QString &proposal = {});
 
+/// A file to propose for something called \a title: in the folder for documents, without the characters that
+/// some file system does not take.
+QString proposedFile(const QString &title, const QString &suffix);
+
 /// A colour, or nothing when the user cancelled.
 std::optional<QColor> chooseColor(QWidget *parent, const QColor &first, const QString &title);
 

@@ -32,7 +32,10 @@ bool mayBeWritten(QWidget *parent, const QString &fileName, const TableExport &t
 
 void exportTable(QWidget *parent, const TableExport &table)
 {
-    const QString fileName = file_dialogs::saveFile(parent, u"名前を付けて保存"_s, filters, u"xls"_s);
+    const QString proposal =
+        table.title.isEmpty() ? QString() : file_dialogs::proposedFile(table.title, u"xls"_s);
+    const QString fileName =
+        file_dialogs::saveFile(parent, u"名前を付けて保存"_s, filters, u"xls"_s, proposal);
     if (fileName.isEmpty() || !mayBeWritten(parent, fileName, table))
         return;
     const db::Status written =

@@ -15,6 +15,8 @@ struct TableExport
     /// Whether it can be written under that name, asked before anything else happens.
     std::function<db::Status(const QString &fileName)> check;
     std::function<db::Status(const QString &fileName, const db::Progress &progress)> write;
+    /// What it is called: the file's name is proposed from it. Empty: none is proposed.
+    QString title = {};
 };
 
 /// Lets the clerk choose a file, asks before one is replaced, writes the table and opens it with its

@@ -251,9 +251,9 @@ private slots:
         slips::Ledger ledger;
         ledger.brought = -1234567;
         ledger.totals.balance = -1234567;
-        const printing::List list = slips::printedList(
-            slips::ledgerTable(ledger, slips::Party::Supplier, u"仕入先"_s, {{2026, 3, 1}, {2026, 3, 31}}),
-            {2026, 4, 1});
+        const slips::LedgerTable table =
+            slips::ledgerTable(ledger, slips::Party::Supplier, u"仕入先"_s, {{2026, 3, 1}, {2026, 3, 31}});
+        const printing::List list = slips::printedList(table, {2026, 4, 1});
         QCOMPARE(list.remark, u"仕入先　　2026/03/01 ～ 2026/03/31"_s);
         QVERIFY(list.paperWidth > list.paperHeight);
         QCOMPARE(list.rows.front().back(), u"-1,234,567"_s);
@@ -261,6 +261,14 @@ private slots:
         for (const printing::ListColumn &column : list.columns)
             width += column.width;
         QVERIFY(width < list.paperWidth - 20); // nothing has to be made narrower
+    }
+
+    void filesAreNamedAfterWhatTheyHold()
+    {
+        const slips::LedgerTable table =
+            slips::ledgerTable({}, slips::Party::Supplier, u"A/B: 商店"_s, {{2026, 3, 1}, {2026, 3, 31}});
+        QCOMPARE(ui::file_dialogs::proposedFile(slips::fileTitle(table), u"xls"_s).section(u'/', -1),
+                 u"買掛金元帳 A-B_ 商店 2026-03-01 ～ 2026-03-31.xls"_s);
     }
 };
 
