@@ -8,6 +8,7 @@ namespace
 
 constexpr Guards none = {};
 constexpr Guards needsEmployee = {.employee = true};
+constexpr Guards needsEmployeeHere = {.employeeOfOwnScreen = true};
 constexpr Guards needsOwnCompany = {.ownCompany = true};
 constexpr Guards needsBoth = {.employee = true, .ownCompany = true};
 constexpr Guards needsSlips(char16_t letter) { return {.slips = letter}; }
@@ -171,11 +172,11 @@ Commands reportCommands()
         {Action::None, u"mnuTool", u"期末(&U)"},
         {Action::Ledger, u"mnuToolCreate", u"期首データベース作成(&N)", u"mnuTool"},
         {Action::None, u"mnuKimatsu", u"繰越伝票", u"mnuTool"},
-        {Action::ReceivableCarried, u"mnuUrikakeKurikoshi", u"売掛金　繰越伝票(&O)", u"mnuKimatsu"},
+        {Action::ReceivableCarried, u"mnuUrikakeKurikoshi", u"売掛金　繰越伝票(&O)", u"mnuKimatsu", needsEmployeeHere},
         {Action::ReceivableCorrection, u"mnuUrikakeAMD", u"売掛金　繰越伝票訂正(S)", u"mnuKimatsu", needsSlips(u'B')},
-        {Action::PayableCarried, u"mnuKaikakeKurikoshi", u"買掛金　繰越伝票(&I)", u"mnuKimatsu"},
+        {Action::PayableCarried, u"mnuKaikakeKurikoshi", u"買掛金　繰越伝票(&I)", u"mnuKimatsu", needsEmployeeHere},
         {Action::PayableCorrection, u"mnuKaikakeAMD", u"買掛金　繰越伝票訂正(&B)", u"mnuKimatsu", needsSlips(u'A')},
-        {Action::Stocktake, u"mnuPreTana", u"棚卸伝票入力(&T)", u"mnuTool"},
+        {Action::Stocktake, u"mnuPreTana", u"棚卸伝票入力(&T)", u"mnuTool", needsEmployeeHere},
         {Action::StocktakeCorrection, u"mnuTanaAmd", u"棚卸伝票訂正(&D)", u"mnuTool", needsSlips(u'T')},
         {Action::StocktakeReport, u"mnuReportTana", u"棚卸日報(&R)", u"mnuTool"},
         {Action::StocktakeLedger, u"mnuTanaMoto", u"棚卸補助元帳(&M)", u"mnuTool"},

@@ -146,6 +146,8 @@ struct Guards
     bool employee = false;   // a person in charge is chosen
     bool ownCompany = false; // the own company is registered
     char16_t slips = 0;      // there are slips of this letter
+    // A person in charge is chosen, where our own screen opens: a companion program asks for itself.
+    bool employeeOfOwnScreen = false;
 };
 
 struct Command

@@ -100,7 +100,7 @@ void frmAMain::focusStep()
 
 void frmAMain::run(const Command &command)
 {
-    if (!isPossible(command) || !passGuards(command.guards))
+    if (!isPossible(command) || !passGuards(command))
         return;
     if (const Builtin builtin = builtinFor(command.action))
         (this->*builtin)();
@@ -134,9 +134,12 @@ void frmAMain::enableCommands()
     m_commands->enable([this](const Command &command) { return isPossible(command); });
 }
 
-bool frmAMain::passGuards(const Guards &guards)
+bool frmAMain::passGuards(const Command &command)
 {
-    if (guards.employee && !employeeChosen())
+    const Guards &guards = command.guards;
+    const bool needsEmployee =
+        guards.employee || (guards.employeeOfOwnScreen && !installedCompanion(command.action));
+    if (needsEmployee && !employeeChosen())
         return false;
     if (guards.ownCompany && !ownCompanyRegistered())
         return false;

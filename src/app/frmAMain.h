@@ -49,7 +49,7 @@ private:
 
     // Commands
     void run(const Command &command);
-    bool passGuards(const Guards &guards);
+    bool passGuards(const Command &command);
     bool employeeChosen();
     bool ownCompanyRegistered();
     bool slipsExist(QChar letter);

@@ -1,9 +1,13 @@
 #include "ui/date_box.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QToolTip>
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace ui
 {
@@ -44,8 +48,20 @@ void DateBox::typeDigit(QKeyEvent *event)
     if (wholeDate)
         setSelectedSection(sectionAt(0));
     const int section = currentSectionIndex();
+    const QString before = lineEdit()->text();
+    const int cursor = lineEdit()->cursorPosition();
     QDateEdit::keyPressEvent(event);
     m_movedOn = currentSectionIndex() != section;
+    // The second digit of the 30th of February: the box does not take it and would be left at the 3rd.
+    if (lineEdit()->text() == before && lineEdit()->cursorPosition() == cursor && !m_movedOn)
+        tellRefused();
+}
+
+void DateBox::tellRefused()
+{
+    QApplication::beep();
+    QToolTip::showText(mapToGlobal(rect().bottomLeft()),
+                       u"この数字では暦にない日付になります。日付を確かめてください。"_s, this);
 }
 
 } // namespace ui

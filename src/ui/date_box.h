@@ -20,6 +20,7 @@ protected:
 
 private:
     void typeDigit(QKeyEvent *event);
+    void tellRefused();
 
     bool m_movedOn = false; // the last digit completed its part, and the next part is being typed
 };

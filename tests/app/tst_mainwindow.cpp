@@ -215,6 +215,11 @@ void TestMainWindow::nobodyChosenPutsTheCursorThere()
     stage.click("Command27");
     QVERIFY(stage.opened.isEmpty());
     QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
+    for (const char *item : {"mnuUrikakeKurikoshi", "mnuKaikakeKurikoshi", "mnuPreTana"}) {
+        ui::prompts::expectInform(nobodyChosen);
+        stage.find<QAction>(item)->trigger();
+        QVERIFY(stage.opened.isEmpty());
+    }
 }
 
 void TestMainWindow::missingCompanyIsAskedForAndGoesOn()

@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QTest>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +27,8 @@ void TestDateBox::typedDates_data()
         QTest::newRow(("other signs" + how).constData()) << all << u"2025-12.31"_s << QDate(2025, 12, 31);
         QTest::newRow(("one digit" + how).constData()) << all << u"2025/2/3"_s << QDate(2025, 2, 3);
         QTest::newRow(("zeros" + how).constData()) << all << u"2024/02/09"_s << QDate(2024, 2, 9);
+        // What is left of it is told to be looked at.
+        QTest::newRow(("no such day" + how).constData()) << all << u"2026/02/30"_s << QDate(2026, 2, 3);
         QTest::newRow(("before 1900" + how).constData()) << all << u"1899/12/31"_s << QDate(1899, 12, 31);
     }
 }
@@ -44,7 +47,9 @@ void TestDateBox::typedDates()
     box.setSelectedSection(QDateTimeEdit::YearSection);
     if (selectAll)
         QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+    QToolTip::showText({}, {});
     QTest::keyClicks(&box, keys);
+    QCOMPARE(QToolTip::text().isEmpty(), keys != u"2026/02/30"_s);
     QTest::keyClick(&box, Qt::Key_Return);
     QTEST(box.date(), "date");
 }
