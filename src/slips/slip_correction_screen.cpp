@@ -300,6 +300,14 @@ bool SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
         m_headers.setData(cell, box->text(), Qt::EditRole))
         return true;
     box->setText(cell.data().toString());
+    // The correction goes on here, unless another slip's row was what the box was left for.
+    const auto goBack = [this, box, slip = m_headers.currentKey()] {
+        if (m_headers.currentKey() != slip)
+            return;
+        box->setFocus();
+        box->selectAll();
+    };
+    QMetaObject::invokeMethod(box, goBack, Qt::QueuedConnection);
     return false;
 }
 

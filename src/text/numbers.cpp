@@ -61,6 +61,8 @@ bool isWhole(double value) { return std::trunc(value) == value; }
 // "#,##0" with as many decimals, rounded half away from zero.
 QString fixedPoint(double value, int decimals)
 {
+    if (!std::isfinite(value))
+        return QStringLiteral("桁あふれ"); // a sum into which a damaged file brought an endless amount
     const double units = std::round(withoutNoise(std::abs(value) * std::pow(10.0, decimals)));
     QString result = QString::number(units, 'f', 0).rightJustified(decimals + 1, u'0');
     const qsizetype wholeDigits = result.size() - decimals;

@@ -19,10 +19,11 @@ std::optional<qint64> parseInteger(QStringView s);
 /// A stored setting or field as a number: what does not parse counts as 0.
 double numberOrZero(QStringView s);
 
-/// "#,##0": rounded half away from zero to whole yen, "-1,234" when negative; never "-0".
+/// "#,##0": rounded half away from zero to whole yen, "-1,234" when negative; never "-0". "桁あふれ" for a
+/// sum beyond what a double holds.
 QString formatAmount(double value);
 
-/// Quantities and unit prices: "#,##0" when whole, "#,##0.00" otherwise.
+/// Quantities and unit prices: "#,##0" when whole, "#,##0.00" otherwise; too large as formatAmount.
 QString formatQuantity(double value);
 
 /// A number as it is edited: shortest decimal form, no separators, no exponent ("2.5", "1000").

@@ -191,4 +191,14 @@ void Grid::keyPressEvent(QKeyEvent *event)
     QTableView::keyPressEvent(event);
 }
 
+// Ctrl takes the mark off the row it is used on, but the screen goes on showing that row.
+QItemSelectionModel::SelectionFlags Grid::selectionCommand(const QModelIndex &index,
+                                                           const QEvent *event) const
+{
+    const auto command = QTableView::selectionCommand(index, event);
+    if (selectionMode() == SingleSelection && command.testFlag(QItemSelectionModel::Deselect))
+        return QItemSelectionModel::NoUpdate;
+    return command;
+}
+
 } // namespace ui

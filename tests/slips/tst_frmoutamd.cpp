@@ -192,6 +192,7 @@ private slots:
         desk.driver.type("txtDate", u"2026/13/1"_s);
         desk.driver.leave("txtDate");
         QCOMPARE(desk.driver.box("txtDate").text(), u"2026/03/01"_s);
+        QTRY_COMPARE(desk.driver.cursor(), u"txtDate"_s);
     }
 
     // Actions by mnemonic, Esc and the window's own button come while a cell or a box is not left yet.

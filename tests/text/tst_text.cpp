@@ -317,6 +317,7 @@ void TestText::formats_data()
         u"999999999999999"_s);
     row("beyond", 9007199254740991, u"9,007,199,254,740,991"_s, u"9,007,199,254,740,991"_s,
         u"9007199254740991"_s);
+    row("no number at all", std::numeric_limits<double>::infinity(), u"桁あふれ"_s, u"桁あふれ"_s, u"inf"_s);
     row("no exponent", 0.00001, u"0"_s, u"0.00"_s, u"0.00001"_s);
 }
 

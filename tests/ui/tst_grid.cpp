@@ -69,6 +69,9 @@ private slots:
         QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
         QTest::keyClick(&grid, Qt::Key_Down);
         QCOMPARE(rows.currentRow(), 1);
+        // Ctrl on the shown row does not take its mark off.
+        QTest::keyClick(&grid, Qt::Key_End, Qt::ControlModifier);
+        QCOMPARE(grid.selectedText(), u"林\t12"_s);
     }
 };
 
