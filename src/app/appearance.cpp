@@ -154,7 +154,7 @@ QGroupBox::title { subcontrol-origin: margin; left: 12px; padding: 0 5px; color:
 #SSTab1 QPushButton { text-align: left; padding: 0 14px; border: 1px solid @line@; border-radius: 6px;
   background: @button@; color: @text@; }
 #SSTab1 QPushButton:hover { border-color: @accent@; background: @soft@; }
-#SSTab1 QPushButton:focus { border: 2px solid @accent@; padding: 0 13px; }
+#SSTab1 QPushButton:focus { border: 2px solid @accent@; padding: 0 13px; outline: none; }
 #SSTab1 QPushButton:pressed { background: @accent@; color: @accentText@; }
 #SSTab1 QPushButton:disabled { color: @faint@; background: transparent; }
 #SSTab1 #Command45:enabled { background: @accent@; color: @accentText@; font-weight: bold; }
