@@ -38,6 +38,7 @@ void Screen::setUp()
     // What only shows does not look like a box to type in, and stays legible in a frame that is switched off.
     const auto boxes = findChildren<QLineEdit *>();
     for (QLineEdit *box : boxes) {
+        box->installEventFilter(this);
         if (box->isReadOnly()) {
             QPalette colours = box->palette();
             colours.setColor(QPalette::Base, colours.color(QPalette::Window));
@@ -116,6 +117,17 @@ bool Screen::event(QEvent *event)
             becameActive();
     }
     return done;
+}
+
+// Alt and a letter whose button is switched off just now is a command that does nothing, not a letter typed.
+bool Screen::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->modifiers().testFlag(Qt::AltModifier) && !key->text().isEmpty())
+            return true;
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void Screen::keyPressEvent(QKeyEvent *event)

@@ -194,6 +194,10 @@ void TestFrmOut::worksByKeyboardAlone()
 {
     Desk desk;
     QVERIFY(desk.hasFocus("txtKey1"));
+    // 次の伝票 is switched off as yet; its letter is not typed.
+    QKeyEvent command(QEvent::KeyPress, Qt::Key_N, Qt::AltModifier, u"n"_s);
+    QApplication::sendEvent(desk.screen->focusWidget(), &command);
+    QCOMPARE(desk.text("txtKey1"), QString());
     desk.type(u"ＫＹＡＫＵ０"_s);
     QVERIFY(desk.hasFocus("DTPicker1"));
     desk.type({});
