@@ -161,7 +161,7 @@ bool MasterEditor::mayClose()
             reason = saved.error().text;
     }
     // The clerk must be able to leave, but what was entered is dropped only knowingly.
-    if (reason && !ui::prompts::ask(this, *reason + u"\n変更を取り消して閉じますか。"_s))
+    if (reason && !ui::prompts::askToDrop(this, *reason + u"\n変更を取り消して閉じますか。"_s))
         return false;
     m_rows.revert();
     return true;

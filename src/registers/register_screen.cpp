@@ -77,7 +77,7 @@ bool RegisterScreen::leaveBrowsing()
     const auto failure = trySave();
     if (!failure)
         return true;
-    if (!ui::prompts::ask(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
+    if (!ui::prompts::askToDrop(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
         focusColumn(failure->column);
         return false;
     }

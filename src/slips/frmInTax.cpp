@@ -285,7 +285,8 @@ void frmInTax::setEntered(std::optional<TaxSlip> slip)
 bool frmInTax::mayClose()
 {
     const bool typed = !m_entered && m_ui->txtKingaku->text() != m_suggestion;
-    return !typed || ui::prompts::ask(this, u"入力途中の消費税は、まだ保存されていません。閉じますか。"_s);
+    return !typed ||
+           ui::prompts::askToDrop(this, u"入力途中の消費税は、まだ保存されていません。閉じますか。"_s);
 }
 
 } // namespace slips

@@ -189,7 +189,7 @@ void SlipScreen::say(const QString &text) { m_message->setText(text); }
 bool SlipScreen::mayPassOverLine()
 {
     if (!lineIsTyped() ||
-        ui::prompts::ask(this, u"入力途中の明細は、まだ伝票に入っていません。入れずに進みますか。"_s))
+        ui::prompts::askToDrop(this, u"入力途中の明細は、まだ伝票に入っていません。入れずに進みますか。"_s))
         return true;
     focusLine();
     return false;

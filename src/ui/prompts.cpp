@@ -94,6 +94,14 @@ bool ask(QWidget *parent, const QString &text, const QString &title, const QStri
                 remark) == QMessageBox::Yes;
 }
 
+bool askToDrop(QWidget *parent, const QString &text)
+{
+    if (script().running)
+        return scripted(Kind::Ask, text, 0) != 0;
+    return show(parent, text, QString::fromUtf16(question), Icon::Question,
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+}
+
 Choice askToSave(QWidget *parent, const QString &text, const QString &title)
 {
     if (script().running)

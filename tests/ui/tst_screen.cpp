@@ -66,6 +66,19 @@ private slots:
         QCOMPARE(screen.activations, 2);
     }
 
+    void enterKeepsWhatAQuestionWouldDrop()
+    {
+        FreshShop shop;
+        CountingScreen screen(shop.workspace);
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        bool dropped = true;
+        QTimer::singleShot(100, &screen, [] {
+            QTest::keyClick(QApplication::activeModalWidget()->focusWidget(), Qt::Key_Return);
+        });
+        dropped = ui::prompts::askToDrop(&screen, u"text"_s);
+        QVERIFY(!dropped);
+    }
+
     // With room left for the title bar, which the platform adds above what the screen asks for.
     void aPlaceAndSizeOutOfReachIsBroughtOntoTheScreen()
     {
