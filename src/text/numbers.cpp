@@ -46,6 +46,31 @@ std::optional<QByteArray> plainNumber(QStringView s)
     return typed.startsWith(u'-') ? "-" + plain : plain;
 }
 
+bool isMinus(QChar c) { return QStringView(u"-‐‑‒–—―ーｰ▲△").contains(c); }
+
+// On a Japanese keyboard the key for ¥ gives a backslash.
+bool isYen(QChar c) { return QStringView(u"¥￥\\").contains(c); }
+
+// An amount as clerks write it, "▲￥1,234円", "¥-500", as a number with at most a plain sign before it.
+QString withoutMoneyMarks(QStringView s)
+{
+    QString typed = toHalfWidthAscii(s).trimmed();
+    if (typed.endsWith(u'円'))
+        typed.chop(1);
+    QString sign;
+    bool yen = false;
+    qsizetype at = 0;
+    for (; at < typed.size(); ++at) {
+        if (!yen && isYen(typed[at]))
+            yen = true;
+        else if (sign.isEmpty() && (isMinus(typed[at]) || typed[at] == u'+'))
+            sign = typed[at] == u'+' ? u'+' : u'-';
+        else
+            break;
+    }
+    return sign + typed.mid(at);
+}
+
 // Fifteen significant digits are what a double surely holds; the rest is noise of binary arithmetic, which
 // would show 0.1 × 3 as 0.30000000000000004 and round 2.675 down. From 1e15 on there are only whole numbers
 // of interest, and they are left as they are.
@@ -77,7 +102,7 @@ QString fixedPoint(double value, int decimals)
 
 std::optional<double> parseNumber(QStringView s)
 {
-    const std::optional<QByteArray> plain = plainNumber(s);
+    const std::optional<QByteArray> plain = plainNumber(withoutMoneyMarks(s));
     if (!plain)
         return std::nullopt;
     double value = 0;
