@@ -502,11 +502,13 @@ QString Recordset::shown(int column, const QVariant &value) const
         if (const QString name = (*names)(value.toLongLong()); !name.isEmpty())
             return name;
     }
+    // A text in a column of numbers is shown as it stands, not as 0.
+    const bool isText = value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QByteArray;
     switch (m_formats.value(m_columns.at(column), Format::Plain)) {
     case Format::Amount:
-        return text::formatAmount(value.toDouble());
+        return isText ? value.toString() : text::formatAmount(value.toDouble());
     case Format::Quantity:
-        return text::formatQuantity(value.toDouble());
+        return isText ? value.toString() : text::formatQuantity(value.toDouble());
     case Format::Date:
         return value.toString().replace(u'-', u'/');
     case Format::Plain:

@@ -4,6 +4,7 @@
 #include "slips/counterpart_name.h"
 #include "slips/exact_sum.h"
 #include "slips/slip_blocks.h"
+#include "slips/stored_values.h"
 
 #include <algorithm>
 #include <array>
@@ -38,25 +39,25 @@ QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
 
 QVariant stored(CounterpartKey counterpart) { return counterpart ? QVariant(*counterpart) : QVariant(); }
 
-std::optional<double> numberIn(const QVariant &value)
-{
-    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
-}
-
 // --- One counterpart ---
 
 db::Result<ExactSum> balanceBefore(db::Connection &connection, Party party, CounterpartKey counterpart,
                                    const QDate &day)
 {
-    const auto sum = connection.select(
-        u"SELECT SUM(CASE WHEN 伝票番号 LIKE ? THEN -1 ELSE 1 END * ROUND(金額 * 10000)) "
-        "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-        "WHERE 相手先ID IS ? AND COALESCE(日付, '') < ? "
-        "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?)"_s,
+    const auto sums = connection.select(
+        u"SELECT 伝票番号 LIKE ?, SUM("_s + amountCount() +
+            u") FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+            "WHERE 相手先ID IS ? AND (COALESCE(日付, '') < ? OR "_s +
+            isUndated() + u") AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?) GROUP BY 1"_s,
         QVariantList{patternOf(kindsOf(party).back()), stored(counterpart), stored(day)} + patternsOf(party));
-    if (!sum)
-        return sum.error();
-    return ExactSum::ofTenThousandths(sum->rows.front().front().toDouble());
+    if (!sums)
+        return sums.error();
+    ExactSum balance;
+    for (const QVariantList &row : sums->rows) {
+        const double count = row.at(1).toDouble();
+        balance.add(ExactSum::ofTenThousandths(row.at(0).toBool() ? -count : count));
+    }
+    return balance;
 }
 
 db::Result<db::Rows> linesWithin(db::Connection &connection, Party party, CounterpartKey counterpart,
@@ -66,9 +67,10 @@ db::Result<db::Rows> linesWithin(db::Connection &connection, Party party, Counte
                              u"伝票番号 LIKE ? THEN 2 END, "
                              "入出庫マスター.ID, 日付, 伝票番号, 商品名, 規格, 数量, 単位, 単価, 金額 "
                              "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-                             "WHERE 相手先ID IS ? AND 日付 >= ? AND 日付 <= ? "
-                             "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?) "
-                             "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
+                             "WHERE 相手先ID IS ? AND 日付 >= ? AND 日付 <= ? AND NOT "_s +
+                                 isUndated() +
+                                 u" AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?) "
+                                 "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
                              patternsOf(party) +
                                  QVariantList{stored(counterpart), stored(period.from), stored(period.to)} +
                                  patternsOf(party));
@@ -85,10 +87,10 @@ LedgerLine lineFrom(const QVariantList &row, Party party)
     line.number = row.at(3).toString();
     line.product = row.at(4).toString();
     line.specification = row.at(5).toString();
-    line.quantity = numberIn(row.at(6));
+    line.quantity = storedNumber(row.at(6));
     line.unit = row.at(7).toString();
-    line.price = numberIn(row.at(8));
-    line.amount = row.at(9).toDouble();
+    line.price = storedNumber(row.at(8));
+    line.amount = storedNumber(row.at(9)).value_or(0);
     return line;
 }
 
@@ -129,13 +131,17 @@ private:
 // --- All counterparts ---
 
 // What the slips of a range of keys move. Read in the order of the keys, which is the order of the file: by
-// counterpart, every slip of a large book would be looked for by itself.
+// counterpart, every slip of a large book would be looked for by itself. Only what seems to be of a later day
+// is asked whether it is a date.
 const QString movementsStatement =
-    u"SELECT 相手先ID, 動き, SUM(額), MAX(日付) FROM (SELECT 相手先ID, 日付, "
+    u"SELECT 相手先ID, 動き, SUM(額), MAX(日) FROM "
+    "(SELECT 相手先ID, CASE WHEN 日付 <= ? THEN 日付 END AS 日, "
     "CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN 伝票番号 LIKE ? THEN 2 END AS 動き, "
-    "(SELECT SUM(ROUND(金額 * 10000)) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) AS 額 "
-    "FROM 入出庫マスター WHERE ID > ? AND ID <= ? AND COALESCE(日付, '') <= ?) "
-    "WHERE 動き IS NOT NULL GROUP BY 相手先ID, 動き"_s;
+    "(SELECT SUM("_s +
+    amountCount() +
+    u") FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) AS 額 "
+    "FROM 入出庫マスター WHERE ID > ? AND ID <= ? AND (COALESCE(日付, '') <= ? OR "_s +
+    isUndated() + u")) WHERE 動き IS NOT NULL GROUP BY 相手先ID, 動き"_s;
 
 // With the text that tells its place in the list.
 QString namesStatement(Party party)
@@ -180,7 +186,8 @@ db::Result<Accounts> readAccounts(db::Connection &connection, Party party, const
     Accounts accounts;
     const db::Status read = forSlipBlocks(connection, progress, [&](qint64 after, qint64 upTo) -> db::Status {
         const auto rows =
-            connection.select(movementsStatement, patternsOf(party) + QVariantList{after, upTo, stored(day)});
+            connection.select(movementsStatement, QVariantList{stored(day)} + patternsOf(party) +
+                                                      QVariantList{after, upTo, stored(day)});
         if (!rows)
             return rows.error();
         for (const QVariantList &row : rows->rows)

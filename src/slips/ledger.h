@@ -64,8 +64,9 @@ struct Ledger
 };
 
 /// The ledger of \a counterpart, a customer or a supplier, which may have been deleted: its lines in the
-/// order of date, slip and entry. A slip without a date counts as one before every period. Without a key, the
-/// ledger of the slips that have no counterpart.
+/// order of date, slip and entry. A slip without a date, or with one that is none, counts as one before every
+/// period. Without a key, the ledger of the slips that have no counterpart. An amount that is no number makes
+/// the sums it belongs to none.
 db::Result<Ledger> readLedger(db::Connection &connection, Party party, CounterpartKey counterpart,
                               const Period &period);
 

@@ -4,6 +4,7 @@
 #include "slips/counterpart_name.h"
 #include "slips/exact_sum.h"
 #include "slips/slip_blocks.h"
+#include "slips/stored_values.h"
 #include "slips/tax.h"
 
 #include <map>
@@ -43,14 +44,14 @@ db::Result<db::Rows> readSums(db::Connection &connection, const Period &period, 
                               const QVariantList &values)
 {
     return connection.select(
-        u"SELECT 相手先ID, 種類, 期間内, 税率, SUM(額), SUM(税額), SUM(税行) FROM ("
-        "SELECT 相手先ID, CASE WHEN 伝票番号 LIKE ? THEN 'I' WHEN 伝票番号 LIKE ? THEN 'P' "
-        "WHEN 伝票番号 LIKE ? THEN 'A' END AS 種類, COALESCE(日付, '') >= ? AS 期間内, 消費税率 AS 税率, "
-        "ROUND(金額 * 10000) AS 額, CASE WHEN 商品名 = '消費税' THEN ROUND(金額 * 10000) ELSE 0 END AS 税額, "
-        "商品名 = '消費税' AS 税行 "
-        "FROM 入出庫マスター CROSS JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-        "WHERE COALESCE(日付, '') <= ? AND "_s +
-            which +
+        u"SELECT 相手先ID, 種類, 期間内, 税率, SUM(額), SUM(CASE WHEN 税行 THEN 額 ELSE 0 END), SUM(税行) "
+        "FROM (SELECT 相手先ID, CASE WHEN 伝票番号 LIKE ? THEN 'I' WHEN 伝票番号 LIKE ? THEN 'P' "
+        "WHEN 伝票番号 LIKE ? THEN 'A' END AS 種類, COALESCE(日付, '') >= ? AND NOT "_s +
+            isUndated() + u" AS 期間内, 消費税率 AS 税率, "_s + amountCount() +
+            u" AS 額, 商品名 = '消費税' AS 税行 "
+            "FROM 入出庫マスター CROSS JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+            "WHERE (COALESCE(日付, '') <= ? OR "_s +
+            isUndated() + u") AND "_s + which +
             u") WHERE 種類 IS NOT NULL GROUP BY 相手先ID, 種類, 期間内, CASE WHEN 期間内 THEN 税率 END"_s,
         QVariantList{patternOf(purchase), patternOf(payment), patternOf(payableCarried), stored(period.from),
                      stored(period.to)} +

@@ -4,6 +4,7 @@
 #include "slips/counterpart_search.h"
 #include "slips/numbering.h"
 #include "slips/slip_store.h"
+#include "slips/stored_values.h"
 #include "slips/tax.h"
 #include "text/dates.h"
 #include "text/numbers.h"
@@ -134,15 +135,15 @@ db::Result<QVariant> readLineCell(const QString &column, const QString &typed)
 
 std::optional<double> numberIn(const db::Recordset &lines, int row, const QString &column)
 {
-    const QVariant value = lines.index(row, lines.columnOf(column)).data(Qt::EditRole);
-    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
+    return storedNumber(lines.index(row, lines.columnOf(column)).data(Qt::EditRole));
 }
 
 // Figures and names from elsewhere may be of hundreds of characters, which no sentence on a screen can hold.
 QString figure(double amount)
 {
     constexpr double longestWritten = 1e15;
-    return std::abs(amount) < longestWritten ? text::formatQuantity(amount) : QString::number(amount, 'g', 6);
+    const bool isLong = std::isfinite(amount) && std::abs(amount) >= longestWritten;
+    return isLong ? QString::number(amount, 'g', 6) : text::formatQuantity(amount);
 }
 
 QString shortened(const QString &name)
@@ -298,7 +299,7 @@ QString totalRemark(const std::vector<SlipLine> &lines)
 {
     const Sums sums = sumsOf(lines);
     if (!std::isfinite(sums.goods + sums.tax))
-        return u"合計は大きすぎて計算できません。"_s;
+        return u"合計は計算できません。"_s;
     const QString total = u"合計 %1 円"_s.arg(figure(sums.goods + sums.tax));
     return sums.isTaxed ? total + u"（うち消費税 %1 円）"_s.arg(figure(sums.tax)) : total;
 }

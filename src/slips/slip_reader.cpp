@@ -1,6 +1,7 @@
 #include "slips/slip_reader.h"
 
 #include "slips/counterpart_name.h"
+#include "slips/stored_values.h"
 #include "slips/tax.h"
 
 using namespace Qt::StringLiterals;
@@ -64,11 +65,6 @@ db::Status readCounterpart(db::Connection &connection, Party party, Slip &slip)
     return {};
 }
 
-std::optional<double> numberIn(const QVariant &value)
-{
-    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
-}
-
 db::Status readLines(db::Connection &connection, Slip &slip)
 {
     const auto lines = connection.select(
@@ -77,8 +73,9 @@ db::Status readLines(db::Connection &connection, Slip &slip)
     if (!lines)
         return lines.error();
     for (const QVariantList &row : lines->rows) {
-        slip.lines.push_back({row.at(1).toString(), row.at(2).toString(), numberIn(row.at(3)),
-                              row.at(4).toString(), numberIn(row.at(5)), row.at(6).toDouble()});
+        slip.lines.push_back({row.at(1).toString(), row.at(2).toString(), storedNumber(row.at(3)),
+                              row.at(4).toString(), storedNumber(row.at(5)),
+                              storedNumber(row.at(6)).value_or(0)});
     }
     return {};
 }

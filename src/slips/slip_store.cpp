@@ -4,6 +4,7 @@
 #include "db/transaction.h"
 #include "slips/exact_sum.h"
 #include "slips/numbering.h"
+#include "slips/stored_values.h"
 #include "slips/tax.h"
 
 using namespace Qt::StringLiterals;
@@ -262,8 +263,9 @@ db::Result<double> balance(db::Connection &connection, Party party, qint64 count
         if (kind.party != party || kind.sign == 0)
             continue;
         const auto amounts = connection.select(
-            u"SELECT SUM(ROUND(金額 * 10000)) FROM 入出庫サブ, 入出庫マスター "
-            "WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? AND 相手先ID = ?"_s,
+            u"SELECT SUM("_s + amountCount() +
+                u") FROM 入出庫サブ, 入出庫マスター "
+                "WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? AND 相手先ID = ?"_s,
             {patternOf(kind), counterpart});
         if (!amounts)
             return amounts.error();

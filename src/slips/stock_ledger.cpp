@@ -4,8 +4,10 @@
 #include "slips/counterpart_name.h"
 #include "slips/exact_sum.h"
 #include "slips/slip_blocks.h"
+#include "slips/stored_values.h"
 #include "slips/tax.h"
 
+#include <limits>
 #include <map>
 #include <tuple>
 
@@ -19,19 +21,16 @@ namespace
 
 QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
 
-std::optional<double> numberIn(const QVariant &value)
-{
-    return value.isNull() ? std::nullopt : std::optional(value.toDouble());
-}
-
 StocktakeLine stocktakeFrom(const QVariantList &row)
 {
     const CounterpartKey key = row.at(3).isNull() ? CounterpartKey() : CounterpartKey(row.at(3).toLongLong());
     const QString supplier = row.at(4).isNull() ? unknownCounterpartName(key)
                                                 : counterpartName(row.at(5).toString(), row.at(6).toString());
-    return {row.at(0).toLongLong(), row.at(1).toString(), row.at(2).toString(), supplier,
-            row.at(7).toString(),   row.at(8).toString(), numberIn(row.at(9)),  row.at(10).toString(),
-            numberIn(row.at(11)),   row.at(12).toDouble()};
+    return {row.at(0).toLongLong(),   row.at(1).toString(),
+            row.at(2).toString(),     supplier,
+            row.at(7).toString(),     row.at(8).toString(),
+            storedNumber(row.at(9)),  row.at(10).toString(),
+            storedNumber(row.at(11)), storedNumber(row.at(12)).value_or(0)};
 }
 
 // --- The stock ---
@@ -45,8 +44,9 @@ struct Price
 
     void take(const QString &ofDate, qint64 ofSlip, const QVariant &price)
     {
-        if (price.toDouble() > 0 && std::tie(date, slip) <= std::tie(ofDate, ofSlip))
-            *this = {ofDate, ofSlip, price.toDouble()};
+        const double given = storedNumber(price).value_or(0);
+        if (!(given <= 0) && std::tie(date, slip) <= std::tie(ofDate, ofSlip)) // also what is no number
+            *this = {ofDate, ofSlip, given};
     }
 };
 
@@ -71,10 +71,11 @@ Goods &goodsOf(AllGoods &all, const QVariantList &row)
 db::Status readCounts(db::Connection &connection, const QDate &day, AllGoods &all)
 {
     const auto rows = connection.select(
-        u"SELECT 商品名, 規格, 単位, 入出庫マスター.ID, COALESCE(日付, ''), 数量, 単価 "
-        "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-        "WHERE 伝票番号 LIKE ? AND COALESCE(日付, '') <= ? AND COALESCE(商品名, '') <> '消費税' "
-        "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
+        u"SELECT 商品名, 規格, 単位, 入出庫マスター.ID, CASE WHEN "_s + isUndated() +
+            u" THEN '' ELSE 日付 END AS 日, 数量, 単価 "
+            "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
+            "WHERE 伝票番号 LIKE ? AND 日 <= ? AND COALESCE(商品名, '') <> '消費税' "
+            "ORDER BY 日, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
         {patternOf(stocktake), stored(day)});
     if (!rows)
         return rows.error();
@@ -84,7 +85,7 @@ db::Status readCounts(db::Connection &connection, const QDate &day, AllGoods &al
         if (goods.counted != date)
             goods.stocktake = {};
         goods.counted = date;
-        goods.stocktake.add(row.at(5).toDouble());
+        goods.stocktake.add(storedNumber(row.at(5)).value_or(0));
         goods.stocktakePrice.take(date, row.at(3).toLongLong(), row.at(6));
     }
     return {};
@@ -94,11 +95,13 @@ db::Status addMovements(db::Connection &connection, qint64 after, qint64 upTo, c
                         AllGoods &all)
 {
     const auto rows = connection.select(
-        u"SELECT 商品名, 規格, 単位, 入出庫マスター.ID, COALESCE(日付, ''), 数量, 単価, 伝票番号 LIKE ? "
+        u"SELECT 商品名, 規格, 単位, 入出庫マスター.ID, CASE WHEN 日付 <= ? THEN 日付 ELSE '' END, "
+        "数量, 単価, 伝票番号 LIKE ? "
         "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-        "WHERE 入出庫マスター.ID > ? AND 入出庫マスター.ID <= ? AND COALESCE(日付, '') <= ? "
-        "AND (伝票番号 LIKE ? OR 伝票番号 LIKE ?) AND COALESCE(商品名, '') <> '消費税'"_s,
-        {patternOf(purchase), after, upTo, stored(day), patternOf(purchase), patternOf(sale)});
+        "WHERE 入出庫マスター.ID > ? AND 入出庫マスター.ID <= ? AND (COALESCE(日付, '') <= ? OR "_s +
+            isUndated() +
+            u") AND (伝票番号 LIKE ? OR 伝票番号 LIKE ?) AND COALESCE(商品名, '') <> '消費税'"_s,
+        {stored(day), patternOf(purchase), after, upTo, stored(day), patternOf(purchase), patternOf(sale)});
     if (!rows)
         return rows.error();
     for (const QVariantList &row : rows->rows) {
@@ -106,7 +109,7 @@ db::Status addMovements(db::Connection &connection, qint64 after, qint64 upTo, c
         const QString date = row.at(4).toString();
         const bool purchased = row.at(7).toBool();
         if (date > goods.counted || goods.counted.isEmpty())
-            (purchased ? goods.in : goods.out).add(row.at(5).toDouble());
+            (purchased ? goods.in : goods.out).add(storedNumber(row.at(5)).value_or(0));
         if (purchased)
             goods.purchasePrice.take(date, row.at(3).toLongLong(), row.at(6));
     }
@@ -126,8 +129,8 @@ StockLine lineOf(const GoodsKey &key, const Goods &goods)
     stock.add(-line.out);
     line.stock = stock.value();
     line.price = goods.purchasePrice.yen ? goods.purchasePrice.yen : goods.stocktakePrice.yen;
-    if (const auto amount = lineAmount(line.stock, line.price.value_or(0)))
-        line.amount = *amount;
+    const auto amount = lineAmount(line.stock, line.price.value_or(0));
+    line.amount = amount ? *amount : std::numeric_limits<double>::quiet_NaN();
     return line;
 }
 
@@ -139,8 +142,8 @@ db::Result<StocktakeReport> readStocktakes(db::Connection &connection, const Per
         u"SELECT 入出庫マスター.ID, 日付, 伝票番号, 相手先ID, 仕入先ID, 仕入先名1, 仕入先名2, 商品名, 規格, "
         "数量, 単位, 単価, 金額 FROM 入出庫マスター "
         "INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID LEFT JOIN 仕入先 ON 仕入先ID = 相手先ID "
-        "WHERE 伝票番号 LIKE ? AND 日付 >= ? AND 日付 <= ? "
-        "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
+        "WHERE 伝票番号 LIKE ? AND 日付 >= ? AND 日付 <= ? AND NOT "_s +
+            isUndated() + u" ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
         {patternOf(stocktake), stored(period.from), stored(period.to)});
     if (!rows)
         return rows.error();

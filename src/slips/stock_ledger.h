@@ -53,7 +53,7 @@ struct StockLedger
 
 /// The stock of all goods at the end of \a day. It begins with the product's last stocktake, all lines of
 /// that day together, and with nothing where there was none; a stocktake counts what is there in the evening,
-/// so that the purchases and sales of its day are in it.
+/// so that the purchases and sales of its day are in it. A date that is none is older than every day.
 db::Result<StockLedger> readStock(db::Connection &connection, const QDate &day, const db::Progress &progress);
 
 } // namespace slips

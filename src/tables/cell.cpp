@@ -1,5 +1,7 @@
 #include "tables/cell.h"
 
+#include "text/numbers.h"
+
 #include <QDate>
 
 #include <cmath>
@@ -43,8 +45,10 @@ Cell numberCell(const QVariant &value)
         const qint64 number = value.toLongLong();
         if (number >= -highestExact && number <= highestExact)
             return {Cell::Kind::Number, QString::number(number), double(number)};
-    } else if (type == QMetaType::Double && std::isfinite(value.toDouble())) {
+    } else if (type == QMetaType::Double) {
         const double number = value.toDouble();
+        if (!std::isfinite(number))
+            return {Cell::Kind::Text, text::formatPlain(number)};
         // Written out, as other programs' readers expect of an amount: 100000 rather than 1e+05.
         const char form = std::abs(number) <= double(highestExact) ? 'f' : 'g';
         return {Cell::Kind::Number, QString::number(number, form, QLocale::FloatingPointShortest), number};

@@ -83,11 +83,15 @@ double withoutNoise(double value)
 
 bool isWhole(double value) { return std::trunc(value) == value; }
 
+// What lists show where a stored value is no amount, and where a sum holds one.
+QString uncountable() { return QStringLiteral("計算不能"); }
+
 // "#,##0" with as many decimals, rounded half away from zero.
 QString fixedPoint(double value, int decimals)
 {
-    if (!std::isfinite(value))
-        return QStringLiteral("桁あふれ"); // a sum into which a damaged file brought an endless amount
+    constexpr double beyondAllAmounts = 1e18;
+    if (!(std::abs(value) < beyondAllAmounts))
+        return uncountable();
     const double units = std::round(withoutNoise(std::abs(value) * std::pow(10.0, decimals)));
     QString result = QString::number(units, 'f', 0).rightJustified(decimals + 1, u'0');
     const qsizetype wholeDigits = result.size() - decimals;
@@ -140,6 +144,8 @@ QString formatQuantity(double value) { return fixedPoint(value, isWhole(withoutN
 
 QString formatPlain(double value)
 {
+    if (!std::isfinite(value))
+        return uncountable();
     const double shown = withoutNoise(value);
     return shown == 0 ? QStringLiteral("0") : QString::number(shown, 'f', QLocale::FloatingPointShortest);
 }

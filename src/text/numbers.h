@@ -22,14 +22,15 @@ std::optional<qint64> parseInteger(QStringView s);
 /// A stored setting or field as a number: what does not parse counts as 0.
 double numberOrZero(QStringView s);
 
-/// "#,##0": rounded half away from zero to whole yen, "-1,234" when negative; never "-0". "桁あふれ" for a
-/// sum beyond what a double holds.
+/// "#,##0": rounded half away from zero to whole yen, "-1,234" when negative; never "-0".
+/// "計算不能" for what is not finite or has more than eighteen digits.
 QString formatAmount(double value);
 
-/// Quantities and unit prices: "#,##0" when whole, "#,##0.00" otherwise; too large as formatAmount.
+/// Quantities and unit prices: "#,##0" when whole, "#,##0.00" otherwise; what is none as formatAmount.
 QString formatQuantity(double value);
 
-/// A number as it is edited: shortest decimal form, no separators, no exponent ("2.5", "1000").
+/// A number as it is edited: shortest decimal form, no separators, no exponent ("2.5", "1000"); "計算不能"
+/// where it is not finite.
 QString formatPlain(double value);
 
 } // namespace text

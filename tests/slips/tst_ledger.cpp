@@ -1,6 +1,8 @@
 #include "generated_book.h"
 
-#include "slips/ledger.h"
+#include "slips/ledger_table.h"
+#include "slips/purchase_list.h"
+#include "slips/slip_store.h"
 #include "slips/stock_ledger.h"
 
 #include <QtTest>
@@ -198,6 +200,66 @@ private slots:
         QCOMPARE(slips::readLedger(shop.connection, Party::Customer, 7, whole)->totals.balance, 1000.0001);
         const auto list = slips::balanceList(shop.connection, Party::Customer, after.to, unwatched);
         QCOMPARE(list->front().balance, 1000.0001);
+    }
+
+    // Files made by other hands: what is no date is in every balance, and leads no list.
+    void oddDatesAreNeverLost()
+    {
+        FreshShop shop;
+        shop.run(
+            u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (1, 'abc', 'O1', 7), "
+            "(2, x'FF', 'O2', 7), (3, 20260401, 'O3', 7), (4, '2026-02-31', 'R4', 7), (5, NULL, 'O5', 7), "
+            "(6, '2026-01-05', 'O6', 7), (7, 'abc', 'T7', 7), (8, '2026-01-05', 'T8', 7)"_s);
+        shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 数量, 金額) "
+                 "SELECT ID, 'りんご', ID, 1 << ID FROM 入出庫マスター"_s);
+        const slips::Period january{{2026, 1, 1}, {2026, 1, 31}};
+        const auto ledger = slips::readLedger(shop.connection, Party::Customer, 7, january);
+        QVERIFY(ledger);
+        QCOMPARE(ledger->brought, 2 + 4 + 8 - 16 + 32.0);
+        QCOMPARE(ledger->lines.size(), 1u);
+        const auto list = slips::balanceList(shop.connection, Party::Customer, january.to, unwatched);
+        QCOMPARE(list->front().balance, ledger->totals.balance);
+        QCOMPARE(list->front().lastCharged, u"2026-01-05"_s);
+        const auto stock = slips::readStock(shop.connection, january.to, unwatched);
+        QCOMPARE(stock->lines.front().counted, u"2026-01-05"_s);
+        QCOMPARE(stock->lines.front().stocktake, 8.0);
+        const auto stocktakes = slips::readStocktakes(shop.connection, {{1752, 9, 14}, {9999, 12, 31}});
+        QCOMPARE(stocktakes->lines.size(), 1u);
+    }
+
+    void oddAmountsLeaveNoWrongSum_data()
+    {
+        QTest::addColumn<QString>("amount");
+        for (const char *amount : {"'abc'", "'12円'", "x'00'", "1e308", "-1e308", "9e999", "9e11 + 1"})
+            QTest::newRow(amount) << QString::fromUtf8(amount);
+    }
+    void oddAmountsLeaveNoWrongSum()
+    {
+        QFETCH(QString, amount);
+        FreshShop shop;
+        shop.run(
+            u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (1, '2026-01-05', 'I1', 7), "
+            "(2, '2026-01-06', 'P2', 7), (3, '2026-01-05', 'I3', 8), (4, '2026-01-05', 'T4', 8)"_s);
+        // A payment of the same does not make it good.
+        shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 数量, 単価, 金額) VALUES (1, 'りんご', %1, 2, %1), "
+                 "(2, '支払', NULL, NULL, %1), (3, 'なし', 1, 5, 5), (4, 'みかん', 1, 2, 2)"_s.arg(amount));
+        const slips::Period january{{2026, 1, 1}, {2026, 1, 31}};
+        const slips::Period february{{2026, 2, 1}, {2026, 2, 28}};
+        for (const slips::Period &period : {january, february}) {
+            const auto ledger = slips::readLedger(shop.connection, Party::Supplier, 7, period);
+            QVERIFY(std::isnan(ledger->totals.balance));
+            const auto purchases = slips::purchaseList(shop.connection, period, false, unwatched);
+            QVERIFY(std::isnan(purchases->totals.balance()));
+            QCOMPARE(purchases->suppliers.back().sums.balance(), 5.0);
+        }
+        const auto list = slips::balanceList(shop.connection, Party::Supplier, january.to, unwatched);
+        QVERIFY(std::isnan(list->front().balance));
+        QCOMPARE(list->back().balance, 5.0);
+        const slips::LedgerTable shown = slips::balanceTable(*list, Party::Supplier, january.to, true);
+        QCOMPARE(slips::shownText(slips::Content::Amount, shown.totals.back()), u"計算不能"_s);
+        QVERIFY(std::isnan(*slips::balance(shop.connection, Party::Supplier, 7)));
+        const auto stock = slips::readStock(shop.connection, january.to, unwatched);
+        QVERIFY(std::isnan(stock->total));
     }
 
     void stoppedListSaysSo()

@@ -101,7 +101,8 @@ void TestPurchaseList::rules_data()
     row("after the period", 0, {u"I 2026-05-01 1000"_s, u"P 2026-05-01 1"_s}, u"0 0 0 0 0"_s);
     row("tax named on a payment", 0, {u"P 2026-04-01 消費税=50"_s}, u"0 0 0 50 0"_s);
     row("other kinds", 0, {u"T 2026-04-01 9"_s, u"O 2026-04-01 9"_s, u"R 2026-04-01 9"_s}, u"0 0 0 0 0"_s);
-    row("no date", 0, {u"I - 1000"_s}, u"1000 0 0 0 0"_s);
+    row("no date", 0, {u"I - 1000"_s, u"I abc 200"_s, u"I 2026-04-31 30"_s, u"P 20260401 4"_s},
+        u"1226 0 0 0 0"_s);
     row("tenths", 0, QStringList(10, u"I 2026-04-01 0.1"_s), u"0 1 0 0 0"_s);
     row("on the bill: truncated once", 1, {u"I 2026-04-01 1005"_s, u"I 2026-04-02 1004"_s},
         u"0 2009 0 0 200"_s);

@@ -325,7 +325,10 @@ void TestText::formats_data()
         u"999999999999999"_s);
     row("beyond", 9007199254740991, u"9,007,199,254,740,991"_s, u"9,007,199,254,740,991"_s,
         u"9007199254740991"_s);
-    row("no number at all", std::numeric_limits<double>::infinity(), u"桁あふれ"_s, u"桁あふれ"_s, u"inf"_s);
+    const QString none = u"計算不能"_s;
+    row("longer than any", 1e18, none, none, u"1000000000000000000"_s);
+    row("infinite", -std::numeric_limits<double>::infinity(), none, none, none);
+    row("not a number", std::numeric_limits<double>::quiet_NaN(), none, none, none);
     row("no exponent", 0.00001, u"0"_s, u"0.00"_s, u"0.00001"_s);
 }
 
