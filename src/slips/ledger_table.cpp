@@ -179,6 +179,11 @@ LedgerTable stocktakeTable(const StocktakeReport &report, const Period &period)
         table.targets.emplace_back(SlipTarget{line.slip, stocktake});
     }
     const QVariant none;
+    if (report.undatedLines > 0) {
+        const QString remark = u"日付のない棚卸 %1 行（合計に含みません）"_s.arg(report.undatedLines);
+        table.rows.push_back({none, none, none, remark, none, none, none, none, none});
+        table.targets.emplace_back(SlipTarget{report.firstUndated, stocktake});
+    }
     table.totals = {none, none, none, u"合計"_s, none, none, none, none, report.total};
     table.sums = {{u"棚卸金額合計"_s, report.total}};
     return table;

@@ -72,6 +72,7 @@ LedgerTable ledgerTable(const Ledger &ledger, Party party, const QString &name, 
 LedgerTable balanceTable(const std::vector<CounterpartBalance> &balances, Party party, const QDate &day,
                          bool onlyOpen);
 
+/// A last row tells how many lines have no date, and leads to the first of them.
 LedgerTable stocktakeTable(const StocktakeReport &report, const Period &period);
 
 /// \a onlyInStock: without goods of which nothing is left.

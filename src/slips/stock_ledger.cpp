@@ -138,6 +138,9 @@ StockLine lineOf(const GoodsKey &key, const Goods &goods)
 
 db::Result<StocktakeReport> readStocktakes(db::Connection &connection, const Period &period)
 {
+    db::ReadTransaction oneMoment(connection);
+    if (const db::Status begun = oneMoment.begin(); !begun)
+        return begun.error();
     const auto rows = connection.select(
         u"SELECT 入出庫マスター.ID, 日付, 伝票番号, 相手先ID, 仕入先ID, 仕入先名1, 仕入先名2, 商品名, 規格, "
         "数量, 単位, 単価, 金額 FROM 入出庫マスター "
@@ -154,6 +157,15 @@ db::Result<StocktakeReport> readStocktakes(db::Connection &connection, const Per
         total.add(report.lines.back().amount);
     }
     report.total = total.value();
+    const auto undated = connection.select(
+        u"SELECT COUNT(*), MIN(入出庫マスター.ID) FROM 入出庫マスター "
+        "INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID WHERE 伝票番号 LIKE ? AND "_s +
+            isUndated(),
+        {patternOf(stocktake)});
+    if (!undated)
+        return undated.error();
+    report.undatedLines = undated->rows.front().at(0).toLongLong();
+    report.firstUndated = undated->rows.front().at(1).toLongLong();
     return report;
 }
 

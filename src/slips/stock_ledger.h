@@ -25,9 +25,13 @@ struct StocktakeReport
 {
     std::vector<StocktakeLine> lines; // in the order of date, slip and entry
     double total = 0;                 // yen
+
+    // Lines of slips whose date is missing or none: no period has them, and the stock does.
+    qint64 undatedLines = 0;
+    qint64 firstUndated = 0; // a slip that has some
 };
 
-/// The stocktake slips within \a period.
+/// The stocktake slips within \a period, and how many lines are within none.
 db::Result<StocktakeReport> readStocktakes(db::Connection &connection, const Period &period);
 
 /// Goods under one name, specification and unit: quantities in different units cannot be added.
