@@ -6,6 +6,7 @@
 #include "slips/estimate_layout.h"
 #include "slips/estimate_print.h"
 #include "slips/frmMitsumori.h"
+#include "support/scripted_test.h"
 #include "ui/date_box.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
@@ -75,21 +76,11 @@ QStringList misplaced(const Sheet &sheet)
 
 } // namespace
 
-class TestEstimate : public QObject
+class TestEstimate : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        ui::prompts::beginScript();
-        ui::file_dialogs::beginScript();
-    }
-    void cleanup()
-    {
-        QCOMPARE(ui::prompts::takeUnexpected() + ui::file_dialogs::takeUnexpected(), QString());
-    }
-
     void pages_data()
     {
         QTest::addColumn<int>("lines");

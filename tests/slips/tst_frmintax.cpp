@@ -2,6 +2,7 @@
 
 #include "slips/frmInList.h"
 #include "slips/frmInTax.h"
+#include "support/scripted_test.h"
 #include "ui/prompts.h"
 
 #include <QtTest>
@@ -44,14 +45,11 @@ constexpr auto taxFigures = {"txtCarried", "txtPurchases", "txtPayments", "txtBa
 
 } // namespace
 
-class TestFrmInTax : public QObject
+class TestFrmInTax : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void enteringAndCancelling()
     {
         SlipDesk<slips::frmInTax> desk;

@@ -2,6 +2,7 @@
 #include "slips/frmOut.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
@@ -114,14 +115,11 @@ const QString withLines = u"Frame1 cmdSubAdd cmdSubCancel cmdNext cmdMasterCance
 
 } // namespace
 
-class TestFrmOut : public QObject
+class TestFrmOut : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void lifeOfASlip();
     void worksByKeyboardAlone();
     void enterTakesTheMarkedName();

@@ -5,6 +5,7 @@
 #include "slips/frmMitumoriAmd.h"
 #include "slips/frmOutAmd.h"
 #include "support/screen_driver.h"
+#include "support/scripted_test.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -85,14 +86,11 @@ struct Desk
 
 } // namespace
 
-class TestFrmOutAmd : public QObject
+class TestFrmOutAmd : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void everyKindHasItsScreen()
     {
         const std::vector<std::tuple<SlipKind, QString, QString, QStringList>> expected{

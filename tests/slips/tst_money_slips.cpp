@@ -2,6 +2,7 @@
 
 #include "slips/money_slips.h"
 #include "slips/slip_store.h"
+#include "support/scripted_test.h"
 #include "ui/prompts.h"
 
 #include <QtTest>
@@ -15,14 +16,11 @@ constexpr auto buttons = {"Frame2", "Frame1", "cmdSubAdd", "cmdNext", "cmdMaster
 
 } // namespace
 
-class TestMoneySlips : public QObject
+class TestMoneySlips : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void lifeOfAReceipt()
     {
         SlipDesk<slips::frmOutReceipt> desk;

@@ -4,6 +4,7 @@
 
 #include "slips/frmIn.h"
 #include "slips/frmMitsumori.h"
+#include "support/scripted_test.h"
 #include "ui/prompts.h"
 
 #include <QCheckBox>
@@ -11,14 +12,11 @@
 
 using namespace Qt::StringLiterals;
 
-class TestPurchaseSlips : public QObject
+class TestPurchaseSlips : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { ui::prompts::beginScript(); }
-    void cleanup() { QCOMPARE(ui::prompts::takeUnexpected(), QString()); }
-
     void purchaseOfEachClass_data()
     {
         QTest::addColumn<int>("taxClass");
