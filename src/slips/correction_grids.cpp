@@ -6,6 +6,9 @@
 #include "ui/grid.h"
 
 #include <QBrush>
+#include <QTimer>
+
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 
@@ -20,6 +23,42 @@ const QList<ui::GridColumn> headerColumns{{u"日付"_s, 10},   {u"伝票番号"_
 const QList<ui::GridColumn> goodsColumns{{u"商品名"_s, 40}, {u"規格"_s, 20}, {u"数量"_s, 10},
                                          {u"単位"_s, 8},    {u"単価"_s, 12}, {u"金額"_s, 14}};
 const QList<ui::GridColumn> moneyColumns{{u"商品名"_s, 30}, {u"規格"_s, 24}, {u"金額"_s, 16}};
+
+// The names of counterparts, each read once for as long as a list stands.
+class CounterpartNames : public QObject
+{
+public:
+    CounterpartNames(db::Recordset &headers, db::Connection &connection, Party party)
+        : QObject(&headers)
+        , m_connection(connection)
+        , m_party(party)
+    {
+        m_pause.setSingleShot(true);
+        connect(&headers, &QAbstractItemModel::modelReset, this, [this] { m_names.clear(); });
+    }
+
+    /// Empty while the file cannot be read: each try may wait for seconds on another program's lock, and a
+    /// painting asks for a name in every row.
+    QString nameOf(qint64 id)
+    {
+        if (const auto known = m_names.constFind(id); known != m_names.constEnd())
+            return *known;
+        if (m_pause.isActive())
+            return {};
+        const auto name = nameOfCounterpart(m_connection, m_party, id);
+        if (!name) {
+            m_pause.start(std::chrono::seconds(2));
+            return {};
+        }
+        return *m_names.insert(id, *name);
+    }
+
+private:
+    db::Connection &m_connection;
+    const Party m_party;
+    QHash<qint64, QString> m_names;
+    QTimer m_pause;
+};
 
 // Of a line whose figures disagree; readable in the light and in the dark appearance.
 const QColor markBack(0xff, 0xe0, 0x8a);
@@ -45,10 +84,8 @@ void showHeadersIn(ui::Grid &grid, db::Recordset &headers, db::Connection &conne
     headers.setCaption(u"相手先ID"_s, kind.party == Party::Customer ? u"納品先"_s : u"仕入先"_s);
     headers.setCaption(u"社員ID"_s, u"担当者"_s);
     headers.setCaption(u"消費税率"_s, u"税率 %"_s);
-    headers.setNames(u"相手先ID"_s, [&connection, party = kind.party](qint64 id) {
-        const auto name = nameOfCounterpart(connection, party, id);
-        return name ? *name : QString();
-    });
+    auto *names = new CounterpartNames(headers, connection, kind.party);
+    headers.setNames(u"相手先ID"_s, [names](qint64 id) { return names->nameOf(id); });
     headers.setNames(u"社員ID"_s,
                      [employees](qint64 id) { return employees.value(id, deletedEmployeeName(id)); });
     grid.setColumns(headerColumns);
