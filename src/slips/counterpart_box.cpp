@@ -1,8 +1,10 @@
 #include "slips/counterpart_box.h"
 
+#include "text/width.h"
 #include "ui/messages.h"
 
 #include <QComboBox>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +29,21 @@ void offer(QComboBox &box, const db::Recordset &found)
     box.setCurrentIndex(-1); // the Down key brings the first one
 }
 
+// Slips of a deleted counterpart are found by the key that lists tell, and slips of none by what they say.
+std::optional<CounterpartKey> unknownCounterpartIn(const QString &typed)
+{
+    static const QRegularExpression withKey(u"^(?:\\(削除済み\\) *)?(?:ID *)?([0-9]+)$"_s,
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QString text = text::toHalfWidthAscii(typed).trimmed();
+    if (text == unknownCounterpartName({}))
+        return CounterpartKey();
+    bool fits = false;
+    const qint64 key = withKey.match(text).captured(1).toLongLong(&fits);
+    if (!fits)
+        return std::nullopt;
+    return CounterpartKey(key);
+}
+
 } // namespace
 
 db::Result<CounterpartChoice> counterpartIn(QComboBox &box, db::Connection &connection,
@@ -34,7 +51,7 @@ db::Result<CounterpartChoice> counterpartIn(QComboBox &box, db::Connection &conn
 {
     const QString typed = box.currentText();
     if (typed.trimmed().isEmpty())
-        return CounterpartChoice{.refusal = ui::messages::searchEmpty()};
+        return CounterpartChoice{{}, ui::messages::searchEmpty()};
     if (const int chosen = box.findText(typed); chosen >= 0)
         return CounterpartChoice{box.itemData(chosen).toLongLong(), {}};
     db::Recordset found(connection);
@@ -42,9 +59,11 @@ db::Result<CounterpartChoice> counterpartIn(QComboBox &box, db::Connection &conn
         return searched.error();
     if (found.count() == 1)
         return CounterpartChoice{found.currentKey(), {}};
+    if (const auto unknown = unknownCounterpartIn(typed); unknown && found.isEmpty())
+        return CounterpartChoice{*unknown, {}};
     offer(box, found);
     box.setEditText(typed);
-    return CounterpartChoice{.refusal = found.isEmpty() ? ui::messages::nothingFound() : several};
+    return CounterpartChoice{{}, found.isEmpty() ? ui::messages::nothingFound() : several};
 }
 
 } // namespace slips

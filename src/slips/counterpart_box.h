@@ -1,5 +1,6 @@
 #pragma once
 
+#include "slips/counterpart_name.h"
 #include "slips/counterpart_search.h"
 
 class QComboBox;
@@ -10,12 +11,14 @@ namespace slips
 /// The one counterpart that a drop-down leads to.
 struct CounterpartChoice
 {
-    qint64 counterpart = 0;
+    CounterpartKey counterpart;
     QString refusal; // where none or more than one is meant: what is to be told
 };
 
 /// Whom \a box means: the one chosen from its list, or else the one whose search key holds the text typed
-/// into it. When several do, they become its list, to choose from; \a several tells that.
+/// into it. When several do, they become its list, to choose from; \a several tells that. Where nobody has
+/// the text in the key, it may name one whom no register has, as lists do: "(削除済み) ID 7", "ID 7", "7" or
+/// "(相手先なし)".
 db::Result<CounterpartChoice> counterpartIn(QComboBox &box, db::Connection &connection,
                                             const CounterpartSearch &search, const QString &several);
 

@@ -178,11 +178,11 @@ db::Status openSlips(db::Recordset &headers, const SlipKind &kind)
                         {patternOf(kind)}, u"ID"_s);
 }
 
-db::Result<bool> openSlipsOf(db::Recordset &headers, const SlipKind &kind, qint64 counterpart)
+db::Result<bool> openSlipsOf(db::Recordset &headers, const SlipKind &kind, CounterpartKey counterpart)
 {
     return headers.openIfAny(
-        u"SELECT * FROM 入出庫マスター WHERE 伝票番号 LIKE ? AND 相手先ID = ? ORDER BY ID"_s,
-        {patternOf(kind), counterpart}, u"ID"_s);
+        u"SELECT * FROM 入出庫マスター WHERE 伝票番号 LIKE ? AND 相手先ID IS ? ORDER BY ID"_s,
+        {patternOf(kind), counterpart ? QVariant(*counterpart) : QVariant()}, u"ID"_s);
 }
 
 db::Status openLines(db::Recordset &lines, qint64 id)

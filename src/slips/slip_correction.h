@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/recordset.h"
+#include "slips/counterpart_name.h"
 #include "slips/slip_reader.h"
 
 // Stored slips, corrected: which slips and lines a correction screen works on, what may be typed into their
@@ -13,9 +14,9 @@ namespace slips
 /// only what no other program has changed meanwhile.
 db::Status openSlips(db::Recordset &headers, const SlipKind &kind);
 
-/// As openSlips() for the slips of one counterpart. Where it has none, \a headers stays as it was.
-/// \return whether it has any
-db::Result<bool> openSlipsOf(db::Recordset &headers, const SlipKind &kind, qint64 counterpart);
+/// As openSlips() for the slips of one counterpart, or of none. Where it has none, \a headers stays as it
+/// was. \return whether it has any
+db::Result<bool> openSlipsOf(db::Recordset &headers, const SlipKind &kind, CounterpartKey counterpart);
 
 /// Fills \a lines with those of the slip \a id in the order of entry, with none for 0.
 db::Status openLines(db::Recordset &lines, qint64 id);

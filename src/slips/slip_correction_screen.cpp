@@ -173,7 +173,7 @@ void SlipCorrectionScreen::search()
     }
 }
 
-void SlipCorrectionScreen::narrowTo(qint64 counterpart)
+void SlipCorrectionScreen::narrowTo(CounterpartKey counterpart)
 {
     if (!saved())
         return;
@@ -234,14 +234,23 @@ void SlipCorrectionScreen::showHeader()
     m_ui->dbcShain->setPlaceholderText(employee < 0 ? headerCell(u"社員ID"_s).data().toString() : QString());
     m_ui->dbcShain->setCurrentIndex(employee);
     m_ui->Text4->setText(m_headers.text(u"相手先ID"_s));
+    // Without a counterpart the box above is as empty as without a slip.
+    if (m_counterpart.isEmpty())
+        m_ui->txtNouhinsaki1->setText(m_headers.currentRow() < 0 ? QString()
+                                                                 : unknownCounterpartName(counterpart()));
     showRemarks();
+}
+
+CounterpartKey SlipCorrectionScreen::counterpart() const
+{
+    const QVariant key = m_headers.value(u"相手先ID"_s);
+    return key.isNull() ? CounterpartKey() : CounterpartKey(key.toLongLong());
 }
 
 void SlipCorrectionScreen::showCounterpart()
 {
     tell(openCounterpart(m_counterpart, m_description.search, m_ui->Text4->text().toLongLong()));
     const QString party = QString::fromUtf16(m_description.party);
-    const bool deleted = m_counterpart.isEmpty() && !m_ui->Text4->text().isEmpty();
     m_ui->Text2->setText(m_counterpart.isEmpty() ? QString() : QString::number(m_counterpart.currentKey()));
     const auto show = [this](QLineEdit *box, const QString &column) {
         box->setText(m_counterpart.text(column));
@@ -255,8 +264,6 @@ void SlipCorrectionScreen::showCounterpart()
     show(m_ui->txtAddress2, u"住所2"_s);
     show(m_ui->txtTel, u"TEL1"_s);
     show(m_ui->txtTaxK, u"消費税区分"_s);
-    if (deleted)
-        m_ui->txtNouhinsaki1->setText(deletedCounterpartName(m_ui->Text4->text().toLongLong()));
     m_ui->lblTaxClass->setText(m_counterpart.isEmpty() ? QString()
                                                        : nameOf(taxClassFrom(m_ui->txtTaxK->text())));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "slips/counterpart_name.h"
 #include "slips/counterpart_search.h"
 #include "ui/screen.h"
 
@@ -68,11 +69,12 @@ private:
 
     void showAll();
     void search();
-    void narrowTo(qint64 counterpart);
+    void narrowTo(CounterpartKey counterpart);
 
     void showSlip();
     void showHeader();
     void showCounterpart();
+    [[nodiscard]] CounterpartKey counterpart() const; // of the shown slip
     void showRemarks();
     bool editHeader(const QString &column, QLineEdit *box);
     [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip

@@ -320,6 +320,21 @@ private slots:
         QCOMPARE(desk.numbers(), (QStringList{u"O1"_s, u"O9"_s}));
         searchFor(u"key1"_s); // only one has it
         QCOMPARE(desk.numbers(), QStringList{u"O1"_s});
+        // Those whom no register has are found by what lists call them.
+        desk.shop.addSlip(10, u"O10"_s, 77);
+        desk.shop.addSlip(11, u"O11"_s, 78);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 相手先ID = NULL WHERE ID = 11"_s);
+        for (const QString &text : {u"77"_s, u"ＩＤ　７７"_s, u"(削除済み) ID 77"_s}) {
+            desk.driver.press("cmdAll");
+            searchFor(text);
+            QCOMPARE(desk.numbers(), QStringList{u"O10"_s});
+            QCOMPARE(desk.driver.box("txtNouhinsaki1").text(), u"(削除済み) ID 77"_s);
+        }
+        searchFor(u"(相手先なし)"_s);
+        QCOMPARE(desk.numbers(), QStringList{u"O11"_s});
+        QCOMPARE(desk.driver.box("txtNouhinsaki1").text(), u"(相手先なし)"_s);
+        ui::prompts::expectInform(u"現在、該当する伝票はありません。"_s);
+        searchFor(u"ID 79"_s);
     }
 
     void deletingToTheLast()
