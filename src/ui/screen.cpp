@@ -94,6 +94,10 @@ void Screen::reject()
     if (mayClose()) {
         saveLayout();
         QDialog::reject();
+        // Closed from its own question, the screen goes in the same moment as the box, and a window manager
+        // that looks for who is next finds neither: the keys would go nowhere.
+        if (QWidget *opener = parentWidget(); opener && opener->isVisible())
+            opener->window()->activateWindow();
     }
 }
 
