@@ -43,6 +43,8 @@ frmAMain::frmAMain(Workspace &workspace, Openers openers, QWidget *parent)
     connect(&m_session, &DatabaseSession::closed, this, &frmAMain::databaseClosed);
     connect(m_maintenance, &FileMaintenance::emptied, this, &frmAMain::tablesEmptied);
     connect(m_ui->dbcShain, &QComboBox::currentIndexChanged, this, &frmAMain::employeeSelected);
+    connect(m_ui->dbcShain, &QComboBox::activated, this,
+            [this] { m_workspace.settings.write(keys::employee, m_ui->txtShainID->text()); });
 }
 
 frmAMain::~frmAMain() = default;

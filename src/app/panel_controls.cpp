@@ -83,8 +83,10 @@ PanelControls::PanelControls(QWidget &window, Workspace &workspace)
     bindCombos();
     bindTaxRate();
     bindSizes();
-    connect(control<QLineEdit>("txtDenNo"), &QLineEdit::textChanged, this,
+    auto *infix = control<QLineEdit>("txtDenNo");
+    connect(infix, &QLineEdit::textChanged, this,
             [this](const QString &text) { m_workspace.panel.numberInfix = text; });
+    connect(infix, &QLineEdit::editingFinished, this, &PanelControls::save);
 }
 
 void PanelControls::bindChecks()
@@ -92,6 +94,7 @@ void PanelControls::bindChecks()
     for (const CheckControl &check : checks) {
         connect(control<QCheckBox>(check.name), &QCheckBox::toggled, this,
                 [this, value = check.value](bool on) { m_workspace.panel.*value = on; });
+        connect(control<QCheckBox>(check.name), &QCheckBox::clicked, this, &PanelControls::save);
     }
 }
 
@@ -102,6 +105,7 @@ void PanelControls::bindCombos()
         box->addItems(combo.items);
         connect(box, &QComboBox::currentTextChanged, this,
                 [this, value = combo.value](const QString &text) { m_workspace.panel.*value = text; });
+        connect(box, &QComboBox::activated, this, &PanelControls::save);
     }
     connect(control<QComboBox>("Combo6"), &QComboBox::currentTextChanged, this,
             &PanelControls::carrierChanged);
@@ -193,6 +197,7 @@ void PanelControls::taxRateLeft()
         m_workspace.panel.taxRate = m_agreedTaxRate;
     }
     showTaxRate();
+    save();
 }
 
 void PanelControls::stepTaxRate(int direction)
@@ -202,6 +207,7 @@ void PanelControls::stepTaxRate(int direction)
         return;
     m_workspace.panel.taxRate = rate;
     showTaxRate();
+    save();
 }
 
 void PanelControls::showTaxRate()

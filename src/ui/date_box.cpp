@@ -61,7 +61,7 @@ void DateBox::tellRefused()
 {
     QApplication::beep();
     QToolTip::showText(mapToGlobal(rect().bottomLeft()),
-                       u"この数字では暦にない日付になります。日付を確かめてください。"_s, this);
+                       u"この数字は日付に入れられません。日付を確かめてください。"_s, this);
 }
 
 } // namespace ui

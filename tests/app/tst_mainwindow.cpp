@@ -402,6 +402,8 @@ void TestMainWindow::taxRate()
     QTest::keyClick(box, Qt::Key_Return);
     QTEST(stage.shop.workspace.panel.taxRate, "rate");
     QCOMPARE(box->text().toDouble(), stage.shop.workspace.panel.taxRate);
+    // Kept at once: a power cut must not bring the old rate back.
+    QCOMPARE(stage.shop.settings.number(keys::taxRate), stage.shop.workspace.panel.taxRate);
 }
 
 void TestMainWindow::sizesAlternate()
