@@ -79,9 +79,9 @@ void Settings::writeLayout(const QString &control, const QString &text)
 bool Settings::flush()
 {
     m_store->sync();
-    // What was not understood of a damaged file, or could not be written once, stays in the status for good and
-    // covers how writing went. A second store takes over what the first one holds, still unwritten or not, but
-    // not its status.
+    // What was not understood of a damaged file, or could not be written once, stays in the status for good
+    // and covers how writing went. A second store takes over what the first one holds, still unwritten or
+    // not, but not its status.
     if (m_store->status() != QSettings::NoError) {
         m_store = openStore(m_fileName);
         m_store->sync();
