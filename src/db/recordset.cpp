@@ -1,7 +1,5 @@
 #include "db/recordset.h"
 
-#include "db/keys.h"
-#include "db/transaction.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -15,11 +13,8 @@ namespace db
 namespace
 {
 
-constexpr int blockSize = 64;
 // About a megabyte of rows; more are read again when they are looked at again.
 constexpr int blocksKept = 64;
-
-QString placeholders(qsizetype count) { return QStringList(count, u"?"_s).join(u", "_s); }
 
 QMetaType::Type typeOf(const QString &declared)
 {
@@ -145,6 +140,8 @@ Status Recordset::requery()
     return had ? moveToKey(key) : Status();
 }
 
+QString Recordset::placeholders(qsizetype count) { return QStringList(count, u"?"_s).join(u", "_s); }
+
 qint64 Recordset::currentKey() const { return m_current < 0 ? 0 : keyAt(m_current); }
 
 Status Recordset::moveTo(int row)
@@ -180,231 +177,6 @@ void Recordset::setCurrent(int row)
     m_edits.clear();
     m_current = row;
     emit currentRowChanged(row);
-}
-
-QVariant Recordset::value(const QString &column) const
-{
-    const int index = columnOf(column);
-    if (m_current < 0 || index < 0)
-        return {};
-    const auto edit = m_edits.constFind(index);
-    return edit != m_edits.constEnd() ? *edit : stored(m_current, index);
-}
-
-void Recordset::setValue(const QString &column, const QVariant &value)
-{
-    const int index = columnOf(column);
-    if (m_current < 0 || index < 0)
-        return;
-    const QVariant old = stored(m_current, index);
-    const QVariant now = coerced(index, value);
-    // To the clerk an empty box is the same whether the file holds NULL or an empty text.
-    if (now == old || (now.toString().isEmpty() && old.toString().isEmpty())) {
-        if (m_edits.remove(index) == 0)
-            return;
-    } else {
-        m_edits.insert(index, now);
-    }
-    rowChanged(m_current);
-    emit edited();
-}
-
-QVariant Recordset::coerced(int column, const QVariant &value) const
-{
-    if (value.isNull() || value.typeId() != QMetaType::QString)
-        return value;
-    switch (m_types.at(column)) {
-    case QMetaType::LongLong: {
-        const auto number = text::parseInteger(value.toString());
-        return number ? QVariant(*number) : QVariant();
-    }
-    case QMetaType::Double: {
-        const auto number = text::parseNumber(value.toString());
-        return number ? QVariant(*number) : QVariant();
-    }
-    default:
-        return value;
-    }
-}
-
-Status Recordset::update(const Step &before)
-{
-    if (m_current < 0 || m_edits.isEmpty())
-        return {};
-    Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
-        return begun;
-    if (const Status prepared = before ? before() : Status(); !prepared)
-        return prepared;
-    if (const Status done = write(); !done)
-        return done;
-    if (const Status done = transaction.commit(); !done)
-        return done;
-    written();
-    return {};
-}
-
-Status Recordset::updateWith(Recordset &other, const Step &before)
-{
-    if (!other.isDirty())
-        return update(before);
-    const Status done = other.update([&] {
-        if (!isDirty())
-            return m_guarded ? checkAsRead() : Status();
-        if (const Status prepared = before ? before() : Status(); !prepared)
-            return prepared;
-        return write();
-    });
-    if (done && isDirty())
-        written();
-    return done;
-}
-
-// The edits into the file, inside the transaction of the caller.
-Status Recordset::write()
-{
-    const auto shown = m_blocks.constFind(m_current / blockSize);
-    if (shown != m_blocks.constEnd() && !shown->isRead) {
-        refresh();
-        return Error{
-            u"表示中のデータを読み取れなかったため、保存できませんでした。表示を確認してから、もう一度実行してください。"_s};
-    }
-    if (const Status same = m_guarded ? checkAsRead() : Status(); !same)
-        return same;
-    QStringList assignments;
-    QVariantList values;
-    for (auto edit = m_edits.cbegin(); edit != m_edits.cend(); ++edit) {
-        assignments << m_columns.at(edit.key()) + u" = ?"_s;
-        values << edit.value();
-    }
-    values << currentKey();
-    const auto changed = m_connection.execute(
-        u"UPDATE "_s + m_table + u" SET "_s + assignments.join(u", "_s) + u" WHERE "_s + m_key + u" = ?"_s,
-        values);
-    if (!changed)
-        return changed.error();
-    if (*changed == 0)
-        return Error{u"表示中のデータはほかのプログラムで削除されたため、保存できませんでした。"_s};
-    return {};
-}
-
-void Recordset::written()
-{
-    m_edits.clear();
-    refresh();
-}
-
-Status Recordset::checkAsRead() const
-{
-    const auto now = m_connection.select(u"SELECT "_s + m_selectList + u" FROM "_s + m_table + u" WHERE "_s +
-                                             m_key + u" = ?"_s,
-                                         {currentKey()});
-    if (!now)
-        return now.error();
-    if (now->isEmpty())
-        return Error{u"表示中のデータはほかのプログラムで削除されたため、変更できませんでした。"_s};
-    for (int column = 0; column < columnCount(); ++column) {
-        if (now->rows.front().at(column) != stored(m_current, column))
-            return Error{
-                u"表示中のデータはほかのプログラムで変更されたため、変更できませんでした。表示を確認してから、もう一度実行してください。"_s};
-    }
-    return {};
-}
-
-void Recordset::revert()
-{
-    if (!isDirty())
-        return;
-    m_edits.clear();
-    rowChanged(m_current);
-    emit currentRowChanged(m_current);
-    emit edited();
-}
-
-Result<qint64> Recordset::add(const QVariantMap &values)
-{
-    Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
-        return begun.error();
-    const auto key = nextKey(m_connection, m_table);
-    if (!key)
-        return key.error();
-    QStringList names{m_key};
-    QVariantList bound{*key};
-    for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        names << value.key();
-        bound << value.value();
-    }
-    const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s + names.join(u", "_s) +
-                                                u") VALUES ("_s + placeholders(names.size()) + u")"_s,
-                                            bound);
-    if (!added)
-        return added.error();
-    if (const Status done = transaction.commit(); !done)
-        return done.error();
-    inserted(*key);
-    return *key;
-}
-
-Status Recordset::append(const QVariantMap &values)
-{
-    Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
-        return begun;
-    const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s +
-                                                QStringList(values.keys()).join(u", "_s) + u") VALUES ("_s +
-                                                placeholders(values.size()) + u")"_s,
-                                            values.values());
-    if (!added)
-        return added.error();
-    const auto row = m_connection.keys(u"SELECT last_insert_rowid()"_s);
-    if (!row)
-        return row.error();
-    if (const Status done = transaction.commit(); !done)
-        return done;
-    inserted(row->front());
-    return {};
-}
-
-void Recordset::inserted(qint64 key)
-{
-    const int row = count();
-    beginInsertRows({}, row, row);
-    m_keys.push_back(key);
-    m_blocks.remove(row / blockSize);
-    endInsertRows();
-    setCurrent(row);
-}
-
-Status Recordset::remove(const Step &before)
-{
-    if (m_current < 0)
-        return {};
-    Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
-        return begun;
-    if (const Status same = m_guarded ? checkAsRead() : Status(); !same)
-        return same;
-    if (const Status prepared = before ? before() : Status(); !prepared)
-        return prepared;
-    const auto removed =
-        m_connection.execute(u"DELETE FROM "_s + m_table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()});
-    if (!removed)
-        return removed.error();
-    if (const Status done = transaction.commit(); !done)
-        return done;
-    const int row = m_current;
-    m_edits.clear();
-    // Grids move off the row that goes; nothing of it is to be settled any more.
-    Step leaving = std::exchange(m_leaving, {});
-    beginRemoveRows({}, row, row);
-    m_keys.erase(m_keys.begin() + row);
-    m_blocks.clear();
-    m_current = std::min(row, count() - 1);
-    endRemoveRows();
-    m_leaving = std::move(leaving);
-    emit currentRowChanged(m_current);
-    return {};
 }
 
 void Recordset::refresh()

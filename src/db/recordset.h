@@ -146,6 +146,8 @@ signals:
     void refused(const QString &reason);
 
 private:
+    static constexpr int blockSize = 64; // rows
+
     // A run of rows, kept as read. What could not be read shows as empty rows.
     struct Block
     {
@@ -158,6 +160,9 @@ private:
         QStringList names;
         QList<QMetaType::Type> types;
     };
+
+    // "?, ?, ?"
+    static QString placeholders(qsizetype count);
 
     Result<std::vector<qint64>> readKeys(const QString &statement, const QVariantList &values,
                                          const QString &key);
