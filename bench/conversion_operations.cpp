@@ -3,7 +3,7 @@
 #include "measuring.h"
 #include "old_file_maker.h"
 
-#include "db/conversion.h"
+#include "db/old_files/conversion.h"
 #include "db/schema.h"
 
 #include <QFile>
@@ -22,7 +22,7 @@ constexpr double allowed = 3;
 
 void convert(const QString &source, const QString &target)
 {
-    const auto converted = db::convertOldFile(source, target, db::unwatched);
+    const auto converted = db::convertOldFile(source, target, base::unwatched);
     if (!converted || !converted->isComplete())
         qFatal("the old file was not carried over");
 }

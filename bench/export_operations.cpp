@@ -3,8 +3,8 @@
 #include "bare.h"
 #include "measuring.h"
 
-#include "registers/customer_export.h"
 #include "registers/frmNouhin.h"
+#include "registers/lists/customer_export.h"
 #include "ui/grid.h"
 
 #include <QCoreApplication>
@@ -38,7 +38,7 @@ public:
     {
         const QString target = path(name);
         return secondsOf([&] {
-            const auto written = registers::exportCustomers(m_shop.connection, target, db::unwatched);
+            const auto written = registers::exportCustomers(m_shop.connection, target, base::unwatched);
             if (!written)
                 qFatal("%s", qPrintable(written.error().text));
         });

@@ -1,8 +1,8 @@
 // Work on whole files, against what SQLite's own interface needs for the same.
 #include "file_operations.h"
 
+#include "db/care/file_repair.h"
 #include "db/create.h"
-#include "db/file_repair.h"
 
 #include <QFile>
 
@@ -31,7 +31,7 @@ QString compacted(const QString &fileName)
 void repairWholly(const QString &fileName)
 {
     db::FileRepair repair(fileName, compacted(fileName));
-    if (!repair.begin() || !repair.check(db::unwatched) || !repair.compact(db::unwatched) ||
+    if (!repair.begin() || !repair.check(base::unwatched) || !repair.compact(base::unwatched) ||
         !repair.finish({}))
         qFatal("not repaired");
 }
@@ -39,7 +39,7 @@ void repairWholly(const QString &fileName)
 void compact(const QString &fileName)
 {
     db::PlainHandle file;
-    if (!file.open(fileName) || !db::compactInto(file, compacted(fileName), db::unwatched))
+    if (!file.open(fileName) || !db::compactInto(file, compacted(fileName), base::unwatched))
         qFatal("not compacted");
 }
 
@@ -56,7 +56,7 @@ void vacuumInto(const QString &fileName)
 void open(const QString &fileName)
 {
     db::Connection connection;
-    if (const db::Status opened = connection.open(fileName); !opened)
+    if (const base::Status opened = connection.open(fileName); !opened)
         qFatal("%s", qPrintable(opened.error().text));
 }
 

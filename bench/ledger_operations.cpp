@@ -2,9 +2,9 @@
 
 #include "bare.h"
 
-#include "slips/ledger.h"
-#include "slips/purchase_list.h"
-#include "slips/stock_ledger.h"
+#include "reports/ledgers/ledger.h"
+#include "reports/ledgers/stock_ledger.h"
+#include "reports/purchases/purchase_list.h"
 
 #include <QLocale>
 
@@ -17,8 +17,8 @@ namespace
 {
 
 // The last year of the shops: most of a customer's lines come before it, and are added up.
-const slips::Period lastYear{{2025, 4, 1}, {2026, 3, 31}};
-const slips::Period lastMonth{{2026, 3, 1}, {2026, 3, 31}};
+const book::Period lastYear{{2025, 4, 1}, {2026, 3, 31}};
+const book::Period lastMonth{{2026, 3, 1}, {2026, 3, 31}};
 
 // One customer after the other, so that no run finds the pages of the last one warm.
 template <class Work>
@@ -39,7 +39,7 @@ void registerLedger(const Shops &shops, std::vector<Row> &rows, int customers, i
     auto shop = std::make_shared<OpenShop>(file);
     auto bare = std::make_shared<Bare>(file);
     addForEachCustomer(rows.size() - 1, "ours", customers, [shop](qint64 customer) {
-        if (!slips::readLedger(shop->connection, slips::Party::Customer, customer, lastYear))
+        if (!reports::readLedger(shop->connection, book::Party::Customer, customer, lastYear))
             qFatal("the ledger was not read");
     });
     addForEachCustomer(rows.size() - 1, "bare", customers,
@@ -59,7 +59,7 @@ void registerLedgers(const Shops &shops, std::vector<Row> &rows)
     auto bare = std::make_shared<Bare>(file);
     add(rows.size() - 1, "ours", [shop] {
         return secondsOf([&] {
-            (void)slips::balanceList(shop->connection, slips::Party::Customer, lastYear.to, db::unwatched);
+            (void)reports::balanceList(shop->connection, book::Party::Customer, lastYear.to, base::unwatched);
         });
     });
     add(rows.size() - 1, "bare", [bare] { return secondsOf([&] { bare->balances(); }); });
@@ -67,7 +67,7 @@ void registerLedgers(const Shops &shops, std::vector<Row> &rows)
     rows.push_back({"monthly purchase list", "1,000,000 slips", 0});
     add(rows.size() - 1, "ours", [shop] {
         return secondsOf([&] {
-            if (!slips::purchaseList(shop->connection, lastMonth, false, db::unwatched))
+            if (!reports::purchaseList(shop->connection, lastMonth, false, base::unwatched))
                 qFatal("the purchase list was not read");
         });
     });
@@ -77,7 +77,7 @@ void registerLedgers(const Shops &shops, std::vector<Row> &rows)
     rows.push_back({"stock of all goods", "1,000,000 slips", 0});
     add(rows.size() - 1, "ours", [shop] {
         return secondsOf([&] {
-            if (!slips::readStock(shop->connection, lastYear.to, db::unwatched))
+            if (!reports::readStock(shop->connection, lastYear.to, base::unwatched))
                 qFatal("the stock was not read");
         });
     });

@@ -28,7 +28,7 @@ int main(int argc, char *argv[])
         errors << "make-shop: at least one customer, please\n";
         return 2;
     }
-    if (const db::Status made = bench::makeShop(parser.positionalArguments().constFirst(), size); !made) {
+    if (const base::Status made = bench::makeShop(parser.positionalArguments().constFirst(), size); !made) {
         errors << made.error().text << '\n';
         return 1;
     }

@@ -29,7 +29,7 @@ QString Shops::shop(int customers, int slips) const
     // Under another name until it is complete, should the run be interrupted.
     const QString unfinished = fileName + u".new"_s;
     QFile::remove(unfinished);
-    if (const db::Status made = makeShop(unfinished, {customers, slips, 1}); !made)
+    if (const base::Status made = makeShop(unfinished, {customers, slips, 1}); !made)
         qFatal("%s", qPrintable(made.error().text));
     QFile::rename(unfinished, fileName);
     return fileName;
@@ -53,7 +53,7 @@ OpenShop::OpenShop()
 OpenShop::OpenShop(const QString &fileName)
     : OpenShop()
 {
-    if (const db::Status opened = connection.open(fileName); !opened)
+    if (const base::Status opened = connection.open(fileName); !opened)
         qFatal("%s", qPrintable(opened.error().text));
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/settings.h"
-#include "app/workspace.h"
 #include "db/connection.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -39,8 +39,8 @@ struct OpenShop
     explicit OpenShop(const QString &fileName);
 
     db::Connection connection;
-    app::Settings settings;
-    app::Workspace workspace;
+    workspace::Settings settings;
+    workspace::Workspace workspace;
 };
 
 /// Registers a benchmark of the table's \a row; its time is what \a seconds returns for one run.

@@ -6,12 +6,12 @@
 #include "measuring.h"
 #include "search_operations.h"
 
-#include "app/frmAMain.h"
-#include "app/screens.h"
+#include "app/main_window/frmAMain.h"
+#include "app/main_window/screens.h"
+#include "book/slip_store.h"
 #include "registers/frmNouhin.h"
-#include "slips/frmOut.h"
-#include "slips/frmOutAmd.h"
-#include "slips/slip_store.h"
+#include "slips/correction/frmOutAmd.h"
+#include "slips/entry/frmOut.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -168,20 +168,20 @@ private:
     // a row of its own.
     static void storeSlip(db::Connection &connection, qint64 customer)
     {
-        slips::NewSlip slip;
+        book::NewSlip slip;
         slip.date = QDate(2026, 4, 1);
         slip.counterpart = customer;
         slip.employee = 1;
         slip.taxRate = 5;
         slip.stamp = slip.date;
-        const auto header = slips::saveHeader(connection, slip);
+        const auto header = book::saveHeader(connection, slip);
         bool good = bool(header);
         for (int line = 0; good && line < 5; ++line) {
             good =
-                slips::addLine(connection, header->id, {u"りんご"_s, u"贈答用"_s, 2, u"箱"_s, 3980, 7960}) &&
-                slips::slipTotal(connection, header->id);
+                book::addLine(connection, header->id, {u"りんご"_s, u"贈答用"_s, 2, u"箱"_s, 3980, 7960}) &&
+                book::slipTotal(connection, header->id);
         }
-        if (!good || !slips::closeSlip(connection, header->id, 5, slips::TaxClass::OnDelivery, false))
+        if (!good || !book::closeSlip(connection, header->id, 5, book::TaxClass::OnDelivery, false))
             qFatal("the slip was not saved");
     }
 
@@ -234,7 +234,7 @@ private:
         auto bare = std::make_shared<Bare>(file);
         add(at, "ours", [shop, customers, customer = qint64(0)]() mutable {
             customer = customer % customers + 1;
-            return secondsOf([&] { (void)slips::previousLines(shop->connection, slips::sale, customer); });
+            return secondsOf([&] { (void)book::previousLines(shop->connection, book::sale, customer); });
         });
         add(at, "bare", [bare, customers, customer = std::int64_t(0)]() mutable {
             customer = customer % customers + 1;

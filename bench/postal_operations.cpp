@@ -1,6 +1,6 @@
 #include "postal_operations.h"
 
-#include "registers/postal_lookup.h"
+#include "registers/postal/postal_lookup.h"
 #include "text/cp932.h"
 
 #include <QCoreApplication>

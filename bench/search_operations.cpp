@@ -4,8 +4,8 @@
 #include "measuring.h"
 
 #include "printing/frmPreview.h"
-#include "registers/frmNouhinFind.h"
-#include "registers/roster.h"
+#include "registers/lists/frmNouhinFind.h"
+#include "registers/lists/roster.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -56,7 +56,7 @@ void registerRoster(const Shops &shops, std::vector<Row> &rows, int customers)
         std::unique_ptr<printing::frmPreview> preview;
         return secondsOf([&] {
             const auto list =
-                registers::roster(shop->connection, *keys, options, QDate(2026, 4, 1), db::unwatched);
+                registers::roster(shop->connection, *keys, options, QDate(2026, 4, 1), base::unwatched);
             printing::Document document;
             document.title = list->title;
             document.purpose = printing::Purpose::Rosters;

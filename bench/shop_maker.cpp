@@ -293,9 +293,9 @@ bool fill(sqlite3 *handle, const ShopSize &size)
 
 } // namespace
 
-db::Status makeShop(const QString &fileName, const ShopSize &size)
+base::Status makeShop(const QString &fileName, const ShopSize &size)
 {
-    if (const db::Status created = db::createDatabase(fileName); !created)
+    if (const base::Status created = db::createDatabase(fileName); !created)
         return created;
     sqlite3 *handle = nullptr;
     bool good =
@@ -304,7 +304,7 @@ db::Status makeShop(const QString &fileName, const ShopSize &size)
             handle, "PRAGMA synchronous = OFF; PRAGMA journal_mode = OFF; PRAGMA cache_size = -200000; BEGIN",
             nullptr, nullptr, nullptr) == SQLITE_OK &&
         fill(handle, size) && sqlite3_exec(handle, "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK;
-    const db::Status made = good ? db::Status() : db::Status(db::errorFrom(handle));
+    const base::Status made = good ? base::Status() : base::Status(db::errorFrom(handle));
     sqlite3_close(handle);
     return made;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <cstdint>
 
@@ -17,6 +17,6 @@ struct ShopSize
 /// Makes a database file as twelve years of a shop would leave it, ending on 2026-03-31: masters, customers
 /// with search keys, suppliers and slips of all kinds, three lines each on average. The same size and seed
 /// give the same rows. Fails when \a fileName exists.
-db::Status makeShop(const QString &fileName, const ShopSize &size);
+base::Status makeShop(const QString &fileName, const ShopSize &size);
 
 } // namespace bench

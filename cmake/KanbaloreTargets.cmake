@@ -29,7 +29,6 @@ option(KANBALORE_SANITIZE "Build with the address and undefined-behaviour saniti
 
 macro(kanbalore_options)
     add_library(kanbalore_options INTERFACE)
-    target_include_directories(kanbalore_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
     target_compile_definitions(kanbalore_options INTERFACE
         QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH)
     target_compile_options(kanbalore_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
@@ -53,11 +52,31 @@ macro(kanbalore_options)
     target_precompile_headers(pch_screens PRIVATE "${PROJECT_SOURCE_DIR}/cmake/pch_screens.h")
 endmacro()
 
+# One include root a house, holding nothing but that house ("roots/db/db" leads to src/db). A target sees its own
+# and those of what it links, so that an include of a house above does not compile.
+function(kanbalore_see_house target)
+    file(RELATIVE_PATH path "${PROJECT_SOURCE_DIR}/src" "${CMAKE_CURRENT_SOURCE_DIR}")
+    if(path MATCHES "^\\.\\.")
+        return()
+    endif()
+    string(REGEX REPLACE "/.*" "" house "${path}")
+    set(root "${PROJECT_BINARY_DIR}/roots/${house}")
+    file(MAKE_DIRECTORY "${root}")
+    file(CREATE_LINK "${PROJECT_SOURCE_DIR}/src/${house}" "${root}/${house}" SYMBOLIC)
+    get_target_property(type ${target} TYPE)
+    if(type STREQUAL "EXECUTABLE")
+        target_include_directories(${target} PRIVATE "${root}")
+    else()
+        target_include_directories(${target} PUBLIC "${root}")
+    endif()
+endfunction()
+
 # Logic: QtCore and QtSql only, so that no widget can slip in.
 function(kanbalore_logic name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC kanbalore_options Qt6::Core Qt6::Sql ${ARG_LINK})
+    kanbalore_see_house(${name})
     target_precompile_headers(${name} REUSE_FROM pch_logic)
 endfunction()
 
@@ -67,14 +86,17 @@ function(kanbalore_screens name)
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC kanbalore_options
         Qt6::Core Qt6::Sql Qt6::Gui Qt6::Widgets Qt6::PrintSupport ${ARG_LINK})
+    kanbalore_see_house(${name})
     target_precompile_headers(${name} REUSE_FROM pch_screens)
 endfunction()
 
-# A test program tests/<folder>/tst_<name>.cpp, run offscreen with a settings folder of its own.
-function(kanbalore_test name)
+# A test program tests/<house>/[<room>/]tst_<name>.cpp, run offscreen with a settings folder of its own.
+# Named with its room: kanbalore_test(care/salvage LINK db).
+function(kanbalore_test path)
     cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK" ${ARGN})
+    cmake_path(GET path FILENAME name)
     if(NOT ARG_SOURCES)
-        set(ARG_SOURCES tst_${name}.cpp)
+        cmake_path(REPLACE_FILENAME path tst_${name}.cpp OUTPUT_VARIABLE ARG_SOURCES)
     endif()
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)

@@ -1,14 +1,14 @@
-#include "app/appearance.h"
-#include "app/application_folder.h"
-#include "app/frmAMain.h"
-#include "app/frmSplash.h"
-#include "app/old_file_conversion.h"
-#include "app/pictures.h"
-#include "app/settings.h"
-#include "app/start_options.h"
-#include "app/workspace.h"
+#include "app/files/application_folder.h"
+#include "app/files/old_file_conversion.h"
+#include "app/files/start_options.h"
+#include "app/main_window/appearance.h"
+#include "app/main_window/frmAMain.h"
+#include "app/main_window/frmSplash.h"
+#include "app/main_window/pictures.h"
 #include "db/connection.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -107,9 +107,9 @@ int main(int argc, char *argv[])
         app::settleApplicationFolder(app::FolderPlaces::ofThisMachine(options.applicationFolder));
     if (!folder.problem.isEmpty())
         ui::prompts::inform(&splash, folder.problem);
-    app::Settings settings;
+    workspace::Settings settings;
     db::Connection connection;
-    app::Workspace workspace(connection, settings, folder.path);
+    workspace::Workspace workspace(connection, settings, folder.path);
     app::frmAMain window(workspace, app::screenOpeners());
     window.load(options.commandLine);
     splash.close();

@@ -87,13 +87,13 @@ Connection::~Connection()
     QSqlDatabase::removeDatabase(m_name);
 }
 
-Status Connection::open(const QString &fileName)
+base::Status Connection::open(const QString &fileName)
 {
     close();
     // The header is looked at before SQLite has the file: closing a second handle would drop its locks.
-    if (const Status header = checkHeader(fileName); !header)
+    if (const base::Status header = checkHeader(fileName); !header)
         return header;
-    if (const Status marked = m_mark.set(fileName, UseMark::Kind::Shared); !marked)
+    if (const base::Status marked = m_mark.set(fileName, UseMark::Kind::Shared); !marked)
         return marked;
     QSqlDatabase database = QSqlDatabase::database(m_name, false);
     database.setDatabaseName(fileName);
@@ -104,7 +104,7 @@ Status Connection::open(const QString &fileName)
     }
     m_open = true;
     m_fileName = QFileInfo(fileName).absoluteFilePath();
-    Status ready = configure();
+    base::Status ready = configure();
     for (const auto check : {&Connection::checkVersion, &Connection::checkTables, &Connection::checkEdges}) {
         if (ready)
             ready = (this->*check)();
@@ -139,12 +139,12 @@ bool Connection::hasCommittedAllTheSame() const
 }
 
 // Each setting is read back: SQLite passes over one that it cannot carry out.
-Status Connection::configure()
+base::Status Connection::configure()
 {
     int defensive = 0;
     sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, &defensive);
     if (defensive != 1)
-        return Error{u"データベースの動作を設定できないため、開けませんでした。(DEFENSIVE)"_s};
+        return base::Error{u"データベースの動作を設定できないため、開けませんでした。(DEFENSIVE)"_s};
     sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, longestValue);
     if (const int code = installLike(handle()); code != SQLITE_OK)
         return errorFromCode(code, u"LIKE"_s);
@@ -168,30 +168,31 @@ Status Connection::configure()
         if (!read)
             return read.error();
         if (read->isEmpty() || read->rows.front().front().toString() != setting.read)
-            return Error{u"データベースの動作を設定できないため、開けませんでした。("_s + pragma + u")"_s};
+            return base::Error{u"データベースの動作を設定できないため、開けませんでした。("_s + pragma +
+                               u")"_s};
     }
     // A file that cannot be written to is of no use to a program that saves every line at once.
     if (const auto begun = execute(u"BEGIN IMMEDIATE"_s); !begun)
         return begun.error();
     if (const auto ended = execute(u"ROLLBACK"_s); !ended)
         return ended.error();
-    return sqlite3_db_readonly(handle(), "main") == 0 ? Status() : errorFromCode(SQLITE_READONLY, {});
+    return sqlite3_db_readonly(handle(), "main") == 0 ? base::Status() : errorFromCode(SQLITE_READONLY, {});
 }
 
 // The header that was looked at may have been one of a change that never ended, which SQLite has taken back.
-Status Connection::checkVersion()
+base::Status Connection::checkVersion()
 {
     const auto version = select(u"PRAGMA user_version"_s);
     if (!version)
         return version.error();
     return !version->isEmpty() && version->rows.front().front().toInt() == schemaVersion
-               ? Status()
-               : Error{u"データベースの版が正しくないため、開けませんでした。"_s};
+               ? base::Status()
+               : base::Error{u"データベースの版が正しくないため、開けませんでした。"_s};
 }
 
 // The first and the last row of each table, and the first entry of each index: most of the damage that comes
 // of a file cut short, overwritten at its beginning or put together of two is seen there.
-Status Connection::checkEdges()
+base::Status Connection::checkEdges()
 {
     for (const Table &table : tables()) {
         for (const QString &order : {u"rowid"_s, u"rowid DESC"_s}) {
@@ -215,7 +216,7 @@ Status Connection::checkEdges()
     return {};
 }
 
-Status Connection::checkTables()
+base::Status Connection::checkTables()
 {
     const QString rebuilding = u"「環境設定」の「データベースの再作成」で、新しいファイルに移せます。"_s;
     // What would be carried out, or worked out, while the program only reads and writes rows: triggers,
@@ -227,8 +228,9 @@ Status Connection::checkTables()
     if (!foreign)
         return foreign.error();
     if (!foreign->isEmpty())
-        return Error{u"このプログラムのものではない定義（"_s + foreign->rows.front().front().toString() +
-                     u"）が含まれているため、データベースを開けませんでした。"_s + rebuilding};
+        return base::Error{u"このプログラムのものではない定義（"_s +
+                           foreign->rows.front().front().toString() +
+                           u"）が含まれているため、データベースを開けませんでした。"_s + rebuilding};
     const auto columns = select(u"SELECT t.name, c.name FROM sqlite_schema t, pragma_table_info(t.name) c "
                                 "WHERE t.type = 'table'"_s);
     if (!columns)
@@ -239,14 +241,14 @@ Status Connection::checkTables()
     for (const Table &table : tables()) {
         for (const QString &column : table.columns) {
             if (!present.contains({table.name, column}))
-                return Error{u"テーブル「"_s + table.name + u"」の項目「"_s + column +
-                             u"」がないため、データベースを開けませんでした。"_s + rebuilding};
+                return base::Error{u"テーブル「"_s + table.name + u"」の項目「"_s + column +
+                                   u"」がないため、データベースを開けませんでした。"_s + rebuilding};
         }
     }
     return {};
 }
 
-Result<QSqlQuery *> Connection::run(const QString &sql, const QVariantList &values)
+base::Result<QSqlQuery *> Connection::run(const QString &sql, const QVariantList &values)
 {
     if (m_statements.size() > statementsKept)
         m_statements.clear();
@@ -255,7 +257,7 @@ Result<QSqlQuery *> Connection::run(const QString &sql, const QVariantList &valu
         query = std::make_unique<QSqlQuery>(QSqlDatabase::database(m_name, false));
         query->setForwardOnly(true);
         if (!query->prepare(sql)) {
-            const Error error = errorFrom(query->lastError());
+            const base::Error error = errorFrom(query->lastError());
             query.reset();
             return error;
         }
@@ -263,14 +265,14 @@ Result<QSqlQuery *> Connection::run(const QString &sql, const QVariantList &valu
     for (qsizetype i = 0; i < values.size(); ++i)
         query->bindValue(static_cast<int>(i), bindable(values.at(i)));
     if (!query->exec()) {
-        const Error error = errorFrom(query->lastError());
+        const base::Error error = errorFrom(query->lastError());
         query.reset();
         return error;
     }
     return query.get();
 }
 
-Result<Rows> Connection::select(const QString &sql, const QVariantList &values)
+base::Result<Rows> Connection::select(const QString &sql, const QVariantList &values)
 {
     const auto query = run(sql, values);
     if (!query)
@@ -288,10 +290,10 @@ Result<Rows> Connection::select(const QString &sql, const QVariantList &values)
     }
     const QSqlError error = (*query)->lastError();
     (*query)->finish();
-    return error.isValid() ? Result<Rows>(errorFrom(error)) : Result<Rows>(std::move(result));
+    return error.isValid() ? base::Result<Rows>(errorFrom(error)) : base::Result<Rows>(std::move(result));
 }
 
-Result<int> Connection::execute(const QString &sql, const QVariantList &values)
+base::Result<int> Connection::execute(const QString &sql, const QVariantList &values)
 {
     const auto query = run(sql, values);
     if (!query)
@@ -301,7 +303,7 @@ Result<int> Connection::execute(const QString &sql, const QVariantList &values)
     return changed;
 }
 
-Result<std::vector<qint64>> Connection::keys(const QString &sql, const QVariantList &values)
+base::Result<std::vector<qint64>> Connection::keys(const QString &sql, const QVariantList &values)
 {
     sqlite3_stmt *statement = nullptr;
     const QByteArray utf8 = sql.toUtf8();
@@ -317,7 +319,7 @@ Result<std::vector<qint64>> Connection::keys(const QString &sql, const QVariantL
             found.push_back(sqlite3_column_int64(statement, 0));
     }
     if (code != SQLITE_DONE) {
-        const Error error = errorFrom(handle());
+        const base::Error error = errorFrom(handle());
         sqlite3_finalize(statement);
         return error;
     }

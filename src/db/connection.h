@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/result.h"
-#include "db/use_mark.h"
+#include "base/result.h"
+#include "db/care/use_mark.h"
 
 #include <QSqlDatabase>
 #include <QVariant>
@@ -41,7 +41,7 @@ public:
     /// Closes the present file and opens \a fileName. Accepted is only a writable database of this
     /// program with all its tables and columns, of this schema version, without foreign triggers or views.
     /// Damage is found as far as a few pages of each table show it, whatever the size of the file.
-    Status open(const QString &fileName);
+    base::Status open(const QString &fileName);
 
     /// Closes the file. Statements and record sets on it must be gone or closed before.
     void close();
@@ -52,13 +52,13 @@ public:
     [[nodiscard]] QString fileName() const { return m_fileName; }
 
     /// Runs a statement and reads its whole result.
-    Result<Rows> select(const QString &sql, const QVariantList &values = {});
+    base::Result<Rows> select(const QString &sql, const QVariantList &values = {});
 
     /// Runs a statement that returns no rows. \return the number of rows changed
-    Result<int> execute(const QString &sql, const QVariantList &values = {});
+    base::Result<int> execute(const QString &sql, const QVariantList &values = {});
 
     /// The first column of every row as integers; made for hundreds of thousands of keys.
-    Result<std::vector<qint64>> keys(const QString &sql, const QVariantList &values = {});
+    base::Result<std::vector<qint64>> keys(const QString &sql, const QVariantList &values = {});
 
     /// Whether a transaction is under way.
     [[nodiscard]] bool inTransaction() const;
@@ -73,12 +73,12 @@ public:
 private:
     /// Runs a statement, prepared anew or kept from its last run; its result is read and finished by the
     /// caller.
-    Result<QSqlQuery *> run(const QString &sql, const QVariantList &values);
+    base::Result<QSqlQuery *> run(const QString &sql, const QVariantList &values);
 
-    Status configure();
-    Status checkVersion();
-    Status checkTables();
-    Status checkEdges();
+    base::Status configure();
+    base::Status checkVersion();
+    base::Status checkTables();
+    base::Status checkEdges();
 
     QString m_name; // of the QtSql connection
     QString m_fileName;

@@ -1,7 +1,7 @@
 #include "db/create.h"
 
+#include "base/flush.h"
 #include "db/errors.h"
-#include "db/flush.h"
 #include "db/schema.h"
 
 #include <QFile>
@@ -14,10 +14,10 @@ using namespace Qt::StringLiterals;
 namespace db
 {
 
-Status createDatabase(const QString &fileName)
+base::Status createDatabase(const QString &fileName)
 {
     if (QFileInfo::exists(fileName))
-        return Error{u"同じ名前のファイルがあるため、作成できませんでした。("_s + fileName + u")"_s};
+        return base::Error{u"同じ名前のファイルがあるため、作成できませんでした。("_s + fileName + u")"_s};
     sqlite3 *handle = nullptr;
     const QByteArray utf8 = fileName.toUtf8();
     const QByteArray statements =
@@ -28,10 +28,10 @@ Status createDatabase(const QString &fileName)
         sqlite3_open_v2(utf8.constData(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     if (code == SQLITE_OK)
         code = sqlite3_exec(handle, statements.constData(), nullptr, nullptr, nullptr);
-    Status created = code == SQLITE_OK ? Status() : Status(errorFrom(handle));
+    base::Status created = code == SQLITE_OK ? base::Status() : base::Status(errorFrom(handle));
     sqlite3_close(handle);
     if (created)
-        created = flushFile(fileName);
+        created = base::flushFile(fileName);
     if (!created)
         QFile::remove(fileName);
     return created;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 namespace db
 {
 
 /// Makes an empty database file of this program with all its tables. Fails when \a fileName exists.
-Status createDatabase(const QString &fileName);
+base::Status createDatabase(const QString &fileName);
 
 } // namespace db

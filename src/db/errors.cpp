@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace db
 {
 
-Error errorFromCode(int code, const QString &detail)
+base::Error errorFromCode(int code, const QString &detail)
 {
     switch (code & 0xff) {
     case SQLITE_FULL:
@@ -38,12 +38,12 @@ Error errorFromCode(int code, const QString &detail)
     }
 }
 
-Error errorFrom(const QSqlError &error)
+base::Error errorFrom(const QSqlError &error)
 {
     return errorFromCode(error.nativeErrorCode().toInt(), error.databaseText());
 }
 
-Error errorFrom(sqlite3 *handle)
+base::Error errorFrom(sqlite3 *handle)
 {
     return errorFromCode(sqlite3_extended_errcode(handle), QString::fromUtf8(sqlite3_errmsg(handle)));
 }

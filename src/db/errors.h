@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <QSqlError>
 
@@ -10,12 +10,12 @@ namespace db
 {
 
 /// The clerk's sentence for a failure of the database: full disk, read-only, locked, damaged or other.
-Error errorFrom(const QSqlError &error);
+base::Error errorFrom(const QSqlError &error);
 
 /// The same for a failure that \a handle reports after a call of the C interface.
-Error errorFrom(sqlite3 *handle);
+base::Error errorFrom(sqlite3 *handle);
 
 /// The same for a bare SQLite result code; \a detail is appended where the code says little.
-Error errorFromCode(int code, const QString &detail);
+base::Error errorFromCode(int code, const QString &detail);
 
 } // namespace db

@@ -1,6 +1,6 @@
 #include "db/file_header.h"
 
-#include "db/old_file.h"
+#include "db/old_files/old_file.h"
 #include "db/schema.h"
 
 #include <QFile>
@@ -40,29 +40,31 @@ int storedVersion(const QString &fileName)
     return isSqlite(header) && isOurs(header) ? qFromBigEndian<qint32>(header.constData() + versionAt) : 0;
 }
 
-Status checkHeader(const QString &fileName)
+base::Status checkHeader(const QString &fileName)
 {
     const QFileInfo info(fileName);
     if (!info.isFile())
-        return Error{u"ファイルが見つからないため、開けませんでした。("_s + fileName + u")"_s};
+        return base::Error{u"ファイルが見つからないため、開けませんでした。("_s + fileName + u")"_s};
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return Error{u"ファイルを読み取れないため、開けませんでした。("_s + file.errorString() + u")"_s};
+        return base::Error{u"ファイルを読み取れないため、開けませんでした。("_s + file.errorString() +
+                           u")"_s};
     const QByteArray header = file.read(headerSize);
     if (oldFormatOf(fileName) != OldFormat::None)
-        return Error{u"以前の形式のデータベースファイルのため、そのままでは開けませんでした。"
-                     "「ファイル」「開く」で選ぶと、新しい形式に変換できます。"_s};
+        return base::Error{u"以前の形式のデータベースファイルのため、そのままでは開けませんでした。"
+                           "「ファイル」「開く」で選ぶと、新しい形式に変換できます。"_s};
     if (!isSqlite(header))
-        return Error{u"データベースファイルではないため、開けませんでした。壊れている場合は、「環境設定」の"
-                     "「データベースの修復/最適化」を実行してください。"_s};
+        return base::Error{
+            u"データベースファイルではないため、開けませんでした。壊れている場合は、「環境設定」の"
+            "「データベースの修復/最適化」を実行してください。"_s};
     if (!isOurs(header))
-        return Error{u"このプログラムのデータベースファイルではないため、開けませんでした。"_s};
+        return base::Error{u"このプログラムのデータベースファイルではないため、開けませんでした。"_s};
     const auto version = qFromBigEndian<quint32>(header.constData() + versionAt);
     if (version > quint32(schemaVersion))
-        return Error{
+        return base::Error{
             u"新しい版のプログラムで作られたデータベースのため、開けませんでした。プログラムを更新してください。"_s};
     if (version != quint32(schemaVersion))
-        return Error{u"データベースの版が正しくないため、開けませんでした。"_s};
+        return base::Error{u"データベースの版が正しくないため、開けませんでした。"_s};
     return {};
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 namespace db
 {
 
 /// Whether \a fileName begins as a database file of this program and of a version that it knows. Reads the
 /// first 100 bytes only; must not be called for a file that this process has open.
-Status checkHeader(const QString &fileName);
+base::Status checkHeader(const QString &fileName);
 
 /// The schema version in the header of \a fileName; 0 when it is no database file of this program. As
 /// checkHeader().

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 namespace db
 {
 
-Result<qint64> nextKey(Connection &connection, const QString &table)
+base::Result<qint64> nextKey(Connection &connection, const QString &table)
 {
     const QString key = keyOf(table);
     // The last row of the ascending list of keys, found from its end.
@@ -18,7 +18,8 @@ Result<qint64> nextKey(Connection &connection, const QString &table)
         return found.error();
     const qint64 highest = found->empty() ? 0 : found->front();
     if (highest >= highestKey)
-        return Error{u"番号が上限（2147483647）に達したため、「"_s + table + u"」に追加できませんでした。"_s};
+        return base::Error{u"番号が上限（2147483647）に達したため、「"_s + table +
+                           u"」に追加できませんでした。"_s};
     return highest + 1;
 }
 

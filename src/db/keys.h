@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 namespace db
 {
@@ -12,6 +12,6 @@ inline constexpr qint64 highestKey = 2147483647;
 
 /// The next free key of \a table: the highest existing one plus 1, 1 for an empty table. Fails when the
 /// highest key is taken. To be called inside the transaction that uses it.
-Result<qint64> nextKey(Connection &connection, const QString &table);
+base::Result<qint64> nextKey(Connection &connection, const QString &table);
 
 } // namespace db

@@ -1,9 +1,9 @@
 #include "db/migrations.h"
 
-#include "db/backup.h"
-#include "db/dated_name.h"
+#include "base/dated_name.h"
+#include "db/care/backup.h"
+#include "db/care/plain_handle.h"
 #include "db/file_header.h"
-#include "db/plain_handle.h"
 #include "db/schema.h"
 
 #include <QFile>
@@ -17,13 +17,13 @@ namespace db
 namespace
 {
 
-Error notMigrated(const Error &why)
+base::Error notMigrated(const base::Error &why)
 {
     return {u"古い版のデータベースを新しい版に移せませんでした。"_s + why.text};
 }
 
 // The file's own version once a journal is played back; 0 when it is not ours.
-Result<qint64> versionIn(PlainHandle &file)
+base::Result<qint64> versionIn(PlainHandle &file)
 {
     const auto id = file.number("PRAGMA application_id");
     if (!id)
@@ -31,16 +31,17 @@ Result<qint64> versionIn(PlainHandle &file)
     return *id == qint64(applicationId) ? file.number("PRAGMA user_version") : 0;
 }
 
-Status runSteps(PlainHandle &file, qint64 version, const Migrations &steps)
+base::Status runSteps(PlainHandle &file, qint64 version, const Migrations &steps)
 {
     for (const Migration &step : steps) {
         if (step.version <= version)
             continue;
         if (step.version != version + 1)
-            return Error{u"途中の版（%1）への手順がありません。"_s.arg(version + 1)};
-        if (const Status done = file.run(step.statements); !done)
+            return base::Error{u"途中の版（%1）への手順がありません。"_s.arg(version + 1)};
+        if (const base::Status done = file.run(step.statements); !done)
             return done;
-        if (const Status numbered = file.run("PRAGMA user_version = " + QByteArray::number(step.version));
+        if (const base::Status numbered =
+                file.run("PRAGMA user_version = " + QByteArray::number(step.version));
             !numbered)
             return numbered;
         version = step.version;
@@ -48,13 +49,13 @@ Status runSteps(PlainHandle &file, qint64 version, const Migrations &steps)
     return {};
 }
 
-Status migrateInTransaction(PlainHandle &file, const Migrations &steps)
+base::Status migrateInTransaction(PlainHandle &file, const Migrations &steps)
 {
-    if (const Status begun = file.run("BEGIN IMMEDIATE"); !begun)
+    if (const base::Status begun = file.run("BEGIN IMMEDIATE"); !begun)
         return begun;
     // Read again under the lock: another program may have been quicker.
     const auto version = versionIn(file);
-    Status done = version ? runSteps(file, *version, steps) : Status(version.error());
+    base::Status done = version ? runSteps(file, *version, steps) : base::Status(version.error());
     if (done)
         done = file.run("COMMIT");
     if (!done)
@@ -70,7 +71,7 @@ const Migrations &migrations()
     return none;
 }
 
-Status migrate(const QString &fileName, const QDate &today, const Migrations &steps)
+base::Status migrate(const QString &fileName, const QDate &today, const Migrations &steps)
 {
     const int target = steps.empty() ? schemaVersion : steps.back().version;
     const int stored = storedVersion(fileName);
@@ -78,7 +79,7 @@ Status migrate(const QString &fileName, const QDate &today, const Migrations &st
     if (stored <= 0 || (stored >= target && !QFileInfo::exists(fileName + u"-journal"_s)))
         return {};
     PlainHandle file;
-    if (const Status opened = file.open(fileName); !opened)
+    if (const base::Status opened = file.open(fileName); !opened)
         return notMigrated(opened.error());
     const auto version = versionIn(file);
     if (!version)
@@ -87,13 +88,13 @@ Status migrate(const QString &fileName, const QDate &today, const Migrations &st
         return {};
     const auto foreign = file.number("SELECT count(*) FROM sqlite_schema WHERE type IN ('trigger', 'view')");
     if (!foreign || *foreign > 0)
-        return foreign ? Status(Error{u"このプログラムのものではない定義が含まれているため、"
-                                      "データベースを開けませんでした。"_s})
-                       : Status(notMigrated(foreign.error()));
-    const QString kept = datedName(fileName, u"版%1"_s.arg(*version), today);
-    if (const Status copied = copyDatabase(file, kept); !copied)
+        return foreign ? base::Status(base::Error{u"このプログラムのものではない定義が含まれているため、"
+                                                  "データベースを開けませんでした。"_s})
+                       : base::Status(notMigrated(foreign.error()));
+    const QString kept = base::datedName(fileName, u"版%1"_s.arg(*version), today);
+    if (const base::Status copied = copyDatabase(file, kept); !copied)
         return notMigrated(copied.error());
-    const Status done = migrateInTransaction(file, steps);
+    const base::Status done = migrateInTransaction(file, steps);
     if (!done) {
         QFile::remove(kept);
         return notMigrated(done.error());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <QByteArray>
 #include <QDate>
@@ -26,6 +26,6 @@ const Migrations &migrations();
 /// Brings the closed database file \a fileName up to the version of the last step: all steps and the version
 /// number in one transaction, after a copy was kept beside the file under a dated name. Nothing is done with
 /// a file that is up to date, newer or not ours; opening it tells. After a failure the file is as it was.
-Status migrate(const QString &fileName, const QDate &today, const Migrations &steps = migrations());
+base::Status migrate(const QString &fileName, const QDate &today, const Migrations &steps = migrations());
 
 } // namespace db

@@ -41,25 +41,26 @@ Recordset::Recordset(Connection &connection, QObject *parent)
 
 Recordset::~Recordset() = default;
 
-Status Recordset::open(const QString &statement, const QVariantList &values, const QString &key)
+base::Status Recordset::open(const QString &statement, const QVariantList &values, const QString &key)
 {
     auto keys = readKeys(statement, values, key);
-    return keys ? adopt(std::move(*keys), statement, values, key) : Status(keys.error());
+    return keys ? adopt(std::move(*keys), statement, values, key) : base::Status(keys.error());
 }
 
-Result<bool> Recordset::openIfAny(const QString &statement, const QVariantList &values, const QString &key)
+base::Result<bool> Recordset::openIfAny(const QString &statement, const QVariantList &values,
+                                        const QString &key)
 {
     auto keys = readKeys(statement, values, key);
     if (!keys)
         return keys.error();
     if (keys->empty())
         return false;
-    const Status opened = adopt(std::move(*keys), statement, values, key);
-    return opened ? Result<bool>(true) : Result<bool>(opened.error());
+    const base::Status opened = adopt(std::move(*keys), statement, values, key);
+    return opened ? base::Result<bool>(true) : base::Result<bool>(opened.error());
 }
 
-Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const QVariantList &values,
-                                                const QString &key)
+base::Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const QVariantList &values,
+                                                      const QString &key)
 {
     QString rest = afterFrom(statement);
     const QString byKey = u" ORDER BY "_s + key;
@@ -74,8 +75,8 @@ Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const 
     return keys;
 }
 
-Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
-                        const QString &key)
+base::Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
+                              const QString &key)
 {
     const QString selectList = statement.mid(7, statement.indexOf(" FROM "_L1) - 7).trimmed();
     const QString table = firstTable(statement);
@@ -99,7 +100,7 @@ Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, cons
     return {};
 }
 
-Result<Recordset::Columns> Recordset::readColumns(const QString &select, const QString &table)
+base::Result<Recordset::Columns> Recordset::readColumns(const QString &select, const QString &table)
 {
     const auto rows = m_connection.select(u"SELECT "_s + select + u" FROM "_s + table + u" LIMIT 0"_s);
     const auto declared = m_connection.select(u"SELECT name, type FROM pragma_table_info(?)"_s, {table});
@@ -131,31 +132,32 @@ void Recordset::close()
     emit currentRowChanged(-1);
 }
 
-Status Recordset::requery()
+base::Status Recordset::requery()
 {
     const qint64 key = currentKey();
     const bool had = m_current >= 0;
-    if (const Status opened = open(QString(m_statement), QVariantList(m_values), QString(m_key)); !opened)
+    if (const base::Status opened = open(QString(m_statement), QVariantList(m_values), QString(m_key));
+        !opened)
         return opened;
-    return had ? moveToKey(key) : Status();
+    return had ? moveToKey(key) : base::Status();
 }
 
 QString Recordset::placeholders(qsizetype count) { return QStringList(count, u"?"_s).join(u", "_s); }
 
 qint64 Recordset::currentKey() const { return m_current < 0 ? 0 : keyAt(m_current); }
 
-Status Recordset::moveTo(int row)
+base::Status Recordset::moveTo(int row)
 {
     if (row < 0 || row >= count() || row == m_current)
         return {};
     if (m_leaving) {
-        if (const Status left = m_leaving(); !left)
+        if (const base::Status left = m_leaving(); !left)
             return left;
     }
     if (isDirty()) {
         const qint64 target = keyAt(row);
         const qint64 left = currentKey();
-        const Status saved = m_saver ? m_saver() : update();
+        const base::Status saved = m_saver ? m_saver() : update();
         if (!saved)
             return saved;
         // The saver may have read the rows anew, in another order.
@@ -166,10 +168,10 @@ Status Recordset::moveTo(int row)
     return {};
 }
 
-Status Recordset::moveToKey(qint64 key)
+base::Status Recordset::moveToKey(qint64 key)
 {
     const auto found = std::find(m_keys.begin(), m_keys.end(), key);
-    return found == m_keys.end() ? Status() : moveTo(static_cast<int>(found - m_keys.begin()));
+    return found == m_keys.end() ? base::Status() : moveTo(static_cast<int>(found - m_keys.begin()));
 }
 
 void Recordset::setCurrent(int row)
@@ -309,7 +311,7 @@ bool Recordset::setData(const QModelIndex &index, const QVariant &value, int rol
     if (value.toString() == this->data(index, Qt::EditRole).toString())
         return true;
     const QString column = m_columns.at(index.column());
-    if (const Status moved = moveTo(index.row()); !moved) {
+    if (const base::Status moved = moveTo(index.row()); !moved) {
         emit refused(moved.error().text);
         return false;
     }

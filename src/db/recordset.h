@@ -24,8 +24,8 @@ class Recordset : public QAbstractTableModel
 
 public:
     /// A part of an action.
-    using Step = std::function<Status()>;
-    using CellReader = std::function<Result<QVariant>(const QString &column, const QString &typed)>;
+    using Step = std::function<base::Status()>;
+    using CellReader = std::function<base::Result<QVariant>(const QString &column, const QString &typed)>;
     using Decorator = std::function<QVariant(int row, int column, int role)>;
 
     explicit Recordset(Connection &connection, QObject *parent = nullptr);
@@ -35,18 +35,18 @@ public:
     /// Tables that follow the first one with a comma only narrow the rows; the columns are the first one's.
     /// \a key is the table's key column, or "rowid" where it has none. The first row becomes the current one.
     /// After a failure the record set holds what it held before.
-    Status open(const QString &statement, const QVariantList &values, const QString &key);
+    base::Status open(const QString &statement, const QVariantList &values, const QString &key);
 
     /// As open(), but a statement that selects no row leaves the record set as it was.
     /// \return whether it selected rows
-    Result<bool> openIfAny(const QString &statement, const QVariantList &values, const QString &key);
+    base::Result<bool> openIfAny(const QString &statement, const QVariantList &values, const QString &key);
 
     /// Forgets the rows; unsaved edits are dropped.
     void close();
 
     /// Reads the keys anew; the current row stays the current one where it is still there. Unsaved edits
     /// are dropped.
-    Status requery();
+    base::Status requery();
 
     [[nodiscard]] bool isOpen() const { return !m_key.isEmpty(); }
     [[nodiscard]] int count() const { return static_cast<int>(m_keys.size()); }
@@ -60,9 +60,9 @@ public:
 
     /// Makes \a row the current one, after the edits of the present one were saved by the saver.
     /// Fails, and stays, when they could not be.
-    Status moveTo(int row);
-    Status moveToKey(qint64 key);
-    Status moveLast() { return moveTo(count() - 1); }
+    base::Status moveTo(int row);
+    base::Status moveToKey(qint64 key);
+    base::Status moveLast() { return moveTo(count() - 1); }
 
     /// What saves the edits of the current row before another one becomes current; update() by default.
     void setSaver(Step saver) { m_saver = std::move(saver); }
@@ -82,31 +82,31 @@ public:
     /// Saves the edits of the current row in one transaction, after \a before, which is done within it. After
     /// a failure they are still there. Fails for a row that could not be read, since edits may have been made
     /// out of its empty fields.
-    Status update(const Step &before = {});
+    base::Status update(const Step &before = {});
 
     /// Saves the edits of this record set's current row and those of \a other's in one transaction, after
     /// \a before where this one has any.
-    Status updateWith(Recordset &other, const Step &before = {});
+    base::Status updateWith(Recordset &other, const Step &before = {});
 
     /// From now on a row is changed or deleted only when it is still as it was read: a row's key is given
     /// again after its deletion, and without that check what another program put there would be hit.
     void guardAgainstOthers() { m_guarded = true; }
     /// Whether the current row is still in the file as it was read.
-    [[nodiscard]] Status checkAsRead() const;
+    [[nodiscard]] base::Status checkAsRead() const;
 
     /// Drops the edits of the current row.
     void revert();
 
     /// Appends a row with the next free key and \a values, saved at once; it becomes the current one.
     /// \return its key. Only for a table that has a key.
-    Result<qint64> add(const QVariantMap &values = {});
+    base::Result<qint64> add(const QVariantMap &values = {});
 
     /// Appends a row of a table without a key of its own, saved at once; it becomes the current one.
-    Status append(const QVariantMap &values);
+    base::Status append(const QVariantMap &values);
 
     /// Deletes the current row from the table, after \a before, which is done in the same transaction. The
     /// next row becomes the current one, or the last one.
-    Status remove(const Step &before = {});
+    base::Status remove(const Step &before = {});
 
     /// Reads the current row anew from the database, where it can be read; unsaved edits stay.
     void refresh();
@@ -164,17 +164,17 @@ private:
     // "?, ?, ?"
     static QString placeholders(qsizetype count);
 
-    Result<std::vector<qint64>> readKeys(const QString &statement, const QVariantList &values,
-                                         const QString &key);
-    Status adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
-                 const QString &key);
-    Result<Columns> readColumns(const QString &select, const QString &table);
+    base::Result<std::vector<qint64>> readKeys(const QString &statement, const QVariantList &values,
+                                               const QString &key);
+    base::Status adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
+                       const QString &key);
+    base::Result<Columns> readColumns(const QString &select, const QString &table);
     [[nodiscard]] QVariant stored(int row, int column) const;
     [[nodiscard]] const Block &block(int number) const;
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
     [[nodiscard]] bool isText(int column) const;
     [[nodiscard]] QString shown(int column, const QVariant &value) const;
-    Status write();
+    base::Status write();
     void written();
     void setCurrent(int row);
     void rowChanged(int row);

@@ -57,31 +57,31 @@ QVariant Recordset::coerced(int column, const QVariant &value) const
     }
 }
 
-Status Recordset::update(const Step &before)
+base::Status Recordset::update(const Step &before)
 {
     if (m_current < 0 || m_edits.isEmpty())
         return {};
     Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
+    if (const base::Status begun = transaction.begin(); !begun)
         return begun;
-    if (const Status prepared = before ? before() : Status(); !prepared)
+    if (const base::Status prepared = before ? before() : base::Status(); !prepared)
         return prepared;
-    if (const Status done = write(); !done)
+    if (const base::Status done = write(); !done)
         return done;
-    if (const Status done = transaction.commit(); !done)
+    if (const base::Status done = transaction.commit(); !done)
         return done;
     written();
     return {};
 }
 
-Status Recordset::updateWith(Recordset &other, const Step &before)
+base::Status Recordset::updateWith(Recordset &other, const Step &before)
 {
     if (!other.isDirty())
         return update(before);
-    const Status done = other.update([&] {
+    const base::Status done = other.update([&] {
         if (!isDirty())
-            return m_guarded ? checkAsRead() : Status();
-        if (const Status prepared = before ? before() : Status(); !prepared)
+            return m_guarded ? checkAsRead() : base::Status();
+        if (const base::Status prepared = before ? before() : base::Status(); !prepared)
             return prepared;
         return write();
     });
@@ -91,15 +91,15 @@ Status Recordset::updateWith(Recordset &other, const Step &before)
 }
 
 // The edits into the file, inside the transaction of the caller.
-Status Recordset::write()
+base::Status Recordset::write()
 {
     const auto shown = m_blocks.constFind(m_current / blockSize);
     if (shown != m_blocks.constEnd() && !shown->isRead) {
         refresh();
-        return Error{
+        return base::Error{
             u"表示中のデータを読み取れなかったため、保存できませんでした。表示を確認してから、もう一度実行してください。"_s};
     }
-    if (const Status same = m_guarded ? checkAsRead() : Status(); !same)
+    if (const base::Status same = m_guarded ? checkAsRead() : base::Status(); !same)
         return same;
     QStringList assignments;
     QVariantList values;
@@ -114,7 +114,7 @@ Status Recordset::write()
     if (!changed)
         return changed.error();
     if (*changed == 0)
-        return Error{u"表示中のデータはほかのプログラムで削除されたため、保存できませんでした。"_s};
+        return base::Error{u"表示中のデータはほかのプログラムで削除されたため、保存できませんでした。"_s};
     return {};
 }
 
@@ -124,7 +124,7 @@ void Recordset::written()
     refresh();
 }
 
-Status Recordset::checkAsRead() const
+base::Status Recordset::checkAsRead() const
 {
     const auto now = m_connection.select(u"SELECT "_s + m_selectList + u" FROM "_s + m_table + u" WHERE "_s +
                                              m_key + u" = ?"_s,
@@ -132,10 +132,10 @@ Status Recordset::checkAsRead() const
     if (!now)
         return now.error();
     if (now->isEmpty())
-        return Error{u"表示中のデータはほかのプログラムで削除されたため、変更できませんでした。"_s};
+        return base::Error{u"表示中のデータはほかのプログラムで削除されたため、変更できませんでした。"_s};
     for (int column = 0; column < columnCount(); ++column) {
         if (now->rows.front().at(column) != stored(m_current, column))
-            return Error{
+            return base::Error{
                 u"表示中のデータはほかのプログラムで変更されたため、変更できませんでした。表示を確認してから、もう一度実行してください。"_s};
     }
     return {};
@@ -151,10 +151,10 @@ void Recordset::revert()
     emit edited();
 }
 
-Result<qint64> Recordset::add(const QVariantMap &values)
+base::Result<qint64> Recordset::add(const QVariantMap &values)
 {
     Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
+    if (const base::Status begun = transaction.begin(); !begun)
         return begun.error();
     const auto key = nextKey(m_connection, m_table);
     if (!key)
@@ -170,16 +170,16 @@ Result<qint64> Recordset::add(const QVariantMap &values)
                                             bound);
     if (!added)
         return added.error();
-    if (const Status done = transaction.commit(); !done)
+    if (const base::Status done = transaction.commit(); !done)
         return done.error();
     inserted(*key);
     return *key;
 }
 
-Status Recordset::append(const QVariantMap &values)
+base::Status Recordset::append(const QVariantMap &values)
 {
     Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
+    if (const base::Status begun = transaction.begin(); !begun)
         return begun;
     const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s +
                                                 QStringList(values.keys()).join(u", "_s) + u") VALUES ("_s +
@@ -190,7 +190,7 @@ Status Recordset::append(const QVariantMap &values)
     const auto row = m_connection.keys(u"SELECT last_insert_rowid()"_s);
     if (!row)
         return row.error();
-    if (const Status done = transaction.commit(); !done)
+    if (const base::Status done = transaction.commit(); !done)
         return done;
     inserted(row->front());
     return {};
@@ -206,22 +206,22 @@ void Recordset::inserted(qint64 key)
     setCurrent(row);
 }
 
-Status Recordset::remove(const Step &before)
+base::Status Recordset::remove(const Step &before)
 {
     if (m_current < 0)
         return {};
     Transaction transaction(m_connection);
-    if (const Status begun = transaction.begin(); !begun)
+    if (const base::Status begun = transaction.begin(); !begun)
         return begun;
-    if (const Status same = m_guarded ? checkAsRead() : Status(); !same)
+    if (const base::Status same = m_guarded ? checkAsRead() : base::Status(); !same)
         return same;
-    if (const Status prepared = before ? before() : Status(); !prepared)
+    if (const base::Status prepared = before ? before() : base::Status(); !prepared)
         return prepared;
     const auto removed =
         m_connection.execute(u"DELETE FROM "_s + m_table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()});
     if (!removed)
         return removed.error();
-    if (const Status done = transaction.commit(); !done)
+    if (const base::Status done = transaction.commit(); !done)
         return done;
     const int row = m_current;
     m_edits.clear();

@@ -18,7 +18,7 @@ Transaction::~Transaction()
         (void)m_connection.execute(u"ROLLBACK"_s);
 }
 
-Status Transaction::begin()
+base::Status Transaction::begin()
 {
     if (m_connection.inTransaction())
         return {};
@@ -28,7 +28,7 @@ Status Transaction::begin()
     return {};
 }
 
-Status Transaction::commit()
+base::Status Transaction::commit()
 {
     if (!m_owner)
         return {};
@@ -49,13 +49,13 @@ ReadTransaction::~ReadTransaction()
         (void)m_connection.execute(u"ROLLBACK"_s);
 }
 
-Status ReadTransaction::begin()
+base::Status ReadTransaction::begin()
 {
     if (m_connection.inTransaction())
         return {};
     const auto begun = m_connection.execute(u"BEGIN"_s);
     m_owner = bool(begun);
-    return begun ? Status() : Status(begun.error());
+    return begun ? base::Status() : base::Status(begun.error());
 }
 
 } // namespace db

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 namespace db
 {
@@ -19,10 +19,10 @@ public:
     Transaction &operator=(const Transaction &) = delete;
 
     /// Waits up to the connection's timeout for another program's write.
-    Status begin();
+    base::Status begin();
 
     /// After a failure nothing of the action is stored.
-    Status commit();
+    base::Status commit();
 
 private:
     Connection &m_connection;
@@ -39,7 +39,7 @@ public:
     ReadTransaction(const ReadTransaction &) = delete;
     ReadTransaction &operator=(const ReadTransaction &) = delete;
 
-    Status begin();
+    base::Status begin();
 
 private:
     Connection &m_connection;

@@ -1,14 +1,14 @@
 #include "masters/DialogMyCo.h"
 
-#include "app/settings.h"
-#include "app/workspace.h"
-#include "masters/embed_file.h"
-#include "masters/rich_text_icons.h"
-#include "masters/rich_text_limits.h"
-#include "masters/rtf_file.h"
+#include "masters/rich_text/embed_file.h"
+#include "masters/rich_text/rich_text_icons.h"
+#include "masters/rich_text/rich_text_limits.h"
+#include "masters/rich_text/rtf_file.h"
 #include "text/numbers.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include "ui_DialogMyCo.h"
 
@@ -40,7 +40,7 @@ QString leftOutNotice(int pictures)
 
 } // namespace
 
-DialogMyCo::DialogMyCo(app::Workspace &workspace, QWidget *parent)
+DialogMyCo::DialogMyCo(workspace::Workspace &workspace, QWidget *parent)
     : Screen(workspace, parent)
     , ui(std::make_unique<Ui::DialogMyCo>())
 {
@@ -49,7 +49,7 @@ DialogMyCo::DialogMyCo(app::Workspace &workspace, QWidget *parent)
     connectControls();
     setUp();
 
-    const QString registered = workspace.settings.text(app::keys::richTextFileName);
+    const QString registered = workspace.settings.text(workspace::keys::richTextFileName);
     ui->Text1->setText(registered);
     if (!registered.isEmpty()) {
         auto text = readRtfFile(registered);
@@ -143,7 +143,7 @@ bool DialogMyCo::mayClose()
 {
     if (!mayLeaveText())
         return false;
-    workspace().settings.write(app::keys::richTextFileName, ui->Text1->text());
+    workspace().settings.write(workspace::keys::richTextFileName, ui->Text1->text());
     return true;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "masters/attachment.h"
-#include "masters/text_look.h"
+#include "masters/rich_text/attachment.h"
+#include "masters/rich_text/text_look.h"
 #include "ui/screen.h"
 
 #include <functional>
@@ -22,7 +22,7 @@ class DialogMyCo : public ui::Screen
     Q_OBJECT
 
 public:
-    explicit DialogMyCo(app::Workspace &workspace, QWidget *parent = nullptr);
+    explicit DialogMyCo(workspace::Workspace &workspace, QWidget *parent = nullptr);
     ~DialogMyCo() override;
 
 signals:

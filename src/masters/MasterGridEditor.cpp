@@ -23,7 +23,7 @@ void addFields(QFormLayout *form, const QList<MasterField> &fields, QWidget *abo
 
 } // namespace
 
-MasterGridEditor::MasterGridEditor(app::Workspace &workspace, Master master, QWidget *parent)
+MasterGridEditor::MasterGridEditor(workspace::Workspace &workspace, Master master, QWidget *parent)
     : MasterEditor(workspace, definitionOf(master), parent)
 {
     const MasterDefinition &definition = definitionOf(master);

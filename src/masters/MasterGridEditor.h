@@ -11,7 +11,7 @@ class MasterGridEditor : public MasterEditor
     Q_OBJECT
 
 public:
-    MasterGridEditor(app::Workspace &workspace, Master master, QWidget *parent = nullptr);
+    MasterGridEditor(workspace::Workspace &workspace, Master master, QWidget *parent = nullptr);
 };
 
 // The seven, under their screens' names.
@@ -19,7 +19,7 @@ template <Master master>
 class MasterScreen : public MasterGridEditor
 {
 public:
-    explicit MasterScreen(app::Workspace &workspace, QWidget *parent = nullptr)
+    explicit MasterScreen(workspace::Workspace &workspace, QWidget *parent = nullptr)
         : MasterGridEditor(workspace, master, parent)
     {}
 };

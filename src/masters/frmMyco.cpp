@@ -6,7 +6,7 @@
 namespace masters
 {
 
-frmMyco::frmMyco(app::Workspace &workspace, QWidget *parent)
+frmMyco::frmMyco(workspace::Workspace &workspace, QWidget *parent)
     : MasterEditor(workspace, definitionOf(Master::OwnCompany), parent)
 {
     Ui::frmMyco form;

@@ -11,7 +11,7 @@ class frmMyco : public MasterEditor
     Q_OBJECT
 
 public:
-    explicit frmMyco(app::Workspace &workspace, QWidget *parent = nullptr);
+    explicit frmMyco(workspace::Workspace &workspace, QWidget *parent = nullptr);
 };
 
 } // namespace masters

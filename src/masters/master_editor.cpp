@@ -1,11 +1,11 @@
 #include "masters/master_editor.h"
 
-#include "app/workspace.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui/twips.h"
 #include "ui/width_check.h"
+#include "workspace/workspace.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -25,7 +25,8 @@ constexpr double nameColumnWidth = 3000;
 
 } // namespace
 
-MasterEditor::MasterEditor(app::Workspace &workspace, const MasterDefinition &definition, QWidget *parent)
+MasterEditor::MasterEditor(workspace::Workspace &workspace, const MasterDefinition &definition,
+                           QWidget *parent)
     : Screen(workspace, parent)
     , m_definition(definition)
     , m_rows(workspace.connection)
@@ -67,7 +68,7 @@ void MasterEditor::findControls()
 
 void MasterEditor::openList()
 {
-    const db::Status opened = m_rows.open(m_definition.statement, {}, m_definition.fields.first().column);
+    const base::Status opened = m_rows.open(m_definition.statement, {}, m_definition.fields.first().column);
     if (!opened) {
         m_rows.close();
         tellThatListFailed(opened.error());
@@ -147,7 +148,7 @@ bool MasterEditor::saveRow()
 bool MasterEditor::mayClose()
 {
     if (m_newRow) {
-        if (const db::Status removed = m_rows.remove(); !removed)
+        if (const base::Status removed = m_rows.remove(); !removed)
             return ui::prompts::ask(this,
                                     removed.error().text + u"\n確定していない行を残したまま閉じますか。"_s);
         entered(EditorStep::Cancelled);
@@ -157,7 +158,7 @@ bool MasterEditor::mayClose()
         return true;
     std::optional<QString> reason = ui::WidthCheck::refusal(this);
     if (!reason) {
-        if (const db::Status saved = m_rows.update(); !saved)
+        if (const base::Status saved = m_rows.update(); !saved)
             reason = saved.error().text;
     }
     // The clerk must be able to leave, but what was entered is dropped only knowingly.
@@ -199,7 +200,7 @@ void MasterEditor::showHint()
         m_hint->setText(u"変更は、画面を閉じるときに保存されます。"_s);
 }
 
-void MasterEditor::tellThatListFailed(const db::Error &error)
+void MasterEditor::tellThatListFailed(const base::Error &error)
 {
     ui::prompts::inform(this, m_definition.blamesConnection ? ui::messages::databaseNotUsable() : error.text);
 }

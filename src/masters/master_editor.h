@@ -27,7 +27,7 @@ class MasterEditor : public ui::Screen
     Q_OBJECT
 
 protected:
-    MasterEditor(app::Workspace &workspace, const MasterDefinition &definition, QWidget *parent);
+    MasterEditor(workspace::Workspace &workspace, const MasterDefinition &definition, QWidget *parent);
 
     /// Finds the controls, opens the list and shows its first row.
     void start();
@@ -50,7 +50,7 @@ private:
     bool saveRow();
     void entered(EditorStep step);
     void showHint();
-    void tellThatListFailed(const db::Error &error);
+    void tellThatListFailed(const base::Error &error);
 
     const MasterDefinition &m_definition;
     db::Recordset m_rows;

@@ -11,8 +11,8 @@ namespace masters
 namespace
 {
 
-db::Result<std::vector<Entry>> entries(db::Connection &connection, const QString &statement,
-                                       const QString &key, const QString &name)
+base::Result<std::vector<Entry>> entries(db::Connection &connection, const QString &statement,
+                                         const QString &key, const QString &name)
 {
     const auto rows = connection.select(statement);
     if (!rows)
@@ -23,7 +23,7 @@ db::Result<std::vector<Entry>> entries(db::Connection &connection, const QString
     return found;
 }
 
-db::Result<QStringList> names(db::Connection &connection, const QString &statement, const QString &name)
+base::Result<QStringList> names(db::Connection &connection, const QString &statement, const QString &name)
 {
     const auto rows = connection.select(statement);
     if (!rows)
@@ -38,37 +38,37 @@ db::Result<QStringList> names(db::Connection &connection, const QString &stateme
 
 } // namespace
 
-db::Result<std::vector<Entry>> employees(db::Connection &connection)
+base::Result<std::vector<Entry>> employees(db::Connection &connection)
 {
     return entries(connection, statements::employees(), u"社員ID"_s, u"社員名"_s);
 }
 
-db::Result<std::vector<Entry>> customerCategories(db::Connection &connection)
+base::Result<std::vector<Entry>> customerCategories(db::Connection &connection)
 {
     return entries(connection, statements::customerCategories(), u"区分ID"_s, u"区分名"_s);
 }
 
-db::Result<QStringList> unitNames(db::Connection &connection)
+base::Result<QStringList> unitNames(db::Connection &connection)
 {
     return names(connection, statements::units(), u"単位"_s);
 }
 
-db::Result<QStringList> specificationNames(db::Connection &connection)
+base::Result<QStringList> specificationNames(db::Connection &connection)
 {
     return names(connection, statements::specifications(), u"規格"_s);
 }
 
-db::Result<QStringList> salesProductNames(db::Connection &connection)
+base::Result<QStringList> salesProductNames(db::Connection &connection)
 {
     return names(connection, statements::salesProducts(), u"商品名"_s);
 }
 
-db::Result<QStringList> purchaseProductNames(db::Connection &connection)
+base::Result<QStringList> purchaseProductNames(db::Connection &connection)
 {
     return names(connection, statements::purchaseProducts(), u"商品名"_s);
 }
 
-db::Result<QStringList> shippingCategoryNames(db::Connection &connection)
+base::Result<QStringList> shippingCategoryNames(db::Connection &connection)
 {
     return names(connection, statements::shippingCategories(), u"発送区分名"_s);
 }

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 namespace masters
 {
 
-db::Result<std::optional<OwnCompany>> ownCompany(db::Connection &connection)
+base::Result<std::optional<OwnCompany>> ownCompany(db::Connection &connection)
 {
     const auto rows = connection.select(statements::ownCompany() + u" LIMIT 1"_s);
     if (!rows)

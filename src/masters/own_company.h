@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <optional>
 
@@ -29,6 +29,6 @@ struct OwnCompany
 };
 
 /// The first row of 自社情報, the one that counts; nothing when the table is empty.
-db::Result<std::optional<OwnCompany>> ownCompany(db::Connection &connection);
+base::Result<std::optional<OwnCompany>> ownCompany(db::Connection &connection);
 
 } // namespace masters

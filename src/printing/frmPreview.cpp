@@ -2,11 +2,11 @@
 
 #include "ui_frmPreview.h"
 
-#include "app/workspace.h"
 #include "printing/pdf.h"
 #include "ui/file_dialogs.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
+#include "workspace/workspace.h"
 
 #include <QAction>
 #include <QFileInfo>
@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace printing
 {
 
-frmPreview::frmPreview(app::Workspace &workspace, Document document, const QStringList &printers,
+frmPreview::frmPreview(workspace::Workspace &workspace, Document document, const QStringList &printers,
                        QWidget *parent)
     : Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::frmPreview>())
@@ -97,7 +97,7 @@ void frmPreview::draw(QPrinter *printer)
     // The pages shown so far go when the first new one is begun, and must not be painted any more.
     m_preview->setUpdatesEnabled(false);
     m_pages = static_cast<int>(m_document.sheets.size());
-    carryOut(u"表示するページを準備しています。"_s, [&](const db::Progress &progress) {
+    carryOut(u"表示するページを準備しています。"_s, [&](const base::Progress &progress) {
         return drawDocument(*printer, m_document, m_look, [&](qint64 done, qint64 total) {
             const bool goesOn = progress(done, total);
             if (!goesOn)
@@ -108,9 +108,10 @@ void frmPreview::draw(QPrinter *printer)
     m_preview->setUpdatesEnabled(true);
 }
 
-bool frmPreview::carryOut(const QString &what, const std::function<db::Status(const db::Progress &)> &work)
+bool frmPreview::carryOut(const QString &what,
+                          const std::function<base::Status(const base::Progress &)> &work)
 {
-    const db::Status done = ui::runWithProgress(this, what, work);
+    const base::Status done = ui::runWithProgress(this, what, work);
     return done || done.error().cancelled ? bool(done) : tell(done);
 }
 
@@ -129,8 +130,8 @@ void frmPreview::print()
     if (!ui::file_dialogs::setUpPrinter(this, job, u"印刷"_s))
         return;
     setPage(job, m_document);
-    const db::Status printed =
-        ui::runWithProgress(this, u"印刷しています。"_s, [&](const db::Progress &progress) {
+    const base::Status printed =
+        ui::runWithProgress(this, u"印刷しています。"_s, [&](const base::Progress &progress) {
             return printDocument(job, m_document, m_look, progress);
         });
     if (printed)
@@ -153,7 +154,7 @@ void frmPreview::savePdf()
         !ui::prompts::ask(this,
                           u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))
         return;
-    if (carryOut(u"PDF に保存しています。"_s, [&](const db::Progress &progress) {
+    if (carryOut(u"PDF に保存しています。"_s, [&](const base::Progress &progress) {
             return writePdf(m_document, m_look, fileName, progress);
         }))
         m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
@@ -188,7 +189,7 @@ void frmPreview::keyPressEvent(QKeyEvent *event)
     }
 }
 
-void showPreview(app::Workspace &workspace, QWidget *parent, Document document)
+void showPreview(workspace::Workspace &workspace, QWidget *parent, Document document)
 {
     frmPreview dialog(workspace, std::move(document), installedPrinters(), parent);
     dialog.exec();

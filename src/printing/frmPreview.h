@@ -24,7 +24,7 @@ class frmPreview : public ui::Screen
 
 public:
     /// \a printers: the names of the printers there are.
-    frmPreview(app::Workspace &workspace, Document document, const QStringList &printers,
+    frmPreview(workspace::Workspace &workspace, Document document, const QStringList &printers,
                QWidget *parent = nullptr);
     ~frmPreview() override;
 
@@ -38,7 +38,7 @@ private:
     void addShortcuts();
     void draw(QPrinter *printer);
     /// Does long \a work, which may be stopped. \return whether it was done; a failure is told
-    bool carryOut(const QString &what, const std::function<db::Status(const db::Progress &)> &work);
+    bool carryOut(const QString &what, const std::function<base::Status(const base::Progress &)> &work);
     void print();
     void savePdf();
     void turnTo(int page);
@@ -54,6 +54,6 @@ private:
 };
 
 /// Shows the preview of \a document until the user closes it.
-void showPreview(app::Workspace &workspace, QWidget *parent, Document document);
+void showPreview(workspace::Workspace &workspace, QWidget *parent, Document document);
 
 } // namespace printing

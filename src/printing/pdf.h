@@ -1,9 +1,9 @@
 #pragma once
 
-#include "db/progress.h"
-#include "db/result.h"
+#include "base/progress.h"
+#include "base/result.h"
 
-namespace app
+namespace workspace
 {
 class Workspace;
 }
@@ -16,10 +16,11 @@ struct Look;
 
 /// \a document as PDF in the file \a fileName, with its fonts embedded. Written beside it and renamed over
 /// it, so that an older file is lost only when the new one is complete.
-db::Status writePdf(const Document &document, const Look &look, const QString &fileName,
-                    const db::Progress &progress = db::unwatched);
+base::Status writePdf(const Document &document, const Look &look, const QString &fileName,
+                      const base::Progress &progress = base::unwatched);
 
 /// As above, in the purpose's font.
-db::Status writePdf(const app::Workspace &workspace, const Document &document, const QString &fileName);
+base::Status writePdf(const workspace::Workspace &workspace, const Document &document,
+                      const QString &fileName);
 
 } // namespace printing

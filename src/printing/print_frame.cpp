@@ -1,8 +1,8 @@
 #include "printing/print_frame.h"
 
-#include "app/settings.h"
 #include "printing/font_names.h"
 #include "printing/sheet.h"
+#include "workspace/settings.h"
 
 #include <QFontDatabase>
 #include <QPainter>
@@ -20,32 +20,32 @@ namespace
 
 struct PurposeKeys
 {
-    const app::SettingKey &printer;
-    const app::SettingKey &font;
+    const workspace::SettingKey &printer;
+    const workspace::SettingKey &font;
 };
 
 // In the order of Purpose.
 constexpr std::array<PurposeKeys, 7> purposes{{
-    {app::keys::printerName, app::keys::printerFont},
-    {app::keys::kuroPrinterName, app::keys::kuroPrinterFont},
-    {app::keys::motoPrinterName, app::keys::motoFont},
-    {app::keys::meiboPrinterName, app::keys::meiboPrinterFont},
-    {app::keys::oderPrinterName, app::keys::oderPrinterFont},
-    {app::keys::fuPrinterName, app::keys::fuPrinterFont},
-    {app::keys::hagakiPrinterName, app::keys::hagakiPrinterFont},
+    {workspace::keys::printerName, workspace::keys::printerFont},
+    {workspace::keys::kuroPrinterName, workspace::keys::kuroPrinterFont},
+    {workspace::keys::motoPrinterName, workspace::keys::motoFont},
+    {workspace::keys::meiboPrinterName, workspace::keys::meiboPrinterFont},
+    {workspace::keys::oderPrinterName, workspace::keys::oderPrinterFont},
+    {workspace::keys::fuPrinterName, workspace::keys::fuPrinterFont},
+    {workspace::keys::hagakiPrinterName, workspace::keys::hagakiPrinterFont},
 }};
 
 const PurposeKeys &keysOf(Purpose purpose) { return purposes.at(static_cast<std::size_t>(purpose)); }
 
 } // namespace
 
-const app::SettingKey &printerKey(Purpose purpose) { return keysOf(purpose).printer; }
+const workspace::SettingKey &printerKey(Purpose purpose) { return keysOf(purpose).printer; }
 
-const app::SettingKey &fontKey(Purpose purpose) { return keysOf(purpose).font; }
+const workspace::SettingKey &fontKey(Purpose purpose) { return keysOf(purpose).font; }
 
 QStringList installedPrinters() { return QPrinterInfo::availablePrinterNames(); }
 
-QString selectPrinter(QPrinter &printer, const app::Settings &settings, Purpose purpose)
+QString selectPrinter(QPrinter &printer, const workspace::Settings &settings, Purpose purpose)
 {
     const QString stored = settings.text(printerKey(purpose));
     const QStringList installed = installedPrinters();
@@ -56,7 +56,7 @@ QString selectPrinter(QPrinter &printer, const app::Settings &settings, Purpose 
     return installed.isEmpty() ? QString() : printer.printerName();
 }
 
-QString fontFace(const app::Settings &settings, Purpose purpose)
+QString fontFace(const workspace::Settings &settings, Purpose purpose)
 {
     const QString face = installedFace(settings.text(fontKey(purpose)), QFontDatabase::families());
     if (!face.isEmpty())

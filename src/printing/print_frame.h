@@ -5,11 +5,11 @@
 class QPainter;
 class QPrinter;
 
-namespace app
+namespace workspace
 {
 class Settings;
 struct SettingKey;
-} // namespace app
+} // namespace workspace
 
 // What every print routine shares: each purpose keeps its own printer and font in the settings.
 namespace printing
@@ -25,8 +25,8 @@ enum class Purpose {
     AddressRange, // over a chosen range of the customers
 };
 
-const app::SettingKey &printerKey(Purpose purpose);
-const app::SettingKey &fontKey(Purpose purpose);
+const workspace::SettingKey &printerKey(Purpose purpose);
+const workspace::SettingKey &fontKey(Purpose purpose);
 
 /// The names of the system's printers, as the clerk knows them.
 QStringList installedPrinters();
@@ -34,11 +34,11 @@ QStringList installedPrinters();
 /// Makes the purpose's stored printer the one \a printer prints on. \return its name, to be shown; where the
 /// stored one is not installed the system's default stays, and its name (empty: no printer at all) is
 /// returned
-QString selectPrinter(QPrinter &printer, const app::Settings &settings, Purpose purpose);
+QString selectPrinter(QPrinter &printer, const workspace::Settings &settings, Purpose purpose);
 
 /// The face to print the purpose with: the stored one, without the "@" of vertical writing, or what stands in
 /// for it on this machine.
-QString fontFace(const app::Settings &settings, Purpose purpose);
+QString fontFace(const workspace::Settings &settings, Purpose purpose);
 
 /// Sets the font of \a painter, whose units are twips, to \a face at \a points.
 void applyFont(QPainter &painter, const QString &face, double points, bool bold = false);

@@ -141,9 +141,9 @@ void drawContent(QPainter &painter, const Document &document, const Sheet &sheet
     }
 }
 
-db::Status jobRefused()
+base::Status jobRefused()
 {
-    return db::Error{
+    return base::Error{
         u"印刷を始められませんでした。プリンタの電源と接続を確かめて、もう一度印刷してください。"_s};
 }
 
@@ -158,8 +158,8 @@ struct Pages
     [[nodiscard]] qint64 count() const { return static_cast<qint64>(last - first + 1) * rounds * repeats; }
 };
 
-db::Status drawPages(QPagedPaintDevice &device, const Document &document, const Look &look,
-                     const Pages &pages, const db::Progress &progress)
+base::Status drawPages(QPagedPaintDevice &device, const Document &document, const Look &look,
+                       const Pages &pages, const base::Progress &progress)
 {
     QPainter painter;
     if (!painter.begin(&device))
@@ -170,14 +170,14 @@ db::Status drawPages(QPagedPaintDevice &device, const Document &document, const 
         for (std::size_t page = pages.first; page <= pages.last; ++page) {
             for (int repeat = 0; repeat < pages.repeats; ++repeat, ++drawn) {
                 if (drawn > 0 && !progress(drawn, pages.count()))
-                    return db::cancelled();
+                    return base::cancelled();
                 if (drawn > 0 && !device.newPage())
                     return jobRefused();
                 drawSheet(painter, document, document.sheets[page], look, unprintable);
             }
         }
     }
-    return painter.end() ? db::Status() : jobRefused();
+    return painter.end() ? base::Status() : jobRefused();
 }
 
 } // namespace
@@ -212,22 +212,22 @@ void setPage(QPagedPaintDevice &device, const Document &document)
         device.setPageLayout(pageOf(document.sheets.front()));
 }
 
-db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
-                        const db::Progress &progress)
+base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
+                          const base::Progress &progress)
 {
     if (document.sheets.empty())
-        return db::Error{u"印刷するものがありません。"_s};
+        return base::Error{u"印刷するものがありません。"_s};
     return drawPages(device, document, look, {0, document.sheets.size() - 1}, progress);
 }
 
-db::Status printDocument(QPrinter &printer, const Document &document, const Look &look,
-                         const db::Progress &progress)
+base::Status printDocument(QPrinter &printer, const Document &document, const Look &look,
+                           const base::Progress &progress)
 {
     if (document.sheets.empty())
-        return db::Error{u"印刷するものがありません。"_s};
+        return base::Error{u"印刷するものがありません。"_s};
     if (!printer.isValid())
-        return db::Error{u"プリンタ「%1」が見つからないため、印刷しませんでした。"
-                         "プリンタを選び直すか、PDF に保存してください。"_s.arg(printer.printerName())};
+        return base::Error{u"プリンタ「%1」が見つからないため、印刷しませんでした。"
+                           "プリンタを選び直すか、PDF に保存してください。"_s.arg(printer.printerName())};
     std::size_t first = 0;
     std::size_t last = document.sheets.size() - 1;
     if (printer.printRange() == QPrinter::PageRange && printer.fromPage() > 0) {
@@ -243,7 +243,7 @@ db::Status printDocument(QPrinter &printer, const Document &document, const Look
             printer.abort();
         return goesOn;
     };
-    const db::Status drawn = drawPages(printer, document, look, pages, watched);
+    const base::Status drawn = drawPages(printer, document, look, pages, watched);
     return drawn && printer.printerState() == QPrinter::Error ? jobRefused() : drawn;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/progress.h"
-#include "db/result.h"
+#include "base/progress.h"
+#include "base/result.h"
 #include "printing/print_frame.h"
 #include "printing/sheet.h"
 
@@ -52,12 +52,12 @@ QMarginsF unprintableMargins(const QPagedPaintDevice &device);
 void setPage(QPagedPaintDevice &device, const Document &document);
 
 /// Draws all sheets onto \a device, one a page. Fails when the device takes no job. \a progress counts pages.
-db::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
-                        const db::Progress &progress = db::unwatched);
+base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
+                          const base::Progress &progress = base::unwatched);
 
 /// Prints the pages and copies that \a printer was set up for. No job is started when the printer is missing;
 /// one that \a progress stops is withdrawn where the system can, else the pages so far come out.
-db::Status printDocument(QPrinter &printer, const Document &document, const Look &look,
-                         const db::Progress &progress = db::unwatched);
+base::Status printDocument(QPrinter &printer, const Document &document, const Look &look,
+                           const base::Progress &progress = base::unwatched);
 
 } // namespace printing

@@ -3,7 +3,7 @@
 #include "db/recordset.h"
 #include "registers/counterpart.h"
 #include "registers/customer.h"
-#include "registers/postal_boxes.h"
+#include "registers/postal/postal_boxes.h"
 #include "text/width.h"
 #include "ui/desktop.h"
 #include "ui/drop_down.h"
@@ -109,14 +109,14 @@ void CustomerPanel::connectForms()
     connect(new ui::LeaveWatch(m_ui->txtCode), &ui::LeaveWatch::left, this, &CustomerPanel::warnOfSharedCode);
 }
 
-void CustomerPanel::connectPostalCodes(app::Workspace &workspace)
+void CustomerPanel::connectPostalCodes(workspace::Workspace &workspace)
 {
     auto *boxes = new PostalBoxes(workspace, m_ui->txtZip, m_ui->txtAddress);
     boxes->fillOnLeavingAddress();
     connect(m_ui->Command3, &QPushButton::clicked, boxes, &PostalBoxes::lookUp);
 }
 
-db::Status CustomerPanel::loadCategories()
+base::Status CustomerPanel::loadCategories()
 {
     auto found = masters::customerCategories(*m_connection);
     if (!found)
@@ -144,7 +144,7 @@ void CustomerPanel::showCategory()
 void CustomerPanel::chooseCategory(int index)
 {
     const qint64 category = m_ui->dbcKubun->itemData(index).toLongLong();
-    const db::Status saved = saveCategory(*m_connection, *m_customers, category);
+    const base::Status saved = saveCategory(*m_connection, *m_customers, category);
     if (!saved) {
         showCategory();
         ui::prompts::inform(window(), saved.error().text);

@@ -14,7 +14,7 @@ class Connection;
 class Recordset;
 } // namespace db
 
-namespace app
+namespace workspace
 {
 class Workspace;
 }
@@ -41,10 +41,10 @@ public:
     void bind(db::Connection &connection, db::Recordset &customers);
 
     /// Lets the postal code and the address fill each other in.
-    void connectPostalCodes(app::Workspace &workspace);
+    void connectPostalCodes(workspace::Workspace &workspace);
 
     /// Reads the categories that can be chosen.
-    db::Status loadCategories();
+    base::Status loadCategories();
     [[nodiscard]] const std::vector<masters::Entry> &categories() const { return m_categories; }
 
     /// Shows the current row again.

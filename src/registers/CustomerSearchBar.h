@@ -1,7 +1,7 @@
 #pragma once
 
 #include "masters/name_lists.h"
-#include "registers/customer_search.h"
+#include "registers/lists/customer_search.h"
 
 #include <QWidget>
 

@@ -30,8 +30,8 @@ QString counterpartKey(const QString &name1, const QString &name2, const QString
 
 QStringList taxClassNames() { return {u"外税 （納品時）"_s, u"外税 （請求時）"_s, u"内税"_s}; }
 
-db::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
-                           QString (*keyOf)(const db::Recordset &), QVariantMap values)
+base::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
+                             QString (*keyOf)(const db::Recordset &), QVariantMap values)
 {
     values.insert(keyColumn, keyOf(rows));
     QVariantMap old;
@@ -39,7 +39,7 @@ db::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
         old.insert(value.key(), rows.value(value.key()));
         rows.setValue(value.key(), value.value());
     }
-    const db::Status saved = rows.update();
+    const base::Status saved = rows.update();
     if (!saved) {
         for (auto value = old.cbegin(); value != old.cend(); ++value)
             rows.setValue(value.key(), value.value());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <QStringList>
 #include <QVariantMap>
@@ -27,7 +27,7 @@ QStringList taxClassNames();
 
 /// Saves the current row with \a values and with what \a keyOf makes of its fields in \a keyColumn, whether
 /// anything was edited or not. After a failure these columns are as before, and the edits are still there.
-db::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
-                           QString (*keyOf)(const db::Recordset &), QVariantMap values = {});
+base::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
+                             QString (*keyOf)(const db::Recordset &), QVariantMap values = {});
 
 } // namespace registers

@@ -83,28 +83,28 @@ QStringList closingDayNames()
     return names;
 }
 
-db::Status openEveryCustomer(db::Recordset &customers)
+base::Status openEveryCustomer(db::Recordset &customers)
 {
     return customers.open(u"SELECT * FROM 納品先 ORDER BY 更新日 DESC, フリガナ"_s, {}, customerId);
 }
 
-db::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text)
+base::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text)
 {
     return customers.openIfAny(
         u"SELECT * FROM 納品先 WHERE (納品先名キー LIKE ?)  ORDER BY 更新日 DESC, フリガナ"_s,
         {u'%' + text + u'%'}, customerId);
 }
 
-db::Status openCustomer(db::Recordset &customers, qint64 id)
+base::Status openCustomer(db::Recordset &customers, qint64 id)
 {
     return customers.open(u"SELECT * FROM 納品先 WHERE (納品先ID = ?) ORDER BY 更新日 DESC, フリガナ"_s, {id},
                           customerId);
 }
 
-db::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
+base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
 {
     db::Transaction transaction(connection);
-    if (const db::Status begun = transaction.begin(); !begun)
+    if (const base::Status begun = transaction.begin(); !begun)
         return begun.error();
     const auto key = db::nextKey(connection, u"納品先"_s);
     if (!key)
@@ -115,13 +115,13 @@ db::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
         {*key, date, date});
     if (!added)
         return added.error();
-    const db::Status done = transaction.commit();
-    return done ? key : db::Result<qint64>(done.error());
+    const base::Status done = transaction.commit();
+    return done ? key : base::Result<qint64>(done.error());
 }
 
-db::Status openForEntry(db::Recordset &customers, qint64 id)
+base::Status openForEntry(db::Recordset &customers, qint64 id)
 {
-    const db::Status opened = customers.open(u"SELECT * FROM 納品先 ORDER BY 納品先ID"_s, {}, customerId);
+    const base::Status opened = customers.open(u"SELECT * FROM 納品先 ORDER BY 納品先ID"_s, {}, customerId);
     return opened ? customers.moveToKey(id) : opened;
 }
 
@@ -152,25 +152,25 @@ std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
     return std::nullopt;
 }
 
-db::Status saveCustomer(db::Recordset &customers, const QDate &today)
+base::Status saveCustomer(db::Recordset &customers, const QDate &today)
 {
     storeForms(customers);
     return saveCounterpart(customers, u"納品先名キー"_s, keyOf, {{u"更新日"_s, today.toString(Qt::ISODate)}});
 }
 
-db::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)
+base::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)
 {
     const auto changed = connection.execute(u"UPDATE 納品先 SET 区分ID = ? WHERE 納品先ID = ?"_s,
                                             {category, customers.currentKey()});
     if (!changed)
         return changed.error();
     if (*changed == 0)
-        return db::Error{u"表示中の納品先はほかのプログラムで削除されたため、保存できませんでした。"_s};
+        return base::Error{u"表示中の納品先はほかのプログラムで削除されたため、保存できませんでした。"_s};
     customers.refresh();
     return {};
 }
 
-db::Result<bool> codeIsShared(db::Connection &connection, const db::Recordset &customers)
+base::Result<bool> codeIsShared(db::Connection &connection, const db::Recordset &customers)
 {
     const QString code = customers.text(u"コード"_s);
     if (code.isEmpty())

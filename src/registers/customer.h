@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 #include "masters/name_lists.h"
 
 #include <QDate>
@@ -38,21 +38,21 @@ std::optional<QUrl> mailLink(const QString &address);
 QStringList closingDayNames();
 
 /// Every customer, the last changed first.
-db::Status openEveryCustomer(db::Recordset &customers);
+base::Status openEveryCustomer(db::Recordset &customers);
 
 /// The customers whose key contains \a text; "%" and "_" in it stand for any characters.
 /// Finding none leaves the record set as it was. \return whether there are any
-db::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text);
+base::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text);
 
 /// The one customer \a id; the record set is empty when there is no such customer.
-db::Status openCustomer(db::Recordset &customers, qint64 id);
+base::Status openCustomer(db::Recordset &customers, qint64 id);
 
 /// Stores a new customer that has its key, its dates and the two numbers that are never empty.
 /// \return its key
-db::Result<qint64> addCustomer(db::Connection &connection, const QDate &today);
+base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today);
 
 /// All customers in the order of their keys, with the new one \a id as the current one.
-db::Status openForEntry(db::Recordset &customers, qint64 id);
+base::Status openForEntry(db::Recordset &customers, qint64 id);
 
 /// Why a customer cannot be saved.
 struct Refusal
@@ -71,12 +71,12 @@ std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
 
 /// Saves the current customer with its edited fields in their stored form, a new key and \a today as the day
 /// of its last change. After a failure its dates and key are as before, and the edits are still there.
-db::Status saveCustomer(db::Recordset &customers, const QDate &today);
+base::Status saveCustomer(db::Recordset &customers, const QDate &today);
 
 /// Stores the category alone, at once; other edits of the current customer stay held back.
-db::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category);
+base::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category);
 
 /// Whether two customers have the code of the current one; its own counts as it is typed.
-db::Result<bool> codeIsShared(db::Connection &connection, const db::Recordset &customers);
+base::Result<bool> codeIsShared(db::Connection &connection, const db::Recordset &customers);
 
 } // namespace registers

@@ -1,13 +1,13 @@
 #include "registers/frmNouhin.h"
 
-#include "app/settings.h"
-#include "app/workspace.h"
 #include "registers/customer.h"
-#include "registers/customer_export.h"
+#include "registers/lists/customer_export.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui/table_export.h"
 #include "ui_frmNouhin.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QShortcut>
 
@@ -35,7 +35,7 @@ enum StoredWindowState { Normal = 0, Minimised = 1, Maximised = 2 };
 
 } // namespace
 
-frmNouhin::frmNouhin(app::Workspace &workspace, QWidget *parent)
+frmNouhin::frmNouhin(workspace::Workspace &workspace, QWidget *parent)
     : RegisterScreen(workspace, u"入力中の納品先が登録されていません。登録しますか？"_s, parent)
     , m_ui(std::make_unique<Ui::frmNouhin>())
 {
@@ -45,7 +45,7 @@ frmNouhin::frmNouhin(app::Workspace &workspace, QWidget *parent)
     m_ui->importPanel->bind(workspace);
     setUpList();
     connectButtons();
-    if (workspace.settings.integer(app::keys::nouhinWindowState) == Maximised)
+    if (workspace.settings.integer(workspace::keys::nouhinWindowState) == Maximised)
         setWindowState(Qt::WindowMaximized);
     setUp();
     showStates();
@@ -96,13 +96,13 @@ void frmNouhin::connectButtons()
 
 void frmNouhin::openCustomer(qint64 id)
 {
-    const db::Status loaded = m_ui->panel->loadCategories();
+    const base::Status loaded = m_ui->panel->loadCategories();
     opened(loaded ? registers::openCustomer(rows(), id) : loaded);
 }
 
-db::Status frmNouhin::openRows()
+base::Status frmNouhin::openRows()
 {
-    const db::Status loaded = m_ui->panel->loadCategories();
+    const base::Status loaded = m_ui->panel->loadCategories();
     return loaded ? registers::openEveryCustomer(rows()) : loaded;
 }
 
@@ -111,7 +111,7 @@ bool frmNouhin::mayClose()
     if (!RegisterScreen::mayClose())
         return false;
     const int state = isMaximized() ? Maximised : isMinimized() ? Minimised : Normal;
-    workspace().settings.write(app::keys::nouhinWindowState, state);
+    workspace().settings.write(workspace::keys::nouhinWindowState, state);
     return true;
 }
 
@@ -210,7 +210,7 @@ void frmNouhin::exportAll()
         return;
     db::Connection &connection = workspace().connection;
     ui::exportTable(this, {[&](const QString &fileName) { return checkCustomerExport(connection, fileName); },
-                           [&](const QString &fileName, const db::Progress &progress) {
+                           [&](const QString &fileName, const base::Progress &progress) {
                                return exportCustomers(connection, fileName, progress);
                            }});
 }
@@ -221,7 +221,7 @@ std::optional<RegisterScreen::Failure> frmNouhin::refusal() const
     return refused ? std::optional(Failure{refused->text, u"更新"_s, refused->column}) : std::nullopt;
 }
 
-db::Status frmNouhin::store() { return registers::saveCustomer(rows(), workspace().today()); }
+base::Status frmNouhin::store() { return registers::saveCustomer(rows(), workspace().today()); }
 
 void frmNouhin::showRow() { m_ui->panel->showRow(); }
 

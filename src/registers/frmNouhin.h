@@ -18,7 +18,7 @@ class frmNouhin : public RegisterScreen
     Q_OBJECT
 
 public:
-    explicit frmNouhin(app::Workspace &workspace, QWidget *parent = nullptr);
+    explicit frmNouhin(workspace::Workspace &workspace, QWidget *parent = nullptr);
     ~frmNouhin() override;
 
     /// Shows the customer \a id alone. To be called before the screen is shown.
@@ -28,11 +28,11 @@ public:
     [[nodiscard]] std::optional<qint64> savedCustomer() const { return savedKey(); }
 
 protected:
-    db::Status openRows() override;
+    base::Status openRows() override;
     void add() override;
     [[nodiscard]] std::vector<State> states() const override;
     [[nodiscard]] std::optional<Failure> refusal() const override;
-    db::Status store() override;
+    base::Status store() override;
     void showRow() override;
     void focusColumn(const QString &column) override;
     void entryEnded() override;

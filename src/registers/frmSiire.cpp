@@ -1,8 +1,7 @@
 #include "registers/frmSiire.h"
 
-#include "app/workspace.h"
 #include "registers/counterpart.h"
-#include "registers/postal_boxes.h"
+#include "registers/postal/postal_boxes.h"
 #include "registers/supplier.h"
 #include "ui/drop_down.h"
 #include "ui/leave_watch.h"
@@ -10,6 +9,7 @@
 #include "ui/prompts.h"
 #include "ui/width_check.h"
 #include "ui_frmSiire.h"
+#include "workspace/workspace.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +27,7 @@ const QList<ui::GridColumn> listColumns = {
 
 } // namespace
 
-frmSiire::frmSiire(app::Workspace &workspace, QWidget *parent)
+frmSiire::frmSiire(workspace::Workspace &workspace, QWidget *parent)
     : RegisterScreen(workspace, u"入力中の仕入先が登録されていません。登録しますか？"_s, parent)
     , m_ui(std::make_unique<Ui::frmSiire>())
     , m_boxes(rows(), nullptr)
@@ -104,7 +104,7 @@ void frmSiire::connectButtons()
 
 void frmSiire::openSupplier(qint64 id) { opened(registers::openSupplier(rows(), id)); }
 
-db::Status frmSiire::openRows() { return registers::openEverySupplier(rows()); }
+base::Status frmSiire::openRows() { return registers::openEverySupplier(rows()); }
 
 void frmSiire::add()
 {
@@ -119,7 +119,7 @@ void frmSiire::add()
     m_ui->txtName1->setFocus();
 }
 
-db::Status frmSiire::store() { return registers::saveSupplier(rows()); }
+base::Status frmSiire::store() { return registers::saveSupplier(rows()); }
 
 void frmSiire::showRow() { m_boxes.show(); }
 

@@ -19,7 +19,7 @@ class frmSiire : public RegisterScreen
     Q_OBJECT
 
 public:
-    explicit frmSiire(app::Workspace &workspace, QWidget *parent = nullptr);
+    explicit frmSiire(workspace::Workspace &workspace, QWidget *parent = nullptr);
     ~frmSiire() override;
 
     /// Shows the supplier \a id alone. To be called before the screen is shown.
@@ -29,10 +29,10 @@ public:
     [[nodiscard]] std::optional<qint64> savedSupplier() const { return savedKey(); }
 
 protected:
-    db::Status openRows() override;
+    base::Status openRows() override;
     void add() override;
     [[nodiscard]] std::vector<State> states() const override;
-    db::Status store() override;
+    base::Status store() override;
     void showRow() override;
     void entryEnded() override;
 

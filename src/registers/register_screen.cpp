@@ -1,12 +1,12 @@
 #include "registers/register_screen.h"
 
-#include "app/workspace.h"
-#include "registers/customer_deletion.h"
+#include "registers/lists/customer_deletion.h"
 #include "text/numbers.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui/width_check.h"
+#include "workspace/workspace.h"
 
 #include <QLabel>
 
@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace registers
 {
 
-RegisterScreen::RegisterScreen(app::Workspace &workspace, const QString &entryOpen, QWidget *parent)
+RegisterScreen::RegisterScreen(workspace::Workspace &workspace, const QString &entryOpen, QWidget *parent)
     : ui::Screen(workspace, parent)
     , m_rows(workspace.connection)
     , m_entryOpen(entryOpen)
@@ -26,7 +26,7 @@ void RegisterScreen::bindList(ui::Grid *list, QLabel *count)
     m_count = count;
     m_rows.setSaver([this] {
         const auto failure = trySave();
-        return failure ? db::Status(db::Error{failure->text}) : db::Status();
+        return failure ? base::Status(base::Error{failure->text}) : base::Status();
     });
     list->bind(m_rows, [this](const QString &) { tellFailure(); });
     connect(&m_rows, &db::Recordset::currentRowChanged, this, &RegisterScreen::showStates);
@@ -34,7 +34,7 @@ void RegisterScreen::bindList(ui::Grid *list, QLabel *count)
 
 // --- Opening and closing ---
 
-bool RegisterScreen::opened(const db::Status &opened)
+bool RegisterScreen::opened(const base::Status &opened)
 {
     m_opened = true;
     return tell(opened);
@@ -140,7 +140,7 @@ std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
         return m_failure;
     }
     const qint64 key = m_rows.currentKey();
-    const db::Status stored = store();
+    const base::Status stored = store();
     if (stored)
         m_savedKey = key;
     else

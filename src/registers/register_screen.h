@@ -45,7 +45,7 @@ protected:
     };
 
     /// \a entryOpen asks whether a row in entry is to be saved before the screen closes.
-    RegisterScreen(app::Workspace &workspace, const QString &entryOpen, QWidget *parent);
+    RegisterScreen(workspace::Workspace &workspace, const QString &entryOpen, QWidget *parent);
 
     /// To be called by the constructor: \a list shows the rows, \a count their number.
     void bindList(ui::Grid *list, QLabel *count);
@@ -57,18 +57,18 @@ protected:
     [[nodiscard]] std::optional<qint64> savedKey() const { return m_savedKey; }
 
     /// Keeps the screen from reading its rows when it is shown: \a opened are there already.
-    bool opened(const db::Status &opened);
+    bool opened(const base::Status &opened);
 
     // --- What a register does in its own way ---
 
     /// Opens what is listed at first; nothing on a screen that waits for a search.
-    virtual db::Status openRows() { return {}; }
+    virtual base::Status openRows() { return {}; }
     /// Makes a new row the current one and ends in beginEntry(). Not on a screen that only corrects rows.
     virtual void add() {}
     [[nodiscard]] virtual std::vector<State> states() const = 0;
     /// What keeps the current row from being saved.
     [[nodiscard]] virtual std::optional<Failure> refusal() const { return std::nullopt; }
-    virtual db::Status store() = 0;
+    virtual base::Status store() = 0;
     /// Shows the current row in the boxes again.
     virtual void showRow() = 0;
     virtual void focusColumn(const QString &) {}

@@ -27,24 +27,24 @@ QString supplierKey(const QString &name1, const QString &name2, const QString &c
     return counterpartKey(name1, name2, {code, tel1});
 }
 
-db::Status openEverySupplier(db::Recordset &suppliers)
+base::Status openEverySupplier(db::Recordset &suppliers)
 {
     return suppliers.open(u"SELECT * FROM 仕入先"_s, {}, supplierId);
 }
 
-db::Status openSupplier(db::Recordset &suppliers, qint64 id)
+base::Status openSupplier(db::Recordset &suppliers, qint64 id)
 {
     return suppliers.open(u"SELECT * FROM 仕入先 WHERE (仕入先ID = ?)"_s, {id}, supplierId);
 }
 
-db::Result<qint64> addSupplier(db::Recordset &suppliers) { return suppliers.add({{u"消費税区分"_s, 0}}); }
+base::Result<qint64> addSupplier(db::Recordset &suppliers) { return suppliers.add({{u"消費税区分"_s, 0}}); }
 
-db::Status saveSupplier(db::Recordset &suppliers)
+base::Status saveSupplier(db::Recordset &suppliers)
 {
     return saveCounterpart(suppliers, u"仕入先名キー"_s, keyOf);
 }
 
-db::Result<bool> supplierCodeExists(db::Connection &connection, const db::Recordset &suppliers)
+base::Result<bool> supplierCodeExists(db::Connection &connection, const db::Recordset &suppliers)
 {
     const QString code = suppliers.text(u"コード"_s);
     if (code.isEmpty())

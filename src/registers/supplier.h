@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <QString>
 
@@ -20,21 +20,21 @@ namespace registers
 QString supplierKey(const QString &name1, const QString &name2, const QString &code, const QString &tel1);
 
 /// Every supplier, in the table's own order.
-db::Status openEverySupplier(db::Recordset &suppliers);
+base::Status openEverySupplier(db::Recordset &suppliers);
 
 /// The one supplier \a id; the record set is empty when there is no such supplier.
-db::Status openSupplier(db::Recordset &suppliers, qint64 id);
+base::Status openSupplier(db::Recordset &suppliers, qint64 id);
 
 /// Stores a new supplier that has its key and its tax class, as the last and current one of \a suppliers.
 /// \return its key
-db::Result<qint64> addSupplier(db::Recordset &suppliers);
+base::Result<qint64> addSupplier(db::Recordset &suppliers);
 
 /// Saves the current supplier, even an empty one, with a new key. After a failure its key is as before, and
 /// the edits are still there.
-db::Status saveSupplier(db::Recordset &suppliers);
+base::Status saveSupplier(db::Recordset &suppliers);
 
 /// Whether any supplier has the code of the current one. Unlike a customer's, a supplier's own code counts
 /// once it is saved; that is wanted.
-db::Result<bool> supplierCodeExists(db::Connection &connection, const db::Recordset &suppliers);
+base::Result<bool> supplierCodeExists(db::Connection &connection, const db::Recordset &suppliers);
 
 } // namespace registers

@@ -20,7 +20,7 @@ public:
         : m_file(fileName)
     {}
 
-    db::Status begin(const QList<Column> &columns) override
+    base::Status begin(const QList<Column> &columns) override
     {
         if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate))
             return writeError(m_file.errorString());
@@ -30,16 +30,16 @@ public:
         return endLine();
     }
 
-    db::Status addRow(const std::vector<Cell> &cells) override
+    base::Status addRow(const std::vector<Cell> &cells) override
     {
         for (const Cell &cell : cells)
             add(cell);
         return endLine();
     }
 
-    db::Status finish() override
+    base::Status finish() override
     {
-        const db::Status flushed = flush();
+        const base::Status flushed = flush();
         m_file.close();
         return m_file.error() == QFileDevice::NoError ? flushed : writeError(m_file.errorString());
     }
@@ -68,18 +68,18 @@ private:
         m_lines += u'"';
     }
 
-    db::Status endLine()
+    base::Status endLine()
     {
         m_lines.chop(1);
         m_lines += "\r\n"_L1;
-        return m_lines.size() < 32768 ? db::Status() : flush();
+        return m_lines.size() < 32768 ? base::Status() : flush();
     }
 
-    db::Status flush()
+    base::Status flush()
     {
         const QByteArray bytes = m_lines.toUtf8();
         m_lines.clear();
-        return m_file.write(bytes) == bytes.size() && m_file.flush() ? db::Status()
+        return m_file.write(bytes) == bytes.size() && m_file.flush() ? base::Status()
                                                                      : writeError(m_file.errorString());
     }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 #include "tables/table_writer.h"
 
 #include <memory>
@@ -18,10 +18,10 @@ public:
     virtual ~FormatWriter() = default;
 
     /// Opens the file; the headings become its first row.
-    virtual db::Status begin(const QList<Column> &columns) = 0;
-    virtual db::Status addRow(const std::vector<Cell> &cells) = 0;
+    virtual base::Status begin(const QList<Column> &columns) = 0;
+    virtual base::Status addRow(const std::vector<Cell> &cells) = 0;
     /// Completes and closes the file.
-    virtual db::Status finish() = 0;
+    virtual base::Status finish() = 0;
 };
 
 std::unique_ptr<FormatWriter> csvWriter(const QString &fileName);
@@ -29,6 +29,6 @@ std::unique_ptr<FormatWriter> xlsWriter(const QString &fileName);
 std::unique_ptr<FormatWriter> xlsxWriter(const QString &fileName);
 
 /// The clerk's sentence for a file that cannot be written.
-db::Error writeError(const QString &detail);
+base::Error writeError(const QString &detail);
 
 } // namespace tables

@@ -31,13 +31,13 @@ std::FILE *openForWriting(const QString &fileName)
 #endif
 }
 
-db::Error systemError() { return writeError(QString::fromLocal8Bit(std::strerror(errno))); }
+base::Error systemError() { return writeError(QString::fromLocal8Bit(std::strerror(errno))); }
 
 } // namespace
 
 GsfFile::~GsfFile() { release(); }
 
-db::Status GsfFile::open(const QString &fileName, Container container)
+base::Status GsfFile::open(const QString &fileName, Container container)
 {
     static const bool prepared = (gsf_init(), true);
     Q_UNUSED(prepared)
@@ -79,7 +79,7 @@ void GsfFile::endStream()
     m_stream = nullptr;
 }
 
-db::Status GsfFile::close()
+base::Status GsfFile::close()
 {
     endStream();
     if (m_container)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <QByteArrayView>
 #include <QString>
@@ -25,17 +25,17 @@ public:
     GsfFile(const GsfFile &) = delete;
     GsfFile &operator=(const GsfFile &) = delete;
 
-    db::Status open(const QString &fileName, Container container);
+    base::Status open(const QString &fileName, Container container);
 
     /// Begins the stream \a path ("xl/workbook.xml"), after the one before is complete.
     void beginStream(const char *path);
     void write(QByteArrayView bytes);
 
     /// The first failure so far.
-    [[nodiscard]] const db::Status &state() const { return m_state; }
+    [[nodiscard]] const base::Status &state() const { return m_state; }
 
     /// Completes the streams, the container and the file. \return whether all of it was written
-    db::Status close();
+    base::Status close();
 
 private:
     void endStream();
@@ -45,7 +45,7 @@ private:
     std::FILE *m_file = nullptr;
     GsfOutfile *m_container = nullptr;
     GsfOutput *m_stream = nullptr;
-    db::Status m_state;
+    base::Status m_state;
 };
 
 } // namespace tables

@@ -15,7 +15,7 @@ constexpr qint64 positionOfCounts = 4; // behind the head of the first record
 
 } // namespace
 
-db::Status SharedStrings::open()
+base::Status SharedStrings::open()
 {
     if (!m_file.open())
         return writeError(m_file.errorString());
@@ -64,14 +64,14 @@ void SharedStrings::endRecord()
     m_record.clear();
 }
 
-db::Result<QFile *> SharedStrings::finish()
+base::Result<QFile *> SharedStrings::finish()
 {
     endRecord();
     biff::Bytes counts;
     counts.add(m_uses).add(m_count);
     const bool done = !m_failed && m_file.seek(positionOfCounts) &&
                       m_file.write(counts.content()) == counts.size() && m_file.flush() && m_file.seek(0);
-    return done ? db::Result<QFile *>(&m_file) : writeError(m_file.errorString());
+    return done ? base::Result<QFile *>(&m_file) : writeError(m_file.errorString());
 }
 
 } // namespace tables

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 #include "tables/biff.h"
 
 #include <QHash>
@@ -15,13 +15,13 @@ namespace tables
 class SharedStrings
 {
 public:
-    db::Status open();
+    base::Status open();
 
     /// The number of \a text, at most 32,767 UTF-16 units long.
     quint32 add(const QString &text);
 
     /// Completes the records. \return the temporary file, to be read from its beginning
-    db::Result<QFile *> finish();
+    base::Result<QFile *> finish();
 
 private:
     void write(const QString &text);

@@ -1,6 +1,6 @@
 #include "tables/table_writer.h"
 
-#include "db/flush.h"
+#include "base/flush.h"
 #include "tables/format_writer.h"
 
 #include <QFile>
@@ -46,7 +46,7 @@ const Format *formatOf(const QString &fileName)
 
 QString grouped(qint64 number) { return QLocale(QLocale::Japanese).toString(number); }
 
-db::Error tooLong(const Column &column, qint64 row)
+base::Error tooLong(const Column &column, qint64 row)
 {
     return {
         u"%1 件目の「%2」が長すぎるため（%3 文字まで）、書き出しませんでした。csv 形式を選んでください。"_s
@@ -54,14 +54,14 @@ db::Error tooLong(const Column &column, qint64 row)
 }
 
 // The rows of \a table go into \a writer, and every hundredth one reports.
-db::Status writeRows(FormatWriter &writer, const Format &format, const Table &table,
-                     const db::Progress &progress)
+base::Status writeRows(FormatWriter &writer, const Format &format, const Table &table,
+                       const base::Progress &progress)
 {
     QVariantList values;
     std::vector<Cell> cells(static_cast<std::size_t>(table.columns.size()));
     for (qint64 row = 0;; ++row) {
         if (row % 100 == 0 && !progress(row, table.rowCount))
-            return db::cancelled();
+            return base::cancelled();
         const auto more = table.next(values);
         if (!more)
             return more.error();
@@ -73,16 +73,16 @@ db::Status writeRows(FormatWriter &writer, const Format &format, const Table &ta
             if (cell.text.size() > format.longestText)
                 return tooLong(table.columns[i], row + 1);
         }
-        if (const db::Status added = writer.addRow(cells); !added)
+        if (const base::Status added = writer.addRow(cells); !added)
             return added;
     }
 }
 
-db::Status writeFile(const QString &fileName, const Format &format, const Table &table,
-                     const db::Progress &progress)
+base::Status writeFile(const QString &fileName, const Format &format, const Table &table,
+                       const base::Progress &progress)
 {
     const auto writer = format.make(fileName);
-    db::Status written = writer->begin(table.columns);
+    base::Status written = writer->begin(table.columns);
     if (written)
         written = writeRows(*writer, format, table, progress);
     return written ? writer->finish() : written;
@@ -90,41 +90,41 @@ db::Status writeFile(const QString &fileName, const Format &format, const Table 
 
 } // namespace
 
-db::Error writeError(const QString &detail)
+base::Error writeError(const QString &detail)
 {
     return {u"ファイルに書き込めませんでした。空き容量と、書き込みのできる場所かどうかを"
             "確かめてください。(%1)"_s.arg(detail)};
 }
 
-db::Status checkTarget(const QString &fileName, qint64 rowCount)
+base::Status checkTarget(const QString &fileName, qint64 rowCount)
 {
     const Format *format = formatOf(fileName);
     if (!format)
-        return db::Error{u"この拡張子のファイルには書き出せません。拡張子を .xls、.xlsx または .csv に"
-                         "してください。(%1)"_s.arg(QFileInfo(fileName).fileName())};
+        return base::Error{u"この拡張子のファイルには書き出せません。拡張子を .xls、.xlsx または .csv に"
+                           "してください。(%1)"_s.arg(QFileInfo(fileName).fileName())};
     if (rowCount > format->highestRowCount)
-        return db::Error{
+        return base::Error{
             u"%1 件あるため、%2 形式（%3 件まで）では書き出せません。%4 形式を選んでください。"_s.arg(
                 grouped(rowCount), format->suffix, grouped(format->highestRowCount),
                 rowCount > formats[1].highestRowCount ? u"csv"_s : u"xlsx"_s)};
     const QFileInfo target(fileName);
     if (target.exists() && !target.isFile())
-        return db::Error{
+        return base::Error{
             u"ファイルではないため、書き出せません。別の名前を選んでください。(%1)"_s.arg(target.fileName())};
     return {};
 }
 
-db::Status writeTable(const QString &fileName, const Table &table, const db::Progress &progress)
+base::Status writeTable(const QString &fileName, const Table &table, const base::Progress &progress)
 {
-    if (const db::Status possible = checkTarget(fileName, table.rowCount); !possible)
+    if (const base::Status possible = checkTarget(fileName, table.rowCount); !possible)
         return possible;
     const QString temporary = fileName + u".tmp"_s;
     QFile::remove(temporary);
-    db::Status written = writeFile(temporary, *formatOf(fileName), table, progress);
+    base::Status written = writeFile(temporary, *formatOf(fileName), table, progress);
     if (written)
-        written = db::flushFile(temporary);
+        written = base::flushFile(temporary);
     if (written)
-        written = db::replaceFile(temporary, fileName);
+        written = base::replaceFile(temporary, fileName);
     if (!written)
         QFile::remove(temporary);
     return written;

@@ -23,17 +23,17 @@ std::optional<QString> decodedAs(QStringDecoder::Encoding encoding, QByteArrayVi
     return text;
 }
 
-db::Result<QString> textOr(const std::optional<QString> &text)
+base::Result<QString> textOr(const std::optional<QString> &text)
 {
     if (!text)
-        return db::Error{u"文字コードが UTF-8 でもシフト JIS でもないため、読み込めませんでした。"
-                         "保存し直してから、もう一度お試しください。"_s};
+        return base::Error{u"文字コードが UTF-8 でもシフト JIS でもないため、読み込めませんでした。"
+                           "保存し直してから、もう一度お試しください。"_s};
     return *text;
 }
 
 } // namespace
 
-db::Result<QString> decodeText(const QByteArray &content)
+base::Result<QString> decodeText(const QByteArray &content)
 {
     if (content.startsWith("\xff\xfe"))
         return textOr(decodedAs(QStringDecoder::Utf16LE, QByteArrayView(content).sliced(2)));
@@ -46,21 +46,21 @@ db::Result<QString> decodeText(const QByteArray &content)
     return textOr(text::fromCp932(content));
 }
 
-db::Result<QString> readTextFile(const QString &fileName, qint64 highestSize)
+base::Result<QString> readTextFile(const QString &fileName, qint64 highestSize)
 {
     const QString name = QFileInfo(fileName).fileName();
     // Opening a pipe would wait for its writer, a device has no end.
     if (!QFileInfo(fileName).isFile())
-        return db::Error{u"ファイル「%1」が見つかりません。"_s.arg(name)};
+        return base::Error{u"ファイル「%1」が見つかりません。"_s.arg(name)};
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return db::Error{u"ファイル「%1」を読み取れませんでした。(%2)"_s.arg(name, file.errorString())};
+        return base::Error{u"ファイル「%1」を読み取れませんでした。(%2)"_s.arg(name, file.errorString())};
     if (file.size() > highestSize)
-        return db::Error{u"ファイル「%1」が大きすぎるため（%2 MB まで）、読み込みませんでした。"_s.arg(
+        return base::Error{u"ファイル「%1」が大きすぎるため（%2 MB まで）、読み込みませんでした。"_s.arg(
             name, QString::number(highestSize / (1024 * 1024)))};
     const QByteArray content = file.read(highestSize);
     if (file.error() != QFileDevice::NoError)
-        return db::Error{u"ファイル「%1」を読み取れませんでした。(%2)"_s.arg(name, file.errorString())};
+        return base::Error{u"ファイル「%1」を読み取れませんでした。(%2)"_s.arg(name, file.errorString())};
     return decodeText(content);
 }
 

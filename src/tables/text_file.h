@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -10,9 +10,9 @@ namespace tables
 
 /// Text as other programs write it: UTF-8 with or without its mark, UTF-16 with its mark ("Unicode text" of
 /// spreadsheet programs), else the system's Japanese code page. Fails for what is none of them.
-db::Result<QString> decodeText(const QByteArray &content);
+base::Result<QString> decodeText(const QByteArray &content);
 
 /// The text of a whole file of at most \a highestSize bytes.
-db::Result<QString> readTextFile(const QString &fileName, qint64 highestSize);
+base::Result<QString> readTextFile(const QString &fileName, qint64 highestSize);
 
 } // namespace tables

@@ -20,28 +20,28 @@ public:
         : m_fileName(fileName)
     {}
 
-    db::Status begin(const QList<Column> &columns) override
+    base::Status begin(const QList<Column> &columns) override
     {
-        if (const db::Status opened = m_file.open(m_fileName, GsfFile::Container::Ole); !opened)
+        if (const base::Status opened = m_file.open(m_fileName, GsfFile::Container::Ole); !opened)
             return opened;
         if (!m_cells.open())
             return writeError(m_cells.errorString());
         m_columns = columns;
-        if (const db::Status opened = m_strings.open(); !opened)
+        if (const base::Status opened = m_strings.open(); !opened)
             return opened;
         for (qsizetype column = 0; column < columns.size(); ++column)
             addText(quint16(column), columns[column].heading, biff::HeadingLook);
         return endRow();
     }
 
-    db::Status addRow(const std::vector<Cell> &cells) override
+    base::Status addRow(const std::vector<Cell> &cells) override
     {
         for (std::size_t column = 0; column < cells.size(); ++column)
             addCell(quint16(column), cells[column]);
         return endRow();
     }
 
-    db::Status finish() override
+    base::Status finish() override
     {
         const auto strings = m_strings.finish();
         if (!strings)
@@ -50,11 +50,11 @@ public:
             return writeError(m_cells.errorString());
         m_file.beginStream("Workbook");
         m_file.write(biff::workbookHead((*strings)->size()));
-        if (const db::Status copied = copy(**strings); !copied)
+        if (const base::Status copied = copy(**strings); !copied)
             return copied;
         m_file.write(biff::record(biff::Eof, {}));
         m_file.write(sheetHead());
-        if (const db::Status copied = copy(m_cells); !copied)
+        if (const base::Status copied = copy(m_cells); !copied)
             return copied;
         m_file.write(sheetEnd());
         return m_file.close();
@@ -94,12 +94,12 @@ private:
         m_pending += biff::record(biff::Number, content);
     }
 
-    db::Status endRow()
+    base::Status endRow()
     {
         ++m_row;
         const bool written = m_cells.write(m_pending) == m_pending.size();
         m_pending.resize(0);
-        return written ? db::Status() : writeError(m_cells.errorString());
+        return written ? base::Status() : writeError(m_cells.errorString());
     }
 
     [[nodiscard]] QByteArray sheetHead() const
@@ -129,7 +129,7 @@ private:
         return end + biff::record(biff::Eof, {});
     }
 
-    db::Status copy(QFile &from)
+    base::Status copy(QFile &from)
     {
         while (!from.atEnd()) {
             const QByteArray piece = from.read(qint64(1) << 16);

@@ -108,9 +108,9 @@ public:
         : m_fileName(fileName)
     {}
 
-    db::Status begin(const QList<Column> &columns) override
+    base::Status begin(const QList<Column> &columns) override
     {
-        if (const db::Status opened = m_file.open(m_fileName, GsfFile::Container::Zip); !opened)
+        if (const base::Status opened = m_file.open(m_fileName, GsfFile::Container::Zip); !opened)
             return opened;
         const std::pair<const char *, const char *> parts[] = {
             {"[Content_Types].xml", contentTypes},
@@ -132,7 +132,7 @@ public:
         return endRow();
     }
 
-    db::Status addRow(const std::vector<Cell> &cells) override
+    base::Status addRow(const std::vector<Cell> &cells) override
     {
         m_pending += "<row>";
         for (std::size_t column = 0; column < cells.size(); ++column)
@@ -140,7 +140,7 @@ public:
         return endRow();
     }
 
-    db::Status finish() override
+    base::Status finish() override
     {
         m_file.write(m_pending + "</sheetData></worksheet>");
         return m_file.close();
@@ -206,7 +206,7 @@ private:
         m_pending += "</v></c>";
     }
 
-    db::Status endRow()
+    base::Status endRow()
     {
         m_pending += "</row>";
         m_rowNumber = QByteArray::number(++m_row);

@@ -1,8 +1,8 @@
 #include "ui/grid.h"
 
-#include "app/settings.h"
-#include "app/workspace.h"
 #include "db/recordset.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -18,14 +18,14 @@ namespace
 {
 
 // Added to the height of a line of type, pixels.
-int spacingOf(app::GridSpacing spacing)
+int spacingOf(workspace::GridSpacing spacing)
 {
     switch (spacing) {
-    case app::GridSpacing::Small:
+    case workspace::GridSpacing::Small:
         return 4;
-    case app::GridSpacing::Medium:
+    case workspace::GridSpacing::Medium:
         return 10;
-    case app::GridSpacing::Large:
+    case workspace::GridSpacing::Large:
         return 16;
     }
     return 4;
@@ -49,7 +49,7 @@ Grid::Grid(QWidget *parent)
     verticalHeader()->hide();
 }
 
-void Grid::setUp(const app::Workspace &workspace, const QString &name)
+void Grid::setUp(const workspace::Workspace &workspace, const QString &name)
 {
     m_name = name;
     m_widths = workspace.settings.layout(name + u"/columns"_s);
@@ -57,7 +57,7 @@ void Grid::setUp(const app::Workspace &workspace, const QString &name)
     applyWidths();
 }
 
-void Grid::saveLayout(app::Workspace &workspace) const
+void Grid::saveLayout(workspace::Workspace &workspace) const
 {
     if (m_name.isEmpty() || !model() || model()->columnCount() == 0)
         return;
@@ -117,7 +117,7 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &now) {
         if (m_following || !now.isValid() || now.row() == m_recordset->currentRow())
             return;
-        const db::Status moved = m_recordset->moveTo(now.row());
+        const base::Status moved = m_recordset->moveTo(now.row());
         followRecordset(m_recordset->currentRow());
         if (!moved && m_refused)
             m_refused(moved.error().text);

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-namespace app
+namespace workspace
 {
 class Workspace;
 }
@@ -35,9 +35,9 @@ public:
     explicit Grid(QWidget *parent = nullptr);
 
     /// Applies the panel's spacing and the widths stored under \a name ("frmOut/dgdSub").
-    void setUp(const app::Workspace &workspace, const QString &name);
+    void setUp(const workspace::Workspace &workspace, const QString &name);
     /// Stores the column widths under the name given to setUp().
-    void saveLayout(app::Workspace &workspace) const;
+    void saveLayout(workspace::Workspace &workspace) const;
 
     /// Shows only \a columns, in this order, whichever statement the record set opens.
     void setColumns(const QList<GridColumn> &columns);

@@ -61,8 +61,8 @@ private:
 
 } // namespace
 
-db::Status runWithProgress(QWidget *parent, const QString &what,
-                           const std::function<db::Status(const db::Progress &)> &work)
+base::Status runWithProgress(QWidget *parent, const QString &what,
+                             const std::function<base::Status(const base::Progress &)> &work)
 {
     Watch watch(parent, what);
     return work([&watch](qint64 done, qint64 total) { return watch.report(done, total); });

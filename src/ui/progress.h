@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/progress.h"
+#include "base/progress.h"
 
 class QWidget;
 
@@ -11,7 +11,7 @@ namespace ui
 /// \a what is going on ("書き出しています。"), how far it is, and offers to stop it. Returns what \a work
 /// returned; a work that was stopped returns db::cancelled(). Nothing else on the screen can be used
 /// meanwhile.
-db::Status runWithProgress(QWidget *parent, const QString &what,
-                           const std::function<db::Status(const db::Progress &)> &work);
+base::Status runWithProgress(QWidget *parent, const QString &what,
+                             const std::function<base::Status(const base::Progress &)> &work);
 
 } // namespace ui

@@ -1,10 +1,10 @@
 #include "ui/screen.h"
 
-#include "app/settings.h"
-#include "app/workspace.h"
 #include "ui/grid.h"
 #include "ui/prompts.h"
 #include "ui/twips.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace ui
 {
 
-Screen::Screen(app::Workspace &workspace, QWidget *parent)
+Screen::Screen(workspace::Workspace &workspace, QWidget *parent)
     : QDialog(parent)
     , m_workspace(workspace)
 {
@@ -52,7 +52,7 @@ void Screen::setUp()
         grid->setUp(m_workspace, layoutName() + u'/' + grid->objectName());
 }
 
-bool Screen::tell(const db::Status &status)
+bool Screen::tell(const base::Status &status)
 {
     if (!status)
         prompts::inform(this, status.error().text);
@@ -67,15 +67,15 @@ void Screen::restorePlace()
     const QStringList size = m_workspace.settings.layout(layoutName() + u"/size"_s).split(u' ');
     if (size.size() == 2 && size.at(0).toInt() > 0 && size.at(1).toInt() > 0)
         resize(QSize(size.at(0).toInt(), size.at(1).toInt()).expandedTo(minimumSizeHint()));
-    const app::Settings &settings = m_workspace.settings;
-    if (settings.text(app::keys::frmLeft).isEmpty()) {
+    const workspace::Settings &settings = m_workspace.settings;
+    if (settings.text(workspace::keys::frmLeft).isEmpty()) {
         // The first day: over the window that opened it.
         const QWidget *opener = parentWidget() ? parentWidget()->window() : nullptr;
         moveOnto(this, opener ? opener->frameGeometry().center() - rect().center() : pos());
         return;
     }
-    const QPoint wanted(pixelsFromTwips(settings.number(app::keys::frmLeft)),
-                        pixelsFromTwips(settings.number(app::keys::frmTop)));
+    const QPoint wanted(pixelsFromTwips(settings.number(workspace::keys::frmLeft)),
+                        pixelsFromTwips(settings.number(workspace::keys::frmTop)));
     moveOnto(this, wanted);
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "db/result.h"
+#include "base/result.h"
 
 #include <QDialog>
 
-namespace app
+namespace workspace
 {
 class Workspace;
 }
@@ -20,7 +20,7 @@ class Screen : public QDialog
     Q_OBJECT
 
 public:
-    explicit Screen(app::Workspace &workspace, QWidget *parent = nullptr);
+    explicit Screen(workspace::Workspace &workspace, QWidget *parent = nullptr);
 
 protected:
     /// To be called at the end of a screen's constructor, after setupUi(): sizes, grids, buttons.
@@ -34,9 +34,9 @@ protected:
     virtual bool mayClose() { return true; }
 
     /// Tells the error of a failed action. \return whether the action was done
-    bool tell(const db::Status &status);
+    bool tell(const base::Status &status);
 
-    app::Workspace &workspace() const { return m_workspace; }
+    workspace::Workspace &workspace() const { return m_workspace; }
 
     /// "frmOut": the screen's object name, under which its layout is kept.
     [[nodiscard]] QString layoutName() const { return objectName(); }
@@ -54,7 +54,7 @@ private:
     void restorePlace();
     void saveLayout();
 
-    app::Workspace &m_workspace;
+    workspace::Workspace &m_workspace;
     bool m_placed = false;
     bool m_underDialog = false; // inactive only because of a message box or the like
 };

@@ -20,7 +20,7 @@ const QString filters = u"xls ﾌｧｲﾙ (*.xls);;xlsx ﾌｧｲﾙ (*.xlsx);;
 
 bool mayBeWritten(QWidget *parent, const QString &fileName, const TableExport &table)
 {
-    if (const db::Status possible = table.check(fileName); !possible) {
+    if (const base::Status possible = table.check(fileName); !possible) {
         prompts::inform(parent, possible.error().text);
         return false;
     }
@@ -38,9 +38,9 @@ void exportTable(QWidget *parent, const TableExport &table)
         file_dialogs::saveFile(parent, u"名前を付けて保存"_s, filters, u"xls"_s, proposal);
     if (fileName.isEmpty() || !mayBeWritten(parent, fileName, table))
         return;
-    const db::Status written =
+    const base::Status written =
         runWithProgress(parent, u"書き出しています。"_s,
-                        [&](const db::Progress &progress) { return table.write(fileName, progress); });
+                        [&](const base::Progress &progress) { return table.write(fileName, progress); });
     if (!written) {
         if (!written.error().cancelled)
             prompts::inform(parent, written.error().text);

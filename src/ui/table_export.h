@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/progress.h"
+#include "base/progress.h"
 
 #include <QString>
 
@@ -13,8 +13,8 @@ namespace ui
 struct TableExport
 {
     /// Whether it can be written under that name, asked before anything else happens.
-    std::function<db::Status(const QString &fileName)> check;
-    std::function<db::Status(const QString &fileName, const db::Progress &progress)> write;
+    std::function<base::Status(const QString &fileName)> check;
+    std::function<base::Status(const QString &fileName, const base::Progress &progress)> write;
     /// What it is called: the file's name is proposed from it. Empty: none is proposed.
     QString title = {};
 };

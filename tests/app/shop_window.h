@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/frmAMain.h"
+#include "app/main_window/frmAMain.h"
 #include "db/create.h"
 #include "support/fresh_shop.h"
 

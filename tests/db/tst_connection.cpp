@@ -1,6 +1,6 @@
 #include "support/fresh_shop.h"
 
-#include "db/backup.h"
+#include "db/care/backup.h"
 #include "db/create.h"
 #include "db/keys.h"
 #include "db/schema.h"
@@ -162,7 +162,7 @@ void TestConnection::refusedFiles()
     FreshShop shop;
     const QString fileName = shop.path(u"bad.cdb"_s);
     write(fileName, contents);
-    const db::Status opened = shop.connection.open(fileName);
+    const base::Status opened = shop.connection.open(fileName);
     QVERIFY(!opened);
     QVERIFY2(opened.error().text.contains(reason), qPrintable(opened.error().text));
     QVERIFY(!shop.connection.isOpen());
@@ -202,7 +202,7 @@ void TestConnection::readOnlyFileIsRefused()
     QFile::setPermissions(fileName, QFile::ReadOwner);
     {
         const OrdinaryUser user({shop.folder.path(), fileName});
-        const db::Status opened = shop.connection.open(fileName);
+        const base::Status opened = shop.connection.open(fileName);
         QVERIFY(!opened);
         QVERIFY2(opened.error().text.contains(u"読み取り専用"_s), qPrintable(opened.error().text));
     }
@@ -216,7 +216,7 @@ void TestConnection::lockedFileIsRefused()
     shop.connection.close();
     OtherProgram other(shop.path(u"shop.cdb"_s));
     QCOMPARE(other.run("BEGIN EXCLUSIVE"), SQLITE_OK);
-    const db::Status opened = shop.connection.open(shop.path(u"shop.cdb"_s));
+    const base::Status opened = shop.connection.open(shop.path(u"shop.cdb"_s));
     QVERIFY(!opened);
     QVERIFY2(opened.error().text.contains(u"使用中"_s), qPrintable(opened.error().text));
     QCOMPARE(other.run("COMMIT"), SQLITE_OK);
@@ -232,7 +232,7 @@ void TestConnection::writeAheadLogIsGivenUp()
     {
         OtherProgram other(fileName);
         QCOMPARE(other.run("PRAGMA journal_mode = WAL; INSERT INTO 単位 VALUES (1, '個')"), SQLITE_OK);
-        const db::Status opened = shop.connection.open(fileName);
+        const base::Status opened = shop.connection.open(fileName);
         QVERIFY(!opened);
         QVERIFY2(opened.error().text.contains(u"使用中"_s), qPrintable(opened.error().text));
     }
@@ -348,7 +348,7 @@ void TestConnection::refusedCommitRollsBack()
         db::Transaction transaction(shop.connection);
         QVERIFY(transaction.begin());
         shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
-        const db::Status done = transaction.commit();
+        const base::Status done = transaction.commit();
         QVERIFY(!done);
         QVERIFY2(done.error().text.contains(u"使用中"_s), qPrintable(done.error().text));
     }
@@ -364,13 +364,13 @@ void TestConnection::fullDiskLosesNothing()
     shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
     const QString pages = shop.value(u"PRAGMA page_count"_s).toString();
     QVERIFY(shop.connection.select(u"PRAGMA max_page_count = "_s + pages));
-    db::Status written;
+    base::Status written;
     for (int key = 2; key < 1000 && written; ++key) {
         db::Transaction transaction(shop.connection);
         QVERIFY(transaction.begin());
         const auto row =
             shop.connection.execute(u"INSERT INTO 単位 VALUES (?, ?)"_s, {key, QString(500, u'個')});
-        written = row ? transaction.commit() : db::Status(row.error());
+        written = row ? transaction.commit() : base::Status(row.error());
     }
     QVERIFY(!written);
     QVERIFY2(written.error().text.contains(u"空き容量"_s), qPrintable(written.error().text));

@@ -1,5 +1,5 @@
+#include "db/care/plain_handle.h"
 #include "db/migrations.h"
-#include "db/plain_handle.h"
 #include "db/schema.h"
 #include "support/fresh_shop.h"
 

@@ -93,9 +93,9 @@ void TestRecordset::refusedSaverKeepsTheRow()
     fill(shop, 3);
     db::Recordset rows(shop.connection);
     QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
-    rows.setSaver([] { return db::Error{u"だめ"_s}; });
+    rows.setSaver([] { return base::Error{u"だめ"_s}; });
     rows.setValue(u"社員名"_s, u"新"_s);
-    const db::Status moved = rows.moveTo(2);
+    const base::Status moved = rows.moveTo(2);
     QCOMPARE(moved.error().text, u"だめ"_s);
     QCOMPARE(rows.currentRow(), 0);
     QCOMPARE(rows.text(u"社員名"_s), u"新"_s);
@@ -182,7 +182,7 @@ void TestRecordset::rowsThatAnotherProgramDeleted()
     QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
     rows.setValue(u"社員名"_s, u"新"_s);
     shop.run(u"DELETE FROM 社員 WHERE 社員ID = 1"_s);
-    const db::Status saved = rows.update();
+    const base::Status saved = rows.update();
     QVERIFY(!saved);
     QVERIFY2(saved.error().text.contains(u"削除された"_s), qPrintable(saved.error().text));
     QCOMPARE(rows.text(u"社員名"_s), u"新"_s);

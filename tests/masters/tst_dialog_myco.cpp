@@ -1,11 +1,11 @@
-#include "app/settings.h"
 #include "masters/DialogMyCo.h"
-#include "masters/rich_text_edit.h"
-#include "masters/rtf_file.h"
+#include "masters/rich_text/rich_text_edit.h"
+#include "masters/rich_text/rtf_file.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
 
-#include "rich_text_samples.h"
+#include "masters/rich_text/rich_text_samples.h"
 #include "support/fresh_shop.h"
 
 #include <QAction>
@@ -71,7 +71,7 @@ private:
     void click(const QString &name) const { QTest::mouseClick(control<QPushButton>(name), Qt::LeftButton); }
     void show();
     void typeAndSelect(const QString &text) const;
-    QString registered() const { return m_shop->settings.text(app::keys::richTextFileName); }
+    QString registered() const { return m_shop->settings.text(workspace::keys::richTextFileName); }
     QString writeFile(const QString &name, const QByteArray &content) const;
 
     std::unique_ptr<FreshShop> m_shop;
@@ -122,7 +122,7 @@ void tst_DialogMyCo::opensTheRegisteredFile()
 {
     const QString name =
         writeFile(u"社名.rtf"_s, "{\\rtf1\\ansi\\ansicpg932{\\pict\\emfblip 00}\\qc \\'8e\\'52}");
-    m_shop->settings.write(app::keys::richTextFileName, name);
+    m_shop->settings.write(workspace::keys::richTextFileName, name);
     ui::prompts::expectInform(u"表示できない形式の図が 1 個あったため、除いて読み込みました。"_s);
     show();
     QCOMPARE(control<QLineEdit>(u"Text1"_s)->text(), name);
@@ -135,7 +135,7 @@ void tst_DialogMyCo::opensTheRegisteredFile()
 void tst_DialogMyCo::tellsWhyTheRegisteredFileIsNotShown()
 {
     const QString name = m_shop->path(u"none.rtf"_s);
-    m_shop->settings.write(app::keys::richTextFileName, name);
+    m_shop->settings.write(workspace::keys::richTextFileName, name);
     ui::prompts::expectInform(
         u"「%1」\nファイルを開くことができません。場所と名前を確かめてください。"_s.arg(name));
     show();

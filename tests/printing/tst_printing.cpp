@@ -1,4 +1,3 @@
-#include "app/settings.h"
 #include "printing/font_names.h"
 #include "printing/frmPreview.h"
 #include "printing/pdf.h"
@@ -8,6 +7,7 @@
 #include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -138,8 +138,8 @@ private slots:
     void eachPurposeHasItsFont()
     {
         FreshShop shop;
-        shop.settings.write(app::keys::printerFont, u"@ＭＳ 明朝"_s);
-        shop.settings.write(app::keys::meiboPrinterFont, u"ＭＳ ゴシック"_s);
+        shop.settings.write(workspace::keys::printerFont, u"@ＭＳ 明朝"_s);
+        shop.settings.write(workspace::keys::meiboPrinterFont, u"ＭＳ ゴシック"_s);
         QCOMPARE(fontFace(shop.settings, Purpose::DeliveryNotesAndBills), u"IPAMincho"_s);
         QCOMPARE(fontFace(shop.settings, Purpose::Rosters), u"IPAGothic"_s);
         QCOMPARE(QString::fromLatin1(printerKey(Purpose::AddressRange).name), u"HagakiPrinterName"_s);
@@ -265,7 +265,7 @@ private slots:
     void aPdfThatCannotBeWrittenIsAnError()
     {
         FreshShop shop;
-        const db::Status written =
+        const base::Status written =
             writePdf(shop.workspace, pagesOfText(1), shop.path(u"no such folder/note.pdf"_s));
         QVERIFY(!written);
         QVERIFY(written.error().text.startsWith(u"PDF を保存できませんでした。"_s));
@@ -280,7 +280,7 @@ private slots:
         QVERIFY(writePdf(shop.workspace, pagesOfText(1), fileName));
         const qint64 size = QFileInfo(fileName).size();
         QList<qint64> counted;
-        const db::Status stopped =
+        const base::Status stopped =
             writePdf(pagesOfText(5), Look{u"IPAMincho"_s}, fileName, [&](qint64 done, qint64 total) {
                 counted << done << total;
                 return done < 2;

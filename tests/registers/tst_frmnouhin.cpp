@@ -1,5 +1,5 @@
 #include "registers/frmNouhin.h"
-#include "registers/postal_index.h"
+#include "registers/postal/postal_index.h"
 #include "support/fresh_shop.h"
 #include "support/postal_files.h"
 #include "support/screen_driver.h"
@@ -365,8 +365,7 @@ private slots:
             PostalFiles::writeAreas(
                 r.shop.folder.path(),
                 {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
-            r.shop.workspace.postalIndex = std::make_shared<const registers::PostalIndex>(
-                registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+            r.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
         });
         r.type("txtAddress", u"長野県長野市南千歳1"_s);
         r.leave("txtAddress");
@@ -547,7 +546,7 @@ private slots:
             screen.showMaximized();
             screen.close();
         }
-        QCOMPARE(shop.settings.integer(app::keys::nouhinWindowState), 2);
+        QCOMPARE(shop.settings.integer(workspace::keys::nouhinWindowState), 2);
         registers::frmNouhin screen(shop.workspace);
         screen.show();
         QVERIFY(screen.isMaximized());

@@ -1,5 +1,5 @@
 #include "registers/frmSiire.h"
-#include "registers/postal_index.h"
+#include "registers/postal/postal_index.h"
 #include "support/fresh_shop.h"
 #include "support/postal_files.h"
 #include "support/screen_driver.h"
@@ -77,8 +77,7 @@ private slots:
             PostalFiles::writeAreas(
                 r.shop.folder.path(),
                 {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
-            r.shop.workspace.postalIndex = std::make_shared<const registers::PostalIndex>(
-                registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+            r.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
         });
         r.type("txtAddress1", u"長野県長野市南千歳1"_s);
         r.leave("txtAddress1");

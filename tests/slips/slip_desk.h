@@ -1,6 +1,6 @@
 #pragma once
 
-#include "slips/slip_state.h"
+#include "slips/entry/slip_state.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/plain_handle.h"
+#include "db/care/plain_handle.h"
 #include "support/fresh_shop.h"
 
 #include <QCryptographicHash>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/settings.h"
-#include "app/workspace.h"
 #include "db/connection.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QTemporaryDir>
 
@@ -26,6 +26,6 @@ public:
     QTemporaryDir settingsFolder;
     QDateTime now;
     db::Connection connection;
-    app::Settings settings;
-    app::Workspace workspace;
+    workspace::Settings settings;
+    workspace::Workspace workspace;
 };

@@ -80,7 +80,7 @@ tables::Table tableOf(const std::vector<Sample> &samples)
     auto at = std::make_shared<std::size_t>(0);
     return {{{u"文字"_s}, {u"数"_s, tables::ColumnType::Number}, {u"日付"_s, tables::ColumnType::Date}},
             qint64(samples.size()),
-            [at, samples](QVariantList &row) -> db::Result<bool> {
+            [at, samples](QVariantList &row) -> base::Result<bool> {
                 if (*at == samples.size())
                     return false;
                 row = QVariantList(3);
@@ -90,7 +90,7 @@ tables::Table tableOf(const std::vector<Sample> &samples)
             }};
 }
 
-tables::Table emptyTable(qint64 rows, const db::Result<bool> &answer = false)
+tables::Table emptyTable(qint64 rows, const base::Result<bool> &answer = false)
 {
     return {{{u"文字"_s}}, rows, [answer](QVariantList &) { return answer; }};
 }
@@ -153,7 +153,7 @@ private slots:
         QFETCH(QString, suffix);
         const auto expected = samples();
         const QString file = m_folder.filePath(u"values."_s + suffix);
-        const auto written = tables::writeTable(file, tableOf(expected), db::unwatched);
+        const auto written = tables::writeTable(file, tableOf(expected), base::unwatched);
         QVERIFY2(written, qPrintable(written ? QString() : written.error().text));
         const QJsonArray rows = readSheet(file);
         QCOMPARE(rows.size(), qsizetype(expected.size() + 1));
@@ -169,7 +169,7 @@ private slots:
     {
         const auto expected = samples();
         const QString file = m_folder.filePath(u"values.csv"_s);
-        QVERIFY(tables::writeTable(file, tableOf(expected), db::unwatched));
+        QVERIFY(tables::writeTable(file, tableOf(expected), base::unwatched));
         QVERIFY(contentOf(file).startsWith("\xef\xbb\xbf文字,数,日付\r\n"));
         const auto text = tables::readTextFile(file, qint64(1) << 24);
         QVERIFY(text);
@@ -218,7 +218,7 @@ private slots:
         QCOMPARE(bool(possible), advice.isEmpty());
         if (!possible) {
             QVERIFY2(possible.error().text.contains(advice), qPrintable(possible.error().text));
-            QVERIFY(!tables::writeTable(file, emptyTable(rows), db::unwatched));
+            QVERIFY(!tables::writeTable(file, emptyTable(rows), base::unwatched));
             QVERIFY(!QFileInfo(file).isFile());
         }
     }
@@ -233,25 +233,25 @@ private slots:
         QFile old(file);
         QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
         old.close();
-        const auto failed = [&](const tables::Table &table, const db::Progress &progress) {
+        const auto failed = [&](const tables::Table &table, const base::Progress &progress) {
             const auto written = tables::writeTable(file, table, progress);
             const bool untouched =
                 contentOf(file) == "old" && QDir(folder.path()).entryList(QDir::Files).size() == 1;
             return written || !untouched ? u"written"_s : written.error().text;
         };
         const auto stop = [](qint64 done, qint64) { return done < 200; };
-        QCOMPARE(failed(tableOf(samples()), stop), db::cancelled().text);
-        QCOMPARE(failed(emptyTable(1, db::Error{u"unreadable"_s}), db::unwatched), u"unreadable"_s);
+        QCOMPARE(failed(tableOf(samples()), stop), base::cancelled().text);
+        QCOMPARE(failed(emptyTable(1, base::Error{u"unreadable"_s}), base::unwatched), u"unreadable"_s);
         for (const rlim_t size : {0, 600, 30000}) {
             const FullDisk disk(size);
-            const QString told = failed(tableOf(samples()), db::unwatched);
+            const QString told = failed(tableOf(samples()), base::unwatched);
             QVERIFY2(told.startsWith(u"ファイルに書き込めませんでした。"), qPrintable(told));
         }
         const Sample tooLong{tables::ColumnType::Text, repeated(u"x"_s, 32768), {}};
         if (suffix != u"csv")
-            QVERIFY(failed(tableOf({tooLong}), db::unwatched).startsWith(u"1 件目の「文字」が長すぎる"));
-        QVERIFY(!tables::writeTable(folder.filePath(u"none/a."_s + suffix), emptyTable(0), db::unwatched));
-        QVERIFY(tables::writeTable(file, emptyTable(0), db::unwatched));
+            QVERIFY(failed(tableOf({tooLong}), base::unwatched).startsWith(u"1 件目の「文字」が長すぎる"));
+        QVERIFY(!tables::writeTable(folder.filePath(u"none/a."_s + suffix), emptyTable(0), base::unwatched));
+        QVERIFY(tables::writeTable(file, emptyTable(0), base::unwatched));
         QVERIFY(contentOf(file) != "old");
     }
 

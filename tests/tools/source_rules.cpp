@@ -13,37 +13,33 @@ namespace house
 namespace
 {
 
-// Some files of app/ lie far below the main window: every screen is given them.
-constexpr auto lowApp = std::to_array<QStringView>({u"settings", u"workspace"});
-
 struct Floor
 {
-    QStringView folder;
+    QStringView house;
     int height;
 };
-constexpr int lowAppHeight = 3;
-constexpr auto floors = std::to_array<Floor>({{u"text", 0},
+constexpr auto floors = std::to_array<Floor>({{u"base", 0},
+                                              {u"text", 0},
                                               {u"db", 1},
-                                              {u"tables", 2},
-                                              {u"ui", 4},
-                                              {u"printing", 5},
-                                              {u"masters", 6},
-                                              {u"registers", 7},
-                                              {u"slips", 8},
-                                              {u"reports", 9},
-                                              {u"shipping", 9},
-                                              {u"app", 10}});
+                                              {u"workspace", 2},
+                                              {u"ui", 3},
+                                              {u"printing", 4},
+                                              {u"tables", 4},
+                                              {u"book", 4},
+                                              {u"masters", 5},
+                                              {u"registers", 6},
+                                              {u"slips", 7},
+                                              {u"reports", 8},
+                                              {u"shipping", 8},
+                                              {u"mail", 8},
+                                              {u"app", 9}});
 
-/// The floor of \a path ("slips/tax.h"); none when its folder has no place in the house.
+/// The floor of \a path ("slips/entry/frmOut.h"); none when its folder has no place in the house.
 std::optional<Floor> floorOf(const QString &path)
 {
-    const QString folder = path.section(u'/', 0, 0);
-    const QString stem = path.section(u'/', -1).section(u'.', 0, 0).section(u'_', 0, 0);
-    if (folder == u"app"_s && std::find(lowApp.begin(), lowApp.end(), stem) != lowApp.end()) {
-        return Floor{u"app/settings, app/workspace", lowAppHeight};
-    }
-    const auto found = std::find_if(floors.begin(), floors.end(),
-                                    [&](const Floor &floor) { return floor.folder == folder; });
+    const QString house = path.section(u'/', 0, 0);
+    const auto found =
+        std::find_if(floors.begin(), floors.end(), [&](const Floor &floor) { return floor.house == house; });
     return found == floors.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -116,9 +112,32 @@ QStringList checkFloors(const Source &source)
         const auto other = floorOf(include.name);
         if (!other) {
             findings += finding(source, include.line, u"%1 has no floor in the house"_s.arg(include.name));
-        } else if (other->folder != own->folder && other->height >= own->height) {
+        } else if (other->house != own->house && other->height >= own->height) {
             findings += finding(source, include.line,
-                                u"%1 does not lie below %2"_s.arg(include.name, own->folder.toString()));
+                                u"%1 does not lie below %2"_s.arg(include.name, own->house.toString()));
+        }
+    }
+    return findings;
+}
+
+QStringList checkRooms(const QList<Source> &sources)
+{
+    const auto roomOf = [](const QString &path) { return path.section(u'/', 0, -2); };
+    QSet<std::pair<QString, QString>> uses;
+    for (const Source &source : sources) {
+        for (const Source::Include &include : source.includes) {
+            const QString from = roomOf(source.path);
+            const QString to = roomOf(include.name);
+            const bool sameHouse = from.section(u'/', 0, 0) == to.section(u'/', 0, 0);
+            if (include.quoted && sameHouse && from != to && from.contains(u'/') && to.contains(u'/')) {
+                uses.insert({from, to});
+            }
+        }
+    }
+    QStringList findings;
+    for (const auto &[from, to] : std::as_const(uses)) {
+        if (from < to && uses.contains({to, from})) {
+            findings += u"%1:1: %1 and %2 use each other"_s.arg(from, to);
         }
     }
     return findings;
@@ -138,7 +157,7 @@ QStringList checkClock(const Source &source)
 {
     static const QRegularExpression clock(
         uR"(\bcurrent(Date|Time|DateTime|DateTimeUtc|(M?Secs)SinceEpoch)\b|\bsystem_clock\b)"_s);
-    if (source.path == u"app/workspace.cpp"_s) {
+    if (source.path == u"workspace/workspace.cpp"_s) {
         return {};
     }
     return findInCode(source, clock, u"%1: the workspace's clock tells the time"_s);
@@ -170,7 +189,7 @@ QStringList checkNoSql(const Source &source)
 QStringList filesOfTargets(const QString &cmakeText, const QString &function)
 {
     static const QRegularExpression comment(u"#[^\n]*"_s);
-    static const QRegularExpression file(uR"(\b(\w+)\.cpp\b)"_s);
+    static const QRegularExpression file(uR"(([\w/]+)\.cpp\b)"_s);
     const QRegularExpression call(uR"(\b%1\s*\(([^)]*)\))"_s.arg(function));
     QStringList files;
     for (auto calls = call.globalMatch(QString(cmakeText).remove(comment)); calls.hasNext();) {

@@ -31,8 +31,12 @@ struct Source
 
 Source takeApart(const QString &path, const QString &text);
 
-/// Includes point downward or stay within their folder.
+/// Includes point downward or stay within their house.
 QStringList checkFloors(const Source &source);
+
+/// Rooms of a house that use each other both ways ("slips/entry" and "slips/correction"): a room is a folder of a
+/// house; what lies in the house's own folder is its hall, open to all of them.
+QStringList checkRooms(const QList<Source> &sources);
 
 /// Message boxes and the toolkit's choosers appear in ui/ only, so that tests can answer them.
 QStringList checkSeams(const Source &source);
@@ -47,7 +51,7 @@ QStringList checkNoWidgets(const Source &source, const QSet<QString> &widgetHead
 QStringList checkNoSql(const Source &source);
 
 /// The files of the targets that \a function ("kanbalore_logic") makes in the text of a CMakeLists.txt: the
-/// names in SOURCES, without folder and suffix.
+/// names in SOURCES with their rooms, without suffix.
 QStringList filesOfTargets(const QString &cmakeText, const QString &function);
 
 } // namespace house

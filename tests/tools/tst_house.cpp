@@ -48,7 +48,7 @@ QStringList checkAll(const std::function<QStringList(const Source &)> &check)
     return findings;
 }
 
-/// "slips/tax": the files of one kind of target, without suffix, so that headers go with them.
+/// "book/tax": the files of one kind of target, without suffix, so that headers go with them.
 QSet<QString> stemsOfTargets(const QString &function)
 {
     QSet<QString> stems;
@@ -87,6 +87,7 @@ class TestHouse : public QObject
 
 private slots:
     void includesPointDownward() { expectNone(checkAll(house::checkFloors)); }
+    void roomsUseEachOtherOneWay();
     void boxesAndChoosersStayInUi() { expectNone(checkAll(house::checkSeams)); }
     void onlyTheWorkspaceHasAClock() { expectNone(checkAll(house::checkClock)); }
     void logicSeesNoWidgets();
@@ -95,10 +96,30 @@ private slots:
 
     void rulesFindFaults_data();
     void rulesFindFaults();
+    void circlesAreFound();
     void targetsAreRead();
     void formRulesFindFaults_data();
     void formRulesFindFaults();
 };
+
+void TestHouse::roomsUseEachOtherOneWay()
+{
+    QList<Source> sources;
+    for (const QString &path : filesUnderSrc({u"*.cpp"_s, u"*.h"_s}))
+        sources += house::takeApart(path, readSource(path));
+    expectNone(house::checkRooms(sources));
+}
+
+void TestHouse::circlesAreFound()
+{
+    const QList<Source> sources{
+        house::takeApart(u"slips/entry/a.cpp"_s,
+                         u"#include \"slips/correction/b.h\"\n#include \"slips/c.h\""_s),
+        house::takeApart(u"slips/correction/b.cpp"_s, u"#include \"slips/entry/a.h\""_s),
+        house::takeApart(u"slips/c.cpp"_s, u"#include \"slips/entry/a.h\""_s)};
+    QCOMPARE(house::checkRooms(sources).size(), 1);
+    QCOMPARE(house::checkRooms(sources.mid(1)), QStringList());
+}
 
 void TestHouse::logicSeesNoWidgets()
 {
@@ -139,25 +160,25 @@ void TestHouse::rulesFindFaults_data()
 
     const auto row = [](const char *name, const QString &path, const QString &text,
                         const QStringList &faulty) { QTest::newRow(name) << path << text << faulty; };
-    row("downward", u"slips/tax.cpp"_s, u"#include \"slips/tax.h\"\n#include \"db/keys.h\"\n"_s, {});
-    row("upward", u"db/keys.cpp"_s, u"#include \"db/keys.h\"\n#include \"slips/tax.h\"\n"_s, {u"floor 2"_s});
+    row("downward", u"slips/entry/frmIn.cpp"_s,
+        u"#include \"slips/entry/frmIn.h\"\n#include \"book/tax.h\"\n"_s, {});
+    row("upward", u"db/keys.cpp"_s, u"#include \"db/keys.h\"\n#include \"book/tax.h\"\n"_s, {u"floor 2"_s});
     row("neighbour", u"reports/bill.cpp"_s, u"#include \"shipping/slip.h\""_s, {u"floor 1"_s});
-    row("settings lie low", u"ui/grid.cpp"_s, u"#include \"app/settings_keys.h\""_s, {});
-    row("main window lies high", u"ui/grid.cpp"_s, u"#include \"app/frmMain.h\""_s, {u"floor 1"_s});
-    row("settings look down", u"app/settings.cpp"_s, u"#include \"ui/grid.h\""_s,
+    row("settings lie low", u"ui/grid.cpp"_s, u"#include \"workspace/settings_keys.h\""_s, {});
+    row("settings look down", u"workspace/settings.cpp"_s, u"#include \"ui/grid.h\""_s,
         {u"floor 1"_s, u"widget 1"_s});
     row("unknown folder", u"misc/x.cpp"_s, u""_s, {u"floor 1"_s});
     row("message box", u"slips/frmOut.cpp"_s, u"\n#include <QMessageBox>"_s, {u"seam 2"_s});
     row("message box in ui", u"ui/prompts.cpp"_s, u"QMessageBox box;"_s, {});
     row("message box in a comment", u"slips/frmOut.cpp"_s, u"// QMessageBox\n/* QMessageBox */"_s, {});
-    row("clock", u"slips/tax.cpp"_s, u"auto d = 1'000;\nQDate::currentDate();"_s, {u"clock 2"_s});
-    row("clock of the workspace", u"app/workspace.cpp"_s, u"QDateTime::currentDateTime()"_s, {});
-    row("clock in a text", u"slips/tax.cpp"_s, u"char c = '\"'; f(\"currentDate\");"_s, {});
+    row("clock", u"book/tax.cpp"_s, u"auto d = 1'000;\nQDate::currentDate();"_s, {u"clock 2"_s});
+    row("clock of the workspace", u"workspace/workspace.cpp"_s, u"QDateTime::currentDateTime()"_s, {});
+    row("clock in a text", u"book/tax.cpp"_s, u"char c = '\"'; f(\"currentDate\");"_s, {});
     row("SQL", u"slips/frmOut.cpp"_s, u"f(u\"x\\\"\"_s,\nu\"SELECT 1\"_s);"_s, {u"sql 2"_s});
     row("raw SQL", u"slips/frmOut.cpp"_s, u"f(uR\"sql(\nDELETE FROM x)sql\");"_s, {u"sql 1"_s});
     row("SQL in a comment", u"slips/frmOut.cpp"_s, u"// \"SELECT 1\"\n"_s, {});
-    row("widget", u"slips/tax.h"_s, u"#include <QString>\n#include <QLabel>"_s, {u"widget 2"_s});
-    row("widget in a module", u"slips/tax.h"_s, u"#include <QtWidgets/QLabel>"_s, {u"widget 1"_s});
+    row("widget", u"book/tax.h"_s, u"#include <QString>\n#include <QLabel>"_s, {u"widget 2"_s});
+    row("widget in a module", u"book/tax.h"_s, u"#include <QtWidgets/QLabel>"_s, {u"widget 1"_s});
 }
 
 void TestHouse::rulesFindFaults()
@@ -184,9 +205,9 @@ void TestHouse::rulesFindFaults()
 void TestHouse::targetsAreRead()
 {
     const QString cmake = u"kanbalore_logic(a SOURCES\n    b.cpp # c.cpp\n    d.cpp\n    LINK text)\n"
-                          "kanbalore_screens(a_screens SOURCES frmE.cpp)\n"_s;
+                          "kanbalore_screens(a_screens SOURCES entry/frmE.cpp)\n"_s;
     QCOMPARE(house::filesOfTargets(cmake, u"kanbalore_logic"_s), QStringList({u"b"_s, u"d"_s}));
-    QCOMPARE(house::filesOfTargets(cmake, u"kanbalore_screens"_s), QStringList({u"frmE"_s}));
+    QCOMPARE(house::filesOfTargets(cmake, u"kanbalore_screens"_s), QStringList({u"entry/frmE"_s}));
 }
 
 void TestHouse::formRulesFindFaults_data()

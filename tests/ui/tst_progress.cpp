@@ -29,7 +29,7 @@ private slots:
     void shortWorkShowsNothing()
     {
         bool seen = false;
-        QVERIFY(ui::runWithProgress(nullptr, u"短い"_s, [&](const db::Progress &progress) -> db::Status {
+        QVERIFY(ui::runWithProgress(nullptr, u"短い"_s, [&](const base::Progress &progress) -> base::Status {
             for (int n = 0; n < 1000; ++n) {
                 progress(n, 1000);
                 seen = seen || shownDialog();
@@ -52,14 +52,14 @@ private slots:
         QElapsedTimer time;
         time.start();
         const auto stopped = ui::runWithProgress(
-            nullptr, u"書き出しています。"_s, [&](const db::Progress &progress) -> db::Status {
+            nullptr, u"書き出しています。"_s, [&](const base::Progress &progress) -> base::Status {
                 for (qint64 n = 0; time.elapsed() < 20'000; ++n) {
                     if (auto *dialog = shownDialog(); dialog && told.isEmpty()) {
                         told = dialog->labelText();
                         QTest::mouseClick(dialog->findChild<QPushButton *>(), Qt::LeftButton);
                     }
                     if (!progress(n, total))
-                        return db::cancelled();
+                        return base::cancelled();
                 }
                 return {};
             });

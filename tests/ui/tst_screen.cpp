@@ -17,7 +17,7 @@ namespace
 class CountingScreen : public ui::Screen
 {
 public:
-    explicit CountingScreen(app::Workspace &workspace, QWidget *parent = nullptr)
+    explicit CountingScreen(workspace::Workspace &workspace, QWidget *parent = nullptr)
         : Screen(workspace, parent)
     {
         setObjectName(u"frmCounting"_s);
@@ -83,8 +83,8 @@ private slots:
     void aPlaceAndSizeOutOfReachIsBroughtOntoTheScreen()
     {
         FreshShop shop;
-        shop.settings.write(app::keys::frmLeft, 1e6);
-        shop.settings.write(app::keys::frmTop, 1e6);
+        shop.settings.write(workspace::keys::frmLeft, 1e6);
+        shop.settings.write(workspace::keys::frmTop, 1e6);
         shop.settings.writeLayout(u"frmCounting/size"_s, u"99999 99999"_s);
         const CountingScreen screen(shop.workspace);
         const QRect room = screen.screen()->availableGeometry();

@@ -13,7 +13,7 @@ int main(int argc, char *argv[])
     }
     const QString fileName = QFile::decodeName(argv[1]);
     QFile::remove(fileName);
-    if (const db::Status created = db::createDatabase(fileName); !created) {
+    if (const base::Status created = db::createDatabase(fileName); !created) {
         errors << created.error().text << '\n';
         return 1;
     }

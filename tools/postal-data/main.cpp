@@ -1,9 +1,9 @@
 // Makes the program's postal-code files of a national list, and looks addresses up in them.
-#include "registers/postal_csv.h"
-#include "registers/postal_data.h"
-#include "registers/postal_dictionaries.h"
-#include "registers/postal_index.h"
-#include "registers/postal_lookup.h"
+#include "registers/postal/postal_csv.h"
+#include "registers/postal/postal_data.h"
+#include "registers/postal/postal_dictionaries.h"
+#include "registers/postal/postal_index.h"
+#include "registers/postal/postal_lookup.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -52,7 +52,7 @@ int usage(const QString &problem)
     return wrongUsage;
 }
 
-int fail(const db::Error &error)
+int fail(const base::Error &error)
 {
     err() << error.text << '\n';
     return failed;
@@ -100,11 +100,11 @@ bool holds(const QString &folder, const QString &name)
     return QFileInfo::exists(QDir(folder).filePath(name));
 }
 
-db::Result<registers::PostalSource> readAll(const Arguments &arguments, const QString &target)
+base::Result<registers::PostalSource> readAll(const Arguments &arguments, const QString &target)
 {
     registers::PostalSource source;
     for (const QString &fileName : arguments.from) {
-        auto list = registers::readPostalCsv(fileName, db::unwatched);
+        auto list = registers::readPostalCsv(fileName, base::unwatched);
         if (!list)
             return list.error();
         source.add(std::move(*list));
@@ -116,7 +116,7 @@ db::Result<registers::PostalSource> readAll(const Arguments &arguments, const QS
     if (!isWanted && !areasOpen && !officesOpen)
         return source;
     auto dictionaries =
-        registers::readPostalDictionaries(arguments.skk.value(0, u"/usr/share/skk"_s), db::unwatched);
+        registers::readPostalDictionaries(arguments.skk.value(0, u"/usr/share/skk"_s), base::unwatched);
     if (dictionaries)
         source.fillFrom(std::move(*dictionaries));
     else if (isWanted)
@@ -155,7 +155,7 @@ int build(const QStringList &options)
     const auto source = readAll(arguments, folder);
     if (!source)
         return fail(source.error());
-    const auto report = registers::writePostalData(*source, folder, db::unwatched);
+    const auto report = registers::writePostalData(*source, folder, base::unwatched);
     if (!report)
         return fail(report.error());
     tell(*source, *report);

@@ -1,6 +1,6 @@
 #include "first_day.h"
 
-#include "app/frmAMain.h"
+#include "app/main_window/frmAMain.h"
 #include "ui/grid.h"
 
 #include <QComboBox>

@@ -3,14 +3,14 @@
 #include "roster.h"
 #include "shop_data.h"
 
-#include "app/backups.h"
-#include "app/frmAMain.h"
-#include "app/frmSplash.h"
-#include "app/workspace.h"
+#include "app/files/backups.h"
+#include "app/main_window/frmAMain.h"
+#include "app/main_window/frmSplash.h"
 #include "db/connection.h"
-#include "registers/postal_index.h"
+#include "registers/postal/postal_index.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
+#include "workspace/workspace.h"
 
 #include <QAction>
 #include <QApplication>
@@ -45,7 +45,7 @@ QStringList strings(const List &texts)
 
 } // namespace
 
-FirstDay::FirstDay(Walker &walker, app::Workspace &workspace, app::frmAMain &window, const QDir &folder)
+FirstDay::FirstDay(Walker &walker, workspace::Workspace &workspace, app::frmAMain &window, const QDir &folder)
     : m_walker(walker)
     , m_workspace(workspace)
     , m_window(window)
@@ -253,7 +253,8 @@ void FirstDay::typePostalCode(QDialog &screen, const QString &zip)
 void FirstDay::lookPostalCodesUp()
 {
     // The data files are made of dictionaries that a machine may lack.
-    if (!m_workspace.postalIndex || m_workspace.postalIndex->empty())
+    const auto index = m_workspace.kept<registers::PostalIndex>();
+    if (!index || index->empty())
         return;
     m_walker.visit(
         u"postal codes"_s, [this] { m_walker.find<QAction>(m_window, u"mnuZip"_s).trigger(); },

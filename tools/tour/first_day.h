@@ -2,7 +2,7 @@
 
 #include "walker.h"
 
-#include "app/workspace.h"
+#include "workspace/workspace.h"
 
 namespace app
 {
@@ -17,7 +17,7 @@ namespace tour
 class FirstDay
 {
 public:
-    FirstDay(Walker &walker, app::Workspace &workspace, app::frmAMain &window, const QDir &folder);
+    FirstDay(Walker &walker, workspace::Workspace &workspace, app::frmAMain &window, const QDir &folder);
 
     void run();
 
@@ -47,7 +47,7 @@ private:
     [[nodiscard]] QString value(const QString &sql);
 
     Walker &m_walker;
-    app::Workspace &m_workspace;
+    workspace::Workspace &m_workspace;
     app::frmAMain &m_window;
     QDir m_folder;
 };

@@ -6,16 +6,16 @@
 #include "purchases.h"
 #include "trade_day.h"
 
-#include "app/appearance.h"
-#include "app/application_folder.h"
-#include "app/frmAMain.h"
-#include "app/screens.h"
-#include "app/settings.h"
-#include "app/workspace.h"
+#include "app/files/application_folder.h"
+#include "app/main_window/appearance.h"
+#include "app/main_window/frmAMain.h"
+#include "app/main_window/screens.h"
 #include "db/connection.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -53,12 +53,13 @@ bool prepare(QDir &folder)
 
 QStringList walk(const QDir &folder)
 {
-    app::Settings settings(folder.filePath(u"settings.ini"_s));
+    workspace::Settings settings(folder.filePath(u"settings.ini"_s));
     db::Connection connection;
     app::FolderPlaces places = app::FolderPlaces::ofThisMachine(folder.filePath(u"data"_s));
     const app::ApplicationFolder applicationFolder = app::settleApplicationFolder(places);
     const QDateTime morning(QDate(2026, 4, 1), QTime(9, 0));
-    app::Workspace workspace(connection, settings, applicationFolder.path, [morning] { return morning; });
+    workspace::Workspace workspace(connection, settings, applicationFolder.path,
+                                   [morning] { return morning; });
     tour::Walker walker(folder);
     walker.check(applicationFolder.problem.isEmpty(), applicationFolder.problem);
 

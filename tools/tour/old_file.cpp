@@ -1,10 +1,10 @@
 #include "old_file.h"
 
-#include "app/frmAMain.h"
-#include "app/workspace.h"
+#include "app/main_window/frmAMain.h"
 #include "db/connection.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
+#include "workspace/workspace.h"
 
 #include <QAction>
 #include <QDialog>
@@ -15,7 +15,8 @@ using namespace Qt::StringLiterals;
 namespace tour
 {
 
-void convertOldFile(Walker &walker, app::Workspace &workspace, app::frmAMain &window, const QDir &folder)
+void convertOldFile(Walker &walker, workspace::Workspace &workspace, app::frmAMain &window,
+                    const QDir &folder)
 {
     const QString shop = workspace.connection.fileName();
     const QString old = folder.absoluteFilePath(u"以前の店.cdb"_s);

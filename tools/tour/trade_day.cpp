@@ -2,9 +2,9 @@
 
 #include "walker.h"
 
-#include "app/workspace.h"
 #include "db/connection.h"
 #include "ui/file_dialogs.h"
+#include "workspace/workspace.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -160,7 +160,7 @@ void checkBooks(Walker &walker, db::Connection &connection)
 
 } // namespace
 
-void tradeForADay(Walker &walker, app::Workspace &workspace, QWidget &window, const QDir &folder)
+void tradeForADay(Walker &walker, workspace::Workspace &workspace, QWidget &window, const QDir &folder)
 {
     enterMoneySlip(walker, window, {u"mnuUrikakeKurikoshi", u"receivable-carried", u"やまだ"}, u"5,000"_s);
     enterMoneySlip(walker, window, {u"mnuKaikakeKurikoshi", u"payable-carried", u"安曇野"}, u"30,000"_s);

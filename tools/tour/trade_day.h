@@ -5,7 +5,7 @@
 class QDir;
 class QWidget;
 
-namespace app
+namespace workspace
 {
 class Workspace;
 }
@@ -18,6 +18,6 @@ class Walker;
 /// The shop's second day, after its first one: balances carried over, a purchase, a payment, a receipt, a
 /// count of the stock and an estimate of two pages with its print, worked on the real screens of \a window.
 /// The estimate ends in \a folder as PDF.
-void tradeForADay(Walker &walker, app::Workspace &workspace, QWidget &window, const QDir &folder);
+void tradeForADay(Walker &walker, workspace::Workspace &workspace, QWidget &window, const QDir &folder);
 
 } // namespace tour

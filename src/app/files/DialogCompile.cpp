@@ -1,0 +1,122 @@
+#include "app/files/DialogCompile.h"
+
+#include "app/files/database_files.h"
+#include "db/care/backup.h"
+#include "db/schema.h"
+#include "ui/file_dialogs.h"
+#include "ui/progress.h"
+#include "ui/prompts.h"
+#include "ui_DialogCompile.h"
+#include "workspace/workspace.h"
+#include "workspace/workspace_targets.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QStandardItemModel>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+QStandardItem *number(const QString &text)
+{
+    auto *item = new QStandardItem(text);
+    item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return item;
+}
+
+} // namespace
+
+DialogCompile::DialogCompile(workspace::Workspace &workspace, const QString &source, QWidget *parent)
+    : Screen(workspace, parent)
+    , m_ui(std::make_unique<Ui::DialogCompile>())
+    , m_tables(new QStandardItemModel(this))
+    , m_source(source)
+{
+    m_ui->setupUi(this);
+    m_ui->lblSource->setText(source);
+    m_tables->setHorizontalHeaderLabels({u"テーブル"_s, u"移した行"_s, u"読めなかった行"_s});
+    for (const db::Table &table : db::tables())
+        m_tables->appendRow({new QStandardItem(table.name), number({}), number({})});
+    m_ui->dgdTables->setModel(m_tables);
+    m_ui->dgdTables->horizontalHeader()->setStretchLastSection(true);
+    m_ui->dgdTables->setColumnWidth(0, 200);
+    m_ui->dgdTables->setColumnWidth(1, 120);
+    m_ui->dgdTables->setColumnWidth(2, 140);
+    connect(m_ui->Command1, &QPushButton::clicked, this, &DialogCompile::compile);
+    connect(m_ui->Command2, &QPushButton::clicked, this, &DialogCompile::close);
+    setUp();
+}
+
+DialogCompile::~DialogCompile() = default;
+
+void DialogCompile::compile()
+{
+    const QString target = askForTarget();
+    if (target.isEmpty())
+        return;
+    const auto outcome = build(target);
+    if (!tell(outcome ? base::Status() : base::Status(outcome.error())))
+        return;
+    showOutcome(*outcome);
+    const QString whole = outcome->isComplete() ? u"すべての行を新しいファイルに移しました。"_s
+                                                : u"読み取れる行を新しいファイルに移しました。"_s;
+    if (!ui::prompts::ask(this, whole + u"\n新しいファイルで作業を続けますか？"_s))
+        return;
+    m_chosen = target;
+    accept();
+}
+
+QString DialogCompile::askForTarget()
+{
+    const QString chosen = ui::file_dialogs::saveFile(this, u"新しいファイル名"_s, databaseFileFilters(),
+                                                      u"cdb"_s, QFileInfo(m_source).absolutePath());
+    if (chosen.isEmpty())
+        return {};
+    if (!workspace::isPossibleTarget(workspace(), chosen, m_source)) {
+        ui::prompts::inform(this, u"ファイル名が不正です。"_s);
+        return {};
+    }
+    if (QFileInfo::exists(chosen) &&
+        !ui::prompts::ask(this, u"指定した名前のファイルが存在します。\n上書きしますか？"_s))
+        return {};
+    return QFileInfo(chosen).absoluteFilePath();
+}
+
+// Beside the target first: a file of that name is lost only when the new one is complete.
+base::Result<db::Salvage> DialogCompile::build(const QString &target)
+{
+    const QString complete = target + u".new"_s;
+    QFile::remove(complete);
+    base::Result<db::Salvage> outcome = base::cancelled();
+    const base::Status built = ui::runWithProgress(
+        this, u"新しいファイルに移しています。"_s, [&](const base::Progress &progress) -> base::Status {
+            outcome = db::rebuild(m_source, complete, progress);
+            return outcome ? db::replaceDatabase(complete, target) : base::Status(outcome.error());
+        });
+    if (!built) {
+        QFile::remove(complete);
+        return built.error();
+    }
+    return outcome;
+}
+
+void DialogCompile::showOutcome(const db::Salvage &outcome)
+{
+    int row = 0;
+    for (const db::SalvagedTable &table : outcome.tables) {
+        m_tables->item(row, 1)->setText(QString::number(table.carried));
+        m_tables->item(row, 2)->setText(db::unreadText(table));
+        ++row;
+    }
+    m_ui->lblStray->setText(outcome.strayRows == 0
+                                ? QString()
+                                : u"どのテーブルのものか分からない行：%1"_s.arg(outcome.strayRows));
+}
+
+} // namespace app

@@ -1,0 +1,75 @@
+#include "app/files/application_folder.h"
+
+#include "db/care/backup.h"
+#include "db/old_files/old_file.h"
+#include "db/schema.h"
+#include "registers/postal/postal_origin.h"
+#include "workspace/workspace.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+QStringList deliveredFiles() { return {QString::fromUtf16(db::initialFileName), u"Kanbalore.chm"_s}; }
+
+bool holdsInitialFile(const QString &folder)
+{
+    return QFileInfo(workspace::joinPath(folder, QString::fromUtf16(db::initialFileName))).isFile();
+}
+
+ApplicationFolder filled(const QString &folder, const FolderPlaces &places)
+{
+    if (!QDir().mkpath(folder))
+        return {folder, u"フォルダ「"_s + folder + u"」を作成できませんでした。"_s};
+    const QString source = holdsInitialFile(places.executable) ? places.executable : places.installed;
+    const QStringList files = deliveredFiles();
+    // The earlier program's own initial file is no use here, but may hold someone's data.
+    const QString initial = workspace::joinPath(folder, QString::fromUtf16(db::initialFileName));
+    if (const base::Status aside = db::putOldFileAside(initial); !aside)
+        return {folder, aside.error().text};
+    for (const QString &name : files) {
+        const QString from = workspace::joinPath(source, name);
+        const QString to = workspace::joinPath(folder, name);
+        if (QFileInfo::exists(to) || !QFileInfo(from).isFile())
+            continue;
+        if (const base::Status copied = db::copyFile(from, to); !copied)
+            return {folder, copied.error().text};
+    }
+    if (const base::Status brought = registers::bringPostalData(source, folder); !brought)
+        return {folder, brought.error().text};
+    if (!holdsInitialFile(folder))
+        return {folder, u"初期設定用のファイル Kanbalore.cdb がフォルダ「"_s + folder +
+                            u"」にありません。もう一度インストールしてください。"_s};
+    return {folder, {}};
+}
+
+} // namespace
+
+FolderPlaces FolderPlaces::ofThisMachine(const QString &option)
+{
+    const QString executable = QCoreApplication::applicationDirPath();
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return {option.isEmpty() ? qEnvironmentVariable("KANBALORE_FOLDER") : option, executable,
+            workspace::joinPath(data, u"Kanbalore"_s),
+            QDir::cleanPath(executable + u"/../share/kanbalore"_s)};
+}
+
+ApplicationFolder settleApplicationFolder(const FolderPlaces &places)
+{
+    if (!places.wanted.isEmpty())
+        return filled(QDir::cleanPath(QFileInfo(places.wanted).absoluteFilePath()), places);
+    if (holdsInitialFile(places.executable) && QFileInfo(places.executable).isWritable())
+        return {places.executable, {}};
+    return filled(places.user, places);
+}
+
+} // namespace app

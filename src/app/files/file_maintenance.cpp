@@ -1,0 +1,222 @@
+#include "app/files/file_maintenance.h"
+
+#include "app/files/DialogBackups.h"
+#include "app/files/DialogCompile.h"
+#include "app/files/database_files.h"
+#include "app/files/database_session.h"
+#include "app/files/table_emptying.h"
+#include "base/dated_name.h"
+#include "db/care/file_repair.h"
+#include "ui/progress.h"
+#include "ui/prompts.h"
+#include "workspace/workspace.h"
+
+#include <QComboBox>
+#include <QFileInfo>
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+QLabel *addLabel(const PlaceInPanel &place, QWidget &window, const QString &name)
+{
+    auto *label = new QLabel(&window);
+    label->setObjectName(name);
+    place(u"データベース"_s, label, PanelSide::Below);
+    return label;
+}
+
+QString outcomeText(const db::Salvage &outcome)
+{
+    QString text = u"%1 行を新しいファイルに移しました。"_s.arg(outcome.carried());
+    for (const db::SalvagedTable &table : outcome.tables) {
+        if (table.unread > 0 || table.isOpenEnd)
+            text += u"\n「%1」で読めなかった行：%2"_s.arg(table.table, db::unreadText(table));
+    }
+    if (outcome.strayRows > 0)
+        text += u"\nどのテーブルのものか分からない行：%1"_s.arg(outcome.strayRows);
+    return text;
+}
+
+} // namespace
+
+FileMaintenance::FileMaintenance(workspace::Workspace &workspace, DatabaseSession &session,
+                                 const PlaceInPanel &place, QWidget &window)
+    : QObject(&window)
+    , m_workspace(workspace)
+    , m_session(session)
+    , m_window(window)
+    , m_oldSize(addLabel(place, window, u"Label5"_s))
+    , m_newSize(addLabel(place, window, u"Label7"_s))
+{
+    auto *tables = new QComboBox(&window);
+    tables->setObjectName(u"Combo3"_s);
+    tables->setAccessibleName(u"データを削除するテーブル"_s);
+    tables->addItems(emptyingItems());
+    tables->setPlaceholderText(u"選択してください"_s);
+    tables->setCurrentIndex(-1); // so that nothing is deleted by pressing Enter twice
+    place(u"テーブルのデータ削除"_s, tables, PanelSide::Above);
+}
+
+void FileMaintenance::repair()
+{
+    const QString fileName = m_session.fileName();
+    m_session.close();
+    m_oldSize->setText(u"Old FileSize %1 byte"_s.arg(QFileInfo(fileName).size()));
+    m_newSize->clear();
+    const bool repaired = repairFile();
+    // Whatever came of it: the file under this name is whole, the old one or the new one.
+    m_session.reopen();
+    if (!repaired)
+        return;
+    m_newSize->setText(u"New FileSize %1 byte"_s.arg(QFileInfo(fileName).size()));
+    tellDone(u"データベースを最適化しました"_s);
+}
+
+bool FileMaintenance::repairFile()
+{
+    const QString fileName = m_session.fileName();
+    db::FileRepair repair(fileName, compactNameFor(fileName, m_workspace.applicationFolder()));
+    if (const base::Status begun = repair.begin(); !begun)
+        return tell(begun.error().text);
+    int faults = 0;
+    const base::Status checked = ui::runWithProgress(
+        &m_window, u"データベースを検査しています。"_s, [&](const base::Progress &progress) -> base::Status {
+            const auto found = repair.check(progress);
+            faults = found ? *found : 0;
+            return found ? base::Status() : base::Status(found.error());
+        });
+    if (!checked)
+        return tell(checked.error().text);
+    db::Salvage outcome;
+    QString kept;
+    if (faults > 0) {
+        if (!salvageInto(repair, faults, outcome))
+            return false;
+        kept = base::datedName(fileName, u"破損"_s, m_workspace.today());
+    } else if (const base::Status compacted = ui::runWithProgress(
+                   &m_window, u"データベースを最適化しています。"_s,
+                   [&](const base::Progress &progress) { return repair.compact(progress); });
+               !compacted) {
+        return tell(compacted.error().text);
+    }
+    const base::Status finished =
+        ui::runWithProgress(&m_window, u"修復したファイルに入れ替えています。"_s,
+                            [&](const base::Progress &progress) { return repair.finish(kept, progress); });
+    if (!finished)
+        return tell(finished.error().text);
+    if (faults > 0)
+        tell(outcomeText(outcome) + u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));
+    return true;
+}
+
+bool FileMaintenance::salvageInto(db::FileRepair &repair, int faults, db::Salvage &outcome)
+{
+    tell(u"検査の結果、データベースに破損が %1 か所見つかりました。"
+         "読み取れる行を新しいファイルに移して修復します。"_s.arg(faults < 100 ? QString::number(faults)
+                                                                               : u"100 以上"_s));
+    const base::Status salvaged = ui::runWithProgress(&m_window, u"データベースを修復しています。"_s,
+                                                      [&](const base::Progress &progress) -> base::Status {
+                                                          auto done = repair.salvage(progress);
+                                                          if (!done)
+                                                              return done.error();
+                                                          outcome = *done;
+                                                          return {};
+                                                      });
+    return salvaged || tell(salvaged.error().text);
+}
+
+void FileMaintenance::buildAnew()
+{
+    DialogCompile dialog(m_workspace, m_session.fileName(), &m_window);
+    dialog.exec();
+    if (dialog.chosenFile().isEmpty())
+        return;
+    m_session.close();
+    m_session.switchTo(dialog.chosenFile());
+}
+
+void FileMaintenance::emptyTable()
+{
+    const QString item = m_window.findChild<QComboBox *>(u"Combo3"_s)->currentText();
+    if (item.isEmpty()) {
+        tell(u"削除するテーブルを選択してください。"_s);
+        return;
+    }
+    if (!ui::prompts::ask(&m_window, item + u" を削除します。よろしいですか？"_s))
+        return;
+    const auto done = emptyTables(m_workspace.connection, item);
+    if (done)
+        emit emptied();
+    tell(done ? *done : done.error().text);
+}
+
+void FileMaintenance::listBackups()
+{
+    std::vector<Backup> backups;
+    const base::Status checked = ui::runWithProgress(
+        &m_window, u"バックアップを検査しています。"_s, [&](const base::Progress &progress) -> base::Status {
+            auto found = checkedBackups(m_workspace.applicationFolder(), progress);
+            if (!found)
+                return found.error();
+            backups = std::move(*found);
+            return {};
+        });
+    if (!checked) {
+        tell(checked.error().text);
+        return;
+    }
+    DialogBackups dialog(m_workspace, std::move(backups), m_session.hasFile(), &m_window);
+    dialog.exec();
+    if (dialog.wish() == DialogBackups::Wish::Open) {
+        m_session.close();
+        m_session.switchTo(dialog.chosen().fileName);
+    } else if (dialog.wish() == DialogBackups::Wish::Restore) {
+        restore(dialog.chosen().fileName, dialog.chosen().written.toString(u"yyyy/MM/dd HH:mm"_s));
+    }
+}
+
+void FileMaintenance::restore(const QString &backup, const QString &described)
+{
+    const QString target = m_session.fileName();
+    if (isSameFile(backup, target)) {
+        tell(
+            u"現在のファイルがこのバックアップです。復元するファイルを開いてから、もう一度実行してください。"_s);
+        return;
+    }
+    const QString kept = base::datedName(target, u"復元前"_s, m_workspace.today());
+    if (!ui::prompts::ask(&m_window,
+                          u"「%1」を %2 のバックアップに戻します。\n"
+                          "現在の内容は「%3」に残します。よろしいですか？"_s.arg(
+                              QFileInfo(target).fileName(), described, QFileInfo(kept).fileName())))
+        return;
+    m_session.close();
+    const base::Status restored = ui::runWithProgress(
+        &m_window, u"バックアップを復元しています。"_s,
+        [&](const base::Progress &progress) { return restoreBackup(backup, target, kept, progress); });
+    m_session.reopen();
+    if (restored)
+        tellDone(u"バックアップを復元しました"_s);
+    else
+        tell(restored.error().text);
+}
+
+// The work on the file is one thing, whether it could be opened again another.
+void FileMaintenance::tellDone(const QString &done)
+{
+    tell(m_session.isOpen() ? done + u"。"_s : done + u"が、開けませんでした。\n"_s + m_session.reason());
+}
+
+// \return false, for what ends with it
+bool FileMaintenance::tell(const QString &text)
+{
+    ui::prompts::inform(&m_window, text);
+    return false;
+}
+
+} // namespace app

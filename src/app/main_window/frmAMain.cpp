@@ -1,0 +1,354 @@
+#include "app/main_window/frmAMain.h"
+
+#include "app/files/database_files.h"
+#include "app/main_window/appearance.h"
+#include "app/main_window/command_panel.h"
+#include "app/main_window/panel_controls.h"
+#include "app/main_window/shop_facts.h"
+#include "masters/name_lists.h"
+#include "masters/own_company.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+#include "ui/screen.h"
+#include "ui_frmAMain.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *parent)
+    : QMainWindow(parent)
+    , m_workspace(workspace)
+    , m_ui(std::make_unique<Ui::frmAMain>())
+    , m_openers(std::move(openers))
+    , m_session(workspace, *this)
+{
+    m_ui->setupUi(this);
+    m_ui->centralWidget->setStyleSheet(mainWindowStyle());
+    m_commands = new CommandPanel(*this);
+    m_maintenance = new FileMaintenance(
+        workspace, m_session,
+        [this](const QString &group, QWidget *widget, PanelSide side) {
+            m_commands->addToGroup(Page::Settings, group, widget, side);
+        },
+        *this);
+    buildOptionBoxes();
+    buildColoursMenu();
+    m_controls = new PanelControls(*this, workspace);
+    connect(m_commands, &CommandPanel::triggered, this, &frmAMain::run);
+    connect(&m_session, &DatabaseSession::changed, this, &frmAMain::databaseChanged);
+    connect(&m_session, &DatabaseSession::closed, this, &frmAMain::databaseClosed);
+    connect(m_maintenance, &FileMaintenance::emptied, this, &frmAMain::tablesEmptied);
+    connect(m_ui->dbcShain, &QComboBox::currentIndexChanged, this, &frmAMain::employeeSelected);
+    connect(m_ui->dbcShain, &QComboBox::activated, this,
+            [this] { m_workspace.settings.write(workspace::keys::employee, m_ui->txtShainID->text()); });
+}
+
+frmAMain::~frmAMain() = default;
+
+void frmAMain::load(const QString &commandLine)
+{
+    loadFixedLists();
+    loadPlace();
+    m_controls->load();
+    showPrinters();
+    loadPostalIndex();
+    m_session.start(databaseToOpen(m_workspace.settings, commandLine, m_workspace.applicationFolder()));
+    if (m_session.isOpen()) {
+        reloadEmployees(m_workspace.settings.integer(workspace::keys::employee));
+        loadPicture();
+    }
+    m_loaded = true;
+}
+
+bool frmAMain::event(QEvent *event)
+{
+    // The menu items have no status tips; an empty one would wipe the file name off the status bar.
+    if (event->type() == QEvent::StatusTip)
+        return true;
+    const bool done = QMainWindow::event(event);
+    if (event->type() == QEvent::WindowDeactivate) {
+        const QWidget *modal = QApplication::activeModalWidget();
+        m_underDialog = modal && !qobject_cast<const ui::Screen *>(modal);
+    } else if (event->type() == QEvent::WindowActivate && m_loaded) {
+        // Coming back from a message box is none; else a refused new file would be asked for without end.
+        if (!std::exchange(m_underDialog, false))
+            QMetaObject::invokeMethod(this, &frmAMain::focusStep, Qt::QueuedConnection);
+    }
+    return done;
+}
+
+void frmAMain::focusStep()
+{
+    if (m_inFocusStep || !isVisible() || QApplication::activeModalWidget())
+        return;
+    m_inFocusStep = true;
+    showPrinters();
+    showFile();
+    const QString date = QLocale::system().toString(m_workspace.today(), QLocale::ShortFormat);
+    if (date.size() != 10)
+        warn(u"　システムの日付を１０桁表示に設定してください。(yyyy/MM/dd "_s);
+    if (m_session.isOpen()) {
+        reloadEmployees(m_workspace.panel.employeeId);
+        showSupplier();
+    }
+    if (m_session.isInitial())
+        m_session.leaveInitialFile();
+    m_inFocusStep = false;
+}
+
+void frmAMain::run(const Command &command)
+{
+    if (!isPossible(command) || !passGuards(command))
+        return;
+    if (const Builtin builtin = builtinFor(command.action))
+        (this->*builtin)();
+    else if (const auto companion = installedCompanion(command.action))
+        start(*companion);
+    else
+        open(command.action);
+}
+
+bool frmAMain::isPossible(const Command &command) const
+{
+    if (needsDatabase(command.action) && !m_session.isUsable())
+        return false;
+    if (needsFile(command.action) && !m_session.hasFile())
+        return false;
+    if (builtinFor(command.action))
+        return true;
+    return installedCompanion(command.action) || m_openers.contains(command.action);
+}
+
+std::optional<Companion> frmAMain::installedCompanion(Action action) const
+{
+    const auto companion = companionOf(action);
+    if (companion && isCompanionInstalled(m_workspace.applicationFolder(), *companion))
+        return companion;
+    return std::nullopt;
+}
+
+void frmAMain::enableCommands()
+{
+    m_commands->enable([this](const Command &command) { return isPossible(command); });
+}
+
+bool frmAMain::passGuards(const Command &command)
+{
+    const Guards &guards = command.guards;
+    const bool needsEmployee =
+        guards.employee || (guards.employeeOfOwnScreen && !installedCompanion(command.action));
+    if (needsEmployee && !employeeChosen())
+        return false;
+    if (guards.ownCompany && !ownCompanyRegistered())
+        return false;
+    return !guards.slips || slipsExist(*guards.slips);
+}
+
+bool frmAMain::employeeChosen()
+{
+    if (!m_ui->dbcShain->currentText().isEmpty())
+        return true;
+    ui::prompts::inform(this, u"担当者が選択されていません。"_s);
+    const auto employees = masters::employees(m_workspace.connection);
+    if (!employees)
+        return tell(employees.error());
+    if (!employees->empty()) {
+        m_ui->dbcShain->setFocus();
+        return false;
+    }
+    m_commands->showPageOf(Action::Employees);
+    open(Action::Employees);
+    return false;
+}
+
+bool frmAMain::ownCompanyRegistered()
+{
+    const auto company = masters::ownCompany(m_workspace.connection);
+    if (!company)
+        return tell(company.error());
+    if (!*company) {
+        ui::prompts::inform(this, ui::messages::noOwnCompany());
+        open(Action::OwnCompany);
+    }
+    return true;
+}
+
+bool frmAMain::slipsExist(const book::SlipKind &kind)
+{
+    const auto found = hasSlips(m_workspace.connection, kind);
+    if (!found)
+        return tell(found.error());
+    if (!*found)
+        ui::prompts::inform(this, u"現在、該当する伝票はありません。"_s);
+    return *found;
+}
+
+void frmAMain::open(Action action)
+{
+    const auto opener = m_openers.find(action);
+    if (opener == m_openers.end())
+        return;
+    opener->second(this, m_workspace);
+    if (!m_session.isOpen())
+        return;
+    // The screen may have changed either.
+    reloadEmployees(m_workspace.panel.employeeId);
+    reloadCompany();
+}
+
+void frmAMain::start(Companion companion)
+{
+    const QString folder = m_workspace.applicationFolder();
+    if (companion == Companion::Ledger) {
+        const workspace::Panel &panel = m_workspace.panel;
+        const HandOver values{m_session.fileName(),      m_ui->txtShainID->text(), m_ui->txtShiireID->text(),
+                              m_ui->txtNouhinID->text(), panel.textSize,           m_ui->txtTaxRate->text(),
+                              panel.numberInfix};
+        if (!tell(writeHandOver(folder, values)))
+            return;
+    }
+    tell(startCompanion(folder, companion));
+}
+
+void frmAMain::databaseChanged()
+{
+    m_ui->txtFileName->setText(m_session.fileName());
+    m_ui->txtNouhinID->clear();
+    m_ui->txtShiireID->clear();
+    if (m_session.isOpen()) {
+        reloadEmployees(m_workspace.panel.employeeId);
+        reloadCompany();
+    }
+    showFile();
+    enableCommands();
+}
+
+void frmAMain::tablesEmptied()
+{
+    reloadEmployees(m_workspace.panel.employeeId);
+    reloadCompany();
+}
+
+void frmAMain::databaseClosed()
+{
+    m_ui->dbcShain->clear();
+    showCompany({});
+}
+
+void frmAMain::reloadEmployees(qint64 chosen)
+{
+    if (!m_session.isOpen())
+        return;
+    const auto employees = masters::employees(m_workspace.connection);
+    if (!tell(employees ? base::Status() : base::Status(employees.error())))
+        return;
+    QComboBox *box = m_ui->dbcShain;
+    {
+        const QSignalBlocker quiet(box);
+        box->clear();
+        for (const masters::Entry &employee : *employees)
+            box->addItem(employee.name, employee.id);
+        box->setCurrentIndex(box->findData(chosen));
+    }
+    employeeSelected();
+}
+
+void frmAMain::employeeSelected()
+{
+    workspace::Panel &panel = m_workspace.panel;
+    panel.employeeId = m_ui->dbcShain->currentData().toLongLong();
+    panel.employeeName = m_ui->dbcShain->currentText();
+    m_ui->txtShainID->setText(panel.employeeId > 0 ? QString::number(panel.employeeId) : QString());
+}
+
+void frmAMain::reloadCompany()
+{
+    const auto company = masters::ownCompany(m_workspace.connection);
+    if (!tell(company ? base::Status() : base::Status(company.error())))
+        return;
+    showCompany(company->value_or(masters::OwnCompany()));
+    showFile();
+}
+
+void frmAMain::showCompany(const masters::OwnCompany &names)
+{
+    m_workspace.panel.companyName1 = names.name1;
+    m_workspace.panel.companyName2 = names.name2;
+    m_ui->txtName1->setText(names.name1);
+    m_ui->txtName2->setText(names.name2);
+}
+
+void frmAMain::showSupplier()
+{
+    bool isNumber = false;
+    const qint64 id = m_ui->txtShiireID->text().toLongLong(&isNumber);
+    if (!isNumber)
+        return;
+    const auto names = supplierNames(m_workspace.connection, id);
+    if (!tell(names ? base::Status() : base::Status(names.error())))
+        return;
+    m_ui->Text3->setText(names->name1);
+    m_ui->Text5->setText(names->name2);
+}
+
+void frmAMain::closeEvent(QCloseEvent *event)
+{
+    saveSettings();
+    m_session.backUp();
+    QMainWindow::closeEvent(event);
+}
+
+// Enter presses the button with the cursor and leaves any other control as Tab does, as on all screens.
+void frmAMain::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || event->modifiers() & ~Qt::KeypadModifier)
+        QMainWindow::keyPressEvent(event);
+    else if (auto *button = qobject_cast<QPushButton *>(focusWidget()))
+        button->click();
+    else
+        focusNextPrevChild(true);
+}
+
+bool frmAMain::tell(const base::Status &status)
+{
+    if (!status)
+        ui::prompts::inform(this, status.error().text);
+    return bool(status);
+}
+
+void frmAMain::warn(const QString &text) { m_ui->StatusBar1->showMessage(text); }
+
+frmAMain::Builtin frmAMain::builtinFor(Action action)
+{
+    static const std::map<Action, Builtin> builtins = {
+        {Action::NewFile, &frmAMain::newFile},
+        {Action::OpenFile, &frmAMain::openFile},
+        {Action::SaveFileAs, &frmAMain::saveFileAs},
+        {Action::OpenBackup, &frmAMain::openBackup},
+        {Action::Backups, &frmAMain::listBackups},
+        {Action::RepairFile, &frmAMain::repairFile},
+        {Action::RebuildFile, &frmAMain::buildFileAnew},
+        {Action::EmptyTable, &frmAMain::emptyTable},
+        {Action::Quit, &frmAMain::quit},
+        {Action::LoadPicture, &frmAMain::choosePicture},
+        {Action::ResetPicture, &frmAMain::resetPicture},
+        {Action::CalendarColour, &frmAMain::chooseCalendarColour},
+        {Action::ShowCalendar, &frmAMain::toggleCalendar},
+        {Action::SlipFont, &frmAMain::chooseSlipFont},
+        {Action::About, &frmAMain::showAbout},
+    };
+    const auto found = builtins.find(action);
+    return found == builtins.end() ? nullptr : found->second;
+}
+
+} // namespace app

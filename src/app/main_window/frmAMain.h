@@ -1,0 +1,123 @@
+#pragma once
+
+#include "app/files/database_session.h"
+#include "app/files/file_maintenance.h"
+#include "app/main_window/commands.h"
+#include "app/main_window/screens.h"
+#include "base/result.h"
+#include "masters/own_company.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+namespace Ui
+{
+class frmAMain;
+}
+
+namespace app
+{
+
+class CommandPanel;
+class PanelControls;
+
+/// The main window: the menu of the system and, through its settings panel, the values that all screens
+/// share.
+class frmAMain : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *parent = nullptr);
+    ~frmAMain() override;
+
+    /// The load step: settings, postal index, database, employees, picture. \a commandLine holds a database
+    /// file name between its quotes, or is empty.
+    void load(const QString &commandLine);
+
+    /// What is done each time the window becomes the active one.
+    void focusStep();
+
+protected:
+    bool event(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    using Builtin = void (frmAMain::*)();
+
+    // Commands
+    void run(const Command &command);
+    bool passGuards(const Command &command);
+    bool employeeChosen();
+    bool ownCompanyRegistered();
+    bool slipsExist(const book::SlipKind &kind);
+    void open(Action action);
+    void start(Companion companion);
+    /// The companion that does \a action; nothing when it is not there.
+    [[nodiscard]] std::optional<Companion> installedCompanion(Action action) const;
+    [[nodiscard]] bool isPossible(const Command &command) const;
+    void enableCommands();
+
+    // The database file
+    void newFile() { m_session.createNew(); }
+    void openFile() { m_session.openOther(); }
+    void saveFileAs() { m_session.saveAs(); }
+    void openBackup() { m_session.openBackup(); }
+    void listBackups() { m_maintenance->listBackups(); }
+    void repairFile() { m_maintenance->repair(); }
+    void buildFileAnew() { m_maintenance->buildAnew(); }
+    void emptyTable() { m_maintenance->emptyTable(); }
+    void tablesEmptied();
+    void databaseChanged();
+    void databaseClosed();
+    void reloadEmployees(qint64 chosen);
+    void reloadCompany();
+    void showCompany(const masters::OwnCompany &names);
+    void employeeSelected();
+    void showSupplier();
+
+    // The window itself
+    void buildOptionBoxes();
+    void buildColoursMenu();
+    void colour(int colours);
+    void loadFixedLists();
+    void loadPlace();
+    void loadPostalIndex();
+    void loadPicture();
+    void saveSettings();
+    void showPrinters();
+    void showFile();
+    void choosePicture();
+    void keepPicture(const QString &fileName);
+    void resetPicture();
+    void chooseCalendarColour();
+    void toggleCalendar();
+    void showCalendar(bool visible);
+    void colourCalendar();
+    void chooseSlipFont();
+    void showAbout();
+    void quit() { close(); }
+    bool tell(const base::Status &status);
+    void warn(const QString &text);
+
+    static Builtin builtinFor(Action action);
+
+    workspace::Workspace &m_workspace;
+    std::unique_ptr<Ui::frmAMain> m_ui;
+    Openers m_openers;
+    DatabaseSession m_session;
+    CommandPanel *m_commands;
+    FileMaintenance *m_maintenance;
+    PanelControls *m_controls;
+    QString m_pictureFile;
+    QString m_pictureProblem; // a sentence for the status bar
+    QString m_slipFont;
+    QColor m_calendarColour;
+    bool m_loaded = false;
+    bool m_inFocusStep = false;
+    bool m_underDialog = false; // inactive only because of a message box or the like
+};
+
+} // namespace app

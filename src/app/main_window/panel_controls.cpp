@@ -1,0 +1,225 @@
+#include "app/main_window/panel_controls.h"
+
+#include "app/main_window/up_down.h"
+#include "text/numbers.h"
+#include "ui/prompts.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+namespace
+{
+
+const struct CheckControl
+{
+    const char *name;
+    const workspace::SettingKey &key;
+    bool workspace::Panel::*value;
+} checks[] = {
+    {"Check1", workspace::keys::check[0], &workspace::Panel::automaticNumbers},
+    {"Check2", workspace::keys::check[1], &workspace::Panel::transferFormAfterDelivery},
+    {"Check3", workspace::keys::check[2], &workspace::Panel::omitCompanyName},
+    {"Check4", workspace::keys::check[3], &workspace::Panel::extendedCompanyName},
+    {"Check5", workspace::keys::check[4], &workspace::Panel::transferFormAfterBill},
+    {"Check6", workspace::keys::check[5], &workspace::Panel::deliveryNoticeMailOrder},
+    {"Check7", workspace::keys::check[6], &workspace::Panel::deliveryNotice},
+    {"Check8", workspace::keys::check[7], &workspace::Panel::customerOption},
+};
+
+const struct ComboControl
+{
+    const char *name;
+    const workspace::SettingKey &key;
+    QString workspace::Panel::*value;
+    QStringList items;
+} combos[] = {
+    {"Combo2",
+     workspace::keys::deliveryPaper,
+     &workspace::Panel::deliveryPaper,
+     {u"HISAGO 1149"_s, u"HISAGO BP0201"_s, u"A4 無地"_s}},
+    {"Combo7", workspace::keys::billPaper, &workspace::Panel::billPaper, {u"HISAGO 1148"_s, u"A4 無地"_s}},
+    // The shipping-slip forms by their names.
+    {"Combo6",
+     workspace::keys::carrier,
+     &workspace::Panel::carrier,
+     {u"宅急便"_s, u"宅急便　コレクト"_s, u"佐川急便"_s, u"ゆうパック"_s, u"宛名ラベル"_s,
+      u"オリジナル荷札１"_s, u"オリジナル荷札２"_s, u"オリジナル荷札３"_s, u"オリジナル伝票"_s}},
+};
+
+const QString spacingNames[] = {u"グリッドの間隔　小"_s, u"グリッドの間隔　中"_s, u"グリッドの間隔　大"_s};
+
+constexpr double highestTaxRate = 100; // percent
+
+bool isTaxRate(std::optional<double> rate) { return rate && *rate >= 0 && *rate <= highestTaxRate; }
+
+} // namespace
+
+template <class Widget>
+Widget *PanelControls::control(const char *name) const
+{
+    auto *found = m_window.findChild<Widget *>(QLatin1StringView(name));
+    Q_ASSERT(found);
+    return found;
+}
+
+PanelControls::PanelControls(QWidget &window, workspace::Workspace &workspace)
+    : QObject(&window)
+    , m_window(window)
+    , m_workspace(workspace)
+    , m_taxRate(control<QLineEdit>("txtTaxRate"))
+{
+    bindChecks();
+    bindCombos();
+    bindTaxRate();
+    bindSizes();
+    auto *infix = control<QLineEdit>("txtDenNo");
+    connect(infix, &QLineEdit::textChanged, this,
+            [this](const QString &text) { m_workspace.panel.numberInfix = text; });
+    connect(infix, &QLineEdit::editingFinished, this, &PanelControls::save);
+}
+
+void PanelControls::bindChecks()
+{
+    for (const CheckControl &check : checks) {
+        connect(control<QCheckBox>(check.name), &QCheckBox::toggled, this,
+                [this, value = check.value](bool on) { m_workspace.panel.*value = on; });
+        connect(control<QCheckBox>(check.name), &QCheckBox::clicked, this, &PanelControls::save);
+    }
+}
+
+void PanelControls::bindCombos()
+{
+    for (const ComboControl &combo : combos) {
+        auto *box = control<QComboBox>(combo.name);
+        box->addItems(combo.items);
+        connect(box, &QComboBox::currentTextChanged, this,
+                [this, value = combo.value](const QString &text) { m_workspace.panel.*value = text; });
+        connect(box, &QComboBox::activated, this, &PanelControls::save);
+    }
+    connect(control<QComboBox>("Combo6"), &QComboBox::currentTextChanged, this,
+            &PanelControls::carrierChanged);
+}
+
+void PanelControls::bindTaxRate()
+{
+    connect(m_taxRate, &QLineEdit::textEdited, this, &PanelControls::taxRateEdited);
+    connect(m_taxRate, &QLineEdit::editingFinished, this, &PanelControls::taxRateLeft);
+    connect(control<UpDown>("UpDown1"), &UpDown::stepped, this, &PanelControls::stepTaxRate);
+}
+
+void PanelControls::bindSizes()
+{
+    connect(control<QPushButton>("Command37"), &QPushButton::clicked, this, [this] {
+        int &size = m_workspace.panel.textSize;
+        size = size == 10 ? 11 : 10;
+        showSizes();
+    });
+    connect(control<QPushButton>("Command15"), &QPushButton::clicked, this, [this] {
+        workspace::GridSpacing &spacing = m_workspace.panel.gridSpacing;
+        spacing = static_cast<workspace::GridSpacing>((static_cast<int>(spacing) + 1) % 3);
+        showSizes();
+    });
+}
+
+void PanelControls::load()
+{
+    const workspace::Settings &settings = m_workspace.settings;
+    workspace::Panel &panel = m_workspace.panel;
+    for (const CheckControl &check : checks) {
+        panel.*check.value = settings.checked(check.key);
+        control<QCheckBox>(check.name)->setChecked(panel.*check.value);
+    }
+    for (const ComboControl &combo : combos) {
+        auto *box = control<QComboBox>(combo.name);
+        const int stored = box->findText(settings.text(combo.key));
+        box->setCurrentIndex(stored >= 0 ? stored : box->findText(QString::fromUtf16(combo.key.fallback)));
+        panel.*combo.value = box->currentText();
+    }
+    carrierChanged();
+    control<QLineEdit>("txtDenNo")->setText(settings.text(workspace::keys::denNo));
+    const double rate = settings.number(workspace::keys::taxRate);
+    panel.taxRate = isTaxRate(rate) ? rate : 0;
+    showTaxRate();
+    panel.textSize = settings.integer(workspace::keys::fontSize) == 11 ? 11 : 10;
+    const auto *spacing =
+        std::find(std::begin(spacingNames), std::end(spacingNames), settings.text(workspace::keys::gridSize));
+    panel.gridSpacing = spacing == std::end(spacingNames)
+                            ? workspace::GridSpacing::Small
+                            : static_cast<workspace::GridSpacing>(spacing - std::begin(spacingNames));
+    showSizes();
+}
+
+void PanelControls::save() const
+{
+    workspace::Settings &settings = m_workspace.settings;
+    const workspace::Panel &panel = m_workspace.panel;
+    for (const CheckControl &check : checks)
+        settings.write(check.key, panel.*check.value);
+    for (const ComboControl &combo : combos)
+        settings.write(combo.key, panel.*combo.value);
+    settings.write(workspace::keys::denNo, panel.numberInfix);
+    settings.write(workspace::keys::taxRate, panel.taxRate);
+    settings.write(workspace::keys::fontSize, panel.textSize);
+    settings.write(workspace::keys::gridSize, spacingNames[static_cast<int>(panel.gridSpacing)]);
+}
+
+void PanelControls::carrierChanged()
+{
+    control<QCheckBox>("Check7")->setEnabled(control<QComboBox>("Combo6")->currentText() == u"ゆうパック"_s);
+}
+
+void PanelControls::taxRateEdited()
+{
+    if (const auto rate = text::parseNumber(m_taxRate->text()); isTaxRate(rate))
+        m_workspace.panel.taxRate = *rate;
+}
+
+void PanelControls::taxRateLeft()
+{
+    if (m_telling)
+        return;
+    if (!isTaxRate(text::parseNumber(m_taxRate->text()))) {
+        m_telling = true;
+        ui::prompts::inform(&m_window, u"消費税率は０から１００までの数字で入力してください。"_s,
+                            QString::fromUtf16(ui::prompts::errorCheck));
+        m_telling = false;
+        m_workspace.panel.taxRate = m_agreedTaxRate;
+    }
+    showTaxRate();
+    save();
+}
+
+void PanelControls::stepTaxRate(int direction)
+{
+    const double rate = m_workspace.panel.taxRate + direction;
+    if (!isTaxRate(rate))
+        return;
+    m_workspace.panel.taxRate = rate;
+    showTaxRate();
+    save();
+}
+
+void PanelControls::showTaxRate()
+{
+    m_agreedTaxRate = m_workspace.panel.taxRate;
+    m_taxRate->setText(text::formatPlain(m_agreedTaxRate));
+}
+
+void PanelControls::showSizes()
+{
+    control<QLineEdit>("Text6")->setText(QString::number(m_workspace.panel.textSize));
+    control<QLineEdit>("Text4")->setText(spacingNames[static_cast<int>(m_workspace.panel.gridSpacing)]);
+}
+
+} // namespace app

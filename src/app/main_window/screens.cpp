@@ -1,0 +1,96 @@
+#include "app/main_window/screens.h"
+
+#include "masters/DialogMyCo.h"
+#include "masters/MasterGridEditor.h"
+#include "masters/frmMyco.h"
+#include "registers/frmNouhin.h"
+#include "registers/frmSiire.h"
+#include "registers/lists/frmNouhinDel.h"
+#include "registers/lists/frmNouhinFind.h"
+#include "registers/lists/frmNouhinSub.h"
+#include "registers/postal/ZipCodeConv.h"
+#include "reports/ledgers/ledger_screen.h"
+#include "reports/purchases/frmInList.h"
+#include "reports/purchases/frmInTax.h"
+#include "slips/correction/correction_screens.h"
+#include "slips/entry/frmIn.h"
+#include "slips/entry/frmMitsumori.h"
+#include "slips/entry/frmOut.h"
+#include "slips/entry/money_slips.h"
+#include "workspace/workspace.h"
+
+#include <QGuiApplication>
+
+namespace app
+{
+
+namespace
+{
+
+// Under the hourglass while the screen loads.
+template <class Screen>
+Opener screen()
+{
+    return [](QWidget *parent, workspace::Workspace &workspace) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        Screen shown(workspace, parent);
+        QGuiApplication::restoreOverrideCursor();
+        shown.exec();
+    };
+}
+
+Opener correction(const book::SlipKind &kind)
+{
+    return [kind](QWidget *parent, workspace::Workspace &workspace) {
+        slips::openCorrection(workspace, parent, kind);
+    };
+}
+
+} // namespace
+
+Openers screenOpeners()
+{
+    return {
+        {Action::Sales, screen<slips::frmOut>()},
+        {Action::Purchase, screen<slips::frmIn>()},
+        {Action::Estimate, screen<slips::frmMitsumori>()},
+        {Action::PurchaseTax, screen<reports::frmInTax>()},
+        {Action::PurchaseList, screen<reports::frmInList>()},
+        {Action::Receipt, screen<slips::frmOutReceipt>()},
+        {Action::Payment, screen<slips::frmInPay>()},
+        {Action::ReceivableCarried, screen<slips::frmUrikake>()},
+        {Action::PayableCarried, screen<slips::frmKaikake>()},
+        {Action::Stocktake, screen<slips::frmTana>()},
+        {Action::ReceivableLedger, screen<reports::frmOutMoto>()},
+        {Action::ReceivableBalances, screen<reports::frmOutZandaka>()},
+        {Action::PayableLedger, screen<reports::frmInMoto>()},
+        {Action::PayableBalances, screen<reports::frmInZandaka>()},
+        {Action::StocktakeReport, screen<reports::frmTanaReport>()},
+        {Action::StocktakeLedger, screen<reports::frmTanaMoto>()},
+        {Action::SalesCorrection, correction(book::sale)},
+        {Action::ReceiptCorrection, correction(book::receipt)},
+        {Action::ReceivableCorrection, correction(book::receivableCarried)},
+        {Action::EstimateCorrection, correction(book::estimate)},
+        {Action::PurchaseCorrection, correction(book::purchase)},
+        {Action::PaymentCorrection, correction(book::payment)},
+        {Action::PayableCorrection, correction(book::payableCarried)},
+        {Action::StocktakeCorrection, correction(book::stocktake)},
+        {Action::Customers, screen<registers::frmNouhin>()},
+        {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
+        {Action::SupplementaryRoster, screen<registers::frmNouhinSub>()},
+        {Action::Suppliers, screen<registers::frmSiire>()},
+        {Action::PostalCodes, screen<registers::ZipCodeConv>()},
+        {Action::CustomerRoster, screen<registers::frmNouhinFind>()},
+        {Action::CustomerCategories, screen<masters::frmKubun>()},
+        {Action::SalesProducts, screen<masters::frmOutShohin>()},
+        {Action::ShippingCategories, screen<masters::frmInvKubun>()},
+        {Action::PurchaseProducts, screen<masters::frmInShohin>()},
+        {Action::Specifications, screen<masters::frmKikaku>()},
+        {Action::Units, screen<masters::frmTani>()},
+        {Action::OwnCompany, screen<masters::frmMyco>()},
+        {Action::ExtendedName, screen<masters::DialogMyCo>()},
+        {Action::Employees, screen<masters::frmShain>()},
+    };
+}
+
+} // namespace app

@@ -1,0 +1,32 @@
+#include "app/main_window/shop_facts.h"
+
+#include "db/connection.h"
+
+using namespace Qt::StringLiterals;
+
+namespace app
+{
+
+base::Result<SupplierNames> supplierNames(db::Connection &connection, qint64 id)
+{
+    const auto rows = connection.select(
+        u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー, コード "
+        "FROM 仕入先 WHERE (仕入先ID = ?)"_s,
+        {id});
+    if (!rows)
+        return rows.error();
+    return SupplierNames{rows->value(0, u"仕入先名1"_s).toString(),
+                         rows->value(0, u"仕入先名2"_s).toString()};
+}
+
+base::Result<bool> hasSlips(db::Connection &connection, const book::SlipKind &kind)
+{
+    // One row tells; a shop has a hundred thousand slips of a kind.
+    const auto rows = connection.select(u"SELECT * FROM 入出庫マスター WHERE 伝票番号 LIKE ? LIMIT 1"_s,
+                                        {book::patternOf(kind)});
+    if (!rows)
+        return rows.error();
+    return !rows->isEmpty();
+}
+
+} // namespace app

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QDate>
+#include <QString>
+
+namespace base
+{
+
+/// The name under which a file is kept when another one takes its place: "shop.cdb" becomes
+/// "shop 破損 2026-04-01.cdb" beside it, with a number behind the date when that name is taken.
+QString datedName(const QString &fileName, const QString &why, const QDate &date);
+
+} // namespace base

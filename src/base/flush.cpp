@@ -1,0 +1,80 @@
+#include "base/flush.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace base
+{
+
+#ifdef Q_OS_WIN
+
+Status flushFile(const QString &fileName)
+{
+    const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t *>(fileName.utf16()), GENERIC_WRITE, 0,
+                                    nullptr, OPEN_EXISTING, 0, nullptr);
+    const bool done = file != INVALID_HANDLE_VALUE && FlushFileBuffers(file);
+    if (file != INVALID_HANDLE_VALUE)
+        CloseHandle(file);
+    return done ? Status() : Error{u"ファイルをディスクに書き込めませんでした。("_s + fileName + u")"_s};
+}
+
+Status replaceFile(const QString &from, const QString &to)
+{
+    if (MoveFileExW(reinterpret_cast<const wchar_t *>(from.utf16()),
+                    reinterpret_cast<const wchar_t *>(to.utf16()),
+                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return {};
+    return Error{u"ファイルの名前を変更できませんでした。("_s + to + u")"_s};
+}
+
+#else
+
+namespace
+{
+
+Status failed(const QString &what, const QString &fileName)
+{
+    return Error{what + u"("_s + fileName + u": "_s + QString::fromLocal8Bit(std::strerror(errno)) + u")"_s};
+}
+
+bool flushPath(const QString &path, int flags)
+{
+    const int file = ::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    const bool done = ::fsync(file) == 0;
+    ::close(file);
+    return done;
+}
+
+} // namespace
+
+Status flushFile(const QString &fileName)
+{
+    return flushPath(fileName, O_RDWR) ? Status()
+                                       : failed(u"ファイルをディスクに書き込めませんでした。"_s, fileName);
+}
+
+Status replaceFile(const QString &from, const QString &to)
+{
+    if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
+        return failed(u"ファイルの名前を変更できませんでした。"_s, to);
+    // Some file systems cannot flush a folder; the rename itself is done all the same.
+    (void)flushPath(QFileInfo(to).absolutePath(), O_RDONLY | O_DIRECTORY);
+    return {};
+}
+
+#endif
+
+} // namespace base

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "base/result.h"
+
+// The calls of the operating system that QFile does not offer.
+namespace base
+{
+
+/// Has the contents of \a fileName flushed to disk.
+Status flushFile(const QString &fileName);
+
+/// Renames \a from over \a to in one step, so that either the old or the new file stands there, and has
+/// the folder flushed to disk.
+Status replaceFile(const QString &from, const QString &to);
+
+} // namespace base

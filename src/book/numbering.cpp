@@ -1,0 +1,41 @@
+#include "book/numbering.h"
+
+#include "db/connection.h"
+
+using namespace Qt::StringLiterals;
+
+namespace book
+{
+
+namespace
+{
+
+QString literalPattern(QString text)
+{
+    for (const QChar special : {u'\\', u'%', u'_'})
+        text.replace(special, QString(u'\\') + special);
+    return text;
+}
+
+} // namespace
+
+QString automaticNumber(const SlipKind &kind, const QString &infix, qint64 id)
+{
+    return QChar(kind.letter) + infix + QString::number(id);
+}
+
+base::Status checkManualNumber(db::Connection &connection, const QString &number, char16_t letter, qint64 own)
+{
+    if (!number.startsWith(QChar(letter)))
+        return base::Error{u"伝票番号に誤りがあります。"_s};
+    const auto found = connection.keys(
+        u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' AND ID <> ? LIMIT 1"_s,
+        {literalPattern(number), own});
+    if (!found)
+        return found.error();
+    if (!found->empty())
+        return base::Error{u"伝票番号が重複しています。"_s};
+    return {};
+}
+
+} // namespace book

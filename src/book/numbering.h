@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/result.h"
+#include "book/slip_kind.h"
+
+namespace db
+{
+class Connection;
+}
+
+namespace book
+{
+
+/// An automatic number: letter, infix as typed, key in decimal. Unique, as the key is.
+QString automaticNumber(const SlipKind &kind, const QString &infix, qint64 id);
+
+/// Whether the typed \a number can be a new slip's, or that of the slip with the key \a own: it begins with
+/// \a letter and no other slip has it, width and case apart: people read I-a1 and Ｉ－Ａ１ as one number. The
+/// error is the sentence to tell.
+base::Status checkManualNumber(db::Connection &connection, const QString &number, char16_t letter,
+                               qint64 own = 0);
+
+} // namespace book

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "book/slip_reader.h"
+
+#include <optional>
+
+namespace book
+{
+
+/// What is printed of a slip of goods, right to the yen.
+struct PrintedSlip
+{
+    Slip slip;                         // with the tax line, where one is due
+    double total = 0;                  // yen
+    std::optional<double> includedTax; // yen, of prices that include it; not rounded
+};
+
+/// How the tax of a slip to be printed is decided.
+struct PrintedTax
+{
+    bool inclusive = false;            // prices include the tax
+    std::optional<double> closingRate; // percent, at which closing the slip will tax it; empty: it is closed
+};
+
+/// Whether \a slip has its tax line.
+bool hasTaxLine(const Slip &slip);
+
+/// The slip of a customer as its paper shows it: one that is still open gets the tax line that closing it
+/// will add.
+base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax);
+
+} // namespace book

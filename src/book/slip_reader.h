@@ -1,0 +1,55 @@
+#pragma once
+
+#include "book/slip_kind.h"
+#include "db/connection.h"
+
+#include <QDate>
+
+#include <optional>
+
+namespace book
+{
+
+/// A line as it is stored; what is not written (a tax or money line's quantity) is empty.
+struct SlipLine
+{
+    QString product;
+    QString specification;
+    std::optional<double> quantity;
+    QString unit;
+    std::optional<double> price;
+    double amount = 0; // yen
+
+    [[nodiscard]] bool isTax() const { return product == QStringView(taxLineName); }
+};
+
+/// A stored slip with what a printed form needs of its counterpart and the person in charge.
+struct Slip
+{
+    qint64 id = 0;
+    QDate date;
+    QString number;
+    double taxRate = 0; // percent
+    QString memo;
+    QString employeeName;
+
+    qint64 counterpart = 0;
+    QString name1;
+    QString name2;
+    QString zip;
+    QString address1;
+    QString address2;
+    QString tel;
+    QString fax;
+    QString code;
+    TaxClass taxClass = TaxClass::OnDelivery;
+
+    std::vector<SlipLine> lines; // in the order of entry
+};
+
+/// The slip \a id, whose 相手先ID is of \a party: a sales slip numbered by hand may bear another kind's
+/// letter. Fails when the slip is not there. A deleted employee leaves the name empty, a deleted counterpart
+/// its fields, and name1 is then what the lists call it.
+base::Result<Slip> readSlip(db::Connection &connection, qint64 id, Party party);
+
+} // namespace book

@@ -1,0 +1,278 @@
+#include "book/slip_store.h"
+
+#include "book/exact_sum.h"
+#include "book/numbering.h"
+#include "book/stored_values.h"
+#include "book/tax.h"
+#include "db/keys.h"
+#include "db/transaction.h"
+
+using namespace Qt::StringLiterals;
+
+namespace book
+{
+
+namespace
+{
+
+QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
+
+base::Error gone(const QString &text) { return {.text = text, .gone = true}; }
+
+base::Status checkHeader(const NewSlip &slip)
+{
+    if (slip.counterpart == 0)
+        return base::Error{slip.kind.party == Party::Customer ? u"納品先が選択されていません。"_s
+                                                              : u"仕入先が選択されていません。"_s};
+    if (slip.employee == 0)
+        return base::Error{u"担当者が選択されていません。"_s};
+    if (!isSlipDate(slip.date))
+        return base::Error{
+            u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s};
+    return {};
+}
+
+// Another program may have deleted the counterpart since it was searched.
+base::Status checkCounterpart(db::Connection &connection, const NewSlip &slip)
+{
+    const bool isCustomer = slip.kind.party == Party::Customer;
+    const auto there = connection.keys(isCustomer ? u"SELECT 納品先ID FROM 納品先 WHERE 納品先ID = ?"_s
+                                                  : u"SELECT 仕入先ID FROM 仕入先 WHERE 仕入先ID = ?"_s,
+                                       {slip.counterpart});
+    if (!there)
+        return there.error();
+    if (there->empty())
+        return gone(
+            u"選択した%1は削除されているため、伝票を保存できませんでした。%1を検索し直してください。"_s.arg(
+                isCustomer ? u"納品先"_s : u"仕入先"_s));
+    return {};
+}
+
+base::Status stampCustomer(db::Connection &connection, qint64 customer, const QDate &day)
+{
+    const auto stamped =
+        connection.execute(u"UPDATE 納品先 SET 更新日 = ? WHERE 納品先ID = ?"_s, {stored(day), customer});
+    return stamped ? base::Status() : stamped.error();
+}
+
+base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
+{
+    const auto inserted = connection.execute(
+        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) VALUES (?, ?, ?, ?, ?, ?)"_s,
+        {header.id, stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate});
+    return inserted ? base::Status() : inserted.error();
+}
+
+// One statement, so that no line is ever stored without its header: another program may have deleted that.
+base::Status insertLine(db::Connection &connection, const QString &columns, const QVariantList &values,
+                        qint64 id)
+{
+    const QString places = QStringList(values.size(), u"?"_s).join(u", "_s);
+    db::Transaction transaction(connection);
+    if (const base::Status begun = transaction.begin(); !begun)
+        return begun;
+    const auto inserted =
+        connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u") SELECT ID, "_s + places +
+                               u" FROM 入出庫マスター WHERE ID = ?"_s,
+                           values + QVariantList{id});
+    if (!inserted)
+        return inserted.error();
+    if (*inserted == 0)
+        return gone(u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s);
+    return transaction.commit();
+}
+
+// 0 for a slip that has its tax line already.
+base::Result<double> taxStillDue(db::Connection &connection, qint64 id, double total, double taxRate)
+{
+    const auto taxed = connection.keys(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = ? AND 商品名 = ?"_s,
+                                       {id, QString::fromUtf16(taxLineName)});
+    if (!taxed)
+        return taxed.error();
+    return taxed->front() > 0 ? 0.0 : exclusiveTax(total, taxRate);
+}
+
+} // namespace
+
+// An invalid date comes before every other one.
+bool isSlipDate(const QDate &date) { return date >= QDate(1900, 1, 1); }
+
+base::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip)
+{
+    if (const base::Status complete = checkHeader(slip); !complete)
+        return complete.error();
+    db::Transaction transaction(connection);
+    if (const base::Status begun = transaction.begin(); !begun)
+        return begun.error();
+
+    const auto id = db::nextKey(connection, u"入出庫マスター"_s);
+    if (!id)
+        return id.error();
+    if (slip.manualNumber) {
+        if (const auto free = checkManualNumber(connection, *slip.manualNumber, slip.manualLetter); !free)
+            return free.error();
+    }
+    if (const base::Status there = checkCounterpart(connection, slip); !there)
+        return there.error();
+    if (slip.stamp) {
+        if (const auto stamped = stampCustomer(connection, slip.counterpart, *slip.stamp); !stamped)
+            return stamped.error();
+    }
+    const SavedHeader header{
+        *id, slip.manualNumber ? *slip.manualNumber : automaticNumber(slip.kind, slip.infix, *id),
+        slip.counterpart};
+    if (const base::Status inserted = insertHeader(connection, slip, header); !inserted)
+        return inserted.error();
+    if (const base::Status done = transaction.commit(); !done)
+        return done.error();
+    return header;
+}
+
+base::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line)
+{
+    return insertLine(connection, u"商品名, 規格, 数量, 単位, 単価, 金額"_s,
+                      {line.product, line.specification, line.quantity, line.unit, line.price, line.amount},
+                      id);
+}
+
+base::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind, const MoneyLine &line)
+{
+    const QString means = line.means.isEmpty() ? u""_s : line.means; // never NULL
+    if (kind == payment)
+        return insertLine(connection, u"商品名, 規格, 単位, 金額"_s, {line.item, means, u""_s, line.amount},
+                          id);
+    return insertLine(connection, u"商品名, 規格, 金額"_s, {line.item, means, line.amount}, id);
+}
+
+base::Status addTaxLine(db::Connection &connection, qint64 id, double tax)
+{
+    return insertLine(connection, u"商品名, 金額"_s, {QString::fromUtf16(taxLineName), tax}, id);
+}
+
+base::Result<bool> slipExists(db::Connection &connection, qint64 id)
+{
+    const auto headers = connection.keys(u"SELECT ID FROM 入出庫マスター WHERE ID = ?"_s, {id});
+    if (!headers)
+        return headers.error();
+    return !headers->empty();
+}
+
+base::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
+{
+    db::Transaction transaction(connection);
+    if (const base::Status begun = transaction.begin(); !begun)
+        return begun.error();
+    const auto removed = connection.execute(
+        u"DELETE FROM 入出庫サブ WHERE rowid = (SELECT max(rowid) FROM 入出庫サブ WHERE ID = ?)"_s, {id});
+    if (!removed)
+        return removed.error();
+    if (*removed > 0) {
+        if (const base::Status done = transaction.commit(); !done)
+            return done.error();
+        return true;
+    }
+    const auto there = slipExists(connection, id);
+    if (!there)
+        return there.error();
+    if (!*there)
+        return gone(u"この伝票はほかのプログラムで削除されたため、明細を取り消せませんでした。"_s);
+    return false;
+}
+
+base::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader &saved)
+{
+    const auto anothers = connection.keys(
+        u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND (伝票番号 IS NOT ? OR 相手先ID IS NOT ?)"_s,
+        {saved.id, saved.number, saved.counterpart});
+    if (!anothers)
+        return anothers.error();
+    if (anothers->empty())
+        return {};
+    return gone(
+        u"伝票 %1 はほかのプログラムで変更または削除されたため、続けて入力できません。"_s.arg(saved.number));
+}
+
+base::Result<double> slipTotal(db::Connection &connection, qint64 id)
+{
+    const auto sum = connection.select(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = ?"_s, {id});
+    if (!sum)
+        return sum.error();
+    return sum->rows.front().front().toDouble();
+}
+
+base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
+                                   bool inclusive)
+{
+    db::Transaction transaction(connection);
+    if (const base::Status begun = transaction.begin(); !begun)
+        return begun.error();
+
+    const auto there = slipExists(connection, id);
+    if (!there)
+        return there.error();
+    if (!*there)
+        return gone(u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
+    const auto total = slipTotal(connection, id);
+    if (!total)
+        return total.error();
+    if (!taxIsAdded(taxClass, inclusive))
+        return ClosedSlip{*total, 0};
+    const auto tax = taxStillDue(connection, id, *total, taxRate);
+    if (!tax)
+        return tax.error();
+    if (*tax == 0)
+        return ClosedSlip{*total, 0};
+    if (const base::Status added = addTaxLine(connection, id, *tax); !added)
+        return added.error();
+    if (const base::Status done = transaction.commit(); !done)
+        return done.error();
+    return ClosedSlip{*total, *tax};
+}
+
+base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
+{
+    return closeSlip(connection, id, 0, TaxClass::Included, true);
+}
+
+base::Status deleteSlip(db::Connection &connection, qint64 id)
+{
+    db::Transaction transaction(connection);
+    if (const base::Status begun = transaction.begin(); !begun)
+        return begun;
+    if (const auto lines = connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id}); !lines)
+        return lines.error();
+    if (const auto header = connection.execute(u"DELETE FROM 入出庫マスター WHERE ID = ?"_s, {id}); !header)
+        return header.error();
+    return transaction.commit();
+}
+
+base::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &kind, qint64 counterpart)
+{
+    return connection.select(
+        u"SELECT 入出庫マスター.相手先ID, 入出庫マスター.日付, 入出庫マスター.伝票番号, 入出庫サブ.商品名, "
+        "入出庫サブ.規格, 入出庫サブ.数量 , 入出庫サブ.単位, 入出庫サブ.単価, 入出庫サブ.金額 "
+        "From 入出庫サブ, 入出庫マスター Where 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? "
+        "And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC, "
+        "入出庫マスター.ID DESC, 入出庫サブ.rowid"_s,
+        {patternOf(kind), counterpart});
+}
+
+base::Result<double> balance(db::Connection &connection, Party party, qint64 counterpart)
+{
+    ExactSum sum;
+    for (const SlipKind &kind : allKinds) {
+        if (kind.party != party || kind.sign == 0)
+            continue;
+        const auto amounts = connection.select(
+            u"SELECT SUM("_s + amountCount() +
+                u") FROM 入出庫サブ, 入出庫マスター "
+                "WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? AND 相手先ID = ?"_s,
+            {patternOf(kind), counterpart});
+        if (!amounts)
+            return amounts.error();
+        sum.add(ExactSum::ofTenThousandths(kind.sign * amounts->rows.front().front().toDouble()));
+    }
+    return sum.value();
+}
+
+} // namespace book

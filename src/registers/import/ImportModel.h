@@ -1,0 +1,63 @@
+#pragma once
+
+#include "registers/import/customer_import.h"
+
+#include <QAbstractTableModel>
+
+#include <array>
+#include <vector>
+
+namespace registers
+{
+
+/// The candidates of an import as rows of a grid: whether they are taken, their line, what is to be said
+/// about them, and the fields that the table gives. Holds no cell twice, so that 100,000 rows cost nothing.
+class ImportModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    /// Which rows are shown, in the order of the captions of the drop-down.
+    enum Filter { All, Ready, Duplicates, Refused };
+    using State = ImportCandidate::State;
+
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void set(const ImportTable &table, const ImportAssignment &assignment,
+             std::vector<ImportCandidate> candidates);
+    void clear() { set({}, {}, {}); }
+    void show(Filter filter);
+    /// Takes the stored rows out.
+    void removeTaken(const std::vector<const ImportCandidate *> &stored);
+    /// Takes the rows, or leaves them out when all of them are taken. Refused ones stay out.
+    void toggle(const QModelIndexList &rows);
+
+    [[nodiscard]] std::size_t count(State state) const { return m_counts[static_cast<std::size_t>(state)]; }
+    [[nodiscard]] const std::vector<ImportCandidate> &candidates() const { return m_candidates; }
+    /// The candidates in the rows shown.
+    [[nodiscard]] std::vector<const ImportCandidate *> shown() const;
+    [[nodiscard]] const ImportCandidate &candidate(int row) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+
+    enum Column { Taken, Line, Remark, FirstField };
+
+private:
+    [[nodiscard]] bool isShown(const ImportCandidate &candidate) const;
+    [[nodiscard]] QString text(const ImportCandidate &candidate, int column) const;
+    void arrange();
+
+    std::vector<ImportCandidate> m_candidates;
+    std::vector<int> m_lines;         // of the rows of the table
+    QList<int> m_fields;              // that the table gives, in its order
+    std::vector<std::size_t> m_shown; // candidates, row by row
+    std::array<std::size_t, 3> m_counts{};
+    Filter m_filter = All;
+};
+
+} // namespace registers

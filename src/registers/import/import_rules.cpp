@@ -1,0 +1,174 @@
+#include "registers/import/import_rules.h"
+
+#include "registers/counterpart.h"
+#include "registers/customer.h"
+#include "text/cp932.h"
+#include "text/dates.h"
+#include "text/numbers.h"
+#include "text/width.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+namespace
+{
+
+// Bytes of the code page.
+constexpr int nameWidth = 44;
+constexpr int noteWidth = 100;
+// Characters. The register sets fields without a printed place no limit; beyond this a file is damaged.
+constexpr qsizetype longestText = 255;
+
+ImportValue refused(const QString &why) { return {{}, why}; }
+
+ImportValue fitting(const QString &cell, int bytes)
+{
+    if (text::cp932Bytes(cell) <= bytes)
+        return {cell, {}};
+    const QString strangers = text::notInCp932(cell);
+    const QString limit = u"全角%1文字、半角%2文字を超えています"_s.arg(bytes / 2).arg(bytes);
+    return refused(strangers.isEmpty()
+                       ? limit
+                       : limit + u"（全角１文字と数える文字：%1）"_s.arg(text::leftCp932(strangers, 20)));
+}
+
+ImportValue fittingText(const QString &cell)
+{
+    return cell.size() <= longestText ? ImportValue{cell, {}}
+                                      : refused(u"%1文字を超えています"_s.arg(longestText));
+}
+
+// Seven digits get their hyphen; other codes, of other countries or of old, stay as they are.
+ImportValue postalCode(const QString &cell)
+{
+    static const QRegularExpression sevenDigits(uR"(\A〒?([0-9]{3})-?([0-9]{4})\z)"_s);
+    QString plain = text::toHalfWidth(cell).replace(u'ｰ', u'-').replace(u'−', u'-').replace(u'‐', u'-');
+    plain.removeIf([](QChar c) { return c.isSpace(); });
+    const auto match = sevenDigits.match(plain);
+    return match.hasMatch() ? ImportValue{match.captured(1) + u'-' + match.captured(2), {}}
+                            : fittingText(cell);
+}
+
+ImportValue cutTo(const QString &stored, const QString &whole)
+{
+    return {stored, {}, stored.size() < whole.size()};
+}
+
+ImportValue phone(const QString &cell) { return cutTo(normalisedPhone(cell), text::toHalfWidth(cell)); }
+
+ImportValue mail(const QString &cell)
+{
+    const QString whole = text::toHalfWidth(cell);
+    const bool hasScheme = whole.startsWith("mailto:"_L1, Qt::CaseInsensitive);
+    return cutTo(normalisedMail(cell), hasScheme ? whole.sliced(7) : whole);
+}
+
+ImportValue date(const QString &cell)
+{
+    // Databases export the day with its time: 2020/04/01 0:00:00.
+    const auto day = text::parseDate(cell.trimmed().section(u' ', 0, 0));
+    return day ? ImportValue{day->toString(Qt::ISODate), {}} : refused(u"日付として読み取れません"_s);
+}
+
+QString folded(const QString &name)
+{
+    QString plain = text::toHalfWidth(name).toCaseFolded();
+    plain.removeIf([](QChar c) { return c.isSpace(); });
+    return plain;
+}
+
+ImportValue category(const QString &cell, const std::vector<masters::Entry> &categories)
+{
+    const auto number = text::parseInteger(cell);
+    for (const masters::Entry &entry : categories) {
+        if (number == entry.id)
+            return {QString::number(entry.id), {}};
+    }
+    const QString wanted = folded(cell);
+    for (const masters::Entry &entry : categories) {
+        if (folded(entry.name) == wanted)
+            return {QString::number(entry.id), {}};
+    }
+    return refused(u"納品先区分に登録されていません"_s);
+}
+
+// The place of \a cell in a list, by number or name.
+ImportValue listed(const QString &cell, const QStringList &names)
+{
+    if (const auto number = text::parseInteger(cell); number && *number >= 0 && *number < names.size())
+        return {QString::number(*number), {}};
+    for (int place = 0; place < names.size(); ++place) {
+        if (folded(names.at(place)) == folded(cell))
+            return {QString::number(place), {}};
+    }
+    return refused(u"「%1」から「%2」までのどれでもありません"_s.arg(names.first(), names.last()));
+}
+
+ImportValue yesNo(const QString &cell)
+{
+    static const QStringList yes{u"1"_s, u"-1"_s, u"true"_s, u"yes"_s, u"ﾊｲ"_s, u"ｱﾘ"_s, u"有"_s, u"○"_s};
+    static const QStringList no{u"0"_s, u"false"_s, u"no"_s, u"ｲｲｴ"_s, u"ﾅｼ"_s, u"無"_s, u"×"_s};
+    const QString answer = folded(cell);
+    if (yes.contains(answer))
+        return {u"1"_s, {}};
+    return no.contains(answer) ? ImportValue{u"0"_s, {}} : refused(u"0 か 1 で指定してください"_s);
+}
+
+ImportValue byRule(ImportRule rule, const QString &cell, const std::vector<masters::Entry> &categories)
+{
+    switch (rule) {
+    case ImportRule::NameLine:
+        return fitting(cell, nameWidth);
+    case ImportRule::Note:
+        return fitting(cell, noteWidth);
+    case ImportRule::Reading:
+        return fittingText(text::normalisedReading(cell));
+    case ImportRule::PostalCode:
+        return postalCode(cell);
+    case ImportRule::Phone:
+        return phone(cell);
+    case ImportRule::Mail:
+        return mail(cell);
+    case ImportRule::Date:
+        return date(cell);
+    case ImportRule::Category:
+        return category(cell, categories);
+    case ImportRule::ClosingDay:
+        return listed(cell, closingDayNames());
+    case ImportRule::TaxClass:
+        return listed(cell, taxClassNames());
+    case ImportRule::YesNo:
+        return yesNo(cell);
+    case ImportRule::Text:
+        break;
+    }
+    return fittingText(cell);
+}
+
+} // namespace
+
+ImportValue importValue(const ImportField &field, const QString &cell,
+                        const std::vector<masters::Entry> &categories)
+{
+    if (cell.trimmed().isEmpty())
+        return {};
+    // No box of the register holds more than one line.
+    QString line = cell;
+    line.replace("\r\n"_L1, " "_L1);
+    for (QChar &c : line) {
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    }
+    ImportValue value = byRule(field.rule, line, categories);
+    if (!value.refusal.isEmpty())
+        value.refusal = field.column + u"："_s + value.refusal;
+    return value;
+}
+
+} // namespace registers

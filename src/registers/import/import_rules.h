@@ -1,0 +1,24 @@
+#pragma once
+
+#include "masters/name_lists.h"
+#include "registers/import/import_fields.h"
+
+#include <QDate>
+
+// How a cell of a table becomes the value of a customer's field.
+namespace registers
+{
+
+/// A value in its stored form; dates as yyyy-MM-dd, numbers as digits, empty: none.
+struct ImportValue
+{
+    QString text;
+    QString refusal;    // why the cell cannot be taken; empty: it can
+    bool isCut = false; // the register's rule kept only its beginning
+};
+
+/// The value of \a field for what \a cell says. \a categories can be named by key or by name.
+ImportValue importValue(const ImportField &field, const QString &cell,
+                        const std::vector<masters::Entry> &categories);
+
+} // namespace registers

@@ -1,0 +1,116 @@
+#include "registers/lists/CustomerChoicePanel.h"
+
+#include "masters/name_lists.h"
+#include "text/numbers.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+#include "ui_CustomerChoicePanel.h"
+
+#include <QKeyEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+CustomerChoicePanel::CustomerChoicePanel(QWidget *parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui::CustomerChoicePanel>())
+{
+    m_ui->setupUi(this);
+    // Stands for its boxes in the screen's tab order.
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(m_ui->searchBar);
+    m_ui->DataGrid1->installEventFilter(this);
+}
+
+CustomerChoicePanel::~CustomerChoicePanel() = default;
+
+void CustomerChoicePanel::bind(db::Connection &connection, CustomerTicks::Guard guard)
+{
+    m_connection = &connection;
+    m_ticks = std::make_unique<CustomerTicks>(connection, guard);
+    m_ui->DataGrid1->setModel(m_ticks.get());
+    setUpColumns();
+    connect(m_ticks.get(), &CustomerTicks::choiceChanged, this, &CustomerChoicePanel::showCount);
+    connect(m_ui->searchBar, &CustomerSearchBar::searchStarted, this, &CustomerChoicePanel::search);
+    connect(m_ui->cmdTickAll, &QPushButton::clicked, m_ticks.get(), [this] { m_ticks->tickAll(true); });
+    connect(m_ui->cmdTickNone, &QPushButton::clicked, m_ticks.get(), [this] { m_ticks->tickAll(false); });
+    showCount();
+}
+
+void CustomerChoicePanel::setUpColumns()
+{
+    for (int column = 0; column < m_ticks->columnCount(); ++column) {
+        const int characters = m_ticks->width(column);
+        m_ui->DataGrid1->setColumnHidden(column, characters == 0);
+        m_ui->DataGrid1->setColumnWidth(column, (characters + 2) * fontMetrics().horizontalAdvance(u'0'));
+    }
+}
+
+void CustomerChoicePanel::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (m_shown)
+        return;
+    m_shown = true;
+    const auto categories = masters::customerCategories(*m_connection);
+    if (categories)
+        m_ui->searchBar->setCategories(*categories);
+}
+
+void CustomerChoicePanel::search()
+{
+    const auto categories = masters::customerCategories(*m_connection);
+    if (categories && categories->empty()) {
+        ui::prompts::inform(window(), ui::messages::noCategories());
+        return;
+    }
+    m_query = m_ui->searchBar->query();
+    if (!find())
+        return;
+    if (m_ticks->count() > 0) {
+        m_ui->DataGrid1->setFocus();
+        if (m_ticks->index(0, 0).flags() & Qt::ItemIsEnabled)
+            m_ui->DataGrid1->selectRow(0);
+        return;
+    }
+    ui::prompts::inform(window(), ui::messages::nothingFound());
+    m_ui->searchBar->focusCondition();
+}
+
+void CustomerChoicePanel::searchAgain() { find(); }
+
+bool CustomerChoicePanel::find()
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const base::Status found = m_ticks->find(m_query);
+    QGuiApplication::restoreOverrideCursor();
+    if (!found)
+        ui::prompts::inform(window(), found.error().text);
+    return bool(found);
+}
+
+void CustomerChoicePanel::showCount()
+{
+    QString sentence = u"該当データ　"_s + text::formatAmount(m_ticks->count()) + u"件　対象　"_s +
+                       text::formatAmount(m_ticks->tickedCount()) + u"件"_s;
+    if (const int withSlips = m_ticks->withSlips(); withSlips > 0)
+        sentence += u"　伝票のある納品先　"_s + text::formatAmount(withSlips) + u"件"_s;
+    m_ui->labelCount->setText(sentence);
+    m_ui->cmdTickAll->setEnabled(m_ticks->count() > 0);
+    m_ui->cmdTickNone->setEnabled(m_ticks->count() > 0);
+    emit choiceChanged();
+}
+
+// The blank bar ticks the customer whichever of its fields the cursor is in.
+bool CustomerChoicePanel::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isBlankBar = watched == m_ui->DataGrid1 && event->type() == QEvent::KeyPress &&
+                            static_cast<QKeyEvent *>(event)->key() == Qt::Key_Space;
+    if (isBlankBar)
+        m_ticks->toggle(m_ui->DataGrid1->currentIndex().row());
+    return isBlankBar || QWidget::eventFilter(watched, event);
+}
+
+} // namespace registers

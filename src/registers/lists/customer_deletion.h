@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/progress.h"
+
+#include <QHash>
+
+#include <vector>
+
+namespace db
+{
+class Connection;
+}
+
+// What becomes of slips when their customers or suppliers are deleted; deleting many customers at once.
+namespace registers
+{
+
+/// How many slips each customer has, by 納品先ID; customers without slips are left out. Shipments refer to
+/// customers by name only and do not count.
+base::Result<QHash<qint64, int>> slipsOfCustomers(db::Connection &connection);
+
+/// The slips that stay behind when a customer or supplier is deleted.
+struct SlipsLeft
+{
+    int count = 0;
+    /// The key is the highest of its table, so the next new row gets it, and these slips with it.
+    bool keyIsNext = false;
+};
+
+/// What the row \a id of \a table ("納品先" or "仕入先") would leave behind.
+base::Result<SlipsLeft> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id);
+
+/// What becomes of a customer that has slips. The slips stay in any case.
+enum class WithSlips { Keep, Delete };
+
+/// Deletes the customers \a ids in one transaction: all of them, except those that are to be kept for their
+/// slips, of which there may be more than when they were counted, or none. \return how many were deleted
+base::Result<int> deleteCustomers(db::Connection &connection, const std::vector<qint64> &ids,
+                                  WithSlips withSlips, const base::Progress &progress = base::unwatched);
+
+} // namespace registers

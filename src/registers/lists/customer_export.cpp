@@ -1,0 +1,136 @@
+#include "registers/lists/customer_export.h"
+
+#include "db/connection.h"
+#include "db/transaction.h"
+#include "tables/table_writer.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+namespace
+{
+
+using enum tables::ColumnType;
+
+struct ExportColumn
+{
+    const char16_t *field;
+    const char16_t *heading;
+    tables::ColumnType type;
+    int width; // in half-width characters
+};
+
+// Spreadsheets made from this program's exports know the columns by place and heading.
+constexpr ExportColumn exportColumns[] = {
+    {u"納品先ID", u"納品先ID", Number, 9},
+    {u"コード", u"コード", Text, 12},
+    {u"納品先名1", u"納品先名1", Text, 36},
+    {u"納品先名2", u"納品先名2", Text, 24},
+    {u"フリガナ", u"ﾌﾘｶﾞﾅ", Text, 24},
+    {u"郵便番号", u"郵便番号", Text, 10},
+    {u"住所1", u"住所1", Text, 40},
+    {u"住所2", u"住所2", Text, 30},
+    {u"TEL1", u"TEL1", Text, 15},
+    {u"TEL2", u"TEL2", Text, 15},
+    {u"FAX", u"FAX", Text, 15},
+    {u"メール", u"ﾒｰﾙｱﾄﾞﾚｽ", Text, 28},
+    {u"メモ", u"備考", Text, 40},
+    {u"登録日", u"登録日", Date, 11},
+    {u"更新日", u"更新日", Date, 11},
+    {u"誕生日", u"誕生日", Text, 11},
+    {u"区分ID", u"区分ID", Number, 7},
+    {u"納品先名キー", u"納品先名キー", Text, 50},
+    {u"納品先名3", u"納品先名3", Text, 24},
+    {u"担当者名", u"担当者名", Text, 16},
+    {u"締め日", u"締め日", Number, 7},
+    {u"元帳出力", u"元帳出力", Number, 9},
+    {u"消費税区分", u"消費税区分", Number, 11},
+};
+
+constexpr int blockSize = 500; // rows
+
+QString exportStatement()
+{
+    QStringList columns;
+    for (const ExportColumn &column : exportColumns)
+        columns << QString::fromUtf16(column.field) + u" AS "_s + QString::fromUtf16(column.heading);
+    return u"SELECT "_s + columns.join(u", "_s) +
+           u" FROM 納品先 WHERE 納品先ID > ? ORDER BY 納品先ID LIMIT ?"_s;
+}
+
+QList<tables::Column> columnsOfTable()
+{
+    QList<tables::Column> columns;
+    for (const ExportColumn &column : exportColumns)
+        columns.push_back({QString::fromUtf16(column.heading), column.type, column.width});
+    return columns;
+}
+
+// Gives the customers one by one, and reads a block whenever the last one is used up.
+class CustomerRows
+{
+public:
+    explicit CustomerRows(db::Connection &connection)
+        : m_connection(connection)
+    {}
+
+    base::Result<bool> next(QVariantList &row)
+    {
+        if (m_at == m_block.rows.size()) {
+            auto block = m_connection.select(m_statement, {m_lastKey, blockSize});
+            if (!block)
+                return block.error();
+            m_block = std::move(*block);
+            m_at = 0;
+        }
+        if (m_block.isEmpty())
+            return false;
+        row.swap(m_block.rows[m_at++]);
+        m_lastKey = row.front().toLongLong();
+        return true;
+    }
+
+private:
+    db::Connection &m_connection;
+    const QString m_statement = exportStatement();
+    db::Rows m_block;
+    std::size_t m_at = 0;
+    qint64 m_lastKey = std::numeric_limits<qint64>::min();
+};
+
+base::Result<qint64> customerCount(db::Connection &connection)
+{
+    const auto count = connection.keys(u"SELECT COUNT(*) FROM 納品先"_s);
+    return count ? base::Result<qint64>(count->front()) : base::Result<qint64>(count.error());
+}
+
+} // namespace
+
+base::Status checkCustomerExport(db::Connection &connection, const QString &fileName)
+{
+    const auto count = customerCount(connection);
+    return count ? tables::checkTarget(fileName, *count) : base::Status(count.error());
+}
+
+base::Status exportCustomers(db::Connection &connection, const QString &fileName,
+                             const base::Progress &progress)
+{
+    db::ReadTransaction oneMoment(connection);
+    if (const base::Status begun = oneMoment.begin(); !begun)
+        return begun;
+    const auto count = customerCount(connection);
+    if (!count)
+        return count.error();
+    CustomerRows rows(connection);
+    return tables::writeTable(
+        fileName, {columnsOfTable(), *count, [&rows](QVariantList &row) { return rows.next(row); }},
+        progress);
+}
+
+} // namespace registers

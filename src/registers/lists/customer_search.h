@@ -1,0 +1,56 @@
+#pragma once
+
+#include "base/result.h"
+
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+namespace db
+{
+class Connection;
+class Recordset;
+} // namespace db
+
+// The selection of customers by one column and one condition. Only customers whose category is registered are
+// ever found.
+namespace registers
+{
+
+/// What is searched for, as the search boxes hold it.
+struct CustomerQuery
+{
+    int item = -1; // the column, by its place in customerSearchItems(); -1: none is chosen
+    QString condition{};
+    bool exact = false;
+    int order = -1; // by its place in customerSearchOrders(); -1: that of the column
+};
+
+/// The columns that can be searched. The first one, "すべて選択", selects every customer without a condition.
+QStringList customerSearchItems();
+inline constexpr int everyCustomerItem = 0;
+
+/// What a condition on \a item looks like, to be shown in the empty box ("例 2026/04/01").
+QString customerSearchHint(int item);
+/// The item whose numbers are those of the categories.
+inline constexpr int categoryItem = 1;
+
+/// The orders of the customers found; the last one, "検索項目昇順", is by the column searched.
+QStringList customerSearchOrders();
+
+enum class QueryLack { Item, Condition };
+
+/// What keeps \a query from being carried out; nothing when it can be.
+std::optional<QueryLack> lackOf(const CustomerQuery &query);
+
+/// Opens the customers found by a query that lacks nothing. "%" and "_" in a condition that need not match
+/// exactly stand for any characters; upper and lower case, full and half width and the two kana are equal. A
+/// date is matched by its text yyyy/MM/dd, or exactly as a date. A condition that is no number or date where
+/// one is needed finds nothing. The columns are those of 納品先.
+base::Status openCustomersFound(db::Recordset &customers, const CustomerQuery &query);
+
+/// The keys (納品先ID) of the customers found, in the order asked for.
+base::Result<std::vector<qint64>> customersFound(db::Connection &connection, const CustomerQuery &query);
+
+} // namespace registers

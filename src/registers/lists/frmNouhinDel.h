@@ -1,0 +1,33 @@
+#pragma once
+
+#include "ui/screen.h"
+
+#include <memory>
+
+namespace Ui
+{
+class frmNouhinDel;
+}
+
+namespace registers
+{
+
+/// Deletes many customers at once: they are searched for, shown, and ticked. Those that have slips are
+/// protected until the clerk says otherwise.
+class frmNouhinDel : public ui::Screen
+{
+    Q_OBJECT
+
+public:
+    explicit frmNouhinDel(workspace::Workspace &workspace, QWidget *parent = nullptr);
+    ~frmNouhinDel() override;
+
+private:
+    void removeTicked();
+    bool confirmed(int chosen);
+    void showStates();
+
+    std::unique_ptr<Ui::frmNouhinDel> m_ui;
+};
+
+} // namespace registers

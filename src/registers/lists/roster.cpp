@@ -1,0 +1,178 @@
+#include "registers/lists/roster.h"
+
+#include "db/connection.h"
+#include "registers/customer.h"
+
+#include <QHash>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using printing::Align;
+
+namespace registers
+{
+
+namespace
+{
+
+constexpr qsizetype blockSize = 500;
+
+struct Column
+{
+    const char16_t *name; // its heading where no setting holds one
+    double width;         // millimetres
+    bool usual;
+    const char16_t *fields[2]; // one over the other in the cell
+    bool stretches = false;
+    Align align = Align::Left;
+};
+
+constexpr std::array<Column, rosterColumns> columns{{
+    {u"番号", 10, true, {}, false, Align::Right},
+    {u"コード", 18, false, {u"コード"}},
+    {u"納品先名", 44, true, {u"納品先名1", u"納品先名2"}, true},
+    {u"フリガナ", 28, false, {u"フリガナ"}},
+    {u"郵便番号", 16, true, {u"郵便番号"}},
+    {u"住所", 50, true, {u"住所1", u"住所2"}, true},
+    {u"TEL1", 22, true, {u"TEL1"}},
+    {u"TEL2", 22, true, {u"TEL2"}},
+    {u"FAX", 22, true, {u"FAX"}},
+    {u"メールアドレス", 34, false, {u"メール"}},
+    {u"納品先区分", 20, false, {u"区分名"}},
+    {u"担当者名", 20, false, {u"担当者名"}},
+    {u"締め日", 12, false, {u"締め日"}, false, Align::Centre},
+    {u"備考", 40, false, {u"メモ"}, true},
+}};
+
+constexpr std::size_t firstPhone = 6; // TEL1, TEL2, FAX follow each other
+
+constexpr const char16_t *closingDay = u"締め日";
+
+struct Entry
+{
+    QString reading;
+    QStringList cells; // without the number
+};
+
+QString cellText(const db::Rows &rows, int row, const Column &column)
+{
+    QStringList lines;
+    for (const char16_t *field : column.fields) {
+        const QVariant value = field ? rows.value(row, QString::fromUtf16(field)) : QVariant();
+        if (value.isNull())
+            continue;
+        const bool isDay = QStringView(field) == QStringView(closingDay);
+        const QString text = isDay ? closingDayNames().value(value.toInt()) : value.toString().trimmed();
+        if (!text.isEmpty())
+            lines << text;
+    }
+    return lines.join(u'\n');
+}
+
+base::Result<std::vector<Entry>> readBlock(db::Connection &connection, const std::vector<qint64> &keys,
+                                           std::size_t first, std::size_t end, const RosterOptions &options)
+{
+    QVariantList bound;
+    for (std::size_t i = first; i < end; ++i)
+        bound << keys[i];
+    const auto rows = connection.select(
+        u"SELECT 納品先ID, コード, 納品先名1, 納品先名2, フリガナ, 郵便番号, 住所1, 住所2, TEL1, TEL2, FAX, "
+        u"メール, "
+        "メモ, 担当者名, 締め日, 区分名 FROM 納品先 LEFT JOIN 登録区分 ON 納品先.区分ID = 登録区分.区分ID "
+        "WHERE 納品先ID IN ("_s +
+            QStringList(bound.size(), u"?"_s).join(u',') + u')',
+        bound);
+    if (!rows)
+        return rows.error();
+    QHash<qint64, int> places;
+    for (int row = 0; row < rows->count(); ++row)
+        places.insert(rows->rows[static_cast<std::size_t>(row)].front().toLongLong(), row);
+    std::vector<Entry> entries;
+    for (std::size_t i = first; i < end; ++i) {
+        const auto place = places.constFind(keys[i]);
+        if (place == places.constEnd())
+            continue;
+        Entry &entry = entries.emplace_back();
+        entry.reading = rows->value(*place, u"フリガナ"_s).toString();
+        for (std::size_t column = 1; column < columns.size(); ++column) {
+            if (options.shown[column])
+                entry.cells << cellText(*rows, *place, columns[column]);
+        }
+    }
+    return entries;
+}
+
+std::vector<printing::ListColumn> columnsOf(const RosterOptions &options)
+{
+    std::vector<printing::ListColumn> shown;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        if (!options.shown[i])
+            continue;
+        const bool isPhone = i >= firstPhone && i < firstPhone + options.phoneHeadings.size();
+        const QString heading =
+            isPhone ? options.phoneHeadings[i - firstPhone] : QString::fromUtf16(columns[i].name);
+        shown.push_back({heading, columns[i].width, columns[i].align, columns[i].stretches});
+    }
+    return shown;
+}
+
+} // namespace
+
+std::array<QString, rosterColumns> rosterColumnNames()
+{
+    std::array<QString, rosterColumns> names;
+    std::transform(columns.begin(), columns.end(), names.begin(),
+                   [](const Column &column) { return QString::fromUtf16(column.name); });
+    return names;
+}
+
+std::array<bool, rosterColumns> rosterColumnsFrom(const QString &stored)
+{
+    std::array<bool, rosterColumns> shown{};
+    const bool usable = stored.size() == qsizetype(rosterColumns) && stored.contains(u'1');
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        shown[i] = usable ? stored[static_cast<qsizetype>(i)] == u'1' : columns[i].usual;
+    return shown;
+}
+
+QString storedRosterColumns(const std::array<bool, rosterColumns> &shown)
+{
+    QString stored;
+    for (const bool isShown : shown)
+        stored += isShown ? u'1' : u'0';
+    return stored;
+}
+
+base::Result<printing::List> roster(db::Connection &connection, const std::vector<qint64> &keys,
+                                    const RosterOptions &options, const QDate &today,
+                                    const base::Progress &progress)
+{
+    std::vector<Entry> entries;
+    for (std::size_t first = 0; first < keys.size(); first += blockSize) {
+        if (!progress(static_cast<qint64>(first), static_cast<qint64>(keys.size())))
+            return base::cancelled();
+        auto block = readBlock(connection, keys, first, std::min<std::size_t>(first + blockSize, keys.size()),
+                               options);
+        if (!block)
+            return block.error();
+        std::move(block->begin(), block->end(), std::back_inserter(entries));
+    }
+    if (options.byReading)
+        std::stable_sort(entries.begin(), entries.end(),
+                         [](const Entry &a, const Entry &b) { return a.reading < b.reading; });
+    printing::List list;
+    list.title = options.title;
+    list.remark = u"%1 件"_s.arg(entries.size());
+    list.date = today.toString(u"yyyy年M月d日 現在"_s);
+    list.columns = columnsOf(options);
+    list.rows.reserve(entries.size());
+    for (Entry &entry : entries) {
+        if (options.shown.front())
+            entry.cells.prepend(QString::number(list.rows.size() + 1));
+        list.rows.push_back(std::move(entry.cells));
+    }
+    return list;
+}
+
+} // namespace registers

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "base/progress.h"
+#include "registers/postal/postal_index.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+// Japanese postal codes from addresses and back, out of the data files of the application's folder.
+namespace registers
+{
+
+/// The folder of the data files and what was loaded of them at the start.
+struct PostalData
+{
+    QString folder;
+    std::shared_ptr<const PostalIndex> index; // none: as an empty one
+};
+
+/// What a search found.
+struct PostalFinds
+{
+    QString code;         // "NNN-NNNN" of the area that the text names; empty: it names none
+    QStringList lines;    // one a match, its first eight characters the code
+    bool stopped = false; // before the search was through
+};
+
+/// \a typed without its first "大字", which the table's addresses do not have.
+QString postalSearchText(const QString &typed);
+
+/// The silent lookup: the code of \a address, or an empty text when there is none or a file cannot be read.
+/// Blanks between the parts of an address do not matter.
+QString postalCodeOf(const PostalData &data, const QString &address);
+
+/// Every area that \a text names or is part of: one group of the index, else the nationwide table
+/// "ZipCode1.txt" as a whole. \a progress is asked between the records whether to go on.
+base::Result<PostalFinds> searchAreas(const PostalData &data, const QString &text,
+                                      const base::Progress &progress);
+
+/// The same among the business offices of "ZIPCODE2.txt".
+base::Result<PostalFinds> searchOffices(const PostalData &data, const QString &text,
+                                        const base::Progress &progress);
+
+/// "NNN-NNNN" when \a typed is a complete postal code: seven digits in full or half width, with a hyphen
+/// after the third or without.
+std::optional<QString> completePostalCode(const QString &typed);
+
+/// The addresses of the areas that have the code \a code ("NNN-NNNN"), each once, as "ZipCode1.txt" has them.
+base::Result<QStringList> addressesOf(const PostalData &data, const QString &code);
+
+/// Whether an area has both codes; a large town has several, and the address alone does not tell which.
+bool shareAnArea(const PostalData &data, const QString &code, const QString &otherCode);
+
+} // namespace registers

@@ -1,0 +1,384 @@
+#include "reports/ledgers/ledger_screen.h"
+
+#include "printing/frmPreview.h"
+#include "reports/ledgers/ledger_output.h"
+#include "slips/correction/correction_screens.h"
+#include "slips/entry/slip_screen.h"
+#include "text/numbers.h"
+#include "ui/messages.h"
+#include "ui/progress.h"
+#include "ui/prompts.h"
+#include "ui/table_export.h"
+#include "ui_LedgerForm.h"
+#include "workspace/workspace.h"
+
+#include <QHeaderView>
+#include <QStyle>
+
+#include <algorithm>
+#include <functional>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace reports
+{
+
+namespace
+{
+
+bool isNumber(Content content) { return content == Content::Amount || content == Content::Quantity; }
+
+db::Format formatOf(Content content)
+{
+    if (!isNumber(content))
+        return db::Format::Plain;
+    return content == Content::Amount ? db::Format::Amount : db::Format::Quantity;
+}
+
+std::vector<ui::SlipGridModel::Column> gridColumns(LedgerView view)
+{
+    std::vector<ui::SlipGridModel::Column> columns;
+    for (const LedgerColumn &column : columnsOf(view))
+        columns.push_back({column.heading, formatOf(column.content), isNumber(column.content)});
+    return columns;
+}
+
+// The grid's values, dates as they are read.
+std::vector<QVariantList> shownRows(const LedgerTable &table)
+{
+    std::vector<QVariantList> rows = table.rows;
+    for (QVariantList &row : rows) {
+        for (std::size_t column = 0; column < table.columns.size(); ++column) {
+            if (table.columns[column].content == Content::Date) {
+                QVariant &value = row[static_cast<qsizetype>(column)];
+                value = shownText(Content::Date, value);
+            }
+        }
+    }
+    return rows;
+}
+
+// The month before is looked at as long as this one is young.
+QDate startOfPeriod(const QDate &end) { return QDate(end.year(), end.month(), 1).addMonths(-1); }
+
+// Where \a sought, which was in \a row, is now; what stands in its place when it is gone.
+int rowOf(const RowTarget &sought, int row, const std::vector<RowTarget> &targets)
+{
+    const int last = static_cast<int>(targets.size()) - 1;
+    row = std::clamp(row, 0, std::max(last, 0));
+    if (last < 0 || std::holds_alternative<std::monostate>(sought) ||
+        targets[static_cast<std::size_t>(row)] == sought)
+        return row;
+    const auto found = std::find(targets.begin(), targets.end(), sought);
+    return found == targets.end() ? row : static_cast<int>(found - targets.begin());
+}
+
+} // namespace
+
+LedgerScreen::LedgerScreen(workspace::Workspace &workspace, QWidget *parent,
+                           const LedgerDescription &description)
+    : Screen(workspace, parent)
+    , m_ui(std::make_unique<Ui::LedgerForm>())
+    , m_description(description)
+    , m_found(workspace.connection)
+    , m_rows(gridColumns(description.view), nullptr)
+{
+    m_ui->setupUi(this);
+    m_sums = {{m_ui->lblSum1, m_ui->txtSum1},
+              {m_ui->lblSum2, m_ui->txtSum2},
+              {m_ui->lblSum3, m_ui->txtSum3},
+              {m_ui->lblSum4, m_ui->txtSum4},
+              {m_ui->lblSum5, m_ui->txtSum5}};
+    fitForm();
+    clear({});
+    connectControls();
+    setUp();
+}
+
+LedgerScreen::~LedgerScreen() = default;
+
+void LedgerScreen::fitForm()
+{
+    setObjectName(QString::fromUtf16(m_description.screen));
+    setWindowTitle(QString::fromUtf16(m_description.title));
+    m_ui->Frame2->setVisible(m_description.search);
+    if (m_description.search)
+        fitSearch();
+    fitPeriod();
+    fitGrid();
+    const QString zeros = QString::fromUtf16(m_description.zeros);
+    m_ui->Check1->setText(zeros);
+    m_ui->Check1->setHidden(zeros.isEmpty());
+    m_ui->Check1->setChecked(!zeros.isEmpty());
+    const QString opens = QString::fromUtf16(m_description.opens);
+    m_ui->Command4->setText(opens);
+    m_ui->Command4->setHidden(opens.isEmpty());
+}
+
+void LedgerScreen::fitSearch()
+{
+    const QString party = m_description.search->party == book::Party::Customer ? u"納品先"_s : u"仕入先"_s;
+    m_ui->Frame2->setTitle(party);
+    m_ui->lblKey1->setText(party + u"名キー(&K)"_s);
+    m_ui->lblName1->setText(party + u"名"_s);
+    tell(book::openCounterpart(m_found, *m_description.search, 0));
+    m_ui->DataGrid1->bind(m_found, [this](const QString &refusal) { ui::prompts::inform(this, refusal); });
+    slips::setWidths(m_ui->DataGrid1, m_description.foundWidths);
+}
+
+void LedgerScreen::fitPeriod()
+{
+    m_ui->DTPicker1->setDate(startOfPeriod(workspace().today()));
+    m_ui->DTPicker2->setDate(workspace().today());
+    if (m_description.hasStart)
+        return;
+    m_ui->DTPicker1->hide();
+    m_ui->lblTo->hide();
+    m_ui->lblPeriod->setText(u"日付(&D)"_s);
+    m_ui->lblPeriod->setBuddy(m_ui->DTPicker2);
+}
+
+void LedgerScreen::fitGrid()
+{
+    m_ui->MSFlexGrid1->setModel(&m_rows);
+    m_ui->MSFlexGrid1->setAccessibleName(windowTitle());
+    const std::vector<LedgerColumn> columns = columnsOf(m_description.view);
+    std::vector<int> widths;
+    const int character = fontMetrics().horizontalAdvance(u'0');
+    for (const LedgerColumn &column : columns)
+        widths.push_back((column.characters + 1) * character);
+    slips::setWidths(m_ui->MSFlexGrid1, widths);
+    const auto stretching =
+        std::find_if(columns.begin(), columns.end(), std::mem_fn(&LedgerColumn::stretches));
+    m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(
+        static_cast<int>(stretching - columns.begin()), QHeaderView::Stretch);
+    // No wider than the columns: on its way along a wider row the eye gets lost.
+    const QMargins margins = layout()->contentsMargins();
+    const int besides = margins.left() + margins.right() + 2 * m_ui->MSFlexGrid1->frameWidth() +
+                        style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    resize(std::min(width(), std::accumulate(widths.begin(), widths.end(), besides)), height());
+}
+
+void LedgerScreen::connectControls()
+{
+    const std::pair<QPushButton *, void (LedgerScreen::*)()> actions[] = {
+        {m_ui->Command1, &LedgerScreen::search},  {m_ui->cmdMasterUpdate, &LedgerScreen::count},
+        {m_ui->Command2, &LedgerScreen::print},   {m_ui->Command3, &LedgerScreen::exportTable},
+        {m_ui->Command4, &LedgerScreen::openRow},
+    };
+    for (const auto &[button, action] : actions)
+        connect(button, &QPushButton::clicked, this, action);
+    connect(m_ui->Check1, &QCheckBox::clicked, this, &LedgerScreen::refresh);
+    for (const ui::DateBox *box : {m_ui->DTPicker1, m_ui->DTPicker2})
+        connect(box, &QDateEdit::dateChanged, this, &LedgerScreen::markAsOutdated);
+    connect(m_ui->MSFlexGrid1, &QTableView::doubleClicked, m_ui->Command4, &QPushButton::click);
+    connect(m_ui->MSFlexGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &LedgerScreen::enableOpening);
+    connect(&m_found, &db::Recordset::currentRowChanged, this, &LedgerScreen::chooseFound);
+}
+
+// A list that nobody has to be chosen for is read as soon as it can be seen, progress over it.
+void LedgerScreen::becameActive()
+{
+    if (!m_hasRead && !m_description.search)
+        count();
+}
+
+// --- Whose ledger ---
+
+void LedgerScreen::search()
+{
+    if (m_ui->txtKey1->text().trimmed().isEmpty()) {
+        ui::prompts::inform(this, ui::messages::searchEmpty());
+        m_ui->txtKey1->setFocus();
+        return;
+    }
+    if (!tell(book::searchCounterparts(m_found, *m_description.search, m_ui->txtKey1->text())))
+        return;
+    if (m_found.isEmpty()) {
+        m_ui->txtKey1->setFocus();
+        ui::prompts::inform(this, u"検索した%1は見つかりませんでした。"_s.arg(m_ui->Frame2->title()));
+    } else if (m_found.count() == 1) { // needs no choosing
+        m_ui->MSFlexGrid1->setFocus();
+    } else {
+        m_ui->DataGrid1->setFocus();
+    }
+}
+
+void LedgerScreen::chooseFound()
+{
+    if (m_found.currentRow() >= 0)
+        choose(LedgerTarget{m_found.currentKey()});
+    else
+        choose({});
+}
+
+void LedgerScreen::choose(const std::optional<LedgerTarget> &whose)
+{
+    m_whose = whose;
+    m_ui->txtNouhinsaki1->clear();
+    m_ui->MSFlexGrid1->setCurrentIndex({}); // another ledger is read from its top
+    if (!whose) {
+        clear({});
+        return;
+    }
+    const auto name =
+        book::nameOfCounterpart(workspace().connection, m_description.search->party, whose->counterpart);
+    if (name)
+        m_ui->txtNouhinsaki1->setText(*name);
+    m_ui->txtNouhinsaki1->setCursorPosition(0);
+    refresh();
+}
+
+void LedgerScreen::openLedger(const LedgerTarget &whose, const QDate &to)
+{
+    m_ui->DTPicker1->setDate(startOfPeriod(to));
+    m_ui->DTPicker2->setDate(to);
+    tell(book::openCounterpart(m_found, *m_description.search, whose.counterpart.value_or(0)));
+    if (m_whose != whose) // nobody is found by the key of a deleted one
+        choose(whose);
+    m_ui->MSFlexGrid1->setFocus();
+}
+
+// --- The rows ---
+
+LedgerQuery LedgerScreen::query() const
+{
+    const QDate to = m_ui->DTPicker2->date();
+    return {m_whose, {m_description.hasStart ? m_ui->DTPicker1->date() : to, to}, m_ui->Check1->isChecked()};
+}
+
+// Goes on in the rows.
+void LedgerScreen::count()
+{
+    refresh();
+    if (m_rows.rowCount() > 0)
+        m_ui->MSFlexGrid1->setFocus();
+}
+
+void LedgerScreen::refresh()
+{
+    m_hasRead = true;
+    const LedgerQuery asked = query();
+    LedgerTable table;
+    const base::Status read =
+        ui::runWithProgress(this, u"集計しています。"_s, [&](const base::Progress &progress) -> base::Status {
+            auto result = readView(workspace().connection, m_description.view, asked, progress);
+            if (!result)
+                return result.error();
+            table = std::move(*result);
+            return {};
+        });
+    if (read) {
+        m_shownTo = asked.period.to;
+        showTable(std::move(table));
+        return;
+    }
+    // What was shown no longer stands for what the boxes above it say.
+    clear(read.error().cancelled ? read.error().text : QString());
+    if (!read.error().cancelled)
+        tell(read);
+    if (m_description.search && !m_whose)
+        m_ui->txtKey1->setFocus();
+}
+
+void LedgerScreen::clear(const QString &message)
+{
+    showTable({});
+    m_ui->lblMessage->setText(message);
+}
+
+void LedgerScreen::showTable(LedgerTable table)
+{
+    const int row = rowOf(currentTarget(), m_ui->MSFlexGrid1->currentIndex().row(), table.targets);
+    m_table = std::move(table);
+    m_rows.setRows(shownRows(m_table));
+    m_ui->MSFlexGrid1->setCurrentIndex(m_rows.index(row, 0));
+    const bool any = m_rows.rowCount() > 0;
+    m_ui->Command2->setEnabled(any);
+    m_ui->Command3->setEnabled(any);
+    enableOpening();
+    m_ui->lblMessage->setText(any ? u"%1 行"_s.arg(m_rows.rowCount())
+                                  : u"該当するデータが見つかりませんでした。"_s);
+    showSums();
+}
+
+void LedgerScreen::showSums()
+{
+    for (std::size_t i = 0; i < m_sums.size(); ++i) {
+        const auto &[label, box] = m_sums[i];
+        const bool used = i < m_table.sums.size();
+        label->setVisible(used);
+        box->setVisible(used);
+        if (used) {
+            label->setText(m_table.sums[i].name);
+            box->setText(text::formatAmount(m_table.sums[i].yen));
+        }
+    }
+}
+
+// The table stays, with its own days, until it is asked for anew: all balances take their time.
+void LedgerScreen::markAsOutdated()
+{
+    if (m_rows.rowCount() > 0)
+        m_ui->lblMessage->setText(u"日付が変わりました。「再集計」を押すと集計し直します。"_s);
+}
+
+// --- What the rows lead to ---
+
+RowTarget LedgerScreen::currentTarget() const
+{
+    const int row = m_ui->MSFlexGrid1->currentIndex().row();
+    const bool isThere = row >= 0 && row < static_cast<int>(m_table.targets.size());
+    return isThere ? m_table.targets[static_cast<std::size_t>(row)] : RowTarget();
+}
+
+void LedgerScreen::enableOpening()
+{
+    m_ui->Command4->setEnabled(!std::holds_alternative<std::monostate>(currentTarget()));
+}
+
+void LedgerScreen::openRow()
+{
+    const RowTarget target = currentTarget();
+    if (const auto *slip = std::get_if<SlipTarget>(&target))
+        slips::openCorrection(workspace(), this, slip->kind, slip->slip);
+    else if (const auto *ledger = std::get_if<LedgerTarget>(&target))
+        openLedgerOf(*ledger);
+    else
+        return;
+    refresh();
+}
+
+void LedgerScreen::openLedgerOf(const LedgerTarget &whose)
+{
+    LedgerScreen ledger(workspace(), this,
+                        descriptionOf(m_description.view == LedgerView::ReceivableBalances
+                                          ? LedgerView::Receivable
+                                          : LedgerView::Payable));
+    ledger.openLedger(whose, m_shownTo);
+    ledger.exec();
+}
+
+// --- Paper and files ---
+
+void LedgerScreen::print()
+{
+    printing::Document document;
+    document.title = fileTitle(m_table);
+    document.purpose = printing::Purpose::Rosters;
+    document.sheets = printing::listSheets(printedList(m_table, workspace().today()));
+    printing::showPreview(workspace(), this, std::move(document));
+}
+
+void LedgerScreen::exportTable()
+{
+    ui::exportTable(this, {[this](const QString &fileName) { return checkLedgerExport(m_table, fileName); },
+                           [this](const QString &fileName, const base::Progress &progress) {
+                               return exportLedger(m_table, fileName, progress);
+                           },
+                           fileTitle(m_table)});
+}
+
+} // namespace reports

@@ -1,0 +1,222 @@
+#include "reports/ledgers/ledger_table.h"
+
+#include "book/exact_sum.h"
+#include "text/numbers.h"
+
+using namespace Qt::StringLiterals;
+
+namespace reports
+{
+
+namespace
+{
+
+QString shownDay(const QDate &day) { return day.toString(u"yyyy/MM/dd"_s); }
+
+QString shownPeriod(const book::Period &period)
+{
+    return shownDay(period.from) + u" ～ "_s + shownDay(period.to);
+}
+
+QVariant numberOrNothing(const std::optional<double> &number)
+{
+    return number ? QVariant(*number) : QVariant();
+}
+
+// An amount in the column of its movement alone.
+QVariant amountIf(bool belongs, double amount) { return belongs ? QVariant(amount) : QVariant(); }
+
+struct PartyWords
+{
+    const char16_t *ledger;
+    const char16_t *balances;
+    const char16_t *party;
+    const char16_t *charged;
+    const char16_t *settled;
+    const char16_t *lastCharged;
+    const char16_t *lastSettled;
+};
+
+constexpr PartyWords wordsOf(book::Party party)
+{
+    return party == book::Party::Customer
+               ? PartyWords{u"売掛金元帳", u"売掛金残高一覧", u"納品先名",  u"納品金額",
+                            u"入金額",     u"最終納品日",     u"最終入金日"}
+               : PartyWords{u"買掛金元帳", u"買掛金残高一覧", u"仕入先名",  u"仕入金額",
+                            u"支払額",     u"最終仕入日",     u"最終支払日"};
+}
+
+QString str(const char16_t *text) { return QString::fromUtf16(text); }
+
+QVariantList rowOf(const LedgerLine &line)
+{
+    return {line.date,
+            line.number,
+            nameOf(line.kind),
+            line.product,
+            line.specification,
+            numberOrNothing(line.quantity),
+            line.unit,
+            numberOrNothing(line.price),
+            amountIf(line.movement == Movement::Carried, line.amount),
+            amountIf(line.movement == Movement::Charged, line.amount),
+            amountIf(line.movement == Movement::Settled, line.amount),
+            line.balance};
+}
+
+} // namespace
+
+QString nameOf(const book::SlipKind &kind)
+{
+    switch (kind.letter) {
+    case book::sale.letter:
+        return u"納品"_s;
+    case book::receipt.letter:
+        return u"入金"_s;
+    case book::estimate.letter:
+        return u"見積"_s;
+    case book::purchase.letter:
+        return u"仕入"_s;
+    case book::payment.letter:
+        return u"支払"_s;
+    case book::stocktake.letter:
+        return u"棚卸"_s;
+    default:
+        return u"繰越"_s;
+    }
+}
+
+QString shownText(Content content, const QVariant &value)
+{
+    if (value.isNull())
+        return {};
+    switch (content) {
+    case Content::Date:
+        return value.toString().replace(u'-', u'/');
+    case Content::Amount:
+        return text::formatAmount(value.toDouble());
+    case Content::Quantity:
+        return text::formatQuantity(value.toDouble());
+    case Content::Text:
+        break;
+    }
+    return value.toString();
+}
+
+LedgerTable ledgerTable(const Ledger &ledger, book::Party party, const QString &name,
+                        const book::Period &period)
+{
+    const PartyWords words = wordsOf(party);
+    LedgerTable table;
+    table.title = str(words.ledger);
+    table.remark = name + u"　　"_s + shownPeriod(period);
+    table.columns = {{u"日付"_s, Content::Date, 11, 20},
+                     {u"伝票番号"_s, Content::Text, 11, 22},
+                     {u"種別"_s, Content::Text, 6, 12},
+                     {u"商品名・適用"_s, Content::Text, 28, 40, true},
+                     {u"規格・方法"_s, Content::Text, 16, 26},
+                     {u"数量"_s, Content::Quantity, 11, 17},
+                     {u"単位"_s, Content::Text, 8, 12},
+                     {u"単価"_s, Content::Quantity, 10, 19},
+                     {u"繰越額"_s, Content::Amount, 12, 23},
+                     {str(words.charged), Content::Amount, 12, 23},
+                     {str(words.settled), Content::Amount, 12, 23},
+                     {u"残高"_s, Content::Amount, 13, 25}};
+    const QVariant none;
+    table.rows.push_back({none, none, none, u"繰越残高"_s, none, none, none, none, ledger.brought, none, none,
+                          ledger.brought});
+    table.targets.push_back({});
+    for (const LedgerLine &line : ledger.lines) {
+        table.rows.push_back(rowOf(line));
+        table.targets.emplace_back(SlipTarget{line.slip, line.kind});
+    }
+    const LedgerTotals &totals = ledger.totals;
+    table.totals = {none, none, none,           u"合計"_s,      none,           none,
+                    none, none, totals.carried, totals.charged, totals.settled, totals.balance};
+    table.sums = {{u"繰越額"_s, totals.carried},
+                  {str(words.charged), totals.charged},
+                  {u"(内 消費税)"_s, totals.tax},
+                  {str(words.settled), totals.settled},
+                  {u"残高"_s, totals.balance}};
+    return table;
+}
+
+LedgerTable balanceTable(const std::vector<CounterpartBalance> &balances, book::Party party, const QDate &day,
+                         bool onlyOpen)
+{
+    const PartyWords words = wordsOf(party);
+    LedgerTable table;
+    table.title = str(words.balances);
+    table.remark = shownDay(day) + u" 現在"_s;
+    table.columns = {{u"コード"_s, Content::Text, 12, 26},
+                     {str(words.party), Content::Text, 50, 70, true},
+                     {str(words.lastCharged), Content::Date, 12, 22},
+                     {str(words.lastSettled), Content::Date, 12, 22},
+                     {u"残高"_s, Content::Amount, 16, 32}};
+    book::ExactSum total;
+    for (const CounterpartBalance &balance : balances) {
+        if (onlyOpen && balance.balance == 0)
+            continue;
+        total.add(balance.balance);
+        table.rows.push_back(
+            {balance.code, balance.name, balance.lastCharged, balance.lastSettled, balance.balance});
+        table.targets.emplace_back(LedgerTarget{balance.counterpart});
+    }
+    table.totals = {QVariant(), u"合計"_s, QVariant(), QVariant(), total.value()};
+    table.sums = {{u"残高合計"_s, total.value()}};
+    return table;
+}
+
+LedgerTable stocktakeTable(const StocktakeReport &report, const book::Period &period)
+{
+    LedgerTable table;
+    table.title = u"棚卸日報"_s;
+    table.remark = shownPeriod(period);
+    table.columns = {{u"日付"_s, Content::Date, 11, 20},      {u"伝票番号"_s, Content::Text, 11, 22},
+                     {u"仕入先名"_s, Content::Text, 26, 44},  {u"商品名"_s, Content::Text, 26, 44, true},
+                     {u"規格"_s, Content::Text, 16, 30},      {u"数量"_s, Content::Quantity, 10, 18},
+                     {u"単位"_s, Content::Text, 6, 14},       {u"単価"_s, Content::Quantity, 10, 20},
+                     {u"棚卸金額"_s, Content::Amount, 13, 26}};
+    for (const StocktakeLine &line : report.lines) {
+        table.rows.push_back({line.date, line.number, line.supplier, line.product, line.specification,
+                              numberOrNothing(line.quantity), line.unit, numberOrNothing(line.price),
+                              line.amount});
+        table.targets.emplace_back(SlipTarget{line.slip, book::stocktake});
+    }
+    const QVariant none;
+    if (report.undatedLines > 0) {
+        const QString remark = u"日付のない棚卸 %1 行（合計に含みません）"_s.arg(report.undatedLines);
+        table.rows.push_back({none, none, none, remark, none, none, none, none, none});
+        table.targets.emplace_back(SlipTarget{report.firstUndated, book::stocktake});
+    }
+    table.totals = {none, none, none, u"合計"_s, none, none, none, none, report.total};
+    table.sums = {{u"棚卸金額合計"_s, report.total}};
+    return table;
+}
+
+LedgerTable stockTable(const StockLedger &stock, const QDate &day, bool onlyInStock)
+{
+    LedgerTable table;
+    table.title = u"棚卸補助元帳"_s;
+    table.remark = shownDay(day) + u" 現在"_s;
+    table.columns = {{u"商品名"_s, Content::Text, 28, 50, true}, {u"規格"_s, Content::Text, 18, 34},
+                     {u"単位"_s, Content::Text, 6, 14},          {u"棚卸日"_s, Content::Date, 11, 20},
+                     {u"棚卸数量"_s, Content::Quantity, 11, 20}, {u"仕入数量"_s, Content::Quantity, 11, 20},
+                     {u"納品数量"_s, Content::Quantity, 11, 20}, {u"在庫数量"_s, Content::Quantity, 11, 20},
+                     {u"単価"_s, Content::Quantity, 11, 20},     {u"在庫金額"_s, Content::Amount, 14, 26}};
+    book::ExactSum total;
+    for (const StockLine &line : stock.lines) {
+        if (onlyInStock && line.stock == 0)
+            continue;
+        total.add(line.amount);
+        table.rows.push_back({line.product, line.specification, line.unit, line.counted, line.stocktake,
+                              line.in, line.out, line.stock, numberOrNothing(line.price), line.amount});
+        table.targets.push_back({});
+    }
+    const QVariant none;
+    table.totals = {u"合計"_s, none, none, none, none, none, none, none, none, total.value()};
+    table.sums = {{u"在庫金額合計"_s, total.value()}};
+    return table;
+}
+
+} // namespace reports

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "reports/ledgers/ledger.h"
+#include "reports/ledgers/stock_ledger.h"
+
+#include <QVariant>
+
+#include <variant>
+
+// Ledgers and lists as tables: what a screen shows, a printer prints and a spreadsheet gets.
+namespace reports
+{
+
+enum class Content { Text, Date, Amount, Quantity };
+
+struct LedgerColumn
+{
+    QString heading;
+    Content content = Content::Text;
+    int characters = 10; // width on the screen and in a spreadsheet, in half-width characters
+    double millimetres = 20;
+    bool stretches = false; // takes what is left of a printed page
+};
+
+/// A slip, to be corrected.
+struct SlipTarget
+{
+    qint64 slip = 0;
+    book::SlipKind kind = book::sale;
+
+    bool operator==(const SlipTarget &) const = default;
+};
+
+/// Whose ledger.
+struct LedgerTarget
+{
+    book::CounterpartKey counterpart;
+
+    bool operator==(const LedgerTarget &) const = default;
+};
+
+/// What a row leads to; some lead nowhere.
+using RowTarget = std::variant<std::monostate, SlipTarget, LedgerTarget>;
+
+struct NamedSum
+{
+    QString name;
+    double yen = 0;
+};
+
+struct LedgerTable
+{
+    QString title;
+    QString remark; // whose ledger it is, and of which days
+    std::vector<LedgerColumn> columns;
+    std::vector<QVariantList> rows; // values as they are stored; dates yyyy-MM-dd
+    std::vector<RowTarget> targets; // one for each row
+    QVariantList totals;            // a row under the others; empty when there is none
+    std::vector<NamedSum> sums;
+};
+
+/// The pages that show the slips of one kind call it so.
+QString nameOf(const book::SlipKind &kind);
+
+/// A value as it is shown: "2026/04/01", "1,234".
+QString shownText(Content content, const QVariant &value);
+
+/// The rows of a ledger begin with the balance brought into the period.
+LedgerTable ledgerTable(const Ledger &ledger, book::Party party, const QString &name,
+                        const book::Period &period);
+
+/// \a onlyOpen: without those whose balance is nothing.
+LedgerTable balanceTable(const std::vector<CounterpartBalance> &balances, book::Party party, const QDate &day,
+                         bool onlyOpen);
+
+/// A last row tells how many lines have no date, and leads to the first of them.
+LedgerTable stocktakeTable(const StocktakeReport &report, const book::Period &period);
+
+/// \a onlyInStock: without goods of which nothing is left.
+LedgerTable stockTable(const StockLedger &stock, const QDate &day, bool onlyInStock);
+
+} // namespace reports

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "reports/ledgers/ledger_table.h"
+
+namespace reports
+{
+
+/// The ledgers and lists there are.
+enum class LedgerView {
+    Receivable,         // of one customer
+    Payable,            // of one supplier
+    ReceivableBalances, // of all customers
+    PayableBalances,
+    Stocktakes, // the slips of a period
+    Stock,      // what there is of each product
+};
+
+/// The columns of \a view's tables.
+std::vector<LedgerColumn> columnsOf(LedgerView view);
+
+/// What a screen asks for.
+struct LedgerQuery
+{
+    std::optional<LedgerTarget> whose; // whose ledger; none: nobody is chosen
+    book::Period period;               // of lists to a day, its end alone counts
+    bool leavesOutZeros = false;
+};
+
+/// The table of \a view. Fails with the sentence to tell: nobody is chosen, a period that ends before it
+/// begins.
+base::Result<LedgerTable> readView(db::Connection &connection, LedgerView view, const LedgerQuery &query,
+                                   const base::Progress &progress);
+
+} // namespace reports

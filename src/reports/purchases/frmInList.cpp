@@ -1,0 +1,212 @@
+#include "reports/purchases/frmInList.h"
+
+#include "printing/frmPreview.h"
+#include "reports/purchases/purchase_list_output.h"
+#include "slips/entry/slip_screen.h"
+#include "text/numbers.h"
+#include "ui/progress.h"
+#include "ui/prompts.h"
+#include "ui/table_export.h"
+#include "ui_frmInList.h"
+#include "workspace/workspace.h"
+
+#include <QHeaderView>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace reports
+{
+
+namespace
+{
+
+std::vector<ui::SlipGridModel::Column> gridColumns()
+{
+    const auto amount = [](const QString &caption) {
+        return ui::SlipGridModel::Column{caption, db::Format::Amount, true};
+    };
+    return {{u"仕入先"_s},         amount(u"前回仕入額"_s), amount(u"支払額"_s),
+            amount(u"繰越金額"_s), amount(u"仕入金額"_s),   amount(u"残高"_s)};
+}
+
+std::vector<QVariantList> gridRows(const PurchaseList &list)
+{
+    std::vector<QVariantList> rows;
+    for (const SupplierPurchases &purchases : list.suppliers) {
+        const PurchaseSums &sums = purchases.sums;
+        rows.push_back(
+            {purchases.name(), sums.previous, sums.payments, sums.carried(), sums.purchases, sums.balance()});
+    }
+    return rows;
+}
+
+void showAmount(QLineEdit *box, std::optional<double> amount)
+{
+    box->setText(amount ? text::formatAmount(*amount) : QString());
+}
+
+QString nothingFound() { return u"該当するデータが見つかりませんでした。"_s; }
+
+} // namespace
+
+frmInList::frmInList(workspace::Workspace &workspace, QWidget *parent)
+    : Screen(workspace, parent)
+    , m_ui(std::make_unique<Ui::frmInList>())
+    , m_rows(gridColumns(), nullptr)
+{
+    m_ui->setupUi(this);
+    m_ui->Text1->hide();
+    const QDate today = workspace.today();
+    m_ui->DTPicker1->setDate({today.year(), today.month(), 1});
+    m_ui->DTPicker2->setDate({today.year(), today.month(), today.daysInMonth()});
+    m_ui->MSFlexGrid1->setModel(&m_rows);
+    slips::setWidths(m_ui->MSFlexGrid1, {320, 130, 130, 130, 130, 130});
+    m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    m_shown = period();
+    show({});
+    connectControls();
+    setUp();
+}
+
+frmInList::~frmInList() = default;
+
+void frmInList::connectControls()
+{
+    connect(m_ui->cmdMasterUpdate, &QPushButton::clicked, this, &frmInList::recompute);
+    connect(m_ui->Check1, &QCheckBox::clicked, this, &frmInList::recompute);
+    connect(m_ui->Command2, &QPushButton::clicked, this, &frmInList::print);
+    connect(m_ui->Command3, &QPushButton::clicked, this, &frmInList::exportTable);
+    for (QDateEdit *box :
+         {static_cast<QDateEdit *>(m_ui->DTPicker1), static_cast<QDateEdit *>(m_ui->DTPicker2)})
+        connect(box, &QDateEdit::dateChanged, this, &frmInList::showState);
+    connect(m_ui->MSFlexGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &frmInList::showChosen);
+}
+
+// The list is read when the screen opens. That the month has no slips yet is then no news worth a box.
+void frmInList::becameActive()
+{
+    if (m_hasRead)
+        return;
+    m_hasRead = true;
+    if (const base::Status done = read(); !done && !done.error().cancelled)
+        tell(done);
+}
+
+book::Period frmInList::period() const { return {m_ui->DTPicker1->date(), m_ui->DTPicker2->date()}; }
+
+void frmInList::recompute()
+{
+    const base::Status done = read();
+    if (!done) {
+        if (!done.error().cancelled)
+            tell(done);
+        return;
+    }
+    // Suppliers without movement are no data.
+    const bool any = std::ranges::any_of(
+        m_list.suppliers, [](const SupplierPurchases &purchases) { return !purchases.sums.isEmpty(); });
+    if (any)
+        m_ui->MSFlexGrid1->setFocus();
+    else
+        ui::prompts::inform(this, nothingFound());
+}
+
+base::Status frmInList::read()
+{
+    PurchaseList list;
+    const book::Period asked = period();
+    const base::Status done =
+        ui::runWithProgress(this, u"集計しています。"_s, [&](const base::Progress &progress) -> base::Status {
+            auto found = purchaseList(workspace().connection, asked, m_ui->Check1->isChecked(), progress);
+            if (!found)
+                return found.error();
+            list = std::move(*found);
+            return {};
+        });
+    // After a failure the rows no longer stand for what the boxes above them say.
+    m_shown = asked;
+    show(done ? std::move(list) : PurchaseList());
+    if (!done)
+        m_ui->lblMessage->setText(done.error().cancelled ? done.error().text : QString());
+    return done;
+}
+
+void frmInList::show(PurchaseList list)
+{
+    const int row = std::max(m_ui->MSFlexGrid1->currentIndex().row(), 0);
+    m_list = std::move(list);
+    m_rows.setRows(gridRows(m_list));
+    const int count = m_rows.rowCount();
+    m_ui->MSFlexGrid1->setCurrentIndex(m_rows.index(std::min(row, count - 1), 0));
+    m_ui->Command2->setEnabled(count > 0);
+    m_ui->Command3->setEnabled(count > 0);
+    showState();
+    showTotals();
+    showChosen();
+}
+
+// Figures of one period under the dates of another would be taken for what they are not.
+void frmInList::showState()
+{
+    const int count = m_rows.rowCount();
+    QString state = count > 0 ? u"仕入先　%1 件"_s.arg(count) : nothingFound();
+    if (period().from != m_shown.from || period().to != m_shown.to)
+        state = u"表示中の集計は %1 のものです。再集計を押してください。"_s.arg(shownPeriod(m_shown));
+    m_ui->lblMessage->setText(state);
+}
+
+void frmInList::showTotals()
+{
+    const PurchaseSums &totals = m_list.totals;
+    showAmount(m_ui->txtTotalPrevious, totals.previous);
+    showAmount(m_ui->txtTotalPayments, totals.payments);
+    showAmount(m_ui->txtTotalCarried, totals.carried());
+    showAmount(m_ui->txtTotalPurchases, totals.purchases);
+    showAmount(m_ui->txtTotalBalance, totals.balance());
+}
+
+void frmInList::showChosen()
+{
+    const int row = m_ui->MSFlexGrid1->currentIndex().row();
+    const bool chosen = row >= 0 && row < m_rows.rowCount();
+    const SupplierPurchases purchases =
+        chosen ? m_list.suppliers[static_cast<std::size_t>(row)] : SupplierPurchases();
+    const auto shown = [chosen](std::optional<double> amount) { return chosen ? amount : std::nullopt; };
+    const PurchaseSums &sums = purchases.sums;
+    m_ui->Text1->setText(purchases.supplier ? QString::number(*purchases.supplier) : QString());
+    m_ui->txtNouhinsaki1->setText(purchases.name1);
+    m_ui->txtNouhinsaki2->setText(purchases.name2);
+    for (QLineEdit *name : {m_ui->txtNouhinsaki1, m_ui->txtNouhinsaki2})
+        name->setCursorPosition(0);
+    showAmount(m_ui->txtPrevious, shown(sums.previous));
+    showAmount(m_ui->txtPurchases, shown(sums.purchases));
+    showAmount(m_ui->txtPayments, shown(sums.payments));
+    showAmount(m_ui->txtBalance, shown(sums.balance()));
+    showAmount(m_ui->txtUnbooked, shown(sums.unbooked));
+    showAmount(m_ui->txtUntaxed, shown(sums.untaxed()));
+    showAmount(m_ui->txtTax, shown(sums.tax));
+    showAmount(m_ui->txtCarried, shown(sums.carried()));
+}
+
+void frmInList::print()
+{
+    printing::Document document;
+    document.title = fileTitle(m_shown);
+    document.purpose = printing::Purpose::Rosters;
+    document.sheets = printing::listSheets(printedList(m_list, m_shown, workspace().today()));
+    printing::showPreview(workspace(), this, std::move(document));
+}
+
+void frmInList::exportTable()
+{
+    ui::exportTable(this, {[this](const QString &fileName) { return checkPurchaseExport(m_list, fileName); },
+                           [this](const QString &fileName, const base::Progress &progress) {
+                               return exportPurchases(m_list, fileName, progress);
+                           },
+                           fileTitle(m_shown)});
+}
+
+} // namespace reports

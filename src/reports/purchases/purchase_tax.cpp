@@ -1,0 +1,70 @@
+#include "reports/purchases/purchase_tax.h"
+
+#include "db/transaction.h"
+
+using namespace Qt::StringLiterals;
+
+namespace reports
+{
+
+const book::CounterpartSearch suppliersTaxedOnBill{
+    book::Party::Supplier,
+    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー FROM 仕入先 "
+    "WHERE (仕入先名キー LIKE ?) AND (消費税区分 = 1) ORDER BY 仕入先ID",
+    book::supplierSearch.byId,
+    u"仕入先ID",
+};
+
+const book::CounterpartSearch suppliersTaxedOnDelivery{
+    book::Party::Supplier,
+    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー FROM 仕入先 "
+    "WHERE (仕入先名キー LIKE ?) AND (COALESCE(消費税区分, 0) = 0) ORDER BY 仕入先ID", // empty counts as 0
+    book::supplierSearch.byId,
+    u"仕入先ID",
+};
+
+base::Result<TaxSlip> enterPurchaseTax(db::Connection &connection, const book::NewSlip &slip, double tax)
+{
+    if (tax == 0)
+        return base::Error{u"消費税が０円のため、伝票を保存しませんでした。金額を入力し直してください。"_s};
+    db::Transaction transaction(connection);
+    if (const base::Status begun = transaction.begin(); !begun)
+        return begun.error();
+    const auto header = book::saveHeader(connection, slip);
+    if (!header)
+        return header.error();
+    if (const base::Status added = book::addTaxLine(connection, header->id, tax); !added)
+        return added.error();
+    if (const base::Status done = transaction.commit(); !done)
+        return done.error();
+    return TaxSlip{*header, slip.counterpart, tax};
+}
+
+base::Status cancelPurchaseTax(db::Connection &connection, const TaxSlip &slip)
+{
+    db::Transaction transaction(connection);
+    if (const base::Status begun = transaction.begin(); !begun)
+        return begun;
+    const auto unchanged = connection.keys(
+        u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND 伝票番号 = ? AND 相手先ID = ? "
+        "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) = 1 "
+        "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 商品名 = '消費税' "
+        "AND 金額 = ?) = 1"_s,
+        {slip.header.id, slip.header.number, slip.supplier, slip.tax});
+    if (!unchanged)
+        return unchanged.error();
+    if (unchanged->empty())
+        return base::Error{
+            u"伝票 %1 はほかのプログラムで変更または削除されたため、取り消しませんでした。"_s.arg(
+                slip.header.number)};
+    if (const base::Status deleted = book::deleteSlip(connection, slip.header.id); !deleted)
+        return deleted;
+    return transaction.commit();
+}
+
+QDate taxDate(const book::Period &period, const QDate &today)
+{
+    return today < period.from || today > period.to ? period.to : today;
+}
+
+} // namespace reports

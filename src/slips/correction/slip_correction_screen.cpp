@@ -1,0 +1,442 @@
+#include "slips/correction/slip_correction_screen.h"
+
+#include "book/counterpart_name.h"
+#include "book/slip_store.h"
+#include "book/tax.h"
+#include "masters/name_lists.h"
+#include "slips/correction/correction_grids.h"
+#include "slips/correction/slip_correction.h"
+#include "slips/entry/counterpart_box.h"
+#include "ui/cell_delegate.h"
+#include "ui/drop_down.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+#include "ui_CorrectionForm.h"
+#include "workspace/workspace.h"
+
+#include <QShortcut>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+SlipCorrectionScreen::SlipCorrectionScreen(workspace::Workspace &workspace, QWidget *parent,
+                                           const CorrectionDescription &description)
+    : Screen(workspace, parent)
+    , m_description(description)
+    , m_ui(std::make_unique<Ui::CorrectionForm>())
+    , m_headers(workspace.connection)
+    , m_lines(workspace.connection)
+    , m_counterpart(workspace.connection)
+{
+    m_ui->setupUi(this);
+    setCaptions();
+    fillEmployees();
+    setUpGrids();
+    connectControls();
+    setUp();
+    showAll();
+    m_ui->DataGrid1->setFocus();
+}
+
+SlipCorrectionScreen::~SlipCorrectionScreen()
+{
+    // Boxes that lose the focus now would edit record sets that are gone.
+    m_ui->txtDenNo->disconnect(this);
+    m_ui->txtDate->disconnect(this);
+}
+
+void SlipCorrectionScreen::setCaptions()
+{
+    setObjectName(QString::fromUtf16(m_description.screen));
+    setWindowTitle(QString::fromUtf16(m_description.title));
+    const QString party = QString::fromUtf16(m_description.party);
+    const QString hint = u"検索する%1名の文字列を入力してください。"_s.arg(party);
+    m_ui->lblKey->setText(party + u"名キー(&K)"_s);
+    m_ui->dbcNouhin->setCompleter(nullptr);
+    m_ui->dbcNouhin->setToolTip(hint);
+    m_ui->dbcNouhin->lineEdit()->setPlaceholderText(hint);
+    m_ui->lblName1->setText(party + u"名1"_s);
+    m_ui->lblName2->setText(party + u"名2"_s);
+    m_ui->Text2->setAccessibleName(party + u"ID"_s);
+    m_ui->Text2->hide();
+    m_ui->Text4->hide();
+    const std::initializer_list<QWidget *> address{m_ui->lblZip,      m_ui->txtZip,      m_ui->lblTel,
+                                                   m_ui->txtTel,      m_ui->lblAddress1, m_ui->txtAddress1,
+                                                   m_ui->lblAddress2, m_ui->txtAddress2};
+    for (QWidget *part : address)
+        part->setVisible(m_description.showsAddress);
+    m_ui->Check2->setVisible(m_description.hasDesignatedForm);
+    m_ui->Command2->setVisible(m_description.reprints);
+}
+
+void SlipCorrectionScreen::setUpGrids()
+{
+    const book::SlipKind kind = m_description.kind;
+    const auto refused = [this](const QString &reason) { ui::prompts::inform(this, reason); };
+    makeHeadersEditable(m_headers, workspace().connection, kind);
+    m_headers.setSaver([this] { return save(); });
+    m_headers.setLeaving([this] { return m_lines.isDirty() ? save() : base::Status(); });
+    m_headerCells = new ui::CellDelegate(m_ui->DataGrid1);
+    showHeadersIn(*m_ui->DataGrid1, m_headers, workspace().connection, kind, employeeNames(), refused);
+    makeLinesEditable(m_lines);
+    m_lines.setSaver([this] { return save(); });
+    m_lineCells = new ui::CellDelegate(m_ui->dgdSub);
+    showLinesIn(*m_ui->dgdSub, m_lines, kind, refused);
+}
+
+void SlipCorrectionScreen::connectControls()
+{
+    const auto press = [this](QPushButton *button, void (SlipCorrectionScreen::*action)()) {
+        connect(button, &QPushButton::clicked, this, action);
+    };
+    press(m_ui->Command1, &SlipCorrectionScreen::search);
+    press(m_ui->cmdAll, &SlipCorrectionScreen::showAll);
+    press(m_ui->Command3, &SlipCorrectionScreen::update);
+    press(m_ui->cmdMasterCancel, &SlipCorrectionScreen::deleteSlip);
+    press(m_ui->cmdLineAdd, &SlipCorrectionScreen::addLine);
+    press(m_ui->cmdLineDelete, &SlipCorrectionScreen::deleteLine);
+    press(m_ui->Command2, &SlipCorrectionScreen::print);
+    connect(m_ui->dbcShain, &QComboBox::activated, this, [this](int index) {
+        m_headers.setValue(u"社員ID"_s, m_ui->dbcShain->itemData(index).toLongLong());
+    });
+    ui::ignoreWheelInPassing(m_ui->dbcShain);
+    const auto box = [this](QLineEdit *edit, const QString &column) {
+        connect(edit, &QLineEdit::editingFinished, this, [this, edit, column] { editHeader(column, edit); });
+    };
+    box(m_ui->txtDenNo, u"伝票番号"_s);
+    box(m_ui->txtDate, u"日付"_s);
+    // Only with the cursor in the grid itself: in an open cell the key deletes a character.
+    connect(new QShortcut(QKeySequence::Delete, m_ui->dgdSub, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, this, &SlipCorrectionScreen::deleteLine);
+    connect(new QShortcut(Qt::Key_Insert, m_ui->dgdSub, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, this, &SlipCorrectionScreen::addLine);
+
+    connect(&m_headers, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showSlip);
+    connect(&m_headers, &db::Recordset::edited, this, &SlipCorrectionScreen::showHeader);
+    connect(&m_headers, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
+    connect(&m_lines, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showRemarks);
+    connect(&m_lines, &db::Recordset::edited, this, &SlipCorrectionScreen::showRemarks);
+    connect(&m_lines, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
+    // Changing the shown slip's counterpart brings up who that is.
+    connect(m_ui->Text4, &QLineEdit::textChanged, this, &SlipCorrectionScreen::showCounterpart);
+}
+
+void SlipCorrectionScreen::fillEmployees()
+{
+    const auto employees = masters::employees(workspace().connection);
+    if (!employees) {
+        tell(employees.error());
+        return;
+    }
+    for (const masters::Entry &entry : *employees)
+        m_ui->dbcShain->addItem(entry.name, entry.id);
+}
+
+QHash<qint64, QString> SlipCorrectionScreen::employeeNames() const
+{
+    QHash<qint64, QString> names;
+    for (int item = 0; item < m_ui->dbcShain->count(); ++item)
+        names.insert(m_ui->dbcShain->itemData(item).toLongLong(), m_ui->dbcShain->itemText(item));
+    return names;
+}
+
+// --- Which slips ---
+
+void SlipCorrectionScreen::showAll()
+{
+    if (!saved())
+        return;
+    const qint64 shown = std::exchange(m_shown, -1);
+    if (!tell(openSlips(m_headers, m_description.kind))) {
+        m_shown = shown;
+        return;
+    }
+    // What is corrected is nearly always one of the last slips.
+    (void)m_headers.moveLast();
+    m_ui->dbcNouhin->clear();
+    m_ui->DataGrid1->setFocus();
+}
+
+void SlipCorrectionScreen::search()
+{
+    const auto found = counterpartIn(*m_ui->dbcNouhin, workspace().connection, m_description.search,
+                                     QString::fromUtf16(m_description.several));
+    if (!found) {
+        tell(found.error());
+    } else if (!found->refusal.isEmpty()) {
+        m_ui->dbcNouhin->setFocus();
+        ui::prompts::inform(this, found->refusal);
+    } else {
+        narrowTo(found->counterpart);
+    }
+}
+
+void SlipCorrectionScreen::narrowTo(book::CounterpartKey counterpart)
+{
+    if (!saved())
+        return;
+    const qint64 shown = std::exchange(m_shown, -1);
+    const auto any = openSlipsOf(m_headers, m_description.kind, counterpart);
+    if (!any || !*any)
+        m_shown = shown;
+    if (!any) {
+        tell(any.error());
+        return;
+    }
+    if (!*any) {
+        ui::prompts::inform(this, u"現在、該当する伝票はありません。"_s);
+        m_ui->dbcNouhin->setFocus();
+        return;
+    }
+    (void)m_headers.moveLast();
+    m_ui->DataGrid1->setFocus();
+}
+
+bool SlipCorrectionScreen::openSlip(qint64 id)
+{
+    if (!tell(m_headers.moveToKey(id)))
+        return false;
+    if (m_headers.currentKey() == id) {
+        m_ui->dgdSub->setFocus();
+        return true;
+    }
+    ui::prompts::inform(this, u"この伝票は削除されているか、ここで訂正する種類の伝票ではありません。"_s);
+    return false;
+}
+
+// --- What is shown ---
+
+void SlipCorrectionScreen::showSlip()
+{
+    const qint64 id = m_headers.currentKey();
+    const bool any = m_headers.currentRow() >= 0;
+    const std::initializer_list<QWidget *> needed{
+        m_ui->Frame2,        m_ui->Command3, m_ui->cmdMasterCancel, m_ui->cmdLineAdd,
+        m_ui->cmdLineDelete, m_ui->Check2,   m_ui->Command2};
+    for (QWidget *control : needed)
+        control->setEnabled(any);
+    // The same slip was only saved or read anew: its lines, and the place among them, stay.
+    if (id != m_shown)
+        tell(openLines(m_lines, id));
+    m_shown = id;
+    m_ui->lblCount->setText(any ? u"%1 / %2 枚"_s.arg(m_headers.currentRow() + 1).arg(m_headers.count())
+                                : u"伝票はありません。"_s);
+    showHeader();
+}
+
+void SlipCorrectionScreen::showHeader()
+{
+    m_ui->txtDenNo->setText(m_headers.text(u"伝票番号"_s));
+    m_ui->txtDate->setText(headerCell(u"日付"_s).data().toString());
+    const int employee = m_ui->dbcShain->findData(m_headers.value(u"社員ID"_s).toLongLong());
+    m_ui->dbcShain->setPlaceholderText(employee < 0 ? headerCell(u"社員ID"_s).data().toString() : QString());
+    m_ui->dbcShain->setCurrentIndex(employee);
+    m_ui->Text4->setText(m_headers.text(u"相手先ID"_s));
+    // Without a counterpart the box above is as empty as without a slip.
+    if (m_counterpart.isEmpty())
+        m_ui->txtNouhinsaki1->setText(
+            m_headers.currentRow() < 0 ? QString() : book::unknownCounterpartName(counterpart()));
+    showRemarks();
+}
+
+book::CounterpartKey SlipCorrectionScreen::counterpart() const
+{
+    const QVariant key = m_headers.value(u"相手先ID"_s);
+    return key.isNull() ? book::CounterpartKey() : book::CounterpartKey(key.toLongLong());
+}
+
+void SlipCorrectionScreen::showCounterpart()
+{
+    tell(book::openCounterpart(m_counterpart, m_description.search, m_ui->Text4->text().toLongLong()));
+    const QString party = QString::fromUtf16(m_description.party);
+    m_ui->Text2->setText(m_counterpart.isEmpty() ? QString() : QString::number(m_counterpart.currentKey()));
+    const auto show = [this](QLineEdit *box, const QString &column) {
+        box->setText(m_counterpart.text(column));
+        box->setCursorPosition(0);
+    };
+    show(m_ui->txtNouhinsaki1, party + u"名1"_s);
+    show(m_ui->txtNouhinsaki2, party + u"名2"_s);
+    show(m_ui->txtCode, u"コード"_s);
+    show(m_ui->txtZip, u"郵便番号"_s);
+    show(m_ui->txtAddress1, u"住所1"_s);
+    show(m_ui->txtAddress2, u"住所2"_s);
+    show(m_ui->txtTel, u"TEL1"_s);
+    show(m_ui->txtTaxK, u"消費税区分"_s);
+    m_ui->lblTaxClass->setText(m_counterpart.isEmpty() ? QString()
+                                                       : nameOf(book::taxClassFrom(m_ui->txtTaxK->text())));
+}
+
+void SlipCorrectionScreen::showRemarks()
+{
+    const std::vector<book::SlipLine> lines = linesIn(m_lines);
+    QStringList remarks;
+    if (m_headers.isDirty() || m_lines.isDirty())
+        remarks << u"変更があります。行を移るか「更新」で保存します。"_s;
+    if (m_lines.currentRow() >= 0)
+        remarks << amountRemark(lines.at(static_cast<std::size_t>(m_lines.currentRow())));
+    // A deleted counterpart's class is not known.
+    if (!m_counterpart.isEmpty())
+        remarks << taxRemark(lines, m_headers.value(u"消費税率"_s).toDouble(),
+                             book::taxClassFrom(m_counterpart.text(u"消費税区分"_s)));
+    remarks.removeAll(QString());
+    m_ui->lblMessage->setText(remarks.join(u'\n'));
+    m_ui->lblTotal->setText(m_headers.currentRow() >= 0 ? totalRemark(lines) : QString());
+    m_ui->dgdSub->viewport()->update();
+}
+
+bool SlipCorrectionScreen::designatedForm() const { return m_ui->Check2->isChecked(); }
+
+bool SlipCorrectionScreen::pricesIncludeTax() const
+{
+    return book::taxClassFrom(m_counterpart.text(u"消費税区分"_s)) == book::TaxClass::Included &&
+           std::ranges::none_of(linesIn(m_lines), &book::SlipLine::isTax);
+}
+
+QString SlipCorrectionScreen::memo() const { return m_headers.text(u"備考"_s); }
+
+// --- Corrections ---
+
+// \return whether what was typed is taken
+bool SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
+{
+    const QModelIndex cell = headerCell(column);
+    // Untouched, it stays as it is, whether it would be taken today or not.
+    if (!cell.isValid() || box->text() == cell.data().toString() ||
+        m_headers.setData(cell, box->text(), Qt::EditRole))
+        return true;
+    box->setText(cell.data().toString());
+    // The correction goes on here, unless another slip's row was what the box was left for.
+    const auto goBack = [this, box, slip = m_headers.currentKey()] {
+        if (m_headers.currentKey() != slip)
+            return;
+        box->setFocus();
+        box->selectAll();
+    };
+    QMetaObject::invokeMethod(box, goBack, Qt::QueuedConnection);
+    return false;
+}
+
+QModelIndex SlipCorrectionScreen::headerCell(const QString &column) const
+{
+    const int row = m_headers.currentRow();
+    return row < 0 ? QModelIndex() : m_headers.index(row, m_headers.columnOf(column));
+}
+
+// A box put up while a cell is being left would take the focus from under it.
+void SlipCorrectionScreen::tellLater(const QString &refusal)
+{
+    QMetaObject::invokeMethod(
+        this, [this, refusal] { ui::prompts::inform(this, refusal); }, Qt::QueuedConnection);
+}
+
+base::Status SlipCorrectionScreen::save()
+{
+    const base::Status done = saveCorrections(m_headers, m_lines, workspace().connection, m_description.kind);
+    if (!done) // a row is perhaps just being left; it is looked after when that is refused
+        QMetaObject::invokeMethod(this, &SlipCorrectionScreen::showAsStored, Qt::QueuedConnection);
+    return done;
+}
+
+// A mnemonic, Esc and the window's own button come before a cell or a box is left.
+bool SlipCorrectionScreen::settled()
+{
+    return m_headerCells->settle() && m_lineCells->settle() && editHeader(u"伝票番号"_s, m_ui->txtDenNo) &&
+           editHeader(u"日付"_s, m_ui->txtDate);
+}
+
+bool SlipCorrectionScreen::saved() { return settled() && tell(save()); }
+
+// What another program has made of the slip is seen, and the edits stay over it; those of what is gone go.
+void SlipCorrectionScreen::showAsStored()
+{
+    const auto there = book::slipExists(workspace().connection, m_headers.currentKey());
+    if (!there)
+        return; // nothing can be read now
+    if (!*there) {
+        m_headers.revert();
+        m_lines.revert();
+        m_shown = -1;
+        const int row = m_headers.currentRow();
+        if (tell(m_headers.requery()))
+            (void)m_headers.moveTo(std::min(row, m_headers.count() - 1));
+        return;
+    }
+    m_headers.refresh();
+    m_lines.refresh();
+    const bool isGone = m_lines.currentRow() >= 0 && m_lines.value(u"ID"_s).isNull();
+    if (isGone || !m_lines.isDirty())
+        tell(m_lines.requery());
+}
+
+void SlipCorrectionScreen::update()
+{
+    if (!saved())
+        return;
+    // There may have been nothing to save, and the slip may be gone all the same.
+    if (tell(m_headers.checkAsRead()))
+        m_ui->lblMessage->setText(u"伝票 %1 を更新しました。"_s.arg(m_headers.text(u"伝票番号"_s).left(30)) +
+                                  u'\n' + m_ui->lblMessage->text());
+    else
+        showAsStored();
+}
+
+void SlipCorrectionScreen::deleteSlip()
+{
+    if (!ui::prompts::ask(this, ui::messages::deleteQuestion()))
+        return;
+    if (tell(deleteCurrentSlip(m_headers, workspace().connection)))
+        m_ui->DataGrid1->setFocus();
+    else
+        showAsStored();
+}
+
+void SlipCorrectionScreen::addLine()
+{
+    if (m_headers.currentRow() < 0 || !saved())
+        return;
+    if (!tell(appendEmptyLine(workspace().connection, m_description.kind, m_headers.currentKey())))
+        showAsStored();
+    else if (tell(m_lines.requery()))
+        (void)m_lines.moveLast();
+    m_ui->dgdSub->setFocus();
+}
+
+void SlipCorrectionScreen::deleteLine()
+{
+    if (m_lines.currentRow() < 0 || !ui::prompts::ask(this, u"この明細を削除します。よろしいですか。"_s))
+        return;
+    if (!tell(deleteCurrentLine(m_headers, m_lines)))
+        showAsStored();
+    m_ui->dgdSub->setFocus();
+}
+
+void SlipCorrectionScreen::print()
+{
+    if (m_headers.currentRow() < 0 || !saved())
+        return;
+    // The paper says what the file says, and so does the screen that goes by it.
+    const qint64 id = m_headers.currentKey();
+    showAsStored();
+    reprint(id);
+}
+
+bool SlipCorrectionScreen::mayClose()
+{
+    if (!settled())
+        return false;
+    if (!m_headers.isDirty() && !m_lines.isDirty())
+        return true;
+    switch (ui::prompts::askToSave(this, u"伝票の変更が保存されていません。保存しますか。"_s)) {
+    case ui::prompts::Choice::Save:
+        return saved();
+    case ui::prompts::Choice::Discard:
+        return true;
+    case ui::prompts::Choice::Cancel:
+        break;
+    }
+    return false;
+}
+
+} // namespace slips

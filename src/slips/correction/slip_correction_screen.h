@@ -1,0 +1,103 @@
+#pragma once
+
+#include "book/counterpart_name.h"
+#include "book/counterpart_search.h"
+#include "ui/screen.h"
+
+#include <memory>
+
+class QLineEdit;
+
+namespace ui
+{
+class CellDelegate;
+}
+
+namespace Ui
+{
+class CorrectionForm;
+}
+
+namespace slips
+{
+
+/// Wherein the correction screens differ.
+struct CorrectionDescription
+{
+    book::SlipKind kind;
+    const char16_t *screen; // object name
+    const char16_t *title;
+    const book::CounterpartSearch &search;
+    const char16_t *party;   // "納品先", "仕入先"
+    const char16_t *several; // tells that a search matches more than one of them
+    bool showsAddress = false;
+    bool reprints = false;          // Command2
+    bool hasDesignatedForm = false; // Check2
+};
+
+/// The screens that correct stored slips of one kind: headers in DataGrid1, the shown one's lines in dgdSub,
+/// both edited in place. What was edited is saved when its row is left or by Command3.
+class SlipCorrectionScreen : public ui::Screen
+{
+    Q_OBJECT
+
+public:
+    ~SlipCorrectionScreen() override;
+
+    /// Goes to the slip \a id, told when it is not among the slips of this kind. \return whether it is
+    bool openSlip(qint64 id);
+
+protected:
+    SlipCorrectionScreen(workspace::Workspace &workspace, QWidget *parent,
+                         const CorrectionDescription &description);
+
+    /// Prints the slip \a id anew; where the description says that the screen reprints.
+    virtual void reprint(qint64 /*id*/) {}
+    /// What a reprint asks of the shown slip.
+    [[nodiscard]] bool designatedForm() const;
+    [[nodiscard]] bool pricesIncludeTax() const;
+    [[nodiscard]] QString memo() const;
+
+    bool mayClose() override;
+
+private:
+    void setCaptions();
+    void setUpGrids();
+    void connectControls();
+    void fillEmployees();
+    [[nodiscard]] QHash<qint64, QString> employeeNames() const;
+
+    void showAll();
+    void search();
+    void narrowTo(book::CounterpartKey counterpart);
+
+    void showSlip();
+    void showHeader();
+    void showCounterpart();
+    [[nodiscard]] book::CounterpartKey counterpart() const; // of the shown slip
+    void showRemarks();
+    bool editHeader(const QString &column, QLineEdit *box);
+    [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip
+    void tellLater(const QString &refusal);
+
+    base::Status save();
+    bool settled();
+    bool saved();
+    void showAsStored();
+    void update();
+    void deleteSlip();
+    void addLine();
+    void deleteLine();
+    void print();
+
+    CorrectionDescription m_description;
+    std::unique_ptr<Ui::CorrectionForm> m_ui;
+    ui::CellDelegate *m_headerCells = nullptr;
+    ui::CellDelegate *m_lineCells = nullptr;
+    db::Recordset m_headers;
+    db::Recordset m_lines;
+    db::Recordset m_counterpart; // that of the shown slip
+    qint64 m_shown = 0;          // whose lines are shown
+};
+
+} // namespace slips

@@ -1,0 +1,53 @@
+#include "book/tax.h"
+#include "slips/documents/estimate_layout.h"
+
+#include <cmath>
+
+namespace slips
+{
+
+namespace
+{
+
+EstimateTax taxOf(const book::PrintedSlip &printed, bool open)
+{
+    if (book::hasTaxLine(printed.slip))
+        return EstimateTax::Added;
+    if (printed.includedTax)
+        return EstimateTax::Included;
+    if (printed.slip.taxClass == book::TaxClass::OnBill)
+        return EstimateTax::Separate;
+    // The tax of an open one came out as nothing. One that was left without its tax line may have been meant
+    // either way, and the customer must not be told the wrong one.
+    return open ? EstimateTax::Added : EstimateTax::Untold;
+}
+
+} // namespace
+
+base::Result<EstimateData> readEstimate(db::Connection &connection, qint64 id, const EstimateReading &reading)
+{
+    const auto slip = book::readSlip(connection, id, book::Party::Customer);
+    if (!slip)
+        return slip.error();
+    const auto company = masters::ownCompany(connection);
+    if (!company)
+        return company.error();
+    const bool inclusive =
+        !book::hasTaxLine(*slip) && reading.inclusive.value_or(slip->taxClass == book::TaxClass::Included);
+    auto printed = book::taxedForPrint(*slip, {inclusive, reading.closingRate});
+    if (!printed)
+        return printed.error();
+
+    EstimateData data;
+    data.sender = company->value_or(masters::OwnCompany());
+    data.taxed = taxOf(*printed, reading.closingRate.has_value());
+    data.slip = std::move(printed->slip);
+    if (printed->includedTax)
+        data.tax = std::trunc(*printed->includedTax);
+    for (const book::SlipLine &line : data.slip.lines)
+        (line.isTax() ? data.tax : data.goods) += line.amount;
+    std::erase_if(data.slip.lines, [](const book::SlipLine &line) { return line.isTax(); });
+    return data;
+}
+
+} // namespace slips

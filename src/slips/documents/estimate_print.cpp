@@ -1,0 +1,44 @@
+#include "slips/documents/estimate_print.h"
+
+#include "slips/documents/DialogMitsumori.h"
+#include "slips/documents/estimate_layout.h"
+#include "slips/documents/note_document.h"
+#include "ui/prompts.h"
+#include "workspace/workspace.h"
+
+#include <QStringList>
+
+namespace slips
+{
+
+namespace
+{
+
+QString remarksOf(const EstimateRequest &request, const book::Slip &slip)
+{
+    QStringList remarks;
+    for (const QString &remark : {request.memo, request.remark1, request.remark2}) {
+        if (!remark.trimmed().isEmpty())
+            remarks << remark;
+    }
+    return remarks.isEmpty() ? slip.memo : remarks.join(u'\n');
+}
+
+} // namespace
+
+void printEstimate(workspace::Workspace &workspace, QWidget *parent, const EstimateRequest &request)
+{
+    EstimateReading reading{request.inclusive, std::nullopt};
+    if (!request.closed)
+        reading.closingRate = workspace.panel.taxRate;
+    auto data = readEstimate(workspace.connection, request.slipId, reading);
+    if (!data) {
+        ui::prompts::inform(parent, data.error().text);
+        return;
+    }
+    data->companyName = companyNameOf(workspace);
+    data->terms.remarks = remarksOf(request, data->slip);
+    DialogMitsumori(workspace, std::move(*data), parent).exec();
+}
+
+} // namespace slips

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/result.h"
+#include "printing/renderer.h"
+#include "slips/documents/note_parts.h"
+
+namespace workspace
+{
+class Workspace;
+}
+
+namespace slips
+{
+
+/// How the panel wants the sender named. The extended block is taken only where one is registered.
+CompanyName companyNameOf(const workspace::Workspace &workspace);
+
+/// Gives \a document the extended company-name block where \a name asks for it. Fails when its file cannot be
+/// read.
+base::Status addCompanyName(printing::Document &document, const workspace::Workspace &workspace,
+                            CompanyName name);
+
+} // namespace slips

@@ -1,0 +1,61 @@
+#include "slips/entry/frmIn.h"
+
+#include "masters/name_lists.h"
+#include "slips/entry/new_counterpart.h"
+#include "ui_frmIn.h"
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+GoodsSlipDescription description(SupplierGoods goods)
+{
+    const bool isPurchase = goods == SupplierGoods::Purchase;
+    return {
+        .slip = {.kind = isPurchase ? book::purchase : book::stocktake,
+                 .manualLetter = isPurchase ? book::purchase.letter : book::stocktake.letter,
+                 .search = book::supplierSearch,
+                 .nothingFound = u"検索した仕入先は見つかりませんでした。\n新規に入力しますか？",
+                 .foundWidths = {60, 190, 130, 210, 110, 76, 0},
+                 .fields = {{u"txtNouhinsaki1", u"仕入先名1"},
+                            {u"txtNouhinsaki2", u"仕入先名2"},
+                            {u"txtTaxK", u"消費税区分"}},
+                 .stampsCounterpart = false},
+        .products = masters::purchaseProductNames,
+        // The doubled full stop is how the users know this question.
+        .emptyPrice = {u"単価が入力されていません。。よろしいですか。", true},
+        // Unlike a sale, a purchase whose prices include the tax shows none.
+        .showsIncludedTax = false,
+        .isTaxed = isPurchase,
+    };
+}
+
+} // namespace
+
+SupplierGoodsScreen::SupplierGoodsScreen(workspace::Workspace &workspace, QWidget *parent,
+                                         SupplierGoods goods)
+    : GoodsSlipScreen(workspace, parent, description(goods))
+{
+    Ui::frmIn form;
+    form.setupUi(this);
+    if (goods == SupplierGoods::Stocktake)
+        showAsStocktake();
+    setUpSlip();
+    setCounterpartEditor([&workspace](QWidget *parent) { return enterNewSupplier(workspace, parent); });
+}
+
+void SupplierGoodsScreen::showAsStocktake()
+{
+    setObjectName(u"frmTana"_s);
+    setWindowTitle(u"棚卸伝票入力"_s);
+    findChild<QLabel *>(u"lblPrevious"_s)->setText(u"前回棚卸伝票"_s);
+    for (const QString &name :
+         {u"lblTax"_s, u"Text2"_s, u"Check1"_s, u"lblTaxK"_s, u"txtTaxK"_s, u"lblTaxClass"_s})
+        findChild<QWidget *>(name)->hide();
+}
+
+} // namespace slips

@@ -1,0 +1,48 @@
+#include "slips/entry/frmOut.h"
+
+#include "slips/documents/delivery_note_print.h"
+#include "slips/entry/new_counterpart.h"
+#include "ui_frmOut.h"
+
+namespace slips
+{
+
+namespace
+{
+
+GoodsSlipDescription description()
+{
+    GoodsSlipDescription description = goodsForCustomer(book::sale);
+    description.hasAmountBox = true;
+    return description;
+}
+
+} // namespace
+
+frmOut::frmOut(workspace::Workspace &workspace, QWidget *parent)
+    : GoodsSlipScreen(workspace, parent, description())
+    , m_ui(std::make_unique<Ui::frmOut>())
+{
+    m_ui->setupUi(this);
+    connect(m_ui->Command3, &QPushButton::clicked, this, &frmOut::print);
+    setUpSlip();
+    setCounterpartEditor([&workspace](QWidget *parent) { return enterNewCustomer(workspace, parent); });
+    // The transfer form is not printed yet.
+    m_ui->Check3->setEnabled(false);
+}
+
+frmOut::~frmOut() = default;
+
+void frmOut::print()
+{
+    if (!mayPassOverLine())
+        return;
+    printDeliveryNote(workspace(), this,
+                      {.slipId = header().id,
+                       .inclusive = inclusive(),
+                       .closed = false,
+                       .designatedForm = m_ui->Check2->isChecked(),
+                       .memo = m_ui->txtMemo->text()});
+}
+
+} // namespace slips

@@ -1,0 +1,267 @@
+#include "slips/entry/goods_slip_screen.h"
+
+#include "masters/name_lists.h"
+#include "text/numbers.h"
+#include "ui/grid.h"
+#include "ui/prompts.h"
+#include "workspace/workspace.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+using Column = ui::SlipGridModel::Column;
+constexpr auto plain = db::Format::Plain;
+constexpr auto quantity = db::Format::Quantity;
+constexpr auto amount = db::Format::Amount;
+
+std::vector<Column> lineColumns()
+{
+    return {{u"商品名"_s, plain}, {u"規格"_s, plain},          {u"数量"_s, quantity, true},
+            {u"単位"_s, plain},   {u"単価"_s, quantity, true}, {u"金額"_s, amount, true}};
+}
+
+std::vector<Column> previousColumns()
+{
+    return {{u"伝票番号"_s, plain},      {u"日付"_s, plain},          {u"商品名"_s, plain},
+            {u"規格"_s, plain},          {u"数量"_s, quantity, true}, {QString(), plain},
+            {u"単価"_s, quantity, true}, {u"金額"_s, amount, true}};
+}
+
+} // namespace
+
+GoodsSlipDescription goodsForCustomer(const book::SlipKind &kind)
+{
+    return {
+        .slip =
+            {.kind = kind,
+             // Numbers typed by hand begin with I on all goods screens; the users' books are kept that way.
+             .manualLetter = book::purchase.letter,
+             .search = book::customerSearch,
+             .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
+             .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
+             .fields = {{u"txtNouhinsaki1", u"納品先名1"},
+                        {u"txtNouhinsaki2", u"納品先名2"},
+                        {u"txtZip", u"郵便番号"},
+                        {u"txtAddress1", u"住所1"},
+                        {u"txtAddress2", u"住所2"},
+                        {u"txtTel", u"TEL1"},
+                        {u"txtCode", u"コード"},
+                        {u"txtTaxK", u"消費税区分"}},
+             .stampsCounterpart = true},
+        .products = masters::salesProductNames,
+        .emptyPrice = {u"単価が入力されていません。よろしいですか。", true},
+        .showsIncludedTax = true,
+    };
+}
+
+GoodsSlipScreen::GoodsSlipScreen(workspace::Workspace &workspace, QWidget *parent,
+                                 GoodsSlipDescription description)
+    : SlipScreen(workspace, parent, description.slip)
+    , m_description(std::move(description))
+    , m_lines(lineColumns(), nullptr)
+    , m_previous(previousColumns(), nullptr)
+{}
+
+void GoodsSlipScreen::setUpLines()
+{
+    const auto line = [this](QStringView name) { return findChild<QLineEdit *>(name.toString()); };
+    m_taxClass = line(u"txtTaxK");
+    m_taxClassName = findChild<QLabel *>(u"lblTaxClass"_s);
+    m_totalBox = line(u"txtTotal");
+    m_tax = line(u"Text2");
+    m_taxFlag = line(u"Text3");
+    m_taxFlag->hide();
+    m_memo = line(u"txtMemo");
+    m_inclusive = findChild<QCheckBox *>(u"Check1"_s);
+    m_lineGrid = findChild<ui::Grid *>(u"dgdSub"_s);
+    m_lineGrid->setModel(&m_lines);
+    setWidths(m_lineGrid, {290, 180, 80, 60, 100, 110});
+    m_previousGrid = findChild<ui::Grid *>(u"MSFlexGrid1"_s);
+    m_previousGrid->setModel(&m_previous);
+    setWidths(m_previousGrid, {120, 100, 320, 260, 90, 60, 110, 130});
+    auto *amountBox = m_description.hasAmountBox ? line(u"Text5") : nullptr;
+    m_entry = new LineEntry(this, m_description.emptyPrice, amountBox);
+    tell(m_entry->offer(workspace().connection, m_description.products));
+
+    connect(findChild<QPushButton *>(u"cmdSubAdd"_s), &QPushButton::clicked, this, &GoodsSlipScreen::addLine);
+    connect(findChild<QPushButton *>(u"cmdSubCancel"_s), &QPushButton::clicked, this,
+            &GoodsSlipScreen::removeLine);
+    connect(m_inclusive, &QCheckBox::toggled, this, &GoodsSlipScreen::showTax);
+}
+
+book::TaxClass GoodsSlipScreen::taxClass() const { return book::taxClassFrom(m_taxClass->text()); }
+
+bool GoodsSlipScreen::inclusive() const { return m_inclusive->isChecked(); }
+
+bool GoodsSlipScreen::addsTax() const
+{
+    return m_description.isTaxed && book::taxIsAdded(taxClass(), inclusive());
+}
+
+void GoodsSlipScreen::counterpartShown(bool chosen)
+{
+    m_taxClassName->setText(chosen ? nameOf(taxClass()) : QString());
+}
+
+// --- The lines ---
+
+void GoodsSlipScreen::beginLines()
+{
+    if (m_taxClass->text().isEmpty())
+        m_taxClass->setText(u"0"_s);
+    m_inclusive->setChecked(taxClass() == book::TaxClass::Included);
+    showPreviousLines();
+}
+
+void GoodsSlipScreen::focusLine() { m_entry->begin(); }
+
+bool GoodsSlipScreen::lineIsTyped() const { return m_entry->isTyped(); }
+
+void GoodsSlipScreen::showPreviousLines()
+{
+    const auto found = book::previousLines(workspace().connection, kind(), counterpart());
+    if (!found) {
+        ui::prompts::inform(this, found.error().text);
+        return;
+    }
+    std::vector<QVariantList> rows;
+    rows.reserve(found->rows.size());
+    for (const QVariantList &row : found->rows) {
+        const QString date = row.at(1).toString().replace(u'-', u'/');
+        rows.push_back(QVariantList{row.at(2), date} + row.mid(3));
+    }
+    m_previous.setRows(std::move(rows));
+}
+
+void GoodsSlipScreen::addLine()
+{
+    const auto line = m_entry->read();
+    if (!line)
+        return;
+    db::Connection &connection = workspace().connection;
+    const base::Status added =
+        book::onSlip(connection, header(), [&] { return book::addLine(connection, header().id, *line); });
+    if (!added) {
+        tellOfSlip(added.error());
+        return;
+    }
+    m_lines.append(
+        {line->product, line->specification, line->quantity, line->unit, line->price, line->amount});
+    m_lineGrid->scrollToBottom();
+    m_entry->clear();
+    m_taxFlag->setText(u"OFF"_s);
+    enter(SlipState::LinesPresent);
+    showTotals();
+    m_entry->begin();
+}
+
+void GoodsSlipScreen::removeLine()
+{
+    db::Connection &connection = workspace().connection;
+    const auto removed =
+        book::onSlip(connection, header(), [&] { return book::removeLastLine(connection, header().id); });
+    if (!removed) {
+        tellOfSlip(removed.error());
+        return;
+    }
+    if (*removed)
+        m_lines.removeLast();
+    showTotals();
+    m_entry->begin();
+}
+
+void GoodsSlipScreen::showTotals()
+{
+    const auto total = book::slipTotal(workspace().connection, header().id);
+    if (!total) {
+        ui::prompts::inform(this, total.error().text);
+        return;
+    }
+    m_total = *total;
+    m_totalBox->setText(text::formatAmount(m_total));
+    showTax();
+}
+
+void GoodsSlipScreen::showTax()
+{
+    if (state() != SlipState::LinesPresent || !m_description.isTaxed)
+        return;
+    const auto shown = book::shownTax(m_total, workspace().panel.taxRate, taxClass(), inclusive(),
+                                      m_description.showsIncludedTax);
+    m_tax->setText(shown ? *shown : QString());
+    if (!shown) {
+        ui::prompts::inform(this, shown.error().text);
+        return;
+    }
+    foretellTax();
+}
+
+// The box of the tax is for customers and suppliers who are always charged it. Where the clerk has made the
+// prices of another one exclusive, the tax that closing adds must not come as a surprise.
+void GoodsSlipScreen::foretellTax()
+{
+    const bool isUnseen = m_tax->text().isEmpty() && addsTax();
+    const auto tax = book::exclusiveTax(m_total, workspace().panel.taxRate);
+    say(isUnseen && tax && *tax != 0
+            ? u"この伝票を閉じるときに、消費税 %1 円が計上されます。"_s.arg(text::formatAmount(*tax))
+            : QString());
+}
+
+// --- The end of a slip ---
+
+base::Result<QString> GoodsSlipScreen::closeSlip()
+{
+    db::Connection &connection = workspace().connection;
+    const auto closed = book::onSlip(connection, header(), [&] {
+        return m_description.isTaxed ? book::closeSlip(connection, header().id, workspace().panel.taxRate,
+                                                       taxClass(), inclusive())
+                                     : book::closeUntaxedSlip(connection, header().id);
+    });
+    if (!closed)
+        return closed.error();
+    m_taxFlag->setText(u"ON"_s);
+    QString message =
+        u"伝票 %1 を保存しました。　合計 %2 円"_s.arg(header().number, text::formatAmount(closed->total));
+    if (addsTax())
+        message += u"　消費税 %1 円"_s.arg(text::formatAmount(closed->tax));
+    return message;
+}
+
+void GoodsSlipScreen::clearLines()
+{
+    m_total = 0;
+    m_lines.setRows({});
+    m_previous.setRows({});
+    m_entry->clear();
+    m_inclusive->setChecked(false);
+    for (QLineEdit *box : {m_totalBox, m_tax, m_memo})
+        box->clear();
+    m_taxFlag->setText(u"ON"_s);
+}
+
+bool GoodsSlipScreen::mayClose()
+{
+    if (!SlipScreen::mayClose())
+        return false;
+    // A slip left open has lines but not the tax on them.
+    if (state() != SlipState::LinesPresent || m_lines.rowCount() == 0 || !addsTax() ||
+        !ui::prompts::ask(this,
+                          u"表示中の伝票には、まだ消費税が計上されていません。計上してから終了しますか。"_s))
+        return true;
+    const auto closed = closeSlip();
+    if (!closed)
+        tellOfSlip(closed.error());
+    return bool(closed);
+}
+
+} // namespace slips

@@ -1,0 +1,81 @@
+#include "ui/slip_grid_model.h"
+
+#include "text/numbers.h"
+
+namespace ui
+{
+
+SlipGridModel::SlipGridModel(std::vector<Column> columns, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_columns(std::move(columns))
+{}
+
+void SlipGridModel::setRows(std::vector<QVariantList> rows)
+{
+    beginResetModel();
+    m_rows = std::move(rows);
+    endResetModel();
+}
+
+void SlipGridModel::append(const QVariantList &row)
+{
+    beginInsertRows({}, rowCount(), rowCount());
+    m_rows.push_back(row);
+    endInsertRows();
+}
+
+void SlipGridModel::removeLast()
+{
+    if (m_rows.empty())
+        return;
+    beginRemoveRows({}, rowCount() - 1, rowCount() - 1);
+    m_rows.pop_back();
+    endRemoveRows();
+}
+
+int SlipGridModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int SlipGridModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_columns.size());
+}
+
+QVariant SlipGridModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= rowCount())
+        return {};
+    const Column &column = m_columns[static_cast<std::size_t>(index.column())];
+    if (role == Qt::TextAlignmentRole)
+        return int((column.isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    const QVariant value = m_rows[static_cast<std::size_t>(index.row())].value(index.column());
+    if (role == Qt::EditRole)
+        return value;
+    if (role != Qt::DisplayRole || value.isNull())
+        return {};
+    switch (column.format) {
+    case db::Format::Amount:
+        return text::formatAmount(value.toDouble());
+    case db::Format::Quantity:
+        return text::formatQuantity(value.toDouble());
+    case db::Format::Date:
+        return value.toString().replace(u'-', u'/');
+    case db::Format::Plain:
+        break;
+    }
+    return value.toString();
+}
+
+QVariant SlipGridModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation == Qt::Vertical || section < 0 || section >= columnCount())
+        return QAbstractTableModel::headerData(section, orientation, role);
+    const Column &column = m_columns[static_cast<std::size_t>(section)];
+    if (role == Qt::TextAlignmentRole)
+        return int((column.isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    return role == Qt::DisplayRole ? QVariant(column.caption) : QVariant();
+}
+
+} // namespace ui

@@ -1,0 +1,444 @@
+#include "book/numbering.h"
+#include "book/slip_reader.h"
+#include "book/slip_store.h"
+#include "db/keys.h"
+#include "support/fresh_shop.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using book::TaxClass;
+
+class TestSlipStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void keysFollowTheHighest();
+    void automaticNumbers_data();
+    void automaticNumbers();
+    void manualNumbers_data();
+    void manualNumbers();
+    void twoProgramsNeverShareANumber();
+    void headerStampsTheCustomerInOneAction();
+    void incompleteHeadersAreRefused_data();
+    void incompleteHeadersAreRefused();
+    void linesKeepTheirOrder();
+    void deletedSlipIsRefused();
+    void closingAddsTheTaxOnce_data();
+    void closingAddsTheTaxOnce();
+    void deletingLeavesNoLines();
+    void previousLinesAreTheCustomersGoodsNewestFirst();
+    void balancesFollowTheKinds();
+    void failureLeavesNothingHalfWritten();
+    void fullDiskLosesOnlyTheActionInHand();
+    void readSlipGivesHeaderLinesAndCounterpart();
+};
+
+namespace
+{
+
+// With a customer to sell to.
+struct Shop : FreshShop
+{
+    Shop() { run(u"INSERT INTO 納品先 (納品先ID) VALUES (1)"_s); }
+};
+
+book::NewSlip saleTo(qint64 customer)
+{
+    book::NewSlip slip;
+    slip.date = QDate(2026, 4, 1);
+    slip.counterpart = customer;
+    slip.employee = 1;
+    slip.taxRate = 5;
+    return slip;
+}
+
+qint64 savedSale(FreshShop &shop, qint64 customer = 1)
+{
+    const auto header = book::saveHeader(shop.connection, saleTo(customer));
+    if (!header)
+        qFatal("%s", qPrintable(header.error().text));
+    return header->id;
+}
+
+void addLine(FreshShop &shop, qint64 id, double amount, const QString &product = u"りんご"_s)
+{
+    const auto added = book::addLine(shop.connection, id, {product, u"大"_s, 1, u"箱"_s, amount, amount});
+    if (!added)
+        qFatal("%s", qPrintable(added.error().text));
+}
+
+QStringList everything(FreshShop &shop)
+{
+    return shop.rows(u"SELECT * FROM 入出庫マスター ORDER BY ID"_s) +
+           shop.rows(u"SELECT rowid, * FROM 入出庫サブ ORDER BY rowid"_s) +
+           shop.rows(u"SELECT 納品先ID, 更新日 FROM 納品先 ORDER BY 納品先ID"_s);
+}
+
+} // namespace
+
+void TestSlipStore::keysFollowTheHighest()
+{
+    Shop shop;
+    QCOMPARE(savedSale(shop), 1);
+    QCOMPARE(savedSale(shop), 2);
+    QCOMPARE(savedSale(shop), 3);
+    QVERIFY(book::deleteSlip(shop.connection, 2));
+    QCOMPARE(savedSale(shop), 4);
+    QVERIFY(book::deleteSlip(shop.connection, 4));
+    QCOMPARE(savedSale(shop), 4);
+    shop.run(u"UPDATE 入出庫マスター SET ID = ? WHERE ID = 4"_s, {db::highestKey});
+    QVERIFY2(!book::saveHeader(shop.connection, saleTo(1)), "the keys are used up");
+}
+
+void TestSlipStore::automaticNumbers_data()
+{
+    QTest::addColumn<QString>("infix");
+    QTest::addColumn<QString>("number");
+    QTest::newRow("none") << QString() << u"O1"_s;
+    QTest::newRow("year") << u"24-"_s << u"O24-1"_s;
+    QTest::newRow("blanks stay") << u"  a "_s << u"O  a 1"_s;
+    QTest::newRow("full width") << u"　令和"_s << u"O　令和1"_s;
+    QTest::newRow("placeholders are text") << u"%1'_"_s << u"O%1'_1"_s;
+}
+
+void TestSlipStore::automaticNumbers()
+{
+    QFETCH(QString, infix);
+    QFETCH(QString, number);
+    Shop shop;
+    book::NewSlip slip = saleTo(1);
+    slip.infix = infix;
+    const auto header = book::saveHeader(shop.connection, slip);
+    QVERIFY(header);
+    QCOMPARE(header->number, number);
+    QCOMPARE(shop.value(u"SELECT 伝票番号 FROM 入出庫マスター"_s).toString(), number);
+}
+
+void TestSlipStore::manualNumbers_data()
+{
+    QTest::addColumn<QString>("number");
+    QTest::addColumn<QString>("refusal");
+    const QString wrong = u"伝票番号に誤りがあります。"_s;
+    QTest::newRow("demanded letter") << u"I1"_s << QString();
+    QTest::newRow("letter alone") << u"I"_s << QString();
+    QTest::newRow("own kind's letter") << u"O1"_s << wrong;
+    QTest::newRow("lower case") << u"i1"_s << wrong;
+    QTest::newRow("blank before") << u" I1"_s << wrong;
+    QTest::newRow("empty") << QString() << wrong;
+    const QString taken = u"伝票番号が重複しています。"_s;
+    QTest::newRow("taken") << u"I7"_s << taken;
+    QTest::newRow("taken, other width") << u"I７"_s << taken;
+    QTest::newRow("taken, other case") << u"I-A1%"_s << taken;
+    QTest::newRow("not a pattern") << u"I%"_s << QString();
+    QTest::newRow("nor a joker") << u"I_"_s << QString();
+    QTest::newRow("quote") << u"I'1"_s << QString();
+}
+
+void TestSlipStore::manualNumbers()
+{
+    QFETCH(QString, number);
+    QFETCH(QString, refusal);
+    Shop shop;
+    shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (7, 'I7'), (8, 'I-a1%')"_s);
+    const base::Status checked = book::checkManualNumber(shop.connection, number, u'I');
+    QCOMPARE(checked ? QString() : checked.error().text, refusal);
+
+    book::NewSlip slip = saleTo(1);
+    slip.manualNumber = number;
+    slip.manualLetter = u'I';
+    const auto header = book::saveHeader(shop.connection, slip);
+    QCOMPARE(header ? QString() : header.error().text, refusal);
+    if (header)
+        QCOMPARE(header->number, number);
+    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), refusal.isEmpty() ? 3 : 2);
+}
+
+void TestSlipStore::twoProgramsNeverShareANumber()
+{
+    Shop shop;
+    db::Connection other;
+    QVERIFY(other.open(shop.connection.fileName()));
+    for (int turn = 0; turn < 5; ++turn) {
+        for (db::Connection *program : {&shop.connection, &other}) {
+            const auto header = book::saveHeader(*program, saleTo(1));
+            QVERIFY(header);
+            QVERIFY(book::addLine(*program, header->id, {header->number, {}, 1, {}, 100, 100}));
+        }
+    }
+    QCOMPARE(shop.rows(u"SELECT COUNT(DISTINCT ID), COUNT(DISTINCT 伝票番号) FROM 入出庫マスター"_s),
+             QStringList{u"10|10"_s});
+    QCOMPARE(shop.rows(u"SELECT COUNT(*) FROM 入出庫サブ, 入出庫マスター WHERE 入出庫サブ.ID = "
+                       "入出庫マスター.ID AND 商品名 = 伝票番号"_s),
+             QStringList{u"10"_s});
+}
+
+void TestSlipStore::headerStampsTheCustomerInOneAction()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 納品先 (納品先ID, 更新日) VALUES (5, '2020-01-01'), (6, '2020-01-01')"_s);
+    book::NewSlip slip = saleTo(5);
+    slip.date = QDate(2026, 3, 31);
+    slip.stamp = QDate(2026, 4, 1);
+    QVERIFY(book::saveHeader(shop.connection, slip));
+    QCOMPARE(everything(shop),
+             QStringList({u"1|2026-03-31|O1|5|1|5|-"_s, u"5|2026-04-01"_s, u"6|2020-01-01"_s}));
+    slip.counterpart = 9;
+    const auto gone = book::saveHeader(shop.connection, slip);
+    QVERIFY2(!gone && gone.error().gone, "a customer deleted meanwhile gets no slip");
+    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), 1);
+}
+
+void TestSlipStore::incompleteHeadersAreRefused_data()
+{
+    QTest::addColumn<QChar>("letter");
+    QTest::addColumn<qint64>("counterpart");
+    QTest::addColumn<qint64>("employee");
+    QTest::addColumn<QDate>("date");
+    QTest::addColumn<QString>("refusal");
+    const QDate day(2026, 4, 1);
+    QTest::newRow("customer") << QChar(u'O') << 0LL << 1LL << day << u"納品先が選択されていません。"_s;
+    QTest::newRow("supplier") << QChar(u'I') << 0LL << 1LL << day << u"仕入先が選択されていません。"_s;
+    QTest::newRow("employee") << QChar(u'O') << 1LL << 0LL << day << u"担当者が選択されていません。"_s;
+    QTest::newRow("date of another century")
+        << QChar(u'O') << 1LL << 1LL << QDate(1899, 12, 31)
+        << u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s;
+    QTest::newRow("date")
+        << QChar(u'O') << 1LL << 1LL << QDate()
+        << u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s;
+}
+
+void TestSlipStore::incompleteHeadersAreRefused()
+{
+    QFETCH(QChar, letter);
+    QFETCH(qint64, counterpart);
+    QFETCH(qint64, employee);
+    QFETCH(QDate, date);
+    QFETCH(QString, refusal);
+    FreshShop shop;
+    book::NewSlip slip = saleTo(counterpart);
+    slip.kind = letter == u'I' ? book::purchase : book::sale;
+    slip.employee = employee;
+    slip.date = date;
+    const auto header = book::saveHeader(shop.connection, slip);
+    QVERIFY(!header);
+    QCOMPARE(header.error().text, refusal);
+    QCOMPARE(everything(shop), QStringList());
+}
+
+void TestSlipStore::linesKeepTheirOrder()
+{
+    Shop shop;
+    const qint64 first = savedSale(shop);
+    const qint64 second = savedSale(shop);
+    addLine(shop, first, 100, u"か"_s);
+    addLine(shop, second, 7, u"x"_s);
+    addLine(shop, first, 200, u"あ"_s);
+    addLine(shop, first, 300, u"さ"_s);
+    QCOMPARE(*book::slipTotal(shop.connection, first), 600.0);
+    QVERIFY(*book::removeLastLine(shop.connection, first));
+    addLine(shop, first, 400, u"い"_s);
+    const auto slip = book::readSlip(shop.connection, first, book::Party::Customer);
+    QVERIFY(slip);
+    QStringList products;
+    for (const book::SlipLine &line : slip->lines)
+        products << line.product;
+    QCOMPARE(products, QStringList({u"か"_s, u"あ"_s, u"い"_s}));
+    QVERIFY(*book::removeLastLine(shop.connection, second));
+    QVERIFY2(!*book::removeLastLine(shop.connection, second), "no line was left");
+    QCOMPARE(*book::slipTotal(shop.connection, second), 0.0);
+    QCOMPARE(*book::slipTotal(shop.connection, first), 700.0);
+}
+
+void TestSlipStore::deletedSlipIsRefused()
+{
+    FreshShop shop;
+    QVERIFY(!book::addLine(shop.connection, 1, {u"りんご"_s, {}, 1, {}, 1, 1}));
+    QVERIFY(!book::removeLastLine(shop.connection, 1));
+    for (const TaxClass taxClass : {TaxClass::OnDelivery, TaxClass::OnBill})
+        QVERIFY2(!book::closeSlip(shop.connection, 1, 5, taxClass, false), "nothing was saved");
+    QCOMPARE(everything(shop), QStringList());
+}
+
+void TestSlipStore::closingAddsTheTaxOnce_data()
+{
+    QTest::addColumn<double>("amount");
+    QTest::addColumn<double>("rate");
+    QTest::addColumn<TaxClass>("taxClass");
+    QTest::addColumn<bool>("inclusive");
+    QTest::addColumn<QStringList>("taxLines");
+    const QStringList none;
+    QTest::newRow("due") << 1999.0 << 5.0 << TaxClass::OnDelivery << false << QStringList{u"99"_s};
+    QTest::newRow("rate of now") << 1999.0 << 10.0 << TaxClass::OnDelivery << false << QStringList{u"199"_s};
+    QTest::newRow("inclusive") << 1999.0 << 5.0 << TaxClass::OnDelivery << true << none;
+    QTest::newRow("on the bill") << 1999.0 << 5.0 << TaxClass::OnBill << false << none;
+    QTest::newRow("included") << 1999.0 << 5.0 << TaxClass::Included << true << none;
+    QTest::newRow("made exclusive") << 1999.0 << 5.0 << TaxClass::Included << false << QStringList{u"99"_s};
+    QTest::newRow("tax of 0") << 19.0 << 5.0 << TaxClass::OnDelivery << false << none;
+}
+
+void TestSlipStore::closingAddsTheTaxOnce()
+{
+    QFETCH(double, amount);
+    QFETCH(double, rate);
+    QFETCH(TaxClass, taxClass);
+    QFETCH(bool, inclusive);
+    QFETCH(QStringList, taxLines);
+    Shop shop;
+    const qint64 id = savedSale(shop);
+    addLine(shop, id, amount);
+    const auto taxRows = [&] {
+        return shop.rows(u"SELECT printf('%d', 金額) FROM 入出庫サブ WHERE 商品名 = '消費税' "
+                         "AND 数量 IS NULL AND 単価 IS NULL AND 単位 IS NULL"_s);
+    };
+    const auto closed = book::closeSlip(shop.connection, id, rate, taxClass, inclusive);
+    QVERIFY(closed);
+    QCOMPARE(closed->total, amount);
+    QCOMPARE(closed->tax, taxLines.isEmpty() ? 0.0 : taxLines.front().toDouble());
+    QCOMPARE(taxRows(), taxLines);
+    QVERIFY(book::closeSlip(shop.connection, id, rate, taxClass, inclusive));
+    QCOMPARE(taxRows(), taxLines);
+}
+
+void TestSlipStore::deletingLeavesNoLines()
+{
+    Shop shop;
+    const qint64 kept = savedSale(shop);
+    addLine(shop, kept, 1);
+    const qint64 id = savedSale(shop);
+    addLine(shop, id, 1000);
+    QVERIFY(book::closeSlip(shop.connection, id, 5, TaxClass::OnDelivery, false));
+    QVERIFY(book::deleteSlip(shop.connection, id));
+    QCOMPARE(shop.rows(u"SELECT ID FROM 入出庫サブ"_s), QStringList{u"1"_s});
+    QCOMPARE(shop.rows(u"SELECT ID FROM 入出庫マスター"_s), QStringList{u"1"_s});
+}
+
+void TestSlipStore::previousLinesAreTheCustomersGoodsNewestFirst()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES "
+             "(1, '2026-01-10', 'O1', 5), (2, '2026-03-10', 'O2', 5), (3, '2026-02-10', 'O3', 5), "
+             "(4, '2026-03-11', 'O4', 6), (5, '2026-03-12', 'I5', 5), (6, '2026-03-13', 'M6', 5), "
+             "(7, '2026-02-10', 'O7', 5)"_s);
+    shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (1, 'a', 1), (2, 'b', 2), (2, '消費税', 9), "
+             "(7, 'h', 7), (7, 'g', 8), (3, 'c', 3), (4, 'd', 4), (5, 'e', 5), (6, 'f', 6)"_s);
+    const auto found = book::previousLines(shop.connection, book::sale, 5);
+    QVERIFY(found);
+    QStringList numbers;
+    for (int row = 0; row < found->count(); ++row)
+        numbers << found->value(row, u"伝票番号"_s).toString() + found->value(row, u"商品名"_s).toString();
+    QCOMPARE(numbers, QStringList({u"O2b"_s, u"O7h"_s, u"O7g"_s, u"O3c"_s, u"O1a"_s}));
+}
+
+void TestSlipStore::balancesFollowTheKinds()
+{
+    FreshShop shop;
+    // Each kind weighs another power of ten, so that a wrong sign or a foreign kind shows in its digit.
+    const QString letters = u"OIMRPABT"_s;
+    double amount = 1;
+    qint64 id = 1;
+    for (const QChar letter : letters) {
+        for (const qint64 counterpart : {5, 6}) {
+            shop.run(
+                u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (?, '2026-01-10', ?, ?)"_s,
+                {id, letter + QString::number(id), counterpart});
+            shop.run(u"INSERT INTO 入出庫サブ (ID, 金額) VALUES (?, ?), (?, ?)"_s,
+                     {id, amount * 2, id, counterpart == 5 ? amount : 0});
+            ++id;
+        }
+        amount *= 10;
+    }
+    QCOMPARE(*book::balance(shop.connection, book::Party::Customer, 5), 3.0 - 3'000 + 3'000'000);
+    QCOMPARE(*book::balance(shop.connection, book::Party::Supplier, 5), 30.0 - 30'000 + 300'000);
+    QCOMPARE(*book::balance(shop.connection, book::Party::Customer, 6), 2.0 - 2'000 + 2'000'000);
+    QCOMPARE(*book::balance(shop.connection, book::Party::Customer, 99), 0.0);
+}
+
+void TestSlipStore::failureLeavesNothingHalfWritten()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 納品先 (納品先ID, 更新日) VALUES (5, '2020-01-01')"_s);
+    const qint64 id = savedSale(shop, 5);
+    addLine(shop, id, 1000);
+    const QStringList before = everything(shop);
+
+    // A temporary trigger lets the first statement of an action pass and fails the second one.
+    const auto fails = [&](const QString &event, const auto &action) {
+        shop.run(u"CREATE TEMP TRIGGER failing BEFORE "_s + event +
+                 u" BEGIN SELECT RAISE(ABORT, 'full'); END"_s);
+        const bool done = action();
+        shop.run(u"DROP TRIGGER failing"_s);
+        return !done && everything(shop) == before;
+    };
+    QVERIFY(fails(u"INSERT ON main.入出庫マスター"_s, [&] {
+        book::NewSlip slip = saleTo(5);
+        slip.stamp = QDate(2026, 4, 1);
+        return bool(book::saveHeader(shop.connection, slip));
+    }));
+    QVERIFY(fails(u"DELETE ON main.入出庫マスター"_s,
+                  [&] { return bool(book::deleteSlip(shop.connection, id)); }));
+    QVERIFY(fails(u"INSERT ON main.入出庫サブ"_s, [&] {
+        return bool(book::closeSlip(shop.connection, id, 5, TaxClass::OnDelivery, false));
+    }));
+    QVERIFY(!shop.connection.inTransaction());
+}
+
+void TestSlipStore::fullDiskLosesOnlyTheActionInHand()
+{
+    Shop shop;
+    const QString roomy = u"PRAGMA max_page_count = 100000"_s;
+    shop.run(u"PRAGMA max_page_count = %1"_s.arg(shop.value(u"PRAGMA page_count"_s).toInt() + 2));
+    // Slips until one finds no room for its header, lines until one finds none for itself.
+    int headers = 0;
+    while (book::saveHeader(shop.connection, saleTo(1)))
+        ++headers;
+    QVERIFY(headers > 0);
+    QVERIFY(!shop.connection.inTransaction());
+    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), headers);
+    const book::GoodsLine line{QString(500, u'茶'), {}, 1, {}, 100, 100};
+    int lines = 0;
+    while (book::addLine(shop.connection, headers, line))
+        ++lines;
+    QVERIFY(!shop.connection.inTransaction());
+    QCOMPARE(*book::slipTotal(shop.connection, headers), lines * 100.0);
+
+    shop.run(roomy);
+    QVERIFY(book::addLine(shop.connection, headers, line));
+    QCOMPARE(book::saveHeader(shop.connection, saleTo(1))->id, headers + 1);
+    QCOMPARE(shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
+}
+
+void TestSlipStore::readSlipGivesHeaderLinesAndCounterpart()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 社員 VALUES (1, '佐藤', '11')"_s);
+    shop.run(
+        u"INSERT INTO 納品先 (納品先ID, 納品先名1, 郵便番号, FAX, 消費税区分) VALUES (5, '山田　太郎', '100-0001', '03', 2)"_s);
+    book::NewSlip manual = saleTo(5);
+    manual.manualNumber = u"I1"_s;
+    manual.manualLetter = u'I';
+    const auto header = book::saveHeader(shop.connection, manual);
+    QVERIFY(header);
+    addLine(shop, header->id, 2000);
+    QVERIFY(book::closeSlip(shop.connection, header->id, 5, TaxClass::Included, false));
+    const auto slip = book::readSlip(shop.connection, header->id, book::Party::Customer);
+    QVERIFY(slip);
+    QCOMPARE(slip->date, QDate(2026, 4, 1));
+    QCOMPARE(slip->number, u"I1"_s);
+    QCOMPARE(slip->employeeName, u"佐藤"_s);
+    QCOMPARE(slip->name1, u"山田　太郎"_s);
+    QCOMPARE(slip->fax, u"03"_s);
+    QCOMPARE(slip->taxClass, TaxClass::Included);
+    QCOMPARE(slip->lines.size(), 2U);
+    QVERIFY(slip->lines[1].isTax());
+    QVERIFY(!slip->lines[1].quantity);
+    QCOMPARE(slip->lines[1].amount, 100.0);
+    QVERIFY(!book::readSlip(shop.connection, 77, book::Party::Customer));
+    shop.run(u"DELETE FROM 納品先"_s);
+    QCOMPARE(book::readSlip(shop.connection, header->id, book::Party::Customer)->name1,
+             u"(削除済み) ID %1"_s.arg(slip->counterpart));
+}
+
+QTEST_GUILESS_MAIN(TestSlipStore)
+#include "tst_slip_store.moc"

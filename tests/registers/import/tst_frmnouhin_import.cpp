@@ -1,0 +1,224 @@
+#include "registers/frmNouhin.h"
+#include "registers/import/DialogCSV.h"
+#include "support/fresh_shop.h"
+#include "support/screen_driver.h"
+#include "support/scripted_test.h"
+#include "ui/file_dialogs.h"
+#include "ui/grid.h"
+#include "ui/prompts.h"
+
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString noMapping = u"設定ファイルが見つかりませんでした。インポートの設定を行います。"_s;
+const QString importAll = u"表示中のデータをすべてインポートします。よろしいですか。"_s;
+
+// The register of a shop with one customer, and a table of four rows: one to import, one that repeats the
+// customer, one without a name, one more to import.
+struct Import : ScreenDriver
+{
+    Import()
+        : ScreenDriver(&screen)
+    {
+        shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先'), (2, '一般')"_s);
+        shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, TEL1, 区分ID, 更新日) "
+                 "VALUES (1, '山田太郎', '03-1', 1, '2026-01-01')"_s);
+        show();
+    }
+
+    static QString table(QChar separator)
+    {
+        return u"氏名,電話番号,区分\n佐藤,03-5,一般\n山田　太郎,０３－１,一般\n,03-9,一般\n鈴木,03-6,2\n"_s
+            .replace(u',', separator);
+    }
+
+    void openFile(const QString &content = table(u','))
+    {
+        QFile file(shop.path(u"in.csv"_s));
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("no file");
+        file.write(content.toUtf8());
+        file.close();
+        ui::file_dialogs::expectFile(file.fileName());
+        QTest::keyClick(&the<QPushButton>("Command1"), Qt::Key_Space);
+        // Without a window manager nobody else makes the screen under a dialog the active one again.
+        show();
+    }
+
+    // Does \a work in the dialog of the settings as soon as it stands.
+    static void inSettings(const std::function<void(ScreenDriver &)> &work)
+    {
+        QTimer::singleShot(0, [work] {
+            auto *dialog = qobject_cast<registers::DialogCSV *>(QApplication::activeModalWidget());
+            if (!dialog)
+                qFatal("no dialog of the settings");
+            ScreenDriver driver(dialog);
+            work(driver);
+        });
+    }
+    static void confirm(ScreenDriver &settings) { settings.press("cmdOK"); }
+
+    QAbstractItemModel &model() { return *the<ui::Grid>("MSFlexGrid1").model(); }
+    QString column(int column)
+    {
+        QStringList cells;
+        for (int row = 0; row < model().rowCount(); ++row)
+            cells << model().index(row, column).data().toString();
+        return cells.join(u'|');
+    }
+    void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::keyClick(&the<ui::Grid>("MSFlexGrid1"), key, modifiers);
+    }
+    QString stored() { return shop.rows(u"SELECT 納品先名1 FROM 納品先 ORDER BY 納品先ID"_s).join(u' '); }
+    bool importing() { return the<ui::Grid>("MSFlexGrid1").isVisible(); }
+
+    FreshShop shop;
+    registers::frmNouhin screen{shop.workspace};
+};
+
+} // namespace
+
+class TestFrmNouhinImport : public ScriptedTest
+{
+    Q_OBJECT
+
+private slots:
+    void importsEveryRowShown()
+    {
+        Import r;
+        ui::prompts::expectInform(noMapping);
+        Import::inSettings(Import::confirm);
+        r.openFile();
+        QVERIFY(QFile::exists(r.shop.path(u"KanbaloreCSV1.log"_s)));
+        QVERIFY(r.importing());
+        QVERIFY(!r.the<ui::Grid>("DataGrid1").isVisible());
+        QCOMPARE(r.cursor(), u"MSFlexGrid1"_s);
+        QCOMPARE(r.column(3), u"佐藤|山田　太郎||鈴木"_s);
+        QCOMPARE(r.column(2), u"|登録済み：納品先ID 1「山田太郎」|納品先名1：入力されていません|"_s);
+        ui::prompts::expectAsk(importAll, false);
+        r.press("Command5");
+        QCOMPARE(r.stored(), u"山田太郎"_s);
+        ui::prompts::expectAsk(importAll, true);
+        ui::prompts::expectInform(u"2 件の納品先を登録しました。\n取り込まなかった行が 2 件あります。"
+                                  "「確認」の欄で理由を確かめてください。"_s);
+        QTest::keyClick(r.screen.focusWidget(), Qt::Key_A, Qt::AltModifier);
+        QTRY_COMPARE(r.stored(), u"山田太郎 佐藤 鈴木"_s); // a button pressed by its letter moves first
+        // What is left can be saved, and the register shows the new ones.
+        QCOMPARE(r.column(1), u"3|4"_s);
+        ui::file_dialogs::expectFile(r.shop.path(u"rest.csv"_s));
+        r.press("cmdSaveReport");
+        QVERIFY(QFile::exists(r.shop.path(u"rest.csv"_s)));
+        r.key(Qt::Key_Escape);
+        QVERIFY(!r.importing() && r.screen.isVisible());
+        QCOMPARE(r.cursor(), u"DataGrid1"_s);
+        QCOMPARE(r.the<ui::Grid>("DataGrid1").model()->rowCount(), 3);
+        // The settings are kept: the same file opens without a question.
+        r.openFile();
+        QVERIFY(r.importing());
+    }
+
+    void importsSelectedRows()
+    {
+        Import r;
+        QGuiApplication::clipboard()->setText(Import::table(u'\t'));
+        r.press("Command2");
+        QVERIFY(r.importing());
+        // The row that repeats a customer is taken with the space bar, the refused one cannot be.
+        r.key(Qt::Key_Down);
+        r.key(Qt::Key_Space);
+        r.key(Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(r.model().index(1, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+        ui::prompts::expectAsk(u"反転表示の行（2 件）だけをインポートします。よろしいですか。"_s, true);
+        ui::prompts::expectInform(
+            u"1 件の納品先を登録しました。\nまだ取り込んでいない行が 2 件残っています。\n"
+            "取り込まなかった行が 1 件あります。「確認」の欄で理由を確かめてください。"_s);
+        r.press("cmdImportSelected");
+        QCOMPARE(r.stored(), u"山田太郎 山田　太郎"_s);
+        QCOMPARE(r.column(3), u"佐藤||鈴木"_s);
+        // Shown are those that can be imported, as "すべて選択" would take them.
+        r.choose("comboFilter", 1);
+        QCOMPARE(r.column(3), u"佐藤|鈴木"_s);
+    }
+
+    void pastesIntoTheGrid()
+    {
+        Import r;
+        QGuiApplication::clipboard()->setText(u"納品先名1\t区分ID\n高橋\t1\n"_s);
+        r.press("Command2");
+        QCOMPARE(r.column(3), u"高橋"_s);
+        QGuiApplication::clipboard()->setText(u"納品先名1\t区分ID\n=1+1\t1\n"_s);
+        r.key(Qt::Key_Insert, Qt::ShiftModifier);
+        QCOMPARE(r.column(3), u"=1+1"_s);
+        ui::prompts::expectAsk(importAll, true);
+        ui::prompts::expectInform(u"1 件の納品先を登録しました。"_s);
+        r.press("Command5");
+        QVERIFY(!r.importing());
+        QCOMPARE(r.stored(), u"山田太郎 =1+1"_s);
+        QGuiApplication::clipboard()->clear();
+        ui::prompts::expectInform({});
+        r.press("Command2");
+        QVERIFY(!r.importing());
+    }
+
+    void asksForTheColumns()
+    {
+        Import r;
+        ui::prompts::expectInform(noMapping);
+        Import::inSettings([](ScreenDriver &settings) {
+            QVERIFY(!settings.the<QCheckBox>("checkHeadings").isChecked());
+            QCOMPARE(settings.the<QLabel>("labelSample2").text(), u"佐藤 ／ 鈴木"_s);
+            QCOMPARE(settings.cursor(), u"comboField1"_s);
+            ui::prompts::expectInform(u"「納品先名1」にする列を指定してください。"_s);
+            settings.press("cmdOK");
+            settings.choose("comboField1", 2);
+            settings.choose("comboField2", 2);
+            ui::prompts::expectInform(u"「納品先名1」が 1 列目と 2 列目の両方に指定されています。"_s);
+            settings.press("cmdOK");
+            QCOMPARE(settings.cursor(), u"comboField2"_s);
+            settings.choose("comboField1", 0);
+            settings.choose("comboCategory", 2);
+            settings.press("cmdOK");
+        });
+        r.openFile(u"x,佐藤\ny,鈴木\n"_s);
+        QCOMPARE(r.column(3), u"佐藤|鈴木"_s);
+        ui::prompts::expectAsk(importAll, true);
+        ui::prompts::expectInform({});
+        r.press("Command5");
+        QCOMPARE(r.shop.rows(u"SELECT 区分ID FROM 納品先 WHERE 納品先ID > 1"_s).join(u' '), u"2 2"_s);
+    }
+
+    void leavesEverythingWhenGivenUp()
+    {
+        Import r;
+        ui::prompts::expectInform(noMapping);
+        Import::inSettings([](ScreenDriver &settings) { settings.press("cmdCancel"); });
+        r.openFile();
+        QVERIFY(!r.importing());
+        ui::file_dialogs::expectFile({});
+        r.press("Command1");
+        QVERIFY(!r.importing());
+        ui::prompts::expectInform(u"1 行目の引用符「\"」が閉じられていないため、読み込みませんでした。"_s);
+        r.openFile(u"\"abc\n"_s);
+        QVERIFY(!r.importing());
+        QCOMPARE(r.stored(), u"山田太郎"_s);
+        QVERIFY(!QFile::exists(r.shop.path(u"KanbaloreCSV1.log"_s)));
+    }
+};
+
+QTEST_MAIN(TestFrmNouhinImport)
+#include "tst_frmnouhin_import.moc"

@@ -1,0 +1,213 @@
+#include "db/recordset.h"
+#include "registers/lists/customer_search.h"
+#include "support/fresh_shop.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+using registers::CustomerQuery;
+
+namespace
+{
+
+// Five customers; the category of 4 is not registered and 5 has none, so that neither is ever found.
+void fill(FreshShop &shop)
+{
+    shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先'), (2, '一般')"_s);
+    shop.run(u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, 納品先名キー, フリガナ, 区分ID, 住所1, "
+             u"住所2, TEL1, TEL2, "
+             "FAX, メール, メモ, 登録日, 更新日, 誕生日, 締め日, 消費税区分, 元帳出力) VALUES "
+             "(1, 'B12', '山田', '山田 B12', 'ﾔﾏﾀﾞ', 2, '東京都港区', '港ビル', '03-1', '090-1', '03-9', "
+             "'a@x.jp', "
+             "'100%引き', '2026-01-04', '2026-03-01', '1970/5/1', 0, 2, 1), "
+             "(2, 'A12', '鈴木', '鈴木 A12', 'ｽｽﾞｷ', 1, '東京都北区', '北荘', '03', '090-2', '03', 'b@x.jp', "
+             "'10の引き', '2025-12-31', '2026-02-01', '1970-05-01', 20, 0, 0), "
+             "(3, '12A', '佐藤', '佐藤 12A', 'ｻﾄｳ', 1, '大阪市', '''梅''田', '06-03', '080', NULL, 'B@X.JP', "
+             "NULL, '2026-04-01', '2026-04-01', '五月', 15, 0, 1), "
+             "(4, 'A12', '無区分', '無区分 03', 'ﾑ', 9, '東京都', '港', '03', '0', '03', 'm', '引き', "
+             "'2026-01-04', "
+             "'2026-04-02', '1970/5/1', 0, 0, 1), "
+             "(5, 'A12', '区分なし', '区分なし', 'ｸ', NULL, '東京都', '港', '03', '0', '03', 'm', '引き', "
+             "'2026-01-04', "
+             "'2026-04-02', '1970/5/1', 0, 0, 1)"_s);
+}
+
+int itemNamed(const QString &name) { return int(registers::customerSearchItems().indexOf(name)); }
+int orderNamed(const QString &name) { return int(registers::customerSearchOrders().indexOf(name)); }
+
+QString keysOf(const std::vector<qint64> &keys)
+{
+    QStringList texts;
+    for (const qint64 key : keys)
+        texts << QString::number(key);
+    return texts.join(u' ');
+}
+
+} // namespace
+
+class TestCustomerSearch : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        m_shop = std::make_unique<FreshShop>();
+        fill(*m_shop);
+    }
+    void cleanupTestCase() { m_shop.reset(); }
+
+    void offersItemsAndOrders()
+    {
+        QCOMPARE(
+            registers::customerSearchItems().join(u' '),
+            u"すべて選択 納品先区分 納品先名 ﾌﾘｶﾞﾅ 住所1 住所2 TEL1 TEL2 FAX ﾒｰﾙｱﾄﾞﾚｽ 登録日 更新日 メモ "
+            "誕生日 消費税区分 締め日 コード 元帳出力"_s);
+        QCOMPARE(registers::customerSearchOrders().join(u' '),
+                 u"登録日昇順 更新日降順 ﾌﾘｶﾞﾅ昇順 登録区分昇順 検索項目昇順"_s);
+    }
+
+    void finds_data()
+    {
+        QTest::addColumn<QString>("item");
+        QTest::addColumn<QString>("condition");
+        QTest::addColumn<QString>("partial"); // keys found, in the column's own order
+        QTest::addColumn<QString>("exact");
+        const auto row = [](const char16_t *item, const char16_t *condition, const char *partial,
+                            const char *exact) {
+            const QString name = QString::fromUtf16(item) + u' ' + QString::fromUtf16(condition);
+            QTest::newRow(name.toUtf8().constData())
+                << QString::fromUtf16(item) << QString::fromUtf16(condition) << QString::fromLatin1(partial)
+                << QString::fromLatin1(exact);
+        };
+        row(u"すべて選択", u"", "1 2 3", "1 2 3");
+        row(u"納品先区分", u"1", "2 3", "2 3");
+        row(u"納品先区分", u"２", "1", "1");
+        row(u"納品先区分", u"得意先", "", "");
+        row(u"納品先区分", u"9", "", "");
+        row(u"納品先名", u"山田", "1", "");
+        row(u"納品先名", u"山田 B12", "1", "1");
+        row(u"納品先名", u"12", "3 1 2", "");
+        row(u"ﾌﾘｶﾞﾅ", u"やまだ", "1", "1");
+        row(u"ﾌﾘｶﾞﾅ", u"ズ", "2", "");
+        row(u"住所1", u"東京都", "2 1", "");
+        row(u"住所1", u"大阪市", "3", "3");
+        row(u"住所2", u"'梅'", "3", "");
+        row(u"住所2", u"' OR 1=1 --", "", "");
+        row(u"TEL1", u"03", "2 1 3", "2");
+        row(u"TEL1", u"０３", "2 1 3", "2");
+        row(u"TEL2", u"090", "1 2", "");
+        row(u"FAX", u"03", "2 1", "2");
+        row(u"ﾒｰﾙｱﾄﾞﾚｽ", u"b@x.jp", "3 2", "3 2");
+        row(u"登録日", u"2026/0", "1 3", "");
+        row(u"登録日", u"2026-01", "1", "");
+        row(u"登録日", u"/12/", "2", "");
+        row(u"登録日", u"2026/01/04", "1", "1");
+        row(u"登録日", u"2026/1/4", "", "1");
+        row(u"登録日", u"20260104", "", "1");
+        row(u"登録日", u"2026/02/30", "", "");
+        row(u"登録日", u"きのう", "", "");
+        row(u"更新日", u"2026", "2 1 3", "");
+        row(u"更新日", u"2026-04-01", "3", "3");
+        row(u"誕生日", u"1970/05/01", "2", "2 1");
+        row(u"誕生日", u"1970", "2 1", "");
+        row(u"誕生日", u"五", "3", "");
+        row(u"メモ", u"引き", "1 2", "");
+        row(u"メモ", u"100%引き", "1", "1"); // "%" stands for any characters when it need not be exact
+        row(u"メモ", u"10%き", "1 2", "");
+        row(u"メモ", u"10_引き", "2", "");
+        row(u"消費税区分", u"0", "2 3", "2 3");
+        row(u"消費税区分", u"内税", "", "");
+        row(u"締め日", u"20", "2", "2");
+        row(u"締め日", u"0", "1", "1");
+        row(u"元帳出力", u"1", "1 3", "1 3");
+        row(u"元帳出力", u"1.5", "", "");
+        row(u"コード", u"12", "3", "");
+        row(u"コード", u"a12", "2", "2");
+    }
+
+    void finds()
+    {
+        QFETCH(QString, item);
+        QFETCH(QString, condition);
+        CustomerQuery query{itemNamed(item), condition, false, orderNamed(u"検索項目昇順"_s)};
+        // Rows that are equal in the order asked for come as they like.
+        if (item == u"ﾒｰﾙｱﾄﾞﾚｽ"_s)
+            query.condition = condition.toUpper();
+        QTEST(found(query), "partial");
+        query.exact = true;
+        QTEST(found(query), "exact");
+    }
+
+    void orders_data()
+    {
+        QTest::addColumn<QString>("keys");
+        QTest::newRow("登録日昇順") << u"2 1 3"_s;
+        QTest::newRow("更新日降順") << u"3 1 2"_s;
+        QTest::newRow("ﾌﾘｶﾞﾅ昇順") << u"3 2 1"_s;
+        QTest::newRow("検索項目昇順") << u"3 2 1"_s;
+    }
+
+    void orders()
+    {
+        const int order = orderNamed(QString::fromUtf8(QTest::currentDataTag()));
+        // Any part of a code, but only its start while the list is in the order of the codes.
+        const bool ownOrder = order == int(registers::customerSearchOrders().size()) - 1;
+        QTEST(found({itemNamed(u"コード"_s), ownOrder ? u"%"_s : u"12"_s, false, order}), "keys");
+    }
+
+    void ordersByCategory()
+    {
+        QVERIFY(found({0, {}, false, orderNamed(u"登録区分昇順"_s)}).endsWith(u" 1"_s));
+    }
+
+    void tellsWhatIsLacking()
+    {
+        using registers::QueryLack;
+        QCOMPARE(registers::lackOf({}), QueryLack::Item);
+        QCOMPARE(registers::lackOf({.item = itemNamed(u"TEL1"_s)}), QueryLack::Condition);
+        QVERIFY(!registers::lackOf({.item = registers::everyCustomerItem}));
+        QVERIFY(!registers::lackOf({.item = itemNamed(u"TEL1"_s), .condition = u"0"_s}));
+    }
+
+    void theRecordSetHoldsTheCustomersFound()
+    {
+        FreshShop shop;
+        fill(shop);
+        db::Recordset customers(shop.connection);
+        QVERIFY(registers::openCustomersFound(customers, {itemNamed(u"納品先区分"_s), u"1"_s}));
+        QCOMPARE(customers.table(), u"納品先"_s);
+        QCOMPARE(customers.count(), 2);
+        QCOMPARE(customers.columns().size(), 23);
+        customers.setNames(u"区分ID"_s, {{1, u"得意先"_s}});
+        const auto shown = [&] {
+            return customers.index(0, customers.columnOf(u"区分ID"_s)).data().toString();
+        };
+        QCOMPARE(shown(), u"得意先"_s);
+        QCOMPARE(customers.value(u"区分ID"_s).toInt(), 1);
+        customers.setValue(u"区分ID"_s, 2);
+        QCOMPARE(shown(), u"2"_s);
+        customers.setValue(u"メモ"_s, u"新"_s);
+        QVERIFY(customers.update());
+        QCOMPARE(shop.rows(u"SELECT 区分ID, メモ FROM 納品先 WHERE 納品先ID = "_s +
+                           QString::number(customers.currentKey())),
+                 QStringList{u"2|新"_s});
+        // It has left its category, and stays in the list until the next search.
+        QCOMPARE(customers.count(), 2);
+        QVERIFY(customers.remove());
+        QCOMPARE(shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 4);
+        QCOMPARE(shop.value(u"SELECT count(*) FROM 登録区分"_s).toInt(), 2);
+    }
+
+private:
+    QString found(const CustomerQuery &query)
+    {
+        const auto keys = registers::customersFound(m_shop->connection, query);
+        return keys ? keysOf(*keys) : keys.error().text;
+    }
+
+    std::unique_ptr<FreshShop> m_shop;
+};
+
+QTEST_MAIN(TestCustomerSearch)
+#include "tst_customer_search.moc"

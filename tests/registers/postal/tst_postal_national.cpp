@@ -1,0 +1,182 @@
+#include "registers/postal/postal_data.h"
+#include "registers/postal/postal_dictionaries.h"
+#include "registers/postal/postal_index.h"
+#include "registers/postal/postal_lookup.h"
+
+#include <QMap>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+using namespace registers;
+
+namespace
+{
+
+// A way of writing addresses: what stands for the area, and what follows.
+struct Writing
+{
+    QString (*place)(const PostalArea &);
+    const char16_t *before; // the town
+    const char16_t *after;
+};
+
+QString whole(const PostalArea &area) { return area.prefecture + area.city; }
+
+QString withoutPrefecture(const PostalArea &area) { return area.city; }
+
+QString withoutCounty(const PostalArea &area)
+{
+    const bool isVillage = area.city.endsWith(u'町') || area.city.endsWith(u'村');
+    return area.prefecture + (isVillage ? area.city.section(u'郡', -1) : area.city);
+}
+
+const QList<Writing> writings = {
+    {whole, u"", u"3-12-5"},
+    {whole, u"", u"３丁目１２番地５"},
+    {withoutPrefecture, u"", u"3-12-5"},
+    {withoutPrefecture, u"", u"１－２０　本町ビル３Ｆ"},
+    {whole, u"大字", u"１２３番地"},
+    {withoutCounty, u"", u"１２３"},
+};
+
+constexpr qsizetype samplesOfPrefecture = 18;
+
+} // namespace
+
+// The silent lookup on the files made of the real list.
+class TestPostalNational : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void everyPrefecture();
+    void hardOnes_data();
+    void hardOnes();
+    void areasOfACode();
+
+private:
+    QTemporaryDir m_dir;
+    PostalSource m_source;
+    PostalData m_data;
+};
+
+void TestPostalNational::initTestCase()
+{
+    auto source = readPostalDictionaries(QStringLiteral(POSTAL_DICTIONARIES), base::unwatched);
+    QVERIFY2(source, qUtf8Printable(source ? QString() : source.error().text));
+    m_source = std::move(*source);
+    QVERIFY(m_source.areas.size() > 120000 && m_source.offices.size() > 20000);
+    QCOMPARE(m_source.refused.count(), 0);
+    QCOMPARE(m_source.prefectureCount(), 47);
+    QVERIFY(writePostalData(m_source, m_dir.path(), base::unwatched));
+    const auto index = loadPostalIndex(m_dir.filePath(u"ZIPID1.txt"_s));
+    QVERIFY2(index, qUtf8Printable(index ? QString() : index.error().text));
+    m_data = {m_dir.path(), std::make_shared<const PostalIndex>(*index)};
+}
+
+// Areas from all over each prefecture, written in turn in each of the ways. An area whose writing has several
+// codes in the list is left out: the list does not determine it.
+void TestPostalNational::everyPrefecture()
+{
+    QMap<QString, QList<const PostalArea *>> byPrefecture;
+    QHash<QString, QString> codes; // empty: several
+    for (const PostalArea &area : m_source.areas) {
+        byPrefecture[area.prefecture] += &area;
+        for (const auto place : {whole, withoutPrefecture, withoutCounty}) {
+            QString &code = codes[place(area) + area.town];
+            code = code.isNull() || code == area.code ? area.code : u""_s;
+        }
+    }
+    int asked = 0;
+    QStringList missed;
+    for (const QList<const PostalArea *> &areas : std::as_const(byPrefecture)) {
+        for (qsizetype sample = 0; sample < samplesOfPrefecture; ++sample) {
+            const PostalArea &area = *areas[sample * areas.size() / samplesOfPrefecture];
+            const Writing &writing = writings[sample % writings.size()];
+            const QString place = writing.place(area);
+            if (codes[place + area.town].isEmpty())
+                continue;
+            const QString address = place +
+                                    (area.town.isEmpty() ? QString() : QString::fromUtf16(writing.before)) +
+                                    area.town + QString::fromUtf16(writing.after);
+            const QString code = postalCodeOf(m_data, address);
+            ++asked;
+            if (code != withHyphen(area.code))
+                missed += address + u" is "_s + area.code + u", not "_s + code;
+        }
+    }
+    qInfo("%d addresses, %d missed", asked, int(missed.size()));
+    QVERIFY(asked > 750);
+    QVERIFY2(missed.size() * 1000 <= asked, qUtf8Printable(missed.join(u'\n')));
+}
+
+void TestPostalNational::hardOnes_data()
+{
+    QTest::addColumn<QString>("code");
+    const auto row = [](const char16_t *address, const char16_t *code) {
+        QTest::newRow(qUtf8Printable(QString::fromUtf16(address))) << QString::fromUtf16(code);
+    };
+    // Spellings
+    row(u"東京都千代田区霞ヶ関１－２－１", u"100-0013");
+    row(u"千代田区霞ケ関1-2-1", u"100-0013");
+    row(u"東京都千代田区丸ノ内2-1-1", u"100-0005");
+    row(u"東京都港区虎の門1-1", u"105-0001");
+    row(u"茨城県竜ヶ崎市3710", u"301-0000");
+    row(u"神奈川県茅ケ崎市幸町1-1", u"253-0052");
+    row(u"北海道札幌市北区北10条西3丁目", u"001-0010");
+    row(u"札幌市北区北１０条西３丁目", u"001-0010");
+    row(u"ニセコ町字富士見47", u"048-1501");
+    row(u"北海道虻田郡ニセコ町大字富士見47", u"048-1501");
+    // Cities whose names hold others, or that towns hold
+    row(u"滋賀県草津市草津1", u"525-0034");
+    row(u"草津市草津1", u"525-0034");
+    row(u"津市中央1-1", u"514-0032");
+    row(u"上尾市原市1-1", u"362-0021");
+    row(u"橿原市太田市町1", u"634-0001");
+    row(u"四日市市諏訪町1-5", u"510-0085");
+    row(u"廿日市市下平良1-11-1", u"738-0023");
+    row(u"東村山市本町1-2-3", u"189-0014");
+    row(u"大和郡山市北郡山町248-4", u"639-1160");
+    // Names that several places share
+    row(u"府中市宮西町2-24", u"183-0022");
+    row(u"府中市府川町315", u"726-0004");
+    row(u"中央区銀座4-5-11", u"104-0061");
+    row(u"中央区北一条西2", u"060-0001");
+    row(u"新宿区市谷薬王寺町1", u"162-0063");
+    row(u"中央区明石町1", u"");
+    row(u"北区1-1", u"");
+    row(u"富士見町3-5", u"");
+    // Parts left out
+    row(u"神奈川県横浜市青葉台2-1", u"227-0062");
+    row(u"長野県富士見町立沢10777", u"399-0212");
+    row(u"栄区長沼町1", u"244-0841");
+    row(u"音更町雄飛が丘南区1", u"080-0333");
+    row(u"西海市大島町塩田1", u"857-2424");
+    row(u"東京都利島村1番地", u"100-0301");
+    // Kyoto's crossings
+    row(u"京都市中京区寺町通御池上る上本能寺前町488", u"604-0925");
+    row(u"京都府京都市中京区寺町通御池上ル上本能寺前町488", u"604-0925");
+    // The most specific one, and a name that fills the record
+    row(u"秋田県横手市十文字町西原2番町1", u"019-0502");
+    row(u"東京都千代田区丸の内パシフィックセンチュリープレイス丸の内１７階", u"100-6217");
+    row(u"福岡県", u"");
+}
+
+void TestPostalNational::hardOnes()
+{
+    QTEST(postalCodeOf(m_data, QString::fromUtf8(QTest::currentDataTag())), "code");
+}
+
+// Each area once, in its official writing.
+void TestPostalNational::areasOfACode()
+{
+    const auto addresses = addressesOf(m_data, u"301-0000"_s);
+    QVERIFY(addresses);
+    QCOMPARE(*addresses, QStringList{u"茨城県龍ケ崎市"_s});
+    QCOMPARE(*addressesOf(m_data, u"227-0062"_s), QStringList{u"神奈川県横浜市青葉区青葉台"_s});
+}
+
+QTEST_GUILESS_MAIN(TestPostalNational)
+#include "tst_postal_national.moc"

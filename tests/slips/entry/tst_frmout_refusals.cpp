@@ -1,0 +1,311 @@
+// What the sales screen refuses, asks about and cannot do.
+#include "slips/entry/sales_desk.h"
+#include "support/scripted_test.h"
+#include "ui/prompts.h"
+
+#include <QDateEdit>
+#include <QLabel>
+#include <QTableView>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString typedLineQuestion = u"入力途中の明細は、まだ伝票に入っていません。入れずに進みますか。"_s;
+
+} // namespace
+
+class TestFrmOutRefusals : public ScriptedTest
+{
+    Q_OBJECT
+
+private slots:
+    void headerNeedsCustomerAndEmployee();
+    void earlyDateIsRefusedNotAltered();
+    void lineNeedsProductQuantityAndPrice();
+    void impossibleNumbersAreRefused_data();
+    void impossibleNumbersAreRefused();
+    void manualNumbers();
+    void leavingTheNumberChecksIt();
+    void typedLineIsNotDroppedUnasked();
+    void slipDeletedElsewhereIsLeft_data();
+    void slipDeletedElsewhereIsLeft();
+    void linesOfOthersCount();
+    void closingAsksForTheTaxLine_data();
+    void closingAsksForTheTaxLine();
+    void refusedWritesLeaveTheScreenAsItWas();
+};
+
+void TestFrmOutRefusals::headerNeedsCustomerAndEmployee()
+{
+    SalesDesk desk;
+    ui::prompts::expectInform(u"納品先が選択されていません。"_s);
+    desk.press("cmdMasterUpdate");
+    desk.shop.workspace.panel.employeeId = 0;
+    desk.choose(0);
+    ui::prompts::expectInform(u"担当者が選択されていません。"_s);
+    desk.press("cmdMasterUpdate");
+    desk.shop.workspace.panel.employeeId = 1;
+    desk.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 5"_s);
+    ui::prompts::expectInform(
+        u"選択した納品先は削除されているため、伝票を保存できませんでした。納品先を検索し直してください。"_s);
+    desk.press("cmdMasterUpdate");
+    QVERIFY(desk.hasFocus("txtKey1"));
+    QCOMPARE(desk.usable(), headerOnly);
+    QCOMPARE(desk.headers(), 0);
+}
+
+// A box that takes no year 1899 would keep its own year beside the day that was typed.
+void TestFrmOutRefusals::earlyDateIsRefusedNotAltered()
+{
+    SalesDesk desk;
+    desk.choose(0);
+    auto &date = *desk.get<QDateEdit>("DTPicker1");
+    date.setFocus();
+    date.setSelectedSection(QDateTimeEdit::YearSection);
+    QTest::keyClicks(&date, u"18991231"_s);
+    ui::prompts::expectInform(
+        u"日付が正しくないため、伝票を保存できませんでした。日付を入力し直してください。"_s);
+    desk.press("cmdMasterUpdate");
+    QCOMPARE(date.date(), QDate(1899, 12, 31));
+    QVERIFY(date.hasFocus());
+    QCOMPARE(desk.headers(), 0);
+}
+
+void TestFrmOutRefusals::lineNeedsProductQuantityAndPrice()
+{
+    SalesDesk desk;
+    desk.open(0);
+    ui::prompts::expectInform(u"商品が選択されていません。"_s);
+    desk.line(u"1"_s, u"1"_s, {});
+    QVERIFY(desk.hasFocus("dbcShohin"));
+    ui::prompts::expectInform(u"数量が入力されていません。"_s);
+    desk.line({}, u"1"_s);
+    QVERIFY(desk.hasFocus("txtCnt"));
+    ui::prompts::expectAsk(u"単価が入力されていません。よろしいですか。"_s, false);
+    desk.line(u"2"_s, {});
+    QVERIFY(desk.hasFocus("txtTanka"));
+    QCOMPARE(desk.lines(), QStringList());
+    QCOMPARE(desk.usable(), saved);
+    ui::prompts::expectAsk(u"単価が入力されていません。よろしいですか。"_s, true);
+    desk.line(u"2"_s, {});
+    QCOMPARE(desk.lines(), QStringList{u"1|ふじりんご|2|0|0"_s});
+    QCOMPARE(desk.usable(), withLines);
+    desk.press("cmdNext");
+    QCOMPARE(desk.lines().size(), 1); // no tax on nothing
+}
+
+void TestFrmOutRefusals::impossibleNumbersAreRefused_data()
+{
+    QTest::addColumn<QString>("quantity");
+    QTest::addColumn<QString>("price");
+    QTest::addColumn<QString>("sentence");
+    QTest::addColumn<QString>("focus");
+    const QString number = u"には数字を入力してください。"_s;
+    const QString great =
+        u"金額が大きすぎるため、計算できません。９０００億円以内になるように入力してください。"_s;
+    QTest::newRow("letters") << u"abc"_s << u"1"_s << u"数量"_s + number << u"txtCnt"_s;
+    QTest::newRow("sign alone") << u"-"_s << u"1"_s << u"数量"_s + number << u"txtCnt"_s;
+    QTest::newRow("price") << u"1"_s << u"十円"_s << u"単価"_s + number << u"txtTanka"_s;
+    QTest::newRow("exponent") << u"1e400"_s << u"1"_s << u"数量"_s + number << u"txtCnt"_s;
+    QTest::newRow("great") << u"999999999"_s << u"999999999"_s << great << u"txtCnt"_s;
+}
+
+void TestFrmOutRefusals::impossibleNumbersAreRefused()
+{
+    QFETCH(QString, quantity);
+    QFETCH(QString, price);
+    QFETCH(QString, sentence);
+    QFETCH(QString, focus);
+    SalesDesk desk;
+    desk.open(0);
+    ui::prompts::expectInform(sentence);
+    desk.line(quantity, price);
+    QVERIFY(desk.hasFocus(qPrintable(focus)));
+    QCOMPARE(desk.lines(), QStringList());
+    QCOMPARE(desk.usable(), saved);
+}
+
+void TestFrmOutRefusals::manualNumbers()
+{
+    SalesDesk desk(false);
+    QCOMPARE(desk.text("txtDenNo"), QString());
+    QVERIFY(!desk.box("txtDenNo")->isReadOnly());
+    const auto save = [&](const QString &number) {
+        desk.choose(0);
+        QVERIFY(desk.hasFocus("txtDenNo"));
+        desk.box("txtDenNo")->setText(number);
+        desk.press("cmdMasterUpdate");
+    };
+    ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
+    save(u"O1"_s);
+    QVERIFY(desk.hasFocus("txtDenNo"));
+    save(u"I1"_s);
+    QCOMPARE(desk.usable(), saved);
+    desk.line(u"1"_s, u"1"_s);
+    desk.press("cmdNext");
+    QCOMPARE(desk.text("txtDenNo"), QString());
+    ui::prompts::expectInform(u"伝票番号が重複しています。"_s);
+    save(u"I1"_s);
+    QVERIFY(desk.hasFocus("txtDenNo"));
+    QCOMPARE(desk.shop.rows(u"SELECT 伝票番号 FROM 入出庫マスター"_s), QStringList{u"I1"_s});
+}
+
+void TestFrmOutRefusals::leavingTheNumberChecksIt()
+{
+    SalesDesk desk(false);
+    desk.shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (1, 'I1')"_s);
+    auto *number = desk.box("txtDenNo");
+    const auto leaveWith = [&](const QString &text) {
+        number->setFocus();
+        number->setText(text);
+        QTest::keyClick(number, Qt::Key_Return);
+        QTest::qWait(20);
+        return desk.hasFocus("txtDenNo");
+    };
+    ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
+    QVERIFY(leaveWith(u"O1"_s));
+    ui::prompts::expectInform(u"伝票番号が重複しています。"_s);
+    QVERIFY(leaveWith(u"I1"_s));
+    QVERIFY(!leaveWith(u"I2"_s));
+}
+
+void TestFrmOutRefusals::typedLineIsNotDroppedUnasked()
+{
+    SalesDesk desk;
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.box("txtCnt")->setText(u"3"_s);
+    for (const char *button : {"cmdNext", "Command3"}) {
+        ui::prompts::expectAsk(typedLineQuestion, false);
+        desk.press(button);
+        QCOMPARE(desk.usable(), withLines);
+        QCOMPARE(desk.box("txtCnt")->text(), u"3"_s);
+    }
+    ui::prompts::expectAsk(typedLineQuestion, false);
+    desk.screen->close();
+    QVERIFY(desk.screen->isVisible());
+    ui::prompts::expectAsk(typedLineQuestion, true);
+    desk.press("cmdNext");
+    QCOMPARE(desk.usable(), headerOnly);
+    QCOMPARE(desk.lines().size(), 2); // with the tax
+}
+
+void TestFrmOutRefusals::slipDeletedElsewhereIsLeft_data()
+{
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<QString>("refusal");
+    const QString deleted = u"この伝票はほかのプログラムで削除されたため、"_s;
+    QTest::newRow("next line") << QByteArray("cmdSubAdd") << deleted + u"明細を保存できませんでした。"_s;
+    QTest::newRow("line taken back") << QByteArray("cmdSubCancel")
+                                     << deleted + u"明細を取り消せませんでした。"_s;
+    QTest::newRow("closing") << QByteArray("cmdNext") << deleted + u"閉じることができませんでした。"_s;
+}
+
+void TestFrmOutRefusals::slipDeletedElsewhereIsLeft()
+{
+    QFETCH(QByteArray, button);
+    QFETCH(QString, refusal);
+    SalesDesk desk;
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.shop.run(u"DELETE FROM 入出庫サブ"_s);
+    desk.shop.run(u"DELETE FROM 入出庫マスター"_s);
+    desk.get<QComboBox>("dbcShohin")->setEditText(u"ふじりんご"_s);
+    desk.box("txtCnt")->setText(u"1"_s);
+    desk.box("txtTanka")->setText(u"1000"_s);
+    if (button == "cmdNext")
+        ui::prompts::expectAsk(typedLineQuestion, true);
+    ui::prompts::expectInform(refusal);
+    desk.press(button.constData());
+    QCOMPARE(desk.lines(), QStringList());
+    QCOMPARE(desk.usable(), headerOnly);
+    QVERIFY(desk.hasFocus("txtKey1"));
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    QCOMPARE(desk.lines().size(), 1);
+}
+
+void TestFrmOutRefusals::linesOfOthersCount()
+{
+    SalesDesk desk;
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (1, 'みかん', 500)"_s);
+    desk.press("cmdNext");
+    QCOMPARE(desk.lines().last(), u"1|消費税|-|-|75"_s);
+    QCOMPARE(desk.get<QLabel>("lblMessage")->text(),
+             u"伝票 O1 を保存しました。　合計 1,500 円　消費税 75 円"_s);
+}
+
+void TestFrmOutRefusals::closingAsksForTheTaxLine_data()
+{
+    QTest::addColumn<int>("taxClass");
+    QTest::addColumn<bool>("withLine");
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<int>("lines");
+    QTest::newRow("nothing entered: no question") << 0 << false << false << 0;
+    QTest::newRow("all taken back: no question") << 3 << true << false << 0;
+    QTest::newRow("tax added") << 0 << true << true << 2;
+    QTest::newRow("left as it is") << 0 << true << false << 1;
+    QTest::newRow("taxed on the bill: no question") << 1 << true << false << 1;
+    QTest::newRow("tax included: no question") << 2 << true << false << 1;
+}
+
+void TestFrmOutRefusals::closingAsksForTheTaxLine()
+{
+    QFETCH(int, taxClass);
+    QFETCH(bool, withLine);
+    QFETCH(bool, yes);
+    QFETCH(int, lines);
+    SalesDesk desk;
+    desk.open(taxClass);
+    if (withLine)
+        desk.line(u"1"_s, u"1000"_s);
+    if (taxClass == 3)
+        desk.press("cmdSubCancel");
+    if (withLine && taxClass == 0) {
+        ui::prompts::expectAsk(
+            u"表示中の伝票には、まだ消費税が計上されていません。計上してから終了しますか。"_s, yes);
+    }
+    QVERIFY(desk.screen->close());
+    QCOMPARE(desk.headers(), 1);
+    QCOMPARE(desk.lines().size(), lines);
+}
+
+void TestFrmOutRefusals::refusedWritesLeaveTheScreenAsItWas()
+{
+    SalesDesk desk;
+    const auto refused = [&](const char *button) {
+        desk.shop.run(u"PRAGMA query_only = ON"_s);
+        ui::prompts::expectInform({});
+        desk.press(button);
+        desk.shop.run(u"PRAGMA query_only = OFF"_s);
+    };
+    desk.choose(0);
+    refused("cmdMasterUpdate");
+    QCOMPARE(desk.usable(), headerOnly);
+    QCOMPARE(desk.headers(), 0);
+    desk.press("cmdMasterUpdate");
+
+    desk.get<QComboBox>("dbcShohin")->setEditText(u"ふじりんご"_s);
+    desk.box("txtCnt")->setText(u"1"_s);
+    desk.box("txtTanka")->setText(u"1000"_s);
+    refused("cmdSubAdd");
+    QCOMPARE(desk.usable(), saved);
+    QCOMPARE(desk.text("txtTanka"), u"1000"_s);
+    QCOMPARE(desk.get<QTableView>("dgdSub")->model()->rowCount(), 0);
+    desk.press("cmdSubAdd");
+
+    refused("cmdSubCancel");
+    QCOMPARE(desk.text("txtTotal"), u"1,000"_s);
+    refused("cmdNext");
+    QCOMPARE(desk.usable(), withLines);
+    QCOMPARE(desk.lines().size(), 1);
+    desk.press("cmdNext");
+    QCOMPARE(desk.lines().size(), 2);
+}
+
+QTEST_MAIN(TestFrmOutRefusals)
+#include "tst_frmout_refusals.moc"
