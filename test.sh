@@ -1,14 +1,15 @@
 #!/bin/bash
 # Installs what is missing, builds, and runs the tests.
-# --sanitize as the first argument: with the address and undefined-behaviour sanitizers.
+# --dev as the first argument: warnings are errors; --sanitize: that, with the address and undefined-behaviour
+# sanitizers.
 # Further arguments go to ctest, e.g. ./test.sh -R slip_store
 . "$(dirname "$0")/cmake/setup.sh"
 
 preset=release folder=build
-if [ "${1:-}" = --sanitize ]; then
-    preset=sanitize folder=build-sanitize
-    shift
-fi
+case "${1:-}" in
+    --dev) preset=dev folder=build-dev && shift ;;
+    --sanitize) preset=sanitize folder=build-sanitize && shift ;;
+esac
 
 install_packages
 build "$preset" "$folder"

@@ -26,12 +26,23 @@ if(MOLD)
 endif()
 
 option(KANBALORE_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(KANBALORE_WERROR "Turn warnings into errors: for those who work on the program, not for those who build it" OFF)
+
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 macro(kanbalore_options)
     add_library(kanbalore_options INTERFACE)
     target_compile_definitions(kanbalore_options INTERFACE
-        QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH)
-    target_compile_options(kanbalore_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH)
+    target_compile_options(kanbalore_options INTERFACE
+        -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wold-style-cast
+        $<$<BOOL:${KANBALORE_WERROR}>:-Werror>)
+    # Hardened: files from outside are read here.
+    target_compile_options(kanbalore_options INTERFACE -fstack-protector-strong
+        $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+    target_link_options(kanbalore_options INTERFACE -Wl,-z,relro,-z,now)
     if(CCACHE)
         target_compile_options(kanbalore_options INTERFACE -fpch-preprocess)
     endif()

@@ -3,10 +3,10 @@
 namespace workspace
 {
 
-Workspace::Workspace(db::Connection &connection, Settings &settings, const QString &applicationFolder,
+Workspace::Workspace(db::Connection &theConnection, Settings &theSettings, const QString &applicationFolder,
                      Clock clock)
-    : connection(connection)
-    , settings(settings)
+    : connection(theConnection)
+    , settings(theSettings)
     , m_applicationFolder(applicationFolder)
     , m_clock(clock ? std::move(clock) : [] { return QDateTime::currentDateTime(); })
 {}

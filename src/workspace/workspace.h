@@ -57,7 +57,7 @@ public:
     using Clock = std::function<QDateTime()>;
 
     /// \a clock: the current local time; the system's own when empty.
-    Workspace(db::Connection &connection, Settings &settings, const QString &applicationFolder,
+    Workspace(db::Connection &theConnection, Settings &theSettings, const QString &applicationFolder,
               Clock clock = {});
 
     db::Connection &connection;

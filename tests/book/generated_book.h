@@ -78,7 +78,7 @@ private:
         m_shop.run(
             QStringLiteral("INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) "
                            "VALUES (?, ?, ?, ?, 1, 10)"),
-            {id, date.toString(Qt::ISODate), QChar(kind) + infix + QString::number(id), counterpart});
+            {id, date.toString(Qt::ISODate), QLatin1Char(kind) + infix + QString::number(id), counterpart});
         const int lines = upTo(5) - 1; // some have none
         if (QByteArray("OIMT").contains(kind))
             writeGoods(id, lines, QByteArray("OI").contains(kind) && counterpart % 3 != 1);

@@ -102,7 +102,7 @@ private slots:
 
     void showsOneCustomerForAnotherScreen()
     {
-        Register r(Register::Customers, [](Register &r) { r.screen.openCustomer(2); });
+        Register r(Register::Customers, [](Register &opened) { opened.screen.openCustomer(2); });
         QCOMPARE(r.listed(), u"2"_s);
         QCOMPARE(r.box("txtName").text(), u"鈴木花子"_s);
         QVERIFY(!r.screen.savedCustomer());
@@ -110,7 +110,7 @@ private slots:
 
     void startsNewForAnotherScreen()
     {
-        Register r(Register::Customers, [](Register &r) { r.screen.startNew(); });
+        Register r(Register::Customers, [](Register &opened) { opened.screen.startNew(); });
         QTRY_COMPARE(r.enabled(), entry);
         QCOMPARE(r.box("txtID").text(), u"4"_s);
         QTRY_VERIFY(r.box("txtName").hasFocus());
@@ -171,8 +171,8 @@ private slots:
 
     void nothingGoesWithoutCategories()
     {
-        Register r(Register::NoCategories, [](Register &r) {
-            r.shop.run(
+        Register r(Register::NoCategories, [](Register &opened) {
+            opened.shop.run(
                 u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー) VALUES (1, '山田', '山田')"_s);
         });
         ui::prompts::expectInform(ui::messages::noCategories());
@@ -361,11 +361,11 @@ private slots:
 
     void theAddressBringsItsPostalCode()
     {
-        Register r(Register::Customers, [](Register &r) {
+        Register r(Register::Customers, [](Register &opened) {
             PostalFiles::writeAreas(
-                r.shop.folder.path(),
+                opened.shop.folder.path(),
                 {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
-            r.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+            opened.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
         });
         r.type("txtAddress", u"長野県長野市南千歳1"_s);
         r.leave("txtAddress");

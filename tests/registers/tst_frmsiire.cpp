@@ -73,11 +73,11 @@ private slots:
     // Unlike a customer's, a supplier's code is looked up by the button alone.
     void theButtonBringsThePostalCode()
     {
-        Register r([](Register &r) {
+        Register r([](Register &opened) {
             PostalFiles::writeAreas(
-                r.shop.folder.path(),
+                opened.shop.folder.path(),
                 {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
-            r.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+            opened.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
         });
         r.type("txtAddress1", u"長野県長野市南千歳1"_s);
         r.leave("txtAddress1");
@@ -153,10 +153,10 @@ private slots:
 
     void opensForAnotherScreen()
     {
-        Register one([](Register &r) { r.screen.openSupplier(5); });
+        Register one([](Register &opened) { opened.screen.openSupplier(5); });
         QCOMPARE(one.listed(), u"5"_s);
         QCOMPARE(one.box("txtName1").text(), u"大阪問屋"_s);
-        Register fresh([](Register &r) { r.screen.startNew(); });
+        Register fresh([](Register &opened) { opened.screen.startNew(); });
         QTRY_COMPARE(fresh.enabled(), entry);
         QCOMPARE(fresh.box("txtID").text(), u"6"_s);
     }
@@ -216,7 +216,7 @@ private slots:
 
     void tabGoesInReadingOrder()
     {
-        Register r([](Register &r) { r.shop.run(u"UPDATE 仕入先 SET コード = NULL"_s); });
+        Register r([](Register &opened) { opened.shop.run(u"UPDATE 仕入先 SET コード = NULL"_s); });
         r.grid().setFocus();
         QStringList order;
         do {

@@ -57,8 +57,8 @@ bool isDark(const QPalette &palette)
 // What the desktop asked for, before the program's own palette is set.
 bool desktopIsDark()
 {
-    static const bool dark = isDark(QGuiApplication::palette());
-    return dark;
+    static const bool asked = isDark(QGuiApplication::palette());
+    return asked;
 }
 
 // The toolkit's file dialog looks for its kinds of file ("Folder", "Drive") where its translation no longer

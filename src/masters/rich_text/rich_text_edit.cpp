@@ -109,12 +109,12 @@ std::optional<Attachment> RichTextEdit::attachmentAt(QTextCursor cursor) const
 QMimeData *RichTextEdit::createMimeDataFromSelection() const
 {
     const std::unique_ptr<RichTextDocument> part = m_document->part(textCursor());
-    auto *data = new QMimeData;
-    data->setText(part->toPlainText().remove(QChar::ObjectReplacementCharacter));
+    auto *copied = new QMimeData;
+    copied->setText(part->toPlainText().remove(QChar::ObjectReplacementCharacter));
     if (const auto rtf = writeRtf(*part))
         for (const QString &type : rtfMimeTypes())
-            data->setData(type, *rtf);
-    return data;
+            copied->setData(type, *rtf);
+    return copied;
 }
 
 bool RichTextEdit::canInsertFromMimeData(const QMimeData *source) const

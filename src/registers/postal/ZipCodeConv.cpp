@@ -109,15 +109,15 @@ void ZipCodeConv::search()
 
 base::Result<PostalFinds> ZipCodeConv::find(const QString &text)
 {
-    const PostalData data{workspace().applicationFolder(), workspace().kept<PostalIndex>()};
+    const PostalData postal{workspace().applicationFolder(), workspace().kept<PostalIndex>()};
     const base::Progress progress = [this](qint64, qint64) { return goOn(); };
     m_sinceLook.invalidate();
     if (m_ui->Check1->isChecked()) {
         m_ui->StatusBar1->showMessage(u"　検索中です。"_s);
-        return searchOffices(data, text, progress);
+        return searchOffices(postal, text, progress);
     }
     m_ui->StatusBar1->showMessage(u"　検索中です。しばらくお待ちください。"_s);
-    return searchAreas(data, text, progress);
+    return searchAreas(postal, text, progress);
 }
 
 // Between two records: the window stays alive, and the stop button works.

@@ -16,10 +16,10 @@ using namespace Qt::StringLiterals;
 namespace slips
 {
 
-DialogMitsumori::DialogMitsumori(workspace::Workspace &workspace, EstimateData data, QWidget *parent)
+DialogMitsumori::DialogMitsumori(workspace::Workspace &workspace, EstimateData estimate, QWidget *parent)
     : ui::Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::DialogMitsumori>())
-    , m_data(std::move(data))
+    , m_data(std::move(estimate))
 {
     m_ui->setupUi(this);
     showData();
@@ -85,17 +85,17 @@ void DialogMitsumori::chooseFont()
 
 EstimateData DialogMitsumori::entered() const
 {
-    EstimateData data = m_data;
-    data.slip.name1 = m_ui->txtNouhinsaki1->text();
-    data.slip.name2 = m_ui->txtNouhinsaki2->text();
+    EstimateData estimate = m_data;
+    estimate.slip.name1 = m_ui->txtNouhinsaki1->text();
+    estimate.slip.name2 = m_ui->txtNouhinsaki2->text();
     if (m_ui->Check1->isChecked())
-        data.terms.validUntil = m_ui->DTPicker1->date();
+        estimate.terms.validUntil = m_ui->DTPicker1->date();
     if (m_ui->Check2->isChecked())
-        data.terms.deliveryDate = m_ui->DTPicker2->date();
-    data.terms.payment = m_ui->Text1->text();
-    data.terms.place = m_ui->Text2->text();
-    data.terms.remarks = m_ui->txtMemo->toPlainText();
-    return data;
+        estimate.terms.deliveryDate = m_ui->DTPicker2->date();
+    estimate.terms.payment = m_ui->Text1->text();
+    estimate.terms.place = m_ui->Text2->text();
+    estimate.terms.remarks = m_ui->txtMemo->toPlainText();
+    return estimate;
 }
 
 void DialogMitsumori::preview()

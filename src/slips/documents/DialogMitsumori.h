@@ -20,7 +20,7 @@ class DialogMitsumori : public ui::Screen
     Q_OBJECT
 
 public:
-    DialogMitsumori(workspace::Workspace &workspace, EstimateData data, QWidget *parent = nullptr);
+    DialogMitsumori(workspace::Workspace &workspace, EstimateData estimate, QWidget *parent = nullptr);
     ~DialogMitsumori() override;
 
 private:

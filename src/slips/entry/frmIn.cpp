@@ -45,7 +45,7 @@ SupplierGoodsScreen::SupplierGoodsScreen(workspace::Workspace &workspace, QWidge
     if (goods == SupplierGoods::Stocktake)
         showAsStocktake();
     setUpSlip();
-    setCounterpartEditor([&workspace](QWidget *parent) { return enterNewSupplier(workspace, parent); });
+    setCounterpartEditor([&workspace](QWidget *window) { return enterNewSupplier(workspace, window); });
 }
 
 void SupplierGoodsScreen::showAsStocktake()

@@ -28,7 +28,7 @@ frmMitsumori::frmMitsumori(workspace::Workspace &workspace, QWidget *parent)
     m_ui->setupUi(this);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmMitsumori::print);
     setUpSlip();
-    setCounterpartEditor([&workspace](QWidget *parent) { return enterNewCustomer(workspace, parent); });
+    setCounterpartEditor([&workspace](QWidget *window) { return enterNewCustomer(workspace, window); });
 }
 
 frmMitsumori::~frmMitsumori() = default;

@@ -26,7 +26,7 @@ frmOut::frmOut(workspace::Workspace &workspace, QWidget *parent)
     m_ui->setupUi(this);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmOut::print);
     setUpSlip();
-    setCounterpartEditor([&workspace](QWidget *parent) { return enterNewCustomer(workspace, parent); });
+    setCounterpartEditor([&workspace](QWidget *window) { return enterNewCustomer(workspace, window); });
     // The transfer form is not printed yet.
     m_ui->Check3->setEnabled(false);
 }

@@ -36,7 +36,7 @@ MoneySlipScreen::MoneySlipScreen(workspace::Workspace &workspace, QWidget *paren
     setUpSlip();
     const auto editor =
         description.slip.kind.party == book::Party::Customer ? enterNewCustomer : enterNewSupplier;
-    setCounterpartEditor([&workspace, editor](QWidget *parent) { return editor(workspace, parent); });
+    setCounterpartEditor([&workspace, editor](QWidget *window) { return editor(workspace, window); });
 }
 
 MoneySlipScreen::~MoneySlipScreen() = default;

@@ -54,9 +54,9 @@ MoneySlipDescription descriptionOf(MoneySlip slip)
                 .means = meansOfPayment(),
                 .meansLabel = u"入金方法"};
     case MoneySlip::Payment: {
-        SlipDescription slip = ofSupplier(book::payment);
-        slip.fields.push_back({u"txtTaxK", u"消費税区分"});
-        return {.slip = slip,
+        SlipDescription payment = ofSupplier(book::payment);
+        payment.fields.push_back({u"txtTaxK", u"消費税区分"});
+        return {.slip = payment,
                 .screen = u"frmInPay",
                 .title = u"支払伝票",
                 .party = u"仕入先",

@@ -79,13 +79,12 @@ private:
     void slip(int id, const QString &date, const QString &number, const QVariant &counterpart,
               const QVariantList &line, const QVariant &tax = {})
     {
-        FreshShop &shop = this->shop;
-        shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (?, ?, ?, ?)"_s,
-                 {id, date, number, counterpart});
-        shop.run(u"INSERT INTO 入出庫サブ (商品名, 数量, 単価, 金額, ID) VALUES (?, ?, ?, ?, ?)"_s,
-                 line + QVariantList{id});
+        this->shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (?, ?, ?, ?)"_s,
+                       {id, date, number, counterpart});
+        this->shop.run(u"INSERT INTO 入出庫サブ (商品名, 数量, 単価, 金額, ID) VALUES (?, ?, ?, ?, ?)"_s,
+                       line + QVariantList{id});
         if (!tax.isNull())
-            shop.run(u"INSERT INTO 入出庫サブ (商品名, 金額, ID) VALUES ('消費税', ?, ?)"_s, {tax, id});
+            this->shop.run(u"INSERT INTO 入出庫サブ (商品名, 金額, ID) VALUES ('消費税', ?, ?)"_s, {tax, id});
     }
 };
 

@@ -164,10 +164,10 @@ void TestPurchaseList::orderIdleAndDeletedSuppliers()
     writeSlip(shop, 5, u"I 2026-04-01 1600"_s, 2);
     writeSlip(shop, 6, u"I 2026-04-01 3200"_s, QVariant());
     const auto names = [&](bool withIdle) {
-        QStringList names;
+        QStringList listed;
         for (const auto &supplier : listOf(shop, april, withIdle).suppliers)
-            names << supplier.name();
-        return names.join(u'/');
+            listed << supplier.name();
+        return listed.join(u'/');
     };
     QCOMPARE(names(false), u"仕入先2/仕入先3/仕入先1/(削除済み) ID 99/(相手先なし)"_s);
     QCOMPARE(names(true), u"仕入先2/仕入先3/仕入先1/仕入先4/(削除済み) ID 99/(相手先なし)"_s);
