@@ -19,6 +19,11 @@ struct Error
 /// What long work returns when it was told to stop, after it left everything as it was.
 inline Error cancelled() { return {QStringLiteral("中止しました。"), true}; }
 
+template <class T>
+class Result;
+
+using Status = Result<void>;
+
 /// A value, or the error that kept it from coming about.
 template <class T>
 class [[nodiscard]] Result
@@ -37,6 +42,8 @@ public:
     const T *operator->() const { return &std::get<T>(m_content); }
     T *operator->() { return &std::get<T>(m_content); }
     [[nodiscard]] const Error &error() const { return std::get<Error>(m_content); }
+    /// Whether it came about, without the value.
+    [[nodiscard]] Status status() const;
 
 private:
     std::variant<T, Error> m_content;
@@ -55,12 +62,17 @@ public:
 
     explicit operator bool() const { return !m_failed; }
     [[nodiscard]] const Error &error() const { return m_error; }
+    [[nodiscard]] const Result &status() const { return *this; }
 
 private:
     Error m_error;
     bool m_failed = false;
 };
 
-using Status = Result<void>;
+template <class T>
+Status Result<T>::status() const
+{
+    return *this ? Status() : Status(error());
+}
 
 } // namespace base

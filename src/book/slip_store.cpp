@@ -52,7 +52,7 @@ base::Status stampCustomer(db::Connection &connection, qint64 customer, const QD
 {
     const auto stamped =
         connection.execute(u"UPDATE 納品先 SET 更新日 = ? WHERE 納品先ID = ?"_s, {stored(day), customer});
-    return stamped ? base::Status() : stamped.error();
+    return stamped.status();
 }
 
 base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
@@ -60,7 +60,7 @@ base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const
     const auto inserted = connection.execute(
         u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) VALUES (?, ?, ?, ?, ?, ?)"_s,
         {header.id, stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate});
-    return inserted ? base::Status() : inserted.error();
+    return inserted.status();
 }
 
 // One statement, so that no line is ever stored without its header: another program may have deleted that.
@@ -68,18 +68,15 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
                         qint64 id)
 {
     const QString places = QStringList(values.size(), u"?"_s).join(u", "_s);
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun;
-    const auto inserted =
-        connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u") SELECT ID, "_s + places +
-                               u" FROM 入出庫マスター WHERE ID = ?"_s,
-                           values + QVariantList{id});
-    if (!inserted)
-        return inserted.error();
-    if (*inserted == 0)
-        return gone(u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s);
-    return transaction.commit();
+    return db::atomically(connection, [&]() -> base::Status {
+        const auto inserted =
+            connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u") SELECT ID, "_s + places +
+                                   u" FROM 入出庫マスター WHERE ID = ?"_s,
+                               values + QVariantList{id});
+        if (inserted && *inserted == 0)
+            return gone(u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s);
+        return inserted.status();
+    });
 }
 
 // 0 for a slip that has its tax line already.
@@ -101,31 +98,27 @@ base::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &
 {
     if (const base::Status complete = checkHeader(slip); !complete)
         return complete.error();
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-
-    const auto id = db::nextKey(connection, u"入出庫マスター"_s);
-    if (!id)
-        return id.error();
-    if (slip.manualNumber) {
-        if (const auto free = checkManualNumber(connection, *slip.manualNumber, slip.manualLetter); !free)
-            return free.error();
-    }
-    if (const base::Status there = checkCounterpart(connection, slip); !there)
-        return there.error();
-    if (slip.stamp) {
-        if (const auto stamped = stampCustomer(connection, slip.counterpart, *slip.stamp); !stamped)
-            return stamped.error();
-    }
-    const SavedHeader header{
-        *id, slip.manualNumber ? *slip.manualNumber : automaticNumber(slip.kind, slip.infix, *id),
-        slip.counterpart};
-    if (const base::Status inserted = insertHeader(connection, slip, header); !inserted)
-        return inserted.error();
-    if (const base::Status done = transaction.commit(); !done)
-        return done.error();
-    return header;
+    return db::atomically(connection, [&]() -> base::Result<SavedHeader> {
+        const auto id = db::nextKey(connection, u"入出庫マスター"_s);
+        if (!id)
+            return id.error();
+        if (slip.manualNumber) {
+            if (const auto free = checkManualNumber(connection, *slip.manualNumber, slip.manualLetter); !free)
+                return free.error();
+        }
+        if (const base::Status there = checkCounterpart(connection, slip); !there)
+            return there.error();
+        if (slip.stamp) {
+            if (const auto stamped = stampCustomer(connection, slip.counterpart, *slip.stamp); !stamped)
+                return stamped.error();
+        }
+        const SavedHeader header{
+            *id, slip.manualNumber ? *slip.manualNumber : automaticNumber(slip.kind, slip.infix, *id),
+            slip.counterpart};
+        if (const base::Status inserted = insertHeader(connection, slip, header); !inserted)
+            return inserted.error();
+        return header;
+    });
 }
 
 base::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line)
@@ -159,24 +152,20 @@ base::Result<bool> slipExists(db::Connection &connection, qint64 id)
 
 base::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
 {
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    const auto removed = connection.execute(
-        u"DELETE FROM 入出庫サブ WHERE rowid = (SELECT max(rowid) FROM 入出庫サブ WHERE ID = ?)"_s, {id});
-    if (!removed)
-        return removed.error();
-    if (*removed > 0) {
-        if (const base::Status done = transaction.commit(); !done)
-            return done.error();
-        return true;
-    }
-    const auto there = slipExists(connection, id);
-    if (!there)
-        return there.error();
-    if (!*there)
-        return gone(u"この伝票はほかのプログラムで削除されたため、明細を取り消せませんでした。"_s);
-    return false;
+    return db::atomically(connection, [&]() -> base::Result<bool> {
+        const auto removed = connection.execute(
+            u"DELETE FROM 入出庫サブ WHERE rowid = (SELECT max(rowid) FROM 入出庫サブ WHERE ID = ?)"_s, {id});
+        if (!removed)
+            return removed.error();
+        if (*removed > 0)
+            return true;
+        const auto there = slipExists(connection, id);
+        if (!there)
+            return there.error();
+        if (!*there)
+            return gone(u"この伝票はほかのプログラムで削除されたため、明細を取り消せませんでした。"_s);
+        return false;
+    });
 }
 
 base::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader &saved)
@@ -203,30 +192,26 @@ base::Result<double> slipTotal(db::Connection &connection, qint64 id)
 base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
                                    bool inclusive)
 {
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-
-    const auto there = slipExists(connection, id);
-    if (!there)
-        return there.error();
-    if (!*there)
-        return gone(u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
-    const auto total = slipTotal(connection, id);
-    if (!total)
-        return total.error();
-    if (!taxIsAdded(taxClass, inclusive))
-        return ClosedSlip{*total, 0};
-    const auto tax = taxStillDue(connection, id, *total, taxRate);
-    if (!tax)
-        return tax.error();
-    if (*tax == 0)
-        return ClosedSlip{*total, 0};
-    if (const base::Status added = addTaxLine(connection, id, *tax); !added)
-        return added.error();
-    if (const base::Status done = transaction.commit(); !done)
-        return done.error();
-    return ClosedSlip{*total, *tax};
+    return db::atomically(connection, [&]() -> base::Result<ClosedSlip> {
+        const auto there = slipExists(connection, id);
+        if (!there)
+            return there.error();
+        if (!*there)
+            return gone(u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
+        const auto total = slipTotal(connection, id);
+        if (!total)
+            return total.error();
+        if (!taxIsAdded(taxClass, inclusive))
+            return ClosedSlip{*total, 0};
+        const auto tax = taxStillDue(connection, id, *total, taxRate);
+        if (!tax)
+            return tax.error();
+        if (*tax == 0)
+            return ClosedSlip{*total, 0};
+        if (const base::Status added = addTaxLine(connection, id, *tax); !added)
+            return added.error();
+        return ClosedSlip{*total, *tax};
+    });
 }
 
 base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
@@ -236,14 +221,11 @@ base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
 
 base::Status deleteSlip(db::Connection &connection, qint64 id)
 {
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun;
-    if (const auto lines = connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id}); !lines)
-        return lines.error();
-    if (const auto header = connection.execute(u"DELETE FROM 入出庫マスター WHERE ID = ?"_s, {id}); !header)
-        return header.error();
-    return transaction.commit();
+    return db::atomically(connection, [&]() -> base::Status {
+        if (const auto lines = connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id}); !lines)
+            return lines.error();
+        return connection.execute(u"DELETE FROM 入出庫マスター WHERE ID = ?"_s, {id}).status();
+    });
 }
 
 base::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &kind, qint64 counterpart)

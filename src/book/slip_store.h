@@ -90,17 +90,11 @@ base::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader
 template <class Action>
 auto onSlip(db::Connection &connection, const SavedHeader &saved, const Action &action) -> decltype(action())
 {
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    if (const base::Status same = checkKeyIsNotAnothers(connection, saved); !same)
-        return same.error();
-    auto done = action();
-    if (!done)
-        return done;
-    if (const base::Status stored = transaction.commit(); !stored)
-        return stored.error();
-    return done;
+    return db::atomically(connection, [&]() -> decltype(action()) {
+        if (const base::Status same = checkKeyIsNotAnothers(connection, saved); !same)
+            return same.error();
+        return action();
+    });
 }
 
 /// What a slip came to.

@@ -35,8 +35,9 @@ QVariant bindable(const QVariant &value)
 // prepared.
 bool isKept(const QString &sql)
 {
-    static constexpr QLatin1StringView beginnings[] = {"SELECT"_L1, "INSERT"_L1, "UPDATE"_L1,  "DELETE"_L1,
-                                                       "BEGIN"_L1,  "COMMIT"_L1, "ROLLBACK"_L1};
+    static constexpr QLatin1StringView beginnings[] = {"SELECT"_L1,   "INSERT"_L1,    "UPDATE"_L1,
+                                                       "DELETE"_L1,   "BEGIN"_L1,     "COMMIT"_L1,
+                                                       "ROLLBACK"_L1, "SAVEPOINT"_L1, "RELEASE"_L1};
     return std::any_of(std::begin(beginnings), std::end(beginnings),
                        [&sql](QLatin1StringView beginning) { return sql.startsWith(beginning); });
 }

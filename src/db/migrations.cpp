@@ -55,7 +55,7 @@ base::Status migrateInTransaction(PlainHandle &file, const Migrations &steps)
         return begun;
     // Read again under the lock: another program may have been quicker.
     const auto version = versionIn(file);
-    base::Status done = version ? runSteps(file, *version, steps) : base::Status(version.error());
+    base::Status done = version ? runSteps(file, *version, steps) : version.status();
     if (done)
         done = file.run("COMMIT");
     if (!done)

@@ -44,7 +44,7 @@ Recordset::~Recordset() = default;
 base::Status Recordset::open(const QString &statement, const QVariantList &values, const QString &key)
 {
     auto keys = readKeys(statement, values, key);
-    return keys ? adopt(std::move(*keys), statement, values, key) : base::Status(keys.error());
+    return keys ? adopt(std::move(*keys), statement, values, key) : keys.status();
 }
 
 base::Result<bool> Recordset::openIfAny(const QString &statement, const QVariantList &values,
@@ -56,7 +56,7 @@ base::Result<bool> Recordset::openIfAny(const QString &statement, const QVariant
     if (keys->empty())
         return false;
     const base::Status opened = adopt(std::move(*keys), statement, values, key);
-    return opened ? base::Result<bool>(true) : base::Result<bool>(opened.error());
+    return opened ? base::Result<bool>(true) : opened.error();
 }
 
 base::Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const QVariantList &values,

@@ -179,6 +179,7 @@ private:
     void setCurrent(int row);
     void rowChanged(int row);
     void inserted(qint64 key);
+    void removed();
 
     Connection &m_connection;
     QString m_statement;

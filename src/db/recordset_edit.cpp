@@ -61,17 +61,13 @@ base::Status Recordset::update(const Step &before)
 {
     if (m_current < 0 || m_edits.isEmpty())
         return {};
-    Transaction transaction(m_connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun;
-    if (const base::Status prepared = before ? before() : base::Status(); !prepared)
-        return prepared;
-    if (const base::Status done = write(); !done)
-        return done;
-    if (const base::Status done = transaction.commit(); !done)
-        return done;
-    written();
-    return {};
+    const base::Status done = atomically(m_connection, [&] {
+        const base::Status prepared = before ? before() : base::Status();
+        return prepared ? write() : prepared;
+    });
+    if (done)
+        written();
+    return done;
 }
 
 base::Status Recordset::updateWith(Recordset &other, const Step &before)
@@ -153,47 +149,40 @@ void Recordset::revert()
 
 base::Result<qint64> Recordset::add(const QVariantMap &values)
 {
-    Transaction transaction(m_connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    const auto key = nextKey(m_connection, m_table);
-    if (!key)
-        return key.error();
-    QStringList names{m_key};
-    QVariantList bound{*key};
-    for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        names << value.key();
-        bound << value.value();
-    }
-    const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s + names.join(u", "_s) +
-                                                u") VALUES ("_s + placeholders(names.size()) + u")"_s,
-                                            bound);
-    if (!added)
-        return added.error();
-    if (const base::Status done = transaction.commit(); !done)
-        return done.error();
-    inserted(*key);
-    return *key;
+    const auto added = atomically(m_connection, [&]() -> base::Result<qint64> {
+        const auto key = nextKey(m_connection, m_table);
+        if (!key)
+            return key;
+        QStringList names{m_key};
+        QVariantList bound{*key};
+        for (auto value = values.cbegin(); value != values.cend(); ++value) {
+            names << value.key();
+            bound << value.value();
+        }
+        const auto done = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s + names.join(u", "_s) +
+                                                   u") VALUES ("_s + placeholders(names.size()) + u")"_s,
+                                               bound);
+        return done ? key : done.error();
+    });
+    if (added)
+        inserted(*added);
+    return added;
 }
 
 base::Status Recordset::append(const QVariantMap &values)
 {
-    Transaction transaction(m_connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun;
-    const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s +
-                                                QStringList(values.keys()).join(u", "_s) + u") VALUES ("_s +
-                                                placeholders(values.size()) + u")"_s,
-                                            values.values());
-    if (!added)
-        return added.error();
-    const auto row = m_connection.keys(u"SELECT last_insert_rowid()"_s);
-    if (!row)
-        return row.error();
-    if (const base::Status done = transaction.commit(); !done)
-        return done;
-    inserted(row->front());
-    return {};
+    const auto row = atomically(m_connection, [&]() -> base::Result<std::vector<qint64>> {
+        const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s +
+                                                    QStringList(values.keys()).join(u", "_s) +
+                                                    u") VALUES ("_s + placeholders(values.size()) + u")"_s,
+                                                values.values());
+        if (!added)
+            return added.error();
+        return m_connection.keys(u"SELECT last_insert_rowid()"_s);
+    });
+    if (row)
+        inserted(row->front());
+    return row.status();
 }
 
 void Recordset::inserted(qint64 key)
@@ -210,19 +199,22 @@ base::Status Recordset::remove(const Step &before)
 {
     if (m_current < 0)
         return {};
-    Transaction transaction(m_connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun;
-    if (const base::Status same = m_guarded ? checkAsRead() : base::Status(); !same)
-        return same;
-    if (const base::Status prepared = before ? before() : base::Status(); !prepared)
-        return prepared;
-    const auto removed =
-        m_connection.execute(u"DELETE FROM "_s + m_table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()});
-    if (!removed)
-        return removed.error();
-    if (const base::Status done = transaction.commit(); !done)
-        return done;
+    const base::Status done = atomically(m_connection, [&]() -> base::Status {
+        if (const base::Status same = m_guarded ? checkAsRead() : base::Status(); !same)
+            return same;
+        if (const base::Status prepared = before ? before() : base::Status(); !prepared)
+            return prepared;
+        return m_connection
+            .execute(u"DELETE FROM "_s + m_table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()})
+            .status();
+    });
+    if (done)
+        removed();
+    return done;
+}
+
+void Recordset::removed()
+{
     const int row = m_current;
     m_edits.clear();
     // Grids move off the row that goes; nothing of it is to be settled any more.
@@ -234,7 +226,6 @@ base::Status Recordset::remove(const Step &before)
     endRemoveRows();
     m_leaving = std::move(leaving);
     emit currentRowChanged(m_current);
-    return {};
 }
 
 } // namespace db

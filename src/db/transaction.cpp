@@ -14,28 +14,31 @@ Transaction::Transaction(Connection &connection)
 Transaction::~Transaction()
 {
     // SQLite rolls back by itself after some failures; only what is still open is ours to end.
-    if (m_owner && m_connection.inTransaction())
+    if (m_state == State::Closed || !m_connection.inTransaction())
+        return;
+    if (m_state == State::Outer) {
         (void)m_connection.execute(u"ROLLBACK"_s);
+        return;
+    }
+    (void)m_connection.execute(u"ROLLBACK TO inner_action"_s);
+    (void)m_connection.execute(u"RELEASE inner_action"_s);
 }
 
 base::Status Transaction::begin()
 {
-    if (m_connection.inTransaction())
-        return {};
-    if (const auto begun = m_connection.execute(u"BEGIN IMMEDIATE"_s); !begun)
-        return begun.error();
-    m_owner = true;
-    return {};
+    const bool isInner = m_connection.inTransaction();
+    const auto begun = m_connection.execute(isInner ? u"SAVEPOINT inner_action"_s : u"BEGIN IMMEDIATE"_s);
+    if (begun)
+        m_state = isInner ? State::Inner : State::Outer;
+    return begun.status();
 }
 
 base::Status Transaction::commit()
 {
-    if (!m_owner)
-        return {};
-    const auto done = m_connection.execute(u"COMMIT"_s);
+    const auto done = m_connection.execute(m_state == State::Inner ? u"RELEASE inner_action"_s : u"COMMIT"_s);
     if (!done && !m_connection.hasCommittedAllTheSame())
         return done.error();
-    m_owner = false;
+    m_state = State::Closed;
     return {};
 }
 
@@ -55,7 +58,7 @@ base::Status ReadTransaction::begin()
         return {};
     const auto begun = m_connection.execute(u"BEGIN"_s);
     m_owner = bool(begun);
-    return begun ? base::Status() : base::Status(begun.error());
+    return begun.status();
 }
 
 } // namespace db

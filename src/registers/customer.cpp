@@ -103,20 +103,16 @@ base::Status openCustomer(db::Recordset &customers, qint64 id)
 
 base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
 {
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    const auto key = db::nextKey(connection, u"納品先"_s);
-    if (!key)
-        return key.error();
-    const QString date = today.toString(Qt::ISODate);
-    const auto added = connection.execute(
-        u"INSERT INTO 納品先 (納品先ID, 登録日, 更新日, 元帳出力, 消費税区分) VALUES (?, ?, ?, 0, 0)"_s,
-        {*key, date, date});
-    if (!added)
-        return added.error();
-    const base::Status done = transaction.commit();
-    return done ? key : base::Result<qint64>(done.error());
+    return db::atomically(connection, [&]() -> base::Result<qint64> {
+        const auto key = db::nextKey(connection, u"納品先"_s);
+        if (!key)
+            return key;
+        const QString date = today.toString(Qt::ISODate);
+        const auto added = connection.execute(
+            u"INSERT INTO 納品先 (納品先ID, 登録日, 更新日, 元帳出力, 消費税区分) VALUES (?, ?, ?, 0, 0)"_s,
+            {*key, date, date});
+        return added ? key : added.error();
+    });
 }
 
 base::Status openForEntry(db::Recordset &customers, qint64 id)

@@ -61,11 +61,10 @@ private:
 
 } // namespace
 
-base::Status runWithProgress(QWidget *parent, const QString &what,
-                             const std::function<base::Status(const base::Progress &)> &work)
+void watched(QWidget *parent, const QString &what, const std::function<void(const base::Progress &)> &work)
 {
     Watch watch(parent, what);
-    return work([&watch](qint64 done, qint64 total) { return watch.report(done, total); });
+    work([&watch](qint64 done, qint64 total) { return watch.report(done, total); });
 }
 
 } // namespace ui

@@ -37,9 +37,7 @@ private:
     void write()
     {
         using namespace Qt::StringLiterals;
-        db::Transaction transaction(m_shop.connection);
-        if (!transaction.begin())
-            qFatal("the book cannot be begun");
+        m_shop.run(u"BEGIN"_s);
         m_shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '')"_s);
         for (int i = 0; i < 12; ++i)
             writeCounterpart(u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, 納品先名キー, フリガナ, "
@@ -53,8 +51,7 @@ private:
             writeSlip(id);
         m_shop.run(u"DELETE FROM 納品先 WHERE 納品先ID IN (3, 11)"_s);
         m_shop.run(u"DELETE FROM 仕入先 WHERE 仕入先ID IN (6, 13)"_s);
-        if (!transaction.commit())
-            qFatal("the book cannot be stored");
+        m_shop.run(u"COMMIT"_s);
     }
 
     // One of each three has each class of tax.

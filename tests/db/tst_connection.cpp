@@ -99,8 +99,8 @@ private slots:
     void boundTextIsNeverSql();
     void keysAndGaps();
     void twoProgramsNeverTakeTheSameKey();
-    void transactionRollsBack();
-    void innerTransactionBelongsToTheOuter();
+    void failedActionLeavesNothing_data();
+    void failedActionLeavesNothing();
     void refusedCommitRollsBack();
     void fullDiskLosesNothing();
     void backupReplacesOnlyWhenComplete();
@@ -293,48 +293,55 @@ void TestConnection::twoProgramsNeverTakeTheSameKey()
     FreshShop shop;
     db::Connection second;
     QVERIFY(second.open(shop.path(u"shop.cdb"_s)));
-    db::Transaction first(shop.connection);
-    QVERIFY(first.begin());
-    const qint64 key = *db::nextKey(shop.connection, u"単位"_s);
-    shop.run(u"INSERT INTO 単位 VALUES (?, '個')"_s, {key});
     QVERIFY(second.execute(u"PRAGMA busy_timeout = 50"_s));
-    {
-        db::Transaction waiting(second);
-        QVERIFY(!waiting.begin());
-    }
-    QVERIFY(first.commit());
-    db::Transaction after(second);
-    QVERIFY(after.begin());
-    QCOMPARE(*db::nextKey(second, u"単位"_s), key + 1);
+    const auto keyOfSecond = [&] {
+        return db::atomically(second, [&] { return db::nextKey(second, u"単位"_s); });
+    };
+    qint64 key = 0;
+    QVERIFY(db::atomically(shop.connection, [&]() -> base::Status {
+        key = *db::nextKey(shop.connection, u"単位"_s);
+        shop.run(u"INSERT INTO 単位 VALUES (?, '個')"_s, {key});
+        return keyOfSecond() ? base::Error{u"the second took a key meanwhile"_s} : base::Status();
+    }));
+    QCOMPARE(*keyOfSecond(), key + 1);
 }
 
-void TestConnection::transactionRollsBack()
+void TestConnection::failedActionLeavesNothing_data()
 {
+    QTest::addColumn<bool>("innerFails");
+    QTest::addColumn<bool>("outerFails");
+    QTest::addColumn<QStringList>("kept");
+    QTest::newRow("both done") << false << false << QStringList{u"外"_s, u"中"_s, u"後"_s};
+    QTest::newRow("inner fails, outer goes on") << true << false << QStringList{u"外"_s, u"後"_s};
+    QTest::newRow("outer fails after inner was done") << false << true << QStringList();
+    QTest::newRow("both fail") << true << true << QStringList();
+}
+
+void TestConnection::failedActionLeavesNothing()
+{
+    QFETCH(bool, innerFails);
+    QFETCH(bool, outerFails);
     FreshShop shop;
-    {
-        db::Transaction transaction(shop.connection);
-        QVERIFY(transaction.begin());
-        shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
-    }
+    const auto outcome = [](bool fails) {
+        return fails ? base::Result<int>(base::Error{u"失敗"_s}) : base::Result<int>(7);
+    };
+    const auto done = db::atomically(shop.connection, [&] {
+        shop.run(u"INSERT INTO 単位 VALUES (1, '外')"_s);
+        const auto inner = db::atomically(shop.connection, [&] {
+            shop.run(u"INSERT INTO 単位 VALUES (2, '中')"_s);
+            return outcome(innerFails);
+        });
+        if (bool(inner) == innerFails || !shop.connection.inTransaction())
+            return base::Result<int>(0);
+        shop.run(u"INSERT INTO 単位 VALUES (3, '後')"_s);
+        return outcome(outerFails);
+    });
     QVERIFY(!shop.connection.inTransaction());
-    QCOMPARE(shop.value(u"SELECT count(*) FROM 単位"_s).toInt(), 0);
-}
-
-void TestConnection::innerTransactionBelongsToTheOuter()
-{
-    FreshShop shop;
-    {
-        db::Transaction outer(shop.connection);
-        QVERIFY(outer.begin());
-        {
-            db::Transaction inner(shop.connection);
-            QVERIFY(inner.begin());
-            shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
-            QVERIFY(inner.commit());
-        }
-        QVERIFY(shop.connection.inTransaction());
-    }
-    QCOMPARE(shop.value(u"SELECT count(*) FROM 単位"_s).toInt(), 0);
+    QTEST(shop.rows(u"SELECT 単位 FROM 単位 ORDER BY 単位ID"_s), "kept");
+    if (outerFails)
+        QCOMPARE(done.error().text, u"失敗"_s);
+    else
+        QCOMPARE(*done, 7);
 }
 
 // Another program that reads holds the write back at its very end.
@@ -344,14 +351,10 @@ void TestConnection::refusedCommitRollsBack()
     QVERIFY(shop.connection.select(u"PRAGMA busy_timeout = 20"_s));
     OtherProgram other(shop.path(u"shop.cdb"_s));
     QCOMPARE(other.run("BEGIN; SELECT count(*) FROM 単位"), SQLITE_OK);
-    {
-        db::Transaction transaction(shop.connection);
-        QVERIFY(transaction.begin());
-        shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
-        const base::Status done = transaction.commit();
-        QVERIFY(!done);
-        QVERIFY2(done.error().text.contains(u"使用中"_s), qPrintable(done.error().text));
-    }
+    const auto done = db::atomically(
+        shop.connection, [&] { return shop.connection.execute(u"INSERT INTO 単位 VALUES (1, '個')"_s); });
+    QVERIFY(!done);
+    QVERIFY2(done.error().text.contains(u"使用中"_s), qPrintable(done.error().text));
     QVERIFY(!shop.connection.inTransaction());
     QCOMPARE(other.run("COMMIT"), SQLITE_OK);
     QCOMPARE(shop.value(u"SELECT count(*) FROM 単位"_s).toInt(), 0);
@@ -364,14 +367,11 @@ void TestConnection::fullDiskLosesNothing()
     shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
     const QString pages = shop.value(u"PRAGMA page_count"_s).toString();
     QVERIFY(shop.connection.select(u"PRAGMA max_page_count = "_s + pages));
-    base::Status written;
-    for (int key = 2; key < 1000 && written; ++key) {
-        db::Transaction transaction(shop.connection);
-        QVERIFY(transaction.begin());
-        const auto row =
-            shop.connection.execute(u"INSERT INTO 単位 VALUES (?, ?)"_s, {key, QString(500, u'個')});
-        written = row ? transaction.commit() : base::Status(row.error());
-    }
+    base::Result<int> written = 1;
+    for (int key = 2; key < 1000 && written; ++key)
+        written = db::atomically(shop.connection, [&] {
+            return shop.connection.execute(u"INSERT INTO 単位 VALUES (?, ?)"_s, {key, QString(500, u'個')});
+        });
     QVERIFY(!written);
     QVERIFY2(written.error().text.contains(u"空き容量"_s), qPrintable(written.error().text));
     QVERIFY(!shop.connection.inTransaction());

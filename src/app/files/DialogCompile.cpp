@@ -61,7 +61,7 @@ void DialogCompile::compile()
     if (target.isEmpty())
         return;
     const auto outcome = build(target);
-    if (!tell(outcome ? base::Status() : base::Status(outcome.error())))
+    if (!tell(outcome.status()))
         return;
     showOutcome(*outcome);
     const QString whole = outcome->isComplete() ? u"すべての行を新しいファイルに移しました。"_s
@@ -93,17 +93,17 @@ base::Result<db::Salvage> DialogCompile::build(const QString &target)
 {
     const QString complete = target + u".new"_s;
     QFile::remove(complete);
-    base::Result<db::Salvage> outcome = base::cancelled();
-    const base::Status built = ui::runWithProgress(
-        this, u"新しいファイルに移しています。"_s, [&](const base::Progress &progress) -> base::Status {
-            outcome = db::rebuild(m_source, complete, progress);
-            return outcome ? db::replaceDatabase(complete, target) : base::Status(outcome.error());
-        });
-    if (!built) {
+    const auto built =
+        ui::runWithProgress(this, u"新しいファイルに移しています。"_s,
+                            [&](const base::Progress &progress) -> base::Result<db::Salvage> {
+                                const auto outcome = db::rebuild(m_source, complete, progress);
+                                const base::Status done =
+                                    outcome ? db::replaceDatabase(complete, target) : outcome.status();
+                                return done ? outcome : done.error();
+                            });
+    if (!built)
         QFile::remove(complete);
-        return built.error();
-    }
-    return outcome;
+    return built;
 }
 
 void DialogCompile::showOutcome(const db::Salvage &outcome)

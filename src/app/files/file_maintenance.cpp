@@ -84,19 +84,16 @@ bool FileMaintenance::repairFile()
     db::FileRepair repair(fileName, compactNameFor(fileName, m_workspace.applicationFolder()));
     if (const base::Status begun = repair.begin(); !begun)
         return tell(begun.error().text);
-    int faults = 0;
-    const base::Status checked = ui::runWithProgress(
-        &m_window, u"データベースを検査しています。"_s, [&](const base::Progress &progress) -> base::Status {
-            const auto found = repair.check(progress);
-            faults = found ? *found : 0;
-            return found ? base::Status() : base::Status(found.error());
-        });
-    if (!checked)
-        return tell(checked.error().text);
-    db::Salvage outcome;
+    const auto faults =
+        ui::runWithProgress(&m_window, u"データベースを検査しています。"_s,
+                            [&](const base::Progress &progress) { return repair.check(progress); });
+    if (!faults)
+        return tell(faults.error().text);
+    std::optional<db::Salvage> outcome;
     QString kept;
-    if (faults > 0) {
-        if (!salvageInto(repair, faults, outcome))
+    if (*faults > 0) {
+        outcome = salvaged(repair, *faults);
+        if (!outcome)
             return false;
         kept = base::datedName(fileName, u"破損"_s, m_workspace.today());
     } else if (const base::Status compacted = ui::runWithProgress(
@@ -110,25 +107,24 @@ bool FileMaintenance::repairFile()
                             [&](const base::Progress &progress) { return repair.finish(kept, progress); });
     if (!finished)
         return tell(finished.error().text);
-    if (faults > 0)
-        tell(outcomeText(outcome) + u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));
+    if (outcome)
+        tell(outcomeText(*outcome) + u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));
     return true;
 }
 
-bool FileMaintenance::salvageInto(db::FileRepair &repair, int faults, db::Salvage &outcome)
+// Nothing when it failed, which is told then.
+std::optional<db::Salvage> FileMaintenance::salvaged(db::FileRepair &repair, int faults)
 {
     tell(u"検査の結果、データベースに破損が %1 か所見つかりました。"
          "読み取れる行を新しいファイルに移して修復します。"_s.arg(faults < 100 ? QString::number(faults)
                                                                                : u"100 以上"_s));
-    const base::Status salvaged = ui::runWithProgress(&m_window, u"データベースを修復しています。"_s,
-                                                      [&](const base::Progress &progress) -> base::Status {
-                                                          auto done = repair.salvage(progress);
-                                                          if (!done)
-                                                              return done.error();
-                                                          outcome = *done;
-                                                          return {};
-                                                      });
-    return salvaged || tell(salvaged.error().text);
+    auto outcome =
+        ui::runWithProgress(&m_window, u"データベースを修復しています。"_s,
+                            [&](const base::Progress &progress) { return repair.salvage(progress); });
+    if (outcome)
+        return std::move(*outcome);
+    tell(outcome.error().text);
+    return std::nullopt;
 }
 
 void FileMaintenance::buildAnew()
@@ -158,20 +154,15 @@ void FileMaintenance::emptyTable()
 
 void FileMaintenance::listBackups()
 {
-    std::vector<Backup> backups;
-    const base::Status checked = ui::runWithProgress(
-        &m_window, u"バックアップを検査しています。"_s, [&](const base::Progress &progress) -> base::Status {
-            auto found = checkedBackups(m_workspace.applicationFolder(), progress);
-            if (!found)
-                return found.error();
-            backups = std::move(*found);
-            return {};
-        });
-    if (!checked) {
-        tell(checked.error().text);
+    auto backups = ui::runWithProgress(&m_window, u"バックアップを検査しています。"_s,
+                                       [&](const base::Progress &progress) {
+                                           return checkedBackups(m_workspace.applicationFolder(), progress);
+                                       });
+    if (!backups) {
+        tell(backups.error().text);
         return;
     }
-    DialogBackups dialog(m_workspace, std::move(backups), m_session.hasFile(), &m_window);
+    DialogBackups dialog(m_workspace, std::move(*backups), m_session.hasFile(), &m_window);
     dialog.exec();
     if (dialog.wish() == DialogBackups::Wish::Open) {
         m_session.close();

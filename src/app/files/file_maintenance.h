@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 
 class QLabel;
 
@@ -49,7 +50,7 @@ signals:
 
 private:
     bool repairFile();
-    bool salvageInto(db::FileRepair &repair, int faults, db::Salvage &outcome);
+    std::optional<db::Salvage> salvaged(db::FileRepair &repair, int faults);
     void restore(const QString &backup, const QString &described);
     bool tell(const QString &text);
     void tellDone(const QString &done);

@@ -55,20 +55,15 @@ QString openableFile(QWidget *parent, const QString &fileName, const QString &ap
     const QString target = askForTarget(parent, fileName, applicationFolder);
     if (target.isEmpty())
         return {};
-    db::ConversionSummary summary;
-    const base::Status done = ui::runWithProgress(
-        parent, u"以前の形式のファイルを変換しています。"_s, [&](const base::Progress &progress) {
-            const auto converted = convertOldFile(fileName, target, progress);
-            if (converted)
-                summary = *converted;
-            return converted ? base::Status() : base::Status(converted.error());
-        });
-    if (!done) {
-        if (!done.error().cancelled)
-            ui::prompts::inform(parent, done.error().text);
+    const auto summary = ui::runWithProgress(
+        parent, u"以前の形式のファイルを変換しています。"_s,
+        [&](const base::Progress &progress) { return convertOldFile(fileName, target, progress); });
+    if (!summary) {
+        if (!summary.error().cancelled)
+            ui::prompts::inform(parent, summary.error().text);
         return {};
     }
-    DialogConversion(fileName, target, summary, parent).exec();
+    DialogConversion(fileName, target, *summary, parent).exec();
     return target;
 }
 

@@ -66,16 +66,13 @@ base::Result<QString> emptyTables(db::Connection &connection, const QString &ite
     if (statements.isEmpty())
         return base::Error{u"削除するテーブルを選択してください。"_s};
 
-    db::Transaction action(connection);
-    if (const base::Status begun = action.begin(); !begun)
-        return begun.error();
-    for (const QString &statement : statements) {
-        if (const auto done = connection.execute(statement); !done)
-            return done.error();
-    }
-    if (const base::Status committed = action.commit(); !committed)
-        return committed.error();
-    return message;
+    return db::atomically(connection, [&]() -> base::Result<QString> {
+        for (const QString &statement : statements) {
+            if (const auto done = connection.execute(statement); !done)
+                return done.error();
+        }
+        return message;
+    });
 }
 
 } // namespace app

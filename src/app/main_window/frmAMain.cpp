@@ -249,7 +249,7 @@ void frmAMain::reloadEmployees(qint64 chosen)
     if (!m_session.isOpen())
         return;
     const auto employees = masters::employees(m_workspace.connection);
-    if (!tell(employees ? base::Status() : base::Status(employees.error())))
+    if (!tell(employees.status()))
         return;
     QComboBox *box = m_ui->dbcShain;
     {
@@ -273,7 +273,7 @@ void frmAMain::employeeSelected()
 void frmAMain::reloadCompany()
 {
     const auto company = masters::ownCompany(m_workspace.connection);
-    if (!tell(company ? base::Status() : base::Status(company.error())))
+    if (!tell(company.status()))
         return;
     showCompany(company->value_or(masters::OwnCompany()));
     showFile();
@@ -294,7 +294,7 @@ void frmAMain::showSupplier()
     if (!isNumber)
         return;
     const auto names = supplierNames(m_workspace.connection, id);
-    if (!tell(names ? base::Status() : base::Status(names.error())))
+    if (!tell(names.status()))
         return;
     m_ui->Text3->setText(names->name1);
     m_ui->Text5->setText(names->name2);

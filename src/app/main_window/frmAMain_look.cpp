@@ -132,7 +132,7 @@ void frmAMain::loadPlace()
 void frmAMain::loadPostalIndex()
 {
     auto index = registers::loadPostalIndex(m_workspace.inApplicationFolder(u"ZIPID1.txt"_s));
-    if (tell(index ? base::Status() : base::Status(index.error())))
+    if (tell(index.status()))
         m_workspace.keep(std::move(*index));
 }
 

@@ -110,18 +110,14 @@ base::Result<ConversionSummary> Conversion::run(const QString &source)
         return opened.error();
     if (const base::Status assigned = assignTables(); !assigned)
         return assigned.error();
-    Transaction transaction(m_connection);
-    base::Status done = transaction.begin();
-    if (done)
-        done = readTables();
-    for (const auto &[table, rows] : m_renumbered) {
-        if (done)
-            done = judgeRenumbered(table, rows);
-    }
-    if (done)
-        done = checkCounts();
-    if (done)
-        done = transaction.commit();
+    const base::Status done = atomically(m_connection, [this] {
+        base::Status filled = readTables();
+        for (const auto &[table, rows] : m_renumbered) {
+            if (filled)
+                filled = judgeRenumbered(table, rows);
+        }
+        return filled ? checkCounts() : filled;
+    });
     if (!done)
         return done.error();
     m_summary.losses = m_losses.sentences();
@@ -314,7 +310,7 @@ base::Result<ConversionSummary> convertOldFile(const QString &source, const QStr
         done = base::flushFile(temporary.name());
     if (done)
         done = replaceDatabase(temporary.name(), target);
-    return done ? summary : base::Result<ConversionSummary>(done.error());
+    return done ? summary : done.error();
 }
 
 } // namespace db

@@ -107,16 +107,11 @@ bool CustomerImportPanel::openFile()
     const QString fileName = ui::file_dialogs::openFile(window(), u"開く"_s, csvFilters);
     if (fileName.isEmpty())
         return false;
-    ImportTable table;
-    const base::Status read =
+    auto table =
         ui::runWithProgress(window(), u"ファイルを読み込んでいます。"_s, [&](const base::Progress &progress) {
-            auto found = readImportFile(fileName, progress);
-            if (!found)
-                return base::Status(found.error());
-            table = std::move(*found);
-            return base::Status();
+            return readImportFile(fileName, progress);
         });
-    return tell(read) && load(std::move(table), Source::File, QFileInfo(fileName).fileName());
+    return tell(table.status()) && load(std::move(*table), Source::File, QFileInfo(fileName).fileName());
 }
 
 bool CustomerImportPanel::paste()
@@ -189,20 +184,15 @@ std::optional<ImportAssignment> CustomerImportPanel::askAssignment(const ImportT
 
 bool CustomerImportPanel::judge(const ImportTable &table, const ImportAssignment &assignment)
 {
-    std::vector<ImportCandidate> candidates;
-    const base::Status judged =
+    auto candidates =
         ui::runWithProgress(window(), u"データを確認しています。"_s, [&](const base::Progress &progress) {
-            auto found = importCandidates(m_workspace->connection, table, assignment, progress);
-            if (!found)
-                return base::Status(found.error());
-            candidates = std::move(*found);
-            return base::Status();
+            return importCandidates(m_workspace->connection, table, assignment, progress);
         });
-    if (!tell(judged))
+    if (!tell(candidates.status()))
         return false;
     m_assignment = assignment;
     m_ui->comboFilter->setCurrentIndex(ImportModel::All);
-    m_model->set(table, assignment, std::move(candidates));
+    m_model->set(table, assignment, std::move(*candidates));
     const int character = fontMetrics().horizontalAdvance(u'0');
     for (int column = 0; column < m_model->columnCount(); ++column) {
         const QString heading = m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
@@ -263,23 +253,17 @@ void CustomerImportPanel::importSelected()
 
 void CustomerImportPanel::import(const std::vector<const ImportCandidate *> &candidates)
 {
-    int count = 0;
-    const base::Status stored =
+    const auto count =
         ui::runWithProgress(window(), u"納品先を登録しています。"_s, [&](const base::Progress &progress) {
-            const auto done =
-                importCustomers(m_workspace->connection, candidates, m_workspace->today(), progress);
-            if (!done)
-                return base::Status(done.error());
-            count = *done;
-            return base::Status();
+            return importCustomers(m_workspace->connection, candidates, m_workspace->today(), progress);
         });
-    if (!tell(stored))
+    if (!tell(count.status()))
         return;
     m_model->removeTaken(candidates);
     showCounts();
-    if (count > 0)
+    if (*count > 0)
         emit imported();
-    tellImported(count);
+    tellImported(*count);
     if (m_model->candidates().empty())
         emit finished();
     else

@@ -196,6 +196,31 @@ base::Status checkCategories(db::Connection &connection,
     return {};
 }
 
+base::Result<int> insertCustomers(db::Connection &connection,
+                                  const std::vector<const ImportCandidate *> &taken, const QDate &today,
+                                  const base::Progress &progress)
+{
+    const auto total = static_cast<qint64>(taken.size());
+    if (const base::Status known = checkCategories(connection, taken); !known)
+        return known.error();
+    const auto firstKey = db::nextKey(connection, u"納品先"_s);
+    if (!firstKey)
+        return firstKey.error();
+    if (total > db::highestKey - *firstKey + 1)
+        return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
+    const QString statement = insertStatement();
+    const QString date = today.toString(Qt::ISODate);
+    for (qint64 place = 0; place < total; ++place) {
+        const auto added = connection.execute(
+            statement, rowOf(*taken[static_cast<std::size_t>(place)], *firstKey + place, date));
+        if (!added)
+            return added.error();
+        if (!progress(place, total))
+            return base::cancelled();
+    }
+    return static_cast<int>(total);
+}
+
 } // namespace
 
 base::Result<std::vector<ImportCandidate>> importCandidates(db::Connection &connection,
@@ -234,30 +259,7 @@ base::Result<int> importCustomers(db::Connection &connection,
     std::vector<const ImportCandidate *> taken;
     std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(taken),
                  [](const ImportCandidate *c) { return c->taken && c->state != State::Refused; });
-    const auto total = static_cast<qint64>(taken.size());
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    if (const base::Status known = checkCategories(connection, taken); !known)
-        return known.error();
-    const auto firstKey = db::nextKey(connection, u"納品先"_s);
-    if (!firstKey)
-        return firstKey.error();
-    if (total > db::highestKey - *firstKey + 1)
-        return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
-    const QString statement = insertStatement();
-    const QString date = today.toString(Qt::ISODate);
-    for (qint64 place = 0; place < total; ++place) {
-        const auto added = connection.execute(
-            statement, rowOf(*taken[static_cast<std::size_t>(place)], *firstKey + place, date));
-        if (!added)
-            return added.error();
-        if (!progress(place, total))
-            return base::cancelled();
-    }
-    if (const base::Status done = transaction.commit(); !done)
-        return done.error();
-    return static_cast<int>(total);
+    return db::atomically(connection, [&] { return insertCustomers(connection, taken, today, progress); });
 }
 
 base::Status writeImportReport(const QString &fileName, const ImportTable &table,

@@ -136,19 +136,12 @@ base::Result<printing::Document> DialogMeibo::document(const base::Progress &pro
 void DialogMeibo::preview()
 {
     storeSettings();
-    printing::Document made;
-    const base::Status done =
-        ui::runWithProgress(this, u"名簿を作成しています。"_s, [&](const base::Progress &progress) {
-            auto result = document(progress);
-            if (!result)
-                return base::Status(result.error());
-            made = std::move(*result);
-            return base::Status();
-        });
-    if (!done && done.error().cancelled)
+    auto made = ui::runWithProgress(this, u"名簿を作成しています。"_s,
+                                    [this](const base::Progress &progress) { return document(progress); });
+    if (!made && made.error().cancelled)
         return;
-    if (tell(done))
-        printing::showPreview(workspace(), this, std::move(made));
+    if (tell(made.status()))
+        printing::showPreview(workspace(), this, std::move(*made));
 }
 
 } // namespace registers

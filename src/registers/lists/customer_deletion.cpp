@@ -73,21 +73,19 @@ base::Result<int> deleteCustomers(db::Connection &connection, const std::vector<
                      condition.sql + u')';
         patterns = condition.patterns;
     }
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    int deleted = 0;
-    qint64 done = 0;
-    for (const qint64 id : ids) {
-        if (!progress(done++, static_cast<qint64>(ids.size())))
-            return base::cancelled();
-        const auto changed = connection.execute(statement, QVariantList{id} + patterns);
-        if (!changed)
-            return changed.error();
-        deleted += *changed;
-    }
-    const base::Status committed = transaction.commit();
-    return committed ? base::Result<int>(deleted) : committed.error();
+    return db::atomically(connection, [&]() -> base::Result<int> {
+        int deleted = 0;
+        qint64 done = 0;
+        for (const qint64 id : ids) {
+            if (!progress(done++, static_cast<qint64>(ids.size())))
+                return base::cancelled();
+            const auto changed = connection.execute(statement, QVariantList{id} + patterns);
+            if (!changed)
+                return changed.error();
+            deleted += *changed;
+        }
+        return deleted;
+    });
 }
 
 } // namespace registers

@@ -107,7 +107,7 @@ private:
 base::Result<qint64> customerCount(db::Connection &connection)
 {
     const auto count = connection.keys(u"SELECT COUNT(*) FROM 納品先"_s);
-    return count ? base::Result<qint64>(count->front()) : base::Result<qint64>(count.error());
+    return count ? base::Result<qint64>(count->front()) : count.error();
 }
 
 } // namespace
@@ -115,7 +115,7 @@ base::Result<qint64> customerCount(db::Connection &connection)
 base::Status checkCustomerExport(db::Connection &connection, const QString &fileName)
 {
     const auto count = customerCount(connection);
-    return count ? tables::checkTarget(fileName, *count) : base::Status(count.error());
+    return count ? tables::checkTarget(fileName, *count) : count.status();
 }
 
 base::Status exportCustomers(db::Connection &connection, const QString &fileName,

@@ -44,17 +44,14 @@ void frmNouhinDel::removeTicked()
     if (!confirmed(static_cast<int>(ids.size())))
         return;
     const WithSlips withSlips = m_ui->chkSlips->isChecked() ? WithSlips::Delete : WithSlips::Keep;
-    int deleted = 0;
-    const base::Status done =
+    const auto deleted =
         ui::runWithProgress(this, u"納品先を削除しています。"_s, [&](const base::Progress &progress) {
-            const auto removed = deleteCustomers(workspace().connection, ids, withSlips, progress);
-            deleted = removed ? *removed : 0;
-            return removed ? base::Status() : base::Status(removed.error());
+            return deleteCustomers(workspace().connection, ids, withSlips, progress);
         });
-    if (!tell(done))
+    if (!tell(deleted.status()))
         return;
     m_ui->panel->searchAgain();
-    ui::prompts::inform(this, text::formatAmount(deleted) + u" 件の納品先を削除しました。"_s);
+    ui::prompts::inform(this, text::formatAmount(*deleted) + u" 件の納品先を削除しました。"_s);
 }
 
 void frmNouhinDel::showStates() { m_ui->cmdDelete->setEnabled(m_ui->panel->ticks().tickedCount() > 0); }

@@ -50,16 +50,13 @@ void frmNouhinSub::make()
     const QString fileName = chosenFile();
     if (fileName.isEmpty())
         return;
-    int written = 0;
-    const base::Status done =
+    const auto written =
         ui::runWithProgress(this, u"補助名簿を作成しています。"_s, [&](const base::Progress &progress) {
-            const auto made = writeSupplementaryFile(workspace().connection, m_ui->panel->ticks().ticked(),
-                                                     fileName, progress);
-            written = made ? *made : 0;
-            return made ? base::Status() : base::Status(made.error());
+            return writeSupplementaryFile(workspace().connection, m_ui->panel->ticks().ticked(), fileName,
+                                          progress);
         });
-    if (tell(done))
-        ui::prompts::inform(this, text::formatAmount(written) + u" 件の納品先を「"_s +
+    if (tell(written.status()))
+        ui::prompts::inform(this, text::formatAmount(*written) + u" 件の納品先を「"_s +
                                       QFileInfo(fileName).fileName() + u"」に書き出しました。"_s);
 }
 

@@ -90,16 +90,11 @@ base::Result<int> fill(const QString &fileName, db::Connection &from, const std:
     db::Connection into;
     if (const base::Status opened = into.open(fileName); !opened)
         return opened.error();
-    db::Transaction transaction(into);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    if (const base::Status copied = copyMasters(from, into); !copied)
-        return copied.error();
-    const auto copied = copyCustomers(from, into, ids, progress);
-    if (!copied)
-        return copied.error();
-    const base::Status committed = transaction.commit();
-    return committed ? copied : committed.error();
+    return db::atomically(into, [&]() -> base::Result<int> {
+        if (const base::Status copied = copyMasters(from, into); !copied)
+            return copied.error();
+        return copyCustomers(from, into, ids, progress);
+    });
 }
 
 void removeDatabase(const QString &fileName)
@@ -122,7 +117,7 @@ base::Result<int> writeSupplementaryFile(db::Connection &connection, const std::
     if (const base::Status created = db::createDatabase(temporary); !created)
         return created.error();
     const auto filled = fill(temporary, connection, ids, progress);
-    base::Status done = filled ? base::flushFile(temporary) : filled.error();
+    base::Status done = filled ? base::flushFile(temporary) : filled.status();
     if (done)
         done = db::replaceDatabase(temporary, target);
     if (!done) {

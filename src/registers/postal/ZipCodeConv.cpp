@@ -203,19 +203,13 @@ void ZipCodeConv::updateData()
         u"郵便番号データ (utf_ken_all*.csv KEN_ALL*.CSV JIGYOSYO*.CSV *.csv *.CSV);;すべてのファイル (*)"_s);
     if (fileName.isEmpty())
         return;
-    PostalSource source;
-    const base::Status read = ui::runWithProgress(this, u"郵便番号データを読み込んでいます。"_s,
-                                                  [&](const base::Progress &progress) -> base::Status {
-                                                      auto list = readPostalCsv(fileName, progress);
-                                                      if (!list)
-                                                          return list.error();
-                                                      source = std::move(*list);
-                                                      return {};
-                                                  });
-    const QString doubt = postalDoubt(source);
-    if (read && !doubt.isEmpty() && !ui::prompts::ask(this, doubt))
+    const auto source = ui::runWithProgress(
+        this, u"郵便番号データを読み込んでいます。"_s,
+        [&](const base::Progress &progress) { return readPostalCsv(fileName, progress); });
+    const QString doubt = source ? postalDoubt(*source) : QString();
+    if (!doubt.isEmpty() && !ui::prompts::ask(this, doubt))
         return;
-    const base::Status written = read ? writeData(source) : read;
+    const base::Status written = source ? writeData(*source) : source.status();
     if (!written && !written.error().cancelled)
         ui::prompts::inform(this, written.error().text);
 }
@@ -223,23 +217,18 @@ void ZipCodeConv::updateData()
 base::Status ZipCodeConv::writeData(const PostalSource &source)
 {
     const QString folder = workspace().applicationFolder();
-    PostalReport report;
-    const base::Status written = ui::runWithProgress(
-        this, u"郵便番号データを作成しています。"_s, [&](const base::Progress &progress) -> base::Status {
-            auto done = writePostalData(source, folder, progress);
-            if (!done)
-                return done.error();
-            report = *done;
-            return {};
+    const auto report =
+        ui::runWithProgress(this, u"郵便番号データを作成しています。"_s, [&](const base::Progress &progress) {
+            return writePostalData(source, folder, progress);
         });
-    if (!written)
-        return written;
+    if (!report)
+        return report.error();
     auto index = loadPostalIndex(workspace().inApplicationFolder(u"ZIPID1.txt"_s));
     if (!index)
         return index.error();
     workspace().keep(std::move(*index));
     next();
-    ui::prompts::inform(this, postalSummary(source, report));
+    ui::prompts::inform(this, postalSummary(source, *report));
     return {};
 }
 

@@ -27,39 +27,34 @@ base::Result<TaxSlip> enterPurchaseTax(db::Connection &connection, const book::N
 {
     if (tax == 0)
         return base::Error{u"消費税が０円のため、伝票を保存しませんでした。金額を入力し直してください。"_s};
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun.error();
-    const auto header = book::saveHeader(connection, slip);
-    if (!header)
-        return header.error();
-    if (const base::Status added = book::addTaxLine(connection, header->id, tax); !added)
-        return added.error();
-    if (const base::Status done = transaction.commit(); !done)
-        return done.error();
-    return TaxSlip{*header, slip.counterpart, tax};
+    return db::atomically(connection, [&]() -> base::Result<TaxSlip> {
+        const auto header = book::saveHeader(connection, slip);
+        if (!header)
+            return header.error();
+        if (const base::Status added = book::addTaxLine(connection, header->id, tax); !added)
+            return added.error();
+        return TaxSlip{*header, slip.counterpart, tax};
+    });
 }
 
 base::Status cancelPurchaseTax(db::Connection &connection, const TaxSlip &slip)
 {
-    db::Transaction transaction(connection);
-    if (const base::Status begun = transaction.begin(); !begun)
-        return begun;
-    const auto unchanged = connection.keys(
-        u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND 伝票番号 = ? AND 相手先ID = ? "
-        "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) = 1 "
-        "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 商品名 = '消費税' "
-        "AND 金額 = ?) = 1"_s,
-        {slip.header.id, slip.header.number, slip.supplier, slip.tax});
-    if (!unchanged)
-        return unchanged.error();
-    if (unchanged->empty())
-        return base::Error{
-            u"伝票 %1 はほかのプログラムで変更または削除されたため、取り消しませんでした。"_s.arg(
-                slip.header.number)};
-    if (const base::Status deleted = book::deleteSlip(connection, slip.header.id); !deleted)
-        return deleted;
-    return transaction.commit();
+    return db::atomically(connection, [&]() -> base::Status {
+        const auto unchanged = connection.keys(
+            u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND 伝票番号 = ? AND 相手先ID = ? "
+            "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) = 1 "
+            "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 商品名 = "
+            "'消費税' "
+            "AND 金額 = ?) = 1"_s,
+            {slip.header.id, slip.header.number, slip.supplier, slip.tax});
+        if (!unchanged)
+            return unchanged.error();
+        if (unchanged->empty())
+            return base::Error{
+                u"伝票 %1 はほかのプログラムで変更または削除されたため、取り消しませんでした。"_s.arg(
+                    slip.header.number)};
+        return book::deleteSlip(connection, slip.header.id);
+    });
 }
 
 QDate taxDate(const book::Period &period, const QDate &today)

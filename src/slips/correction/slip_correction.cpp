@@ -224,9 +224,7 @@ base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::C
 base::Status deleteCurrentSlip(db::Recordset &headers, db::Connection &connection)
 {
     return headers.remove([&] {
-        const auto lines =
-            connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {headers.currentKey()});
-        return lines ? base::Status() : base::Status(lines.error());
+        return connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {headers.currentKey()}).status();
     });
 }
 
