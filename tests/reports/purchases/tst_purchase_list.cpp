@@ -65,12 +65,8 @@ class TestPurchaseList : public QObject
 private slots:
     void initTestCase() { m_shop = std::make_unique<FreshShop>(); }
     // Each test's slips are rolled back.
-    void init()
-    {
-        m_undone = std::make_unique<db::Transaction>(m_shop->connection);
-        QVERIFY(m_undone->begin());
-    }
-    void cleanup() { m_undone.reset(); }
+    void init() { m_shop->run(u"BEGIN"_s); }
+    void cleanup() { m_shop->run(u"ROLLBACK"_s); }
 
     void rules_data();
     void rules();
@@ -81,7 +77,6 @@ private slots:
 
 private:
     std::unique_ptr<FreshShop> m_shop;
-    std::unique_ptr<db::Transaction> m_undone;
 };
 
 void TestPurchaseList::rules_data()
