@@ -27,7 +27,15 @@ public:
         return ends;
     }
 
-    static void writeTo(FreshShop &shop) { GeneratedBook(shop).write(); }
+    static void writeTo(FreshShop &shop)
+    {
+        const base::Status written = db::atomically(shop.connection, [&shop] {
+            GeneratedBook(shop).write();
+            return base::Status();
+        });
+        if (!written)
+            qFatal("%s", qPrintable(written.error().text));
+    }
 
 private:
     explicit GeneratedBook(FreshShop &shop)
@@ -37,7 +45,6 @@ private:
     void write()
     {
         using namespace Qt::StringLiterals;
-        m_shop.run(u"BEGIN"_s);
         m_shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '')"_s);
         for (int i = 0; i < 12; ++i)
             writeCounterpart(u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, 納品先名キー, フリガナ, "
@@ -51,7 +58,6 @@ private:
             writeSlip(id);
         m_shop.run(u"DELETE FROM 納品先 WHERE 納品先ID IN (3, 11)"_s);
         m_shop.run(u"DELETE FROM 仕入先 WHERE 仕入先ID IN (6, 13)"_s);
-        m_shop.run(u"COMMIT"_s);
     }
 
     // One of each three has each class of tax.
