@@ -18,6 +18,9 @@ public:
     void add(double amount) { m_count = held(m_count + std::nearbyint(amount * perUnit)); }
     void add(const ExactSum &other) { m_count = held(m_count + other.m_count); }
 
+    /// The sum \a factor times, which is a sign or nothing.
+    [[nodiscard]] ExactSum times(int factor) const { return ExactSum(m_count * factor); }
+
     [[nodiscard]] double value() const { return m_count / perUnit + 0.0; } // no -0
     [[nodiscard]] bool isZero() const { return m_count == 0; }
 

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <QString>
+#include <QVariant>
 
 #include <array>
+#include <optional>
+#include <vector>
 
 namespace book
 {
@@ -32,8 +34,17 @@ inline constexpr SlipKind stocktake{u'T', Party::Supplier, 0};
 inline constexpr std::array allKinds{sale,     receipt, receivableCarried, estimate,
                                      purchase, payment, payableCarried,    stocktake};
 
-/// "O%": what the numbers of \a kind are selected by.
-inline QString patternOf(const SlipKind &kind) { return QString(QChar(kind.letter)) + u'%'; }
+/// The kinds whose counterpart is of \a party.
+std::vector<SlipKind> kindsOf(Party party);
+
+/// Those of them that enter its balance: carried over, charged, settled.
+std::vector<SlipKind> balanceKindsOf(Party party);
+
+/// The kind that \a letter, as the column 種別 holds it, stands for.
+std::optional<SlipKind> kindWith(const QVariant &letter);
+
+/// What pages with slips of several kinds call it.
+QString nameOf(const SlipKind &kind);
 
 /// Consumption-tax class of a counterpart, as 消費税区分 holds it.
 enum class TaxClass {

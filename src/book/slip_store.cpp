@@ -1,7 +1,9 @@
 #include "book/slip_store.h"
 
 #include "book/exact_sum.h"
+#include "book/movement_sums.h"
 #include "book/numbering.h"
+#include "book/slip_columns.h"
 #include "book/stored_values.h"
 #include "book/tax.h"
 #include "db/keys.h"
@@ -233,28 +235,20 @@ base::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind 
     return connection.select(
         u"SELECT 入出庫マスター.相手先ID, 入出庫マスター.日付, 入出庫マスター.伝票番号, 入出庫サブ.商品名, "
         "入出庫サブ.規格, 入出庫サブ.数量 , 入出庫サブ.単位, 入出庫サブ.単価, 入出庫サブ.金額 "
-        "From 入出庫サブ, 入出庫マスター Where 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? "
-        "And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC, "
-        "入出庫マスター.ID DESC, 入出庫サブ.rowid"_s,
-        {patternOf(kind), counterpart});
+        "From 入出庫サブ, 入出庫マスター Where 入出庫サブ.ID = 入出庫マスター.ID AND "_s +
+            columns::kind +
+            u" = ? And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC, "
+            "入出庫マスター.ID DESC, 入出庫サブ.rowid"_s,
+        {QString(QChar(kind.letter)), counterpart});
 }
 
 base::Result<double> balance(db::Connection &connection, Party party, qint64 counterpart)
 {
     ExactSum sum;
-    for (const SlipKind &kind : allKinds) {
-        if (kind.party != party || kind.sign == 0)
-            continue;
-        const auto amounts = connection.select(
-            u"SELECT SUM("_s + amountCount() +
-                u") FROM 入出庫サブ, 入出庫マスター "
-                "WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 伝票番号 LIKE ? AND 相手先ID = ?"_s,
-            {patternOf(kind), counterpart});
-        if (!amounts)
-            return amounts.error();
-        sum.add(ExactSum::ofTenThousandths(kind.sign * amounts->rows.front().front().toDouble()));
-    }
-    return sum.value();
+    const base::Status summed =
+        sumMovements(connection, {.kinds = balanceKindsOf(party), .counterpart = counterpart}, {},
+                     base::unwatched, [&sum](const MovementSum &part) { sum.add(part.inBalance()); });
+    return summed ? base::Result<double>(sum.value()) : summed.error();
 }
 
 } // namespace book

@@ -4,6 +4,7 @@
 #include "db/file_header.h"
 #include "db/like_function.h"
 #include "db/schema.h"
+#include "db/valid_day.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -149,6 +150,8 @@ base::Status Connection::configure()
     sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, longestValue);
     if (const int code = installLike(handle()); code != SQLITE_OK)
         return errorFromCode(code, u"LIKE"_s);
+    if (const int code = installValidDay(handle()); code != SQLITE_OK)
+        return errorFromCode(code, u"valid_day"_s);
     const QString cacheSize = u"-65536"_s; // KiB; the pages of a day's work stay in memory
     const struct
     {

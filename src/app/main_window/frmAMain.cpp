@@ -5,6 +5,7 @@
 #include "app/main_window/command_panel.h"
 #include "app/main_window/panel_controls.h"
 #include "app/main_window/shop_facts.h"
+#include "book/slip_counts.h"
 #include "masters/name_lists.h"
 #include "masters/own_company.h"
 #include "ui/messages.h"
@@ -184,7 +185,7 @@ bool frmAMain::ownCompanyRegistered()
 
 bool frmAMain::slipsExist(const book::SlipKind &kind)
 {
-    const auto found = hasSlips(m_workspace.connection, kind);
+    const auto found = book::hasSlips(m_workspace.connection, kind);
     if (!found)
         return tell(found.error());
     if (!*found)

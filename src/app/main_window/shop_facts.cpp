@@ -19,14 +19,4 @@ base::Result<SupplierNames> supplierNames(db::Connection &connection, qint64 id)
                          rows->value(0, u"仕入先名2"_s).toString()};
 }
 
-base::Result<bool> hasSlips(db::Connection &connection, const book::SlipKind &kind)
-{
-    // One row tells; a shop has a hundred thousand slips of a kind.
-    const auto rows = connection.select(u"SELECT * FROM 入出庫マスター WHERE 伝票番号 LIKE ? LIMIT 1"_s,
-                                        {book::patternOf(kind)});
-    if (!rows)
-        return rows.error();
-    return !rows->isEmpty();
-}
-
 } // namespace app

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/result.h"
-#include "book/slip_kind.h"
 
 #include <QString>
 
@@ -22,8 +21,5 @@ struct SupplierNames
 
 /// Empty names when there is no such supplier.
 base::Result<SupplierNames> supplierNames(db::Connection &connection, qint64 id);
-
-/// Whether there are slips of \a kind.
-base::Result<bool> hasSlips(db::Connection &connection, const book::SlipKind &kind);
 
 } // namespace app

@@ -2,12 +2,11 @@
 
 #include "book/counterpart_name.h"
 #include "book/exact_sum.h"
-#include "book/slip_blocks.h"
-#include "book/stored_values.h"
+#include "book/movement_sums.h"
+#include "book/movements.h"
 #include "db/transaction.h"
 
 #include <algorithm>
-#include <array>
 #include <unordered_map>
 
 using namespace Qt::StringLiterals;
@@ -18,28 +17,12 @@ namespace reports
 namespace
 {
 
-// In the order of Movement.
-using Kinds = std::array<book::SlipKind, 3>;
-
-constexpr Kinds kindsOf(book::Party party)
+Movement movementOf(const book::SlipKind &kind)
 {
-    return party == book::Party::Customer ? Kinds{book::receivableCarried, book::sale, book::receipt}
-                                          : Kinds{book::payableCarried, book::purchase, book::payment};
-}
-
-QVariantList patternsOf(book::Party party)
-{
-    QVariantList patterns;
-    for (const book::SlipKind &kind : kindsOf(party))
-        patterns << book::patternOf(kind);
-    return patterns;
-}
-
-QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
-
-QVariant stored(book::CounterpartKey counterpart)
-{
-    return counterpart ? QVariant(*counterpart) : QVariant();
+    if (kind.sign < 0)
+        return Movement::Settled;
+    return kind == book::receivableCarried || kind == book::payableCarried ? Movement::Carried
+                                                                           : Movement::Charged;
 }
 
 // --- One counterpart ---
@@ -47,54 +30,28 @@ QVariant stored(book::CounterpartKey counterpart)
 base::Result<book::ExactSum> balanceBefore(db::Connection &connection, book::Party party,
                                            book::CounterpartKey counterpart, const QDate &day)
 {
-    const auto sums = connection.select(
-        u"SELECT 伝票番号 LIKE ?, SUM("_s + book::amountCount() +
-            u") FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-            "WHERE 相手先ID IS ? AND (COALESCE(日付, '') < ? OR "_s +
-            book::isUndated() + u") AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?) GROUP BY 1"_s,
-        QVariantList{book::patternOf(kindsOf(party).back()), stored(counterpart), stored(day)} +
-            patternsOf(party));
-    if (!sums)
-        return sums.error();
     book::ExactSum balance;
-    for (const QVariantList &row : sums->rows) {
-        const double count = row.at(1).toDouble();
-        balance.add(book::ExactSum::ofTenThousandths(row.at(0).toBool() ? -count : count));
-    }
-    return balance;
+    const base::Status summed = book::sumMovements(
+        connection,
+        {.kinds = book::balanceKindsOf(party), .counterpart = counterpart, .days = book::Days::before(day)},
+        {}, base::unwatched, [&balance](const book::MovementSum &part) { balance.add(part.inBalance()); });
+    return summed ? base::Result<book::ExactSum>(balance) : summed.error();
 }
 
-base::Result<db::Rows> linesWithin(db::Connection &connection, book::Party party,
-                                   book::CounterpartKey counterpart, const book::Period &period)
-{
-    return connection.select(u"SELECT CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN "
-                             u"伝票番号 LIKE ? THEN 2 END, "
-                             "入出庫マスター.ID, 日付, 伝票番号, 商品名, 規格, 数量, 単位, 単価, 金額 "
-                             "FROM 入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-                             "WHERE 相手先ID IS ? AND 日付 >= ? AND 日付 <= ? AND NOT "_s +
-                                 book::isUndated() +
-                                 u" AND (伝票番号 LIKE ? OR 伝票番号 LIKE ? OR 伝票番号 LIKE ?) "
-                                 "ORDER BY 日付, 入出庫マスター.ID, 入出庫サブ.rowid"_s,
-                             patternsOf(party) +
-                                 QVariantList{stored(counterpart), stored(period.from), stored(period.to)} +
-                                 patternsOf(party));
-}
-
-LedgerLine lineFrom(const QVariantList &row, book::Party party)
+LedgerLine lineFrom(book::Movement &&movement)
 {
     LedgerLine line;
-    const int movement = row.at(0).toInt();
-    line.kind = kindsOf(party)[static_cast<std::size_t>(movement)];
-    line.movement = static_cast<Movement>(movement);
-    line.slip = row.at(1).toLongLong();
-    line.date = row.at(2).toString();
-    line.number = row.at(3).toString();
-    line.product = row.at(4).toString();
-    line.specification = row.at(5).toString();
-    line.quantity = book::storedNumber(row.at(6));
-    line.unit = row.at(7).toString();
-    line.price = book::storedNumber(row.at(8));
-    line.amount = book::storedNumber(row.at(9)).value_or(0);
+    line.kind = movement.kind;
+    line.movement = movementOf(movement.kind);
+    line.slip = movement.slip;
+    line.date = std::move(movement.date);
+    line.number = std::move(movement.number);
+    line.product = std::move(movement.product);
+    line.specification = std::move(movement.specification);
+    line.quantity = movement.quantity;
+    line.unit = std::move(movement.unit);
+    line.price = movement.price;
+    line.amount = movement.amount;
     return line;
 }
 
@@ -107,13 +64,14 @@ public:
         , m_balance(brought)
     {}
 
-    void add(LedgerLine &line)
+    /// \a isTax: the line is a slip's tax.
+    void add(LedgerLine &line, bool isTax)
     {
         book::ExactSum &sum = line.movement == Movement::Settled   ? m_settled
                               : line.movement == Movement::Charged ? m_charged
                                                                    : m_carried;
         sum.add(line.amount);
-        if (line.movement == Movement::Charged && line.product == QStringView(book::taxLineName))
+        if (line.movement == Movement::Charged && isTax)
             m_tax.add(line.amount);
         m_balance.add(line.movement == Movement::Settled ? -line.amount : line.amount);
         line.balance = m_balance.value();
@@ -134,19 +92,6 @@ private:
 
 // --- All counterparts ---
 
-// What the slips of a range of keys move. Read in the order of the keys, which is the order of the file: by
-// counterpart, every slip of a large book would be looked for by itself. Only what seems to be of a later day
-// is asked whether it is a date.
-const QString movementsStatement =
-    u"SELECT 相手先ID, 動き, SUM(額), MAX(日) FROM "
-    "(SELECT 相手先ID, CASE WHEN 日付 <= ? THEN 日付 END AS 日, "
-    "CASE WHEN 伝票番号 LIKE ? THEN 0 WHEN 伝票番号 LIKE ? THEN 1 WHEN 伝票番号 LIKE ? THEN 2 END AS 動き, "
-    "(SELECT SUM("_s +
-    book::amountCount() +
-    u") FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) AS 額 "
-    "FROM 入出庫マスター WHERE ID > ? AND ID <= ? AND (COALESCE(日付, '') <= ? OR "_s +
-    book::isUndated() + u")) WHERE 動き IS NOT NULL GROUP BY 相手先ID, 動き"_s;
-
 // With the text that tells its place in the list.
 QString namesStatement(book::Party party)
 {
@@ -157,23 +102,21 @@ QString namesStatement(book::Party party)
                  "WHERE EXISTS (SELECT 1 FROM 入出庫マスター WHERE 相手先ID = 仕入先ID)"_s;
 }
 
-// A balance on its way: every row of a counterpart's movements goes into it.
+// A balance on its way: every part of a counterpart's sums goes into it.
 struct Account
 {
     book::ExactSum sum;
     QString lastCharged;
     QString lastSettled;
 
-    void add(const QVariantList &row)
+    void add(const book::MovementSum &part)
     {
-        const auto movement = static_cast<Movement>(row.at(1).toInt());
-        const double count = row.at(2).toDouble();
-        const QString date = row.at(3).toString();
-        sum.add(book::ExactSum::ofTenThousandths(movement == Movement::Settled ? -count : count));
+        sum.add(part.inBalance());
+        const Movement movement = movementOf(part.kind);
         if (movement == Movement::Charged)
-            lastCharged = std::max(lastCharged, date);
+            lastCharged = std::max(lastCharged, part.lastDay);
         else if (movement == Movement::Settled)
-            lastSettled = std::max(lastSettled, date);
+            lastSettled = std::max(lastSettled, part.lastDay);
     }
 };
 
@@ -188,17 +131,10 @@ base::Result<Accounts> readAccounts(db::Connection &connection, book::Party part
                                     const base::Progress &progress)
 {
     Accounts accounts;
-    const base::Status read =
-        book::forSlipBlocks(connection, progress, [&](qint64 after, qint64 upTo) -> base::Status {
-            const auto rows =
-                connection.select(movementsStatement, QVariantList{stored(day)} + patternsOf(party) +
-                                                          QVariantList{after, upTo, stored(day)});
-            if (!rows)
-                return rows.error();
-            for (const QVariantList &row : rows->rows)
-                accounts[keyIn(row.front())].add(row);
-            return {};
-        });
+    const base::Status read = book::sumMovements(
+        connection, {.kinds = book::balanceKindsOf(party), .days = book::Days::upTo(day)},
+        {.byCounterpart = true, .withLastDay = true}, progress,
+        [&accounts](const book::MovementSum &part) { accounts[part.counterpart].add(part); });
     if (!read)
         return read.error();
     return accounts;
@@ -262,17 +198,20 @@ base::Result<Ledger> readLedger(db::Connection &connection, book::Party party,
     const auto brought = balanceBefore(connection, party, counterpart, period.from);
     if (!brought)
         return brought.error();
-    const auto rows = linesWithin(connection, party, counterpart, period);
-    if (!rows)
-        return rows.error();
+    auto found = book::movements(connection, {.kinds = book::balanceKindsOf(party),
+                                              .counterpart = counterpart,
+                                              .days = book::Days::within(period)});
+    if (!found)
+        return found.error();
 
     Ledger ledger;
     ledger.brought = brought->value();
-    ledger.lines.reserve(rows->rows.size());
+    ledger.lines.reserve(found->size());
     Totals totals(*brought);
-    for (const QVariantList &row : rows->rows) {
-        ledger.lines.push_back(lineFrom(row, party));
-        totals.add(ledger.lines.back());
+    for (book::Movement &movement : *found) {
+        const bool isTax = movement.isTax();
+        ledger.lines.push_back(lineFrom(std::move(movement)));
+        totals.add(ledger.lines.back(), isTax);
     }
     ledger.totals = totals.values();
     return ledger;

@@ -66,26 +66,6 @@ QVariantList rowOf(const LedgerLine &line)
 
 } // namespace
 
-QString nameOf(const book::SlipKind &kind)
-{
-    switch (kind.letter) {
-    case book::sale.letter:
-        return u"納品"_s;
-    case book::receipt.letter:
-        return u"入金"_s;
-    case book::estimate.letter:
-        return u"見積"_s;
-    case book::purchase.letter:
-        return u"仕入"_s;
-    case book::payment.letter:
-        return u"支払"_s;
-    case book::stocktake.letter:
-        return u"棚卸"_s;
-    default:
-        return u"繰越"_s;
-    }
-}
-
 QString shownText(Content content, const QVariant &value)
 {
     if (value.isNull())

@@ -59,9 +59,6 @@ struct LedgerTable
     std::vector<NamedSum> sums;
 };
 
-/// The pages that show the slips of one kind call it so.
-QString nameOf(const book::SlipKind &kind);
-
 /// A value as it is shown: "2026/04/01", "1,234".
 QString shownText(Content content, const QVariant &value);
 

@@ -2,8 +2,7 @@
 
 #include "book/counterpart_name.h"
 #include "book/exact_sum.h"
-#include "book/slip_blocks.h"
-#include "book/stored_values.h"
+#include "book/movement_sums.h"
 #include "book/tax.h"
 #include "db/transaction.h"
 
@@ -28,8 +27,6 @@ double difference(double one, double other)
 
 double sumOf(double one, double other) { return difference(one, -other); }
 
-QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
-
 base::Status checkPeriod(const book::Period &period)
 {
     if (period.to < period.from)
@@ -37,46 +34,18 @@ base::Status checkPeriod(const book::Period &period)
     return {};
 }
 
-// One row for each kind of slip, before the period and within it, and for each rate of the purchases within
-// it. Sums are in ten-thousandths, which ExactSum counts. \a which slips: a condition and its values. The
-// headers come first (CROSS JOIN), so that the lines of the other kinds are not read.
-base::Result<db::Rows> readSums(db::Connection &connection, const book::Period &period, const QString &which,
-                                const QVariantList &values)
-{
-    return connection.select(
-        u"SELECT 相手先ID, 種類, 期間内, 税率, SUM(額), SUM(CASE WHEN 税行 THEN 額 ELSE 0 END), SUM(税行) "
-        "FROM (SELECT 相手先ID, CASE WHEN 伝票番号 LIKE ? THEN 'I' WHEN 伝票番号 LIKE ? THEN 'P' "
-        "WHEN 伝票番号 LIKE ? THEN 'A' END AS 種類, COALESCE(日付, '') >= ? AND NOT "_s +
-            book::isUndated() + u" AS 期間内, 消費税率 AS 税率, "_s + book::amountCount() +
-            u" AS 額, 商品名 = '消費税' AS 税行 "
-            "FROM 入出庫マスター CROSS JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID "
-            "WHERE (COALESCE(日付, '') <= ? OR "_s +
-            book::isUndated() + u") AND "_s + which +
-            u") WHERE 種類 IS NOT NULL GROUP BY 相手先ID, 種類, 期間内, CASE WHEN 期間内 THEN 税率 END"_s,
-        QVariantList{book::patternOf(book::purchase), book::patternOf(book::payment),
-                     book::patternOf(book::payableCarried), stored(period.from), stored(period.to)} +
-            values);
-}
-
-// Adds the rows of one supplier up.
+// Adds the sums of one supplier up.
 class Account
 {
 public:
-    void add(const QVariantList &row)
+    void add(const book::MovementSum &part)
     {
-        const QChar kind = row.at(1).toString().front();
-        const bool within = row.at(2).toBool();
-        const auto amount = book::ExactSum::ofTenThousandths(row.at(4).toDouble());
-        if (kind == book::payment.letter) {
-            if (within)
-                m_payments.add(amount);
-            else
-                m_previous.add(-amount.value());
-        } else if (kind == book::purchase.letter && within) {
-            addPurchases(row, amount);
-        } else { // a carried balance raises what was brought into the period, even when dated within it
-            m_previous.add(amount);
-        }
+        if (part.kind == book::payment && part.isSince)
+            m_payments.add(part.amount);
+        else if (part.kind == book::purchase && part.isSince)
+            addPurchases(part);
+        else // a carried balance raises what was brought into the period, even when dated within it
+            m_previous.add(part.inBalance());
     }
 
     [[nodiscard]] bool hasTaxLine() const { return m_hasTaxLine; }
@@ -90,13 +59,12 @@ public:
     }
 
 private:
-    void addPurchases(const QVariantList &row, const book::ExactSum &amount)
+    void addPurchases(const book::MovementSum &part)
     {
-        m_purchases.add(amount);
-        m_tax.add(book::ExactSum::ofTenThousandths(row.at(5).toDouble()));
-        const QVariant rate = row.at(3);
-        m_byRate[rate.isNull() ? std::nullopt : std::optional(rate.toDouble())].add(amount);
-        m_hasTaxLine = m_hasTaxLine || row.at(6).toInt() > 0;
+        m_purchases.add(part.amount);
+        m_tax.add(part.tax);
+        m_byRate[part.taxRate].add(part.amount);
+        m_hasTaxLine = m_hasTaxLine || part.taxLines > 0;
     }
 
     // At the rates that the slips were saved with: a past month comes to the same after the panel's rate was
@@ -127,17 +95,21 @@ private:
 
 using Accounts = std::map<book::CounterpartKey, Account>;
 
-base::Status readAccounts(db::Connection &connection, const book::Period &period, const QString &which,
-                          const QVariantList &values, Accounts &accounts)
+// \a supplier: none for all of them.
+base::Result<Accounts> readAccounts(db::Connection &connection, const book::Period &period,
+                                    std::optional<book::CounterpartKey> supplier,
+                                    const base::Progress &progress)
 {
-    const auto rows = readSums(connection, period, which, values);
-    if (!rows)
-        return rows.error();
-    for (const QVariantList &row : rows->rows) {
-        const QVariant &supplier = row.front();
-        accounts[supplier.isNull() ? book::CounterpartKey() : supplier.toLongLong()].add(row);
-    }
-    return {};
+    Accounts accounts;
+    const book::Selection selection{.kinds = book::balanceKindsOf(book::Party::Supplier),
+                                    .counterpart = supplier,
+                                    .days = book::Days::upTo(period.to)};
+    const book::Grouping grouping{
+        .byCounterpart = true, .byRate = true, .since = period.from, .withTax = true};
+    const base::Status read = book::sumMovements(
+        connection, selection, grouping, progress,
+        [&accounts](const book::MovementSum &part) { accounts[part.counterpart].add(part); });
+    return read ? base::Result<Accounts>(std::move(accounts)) : read.error();
 }
 
 SupplierPurchases purchasesFrom(const QVariantList &supplier)
@@ -229,14 +201,10 @@ base::Result<PurchaseList> purchaseList(db::Connection &connection, const book::
     db::ReadTransaction oneMoment(connection);
     if (const base::Status begun = oneMoment.begin(); !begun)
         return begun.error();
-    Accounts accounts;
-    const base::Status read = book::forSlipBlocks(connection, progress, [&](qint64 after, qint64 upTo) {
-        return readAccounts(connection, period, u"入出庫マスター.ID > ? AND 入出庫マスター.ID <= ?"_s,
-                            {after, upTo}, accounts);
-    });
-    if (!read)
-        return read.error();
-    return listed(connection, std::move(accounts), withIdle);
+    auto accounts = readAccounts(connection, period, std::nullopt, progress);
+    if (!accounts)
+        return accounts.error();
+    return listed(connection, std::move(*accounts), withIdle);
 }
 
 base::Result<SupplierPurchases> purchasesOf(db::Connection &connection, qint64 supplier,
@@ -247,10 +215,9 @@ base::Result<SupplierPurchases> purchasesOf(db::Connection &connection, qint64 s
     db::ReadTransaction oneMoment(connection);
     if (const base::Status begun = oneMoment.begin(); !begun)
         return begun.error();
-    Accounts accounts;
-    if (const base::Status read = readAccounts(connection, period, u"相手先ID = ?"_s, {supplier}, accounts);
-        !read)
-        return read.error();
+    auto accounts = readAccounts(connection, period, book::CounterpartKey(supplier), base::unwatched);
+    if (!accounts)
+        return accounts.error();
     const auto found = connection.select(
         u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, コード, 消費税区分 FROM 仕入先 WHERE 仕入先ID = ?"_s,
         {supplier});
@@ -260,7 +227,7 @@ base::Result<SupplierPurchases> purchasesOf(db::Connection &connection, qint64 s
         found->isEmpty() ? purchasesOfUnknown(supplier) : purchasesFrom(found->rows.front());
     const bool onBill = !found->isEmpty() &&
                         book::taxClassFrom(found->rows.front().at(4).toString()) == book::TaxClass::OnBill;
-    enter(purchases, accounts[supplier], onBill);
+    enter(purchases, (*accounts)[supplier], onBill);
     return purchases;
 }
 

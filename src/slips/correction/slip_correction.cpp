@@ -2,6 +2,7 @@
 
 #include "book/counterpart_search.h"
 #include "book/numbering.h"
+#include "book/slip_selection.h"
 #include "book/slip_store.h"
 #include "book/stored_values.h"
 #include "book/tax.h"
@@ -176,16 +177,17 @@ Sums sumsOf(const std::vector<book::SlipLine> &lines)
 
 base::Status openSlips(db::Recordset &headers, const book::SlipKind &kind)
 {
-    return headers.open(u"SELECT * FROM 入出庫マスター WHERE 伝票番号 LIKE ? ORDER BY ID"_s,
-                        {book::patternOf(kind)}, u"ID"_s);
+    const book::Condition condition = book::slipsOf({.kinds = {kind}});
+    return headers.open(u"SELECT * FROM 入出庫マスター WHERE "_s + condition.sql + u" ORDER BY ID"_s,
+                        condition.values, u"ID"_s);
 }
 
 base::Result<bool> openSlipsOf(db::Recordset &headers, const book::SlipKind &kind,
                                book::CounterpartKey counterpart)
 {
-    return headers.openIfAny(
-        u"SELECT * FROM 入出庫マスター WHERE 伝票番号 LIKE ? AND 相手先ID IS ? ORDER BY ID"_s,
-        {book::patternOf(kind), counterpart ? QVariant(*counterpart) : QVariant()}, u"ID"_s);
+    const book::Condition condition = book::slipsOf({.kinds = {kind}, .counterpart = counterpart});
+    return headers.openIfAny(u"SELECT * FROM 入出庫マスター WHERE "_s + condition.sql + u" ORDER BY ID"_s,
+                             condition.values, u"ID"_s);
 }
 
 base::Status openLines(db::Recordset &lines, qint64 id)

@@ -1,0 +1,92 @@
+#include "book/movement_sums.h"
+
+#include "book/slip_columns.h"
+#include "book/slip_slices.h"
+#include "book/stored_values.h"
+
+using namespace Qt::StringLiterals;
+
+namespace book
+{
+
+namespace
+{
+
+// What is added up of each line, and the names under which it is grouped.
+QString linesStatement(const Condition &condition, const Grouping &grouping)
+{
+    const auto when = [](bool wanted, const QString &column) { return wanted ? column : u"NULL"_s; };
+    const QStringList list{
+        columns::kind + u" AS 種"_s,
+        when(grouping.byCounterpart, u"相手先ID"_s) + u" AS 相手"_s,
+        when(grouping.since.isValid(),
+             u"CASE WHEN 日付 >= ? AND "_s + columns::hasDay + u" THEN 1 ELSE 0 END"_s) +
+            u" AS 以後"_s,
+        when(grouping.byRate, columns::taxClass) + u" AS 区分"_s,
+        when(grouping.byRate, columns::taxRate) + u" AS 率"_s,
+        columns::amountCount + u" AS 額"_s,
+        when(grouping.withTax, u"CASE WHEN "_s + columns::isTax + u" THEN 1 ELSE 0 END"_s) + u" AS 税"_s,
+        when(grouping.withLastDay, columns::day) + u" AS 日"_s,
+        u"入出庫サブ.ID AS 伝票"_s,
+    };
+    return u"SELECT "_s + list.join(u", "_s) + u" FROM "_s + columns::slipsAndLines + u" WHERE "_s +
+           condition.sql;
+}
+
+QString sumsStatement(const Condition &condition, const Grouping &grouping)
+{
+    return u"SELECT 種, 相手, 以後, 区分, 率, SUM(額), COUNT(伝票), MIN(伝票), MAX(日), SUM(税), "
+           "SUM(CASE WHEN 税 = 1 THEN 額 END) FROM ("_s +
+           linesStatement(condition, grouping) + u") AS 明細 GROUP BY 種, 相手, 以後, 区分, 率"_s;
+}
+
+MovementSum sumFrom(const QVariantList &row)
+{
+    MovementSum sum;
+    sum.kind = kindWith(row.at(0)).value_or(sale);
+    sum.counterpart = row.at(1).isNull() ? CounterpartKey() : row.at(1).toLongLong();
+    sum.isSince = row.at(2).toBool();
+    sum.taxClass = row.at(3).isNull() ? std::nullopt : std::optional(row.at(3).toInt());
+    sum.taxRate = storedNumber(row.at(4));
+    sum.amount = ExactSum::ofTenThousandths(row.at(5).toDouble());
+    sum.lines = row.at(6).toLongLong();
+    sum.firstSlip = row.at(7).toLongLong();
+    sum.lastDay = row.at(8).toString();
+    sum.taxLines = row.at(9).toLongLong();
+    sum.tax = ExactSum::ofTenThousandths(row.at(10).toDouble());
+    return sum;
+}
+
+base::Status takeSums(db::Connection &connection, const Condition &condition, const Grouping &grouping,
+                      const TakeSum &take)
+{
+    const QVariantList since =
+        grouping.since.isValid() ? QVariantList{grouping.since.toString(u"yyyy-MM-dd"_s)} : QVariantList();
+    const auto rows = connection.select(sumsStatement(condition, grouping), since + condition.values);
+    if (!rows)
+        return rows.error();
+    for (const QVariantList &row : rows->rows)
+        take(sumFrom(row));
+    return {};
+}
+
+} // namespace
+
+ExactSum MovementSum::inBalance() const { return amount.times(kind.sign); }
+
+base::Status sumMovements(db::Connection &connection, const Selection &selection, const Grouping &grouping,
+                          const base::Progress &progress, const TakeSum &take)
+{
+    Condition condition = slipsOf(selection);
+    condition &= linesOf(selection);
+    const bool isSmall = selection.counterpart || selection.days.onlyUndated || selection.days.from.isValid();
+    if (isSmall)
+        return takeSums(connection, condition, grouping, take);
+    return forSlipSlices(connection, progress, [&](const Condition &slice) {
+        Condition within = condition;
+        within &= slice;
+        return takeSums(connection, within, grouping, take);
+    });
+}
+
+} // namespace book

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+// What a slip and its lines are, in SQL. For the statements of book/ alone.
+namespace book::columns
+{
+
+/// The letter of a slip's kind: the first one of its number, in half width and upper case.
+inline const QString kind = QStringLiteral(
+    "CASE WHEN unicode(伝票番号) BETWEEN 65313 AND 65338 OR unicode(伝票番号) BETWEEN 65345 AND "
+    "65370 THEN upper(char(unicode(伝票番号) - 65248)) ELSE upper(substr(伝票番号, 1, 1)) END");
+/// The key of a line: lines of a slip count up in the order of entry.
+inline const QString lineKey = QStringLiteral("入出庫サブ.rowid");
+inline const QString taxClass = QStringLiteral("NULL");
+inline const QString taxRate = QStringLiteral("消費税率");
+inline const QString inclusive = QStringLiteral("NULL");
+
+/// A condition: the slip has a day of the calendar as its date.
+inline const QString hasDay = QStringLiteral("(valid_day(日付) = 1)");
+/// That day; an empty text, older than every day, without one.
+inline const QString day = QStringLiteral("CASE WHEN valid_day(日付) = 1 THEN 日付 ELSE '' END");
+
+inline const QString taxName = QStringLiteral("'消費税'");
+/// A condition: the line is a slip's tax.
+inline const QString isTax = QStringLiteral("商品名 = '消費税'");
+
+/// What a line's 金額 adds to a sum, in ten-thousandths. A text, or a number beyond all amounts, gives one
+/// that no ExactSum holds, so that the sum is none rather than a wrong one. It has to be signed after it was
+/// summed up, lest two of these cancel out.
+inline const QString amountCount = QStringLiteral(
+    "CASE WHEN 金額 BETWEEN -9e11 AND 9e11 THEN ROUND(金額 * 10000) WHEN 金額 IS NOT NULL THEN 1e300 END");
+
+/// Slips with their lines.
+inline const QString slipsWithLines =
+    QStringLiteral("入出庫マスター INNER JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID");
+/// The same, and slips without lines.
+inline const QString slipsAndLines =
+    QStringLiteral("入出庫マスター LEFT JOIN 入出庫サブ ON 入出庫サブ.ID = 入出庫マスター.ID");
+
+} // namespace book::columns

@@ -1,0 +1,43 @@
+#include "book/slip_counts.h"
+
+using namespace Qt::StringLiterals;
+
+namespace book
+{
+
+base::Result<bool> hasSlips(db::Connection &connection, const SlipKind &kind)
+{
+    // One row tells; a shop has a hundred thousand slips of a kind.
+    const Condition condition = slipsOf({.kinds = {kind}});
+    const auto found = connection.keys(
+        u"SELECT ID FROM 入出庫マスター WHERE "_s + condition.sql + u" LIMIT 1"_s, condition.values);
+    if (!found)
+        return found.error();
+    return !found->empty();
+}
+
+base::Result<qint64> countSlips(db::Connection &connection, const Selection &selection)
+{
+    const Condition condition = slipsOf(selection);
+    const auto count =
+        connection.keys(u"SELECT COUNT(*) FROM 入出庫マスター WHERE "_s + condition.sql, condition.values);
+    if (!count)
+        return count.error();
+    return count->front();
+}
+
+base::Result<QHash<qint64, int>> slipsOfEach(db::Connection &connection, Party party)
+{
+    const Condition condition = slipsOf({.kinds = kindsOf(party)});
+    const auto found = connection.keys(
+        u"SELECT 相手先ID FROM 入出庫マスター WHERE 相手先ID IS NOT NULL AND "_s + condition.sql,
+        condition.values);
+    if (!found)
+        return found.error();
+    QHash<qint64, int> slips;
+    for (const qint64 counterpart : *found)
+        ++slips[counterpart];
+    return slips;
+}
+
+} // namespace book

@@ -1,0 +1,13 @@
+#pragma once
+
+struct sqlite3;
+
+namespace db
+{
+
+/// Gives \a handle the function `valid_day(text)`: 1 for a day of the calendar written yyyy-MM-dd, 0 for
+/// anything else, also for NULL. Columns of days are texts, and other hands may have written any text into
+/// them. \return an SQLite result code
+int installValidDay(sqlite3 *handle);
+
+} // namespace db
