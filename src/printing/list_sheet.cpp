@@ -53,8 +53,7 @@ public:
         for (std::size_t page = 0; page < pages; ++page) {
             const std::size_t first = page * m_lines;
             Sheet &sheet = sheets.emplace_back();
-            sheet.paperWidth = m_list.paperWidth;
-            sheet.paperHeight = m_list.paperHeight;
+            sheet.setCutPaper(m_list.paperWidth, m_list.paperHeight);
             sheet.origin = Origin::PaperEdge;
             SheetWriter writer(sheet);
             writeFrame(writer, page, pages);

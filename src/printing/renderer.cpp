@@ -27,11 +27,10 @@ constexpr double millimetresPerInch = 25.4;
 
 QPageLayout pageOf(const Sheet &sheet)
 {
-    const bool across = sheet.paperWidth > sheet.paperHeight;
-    const QSizeF upright(std::min(sheet.paperWidth, sheet.paperHeight),
-                         std::max(sheet.paperWidth, sheet.paperHeight));
-    QPageLayout layout(QPageSize(upright, QPageSize::Millimeter, {}, QPageSize::FuzzyMatch),
-                       across ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(),
+    // Exact: the page of a form must not become that of a standard paper which it nearly has.
+    const QPageSize size(QSizeF(sheet.paperWidth, sheet.paperHeight), QPageSize::Millimeter, {},
+                         QPageSize::ExactMatch);
+    QPageLayout layout(size, sheet.turned ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(),
                        QPageLayout::Millimeter);
     layout.setMode(QPageLayout::FullPageMode);
     return layout;
@@ -100,23 +99,23 @@ void drawGrid(QPainter &painter, const Sheet &sheet, const QString &face)
     constexpr int step = 10; // millimetres
     constexpr int labelledStep = 50;
     const QColor colour(120, 120, 120);
-    const double right = twipsFromMillimetres(sheet.paperWidth);
-    const double bottom = twipsFromMillimetres(sheet.paperHeight);
+    const double right = twipsFromMillimetres(sheet.readWidth());
+    const double bottom = twipsFromMillimetres(sheet.readHeight());
     const auto pen = [&](int at) { painter.setPen(QPen(colour, at % labelledStep == 0 ? 8 : 2)); };
-    for (int x = 0; x <= sheet.paperWidth; x += step) {
+    for (int x = 0; x <= sheet.readWidth(); x += step) {
         pen(x);
         painter.drawLine(QPointF(twipsFromMillimetres(x), 0), QPointF(twipsFromMillimetres(x), bottom));
     }
-    for (int y = 0; y <= sheet.paperHeight; y += step) {
+    for (int y = 0; y <= sheet.readHeight(); y += step) {
         pen(y);
         painter.drawLine(QPointF(0, twipsFromMillimetres(y)), QPointF(right, twipsFromMillimetres(y)));
     }
     applyFont(painter, face, 7);
     painter.setPen(colour);
-    for (int x = labelledStep; x < sheet.paperWidth; x += labelledStep)
+    for (int x = labelledStep; x < sheet.readWidth(); x += labelledStep)
         painter.drawText(QPointF(twipsFromMillimetres(x + 0.5), twipsFromMillimetres(step - 1)),
                          QString::number(x));
-    for (int y = labelledStep; y < sheet.paperHeight; y += labelledStep)
+    for (int y = labelledStep; y < sheet.readHeight(); y += labelledStep)
         painter.drawText(QPointF(twipsFromMillimetres(step), twipsFromMillimetres(y - 0.5)),
                          QString::number(y));
 }

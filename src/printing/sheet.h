@@ -71,13 +71,27 @@ enum class Origin {
 
 struct Sheet
 {
-    double paperWidth = 210; // millimetres
+    // The paper as it is fed, millimetres. A continuous form that is wider than high is fed that way and
+    // never turned: the printer would take the wrong length for it.
+    double paperWidth = 210;
     double paperHeight = 297;
+    bool turned = false; // it is read across its feed, with the long side on top
     Origin origin = Origin::PrintableArea;
     std::vector<Box> boxes; // drawn first, so that their grey lies under the text
     std::vector<Line> lines;
     std::vector<TextItem> texts;
     std::vector<RichTextSlot> richTexts;
+
+    [[nodiscard]] double readWidth() const { return turned ? paperHeight : paperWidth; }
+    [[nodiscard]] double readHeight() const { return turned ? paperWidth : paperHeight; }
+
+    /// Cut paper that is read with this width and height: it is fed upright.
+    void setCutPaper(double width, double height)
+    {
+        turned = width > height;
+        paperWidth = turned ? height : width;
+        paperHeight = turned ? width : height;
+    }
 };
 
 } // namespace printing

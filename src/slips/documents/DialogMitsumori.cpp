@@ -1,6 +1,7 @@
 #include "slips/documents/DialogMitsumori.h"
 
 #include "printing/font_names.h"
+#include "printing/forms/form_files.h"
 #include "printing/frmPreview.h"
 #include "slips/documents/note_document.h"
 #include "text/numbers.h"
@@ -104,7 +105,10 @@ void DialogMitsumori::preview()
     printing::Document document;
     document.title = u"見積書 "_s + m_data.slip.number;
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
-    document.sheets = estimateSheets(entered());
+    const printing::FormFile layout = printing::loadForm(workspace().applicationFolder(),
+                                                         QString::fromUtf16(estimateLayout), estimateItems());
+    document.sheets = estimateSheets(entered(), layout.form);
+    document.remark = layout.complaint;
     if (tell(addCompanyName(document, workspace(), m_data.companyName)))
         printing::showPreview(workspace(), this, std::move(document));
 }

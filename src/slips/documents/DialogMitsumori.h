@@ -1,6 +1,6 @@
 #pragma once
 
-#include "slips/documents/estimate_layout.h"
+#include "slips/documents/estimate.h"
 #include "ui/screen.h"
 
 #include <memory>

@@ -3,13 +3,13 @@
 #include "book/slip_reader.h"
 #include "db/connection.h"
 #include "masters/own_company.h"
-#include "printing/sheet.h"
-#include "slips/documents/note_parts.h"
+#include "printing/forms/form.h"
+#include "slips/documents/note_values.h"
 
 #include <optional>
 #include <vector>
 
-// The delivery note (納品書) on plain A4 paper.
+// The delivery note (納品書).
 namespace slips
 {
 
@@ -48,7 +48,13 @@ struct DeliveryNoteOptions
 base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint64 id,
                                                 const DeliveryNoteOptions &options);
 
+/// The layout file of the note on plain A4 paper.
+inline constexpr const char16_t *plainDeliveryNoteLayout = u"delivery-note-a4.toml";
+
+/// What a layout of the note may show.
+const printing::FormItems &deliveryNoteItems();
+
 /// The note's sheets, at least one. A full sheet ends with "次葉へ繰越" and the next one goes on.
-std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data);
+std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const printing::Form &form);
 
 } // namespace slips

@@ -1,5 +1,6 @@
 #include "slips/documents/delivery_note_print.h"
 
+#include "printing/forms/form_files.h"
 #include "printing/frmPreview.h"
 #include "slips/documents/delivery_note.h"
 #include "slips/documents/note_document.h"
@@ -47,10 +48,16 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
     printing::Document document;
     document.title = u"納品書 "_s + note->slip.number;
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
-    document.sheets = deliveryNote(*note);
+    const printing::FormFile layout = printing::loadForm(
+        workspace.applicationFolder(), QString::fromUtf16(plainDeliveryNoteLayout), deliveryNoteItems());
+    document.sheets = deliveryNote(*note, layout.form);
+    QStringList remarks;
     if (const QString form = formWithoutLayout(workspace, request); !form.isEmpty())
-        document.remark =
-            u"「%1」の用紙に合わせた印刷はまだできません。無地の A4 用紙に印刷してください。"_s.arg(form);
+        remarks << u"「%1」の用紙に合わせた印刷はまだできません。無地の A4 用紙に印刷してください。"_s.arg(
+            form);
+    if (!layout.complaint.isEmpty())
+        remarks << layout.complaint;
+    document.remark = remarks.join(u'\n');
     if (const base::Status named = addCompanyName(document, workspace, options.companyName); !named)
         return named.error();
     return document;

@@ -1,5 +1,5 @@
 #include "book/tax.h"
-#include "slips/documents/estimate_layout.h"
+#include "slips/documents/estimate.h"
 
 #include <cmath>
 

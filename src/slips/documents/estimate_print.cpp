@@ -1,7 +1,7 @@
 #include "slips/documents/estimate_print.h"
 
 #include "slips/documents/DialogMitsumori.h"
-#include "slips/documents/estimate_layout.h"
+#include "slips/documents/estimate.h"
 #include "slips/documents/note_document.h"
 #include "ui/prompts.h"
 #include "workspace/workspace.h"

@@ -2,7 +2,7 @@
 
 #include "base/result.h"
 #include "printing/renderer.h"
-#include "slips/documents/note_parts.h"
+#include "slips/documents/note_values.h"
 
 namespace workspace
 {

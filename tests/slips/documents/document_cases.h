@@ -1,7 +1,7 @@
 #pragma once
 
 #include "slips/documents/delivery_note.h"
-#include "slips/documents/estimate_layout.h"
+#include "slips/documents/estimate.h"
 
 #include <map>
 

@@ -1,12 +1,13 @@
+#include "plain_sheets.h"
 #include "printing/pdf.h"
 #include "printing/text_fit.h"
 #include "slips/documents/delivery_note.h"
 #include "slips/documents/delivery_note_print.h"
-#include "slips/documents/delivery_note_table.h"
 #include "support/fresh_shop.h"
 #include "workspace/settings.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QTest>
 
 #include <algorithm>
@@ -19,6 +20,8 @@ using printing::TextItem;
 
 namespace
 {
+
+constexpr int noteRows = 20;
 
 book::SlipLine goods(const QString &product, double quantity, double price, double amount)
 {
@@ -124,7 +127,7 @@ private slots:
     {
         QFETCH(int, lines);
         QFETCH(int, sheets);
-        const std::vector<Sheet> found = deliveryNote(note(lines));
+        const std::vector<Sheet> found = plainSheets(note(lines));
         QCOMPARE(found.size(), static_cast<std::size_t>(sheets));
         qsizetype printed = 0;
         for (int page = 1; page <= sheets; ++page) {
@@ -144,7 +147,7 @@ private slots:
         data.slip.lines.push_back(goods(u"玉露"_s, 2.5, 1234.5, 3086));
         data.total = 1234567;
         data.memo = u"新茶は五月"_s;
-        const QStringList texts = textsOf(deliveryNote(data).front());
+        const QStringList texts = textsOf(plainSheets(data).front());
         for (const QString &wanted : {u"納品書"_s,
                                       u"〒150-0001"_s,
                                       u"株式会社東京百貨店　様"_s,
@@ -172,7 +175,7 @@ private slots:
 
         data.slip.name2 = u"食品課"_s;
         data.slip.employeeName.clear();
-        const QStringList others = textsOf(deliveryNote(data).front());
+        const QStringList others = textsOf(plainSheets(data).front());
         QVERIFY(others.contains(u"株式会社東京百貨店"_s) && others.contains(u"食品課　様"_s));
         QVERIFY(others.filter(u"担当者"_s).isEmpty());
     }
@@ -204,7 +207,7 @@ private slots:
         data.slip.lines.push_back({text, text, number, text.left(20), number, number});
         data.slip.lines.push_back(goods(u"次の品"_s, 1, 1, 1));
         QString printed;
-        for (const Sheet &sheet : deliveryNote(data)) {
+        for (const Sheet &sheet : plainSheets(data)) {
             const QStringList wrong = misplaced(sheet);
             QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(u'\n').left(2000)));
             printed += textsOf(sheet).join(QString());
@@ -215,9 +218,9 @@ private slots:
     void offsetsMoveTheNoteAndTheAddressee()
     {
         DeliveryNoteData data = note(1);
-        const Sheet plain = deliveryNote(data).front();
+        const Sheet plain = plainSheets(data).front();
         data.offsets = {2, -3, 4};
-        const Sheet moved = deliveryNote(data).front();
+        const Sheet moved = plainSheets(data).front();
         const auto shift = [&](const QString &text) {
             const TextItem *from = itemWith(plain, text);
             const TextItem *to = itemWith(moved, text);
@@ -232,13 +235,13 @@ private slots:
     {
         DeliveryNoteData data = note(1);
         data.companyName = CompanyName::Omitted;
-        Sheet sheet = deliveryNote(data).front();
+        Sheet sheet = plainSheets(data).front();
         QVERIFY(!itemWith(sheet, u"有限会社山田茶舗"_s) && !itemWith(sheet, u"通信販売部"_s));
         QVERIFY(itemWith(sheet, u"〒420-0001"_s));
         QVERIFY(sheet.richTexts.empty());
 
         data.companyName = CompanyName::Extended;
-        sheet = deliveryNote(data).front();
+        sheet = plainSheets(data).front();
         QVERIFY(!itemWith(sheet, u"有限会社山田茶舗"_s));
         QCOMPARE(sheet.richTexts.size(), std::size_t(1));
     }
@@ -268,7 +271,7 @@ private slots:
         const auto data = readDeliveryNote(
             shop.connection, 1, {inclusive, closed ? std::nullopt : std::optional(5.0), {}, {}, {}});
         QVERIFY(data);
-        const Sheet sheet = deliveryNote(*data).front();
+        const Sheet sheet = plainSheets(*data).front();
         const QStringList texts = textsOf(sheet);
         const auto after = [&](const QString &label) {
             return texts.contains(label) ? texts.at(texts.indexOf(label) + 1) : u"-"_s;
@@ -327,6 +330,27 @@ private slots:
         shop.workspace.panel.omitCompanyName = true;
         const auto omitted = deliveryNoteDocument(shop.workspace, {.slipId = 1});
         QVERIFY(omitted && omitted->richTexts.empty());
+    }
+
+    void aLayoutOfTheShopsOwnWinsUntilItIsDamaged()
+    {
+        FreshShop shop;
+        addShop(shop, u"0"_s);
+        QVERIFY(QDir(shop.workspace.applicationFolder()).mkpath(u"layouts"_s));
+        QFile own(shop.workspace.inApplicationFolder(u"layouts/delivery-note-a4.toml"_s));
+        const QByteArray content = "format = 1\nname = \"自作\"\npaper = { width = 148, height = 100 }\n"
+                                   "[[text]]\ntext = \"お届け\"\nx = 10\ny = 10\n";
+        QVERIFY(own.open(QIODevice::WriteOnly) && own.write(content) == content.size());
+        own.close();
+        auto document = deliveryNoteDocument(shop.workspace, {.slipId = 1});
+        QVERIFY(document && document->remark.isEmpty());
+        QCOMPARE(textsOf(document->sheets.front()), QStringList{u"お届け"_s});
+        QCOMPARE(document->sheets.front().paperWidth, 148.0);
+
+        QVERIFY(own.resize(own.size() - 3)); // "y =", without its value
+        document = deliveryNoteDocument(shop.workspace, {.slipId = 1});
+        QVERIFY(document && itemWith(document->sheets.front(), u"納品書"_s));
+        QVERIFY2(document->remark.startsWith(u"delivery-note-a4.toml:7: "_s), qPrintable(document->remark));
     }
 };
 

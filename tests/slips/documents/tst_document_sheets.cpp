@@ -1,6 +1,5 @@
 #include "document_cases.h"
-#include "slips/documents/delivery_note.h"
-#include "slips/documents/estimate_layout.h"
+#include "plain_sheets.h"
 
 #include <QFile>
 #include <QTest>
@@ -140,14 +139,14 @@ private slots:
     void deliveryNotes()
     {
         QFETCH(QString, name);
-        compare(u"delivery_note"_s, name, slips::deliveryNote(document_cases::deliveryNotes().at(name)));
+        compare(u"delivery_note"_s, name, plainSheets(document_cases::deliveryNotes().at(name)));
     }
 
     void estimates_data() { addRows(document_cases::estimates()); }
     void estimates()
     {
         QFETCH(QString, name);
-        compare(u"estimate"_s, name, slips::estimateSheets(document_cases::estimates().at(name)));
+        compare(u"estimate"_s, name, plainSheets(document_cases::estimates().at(name)));
     }
 };
 

@@ -1,8 +1,9 @@
 #include "slips/slip_desk.h"
 
+#include "plain_sheets.h"
 #include "printing/text_fit.h"
 #include "slips/documents/DialogMitsumori.h"
-#include "slips/documents/estimate_layout.h"
+#include "slips/documents/estimate.h"
 #include "slips/documents/estimate_print.h"
 #include "slips/entry/frmMitsumori.h"
 #include "support/scripted_test.h"
@@ -95,7 +96,7 @@ private slots:
     {
         QFETCH(int, lines);
         QFETCH(QList<int>, onPages);
-        const std::vector<Sheet> sheets = estimateSheets(estimateOf(lines));
+        const std::vector<Sheet> sheets = plainSheets(estimateOf(lines));
         QCOMPARE(sheets.size(), static_cast<std::size_t>(onPages.size()));
         for (int page = 0; page < onPages.size(); ++page) {
             const QStringList texts = textsOf(sheets[static_cast<std::size_t>(page)]);
@@ -112,12 +113,12 @@ private slots:
     void wording()
     {
         EstimateData data = estimateOf(1);
-        QStringList texts = textsOf(estimateSheets(data).front());
+        QStringList texts = textsOf(plainSheets(data).front());
         for (const QString &label : {u"有効期限"_s, u"納入期日"_s, u"取引方法"_s, u"受渡場所"_s})
             QVERIFY(!texts.contains(label));
         data.terms = {QDate(2026, 5, 1), QDate(2026, 4, 15), u"月末締め翌月末払い"_s, u"貴社倉庫"_s,
                       u"一\n二\n三"_s};
-        texts = textsOf(estimateSheets(data).front());
+        texts = textsOf(plainSheets(data).front());
         for (const QString &wanted : {u"御見積書"_s,
                                       u"2026年4月1日"_s,
                                       u"株式会社東京百貨店　御中"_s,
@@ -187,7 +188,7 @@ private slots:
         data.terms = {QDate(2026, 5, 1), QDate(2026, 4, 15), text, text, (text + u'\n').repeated(3)};
         for (int i = 0; i < 30; ++i)
             data.slip.lines.push_back({text, text, number, text.left(5), number, number});
-        for (const Sheet &sheet : estimateSheets(data))
+        for (const Sheet &sheet : plainSheets(data))
             QCOMPARE(misplaced(sheet), QStringList());
     }
 
@@ -240,7 +241,7 @@ private slots:
         const auto data = readEstimate(desk.shop.connection, 1, {});
         QVERIFY(data);
         QCOMPARE(data->taxed, EstimateTax::Untold);
-        QVERIFY(textsOf(estimateSheets(*data).front()).filter(u"消費税"_s).isEmpty());
+        QVERIFY(textsOf(plainSheets(*data).front()).filter(u"消費税"_s).isEmpty());
         QVERIFY(!readEstimate(desk.shop.connection, 2, {}));
         desk.shop.run(u"DELETE FROM 納品先"_s);
         QCOMPARE(readEstimate(desk.shop.connection, 1, {})->slip.name1, u"(削除済み) ID 1"_s);

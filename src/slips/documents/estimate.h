@@ -2,10 +2,10 @@
 
 #include "book/printed_slip.h"
 #include "db/connection.h"
-#include "printing/sheet.h"
-#include "slips/documents/note_parts.h"
+#include "printing/forms/form.h"
+#include "slips/documents/note_values.h"
 
-// The estimate (御見積書) on plain A4 paper.
+// The estimate (御見積書).
 namespace slips
 {
 
@@ -61,7 +61,13 @@ QString taxWords(EstimateTax taxed);
 /// one already. \a firm: the name that tells the kind, where \a name is a department's.
 QString honoured(const QString &name, const QString &firm);
 
+/// The layout file of the estimate on plain A4 paper.
+inline constexpr const char16_t *estimateLayout = u"estimate-a4.toml";
+
+/// What a layout of the estimate may show.
+const printing::FormItems &estimateItems();
+
 /// The estimate's sheets, at least one. A full sheet ends with "次葉へ繰越" and the next one goes on.
-std::vector<printing::Sheet> estimateSheets(const EstimateData &data);
+std::vector<printing::Sheet> estimateSheets(const EstimateData &data, const printing::Form &form);
 
 } // namespace slips

@@ -1,0 +1,110 @@
+#include "printing/forms/toml_tree.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+
+#define TOML_EXCEPTIONS 0
+#define TOML_ENABLE_FORMATTERS 0
+// A layout is five levels deep; the parser calls itself for each.
+#define TOML_MAX_NESTED_VALUES 32
+#include <toml++/toml.h>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+namespace
+{
+
+constexpr qsizetype largestFile = 1024 * 1024; // bytes
+
+QString textOf(std::string_view utf8)
+{
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+TomlNode nodeOf(const toml::node &node);
+
+void addChildren(TomlNode &result, const toml::node &node)
+{
+    if (const toml::array *array = node.as_array()) {
+        for (const toml::node &element : *array)
+            result.children.push_back(nodeOf(element));
+        return;
+    }
+    for (const auto &[key, value] : *node.as_table()) {
+        TomlNode child = nodeOf(value);
+        child.key = textOf(key.str());
+        child.line = std::max(1, static_cast<int>(key.source().begin.line));
+        result.children.push_back(std::move(child));
+    }
+    // toml++ keeps them by name.
+    std::stable_sort(result.children.begin(), result.children.end(),
+                     [](const TomlNode &a, const TomlNode &b) { return a.line < b.line; });
+}
+
+TomlNode nodeOf(const toml::node &node)
+{
+    TomlNode result;
+    result.line = std::max(1, static_cast<int>(node.source().begin.line));
+    if (const auto flag = node.value_exact<bool>()) {
+        result.kind = TomlNode::Kind::Flag;
+        result.flag = *flag;
+    } else if (const auto integer = node.value_exact<int64_t>()) {
+        result.kind = TomlNode::Kind::Integer;
+        result.number = static_cast<double>(*integer);
+    } else if (const auto number = node.value_exact<double>()) {
+        result.kind = TomlNode::Kind::Number;
+        result.number = *number;
+    } else if (const auto text = node.value_exact<std::string_view>()) {
+        result.kind = TomlNode::Kind::Text;
+        result.text = textOf(*text);
+    } else if (node.is_array() || node.is_table()) {
+        result.kind = node.is_array() ? TomlNode::Kind::Array : TomlNode::Kind::Table;
+        addChildren(result, node);
+    }
+    return result;
+}
+
+/// The line of the first bytes that are not UTF-8; 0 where all are.
+int lineOfForeignBytes(const QByteArray &content)
+{
+    int line = 1;
+    for (const QByteArray &bytes : content.split('\n')) {
+        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+        const QString decoded = decoder(bytes);
+        if (decoder.hasError())
+            return line;
+        ++line;
+    }
+    return 0;
+}
+
+TomlFile fault(int line, const QString &text)
+{
+    TomlFile file;
+    file.faults.push_back({line, text});
+    return file;
+}
+
+} // namespace
+
+TomlFile readToml(const QByteArray &content)
+{
+    if (content.size() > largestFile)
+        return fault(1, u"ファイルが大きすぎます（1 MB まで）。"_s);
+    if (const int line = lineOfForeignBytes(content); line > 0)
+        return fault(line, u"文字コードが UTF-8 ではありません。UTF-8 で保存し直してください。"_s);
+    const toml::parse_result result =
+        toml::parse(std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
+    if (!result)
+        return fault(std::max(1, static_cast<int>(result.error().source().begin.line)),
+                     u"書き方が正しくありません（%1）。"_s.arg(textOf(result.error().description())));
+    TomlFile file;
+    file.root = nodeOf(result.table());
+    return file;
+}
+
+} // namespace printing

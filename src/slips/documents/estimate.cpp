@@ -1,0 +1,134 @@
+#include "slips/documents/estimate.h"
+
+#include "book/counterpart_name.h"
+#include "printing/forms/form_sheets.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using printing::FormItemKind;
+using printing::FormRecord;
+
+namespace slips
+{
+
+namespace
+{
+
+const QStringList &honorifics()
+{
+    static const QStringList all{u"様"_s, u"御中"_s, u"殿"_s, u"先生"_s};
+    return all;
+}
+
+// What marks a name as that of a firm or an institution.
+const QStringList &firmMarks()
+{
+    static const QStringList all{u"会社"_s,   u"㈱"_s,   u"㈲"_s,   u"（株）"_s, u"(株)"_s,
+                                 u"（有）"_s, u"(有)"_s, u"法人"_s, u"組合"_s,   u"商店"_s,
+                                 u"商会"_s,   u"協会"_s, u"学校"_s, u"病院"_s,   u"銀行"_s,
+                                 u"ホテル"_s, u"旅館"_s, u"役場"_s, u"市役所"_s};
+    return all;
+}
+
+bool endsWithAny(const QString &text, const QStringList &ends)
+{
+    return std::any_of(ends.begin(), ends.end(), [&](const QString &end) { return text.endsWith(end); });
+}
+
+bool containsAny(const QString &text, const QStringList &parts)
+{
+    return std::any_of(parts.begin(), parts.end(), [&](const QString &part) { return text.contains(part); });
+}
+
+QString yen(double amount) { return u"¥"_s + text::formatAmount(amount); }
+
+void addNames(FormRecord &items, const book::Slip &slip)
+{
+    const bool alone = slip.name2.isEmpty();
+    const QString last = honoured(alone ? slip.name1 : slip.name2, slip.name1);
+    items[u"宛先.名称1"_s] = alone ? last : slip.name1;
+    items[u"宛先.名称2"_s] = alone ? QString() : last;
+    items[u"宛先.名称"_s] = alone ? last : slip.name1 + u'　' + last;
+}
+
+// The tax is told even where it is no amount of its own.
+void addTotals(FormRecord &items, const EstimateData &data)
+{
+    items[u"合計金額"_s] = data.total();
+    items[u"税の扱い"_s] = taxWords(data.taxed);
+    switch (data.taxed) {
+    case EstimateTax::Added:
+        items[u"小計"_s] = data.goods;
+        items[u"消費税"_s] = yen(data.tax);
+        break;
+    case EstimateTax::Separate:
+        items[u"小計"_s] = data.goods;
+        items[u"消費税"_s] = u"別途"_s;
+        break;
+    case EstimateTax::Included:
+        items[u"内消費税"_s] = data.tax;
+        break;
+    case EstimateTax::Untold:
+        break;
+    }
+}
+
+void addTerms(FormRecord &items, const EstimateTerms &terms)
+{
+    items[u"納入期日"_s] = terms.deliveryDate;
+    items[u"受渡場所"_s] = terms.place;
+    items[u"取引方法"_s] = terms.payment;
+    items[u"有効期限"_s] = terms.validUntil;
+    items[u"備考"_s] = terms.remarks;
+}
+
+} // namespace
+
+QString taxWords(EstimateTax taxed)
+{
+    switch (taxed) {
+    case EstimateTax::Added:
+    case EstimateTax::Included:
+        return u"（消費税込）"_s;
+    case EstimateTax::Separate:
+        return u"（消費税別途）"_s;
+    case EstimateTax::Untold:
+        break;
+    }
+    return {};
+}
+
+QString honoured(const QString &name, const QString &firm)
+{
+    if (name.isEmpty() || book::isUnknownCounterpartName(name) || endsWithAny(name.trimmed(), honorifics()))
+        return name;
+    return name + (containsAny(firm, firmMarks()) ? u"　御中"_s : u"　様"_s);
+}
+
+const printing::FormItems &estimateItems()
+{
+    static const printing::FormItems items = [] {
+        printing::FormItems all = noteItems();
+        for (const QString &name : {u"税の扱い"_s, u"消費税"_s, u"受渡場所"_s, u"取引方法"_s})
+            all.items[name] = FormItemKind::Text;
+        for (const QString &name : {u"納入期日"_s, u"有効期限"_s})
+            all.items[name] = FormItemKind::Date;
+        for (const QString &name : {u"小計"_s, u"内消費税"_s})
+            all.items[name] = FormItemKind::Number;
+        return all;
+    }();
+    return items;
+}
+
+std::vector<printing::Sheet> estimateSheets(const EstimateData &data, const printing::Form &form)
+{
+    printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
+    addNames(values.items, data.slip);
+    addTotals(values.items, data);
+    addTerms(values.items, data.terms);
+    return printing::formSheets(form, values);
+}
+
+} // namespace slips

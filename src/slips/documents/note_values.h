@@ -1,0 +1,27 @@
+#pragma once
+
+#include "book/slip_reader.h"
+#include "masters/own_company.h"
+#include "printing/forms/form_values.h"
+
+// What the printed slips for customers, delivery note and estimate, show alike.
+namespace slips
+{
+
+/// How a printed slip names its sender.
+enum class CompanyName {
+    Plain,    // 会社名1 and 会社名2
+    Omitted,  // left off, where the paper bears it already
+    Extended, // the rich-text block in their place
+};
+
+/// The name of the sheets' slot for the extended company-name block.
+inline constexpr const char16_t *companyNameSlot = u"社名";
+
+/// The items of slip, sender, addressee and lines.
+printing::FormItems noteItems();
+
+/// Their values, the addressee's names excepted, whose honorifics are the document's own.
+printing::FormValues noteValues(const book::Slip &slip, const masters::OwnCompany &sender, CompanyName name);
+
+} // namespace slips
