@@ -50,7 +50,7 @@ void registerRoster(const Shops &shops, std::vector<Row> &rows, int customers)
     rows.push_back({"roster laid out and previewed", std::to_string(customers) + " customers", 0});
     auto shop = std::make_shared<OpenShop>(shops.shop(customers, 10000));
     add(rows.size() - 1, "ours", [shop] {
-        const auto keys = shop->connection.keys(u"SELECT 納品先ID FROM 納品先"_s);
+        const auto keys = shop->connection.integers(u"SELECT 納品先ID FROM 納品先"_s);
         const registers::RosterOptions options{
             u"顧客名簿"_s, {u"TEL"_s, u"TEL"_s, u"FAX"_s}, registers::rosterColumnsFrom({})};
         std::unique_ptr<printing::frmPreview> preview;

@@ -10,9 +10,8 @@ namespace book
 struct CounterpartSearch
 {
     Party party;
-    const char16_t *byKey;     // statement with the search pattern bound
-    const char16_t *byId;      // the same columns of one row
-    const char16_t *keyColumn; // 納品先ID, 仕入先ID
+    const char16_t *columns;
+    const char16_t *condition; // on the search key, whose pattern is bound
 };
 
 /// Customers, the one served last first.
@@ -21,6 +20,9 @@ extern const CounterpartSearch customerSearch;
 extern const CounterpartSearch supplierSearch;
 /// The same with the supplier's code, as payments list them.
 extern const CounterpartSearch payeeSearch;
+
+/// The counterparts' table.
+QString tableOf(Party party);
 
 /// Fills \a found with the rows whose search key contains \a text.
 base::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &text);

@@ -28,7 +28,7 @@ base::Status checkManualNumber(db::Connection &connection, const QString &number
 {
     if (!number.startsWith(QChar(letter)))
         return base::Error{u"伝票番号に誤りがあります。"_s};
-    const auto found = connection.keys(
+    const auto found = connection.integers(
         u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' AND ID <> ? LIMIT 1"_s,
         {literalPattern(number), own});
     if (!found)

@@ -9,7 +9,7 @@ base::Result<bool> hasSlips(db::Connection &connection, const SlipKind &kind)
 {
     // One row tells; a shop has a hundred thousand slips of a kind.
     const Condition condition = slipsOf({.kinds = {kind}});
-    const auto found = connection.keys(
+    const auto found = connection.integers(
         u"SELECT ID FROM 入出庫マスター WHERE "_s + condition.sql + u" LIMIT 1"_s, condition.values);
     if (!found)
         return found.error();
@@ -19,8 +19,8 @@ base::Result<bool> hasSlips(db::Connection &connection, const SlipKind &kind)
 base::Result<qint64> countSlips(db::Connection &connection, const Selection &selection)
 {
     const Condition condition = slipsOf(selection);
-    const auto count =
-        connection.keys(u"SELECT COUNT(*) FROM 入出庫マスター WHERE "_s + condition.sql, condition.values);
+    const auto count = connection.integers(u"SELECT COUNT(*) FROM 入出庫マスター WHERE "_s + condition.sql,
+                                           condition.values);
     if (!count)
         return count.error();
     return count->front();
@@ -29,7 +29,7 @@ base::Result<qint64> countSlips(db::Connection &connection, const Selection &sel
 base::Result<QHash<qint64, int>> slipsOfEach(db::Connection &connection, Party party)
 {
     const Condition condition = slipsOf({.kinds = kindsOf(party)});
-    const auto found = connection.keys(
+    const auto found = connection.integers(
         u"SELECT 相手先ID FROM 入出庫マスター WHERE 相手先ID IS NOT NULL AND "_s + condition.sql,
         condition.values);
     if (!found)

@@ -40,7 +40,7 @@ base::Result<Slice> nextSlice(db::Connection &connection, const QVariant &after)
 base::Status forSlipSlices(db::Connection &connection, const base::Progress &progress,
                            const std::function<base::Status(const Condition &slice)> &work)
 {
-    const auto total = connection.keys(u"SELECT COUNT(*) FROM 入出庫マスター"_s);
+    const auto total = connection.integers(u"SELECT COUNT(*) FROM 入出庫マスター"_s);
     if (!total)
         return total.error();
     if (const base::Status worked = work({u"日付 IS NULL"_s, {}}); !worked)

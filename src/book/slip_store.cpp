@@ -38,9 +38,9 @@ base::Status checkHeader(const NewSlip &slip)
 base::Status checkCounterpart(db::Connection &connection, const NewSlip &slip)
 {
     const bool isCustomer = slip.kind.party == Party::Customer;
-    const auto there = connection.keys(isCustomer ? u"SELECT 納品先ID FROM 納品先 WHERE 納品先ID = ?"_s
-                                                  : u"SELECT 仕入先ID FROM 仕入先 WHERE 仕入先ID = ?"_s,
-                                       {slip.counterpart});
+    const auto there = connection.integers(isCustomer ? u"SELECT 納品先ID FROM 納品先 WHERE 納品先ID = ?"_s
+                                                      : u"SELECT 仕入先ID FROM 仕入先 WHERE 仕入先ID = ?"_s,
+                                           {slip.counterpart});
     if (!there)
         return there.error();
     if (there->empty())
@@ -84,8 +84,8 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
 // 0 for a slip that has its tax line already.
 base::Result<double> taxStillDue(db::Connection &connection, qint64 id, double total, double taxRate)
 {
-    const auto taxed = connection.keys(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = ? AND 商品名 = ?"_s,
-                                       {id, QString::fromUtf16(taxLineName)});
+    const auto taxed = connection.integers(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = ? AND 商品名 = ?"_s,
+                                           {id, QString::fromUtf16(taxLineName)});
     if (!taxed)
         return taxed.error();
     return taxed->front() > 0 ? 0.0 : exclusiveTax(total, taxRate);
@@ -146,7 +146,7 @@ base::Status addTaxLine(db::Connection &connection, qint64 id, double tax)
 
 base::Result<bool> slipExists(db::Connection &connection, qint64 id)
 {
-    const auto headers = connection.keys(u"SELECT ID FROM 入出庫マスター WHERE ID = ?"_s, {id});
+    const auto headers = connection.integers(u"SELECT ID FROM 入出庫マスター WHERE ID = ?"_s, {id});
     if (!headers)
         return headers.error();
     return !headers->empty();
@@ -172,7 +172,7 @@ base::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
 
 base::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader &saved)
 {
-    const auto anothers = connection.keys(
+    const auto anothers = connection.integers(
         u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND (伝票番号 IS NOT ? OR 相手先ID IS NOT ?)"_s,
         {saved.id, saved.number, saved.counterpart});
     if (!anothers)

@@ -69,6 +69,16 @@ int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
 
 } // namespace
 
+base::Status sameLibrary(const QString &ofQt, const QString &ours)
+{
+    return ofQt == ours
+               ? base::Status()
+               : base::Error{
+                     u"Qt のデータベース部品（%1）とこのプログラム（%2）が別の SQLite を使っているため、"
+                     "データベースを開けませんでした。プログラムを入れ直してください。"_s.arg(ofQt.left(19),
+                                                                                              ours.left(19))};
+}
+
 QVariant Rows::value(int row, const QString &column) const
 {
     const auto index = columns.indexOf(column);
@@ -106,8 +116,9 @@ base::Status Connection::open(const QString &fileName)
     }
     m_open = true;
     m_fileName = QFileInfo(fileName).absoluteFilePath();
-    base::Status ready = configure();
-    for (const auto check : {&Connection::checkVersion, &Connection::checkTables, &Connection::checkEdges}) {
+    base::Status ready = checkLibrary();
+    for (const auto check : {&Connection::configure, &Connection::checkVersion, &Connection::checkTables,
+                             &Connection::checkEdges}) {
         if (ready)
             ready = (this->*check)();
     }
@@ -138,6 +149,16 @@ bool Connection::inTransaction() const { return m_open && sqlite3_get_autocommit
 bool Connection::hasCommittedAllTheSame() const
 {
     return m_open && sqlite3_extended_errcode(handle()) == SQLITE_IOERR_DIR_FSYNC && !inTransaction();
+}
+
+// QtSql and this program work on one handle. Two libraries would each keep their own book of the file's
+// locks, and the closing of a file in the one would drop those of the other.
+base::Status Connection::checkLibrary()
+{
+    const auto used = select(u"SELECT sqlite_source_id()"_s);
+    if (!used)
+        return used.error();
+    return sameLibrary(used->rows.front().front().toString(), QString::fromLatin1(sqlite3_sourceid()));
 }
 
 // Each setting is read back: SQLite passes over one that it cannot carry out.
@@ -307,7 +328,7 @@ base::Result<int> Connection::execute(const QString &sql, const QVariantList &va
     return changed;
 }
 
-base::Result<std::vector<qint64>> Connection::keys(const QString &sql, const QVariantList &values)
+base::Result<std::vector<qint64>> Connection::integers(const QString &sql, const QVariantList &values)
 {
     sqlite3_stmt *statement = nullptr;
     const QByteArray utf8 = sql.toUtf8();

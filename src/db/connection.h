@@ -28,6 +28,9 @@ struct Rows
     [[nodiscard]] QVariant value(int row, const QString &column) const;
 };
 
+/// Whether QtSql and this program use one and the same SQLite, told by their source ids.
+base::Status sameLibrary(const QString &ofQt, const QString &ours);
+
 /// The one connection of the program to its database file. Screens and logic work on it with literal SQL;
 /// values are bound to "?". Nothing else opens a handle on the file while it is open.
 class Connection
@@ -57,8 +60,8 @@ public:
     /// Runs a statement that returns no rows. \return the number of rows changed
     base::Result<int> execute(const QString &sql, const QVariantList &values = {});
 
-    /// The first column of every row as integers; made for hundreds of thousands of keys.
-    base::Result<std::vector<qint64>> keys(const QString &sql, const QVariantList &values = {});
+    /// The first column of every row as integers; made for hundreds of thousands of them.
+    base::Result<std::vector<qint64>> integers(const QString &sql, const QVariantList &values = {});
 
     /// Whether a transaction is under way.
     [[nodiscard]] bool inTransaction() const;
@@ -75,6 +78,7 @@ private:
     /// caller.
     base::Result<QSqlQuery *> run(const QString &sql, const QVariantList &values);
 
+    base::Status checkLibrary();
     base::Status configure();
     base::Status checkVersion();
     base::Status checkTables();

@@ -12,8 +12,8 @@ base::Result<qint64> nextKey(Connection &connection, const QString &table)
 {
     const QString key = keyOf(table);
     // The last row of the ascending list of keys, found from its end.
-    const auto found = connection.keys(u"SELECT "_s + key + u" FROM "_s + table + u" ORDER BY "_s + key +
-                                       u" DESC LIMIT 1"_s);
+    const auto found = connection.integers(u"SELECT "_s + key + u" FROM "_s + table + u" ORDER BY "_s + key +
+                                           u" DESC LIMIT 1"_s);
     if (!found)
         return found.error();
     const qint64 highest = found->empty() ? 0 : found->front();

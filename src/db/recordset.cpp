@@ -23,15 +23,6 @@ QMetaType::Type typeOf(const QString &declared)
     return declared == "REAL"_L1 ? QMetaType::Double : QMetaType::QString;
 }
 
-// What follows the first " FROM " of a statement: the table's name, then other tables, conditions and order.
-QString afterFrom(const QString &statement) { return statement.mid(statement.indexOf(" FROM "_L1) + 6); }
-
-QString firstTable(const QString &statement)
-{
-    const QString table = afterFrom(statement).section(u' ', 0, 0);
-    return table.endsWith(u',') ? table.chopped(1) : table;
-}
-
 } // namespace
 
 Recordset::Recordset(Connection &connection, QObject *parent)
@@ -41,54 +32,36 @@ Recordset::Recordset(Connection &connection, QObject *parent)
 
 Recordset::~Recordset() = default;
 
-base::Status Recordset::open(const QString &statement, const QVariantList &values, const QString &key)
+base::Status Recordset::open(const Query &query)
 {
-    auto keys = readKeys(statement, values, key);
-    return keys ? adopt(std::move(*keys), statement, values, key) : keys.status();
+    auto keys = readKeys(query);
+    return keys ? adopt(std::move(*keys), query) : base::Status(keys.error());
 }
 
-base::Result<bool> Recordset::openIfAny(const QString &statement, const QVariantList &values,
-                                        const QString &key)
+base::Result<bool> Recordset::openIfAny(const Query &query)
 {
-    auto keys = readKeys(statement, values, key);
+    auto keys = readKeys(query);
     if (!keys)
         return keys.error();
     if (keys->empty())
         return false;
-    const base::Status opened = adopt(std::move(*keys), statement, values, key);
-    return opened ? base::Result<bool>(true) : opened.error();
+    const base::Status opened = adopt(std::move(*keys), query);
+    return opened ? base::Result<bool>(true) : base::Result<bool>(opened.error());
 }
 
-base::Result<std::vector<qint64>> Recordset::readKeys(const QString &statement, const QVariantList &values,
-                                                      const QString &key)
+base::Result<std::vector<qint64>> Recordset::readKeys(const Query &query)
 {
-    QString rest = afterFrom(statement);
-    const QString byKey = u" ORDER BY "_s + key;
-    const bool inOrderOfKeys = rest.endsWith(byKey);
-    // In that order SQLite reads the whole table, though every index holds the keys in a fraction of its
-    // size; sorting them takes less.
-    if (inOrderOfKeys)
-        rest.chop(byKey.size());
-    auto keys = m_connection.keys(u"SELECT "_s + key + u" FROM "_s + rest, values);
-    if (keys && inOrderOfKeys)
-        std::sort(keys->begin(), keys->end());
-    return keys;
+    return m_connection.integers(query.selecting(query.key()), query.values);
 }
 
-base::Status Recordset::adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
-                              const QString &key)
+base::Status Recordset::adopt(std::vector<qint64> keys, const Query &query)
 {
-    const QString selectList = statement.mid(7, statement.indexOf(" FROM "_L1) - 7).trimmed();
-    const QString table = firstTable(statement);
-    const auto columns = readColumns(selectList, table);
+    const auto columns = readColumns(query);
     if (!columns)
         return columns.error();
     beginResetModel();
-    m_statement = statement;
-    m_values = values;
-    m_key = key;
-    m_selectList = selectList;
-    m_table = table;
+    m_query = query;
+    m_key = query.key();
     m_columns = columns->names;
     m_types = columns->types;
     m_keys = std::move(keys);
@@ -100,10 +73,12 @@ base::Status Recordset::adopt(std::vector<qint64> keys, const QString &statement
     return {};
 }
 
-base::Result<Recordset::Columns> Recordset::readColumns(const QString &select, const QString &table)
+base::Result<Recordset::Columns> Recordset::readColumns(const Query &query)
 {
-    const auto rows = m_connection.select(u"SELECT "_s + select + u" FROM "_s + table + u" LIMIT 0"_s);
-    const auto declared = m_connection.select(u"SELECT name, type FROM pragma_table_info(?)"_s, {table});
+    const auto rows =
+        m_connection.select(u"SELECT "_s + query.columns + u" FROM "_s + query.table + u" LIMIT 0"_s);
+    const auto declared =
+        m_connection.select(u"SELECT name, type FROM pragma_table_info(?)"_s, {query.table});
     if (!rows)
         return rows.error();
     if (!declared)
@@ -136,8 +111,7 @@ base::Status Recordset::requery()
 {
     const qint64 key = currentKey();
     const bool had = m_current >= 0;
-    if (const base::Status opened = open(QString(m_statement), QVariantList(m_values), QString(m_key));
-        !opened)
+    if (const base::Status opened = open(Query(m_query)); !opened)
         return opened;
     return had ? moveToKey(key) : base::Status();
 }
@@ -219,7 +193,7 @@ const Recordset::Block &Recordset::block(int number) const
     }
     Block fresh{std::vector<QVariantList>(static_cast<std::size_t>(size))};
     const auto read =
-        m_connection.select(u"SELECT "_s + m_key + u", "_s + m_selectList + u" FROM "_s + m_table +
+        m_connection.select(u"SELECT "_s + m_key + u", "_s + m_query.columns + u" FROM "_s + m_query.table +
                                 u" WHERE "_s + m_key + u" IN ("_s + placeholders(size) + u")"_s,
                             keys);
     if (read) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/connection.h"
+#include "db/query.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
@@ -14,10 +15,10 @@ namespace db
 /// How the values of a column are shown in a grid; a date, yyyy-MM-dd in the file, as yyyy/MM/dd.
 enum class Format { Plain, Amount, Quantity, Date };
 
-/// The rows that a statement over one table selects, as a screen works with them: a keyset. The keys are
-/// read once, in the statement's order, so that the count is exact and a register of a million rows opens
-/// at once; contents are read in blocks when they are looked at. One row is the current one; edits of it are
-/// held back until update() and are seen in the grid meanwhile.
+/// The rows of a query, as a screen works with them: a keyset. The keys are read once, in the query's order,
+/// so that the count is exact and a register of a million rows opens at once; contents are read in blocks
+/// when they are looked at. One row is the current one; edits of it are held back until update() and are seen
+/// in the grid meanwhile.
 class Recordset : public QAbstractTableModel
 {
     Q_OBJECT
@@ -31,15 +32,12 @@ public:
     explicit Recordset(Connection &connection, QObject *parent = nullptr);
     ~Recordset() override;
 
-    /// Opens \a statement, of the form "SELECT <columns> FROM <table> …", with \a values bound to its "?".
-    /// Tables that follow the first one with a comma only narrow the rows; the columns are the first one's.
-    /// \a key is the table's key column, or "rowid" where it has none. The first row becomes the current one.
-    /// After a failure the record set holds what it held before.
-    base::Status open(const QString &statement, const QVariantList &values, const QString &key);
+    /// Reads the keys of \a query; its first row becomes the current one. After a failure the record set
+    /// holds what it held before.
+    base::Status open(const Query &query);
 
-    /// As open(), but a statement that selects no row leaves the record set as it was.
-    /// \return whether it selected rows
-    base::Result<bool> openIfAny(const QString &statement, const QVariantList &values, const QString &key);
+    /// As open(), but a query without a row leaves the record set as it was. \return whether it has rows
+    base::Result<bool> openIfAny(const Query &query);
 
     /// Forgets the rows; unsaved edits are dropped.
     void close();
@@ -51,7 +49,7 @@ public:
     [[nodiscard]] bool isOpen() const { return !m_key.isEmpty(); }
     [[nodiscard]] int count() const { return static_cast<int>(m_keys.size()); }
     [[nodiscard]] bool isEmpty() const { return m_keys.empty(); }
-    [[nodiscard]] QString table() const { return m_table; }
+    [[nodiscard]] QString table() const { return m_query.table; }
 
     /// -1 when there is none.
     [[nodiscard]] int currentRow() const { return m_current; }
@@ -164,11 +162,9 @@ private:
     // "?, ?, ?"
     static QString placeholders(qsizetype count);
 
-    base::Result<std::vector<qint64>> readKeys(const QString &statement, const QVariantList &values,
-                                               const QString &key);
-    base::Status adopt(std::vector<qint64> keys, const QString &statement, const QVariantList &values,
-                       const QString &key);
-    base::Result<Columns> readColumns(const QString &select, const QString &table);
+    base::Result<std::vector<qint64>> readKeys(const Query &query);
+    base::Status adopt(std::vector<qint64> keys, const Query &query);
+    base::Result<Columns> readColumns(const Query &query);
     [[nodiscard]] QVariant stored(int row, int column) const;
     [[nodiscard]] const Block &block(int number) const;
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
@@ -182,11 +178,8 @@ private:
     void removed();
 
     Connection &m_connection;
-    QString m_statement;
-    QVariantList m_values;
-    QString m_selectList;
-    QString m_table;
-    QString m_key;
+    Query m_query;
+    QString m_key; // its key column; empty: nothing is open
     QStringList m_columns;
     QList<QMetaType::Type> m_types;
     std::vector<qint64> m_keys;

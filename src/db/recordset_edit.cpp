@@ -104,9 +104,10 @@ base::Status Recordset::write()
         values << edit.value();
     }
     values << currentKey();
-    const auto changed = m_connection.execute(
-        u"UPDATE "_s + m_table + u" SET "_s + assignments.join(u", "_s) + u" WHERE "_s + m_key + u" = ?"_s,
-        values);
+    const auto changed =
+        m_connection.execute(u"UPDATE "_s + m_query.table + u" SET "_s + assignments.join(u", "_s) +
+                                 u" WHERE "_s + m_key + u" = ?"_s,
+                             values);
     if (!changed)
         return changed.error();
     if (*changed == 0)
@@ -122,8 +123,8 @@ void Recordset::written()
 
 base::Status Recordset::checkAsRead() const
 {
-    const auto now = m_connection.select(u"SELECT "_s + m_selectList + u" FROM "_s + m_table + u" WHERE "_s +
-                                             m_key + u" = ?"_s,
+    const auto now = m_connection.select(u"SELECT "_s + m_query.columns + u" FROM "_s + m_query.table +
+                                             u" WHERE "_s + m_key + u" = ?"_s,
                                          {currentKey()});
     if (!now)
         return now.error();
@@ -150,7 +151,7 @@ void Recordset::revert()
 base::Result<qint64> Recordset::add(const QVariantMap &values)
 {
     const auto added = atomically(m_connection, [&]() -> base::Result<qint64> {
-        const auto key = nextKey(m_connection, m_table);
+        const auto key = nextKey(m_connection, m_query.table);
         if (!key)
             return key;
         QStringList names{m_key};
@@ -159,9 +160,10 @@ base::Result<qint64> Recordset::add(const QVariantMap &values)
             names << value.key();
             bound << value.value();
         }
-        const auto done = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s + names.join(u", "_s) +
-                                                   u") VALUES ("_s + placeholders(names.size()) + u")"_s,
-                                               bound);
+        const auto done =
+            m_connection.execute(u"INSERT INTO "_s + m_query.table + u" ("_s + names.join(u", "_s) +
+                                     u") VALUES ("_s + placeholders(names.size()) + u")"_s,
+                                 bound);
         return done ? key : done.error();
     });
     if (added)
@@ -172,13 +174,13 @@ base::Result<qint64> Recordset::add(const QVariantMap &values)
 base::Status Recordset::append(const QVariantMap &values)
 {
     const auto row = atomically(m_connection, [&]() -> base::Result<std::vector<qint64>> {
-        const auto added = m_connection.execute(u"INSERT INTO "_s + m_table + u" ("_s +
+        const auto added = m_connection.execute(u"INSERT INTO "_s + m_query.table + u" ("_s +
                                                     QStringList(values.keys()).join(u", "_s) +
                                                     u") VALUES ("_s + placeholders(values.size()) + u")"_s,
                                                 values.values());
         if (!added)
             return added.error();
-        return m_connection.keys(u"SELECT last_insert_rowid()"_s);
+        return m_connection.integers(u"SELECT last_insert_rowid()"_s);
     });
     if (row)
         inserted(row->front());
@@ -205,7 +207,7 @@ base::Status Recordset::remove(const Step &before)
         if (const base::Status prepared = before ? before() : base::Status(); !prepared)
             return prepared;
         return m_connection
-            .execute(u"DELETE FROM "_s + m_table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()})
+            .execute(u"DELETE FROM "_s + m_query.table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()})
             .status();
     });
     if (done)

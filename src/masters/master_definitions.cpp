@@ -1,6 +1,6 @@
 #include "masters/master_definitions.h"
 
-#include "masters/list_statements.h"
+#include "masters/list_queries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,22 +14,22 @@ const MasterDefinition &definitionOf(Master master)
     static const MasterDefinition definitions[] = {
         {.screen = u"frmTani"_s,
          .caption = u"商品単位登録"_s,
-         .statement = statements::units(),
+         .list = lists::units(),
          .fields = {{u"txtID"_s, u"単位ID"_s, u"単位ID"_s}, {u"txtName"_s, u"単位"_s, u"数量単位(&K)"_s}}},
         {.screen = u"frmKikaku"_s,
          .caption = u"商品規格登録"_s,
-         .statement = statements::specifications(),
+         .list = lists::specifications(),
          .fields = {{u"txtID"_s, u"規格ID"_s, u"規格ID"_s}, {u"txtName"_s, u"規格"_s, u"商品規格(&K)"_s}}},
         {.screen = u"frmShain"_s,
          .caption = u"社員登録"_s,
-         .statement = statements::employees(),
+         .list = lists::employees(),
          .fields = {{u"txtID"_s, u"社員ID"_s, u"社員ID"_s},
                     {u"txtName"_s, u"社員名"_s, u"社員名(&K)"_s},
                     {u"txtTel"_s, u"内線番号"_s, u"内線番号(&F)"_s}},
          .deleteCaption = deleteByK},
         {.screen = u"frmKubun"_s,
          .caption = u"納品先区分登録"_s,
-         .statement = statements::customerCategories(),
+         .list = lists::customerCategories(),
          .fields = {{u"txtID"_s, u"区分ID"_s, u"区分ID"_s},
                     {u"txtName"_s, u"区分名"_s, u"納品先区分名(&K)"_s}},
          .kind = EditorKind::Categories,
@@ -38,24 +38,24 @@ const MasterDefinition &definitionOf(Master master)
         // The doubled word is the screen's name.
         {.screen = u"frmInvKubun"_s,
          .caption = u"発送区分区分登録"_s,
-         .statement = statements::shippingCategories(),
+         .list = lists::shippingCategories(),
          .fields = {{u"txtID"_s, u"発送区分ID"_s, u"発送区分ID"_s},
                     {u"txtName"_s, u"発送区分名"_s, u"区分名(&K)"_s}},
          .kind = EditorKind::Categories},
         {.screen = u"frmInShohin"_s,
          .caption = u"仕入商品登録"_s,
-         .statement = statements::purchaseProducts(),
+         .list = lists::purchaseProducts(),
          .fields = {{u"txtID"_s, u"商品ID"_s, u"商品ID"_s},
                     {u"txtShohin"_s, u"商品名"_s, u"仕入商品名(&K)"_s}},
          .deleteCaption = deleteByK},
         {.screen = u"frmOutShohin"_s,
          .caption = u"納品　商品登録"_s,
-         .statement = statements::salesProducts(),
+         .list = lists::salesProducts(),
          .fields = {{u"txtID"_s, u"商品ID"_s, u"商品ID"_s},
                     {u"txtShohin"_s, u"商品名"_s, u"納品　商品名(&K)"_s}}},
         {.screen = u"frmMyco"_s,
          .caption = u"自社情報登録"_s,
-         .statement = statements::ownCompany(),
+         .list = lists::ownCompany(),
          .fields = {{u"txtID"_s, u"会社ID"_s},
                     {u"txtName1"_s, u"会社名1"_s},
                     {u"txtName2"_s, u"会社名2"_s},

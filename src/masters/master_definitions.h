@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/query.h"
 #include "masters/editor_states.h"
 
 #include <QList>
@@ -32,7 +33,7 @@ struct MasterDefinition
 {
     QString screen; // object name
     QString caption;
-    QString statement;         // the list
+    db::Query list;
     QList<MasterField> fields; // the key first
     EditorKind kind = EditorKind::Plain;
     QString deleteCaption = {}; // where it is not the form's own

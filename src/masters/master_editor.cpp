@@ -68,7 +68,7 @@ void MasterEditor::findControls()
 
 void MasterEditor::openList()
 {
-    const base::Status opened = m_rows.open(m_definition.statement, {}, m_definition.fields.first().column);
+    const base::Status opened = m_rows.open(m_definition.list);
     if (!opened) {
         m_rows.close();
         tellThatListFailed(opened.error());

@@ -1,7 +1,7 @@
 #include "masters/name_lists.h"
 
 #include "db/connection.h"
-#include "masters/list_statements.h"
+#include "masters/list_queries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,10 +11,10 @@ namespace masters
 namespace
 {
 
-base::Result<std::vector<Entry>> entries(db::Connection &connection, const QString &statement,
+base::Result<std::vector<Entry>> entries(db::Connection &connection, const db::Query &list,
                                          const QString &key, const QString &name)
 {
-    const auto rows = connection.select(statement);
+    const auto rows = connection.select(list.statement());
     if (!rows)
         return rows.error();
     std::vector<Entry> found;
@@ -23,9 +23,9 @@ base::Result<std::vector<Entry>> entries(db::Connection &connection, const QStri
     return found;
 }
 
-base::Result<QStringList> names(db::Connection &connection, const QString &statement, const QString &name)
+base::Result<QStringList> names(db::Connection &connection, const db::Query &list, const QString &name)
 {
-    const auto rows = connection.select(statement);
+    const auto rows = connection.select(list.statement());
     if (!rows)
         return rows.error();
     QStringList found;
@@ -40,37 +40,37 @@ base::Result<QStringList> names(db::Connection &connection, const QString &state
 
 base::Result<std::vector<Entry>> employees(db::Connection &connection)
 {
-    return entries(connection, statements::employees(), u"社員ID"_s, u"社員名"_s);
+    return entries(connection, lists::employees(), u"社員ID"_s, u"社員名"_s);
 }
 
 base::Result<std::vector<Entry>> customerCategories(db::Connection &connection)
 {
-    return entries(connection, statements::customerCategories(), u"区分ID"_s, u"区分名"_s);
+    return entries(connection, lists::customerCategories(), u"区分ID"_s, u"区分名"_s);
 }
 
 base::Result<QStringList> unitNames(db::Connection &connection)
 {
-    return names(connection, statements::units(), u"単位"_s);
+    return names(connection, lists::units(), u"単位"_s);
 }
 
 base::Result<QStringList> specificationNames(db::Connection &connection)
 {
-    return names(connection, statements::specifications(), u"規格"_s);
+    return names(connection, lists::specifications(), u"規格"_s);
 }
 
 base::Result<QStringList> salesProductNames(db::Connection &connection)
 {
-    return names(connection, statements::salesProducts(), u"商品名"_s);
+    return names(connection, lists::salesProducts(), u"商品名"_s);
 }
 
 base::Result<QStringList> purchaseProductNames(db::Connection &connection)
 {
-    return names(connection, statements::purchaseProducts(), u"商品名"_s);
+    return names(connection, lists::purchaseProducts(), u"商品名"_s);
 }
 
 base::Result<QStringList> shippingCategoryNames(db::Connection &connection)
 {
-    return names(connection, statements::shippingCategories(), u"発送区分名"_s);
+    return names(connection, lists::shippingCategories(), u"発送区分名"_s);
 }
 
 } // namespace masters

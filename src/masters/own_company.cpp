@@ -1,7 +1,7 @@
 #include "masters/own_company.h"
 
 #include "db/connection.h"
-#include "masters/list_statements.h"
+#include "masters/list_queries.h"
 
 using namespace Qt::StringLiterals;
 
@@ -10,7 +10,7 @@ namespace masters
 
 base::Result<std::optional<OwnCompany>> ownCompany(db::Connection &connection)
 {
-    const auto rows = connection.select(statements::ownCompany() + u" LIMIT 1"_s);
+    const auto rows = connection.select(lists::ownCompany().statement() + u" LIMIT 1"_s);
     if (!rows)
         return rows.error();
     if (rows->isEmpty())

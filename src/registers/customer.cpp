@@ -21,7 +21,14 @@ namespace
 constexpr int phoneLength = 15;
 constexpr int mailLength = 50;
 
-const QString customerId = u"納品先ID"_s;
+// The one served last first; of the rows of one day, those of one reading in the order of the search keys.
+db::Query customersWhere(const QString &condition, const QVariantList &values)
+{
+    return {.table = u"納品先"_s,
+            .where = condition,
+            .order = {u"更新日 DESC"_s, u"フリガナ"_s, u"納品先名キー"_s},
+            .values = values};
+}
 
 // A voiced kana becomes two characters, so the text is cut again after the conversion.
 QString halfWidth(const QString &text, int count)
@@ -83,22 +90,16 @@ QStringList closingDayNames()
     return names;
 }
 
-base::Status openEveryCustomer(db::Recordset &customers)
-{
-    return customers.open(u"SELECT * FROM 納品先 ORDER BY 更新日 DESC, フリガナ"_s, {}, customerId);
-}
+base::Status openEveryCustomer(db::Recordset &customers) { return customers.open(customersWhere({}, {})); }
 
 base::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text)
 {
-    return customers.openIfAny(
-        u"SELECT * FROM 納品先 WHERE (納品先名キー LIKE ?)  ORDER BY 更新日 DESC, フリガナ"_s,
-        {u'%' + text + u'%'}, customerId);
+    return customers.openIfAny(customersWhere(u"(納品先名キー LIKE ?)"_s, {u'%' + text + u'%'}));
 }
 
 base::Status openCustomer(db::Recordset &customers, qint64 id)
 {
-    return customers.open(u"SELECT * FROM 納品先 WHERE (納品先ID = ?) ORDER BY 更新日 DESC, フリガナ"_s, {id},
-                          customerId);
+    return customers.open(customersWhere(u"(納品先ID = ?)"_s, {id}));
 }
 
 base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
@@ -117,7 +118,7 @@ base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
 
 base::Status openForEntry(db::Recordset &customers, qint64 id)
 {
-    const base::Status opened = customers.open(u"SELECT * FROM 納品先 ORDER BY 納品先ID"_s, {}, customerId);
+    const base::Status opened = customers.open({.table = u"納品先"_s, .order = {u"納品先ID"_s}});
     return opened ? customers.moveToKey(id) : opened;
 }
 
@@ -172,7 +173,7 @@ base::Result<bool> codeIsShared(db::Connection &connection, const db::Recordset 
     if (code.isEmpty())
         return false;
     // The row on the screen has the code whether it is saved already or not, so one other row is enough.
-    const auto keys = connection.keys(u"SELECT 納品先ID FROM 納品先 WHERE コード = ? LIMIT 2"_s, {code});
+    const auto keys = connection.integers(u"SELECT 納品先ID FROM 納品先 WHERE コード = ? LIMIT 2"_s, {code});
     if (!keys)
         return keys.error();
     return std::any_of(keys->cbegin(), keys->cend(),

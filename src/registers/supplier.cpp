@@ -12,8 +12,6 @@ namespace registers
 namespace
 {
 
-const QString supplierId = u"仕入先ID"_s;
-
 QString keyOf(const db::Recordset &supplier)
 {
     return supplierKey(supplier.text(u"仕入先名1"_s), supplier.text(u"仕入先名2"_s),
@@ -27,14 +25,11 @@ QString supplierKey(const QString &name1, const QString &name2, const QString &c
     return counterpartKey(name1, name2, {code, tel1});
 }
 
-base::Status openEverySupplier(db::Recordset &suppliers)
-{
-    return suppliers.open(u"SELECT * FROM 仕入先"_s, {}, supplierId);
-}
+base::Status openEverySupplier(db::Recordset &suppliers) { return suppliers.open({.table = u"仕入先"_s}); }
 
 base::Status openSupplier(db::Recordset &suppliers, qint64 id)
 {
-    return suppliers.open(u"SELECT * FROM 仕入先 WHERE (仕入先ID = ?)"_s, {id}, supplierId);
+    return suppliers.open({.table = u"仕入先"_s, .where = u"(仕入先ID = ?)"_s, .values = {id}});
 }
 
 base::Result<qint64> addSupplier(db::Recordset &suppliers) { return suppliers.add({{u"消費税区分"_s, 0}}); }
@@ -49,7 +44,7 @@ base::Result<bool> supplierCodeExists(db::Connection &connection, const db::Reco
     const QString code = suppliers.text(u"コード"_s);
     if (code.isEmpty())
         return false;
-    const auto keys = connection.keys(u"SELECT * FROM 仕入先 WHERE コード = ?"_s, {code});
+    const auto keys = connection.integers(u"SELECT * FROM 仕入先 WHERE コード = ?"_s, {code});
     if (!keys)
         return keys.error();
     return !keys->empty();

@@ -88,6 +88,7 @@ class TestConnection : public QObject
     Q_OBJECT
 
 private slots:
+    void anotherLibraryIsRefused();
     void initialFileHasAllTables();
     void refusedFiles_data();
     void refusedFiles();
@@ -405,6 +406,16 @@ void TestConnection::backupReplacesOnlyWhenComplete()
     QCOMPARE(contentsOf(backup), before);
     QVERIFY(!db::copyFile(shop.path(u"shop.cdb"_s), backup));
     QCOMPARE(contentsOf(backup), before);
+}
+
+void TestConnection::anotherLibraryIsRefused()
+{
+    const QString ours = QString::fromLatin1(sqlite3_sourceid());
+    QVERIFY(db::sameLibrary(ours, ours));
+    const base::Status refused =
+        db::sameLibrary(u"2019-10-10 20:19:45 18db032d058f1436ce3dea84081f4ee5"_s, ours);
+    QVERIFY(!refused);
+    QVERIFY2(refused.error().text.contains(u"2019-10-10 20:19:45）"_s), qPrintable(refused.error().text));
 }
 
 QTEST_GUILESS_MAIN(TestConnection)

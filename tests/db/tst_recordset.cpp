@@ -44,8 +44,11 @@ void TestRecordset::keysComeInTheStatementsOrder()
     fill(shop, 500);
     db::Recordset rows(shop.connection);
     const QAbstractItemModelTester tester(&rows);
-    QVERIFY(rows.open(u"SELECT 社員名, 社員ID FROM 社員 WHERE 社員ID > ? ORDER BY 社員ID DESC"_s, {100},
-                      u"社員ID"_s));
+    QVERIFY(rows.open({.columns = u"社員名, 社員ID"_s,
+                       .table = u"社員"_s,
+                       .where = u"社員ID > ?"_s,
+                       .order = {u"社員ID DESC"_s},
+                       .values = {100}}));
     QCOMPARE(rows.count(), 400);
     QCOMPARE(rows.currentKey(), 500);
     QCOMPARE(rows.columns(), (QStringList{u"社員名"_s, u"社員ID"_s}));
@@ -60,7 +63,7 @@ void TestRecordset::editsAreHeldBackAndSeen()
     FreshShop shop;
     fill(shop, 3);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
     rows.setValue(u"社員名"_s, u"新"_s);
     QVERIFY(rows.isDirty());
     QCOMPARE(rows.index(0, 1).data().toString(), u"新"_s);
@@ -79,7 +82,7 @@ void TestRecordset::leavingARowSavesIt()
     FreshShop shop;
     fill(shop, 3);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
     rows.setValue(u"社員名"_s, u"新"_s);
     QVERIFY(rows.moveTo(2));
     QCOMPARE(rows.currentRow(), 2);
@@ -92,7 +95,7 @@ void TestRecordset::refusedSaverKeepsTheRow()
     FreshShop shop;
     fill(shop, 3);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
     rows.setSaver([] { return base::Error{u"だめ"_s}; });
     rows.setValue(u"社員名"_s, u"新"_s);
     const base::Status moved = rows.moveTo(2);
@@ -106,7 +109,7 @@ void TestRecordset::failedUpdateKeepsTheEdits()
     FreshShop shop;
     fill(shop, 1);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
     rows.setValue(u"社員名"_s, u"新"_s);
     shop.run(u"PRAGMA query_only = ON"_s);
     QVERIFY(!rows.update());
@@ -124,7 +127,7 @@ void TestRecordset::addAndRemoveKeepACurrentRow()
     FreshShop shop;
     db::Recordset rows(shop.connection);
     const QAbstractItemModelTester tester(&rows);
-    QVERIFY(rows.open(u"SELECT * FROM 単位"_s, {}, u"単位ID"_s));
+    QVERIFY(rows.open({.table = u"単位"_s}));
     QCOMPARE(rows.currentRow(), -1);
     for (qint64 key = 1; key <= 130; ++key)
         QCOMPARE(*rows.add({{u"単位"_s, u"箱%1"_s.arg(key)}}), key);
@@ -145,9 +148,10 @@ void TestRecordset::linesWithoutAKeyStayInOrder()
 {
     FreshShop shop;
     db::Recordset lines(shop.connection);
-    const QString statement =
-        u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY rowid"_s;
-    QVERIFY(lines.open(statement, {7}, u"rowid"_s));
+    QVERIFY(lines.open({.columns = u"ID, 商品名, 規格, 数量, 単位, 単価, 金額"_s,
+                        .table = u"入出庫サブ"_s,
+                        .where = u"ID = ?"_s,
+                        .values = {7}}));
     for (const QString &name : {u"りんご"_s, u"みかん"_s, u"かき"_s})
         QVERIFY(lines.append({{u"ID"_s, 7}, {u"商品名"_s, name}, {u"金額"_s, 1000.0}}));
     shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名) VALUES (8, 'ほか')"_s);
@@ -165,7 +169,7 @@ void TestRecordset::numbersFromText()
     FreshShop shop;
     shop.run(u"INSERT INTO 納品先 (納品先ID) VALUES (1)"_s);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 納品先"_s, {}, u"納品先ID"_s));
+    QVERIFY(rows.open({.table = u"納品先"_s}));
     rows.setValue(u"締め日"_s, u"１５"_s);
     rows.setValue(u"区分ID"_s, u"たぶん"_s);
     rows.setValue(u"コード"_s, u"007"_s);
@@ -179,7 +183,7 @@ void TestRecordset::rowsThatAnotherProgramDeleted()
     FreshShop shop;
     fill(shop, 3);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
     rows.setValue(u"社員名"_s, u"新"_s);
     shop.run(u"DELETE FROM 社員 WHERE 社員ID = 1"_s);
     const base::Status saved = rows.update();
@@ -194,7 +198,7 @@ void TestRecordset::unreadRowsAreNotSaved()
     FreshShop shop;
     fill(shop, 3);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
     QVERIFY(shop.connection.select(u"PRAGMA busy_timeout = 20"_s));
     sqlite3 *other = nullptr;
     QCOMPARE(sqlite3_open(shop.path(u"shop.cdb"_s).toUtf8().constData(), &other), SQLITE_OK);
@@ -216,9 +220,9 @@ void TestRecordset::failedOpenKeepsWhatWasShown()
     FreshShop shop;
     fill(shop, 3);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員"_s, {}, u"社員ID"_s));
-    QVERIFY(!rows.open(u"SELECT * FROM 無い表"_s, {}, u"ID"_s));
-    QVERIFY(!rows.open(u"SELECT 無い項目 FROM 社員"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
+    QVERIFY(!rows.open({.table = u"無い表"_s}));
+    QVERIFY(!rows.open({.columns = u"無い項目"_s, .table = u"社員"_s}));
     QCOMPARE(rows.count(), 3);
     QCOMPARE(rows.text(u"社員名"_s), u"社員1"_s);
 }
@@ -229,7 +233,7 @@ void TestRecordset::manyRowsAreReadInBlocks()
     FreshShop shop;
     fill(shop, 20000);
     db::Recordset rows(shop.connection);
-    QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
+    QVERIFY(rows.open({.table = u"社員"_s}));
     for (const int row : {0, 19999, 10000, 63, 64, 128, 0})
         QCOMPARE(rows.index(row, 1).data().toString(), u"社員%1"_s.arg(row + 1));
     for (int row = 0; row < 20000; row += 37)

@@ -39,12 +39,12 @@ private slots:
         grid.bind(rows, {});
         const QStringList shown{u"内線番号"_s, u"社員名"_s};
 
-        QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
+        QVERIFY(rows.open({.table = u"社員"_s}));
         QCOMPARE(shownColumns(grid), shown);
         QCOMPARE(grid.selectedText(), u"11\t木村"_s);
         grid.setColumnWidth(1, 321);
 
-        QVERIFY(rows.open(u"SELECT * FROM 社員 WHERE (社員ID = ?)"_s, {2}, u"社員ID"_s));
+        QVERIFY(rows.open({.table = u"社員"_s, .where = u"(社員ID = ?)"_s, .values = {2}}));
         QCOMPARE(shownColumns(grid), shown);
         QCOMPARE(grid.columnWidth(1), 321);
 
@@ -62,11 +62,11 @@ private slots:
         FreshShop shop;
         shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '11'), (2, '林', '12')"_s);
         db::Recordset rows(shop.connection);
-        QVERIFY(rows.open(u"SELECT * FROM 社員 WHERE 社員ID = 0"_s, {}, u"社員ID"_s));
+        QVERIFY(rows.open({.table = u"社員"_s, .where = u"社員ID = 0"_s}));
         ui::Grid grid;
         grid.bind(rows, {});
         grid.setColumnHidden(0, true);
-        QVERIFY(rows.open(u"SELECT * FROM 社員 ORDER BY 社員ID"_s, {}, u"社員ID"_s));
+        QVERIFY(rows.open({.table = u"社員"_s}));
         QTest::keyClick(&grid, Qt::Key_Down);
         QCOMPARE(rows.currentRow(), 1);
         // Ctrl on the shown row does not take its mark off.

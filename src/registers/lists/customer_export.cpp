@@ -106,7 +106,7 @@ private:
 
 base::Result<qint64> customerCount(db::Connection &connection)
 {
-    const auto count = connection.keys(u"SELECT COUNT(*) FROM 納品先"_s);
+    const auto count = connection.integers(u"SELECT COUNT(*) FROM 納品先"_s);
     return count ? base::Result<qint64>(count->front()) : count.error();
 }
 

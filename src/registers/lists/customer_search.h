@@ -50,7 +50,4 @@ std::optional<QueryLack> lackOf(const CustomerQuery &query);
 /// one is needed finds nothing. The columns are those of 納品先.
 base::Status openCustomersFound(db::Recordset &customers, const CustomerQuery &query);
 
-/// The keys (納品先ID) of the customers found, in the order asked for.
-base::Result<std::vector<qint64>> customersFound(db::Connection &connection, const CustomerQuery &query);
-
 } // namespace registers

@@ -144,7 +144,7 @@ base::Result<PurchaseList> listed(db::Connection &connection, Accounts accounts,
         u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, コード FROM 仕入先 ORDER BY コード, 仕入先ID"_s);
     if (!suppliers)
         return suppliers.error();
-    const auto taxedOnBill = connection.keys(u"SELECT 仕入先ID FROM 仕入先 WHERE 消費税区分 = 1"_s);
+    const auto taxedOnBill = connection.integers(u"SELECT 仕入先ID FROM 仕入先 WHERE 消費税区分 = 1"_s);
     if (!taxedOnBill)
         return taxedOnBill.error();
     const std::set<book::CounterpartKey> onBill(taxedOnBill->begin(), taxedOnBill->end());

@@ -9,18 +9,13 @@ namespace reports
 
 const book::CounterpartSearch suppliersTaxedOnBill{
     book::Party::Supplier,
-    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー FROM 仕入先 "
-    "WHERE (仕入先名キー LIKE ?) AND (消費税区分 = 1) ORDER BY 仕入先ID",
-    book::supplierSearch.byId,
-    u"仕入先ID",
+    book::supplierSearch.columns,
+    u"(仕入先名キー LIKE ?) AND (消費税区分 = 1)",
 };
 
 const book::CounterpartSearch suppliersTaxedOnDelivery{
-    book::Party::Supplier,
-    u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー FROM 仕入先 "
-    "WHERE (仕入先名キー LIKE ?) AND (COALESCE(消費税区分, 0) = 0) ORDER BY 仕入先ID", // empty counts as 0
-    book::supplierSearch.byId,
-    u"仕入先ID",
+    book::Party::Supplier, book::supplierSearch.columns,
+    u"(仕入先名キー LIKE ?) AND (COALESCE(消費税区分, 0) = 0)", // empty counts as 0
 };
 
 base::Result<TaxSlip> enterPurchaseTax(db::Connection &connection, const book::NewSlip &slip, double tax)
@@ -40,7 +35,7 @@ base::Result<TaxSlip> enterPurchaseTax(db::Connection &connection, const book::N
 base::Status cancelPurchaseTax(db::Connection &connection, const TaxSlip &slip)
 {
     return db::atomically(connection, [&]() -> base::Status {
-        const auto unchanged = connection.keys(
+        const auto unchanged = connection.integers(
             u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND 伝票番号 = ? AND 相手先ID = ? "
             "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) = 1 "
             "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 商品名 = "

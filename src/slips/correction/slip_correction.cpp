@@ -178,23 +178,28 @@ Sums sumsOf(const std::vector<book::SlipLine> &lines)
 base::Status openSlips(db::Recordset &headers, const book::SlipKind &kind)
 {
     const book::Condition condition = book::slipsOf({.kinds = {kind}});
-    return headers.open(u"SELECT * FROM 入出庫マスター WHERE "_s + condition.sql + u" ORDER BY ID"_s,
-                        condition.values, u"ID"_s);
+    return headers.open({.table = u"入出庫マスター"_s,
+                         .where = condition.sql,
+                         .order = {u"ID"_s},
+                         .values = condition.values});
 }
 
 base::Result<bool> openSlipsOf(db::Recordset &headers, const book::SlipKind &kind,
                                book::CounterpartKey counterpart)
 {
     const book::Condition condition = book::slipsOf({.kinds = {kind}, .counterpart = counterpart});
-    return headers.openIfAny(u"SELECT * FROM 入出庫マスター WHERE "_s + condition.sql + u" ORDER BY ID"_s,
-                             condition.values, u"ID"_s);
+    return headers.openIfAny({.table = u"入出庫マスター"_s,
+                              .where = condition.sql,
+                              .order = {u"ID"_s},
+                              .values = condition.values});
 }
 
 base::Status openLines(db::Recordset &lines, qint64 id)
 {
-    return lines.open(
-        u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY rowid"_s,
-        {id}, u"rowid"_s);
+    return lines.open({.columns = u"ID, 商品名, 規格, 数量, 単位, 単価, 金額"_s,
+                       .table = u"入出庫サブ"_s,
+                       .where = u"ID = ?"_s,
+                       .values = {id}});
 }
 
 void makeHeadersEditable(db::Recordset &headers, db::Connection &connection, const book::SlipKind &kind)

@@ -202,8 +202,13 @@ private slots:
 private:
     QString found(const CustomerQuery &query)
     {
-        const auto keys = registers::customersFound(m_shop->connection, query);
-        return keys ? keysOf(*keys) : keys.error().text;
+        db::Recordset customers(m_shop->connection);
+        if (const base::Status opened = registers::openCustomersFound(customers, query); !opened)
+            return opened.error().text;
+        std::vector<qint64> keys;
+        for (int row = 0; row < customers.count(); ++row)
+            keys.push_back(customers.keyAt(row));
+        return keysOf(keys);
     }
 
     std::unique_ptr<FreshShop> m_shop;
