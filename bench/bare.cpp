@@ -79,8 +79,8 @@ std::int64_t Bare::saveHeader(std::int64_t customer)
 void Bare::saveLine(std::int64_t slip)
 {
     run("BEGIN IMMEDIATE");
-    sqlite3_stmt *insert =
-        prepared(m_handle, "INSERT INTO 入出庫サブ VALUES (?, 'りんご', '贈答用', 2, '箱', 3980, 7960)");
+    sqlite3_stmt *insert = prepared(m_handle, "INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, "
+                                              "金額) VALUES (?, 'りんご', '贈答用', 2, '箱', 3980, 7960)");
     sqlite3_bind_int64(insert, 1, slip);
     readAll(m_handle, insert);
     run("COMMIT");
@@ -96,7 +96,7 @@ void Bare::saveSlip(std::int64_t customer)
 void Bare::enterLine(std::int64_t slip)
 {
     saveLine(slip);
-    for (const char *sql : {"SELECT * FROM 入出庫サブ WHERE ID = ? ORDER BY rowid",
+    for (const char *sql : {"SELECT * FROM 入出庫サブ WHERE ID = ? ORDER BY 明細ID",
                             "SELECT sum(金額) FROM 入出庫サブ WHERE ID = ?"}) {
         sqlite3_stmt *shown = prepared(m_handle, sql);
         sqlite3_bind_int64(shown, 1, slip);
@@ -196,7 +196,7 @@ int Bare::ledger(std::int64_t customer, const char *from, const char *to)
                   "FROM 入出庫マスター m, 入出庫サブ s WHERE s.ID = m.ID AND m.相手先ID = ? "
                   "AND m.日付 BETWEEN ? AND ? "
                   "AND (m.伝票番号 LIKE 'O%' OR m.伝票番号 LIKE 'R%' OR m.伝票番号 LIKE 'B%') "
-                  "ORDER BY m.日付, m.ID, s.rowid");
+                  "ORDER BY m.日付, m.ID, s.明細ID");
     sqlite3_bind_int64(lines, 1, customer);
     sqlite3_bind_text(lines, 2, from, -1, SQLITE_STATIC);
     sqlite3_bind_text(lines, 3, to, -1, SQLITE_STATIC);
@@ -241,7 +241,7 @@ int Bare::salesToCorrect()
     // Unsorted: in order SQLite would read the whole table in place of an index, which is not the least.
     const int sales = count("SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE 'O%'", {});
     count("SELECT * FROM 入出庫マスター WHERE ID = (SELECT max(ID) FROM 入出庫マスター)", {});
-    count("SELECT * FROM 入出庫サブ WHERE ID = (SELECT max(ID) FROM 入出庫マスター) ORDER BY rowid", {});
+    count("SELECT * FROM 入出庫サブ WHERE ID = (SELECT max(ID) FROM 入出庫マスター) ORDER BY 明細ID", {});
     return sales;
 }
 

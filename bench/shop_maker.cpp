@@ -126,15 +126,15 @@ bool addMasters(sqlite3 *handle)
     };
     const auto same = [](std::string_view text) { return text; };
     const auto name = [](const Product &product) { return product.name; };
-    list("INSERT INTO 単位 VALUES (?, ?)",
+    list("INSERT INTO 単位 (単位ID, 単位) VALUES (?, ?)",
          std::array<std::string_view, 6>{"個", "箱", "本", "袋", "折", "枚"}, same);
-    list("INSERT INTO 規格 VALUES (?, ?)", specifications, same);
-    list("INSERT INTO 登録区分 VALUES (?, ?)", std::array<std::string_view, 3>{"一般", "法人", "お得意様"},
-         same);
-    list("INSERT INTO 発送区分 VALUES (?, ?)", std::array<std::string_view, 3>{"通常", "お中元", "お歳暮"},
-         same);
-    list("INSERT INTO 納品商品 VALUES (?, ?)", products, name);
-    list("INSERT INTO 仕入商品 VALUES (?, ?)", products, name);
+    list("INSERT INTO 規格 (規格ID, 規格) VALUES (?, ?)", specifications, same);
+    list("INSERT INTO 登録区分 (区分ID, 区分名) VALUES (?, ?)",
+         std::array<std::string_view, 3>{"一般", "法人", "お得意様"}, same);
+    list("INSERT INTO 発送区分 (発送区分ID, 発送区分名) VALUES (?, ?)",
+         std::array<std::string_view, 3>{"通常", "お中元", "お歳暮"}, same);
+    list("INSERT INTO 納品商品 (商品ID, 商品名) VALUES (?, ?)", products, name);
+    list("INSERT INTO 仕入商品 (商品ID, 商品名) VALUES (?, ?)", products, name);
     list("INSERT INTO 社員 (社員ID, 社員名) VALUES (?, ?)", std::array<std::string_view, 2>{"店長", "受付"},
          same);
     Insert company(handle,
@@ -201,7 +201,8 @@ public:
     SlipWriter(sqlite3 *handle, Dice &dice, const ShopSize &size, int suppliers)
         : m_header(handle, "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) "
                            "VALUES (?, ?, ?, ?, ?, ?)")
-        , m_line(handle, "INSERT INTO 入出庫サブ VALUES (?, ?, ?, ?, ?, ?, ?)")
+        , m_line(handle, "INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額) VALUES (?, ?, ?, "
+                         "?, ?, ?, ?)")
         , m_dice(dice)
         , m_size(size)
         , m_suppliers(suppliers)

@@ -7,14 +7,12 @@ namespace book::columns
 {
 
 /// The letter of a slip's kind: the first one of its number, in half width and upper case.
-inline const QString kind = QStringLiteral(
-    "CASE WHEN unicode(伝票番号) BETWEEN 65313 AND 65338 OR unicode(伝票番号) BETWEEN 65345 AND "
-    "65370 THEN upper(char(unicode(伝票番号) - 65248)) ELSE upper(substr(伝票番号, 1, 1)) END");
+inline const QString kind = QStringLiteral("種別");
 /// The key of a line: lines of a slip count up in the order of entry.
-inline const QString lineKey = QStringLiteral("入出庫サブ.rowid");
-inline const QString taxClass = QStringLiteral("NULL");
-inline const QString taxRate = QStringLiteral("消費税率");
-inline const QString inclusive = QStringLiteral("NULL");
+inline const QString lineKey = QStringLiteral("入出庫サブ.明細ID");
+inline const QString taxClass = QStringLiteral("入出庫サブ.税区分");
+inline const QString taxRate = QStringLiteral("COALESCE(入出庫サブ.税率, 入出庫マスター.消費税率)");
+inline const QString inclusive = QStringLiteral("入出庫マスター.内税");
 
 /// A condition: the slip has a day of the calendar as its date.
 inline const QString hasDay = QStringLiteral("(valid_day(日付) = 1)");

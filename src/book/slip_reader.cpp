@@ -68,7 +68,7 @@ base::Status readCounterpart(db::Connection &connection, Party party, Slip &slip
 base::Status readLines(db::Connection &connection, Slip &slip)
 {
     const auto lines = connection.select(
-        u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY rowid"_s,
+        u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY 明細ID"_s,
         {slip.id});
     if (!lines)
         return lines.error();

@@ -156,7 +156,8 @@ base::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
 {
     return db::atomically(connection, [&]() -> base::Result<bool> {
         const auto removed = connection.execute(
-            u"DELETE FROM 入出庫サブ WHERE rowid = (SELECT max(rowid) FROM 入出庫サブ WHERE ID = ?)"_s, {id});
+            u"DELETE FROM 入出庫サブ WHERE 明細ID = (SELECT max(明細ID) FROM 入出庫サブ WHERE ID = ?)"_s,
+            {id});
         if (!removed)
             return removed.error();
         if (*removed > 0)
@@ -238,7 +239,7 @@ base::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind 
         "From 入出庫サブ, 入出庫マスター Where 入出庫サブ.ID = 入出庫マスター.ID AND "_s +
             columns::kind +
             u" = ? And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC, "
-            "入出庫マスター.ID DESC, 入出庫サブ.rowid"_s,
+            "入出庫マスター.ID DESC, 入出庫サブ.明細ID"_s,
         {QString(QChar(kind.letter)), counterpart});
 }
 

@@ -67,6 +67,14 @@ int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
     }
 }
 
+const QString rebuilding = u"「環境設定」の「データベースの再作成」で、新しいファイルに移せます。"_s;
+
+base::Error columnMissing(const QString &table, const QString &column)
+{
+    return {u"テーブル「"_s + table + u"」の項目「"_s + column +
+            u"」がないため、データベースを開けませんでした。"_s + rebuilding};
+}
+
 } // namespace
 
 base::Status sameLibrary(const QString &ofQt, const QString &ours)
@@ -241,21 +249,35 @@ base::Status Connection::checkEdges()
     return {};
 }
 
-base::Status Connection::checkTables()
+// What would be carried out, or worked out, while the program only reads and writes rows: triggers, views,
+// virtual tables, generated columns other than our own.
+base::Status Connection::checkDefinitions()
 {
-    const QString rebuilding = u"「環境設定」の「データベースの再作成」で、新しいファイルに移せます。"_s;
-    // What would be carried out, or worked out, while the program only reads and writes rows: triggers,
-    // views, virtual tables, generated columns.
+    const QString table = QString::fromUtf16(generatedTable);
+    const QString column = QString::fromUtf16(generatedColumn);
+    const auto generated = select(u"SELECT t.sql FROM sqlite_schema t, pragma_table_xinfo(t.name) c "
+                                  "WHERE t.type = 'table' AND t.name = ? AND c.name = ? AND c.hidden = 2"_s,
+                                  {table, column});
+    if (!generated)
+        return generated.error();
+    const bool isOwn =
+        generated->count() == 1 && declaresOwnGeneratedColumn(generated->rows.front().front().toString());
     const auto foreign =
         select(u"SELECT name FROM sqlite_schema WHERE type IN ('trigger', 'view') OR rootpage = 0 "
                "UNION ALL SELECT c.name FROM sqlite_schema t, pragma_table_xinfo(t.name) c "
-               "WHERE t.type = 'table' AND c.hidden <> 0"_s);
+               "WHERE t.type = 'table' AND c.hidden <> 0 AND NOT (? AND t.name = ? AND c.name = ?)"_s,
+               {isOwn ? 1 : 0, table, column});
     if (!foreign)
         return foreign.error();
     if (!foreign->isEmpty())
         return base::Error{u"このプログラムのものではない定義（"_s +
                            foreign->rows.front().front().toString() +
                            u"）が含まれているため、データベースを開けませんでした。"_s + rebuilding};
+    return isOwn ? base::Status() : columnMissing(table, column);
+}
+
+base::Status Connection::checkTables()
+{
     const auto columns = select(u"SELECT t.name, c.name FROM sqlite_schema t, pragma_table_info(t.name) c "
                                 "WHERE t.type = 'table'"_s);
     if (!columns)
@@ -263,14 +285,13 @@ base::Status Connection::checkTables()
     QSet<std::pair<QString, QString>> present;
     for (const QVariantList &row : columns->rows)
         present.insert({row.at(0).toString(), row.at(1).toString()});
-    for (const Table &table : tables()) {
+    for (const Table &table : declaredTables()) {
         for (const QString &column : table.columns) {
             if (!present.contains({table.name, column}))
-                return base::Error{u"テーブル「"_s + table.name + u"」の項目「"_s + column +
-                                   u"」がないため、データベースを開けませんでした。"_s + rebuilding};
+                return columnMissing(table.name, column);
         }
     }
-    return {};
+    return checkDefinitions();
 }
 
 base::Result<QSqlQuery *> Connection::run(const QString &sql, const QVariantList &values)

@@ -82,6 +82,7 @@ private:
     base::Status configure();
     base::Status checkVersion();
     base::Status checkTables();
+    base::Status checkDefinitions();
     base::Status checkEdges();
 
     QString m_name; // of the QtSql connection

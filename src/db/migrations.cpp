@@ -5,6 +5,7 @@
 #include "db/care/plain_handle.h"
 #include "db/file_header.h"
 #include "db/schema.h"
+#include "db/schema_text.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -67,8 +68,8 @@ base::Status migrateInTransaction(PlainHandle &file, const Migrations &steps)
 
 const Migrations &migrations()
 {
-    static const Migrations none;
-    return none;
+    static const Migrations all{{2, migration2Text}};
+    return all;
 }
 
 base::Status migrate(const QString &fileName, const QDate &today, const Migrations &steps)

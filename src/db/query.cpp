@@ -7,11 +7,7 @@ using namespace Qt::StringLiterals;
 namespace db
 {
 
-QString Query::key() const
-{
-    const QString declared = keyOf(table);
-    return declared.isEmpty() ? u"rowid"_s : declared;
-}
+QString Query::key() const { return keyOf(table); }
 
 QString Query::from() const
 {

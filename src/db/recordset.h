@@ -96,10 +96,10 @@ public:
     void revert();
 
     /// Appends a row with the next free key and \a values, saved at once; it becomes the current one.
-    /// \return its key. Only for a table that has a key.
+    /// \return its key. Only for a table whose keys the program gives out.
     base::Result<qint64> add(const QVariantMap &values = {});
 
-    /// Appends a row of a table without a key of its own, saved at once; it becomes the current one.
+    /// Appends a row of a table whose keys the database gives out, saved at once; it becomes the current one.
     base::Status append(const QVariantMap &values);
 
     /// Deletes the current row from the table, after \a before, which is done in the same transaction. The

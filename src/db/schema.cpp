@@ -2,7 +2,11 @@
 
 #include "db/schema_text.h"
 
+#include <QHash>
+
 #include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
 
 namespace db
 {
@@ -15,7 +19,34 @@ QString textAt(sqlite3_stmt *statement, int column)
     return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(statement, column)));
 }
 
+// How many columns each table had in version 1.
+const QHash<QString, qsizetype> &firstColumns()
+{
+    static const QHash<QString, qsizetype> counts{
+        {u"単位"_s, 2},          {u"規格"_s, 2},     {u"社員"_s, 3},           {u"登録区分"_s, 2},
+        {u"発送区分"_s, 2},      {u"仕入商品"_s, 2}, {u"納品商品"_s, 2},       {u"自社情報"_s, 12},
+        {u"納品先"_s, 23},       {u"仕入先"_s, 17},  {u"入出庫マスター"_s, 7}, {u"入出庫サブ"_s, 7},
+        {u"発送マスター"_s, 23},
+    };
+    return counts;
+}
+
+// The generated column as schema.sql declares it, from its name to its end.
+QString generatedDeclaration()
+{
+    const QString all = schemaSql();
+    const qsizetype from =
+        all.indexOf(u"    "_s + QString::fromUtf16(generatedColumn) + u" TEXT GENERATED"_s) + 4;
+    return all.mid(from, all.indexOf(u'\n', from) - from);
+}
+
 } // namespace
+
+bool Table::isFirst(const QString &column) const
+{
+    const qsizetype index = columns.indexOf(column);
+    return index >= 0 && index < firstColumns;
+}
 
 std::vector<Table> tablesDeclaredBy(const QByteArray &statements)
 {
@@ -32,9 +63,9 @@ std::vector<Table> tablesDeclaredBy(const QByteArray &statements)
         while (sqlite3_step(statement) == SQLITE_ROW) {
             const QString table = textAt(statement, 0);
             if (found.empty() || found.back().name != table)
-                found.push_back({table, {}, {}, {}});
+                found.push_back({table, {}, {}, {}, db::firstColumns().value(table)});
             found.back().columns << textAt(statement, 1);
-            if (textAt(statement, 3) != u"TEXT")
+            if (const QString type = textAt(statement, 3); type == u"INTEGER" || type == u"REAL")
                 found.back().numbers << textAt(statement, 1);
             if (sqlite3_column_int(statement, 2))
                 found.back().key = textAt(statement, 1);
@@ -45,10 +76,20 @@ std::vector<Table> tablesDeclaredBy(const QByteArray &statements)
     return found;
 }
 
-const std::vector<Table> &tables()
+const std::vector<Table> &declaredTables()
 {
     // SQLite itself is asked what schema.sql declares, so that the columns stand nowhere else.
     static const std::vector<Table> all = tablesDeclaredBy(schemaText);
+    return all;
+}
+
+const std::vector<Table> &tables()
+{
+    static const std::vector<Table> all = [] {
+        std::vector<Table> shops = declaredTables();
+        std::erase_if(shops, [](const Table &table) { return table.name == counterTable; });
+        return shops;
+    }();
     return all;
 }
 
@@ -59,6 +100,17 @@ QString keyOf(const QString &table)
             return t.key;
     }
     return {};
+}
+
+// Where the name stands once, no comment and no quotation can hide another column of that name.
+bool declaresOwnGeneratedColumn(const QString &statement)
+{
+    const QString own = generatedDeclaration();
+    const QString name = QString::fromUtf16(generatedColumn);
+    const qsizetype at = statement.indexOf(name);
+    const QString after = statement.mid(at + own.size()).trimmed();
+    return at >= 0 && statement.indexOf(name, at + 1) < 0 && QStringView(statement).mid(at).startsWith(own) &&
+           (after.startsWith(u',') || after.startsWith(u')'));
 }
 
 QString schemaSql() { return QString::fromUtf8(schemaText); }

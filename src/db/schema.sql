@@ -1,41 +1,61 @@
 -- The one truth for a new database file. Keys are numbered by the program (highest + 1), never by the
--- database. Dates are text yyyy-MM-dd; money and quantities are doubles; slip lines have no key of their
--- own and stay in the order in which they were entered (rowid).
+-- database, but for those of slip lines (明細ID), which count up in the order in which the lines were entered.
+-- Dates are text yyyy-MM-dd; money and quantities are doubles. New columns come last in their table, where a
+-- migration puts them; 版 tells one state of a row from another.
 
 CREATE TABLE 単位 (
     単位ID INTEGER PRIMARY KEY,
-    単位 TEXT
+    単位 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 規格 (
     規格ID INTEGER PRIMARY KEY,
-    規格 TEXT
+    規格 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 社員 (
     社員ID INTEGER PRIMARY KEY,
     社員名 TEXT,
-    内線番号 TEXT
+    内線番号 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 登録区分 (
     区分ID INTEGER PRIMARY KEY,
-    区分名 TEXT
+    区分名 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 発送区分 (
     発送区分ID INTEGER PRIMARY KEY,
-    発送区分名 TEXT
+    発送区分名 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 仕入商品 (
     商品ID INTEGER PRIMARY KEY,
-    商品名 TEXT
+    商品名 TEXT,
+    税区分 INTEGER,
+    商品コード TEXT,
+    バーコード TEXT,
+    規格 TEXT,
+    単位 TEXT,
+    単価 REAL,
+    版 INTEGER
 );
 
 CREATE TABLE 納品商品 (
     商品ID INTEGER PRIMARY KEY,
-    商品名 TEXT
+    商品名 TEXT,
+    税区分 INTEGER,
+    商品コード TEXT,
+    バーコード TEXT,
+    規格 TEXT,
+    単位 TEXT,
+    単価 REAL,
+    版 INTEGER
 );
 
 CREATE TABLE 自社情報 (
@@ -50,7 +70,9 @@ CREATE TABLE 自社情報 (
     FAX TEXT,
     取引銀行1 TEXT,
     取引銀行2 TEXT,
-    備考 TEXT
+    備考 TEXT,
+    登録番号 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 納品先 (
@@ -76,7 +98,9 @@ CREATE TABLE 納品先 (
     担当者名 TEXT,
     締め日 INTEGER,
     消費税区分 INTEGER,
-    元帳出力 INTEGER
+    元帳出力 INTEGER,
+    敬称 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 仕入先 (
@@ -96,7 +120,12 @@ CREATE TABLE 仕入先 (
     担当者2 TEXT,
     支払方法 TEXT,
     振込先 TEXT,
-    消費税区分 INTEGER
+    消費税区分 INTEGER,
+    登録番号 TEXT,
+    登録 INTEGER,
+    登録開始日 TEXT,
+    登録終了日 TEXT,
+    版 INTEGER
 );
 
 CREATE TABLE 入出庫マスター (
@@ -106,7 +135,13 @@ CREATE TABLE 入出庫マスター (
     相手先ID INTEGER,
     社員ID INTEGER,
     消費税率 REAL,
-    備考 TEXT
+    備考 TEXT,
+    内税 INTEGER,
+    摘要 TEXT,
+    元伝票 INTEGER,
+    完了 INTEGER,
+    版 INTEGER,
+    種別 TEXT GENERATED ALWAYS AS (CASE WHEN unicode(伝票番号) BETWEEN 65313 AND 65338 OR unicode(伝票番号) BETWEEN 65345 AND 65370 THEN upper(char(unicode(伝票番号) - 65248)) ELSE upper(substr(伝票番号, 1, 1)) END) VIRTUAL
 );
 
 CREATE TABLE 入出庫サブ (
@@ -116,7 +151,11 @@ CREATE TABLE 入出庫サブ (
     数量 REAL,
     単位 TEXT,
     単価 REAL,
-    金額 REAL
+    金額 REAL,
+    税区分 INTEGER,
+    税率 REAL,
+    版 INTEGER,
+    明細ID INTEGER PRIMARY KEY
 );
 
 CREATE TABLE 発送マスター (
@@ -142,7 +181,51 @@ CREATE TABLE 発送マスター (
     品名 TEXT,
     価格 REAL,
     送料 REAL,
-    更新日 TEXT
+    更新日 TEXT,
+    送り状番号 TEXT,
+    納品先ID INTEGER,
+    伝票ID INTEGER,
+    備考1 TEXT,
+    備考2 TEXT,
+    印刷日 TEXT,
+    版 INTEGER
+);
+
+-- Percent of consumption tax by class (0 standard, 1 reduced: food, 2 reduced: newspapers) and date, both days
+-- included; a rate without an end goes on. One that is not in force waits until a person switches it on.
+CREATE TABLE 税率 (
+    税率ID INTEGER PRIMARY KEY,
+    税区分 INTEGER,
+    開始日 TEXT,
+    終了日 TEXT,
+    税率 REAL,
+    有効 INTEGER,
+    版 INTEGER
+);
+
+-- The documents that were issued, with what was on them. A slip's key may be given again, so that its number,
+-- date and counterpart are written out.
+CREATE TABLE 発行控 (
+    発行ID INTEGER PRIMARY KEY,
+    種類 TEXT,
+    番号 TEXT,
+    日付 TEXT,
+    伝票種別 TEXT,
+    相手先ID INTEGER,
+    相手先名 TEXT,
+    税込金額 REAL,
+    発行日時 TEXT,
+    社員名 TEXT,
+    訂正元 INTEGER,
+    取消日 TEXT,
+    ハッシュ TEXT,
+    内容 BLOB
+);
+
+-- The counter behind every 版, one for the file: each change of a row gives it the next number.
+CREATE TABLE 版数 (
+    版数ID INTEGER PRIMARY KEY,
+    最終 INTEGER
 );
 
 -- The register's order. The search key stands in it too, so that a key search reads the index alone, in order,
@@ -150,11 +233,33 @@ CREATE TABLE 発送マスター (
 CREATE INDEX 納品先_更新日 ON 納品先 (更新日 DESC, フリガナ, 納品先名キー);
 -- Warning of a code given twice.
 CREATE INDEX 納品先_コード ON 納品先 (コード);
--- One counterpart's slips in the order of their dates.
-CREATE INDEX 入出庫マスター_相手先 ON 入出庫マスター (相手先ID, 日付);
--- Duplicate check, and the slips of one kind.
+-- One counterpart's slips of a kind in the order of their dates; customers and suppliers share their numbers.
+CREATE INDEX 入出庫マスター_相手先 ON 入出庫マスター (相手先ID, 種別, 日付);
+-- The slips of a kind by date: lists, daily reports, and whether there are any.
+CREATE INDEX 入出庫マスター_種別 ON 入出庫マスター (種別, 日付, 相手先ID);
+-- Duplicate check.
 CREATE INDEX 入出庫マスター_伝票番号 ON 入出庫マスター (伝票番号);
--- The lists and daily reports by date.
 CREATE INDEX 入出庫マスター_日付 ON 入出庫マスター (日付);
 -- The lines of one slip, in the order in which they were entered.
 CREATE INDEX 入出庫サブ_ID ON 入出庫サブ (ID);
+-- The history of shipments by day, by category and by customer; the search keys of sender and consignee, which
+-- a search reads whole, without the rows.
+CREATE INDEX 発送マスター_受付日 ON 発送マスター (受付日);
+CREATE INDEX 発送マスター_発送区分 ON 発送マスター (発送区分);
+CREATE INDEX 発送マスター_納品先 ON 発送マスター (納品先ID);
+CREATE INDEX 発送マスター_名キー ON 発送マスター (依頼主名キー, 届先名キー);
+-- Issued documents by day, amount and counterpart.
+CREATE INDEX 発行控_日付 ON 発行控 (日付);
+CREATE INDEX 発行控_税込金額 ON 発行控 (税込金額);
+CREATE INDEX 発行控_相手先 ON 発行控 (相手先ID, 日付);
+
+INSERT INTO 版数 (版数ID, 最終) VALUES (1, 0);
+-- The last one is announced for food and not yet law.
+INSERT INTO 税率 (税率ID, 税区分, 開始日, 終了日, 税率, 有効) VALUES
+    (1, 0, '1989-04-01', '1997-03-31', 3, 1),
+    (2, 0, '1997-04-01', '2014-03-31', 5, 1),
+    (3, 0, '2014-04-01', '2019-09-30', 8, 1),
+    (4, 0, '2019-10-01', NULL, 10, 1),
+    (5, 1, '2019-10-01', NULL, 8, 1),
+    (6, 2, '2019-10-01', NULL, 8, 1),
+    (7, 1, '2027-04-01', '2029-03-31', 1, 0);

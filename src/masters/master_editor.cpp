@@ -23,6 +23,8 @@ namespace
 constexpr double keyColumnWidth = 1200;
 constexpr double nameColumnWidth = 3000;
 
+constexpr int plainColumnCharacters = 12; // half-width
+
 } // namespace
 
 MasterEditor::MasterEditor(workspace::Workspace &workspace, const MasterDefinition &definition,
@@ -74,6 +76,10 @@ void MasterEditor::openList()
         tellThatListFailed(opened.error());
     }
     if (m_grid) {
+        QList<ui::GridColumn> shown;
+        for (const MasterField &field : m_definition.fields)
+            shown << ui::GridColumn{field.column, plainColumnCharacters};
+        m_grid->setColumns(shown);
         m_grid->bind(m_rows, [this](const QString &reason) { ui::prompts::inform(this, reason); });
         m_grid->setColumnWidth(0, ui::pixelsFromTwips(keyColumnWidth));
         m_grid->setColumnWidth(1, ui::pixelsFromTwips(nameColumnWidth));

@@ -25,7 +25,7 @@ struct Stage
     static void fill(FreshShop &shop)
     {
         shop.run(QStringLiteral("INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '山田')"));
-        shop.run(QStringLiteral("INSERT INTO 発送区分 VALUES (1, '常温')"));
+        shop.run(QStringLiteral("INSERT INTO 発送区分 (発送区分ID, 発送区分名) VALUES (1, '常温')"));
         shop.run(QStringLiteral("BEGIN"));
         for (int i = 1; i <= 300; ++i) {
             shop.run(QStringLiteral("INSERT INTO 納品先 (納品先ID, 納品先名1, 区分ID) VALUES (?, ?, 1)"),

@@ -45,7 +45,7 @@ private:
     void write()
     {
         using namespace Qt::StringLiterals;
-        m_shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '')"_s);
+        m_shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, '木村', '')"_s);
         for (int i = 0; i < 12; ++i)
             writeCounterpart(u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, 納品先名キー, フリガナ, "
                              "消費税区分) VALUES (?, ?, ?, ?, ?, ?)"_s,
@@ -97,7 +97,8 @@ private:
             const int price = upTo(20) == 1 ? -upTo(3000) : upTo(3000);
             const auto amount = static_cast<qint64>(quantity * 10) * price / 10;
             total += amount;
-            m_shop.run(QStringLiteral("INSERT INTO 入出庫サブ VALUES (?, ?, ?, ?, ?, ?, ?)"),
+            m_shop.run(QStringLiteral("INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額) "
+                                      "VALUES (?, ?, ?, ?, ?, ?, ?)"),
                        {id, QStringLiteral("商品%1").arg(upTo(8)),
                         upTo(2) == 1 ? QStringLiteral("大") : QVariant(), quantity,
                         upTo(3) == 1 ? QStringLiteral("箱") : QStringLiteral("kg"), price, amount});

@@ -71,8 +71,8 @@ void addLine(FreshShop &shop, qint64 id, double amount, const QString &product =
 
 QStringList everything(FreshShop &shop)
 {
-    return shop.rows(u"SELECT * FROM 入出庫マスター ORDER BY ID"_s) +
-           shop.rows(u"SELECT rowid, * FROM 入出庫サブ ORDER BY rowid"_s) +
+    return shop.rows(u"SELECT ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考 FROM 入出庫マスター ORDER BY ID"_s) +
+           shop.rows(u"SELECT 明細ID, ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ ORDER BY 明細ID"_s) +
            shop.rows(u"SELECT 納品先ID, 更新日 FROM 納品先 ORDER BY 納品先ID"_s);
 }
 
@@ -412,9 +412,9 @@ void TestSlipStore::fullDiskLosesOnlyTheActionInHand()
 void TestSlipStore::readSlipGivesHeaderLinesAndCounterpart()
 {
     FreshShop shop;
-    shop.run(u"INSERT INTO 社員 VALUES (1, '佐藤', '11')"_s);
-    shop.run(
-        u"INSERT INTO 納品先 (納品先ID, 納品先名1, 郵便番号, FAX, 消費税区分) VALUES (5, '山田　太郎', '100-0001', '03', 2)"_s);
+    shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, '佐藤', '11')"_s);
+    shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 郵便番号, FAX, 消費税区分) "
+             "VALUES (5, '山田　太郎', '100-0001', '03', 2)"_s);
     book::NewSlip manual = saleTo(5);
     manual.manualNumber = u"I1"_s;
     manual.manualLetter = u'I';

@@ -36,6 +36,14 @@ private:
     sqlite3 *m_handle = nullptr;
 };
 
+// The declaration of the slips' kind in a new file.
+QByteArray ownKind()
+{
+    const QString schema = db::schemaSql();
+    const qsizetype from = schema.indexOf(u"種別 TEXT"_s);
+    return schema.mid(from, schema.indexOf(u'\n', from) - from).toUtf8();
+}
+
 /// Takes the superuser's rights away for a while, to whom every file is writable; the files become the
 /// user's.
 class OrdinaryUser
@@ -110,10 +118,10 @@ private slots:
 void TestConnection::initialFileHasAllTables()
 {
     FreshShop shop;
-    QCOMPARE(db::tables().size(), std::size_t(13));
+    QCOMPARE(db::tables().size(), std::size_t(15));
     for (const db::Table &table : db::tables()) {
         QVERIFY2(shop.connection.select(u"SELECT * FROM "_s + table.name), qPrintable(table.name));
-        QCOMPARE(table.key.isEmpty(), table.name == u"入出庫サブ"_s);
+        QVERIFY2(!table.key.isEmpty(), qPrintable(table.name));
     }
     QCOMPARE(shop.value(u"PRAGMA application_id"_s).toUInt(), 0x4B414E42U);
     QCOMPARE(shop.value(u"PRAGMA synchronous"_s).toInt(), 3);
@@ -146,13 +154,33 @@ void TestConnection::refusedFiles_data()
     QTest::newRow("old engine") << QByteArray::fromHex("00010000") + "Standard Jet DB" + QByteArray(4096, 0)
                                 << u"以前の形式"_s;
     QTest::newRow("foreign") << changed("PRAGMA application_id = 7") << u"このプログラムの"_s;
-    QTest::newRow("newer") << changed("PRAGMA user_version = 2") << u"新しい版"_s;
+    QTest::newRow("newer") << changed("PRAGMA user_version = 3") << u"新しい版"_s;
     QTest::newRow("no version") << changed("PRAGMA user_version = 0") << u"版が正しくない"_s;
     QTest::newRow("table missing") << changed("DROP TABLE 規格") << u"規格"_s;
     QTest::newRow("column missing") << changed("ALTER TABLE 社員 DROP COLUMN 内線番号") << u"内線番号"_s;
     QTest::newRow("trigger") << changed("CREATE TRIGGER t AFTER INSERT ON 社員 BEGIN DELETE FROM 納品先; END")
                              << u"定義（t）"_s;
     QTest::newRow("view") << changed("CREATE VIEW v AS SELECT 1") << u"定義（v）"_s;
+    // No other column may be worked out, and not this one in another way.
+    const auto redeclared = [&](const QByteArray &column) {
+        return changed(
+            ("DROP INDEX 入出庫マスター_種別; DROP INDEX 入出庫マスター_相手先; "
+             "ALTER TABLE 入出庫マスター DROP COLUMN 種別; ALTER TABLE 入出庫マスター ADD COLUMN " +
+             column)
+                .constData());
+    };
+    QTest::newRow("generated column")
+        << changed("ALTER TABLE 社員 ADD COLUMN g AS (upper(社員名))") << u"定義（g）"_s;
+    QTest::newRow("other kind") << redeclared("種別 TEXT AS (upper(備考))") << u"定義（種別）"_s;
+    QTest::newRow("kind in a comment")
+        << redeclared("種別 TEXT AS (upper(備考)) /* , " + ownKind() + ") */") << u"定義（種別）"_s;
+    QTest::newRow("kind in a text")
+        << redeclared("種別 TEXT AS (upper(備考)); ALTER TABLE 入出庫マスター ADD COLUMN z DEFAULT ', " +
+                      ownKind() + ")'")
+        << u"定義（種別）"_s;
+    QTest::newRow("no kind") << redeclared("何か TEXT") << u"種別"_s;
+    QTest::newRow("kind as plain text") << redeclared("種別 TEXT") << u"種別"_s;
+    QTest::newRow("no counter") << changed("DROP TABLE 版数") << u"版数"_s;
     QTest::newRow("cut off") << good.left(4096) << u""_s;
 }
 
@@ -176,7 +204,8 @@ void TestConnection::damagedFilesNeverCrash()
 {
     FreshShop shop;
     for (int i = 1; i <= 50; ++i)
-        shop.run(u"INSERT INTO 社員 VALUES (?, ?, ?)"_s, {i, u"社員%1"_s.arg(i), u"10%1"_s.arg(i)});
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (?, ?, ?)"_s,
+                 {i, u"社員%1"_s.arg(i), u"10%1"_s.arg(i)});
     shop.connection.close();
     const QByteArray good = contentsOf(shop.path(u"shop.cdb"_s));
     const QString fileName = shop.path(u"damaged.cdb"_s);
@@ -189,7 +218,8 @@ void TestConnection::damagedFilesNeverCrash()
         if (!shop.connection.open(fileName))
             continue;
         (void)shop.connection.select(u"SELECT * FROM 社員 ORDER BY 社員名"_s);
-        (void)shop.connection.execute(u"INSERT INTO 社員 VALUES (999, 'x', 'y')"_s);
+        (void)shop.connection.execute(
+            u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (999, 'x', 'y')"_s);
         (void)shop.connection.execute(u"DELETE FROM 社員"_s);
     }
     shop.connection.close();
@@ -232,7 +262,8 @@ void TestConnection::writeAheadLogIsGivenUp()
     shop.connection.close();
     {
         OtherProgram other(fileName);
-        QCOMPARE(other.run("PRAGMA journal_mode = WAL; INSERT INTO 単位 VALUES (1, '個')"), SQLITE_OK);
+        QCOMPARE(other.run("PRAGMA journal_mode = WAL; INSERT INTO 単位 (単位ID, 単位) VALUES (1, '個')"),
+                 SQLITE_OK);
         const base::Status opened = shop.connection.open(fileName);
         QVERIFY(!opened);
         QVERIFY2(opened.error().text.contains(u"使用中"_s), qPrintable(opened.error().text));
@@ -248,7 +279,7 @@ void TestConnection::foldedLike()
     FreshShop shop;
     const QStringList names{u"やまだ"_s, u"ヤマダ"_s, u"ﾔﾏﾀﾞ"_s, u"山田"_s, u"ＡＢＣ"_s, u"abc"_s};
     for (int i = 0; i < names.size(); ++i)
-        shop.run(u"INSERT INTO 社員 VALUES (?, ?, NULL)"_s, {i, names.at(i)});
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (?, ?, NULL)"_s, {i, names.at(i)});
     const auto found = [&](const QString &pattern) {
         return shop.rows(u"SELECT 社員ID FROM 社員 WHERE 社員名 LIKE ? ORDER BY 社員ID"_s, {pattern})
             .join(u' ');
@@ -268,7 +299,7 @@ void TestConnection::boundTextIsNeverSql()
 {
     FreshShop shop;
     const QString nasty = u"'; DROP TABLE 社員; -- \"%_\\ 😀 𠮷"_s;
-    shop.run(u"INSERT INTO 社員 VALUES (1, ?, ?)"_s, {nasty, u"a\0b"_s});
+    shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, ?, ?)"_s, {nasty, u"a\0b"_s});
     QCOMPARE(shop.value(u"SELECT 社員名 FROM 社員 WHERE 社員名 = ?"_s, {nasty}).toString(), nasty);
     QCOMPARE(shop.value(u"SELECT 内線番号 FROM 社員"_s).toString(), u"ab"_s);
 }
@@ -279,13 +310,13 @@ void TestConnection::keysAndGaps()
     const auto next = [&] { return *db::nextKey(shop.connection, u"単位"_s); };
     QCOMPARE(next(), 1);
     for (const int key : {1, 2, 5})
-        shop.run(u"INSERT INTO 単位 VALUES (?, '個')"_s, {key});
+        shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (?, '個')"_s, {key});
     QCOMPARE(next(), 6);
     shop.run(u"DELETE FROM 単位 WHERE 単位ID = 2"_s);
     QCOMPARE(next(), 6);
     shop.run(u"DELETE FROM 単位 WHERE 単位ID = 5"_s);
     QCOMPARE(next(), 2);
-    shop.run(u"INSERT INTO 単位 VALUES (2147483647, '箱')"_s);
+    shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (2147483647, '箱')"_s);
     QVERIFY(!db::nextKey(shop.connection, u"単位"_s));
 }
 
@@ -301,7 +332,7 @@ void TestConnection::twoProgramsNeverTakeTheSameKey()
     qint64 key = 0;
     QVERIFY(db::atomically(shop.connection, [&]() -> base::Status {
         key = *db::nextKey(shop.connection, u"単位"_s);
-        shop.run(u"INSERT INTO 単位 VALUES (?, '個')"_s, {key});
+        shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (?, '個')"_s, {key});
         return keyOfSecond() ? base::Error{u"the second took a key meanwhile"_s} : base::Status();
     }));
     QCOMPARE(*keyOfSecond(), key + 1);
@@ -327,14 +358,14 @@ void TestConnection::failedActionLeavesNothing()
         return fails ? base::Result<int>(base::Error{u"失敗"_s}) : base::Result<int>(7);
     };
     const auto done = db::atomically(shop.connection, [&] {
-        shop.run(u"INSERT INTO 単位 VALUES (1, '外')"_s);
+        shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (1, '外')"_s);
         const auto inner = db::atomically(shop.connection, [&] {
-            shop.run(u"INSERT INTO 単位 VALUES (2, '中')"_s);
+            shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (2, '中')"_s);
             return outcome(innerFails);
         });
         if (bool(inner) == innerFails || !shop.connection.inTransaction())
             return base::Result<int>(0);
-        shop.run(u"INSERT INTO 単位 VALUES (3, '後')"_s);
+        shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (3, '後')"_s);
         return outcome(outerFails);
     });
     QVERIFY(!shop.connection.inTransaction());
@@ -352,8 +383,9 @@ void TestConnection::refusedCommitRollsBack()
     QVERIFY(shop.connection.select(u"PRAGMA busy_timeout = 20"_s));
     OtherProgram other(shop.path(u"shop.cdb"_s));
     QCOMPARE(other.run("BEGIN; SELECT count(*) FROM 単位"), SQLITE_OK);
-    const auto done = db::atomically(
-        shop.connection, [&] { return shop.connection.execute(u"INSERT INTO 単位 VALUES (1, '個')"_s); });
+    const auto done = db::atomically(shop.connection, [&] {
+        return shop.connection.execute(u"INSERT INTO 単位 (単位ID, 単位) VALUES (1, '個')"_s);
+    });
     QVERIFY(!done);
     QVERIFY2(done.error().text.contains(u"使用中"_s), qPrintable(done.error().text));
     QVERIFY(!shop.connection.inTransaction());
@@ -365,13 +397,14 @@ void TestConnection::refusedCommitRollsBack()
 void TestConnection::fullDiskLosesNothing()
 {
     FreshShop shop;
-    shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+    shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (1, '個')"_s);
     const QString pages = shop.value(u"PRAGMA page_count"_s).toString();
     QVERIFY(shop.connection.select(u"PRAGMA max_page_count = "_s + pages));
     base::Result<int> written = 1;
     for (int key = 2; key < 1000 && written; ++key)
         written = db::atomically(shop.connection, [&] {
-            return shop.connection.execute(u"INSERT INTO 単位 VALUES (?, ?)"_s, {key, QString(500, u'個')});
+            return shop.connection.execute(u"INSERT INTO 単位 (単位ID, 単位) VALUES (?, ?)"_s,
+                                           {key, QString(500, u'個')});
         });
     QVERIFY(!written);
     QVERIFY2(written.error().text.contains(u"空き容量"_s), qPrintable(written.error().text));
@@ -384,10 +417,10 @@ void TestConnection::fullDiskLosesNothing()
 void TestConnection::backupReplacesOnlyWhenComplete()
 {
     FreshShop shop;
-    shop.run(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+    shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (1, '個')"_s);
     const QString backup = shop.path(u"BackupKanbalore.cdb"_s);
     QVERIFY(db::copyDatabase(shop.connection, backup));
-    shop.run(u"INSERT INTO 単位 VALUES (2, '箱')"_s);
+    shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (2, '箱')"_s);
     QVERIFY(db::copyDatabase(shop.connection, backup));
     {
         db::Connection copy;

@@ -2,9 +2,12 @@
 #include "db/migrations.h"
 #include "db/schema.h"
 #include "support/fresh_shop.h"
+#include "support/version_1.h"
 
 #include <QDir>
 #include <QTest>
+
+#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 
@@ -14,9 +17,82 @@ namespace
 const QDate today(2026, 4, 1);
 
 const db::Migrations twoSteps = {
-    {2, "ALTER TABLE 納品先 ADD COLUMN 敬称 TEXT; UPDATE 納品先 SET 敬称 = '様'"},
-    {3, "CREATE TABLE 税率 (開始日 TEXT PRIMARY KEY, 率 REAL)"},
+    {3, "ALTER TABLE 納品先 ADD COLUMN 別名 TEXT; UPDATE 納品先 SET 別名 = '様'"},
+    {4, "CREATE TABLE 倉庫 (倉庫ID INTEGER PRIMARY KEY, 倉庫名 TEXT)"},
 };
+
+// Rows of every table and of every sort that the screens, the earlier program and other programs leave
+// behind.
+QByteArray version1Rows()
+{
+    return "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱'), (7, NULL), (8, '');"
+           "INSERT INTO 規格 (規格ID, 規格) VALUES (3, '５ｋｇ');"
+           "INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, '佐藤', '11'), (2, NULL, NULL);"
+           "INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先');"
+           "INSERT INTO 発送区分 (発送区分ID, 発送区分名) VALUES (1, 'お歳暮');"
+           "INSERT INTO 仕入商品 (商品ID, 商品名) VALUES (1, '段ボール');"
+           "INSERT INTO 納品商品 (商品ID, 商品名) VALUES (1, 'ふじりんご'), (5, '送料');"
+           "INSERT INTO 自社情報 (会社ID, 会社名1, 備考) VALUES (1, '山田農園', x'00ff');"
+           "INSERT INTO 納品先 (納品先ID, 納品先名1, 更新日, 締め日, 区分ID) VALUES"
+           " (1, '株式会社　山田', '2026-03-31', 20, 1), (2147483647, '高橋', '昨日', 'x', NULL);"
+           "INSERT INTO 仕入先 (仕入先ID, 仕入先名1, 消費税区分) VALUES (1, '青果', 2);"
+           "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考) VALUES (1, "
+           "'2026-04-01', 'O1', 1, 1, 10, NULL),"
+           " (2, '20240101', 'ｏ2', NULL, NULL, 5.5, 'memo'), (4, NULL, NULL, 9, 9, 'x', ''),"
+           " (5, '2026-04-02', 'ｉ5', 1, 1, 8, NULL), (6, '2026-04-02', '', 1, 1, 8, NULL);"
+           "INSERT INTO 発送マスター (発送ID, 受付日, 届先名1, 価格) VALUES (1, '2026-04-01', '鈴木', "
+           "1980.5);"
+           // The lines of two slips in turns, with gaps and one that was put in before the others.
+           "INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額) VALUES (1, 'りんご', '大', "
+           "1.5, '箱', 1000, 1500);"
+           "INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額) VALUES (2, 'みかん', NULL, "
+           "'many', '', 0.1, -3);"
+           "INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額) VALUES (1, '消費税', NULL, "
+           "NULL, NULL, NULL, 150);"
+           "INSERT INTO 入出庫サブ (rowid, ID, 商品名) VALUES (900, 1, '追加'), (-5, 1, '先頭'), (500, 99, "
+           "'孤児');";
+}
+
+// The rows of each table of version 1 with their types, in the order in which version 1 read them.
+QStringList version1Contents(const QString &fileName, bool isMigrated)
+{
+    QStringList contents;
+    db::PlainHandle file;
+    if (!file.open(fileName))
+        qFatal("cannot open %s", qPrintable(fileName));
+    for (const db::Table &table : db::tables()) {
+        if (table.firstColumns == 0)
+            continue;
+        const QStringList columns = table.columns.first(table.firstColumns);
+        const QString order = isMigrated ? table.key : u"rowid"_s;
+        const QString statement = u"SELECT quote(%1) FROM %2 ORDER BY %3"_s.arg(
+            columns.join(u") || ' ' || quote("_s), table.name, order);
+        db::PlainStatement rows(file, statement.toUtf8());
+        while (rows.step() == SQLITE_ROW)
+            contents << table.name + u' ' + rows.text(0);
+    }
+    return contents;
+}
+
+// What the file is like, but for the spelling of its definitions.
+QStringList definitionsIn(const QString &fileName)
+{
+    QStringList definitions;
+    db::PlainHandle file;
+    if (!file.open(fileName))
+        qFatal("cannot open %s", qPrintable(fileName));
+    for (const char *sql :
+         {"SELECT t.name || ' ' || c.name || ' ' || c.type || c.pk || c.hidden FROM sqlite_schema t, "
+          "pragma_table_xinfo(t.name) c WHERE t.type = 'table' ORDER BY t.name, c.cid",
+          "SELECT sql FROM sqlite_schema WHERE type = 'index' ORDER BY name",
+          "SELECT 税区分 || 開始日 || coalesce(終了日, '-') || 税率 || 有効 FROM 税率 ORDER BY 税率ID",
+          "SELECT 最終 FROM 版数"}) {
+        db::PlainStatement rows(file, sql);
+        while (rows.step() == SQLITE_ROW)
+            definitions << rows.text(0);
+    }
+    return definitions;
+}
 
 } // namespace
 
@@ -26,6 +102,8 @@ class TestMigration : public QObject
 
 private slots:
     void theProgramsOwnListIsWhole();
+    void version1KeepsEveryValue();
+    void version1BecomesLikeANewFile();
     void oldFileIsMovedAndKept();
     void failureLeavesTheFile_data();
     void failureLeavesTheFile();
@@ -51,6 +129,33 @@ void TestMigration::theProgramsOwnListIsWhole()
     QCOMPARE(version, db::schemaVersion);
 }
 
+void TestMigration::version1KeepsEveryValue()
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath(u"shop.cdb"_s);
+    makeVersion1(file, version1Rows());
+    const QStringList before = version1Contents(file, false);
+    QCOMPARE(before.size(), 27);
+    QVERIFY(db::migrate(file, today));
+    QCOMPARE(version1Contents(file, true), before);
+    QCOMPARE(version1Contents(folder.filePath(u"shop 版1 2026-04-01.cdb"_s), false), before);
+    db::Connection connection;
+    QVERIFY(connection.open(file));
+    const auto kinds = connection.select(u"SELECT group_concat(coalesce(種別, '-')) FROM 入出庫マスター"_s);
+    QCOMPARE(kinds->rows.front().front().toString(), u"O,O,-,I,"_s);
+    QCOMPARE(connection.select(u"PRAGMA integrity_check"_s)->rows.front().front().toString(), u"ok"_s);
+}
+
+void TestMigration::version1BecomesLikeANewFile()
+{
+    FreshShop shop;
+    shop.connection.close();
+    const QString file = shop.path(u"old.cdb"_s);
+    makeVersion1(file);
+    QVERIFY(db::migrate(file, today));
+    QCOMPARE(definitionsIn(file), definitionsIn(shop.path(u"shop.cdb"_s)));
+}
+
 void TestMigration::oldFileIsMovedAndKept()
 {
     FreshShop shop;
@@ -58,11 +163,11 @@ void TestMigration::oldFileIsMovedAndKept()
     shop.connection.close();
     const QString file = shop.path(u"shop.cdb"_s);
     QVERIFY(db::migrate(file, today, twoSteps));
-    QCOMPARE(number(file, "PRAGMA user_version"), 3);
-    QCOMPARE(number(file, "SELECT count(*) FROM 納品先 WHERE 敬称 = '様'"), 1);
-    QCOMPARE(number(file, "SELECT count(*) FROM 税率"), 0);
-    const QString kept = shop.path(u"shop 版1 2026-04-01.cdb"_s);
-    QCOMPARE(number(kept, "PRAGMA user_version"), 1);
+    QCOMPARE(number(file, "PRAGMA user_version"), 4);
+    QCOMPARE(number(file, "SELECT count(*) FROM 納品先 WHERE 別名 = '様'"), 1);
+    QCOMPARE(number(file, "SELECT count(*) FROM 倉庫"), 0);
+    const QString kept = shop.path(u"shop 版2 2026-04-01.cdb"_s);
+    QCOMPARE(number(kept, "PRAGMA user_version"), 2);
     QCOMPARE(number(kept, "SELECT count(*) FROM 納品先"), 1);
     // Up to date: nothing more is done or kept.
     QVERIFY(db::migrate(file, today, twoSteps));
@@ -75,8 +180,8 @@ void TestMigration::failureLeavesTheFile_data()
 {
     QTest::addColumn<int>("version");
     QTest::addColumn<QByteArray>("statements");
-    QTest::newRow("second step fails") << 3 << QByteArray("CREATE TABLE 納品先 (x)");
-    QTest::newRow("a step is missing") << 4 << QByteArray("CREATE TABLE 税率 (x)");
+    QTest::newRow("second step fails") << 4 << QByteArray("CREATE TABLE 納品先 (x)");
+    QTest::newRow("a step is missing") << 5 << QByteArray("CREATE TABLE 倉庫 (x)");
 }
 
 void TestMigration::failureLeavesTheFile()
@@ -89,7 +194,7 @@ void TestMigration::failureLeavesTheFile()
     QVERIFY(!db::migrate(file, today, {twoSteps.front(), {version, statements}}));
     QCOMPARE(QDir(shop.folder.path()).entryList(QDir::Files), QStringList{u"shop.cdb"_s});
     QVERIFY(shop.connection.open(file));
-    QVERIFY(!shop.connection.select(u"SELECT 敬称 FROM 納品先"_s));
+    QVERIFY(!shop.connection.select(u"SELECT 別名 FROM 納品先"_s));
 }
 
 void TestMigration::othersAreLeftAlone()
@@ -99,7 +204,7 @@ void TestMigration::othersAreLeftAlone()
     shop.connection.close();
     const QString file = shop.path(u"shop.cdb"_s);
     QVERIFY(!db::migrate(file, today, twoSteps)); // a trigger would be carried out by the steps
-    QCOMPARE(number(file, "PRAGMA user_version"), 1);
+    QCOMPARE(number(file, "PRAGMA user_version"), 2);
     QVERIFY(db::migrate(shop.path(u"missing.cdb"_s), today, twoSteps));
     QVERIFY(!QFile::exists(shop.path(u"missing.cdb"_s)));
 }

@@ -34,7 +34,7 @@ private:
 void TestRecordset::fill(FreshShop &shop, int count)
 {
     shop.run(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < ?) "
-             "INSERT INTO 社員 SELECT i, '社員' || i, NULL FROM n"_s,
+             "INSERT INTO 社員 (社員ID, 社員名, 内線番号) SELECT i, '社員' || i, NULL FROM n"_s,
              {count});
 }
 

@@ -39,7 +39,7 @@ struct Register : ScreenDriver
         : ScreenDriver(&screen)
     {
         if (with != NoCategories)
-            shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先'), (2, '一般')"_s);
+            shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先'), (2, '一般')"_s);
         if (with == Customers) {
             shop.run(
                 u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, フリガナ, 納品先名キー, 区分ID, 更新日, "

@@ -132,9 +132,12 @@ private slots:
             r.type(box, text);
         r.choose("Combo1", 2);
         r.press("cmdUpdate");
-        QCOMPARE(r.stored(u"*"_s, 6),
-                 u"6|S6|京都　茶舗|本店|京都茶舗本店 S6 075-1|600-8001|京都市|四条|075-1|090-3|075-2|"
-                 "a@example.jp|木村|林|月末振込|四条銀行|2"_s);
+        QCOMPARE(
+            r.stored(u"仕入先ID, コード, 仕入先名1, 仕入先名2, 仕入先名キー, 郵便番号, 住所1, 住所2, TEL1, "
+                     "TEL2, FAX, メール, 担当者1, 担当者2, 支払方法, 振込先, 消費税区分"_s,
+                     6),
+            u"6|S6|京都　茶舗|本店|京都茶舗本店 S6 075-1|600-8001|京都市|四条|075-1|090-3|075-2|"
+            "a@example.jp|木村|林|月末振込|四条銀行|2"_s);
         QCOMPARE(r.box("txtName4").text(), u"京都茶舗本店 S6 075-1"_s);
         QVERIFY(r.the<QPushButton>("cmdAdd").hasFocus());
         QCOMPARE(r.screen.savedSupplier(), std::optional<qint64>(6));

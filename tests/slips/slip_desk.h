@@ -18,7 +18,7 @@ public:
     SlipDesk()
     {
         using namespace Qt::StringLiterals;
-        shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '')"_s);
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, '木村', '')"_s);
         for (int taxClass = 0; taxClass < 3; ++taxClass) {
             const QString key = u"aite%1"_s.arg(taxClass);
             shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー, 更新日, 消費税区分) "

@@ -31,7 +31,7 @@ private slots:
     void columnsOutliveTheStatement()
     {
         FreshShop shop;
-        shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '11'), (2, '林', '12')"_s);
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, '木村', '11'), (2, '林', '12')"_s);
         db::Recordset rows(shop.connection);
         ui::Grid grid;
         grid.setUp(shop.workspace, u"frmTest/grid"_s);
@@ -60,13 +60,13 @@ private slots:
     void arrowKeysMoveBesideAHiddenColumn()
     {
         FreshShop shop;
-        shop.run(u"INSERT INTO 社員 VALUES (1, '木村', '11'), (2, '林', '12')"_s);
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, '木村', '11'), (2, '林', '12')"_s);
         db::Recordset rows(shop.connection);
         QVERIFY(rows.open({.table = u"社員"_s, .where = u"社員ID = 0"_s}));
         ui::Grid grid;
         grid.bind(rows, {});
         grid.setColumnHidden(0, true);
-        QVERIFY(rows.open({.table = u"社員"_s}));
+        QVERIFY(rows.open({.columns = u"社員ID, 社員名, 内線番号"_s, .table = u"社員"_s}));
         QTest::keyClick(&grid, Qt::Key_Down);
         QCOMPARE(rows.currentRow(), 1);
         // Ctrl on the shown row does not take its mark off.

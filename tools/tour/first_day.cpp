@@ -412,7 +412,7 @@ void FirstDay::checkBooks()
         {u"SELECT count(*) FROM 入出庫マスター WHERE substr(伝票番号, 1, 1) = 'O'", u"11"},
         {u"SELECT count(*) FROM 入出庫サブ WHERE 商品名 <> '消費税'", u"60"},
         {u"SELECT group_concat(CAST(金額 AS INTEGER), ' ') FROM 入出庫サブ WHERE 商品名 = '消費税' ORDER BY "
-         u"rowid",
+         u"明細ID",
          u"802 605 1592 498 11250"},
         {u"SELECT CAST(sum(金額) AS INTEGER) FROM 入出庫サブ WHERE 商品名 <> '消費税'", u"307391"},
         {u"SELECT count(DISTINCT 更新日) FROM 納品先", u"1"},

@@ -1,6 +1,9 @@
 #include "app/files/application_folder.h"
 
+#include "base/dated_name.h"
+#include "base/same_file.h"
 #include "db/care/backup.h"
+#include "db/file_header.h"
 #include "db/old_files/old_file.h"
 #include "db/schema.h"
 #include "registers/postal/postal_origin.h"
@@ -26,6 +29,19 @@ bool holdsInitialFile(const QString &folder)
     return QFileInfo(workspace::joinPath(folder, QString::fromUtf16(db::initialFileName))).isFile();
 }
 
+// An initial file of an older version of this program, which a new one comes to replace.
+base::Status putOlderAside(const QString &initial, const QString &source)
+{
+    const int version = db::storedVersion(initial);
+    if (version <= 0 || version >= db::schemaVersion || !holdsInitialFile(source) ||
+        base::isSameFile(initial, workspace::joinPath(source, QString::fromUtf16(db::initialFileName))))
+        return {};
+    const QDate written = QFileInfo(initial).lastModified().date();
+    if (QFile::rename(initial, base::datedName(initial, u"版%1"_s.arg(version), written)))
+        return {};
+    return base::Error{u"以前の版の初期設定用のファイルの名前を変更できませんでした。("_s + initial + u")"_s};
+}
+
 ApplicationFolder filled(const QString &folder, const FolderPlaces &places)
 {
     if (!QDir().mkpath(folder))
@@ -35,6 +51,8 @@ ApplicationFolder filled(const QString &folder, const FolderPlaces &places)
     // The earlier program's own initial file is no use here, but may hold someone's data.
     const QString initial = workspace::joinPath(folder, QString::fromUtf16(db::initialFileName));
     if (const base::Status aside = db::putOldFileAside(initial); !aside)
+        return {folder, aside.error().text};
+    if (const base::Status aside = putOlderAside(initial, source); !aside)
         return {folder, aside.error().text};
     for (const QString &name : files) {
         const QString from = workspace::joinPath(source, name);

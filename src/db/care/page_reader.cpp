@@ -128,6 +128,7 @@ void PageReader::readHeader()
             m_usable = size - reserved;
             m_firstFree = number32(first, 32);
             m_freeCount = number32(first, 36);
+            m_version = static_cast<int>(number32(first, 60));
             const quint32 encoding = number32(first, 56);
             m_encoding = encoding == SQLITE_UTF16LE || encoding == SQLITE_UTF16BE ? static_cast<int>(encoding)
                                                                                   : SQLITE_UTF8;

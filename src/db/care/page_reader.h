@@ -57,6 +57,8 @@ public:
     [[nodiscard]] quint32 pageCount() const { return m_pageCount; }
     /// Whether the file's header is one of SQLite's; else the page size is taken to be the usual one.
     [[nodiscard]] bool hasHeader() const { return m_hasHeader; }
+    /// The schema version in the header.
+    [[nodiscard]] int version() const { return m_version; }
     /// SQLITE_UTF8, SQLITE_UTF16LE or SQLITE_UTF16BE.
     [[nodiscard]] int encoding() const { return m_encoding; }
 
@@ -83,6 +85,7 @@ private:
     quint32 m_firstFree = 0;
     quint32 m_freeCount = 0;
     int m_encoding;
+    int m_version = 0;
     std::vector<bool> m_chained; // pages that long rows go on in
     bool m_hasHeader = false;
 };

@@ -41,6 +41,7 @@ struct SourceTable
     quint32 root = 0;    // 0: lost
     std::vector<quint32> indexRoots;
     bool isDamaged = false; // pages are missing from its tree
+    bool isAbsent = false;  // the file is of a version that had no such table
     std::vector<qint64> carried;
     SalvagedTable outcome;
 
@@ -48,10 +49,12 @@ struct SourceTable
 };
 
 // Whether a loose row looks like one of this table: a key is stored as NULL, the row's number stands for it;
-// numbers and texts stand in columns of their kind.
+// numbers and texts stand in columns of their kind. A row that was written before columns were added ends
+// where the table ended then.
 bool SourceTable::canHold(const StoredRecord &record) const
 {
-    if (record.values.size() != std::size_t(columns.size()))
+    const auto size = static_cast<qsizetype>(record.values.size());
+    if (size > columns.size() || size < (table->firstColumns > 0 ? table->firstColumns : columns.size()))
         return false;
     for (std::size_t i = 0; i < record.values.size(); ++i) {
         const QString &column = columns.at(qsizetype(i));
@@ -143,7 +146,7 @@ private:
 class Salvager
 {
 public:
-    Salvager(sqlite3 *source, const PlainHandle &target, const base::Progress &progress)
+    Salvager(sqlite3 *source, PlainHandle &target, const base::Progress &progress)
         : m_reader(source)
         , m_target(target)
         , m_progress(progress)
@@ -156,6 +159,7 @@ private:
     using Visitor = std::function<base::Status(const TreePage &)>;
 
     void readSchema();
+    base::Status settleCounter();
     base::Status walk(quint32 root, bool isTable, bool &isDamaged, const Visitor &visit, int depth = 0);
     base::Status carry(SourceTable &table, const StoredRecord &record);
     base::Status carryTree(SourceTable &table);
@@ -165,7 +169,7 @@ private:
     base::Status looked();
 
     PageReader m_reader;
-    const PlainHandle &m_target;
+    PlainHandle &m_target;
     const base::Progress &m_progress;
     std::vector<bool> m_seen; // pages that some tree has reached
     qint64 m_looks = 0;
@@ -229,7 +233,7 @@ void Salvager::readSchema()
         return {};
     };
     (void)walk(1, true, m_lostSchema, note);
-    for (const Table &known : tables()) {
+    for (const Table &known : declaredTables()) {
         SourceTable table;
         table.table = &known;
         table.columns = known.columns;
@@ -244,6 +248,8 @@ void Salvager::readSchema()
                 table.indexRoots.push_back(entry.root);
             }
         }
+        const bool isOlder = m_reader.hasHeader() && m_reader.version() < 2;
+        table.isAbsent = table.root == 0 && known.firstColumns == 0 && (isOlder || !m_lostSchema);
         m_tables.push_back(std::move(table));
     }
 }
@@ -251,6 +257,11 @@ void Salvager::readSchema()
 base::Status Salvager::carry(SourceTable &table, const StoredRecord &record)
 {
     const auto index = static_cast<std::size_t>(&table - m_tables.data());
+    // The rows that a new file begins with make room for those of the old one.
+    if (table.outcome.carried == 0) {
+        if (const base::Status cleared = m_target.run("DELETE FROM " + table.table->name.toUtf8()); !cleared)
+            return cleared;
+    }
     const auto isNew = m_writers[index]->write(record);
     if (!isNew)
         return isNew.error();
@@ -266,7 +277,7 @@ base::Status Salvager::carry(SourceTable &table, const StoredRecord &record)
 base::Status Salvager::carryTree(SourceTable &table)
 {
     if (table.root == 0) {
-        table.isDamaged = true;
+        table.isDamaged = !table.isAbsent;
         return {};
     }
     return walk(table.root, true, table.isDamaged, [&](const TreePage &page) -> base::Status {
@@ -373,9 +384,28 @@ base::Result<Salvage> Salvager::run()
             if (const base::Status counted = countUnread(table); !counted)
                 return counted.error();
         }
-        m_outcome.tables.push_back(table.outcome);
+        if (table.table->name != counterTable)
+            m_outcome.tables.push_back(table.outcome);
     }
+    if (const base::Status settled = settleCounter(); !settled)
+        return settled.error();
     return m_outcome;
+}
+
+// Where the counter is lost it goes on after the highest number that a row bears.
+base::Status Salvager::settleCounter()
+{
+    QStringList highest;
+    for (const SourceTable &table : m_tables) {
+        if (table.table->name == counterTable && table.outcome.carried > 0)
+            return {};
+        if (table.table->columns.contains(versionColumn))
+            highest << u"SELECT max(%1) AS n FROM %2 WHERE typeof(%1) = 'integer'"_s.arg(
+                QString::fromUtf16(versionColumn), table.table->name);
+    }
+    const QString statement = u"UPDATE %1 SET 最終 = (SELECT coalesce(max(n), 0) FROM (%2))"_s.arg(
+        QString::fromUtf16(counterTable), highest.join(u" UNION ALL "_s));
+    return m_target.run(statement.toUtf8());
 }
 
 base::Result<Salvage> carryOver(sqlite3 *source, const QString &target, const base::Progress &progress)

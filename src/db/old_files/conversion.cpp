@@ -134,6 +134,8 @@ base::Status Conversion::assignTables()
     m_tableOf.resize(old.size());
     bool any = false;
     for (const Table &table : tables()) {
+        if (table.firstColumns == 0)
+            continue;
         m_summary.tables.push_back({table.name, 0, 0});
         const auto found = foundIn(names, table.name);
         if (!found && !foundIn(m_reader.linked(), table.name)) {
@@ -257,8 +259,9 @@ base::Status Conversion::judgeRenumbered(const QString &table, const std::vector
 base::Status Conversion::checkCounts()
 {
     for (const ConversionSummary::Table &table : m_summary.tables) {
-        const bool isOurs = std::any_of(tables().begin(), tables().end(),
-                                        [&table](const Table &ours) { return ours.name == table.name; });
+        const bool isOurs = std::any_of(tables().begin(), tables().end(), [&table](const Table &ours) {
+            return ours.firstColumns > 0 && ours.name == table.name;
+        });
         if (!isOurs)
             continue;
         const auto count = m_connection.select(u"SELECT count(*) FROM "_s + table.name);

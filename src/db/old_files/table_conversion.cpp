@@ -100,7 +100,10 @@ base::Status TableConversion::readColumns()
     };
     while (code == SQLITE_OK && sqlite3_step(statement) == SQLITE_ROW) {
         const QString name = text(0);
-        const auto source = foundIn(m_old.columns, name);
+        // A column of a later version means something else than one of that name in a file of the earlier
+        // program.
+        const auto source =
+            m_table.isFirst(name) ? foundIn(m_old.columns, name) : std::optional<std::size_t>();
         m_columns.push_back({name, columnKind(name, text(1)), source});
         if (source)
             m_isKnown[*source] = true;
@@ -108,7 +111,7 @@ base::Status TableConversion::readColumns()
     sqlite3_finalize(statement);
     if (m_columns.size() != static_cast<std::size_t>(m_table.columns.size()))
         return errorFrom(m_handle);
-    if (!m_table.key.isEmpty())
+    if (!m_table.hasOwnKeys())
         m_key = m_table.columns.indexOf(m_table.key);
     return {};
 }
@@ -141,7 +144,7 @@ QVariantList TableConversion::valuesOf(const std::vector<OldCell> &row)
     QStringList troubles;
     bool lacksColumns = false;
     for (const Column &column : m_columns) {
-        lacksColumns = lacksColumns || !column.source;
+        lacksColumns = lacksColumns || (!column.source && m_table.isFirst(column.name));
         const CarriedValue carried =
             column.source ? carriedOver(row[*column.source], column.kind) : CarriedValue();
         values << carried.value;
@@ -165,7 +168,7 @@ void TableConversion::fillMissing(QVariantList &values) const
         return index < 0 ? QVariant() : values.at(index);
     };
     for (std::size_t i = 0; i < m_columns.size(); ++i) {
-        if (!m_columns[i].source && m_key != static_cast<qsizetype>(i))
+        if (!m_columns[i].source && m_table.isFirst(m_columns[i].name) && m_key != static_cast<qsizetype>(i))
             values[static_cast<qsizetype>(i)] = m_missing(m_table.name, m_columns[i].name, valueOf);
     }
 }
@@ -242,7 +245,7 @@ void TableConversion::noteColumns()
             m_notes.add(what + u"（データなし）"_s);
     }
     for (const Column &column : m_columns) {
-        if (!column.source)
+        if (!column.source && m_table.isFirst(column.name))
             m_notes.add(m_table.name + u" 以前のファイルにない項目「"_s + column.name + u"」"_s);
     }
     if (m_droppedTimes > 0)

@@ -22,8 +22,9 @@ namespace
 
 const QString customerTable = u"納品先"_s;
 
-// What a list of customers is not worked with.
-const QStringList tablesLeftBehind{u"仕入先"_s, u"入出庫マスター"_s, u"入出庫サブ"_s, u"発送マスター"_s};
+// What a list of customers is worked with beside them.
+const QStringList mastersTaken{u"単位"_s,     u"規格"_s,     u"社員"_s,     u"登録区分"_s,
+                               u"発送区分"_s, u"仕入商品"_s, u"納品商品"_s, u"自社情報"_s};
 
 constexpr std::size_t rowsAtOnce = 500;
 
@@ -49,7 +50,7 @@ base::Result<db::Rows> readRows(db::Connection &from, const db::Table &table, co
 base::Status copyMasters(db::Connection &from, db::Connection &into)
 {
     for (const db::Table &table : db::tables()) {
-        if (table.name == customerTable || tablesLeftBehind.contains(table.name))
+        if (!mastersTaken.contains(table.name))
             continue;
         const auto rows = readRows(from, table);
         if (!rows)

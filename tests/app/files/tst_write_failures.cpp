@@ -16,6 +16,7 @@
 #include "slips/slip_desk.h"
 #include "support/failing_disk.h"
 #include "support/files_content.h"
+#include "support/version_1.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -137,7 +138,8 @@ void openWindowBesideOther(Scene &scene)
     openWindow(scene);
     const QString other = scene.stage->shop.path(u"other.cdb"_s);
     db::PlainHandle file;
-    if (!db::createDatabase(other) || !file.open(other) || !file.run("INSERT INTO 単位 VALUES (1, '箱')"))
+    if (!db::createDatabase(other) || !file.open(other) ||
+        !file.run("INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')"))
         qFatal("no other file");
 }
 
@@ -199,13 +201,23 @@ void openShop(Scene &scene)
 {
     scene.logic = std::make_unique<FreshShop>();
     Stage::fill(*scene.logic);
-    scene.logic->run(u"INSERT INTO 登録区分 VALUES (1, '一般')"_s);
+    scene.logic->run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '一般')"_s);
 }
 
 void closeShop(Scene &scene)
 {
     openShop(scene);
     scene.logic->connection.close();
+}
+
+void leaveShopOfVersion1(Scene &scene)
+{
+    closeShop(scene);
+    const QString file = scene.logic->path(u"shop.cdb"_s);
+    QFile::remove(file);
+    makeVersion1(file, "INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (1, 'O1'), (2, 'I2');"
+                       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
+                       "INSERT INTO 入出庫サブ (ID, 商品名, 金額) SELECT 1 + i % 2, '商品' || i, i FROM n");
 }
 
 void closeShopBesideBackup(Scene &scene)
@@ -246,9 +258,7 @@ QString importCustomers(Scene &scene)
 
 QString migrate(Scene &scene)
 {
-    return told(db::migrate(scene.logic->path(u"shop.cdb"_s), scene.logic->now.date(),
-                            {{2, "ALTER TABLE 納品先 ADD COLUMN 敬称 TEXT; UPDATE 納品先 SET 敬称 = '様'"},
-                             {3, "CREATE TABLE 税率 (開始日 TEXT PRIMARY KEY, 率 REAL)"}}));
+    return told(db::migrate(scene.logic->path(u"shop.cdb"_s), scene.logic->now.date()));
 }
 
 QString convert(Scene &scene)
@@ -291,7 +301,7 @@ const Action actions[] = {
     {"slip deleted", openSlipWithLine, deleteSlip, u"shop.cdb"_s, true},
     {"customers deleted", openShop, deleteCustomers, u"shop.cdb"_s, true},
     {"customers imported", openShop, importCustomers, u"shop.cdb"_s, true},
-    {"migration", closeShop, migrate, u"shop.cdb"_s},
+    {"migration", leaveShopOfVersion1, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},
     {"save as", openWindow, saveAs, u"other.cdb"_s},

@@ -29,6 +29,8 @@ void write(const QString &fileName, const QByteArray &content)
         qFatal("cannot write %s", qPrintable(fileName));
 }
 
+constexpr int firstRates = 7; // rows of 税率 in a new file
+
 const QStringList filledTables = {u"単位"_s, u"納品先"_s, u"入出庫マスター"_s, u"入出庫サブ"_s,
                                   u"発送マスター"_s};
 
@@ -73,20 +75,22 @@ void TestSalvage::initTestCase()
 {
     m_shop.run(u"BEGIN"_s);
     for (int i = 1; i <= 700; ++i) {
-        m_shop.run(u"INSERT INTO 単位 VALUES (?, ?)"_s, {i, u"単位%1"_s.arg(i)});
-        m_shop.run(u"INSERT INTO 入出庫マスター VALUES (?, '2026-04-01', ?, ?, 1, 10, NULL)"_s,
+        m_shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (?, ?)"_s, {i, u"単位%1"_s.arg(i)});
+        m_shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考) "
+                   "VALUES (?, '2026-04-01', ?, ?, 1, 10, NULL)"_s,
                    {i, u"O%1"_s.arg(i), i % 40 + 1});
         for (int line = 0; line < 3; ++line)
-            m_shop.run(u"INSERT INTO 入出庫サブ VALUES (?, 'りんご', '贈答用', ?, '箱', 3980.5, ?)"_s,
+            m_shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額) "
+                       "VALUES (?, 'りんご', '贈答用', ?, '箱', 3980.5, ?)"_s,
                        {i, line, -3980 * line});
         if (i > 200)
             continue;
         // Every tenth has a note that goes on over several pages.
         m_shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, メモ, 更新日, 区分ID) VALUES (?, ?, ?, ?, 3)"_s,
                    {i * 5, u"顧客%1"_s.arg(i), QString(i % 10 == 0 ? 9000 : 5, u'あ'), u"2026-01-01"_s});
-        m_shop.run(
-            u"INSERT INTO 発送マスター (発送ID, 届先名1, 届先郵便番号, 価格) VALUES (?, ?, '530-0001', 100.25)"_s,
-            {i, u"届先%1"_s.arg(i)});
+        m_shop.run(u"INSERT INTO 発送マスター (発送ID, 届先名1, 届先郵便番号, 価格) "
+                   "VALUES (?, ?, '530-0001', 100.25)"_s,
+                   {i, u"届先%1"_s.arg(i)});
     }
     m_shop.run(u"COMMIT"_s);
     for (const QString &table : filledTables) {
@@ -111,7 +115,10 @@ db::Salvage TestSalvage::rebuilt(const QByteArray &bytes)
     if (!m_result.connection.open(target))
         qFatal("the result cannot be opened");
     for (const db::SalvagedTable &table : done->tables) {
-        if (m_result.value(u"SELECT count(*) FROM "_s + table.table).toLongLong() != table.carried)
+        // Where no rate can be read, those that every file begins with stay.
+        const bool hasFirstRows = table.table == u"税率"_s && table.carried == 0;
+        if (!hasFirstRows &&
+            m_result.value(u"SELECT count(*) FROM "_s + table.table).toLongLong() != table.carried)
             qFatal("wrong count of carried rows");
     }
     return *done;
@@ -166,6 +173,8 @@ void TestSalvage::oneDamagedPage()
             QVERIFY2(inventedRows() <= 1, qPrintable(QString::number(page)));
         qint64 lost = 0;
         for (const db::SalvagedTable &table : done.tables) {
+            if (!filledTables.contains(table.table))
+                continue;
             const qint64 missing = m_rows.value(table.table).size() - table.carried;
             lost += missing;
             // An honest count: exact, or told to be a least one. (A page that stands there twice is counted
@@ -189,7 +198,7 @@ void TestSalvage::innerPagesCostNoRow()
         QByteArray bytes = m_sound;
         bytes.replace(at, pageSize, QByteArray(pageSize, 0));
         const db::Salvage done = rebuilt(bytes);
-        qint64 carried = done.carried() + done.strayRows;
+        qint64 carried = done.carried() + done.strayRows - firstRates;
         for (const auto &rows : std::as_const(m_rows))
             carried -= rows.size();
         QCOMPARE(carried, 0);

@@ -156,8 +156,10 @@ private slots:
 void TestConversion::asOtherReadersSeeIt_data()
 {
     QTest::addColumn<QString>("table");
-    for (const db::Table &table : db::tables())
-        QTest::newRow(qPrintable(table.name)) << table.name;
+    for (const db::Table &table : db::tables()) {
+        if (table.firstColumns > 0)
+            QTest::newRow(qPrintable(table.name)) << table.name;
+    }
 }
 
 void TestConversion::asOtherReadersSeeIt()
@@ -306,7 +308,7 @@ void TestConversion::readerFails()
 // Rows that outgrew their page lie elsewhere; a slip's lines keep their order all the same.
 void TestConversion::movedRows()
 {
-    const QString lines = u"SELECT * FROM 入出庫サブ ORDER BY rowid"_s;
+    const QString lines = u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ ORDER BY rowid"_s;
     Bench plain;
     QVERIFY(bool(plain.convert()));
 

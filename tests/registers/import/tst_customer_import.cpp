@@ -19,7 +19,7 @@ using State = ImportCandidate::State;
 
 struct Shop : FreshShop
 {
-    Shop() { run(u"INSERT INTO 登録区分 VALUES (1, '得意先'), (2, '一般')"_s); }
+    Shop() { run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先'), (2, '一般')"_s); }
 
     QString file(const QString &name, const QByteArray &content)
     {
@@ -316,7 +316,10 @@ private slots:
     {
         Shop shop;
         shop.run(
-            u"INSERT INTO 納品先 VALUES (5, '=1+1', '@山田', '''=2', NULL, 'ﾔﾏﾀﾞ', 'x', 2, '060-0001', "
+            u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, 納品先名2, 納品先名3, フリガナ, 納品先名キー, "
+            u"区分ID, 郵便番号, 住所1, 住所2, TEL1, TEL2, FAX, メール, メモ, 登録日, 更新日, 誕生日, "
+            u"担当者名, 締め日, 消費税区分, 元帳出力) VALUES (5, '=1+1', '@山田', '''=2', NULL, 'ﾔﾏﾀﾞ', 'x', "
+            u"2, '060-0001', "
             "'-1丁目, \"角\"', '＋α', '+81-3-1', '090-1', '03-2', 'a@b.jp', '-', '2020-01-31', "
             "'2021-01-01', '昭和30年', '''担当', 0, 2, 1), (6, '0123', '007', NULL, NULL, NULL, 'y', 1, "
             "NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, '2020-02-01', NULL, NULL, NULL, NULL, 0, 0)"_s);

@@ -34,7 +34,7 @@ struct Import : ScreenDriver
     Import()
         : ScreenDriver(&screen)
     {
-        shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先'), (2, '一般')"_s);
+        shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先'), (2, '一般')"_s);
         shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, TEL1, 区分ID, 更新日) "
                  "VALUES (1, '山田太郎', '03-1', 1, '2026-01-01')"_s);
         show();

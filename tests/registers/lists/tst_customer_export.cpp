@@ -26,7 +26,7 @@ struct Register : ScreenDriver
     Register()
         : ScreenDriver(&screen)
     {
-        shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先')"_s);
+        shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先')"_s);
         shop.run(
             u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, 納品先名2, 納品先名3, フリガナ, 納品先名キー, "
             "区分ID, 郵便番号, 住所1, 住所2, TEL1, TEL2, FAX, メール, メモ, 登録日, 更新日, 誕生日, "

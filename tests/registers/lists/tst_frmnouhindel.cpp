@@ -23,7 +23,7 @@ using registers::WithSlips;
 // have some.
 void fill(FreshShop &shop)
 {
-    shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先')"_s);
+    shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先')"_s);
     shop.run(
         u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー, TEL1, 区分ID) VALUES "
         "(1, '山田', '山田', '03-1', 1), (2, '佐藤', '佐藤', '03-2', 1), (3, '鈴木', '鈴木', '03-3', 1), "

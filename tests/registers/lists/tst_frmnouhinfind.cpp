@@ -32,7 +32,7 @@ struct SmallShop
     explicit SmallShop(bool withCategories)
     {
         if (withCategories)
-            shop.run(u"INSERT INTO 登録区分 VALUES (1, '得意先'), (2, '一般')"_s);
+            shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先'), (2, '一般')"_s);
         shop.run(
             u"INSERT INTO 納品先 (納品先ID, コード, 納品先名1, 納品先名2, フリガナ, 納品先名キー, 区分ID, "
             u"郵便番号, 住所1, "

@@ -45,10 +45,10 @@ QByteArray contents(const QString &fileName)
 void fill(FreshShop &shop)
 {
     for (const QString &statement : {
-             u"INSERT INTO 登録区分 VALUES (1, '得意先'), (7, '一般')"_s,
-             u"INSERT INTO 社員 VALUES (3, '木村', '12')"_s,
+             u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先'), (7, '一般')"_s,
+             u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (3, '木村', '12')"_s,
              u"INSERT INTO 自社情報 (会社ID, 会社名1) VALUES (1, 'かんばん堂')"_s,
-             u"INSERT INTO 納品商品 VALUES (4, 'りんご')"_s,
+             u"INSERT INTO 納品商品 (商品ID, 商品名) VALUES (4, 'りんご')"_s,
              u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー, TEL1, 区分ID, 締め日, メモ) VALUES "
              "(2, '山田', '山田', '03-1', 1, 15, 'O''Neil\n①'), (5, '佐藤', '佐藤', '03-2', 7, NULL, ''), "
              "(9, '鈴木', '鈴木', '06-3', 1, 0, NULL)"_s,
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(tableOf(made, u"SELECT 納品先ID, 納品先名1, 区分ID, 締め日, メモ FROM 納品先"_s),
                  u"2|山田|1|15|O'Neil\n①\n5|佐藤|7|-|"_s);
         QCOMPARE(tableOf(made, u"SELECT 区分ID, 区分名 FROM 登録区分"_s), u"1|得意先\n7|一般"_s);
-        QCOMPARE(tableOf(made, u"SELECT * FROM 社員"_s), u"3|木村|12"_s);
+        QCOMPARE(tableOf(made, u"SELECT 社員ID, 社員名, 内線番号 FROM 社員"_s), u"3|木村|12"_s);
         QCOMPARE(tableOf(made, u"SELECT 会社名1 FROM 自社情報"_s), u"かんばん堂"_s);
         QCOMPARE(tableOf(made, u"SELECT 商品名 FROM 納品商品"_s), u"りんご"_s);
         for (const QString &table : {u"仕入先"_s, u"入出庫マスター"_s, u"入出庫サブ"_s, u"発送マスター"_s})

@@ -20,7 +20,8 @@ namespace
 template <class Screen>
 void buy(SlipDesk<Screen> &desk, int id, const QString &date, double amount, int supplier = 9)
 {
-    desk.shop.run(u"INSERT INTO 入出庫マスター VALUES (?, ?, ?, ?, 1, 5, NULL)"_s,
+    desk.shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考) "
+                  "VALUES (?, ?, ?, ?, 1, 5, NULL)"_s,
                   {id, date, u"I%1"_s.arg(id), supplier});
     desk.shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (?, 'りんご', ?)"_s, {id, amount});
 }

@@ -12,7 +12,7 @@ public:
     {
         using namespace Qt::StringLiterals;
         run(u"BEGIN"_s);
-        run(u"INSERT INTO 社員 VALUES (1, '木村', ''), (2, '田中', '')"_s);
+        run(u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, '木村', ''), (2, '田中', '')"_s);
         for (int id = 1; id <= 3; ++id) {
             // 3 shares its key with 2.
             const QVariantList values{id, u"客%1"_s.arg(id), u"key%1"_s.arg(std::min(id, 2))};
@@ -33,9 +33,11 @@ public:
     void addSlip(qint64 id, const QString &number, qint64 counterpart)
     {
         using namespace Qt::StringLiterals;
-        run(u"INSERT INTO 入出庫マスター VALUES (?, '2026-03-01', ?, ?, 1, 5, NULL)"_s,
+        run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考) "
+            "VALUES (?, '2026-03-01', ?, ?, 1, 5, NULL)"_s,
             {id, number, counterpart});
-        run(u"INSERT INTO 入出庫サブ VALUES (?, 'りんご', '箱', 2, '個', 1000, 2000), "
+        run(u"INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額) VALUES (?, 'りんご', '箱', "
+            u"2, '個', 1000, 2000), "
             "(?, '消費税', NULL, NULL, NULL, NULL, 100)"_s,
             {id, id});
     }
@@ -44,7 +46,8 @@ public:
     QStringList book()
     {
         using namespace Qt::StringLiterals;
-        return rows(u"SELECT * FROM 入出庫マスター ORDER BY ID"_s) +
-               rows(u"SELECT * FROM 入出庫サブ ORDER BY rowid"_s);
+        return rows(
+                   u"SELECT ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考 FROM 入出庫マスター ORDER BY ID"_s) +
+               rows(u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ ORDER BY rowid"_s);
     }
 };

@@ -20,15 +20,15 @@ struct SalesDesk
         shop.workspace.panel.employeeId = 1;
         shop.workspace.panel.automaticNumbers = automaticNumbers;
         shop.workspace.panel.taxRate = taxRate;
-        shop.run(u"INSERT INTO 納品商品 VALUES (1, 'ふじりんご'), (2, 'ラ・フランス')"_s);
-        shop.run(u"INSERT INTO 規格 VALUES (1, '５ｋｇ')"_s);
-        shop.run(u"INSERT INTO 単位 VALUES (1, '箱')"_s);
+        shop.run(u"INSERT INTO 納品商品 (商品ID, 商品名) VALUES (1, 'ふじりんご'), (2, 'ラ・フランス')"_s);
+        shop.run(u"INSERT INTO 規格 (規格ID, 規格) VALUES (1, '５ｋｇ')"_s);
+        shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')"_s);
         shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー, 更新日, 消費税区分) VALUES "
                  "(5, '外税商店', '外税商店 kyaku0', '2020-01-03', 0), "
                  "(6, '請求商店', '請求商店 kyaku1', '2020-01-02', 1), "
                  "(7, '内税商店', '内税商店 kyaku2', '2020-01-01', 2), "
                  "(8, '空欄商店', '空欄商店 kyaku3', '2019-01-01', NULL)"_s);
-        shop.run(u"INSERT INTO 登録区分 VALUES (1, '一般')"_s);
+        shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '一般')"_s);
         screen = std::make_unique<slips::frmOut>(shop.workspace);
         driver = std::make_unique<ScreenDriver>(screen.get());
         driver->show();
