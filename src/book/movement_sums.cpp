@@ -46,7 +46,7 @@ MovementSum sumFrom(const QVariantList &row)
     sum.kind = kindWith(row.at(0)).value_or(sale);
     sum.counterpart = row.at(1).isNull() ? CounterpartKey() : row.at(1).toLongLong();
     sum.isSince = row.at(2).toBool();
-    sum.taxClass = row.at(3).isNull() ? std::nullopt : std::optional(row.at(3).toInt());
+    sum.taxClass = goodsTaxFrom(row.at(3));
     sum.taxRate = storedNumber(row.at(4));
     sum.amount = ExactSum::ofTenThousandths(row.at(5).toDouble());
     sum.lines = row.at(6).toLongLong();

@@ -3,6 +3,7 @@
 #include "base/progress.h"
 #include "book/exact_sum.h"
 #include "book/slip_selection.h"
+#include "book/tax_rates.h"
 #include "db/connection.h"
 
 #include <functional>
@@ -27,7 +28,7 @@ struct MovementSum
     SlipKind kind = sale;
     CounterpartKey counterpart;
     bool isSince = false; // of Grouping::since or later
-    std::optional<int> taxClass;
+    std::optional<GoodsTax> taxClass;
     std::optional<double> taxRate; // percent; a book from elsewhere may have none
 
     ExactSum amount; // yen, as written: a receipt is positive; none where one of the lines has no number

@@ -63,7 +63,7 @@ Movement movementFrom(const QVariantList &row)
     movement.number = row.at(9).toString();
     movement.counterpart = valueOrNone<qint64>(row.at(10));
     movement.amount = storedNumber(row.at(11)).value_or(0);
-    movement.taxClass = valueOrNone<int>(row.at(12));
+    movement.taxClass = goodsTaxFrom(row.at(12));
     movement.taxRate = storedNumber(row.at(13));
     movement.inclusive = valueOrNone<bool>(row.at(14));
     return movement;

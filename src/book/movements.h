@@ -2,6 +2,7 @@
 
 #include "base/progress.h"
 #include "book/slip_selection.h"
+#include "book/tax_rates.h"
 #include "db/connection.h"
 
 #include <functional>
@@ -34,7 +35,7 @@ struct Movement
     /// Whether it is a slip's tax.
     [[nodiscard]] bool isTax() const { return product == QStringView(taxLineName); }
 
-    std::optional<int> taxClass; // 税区分 of the line; empty: the slip's own
+    std::optional<GoodsTax> taxClass; // 税区分 of the line; empty: the slip's own
     std::optional<double>
         taxRate; // percent, of the line, else of its slip; a book from elsewhere may have neither
     std::optional<bool> inclusive; // whether prices include the tax; empty: not known

@@ -17,6 +17,29 @@ double sumOf(const std::vector<SlipLine> &lines)
                            [](double sum, const SlipLine &line) { return sum + line.amount; });
 }
 
+TaxableAmount taxable(const SlipLine &line, double rate)
+{
+    return {line.amount, line.taxRate.value_or(rate), line.taxClass.value_or(GoodsTax::Standard)};
+}
+
+// A slip whose prices include the tax has no tax line; where it has one all the same, that is part of the
+// price.
+std::vector<TaxableAmount> taxableLines(const std::vector<SlipLine> &lines, double rate)
+{
+    std::vector<TaxableAmount> amounts;
+    for (const SlipLine &line : lines)
+        amounts.push_back(taxable(line, rate));
+    return amounts;
+}
+
+SlipLine taxLine(const RateTax &tax)
+{
+    SlipLine line;
+    line.product = QString::fromUtf16(taxLineName);
+    line.amount = tax.tax;
+    return line;
+}
+
 } // namespace
 
 bool hasTaxLine(const Slip &slip)
@@ -25,25 +48,35 @@ bool hasTaxLine(const Slip &slip)
                        [](const SlipLine &line) { return line.isTax(); });
 }
 
+std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, double rate)
+{
+    std::vector<TaxableAmount> goods;
+    for (const SlipLine &line : lines) {
+        if (!line.isTax())
+            goods.push_back(taxable(line, rate));
+    }
+    return goods;
+}
+
 base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax)
 {
+    const double rate = tax.closing ? tax.closing->on(slip.date).value_or(slip.taxRate) : slip.taxRate;
     PrintedSlip printed;
     printed.total = sumOf(slip.lines);
     if (tax.inclusive) {
-        const auto included = includedTax(printed.total, tax.closingRate.value_or(slip.taxRate));
+        const auto included = taxOf(taxableLines(slip.lines, rate), Basis::Gross);
         if (!included)
             return included.error();
         printed.includedTax = *included;
-    } else if (tax.closingRate && !hasTaxLine(slip) && taxIsAdded(slip.taxClass, tax.inclusive)) {
-        const auto added = exclusiveTax(printed.total, *tax.closingRate);
-        if (!added)
-            return added.error();
-        if (*added != 0) {
-            SlipLine line;
-            line.product = QString::fromUtf16(taxLineName);
-            line.amount = *added;
-            slip.lines.push_back(line);
-            printed.total += *added;
+    } else if (tax.closing && !hasTaxLine(slip) && taxIsAdded(slip.taxClass, tax.inclusive)) {
+        const auto taxes = taxesByRate(taxableGoods(slip.lines, rate), Basis::Net);
+        if (!taxes)
+            return taxes.error();
+        for (const RateTax &added : *taxes) {
+            if (added.tax == 0)
+                continue;
+            slip.lines.push_back(taxLine(added));
+            printed.total += added.tax;
         }
     }
     printed.slip = std::move(slip);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "book/slip_reader.h"
+#include "book/taxes_by_rate.h"
 
 #include <optional>
 
@@ -12,20 +13,23 @@ struct PrintedSlip
 {
     Slip slip;                         // with the tax line, where one is due
     double total = 0;                  // yen
-    std::optional<double> includedTax; // yen, of prices that include it; not rounded
+    std::optional<double> includedTax; // whole yen, of prices that include it
 };
 
 /// How the tax of a slip to be printed is decided.
 struct PrintedTax
 {
-    bool inclusive = false;            // prices include the tax
-    std::optional<double> closingRate; // percent, at which closing the slip will tax it; empty: it is closed
+    bool inclusive = false;          // prices include the tax
+    std::optional<TaxRates> closing; // at which closing the slip will tax it; empty: it is closed
 };
 
 /// Whether \a slip has its tax line.
 bool hasTaxLine(const Slip &slip);
 
-/// The slip of a customer as its paper shows it: one that is still open gets the tax line that closing it
+/// The goods among \a lines with their rates; \a rate, percent, of those that have none of their own.
+std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, double rate);
+
+/// The slip of a customer as its paper shows it: one that is still open gets the tax lines that closing it
 /// will add.
 base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax);
 

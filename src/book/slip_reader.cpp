@@ -1,6 +1,7 @@
 #include "book/slip_reader.h"
 
 #include "book/counterpart_name.h"
+#include "book/slip_columns.h"
 #include "book/stored_values.h"
 #include "book/tax.h"
 
@@ -67,15 +68,17 @@ base::Status readCounterpart(db::Connection &connection, Party party, Slip &slip
 
 base::Status readLines(db::Connection &connection, Slip &slip)
 {
-    const auto lines = connection.select(
-        u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = ? ORDER BY 明細ID"_s,
-        {slip.id});
+    const auto lines = connection.select(u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額, "_s +
+                                             columns::taxClass + u", "_s + columns::ownTaxRate +
+                                             u" FROM 入出庫サブ WHERE ID = ? ORDER BY "_s + columns::lineKey,
+                                         {slip.id});
     if (!lines)
         return lines.error();
     for (const QVariantList &row : lines->rows) {
         slip.lines.push_back({row.at(1).toString(), row.at(2).toString(), storedNumber(row.at(3)),
                               row.at(4).toString(), storedNumber(row.at(5)),
-                              storedNumber(row.at(6)).value_or(0)});
+                              storedNumber(row.at(6)).value_or(0), goodsTaxFrom(row.at(7)),
+                              storedNumber(row.at(8))});
     }
     return {};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "book/slip_kind.h"
+#include "book/tax_rates.h"
 #include "db/connection.h"
 
 #include <QDate>
@@ -18,7 +19,9 @@ struct SlipLine
     std::optional<double> quantity;
     QString unit;
     std::optional<double> price;
-    double amount = 0; // yen
+    double amount = 0;                  // yen
+    std::optional<GoodsTax> taxClass{}; // empty: the slip's own
+    std::optional<double> taxRate{};    // percent; empty: the slip's own
 
     [[nodiscard]] bool isTax() const { return product == QStringView(taxLineName); }
 };

@@ -9,6 +9,8 @@
 #include "db/keys.h"
 #include "db/transaction.h"
 
+#include <numeric>
+
 using namespace Qt::StringLiterals;
 
 namespace book
@@ -81,14 +83,22 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
     });
 }
 
-// 0 for a slip that has its tax line already.
-base::Result<double> taxStillDue(db::Connection &connection, qint64 id, double total, double taxRate)
+// One line for each rate.
+base::Status addTaxLines(db::Connection &connection, qint64 id, const std::vector<RateTax> &taxes)
 {
-    const auto taxed = connection.integers(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = ? AND 商品名 = ?"_s,
-                                           {id, QString::fromUtf16(taxLineName)});
-    if (!taxed)
-        return taxed.error();
-    return taxed->front() > 0 ? 0.0 : exclusiveTax(total, taxRate);
+    for (const RateTax &tax : taxes) {
+        if (tax.tax == 0)
+            continue;
+        if (const base::Status added = addTaxLine(connection, id, tax.tax); !added)
+            return added;
+    }
+    return {};
+}
+
+double sumOf(const std::vector<RateTax> &taxes)
+{
+    return std::accumulate(taxes.begin(), taxes.end(), 0.0,
+                           [](double sum, const RateTax &tax) { return sum + tax.tax; });
 }
 
 } // namespace
@@ -184,12 +194,27 @@ base::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader
         u"伝票 %1 はほかのプログラムで変更または削除されたため、続けて入力できません。"_s.arg(saved.number));
 }
 
-base::Result<double> slipTotal(db::Connection &connection, qint64 id)
+base::Result<SlipSums> slipSums(db::Connection &connection, qint64 id, double taxRate)
 {
-    const auto sum = connection.select(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = ?"_s, {id});
-    if (!sum)
-        return sum.error();
-    return sum->rows.front().front().toDouble();
+    const auto rows =
+        connection.select(u"SELECT "_s + columns::taxClass + u" AS 区分, "_s + columns::ownTaxRate +
+                              u" AS 率, CASE WHEN "_s + columns::isTax +
+                              u" THEN 1 ELSE 0 END AS 税, SUM(金額) FROM 入出庫サブ WHERE ID = ? "
+                              "GROUP BY 区分, 率, 税"_s,
+                          {id});
+    if (!rows)
+        return rows.error();
+    SlipSums sums;
+    for (const QVariantList &row : rows->rows) {
+        const double amount = row.at(3).toDouble();
+        sums.total += amount;
+        if (row.at(2).toBool())
+            sums.hasTaxLine = true;
+        else
+            sums.goods.push_back({amount, storedNumber(row.at(1)).value_or(taxRate),
+                                  goodsTaxFrom(row.at(0)).value_or(GoodsTax::Standard)});
+    }
+    return sums;
 }
 
 base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
@@ -201,25 +226,36 @@ base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double
             return there.error();
         if (!*there)
             return gone(u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
-        const auto total = slipTotal(connection, id);
-        if (!total)
-            return total.error();
-        if (!taxIsAdded(taxClass, inclusive))
-            return ClosedSlip{*total, 0};
-        const auto tax = taxStillDue(connection, id, *total, taxRate);
-        if (!tax)
-            return tax.error();
-        if (*tax == 0)
-            return ClosedSlip{*total, 0};
-        if (const base::Status added = addTaxLine(connection, id, *tax); !added)
+        const auto sums = slipSums(connection, id, taxRate);
+        if (!sums)
+            return sums.error();
+        if (!taxIsAdded(taxClass, inclusive) || sums->hasTaxLine)
+            return ClosedSlip{sums->total, 0};
+        const auto taxes = taxesByRate(sums->goods, Basis::Net);
+        if (!taxes)
+            return taxes.error();
+        if (const base::Status added = addTaxLines(connection, id, *taxes); !added)
             return added.error();
-        return ClosedSlip{*total, *tax};
+        return ClosedSlip{sums->total, sumOf(*taxes)};
     });
 }
 
 base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
 {
     return closeSlip(connection, id, 0, TaxClass::Included, true);
+}
+
+base::Result<bool> holdsTaxAlone(db::Connection &connection, const SavedHeader &saved, double tax)
+{
+    const auto found = connection.integers(
+        u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND 伝票番号 = ? AND 相手先ID = ? "
+        "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) = 1 "
+        "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID AND "_s +
+            columns::isTax + u" AND 金額 = ?) = 1"_s,
+        {saved.id, saved.number, saved.counterpart, tax});
+    if (!found)
+        return found.error();
+    return !found->empty();
 }
 
 base::Status deleteSlip(db::Connection &connection, qint64 id)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "book/slip_kind.h"
+#include "book/taxes_by_rate.h"
 #include "db/connection.h"
 #include "db/transaction.h"
 
@@ -79,8 +80,17 @@ base::Result<bool> slipExists(db::Connection &connection, qint64 id);
 /// Deletes the line entered last. \return whether there was one. Fails when the slip is no longer there.
 base::Result<bool> removeLastLine(db::Connection &connection, qint64 id);
 
-/// Σ 金額 of the slip's lines, 0 without lines.
-base::Result<double> slipTotal(db::Connection &connection, qint64 id);
+/// What the lines of a slip come to.
+struct SlipSums
+{
+    double total = 0;                 // yen
+    std::vector<TaxableAmount> goods; // without tax lines, by what they are taxed at
+    bool hasTaxLine = false;
+};
+
+/// Σ 金額 of the slip's lines, nothing without lines. \a taxRate: percent, of lines that have no rate of
+/// their own.
+base::Result<SlipSums> slipSums(db::Connection &connection, qint64 id, double taxRate = 0);
 
 /// Whether the slip with the key of \a saved is still that one. A slip that another program deleted leaves
 /// its key to the next one: the error is `gone` then. No slip at all is left to the action to tell.
@@ -100,17 +110,21 @@ auto onSlip(db::Connection &connection, const SavedHeader &saved, const Action &
 /// What a slip came to.
 struct ClosedSlip
 {
-    double total = 0; // yen, before the tax line that closing appends
-    double tax = 0;   // yen of that line, 0 when none was appended
+    double total = 0; // yen, before the tax lines that closing appends
+    double tax = 0;   // yen of the tax lines, 0 when none was appended
 };
 
-/// Appends the tax line at \a taxRate percent when tax is added to such a slip (see taxIsAdded), it is not 0
-/// and the slip has no tax line yet. Fails when the slip is no longer there.
+/// Appends a tax line for each rate when tax is added to such a slip (see taxIsAdded), it is not 0 and the
+/// slip has no tax line yet. \a taxRate: percent, of lines that have no rate of their own. Fails when the
+/// slip is no longer there.
 base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
                                    bool inclusive);
 
 /// What the slip comes to where no tax is kept. Fails when the slip is no longer there.
 base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id);
+
+/// Whether the stored slip \a saved is still that one, with a tax line of \a tax yen as its only line.
+base::Result<bool> holdsTaxAlone(db::Connection &connection, const SavedHeader &saved, double tax);
 
 /// Deletes the slip, lines and header.
 base::Status deleteSlip(db::Connection &connection, qint64 id);

@@ -2,6 +2,7 @@
 
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -10,12 +11,13 @@ using namespace Qt::StringLiterals;
 namespace book
 {
 
-namespace
-{
+bool isCountable(double value) { return std::isfinite(value) && std::abs(value) <= greatestAmount; }
 
-// Decimal fractions have no exact binary form: 0.29 × 100 comes out as 28.999999999999996. What is no further
-// from a whole number than the rounding of the few operations behind it is that number. \a magnitude: the
-// greatest number that took part.
+base::Error amountTooGreat()
+{
+    return {u"金額が大きすぎるため、計算できません。９０００億円以内になるように入力してください。"_s};
+}
+
 double cleaned(double value, double magnitude)
 {
     const double whole = std::round(value);
@@ -23,34 +25,17 @@ double cleaned(double value, double magnitude)
     return (std::abs(value - whole) <= noise ? whole : value) + 0.0; // no -0
 }
 
-double cleaned(double value) { return cleaned(value, value); }
-
-double truncated(double value) { return std::trunc(cleaned(value)) + 0.0; }
-
-bool fits(double value) { return std::isfinite(value) && std::abs(value) <= greatestAmount; }
-
-base::Error tooGreat()
+double truncatedYen(double value, double magnitude)
 {
-    return {u"金額が大きすぎるため、計算できません。９０００億円以内になるように入力してください。"_s};
+    return std::trunc(cleaned(value, std::max(std::abs(value), magnitude))) + 0.0;
 }
-
-base::Status checkTaxable(double total, double rate)
-{
-    if (!std::isfinite(rate) || rate < 0 || rate > 100)
-        return base::Error{u"消費税率が正しくありません。メイン画面の消費税率を確認してください。"_s};
-    if (!fits(total))
-        return tooGreat();
-    return {};
-}
-
-} // namespace
 
 base::Result<double> lineProduct(double quantity, double price)
 {
     const double product = quantity * price;
-    if (!fits(quantity) || !fits(price) || !fits(product))
-        return tooGreat();
-    return cleaned(product);
+    if (!isCountable(quantity) || !isCountable(price) || !isCountable(product))
+        return amountTooGreat();
+    return cleaned(product, product);
 }
 
 base::Result<double> lineAmount(double quantity, double price)
@@ -58,44 +43,30 @@ base::Result<double> lineAmount(double quantity, double price)
     const auto product = lineProduct(quantity, price);
     if (!product)
         return product.error();
-    return truncated(*product);
+    return truncatedYen(*product);
 }
 
 base::Result<double> currency(double value)
 {
-    if (!fits(value))
-        return tooGreat();
+    if (!isCountable(value))
+        return amountTooGreat();
     // Twice, so that a half is a whole number, which the noise is cleaned off.
-    const double twice = cleaned(value * 20000);
+    const double twice = cleaned(value * 20000, value * 20000);
     return std::nearbyint(twice / 2) / 10000 + 0.0;
-}
-
-base::Result<double> exclusiveTax(double total, double rate)
-{
-    if (const base::Status taxable = checkTaxable(total, rate); !taxable)
-        return taxable.error();
-    return truncated(total * rate / 100);
-}
-
-base::Result<double> includedTax(double total, double rate)
-{
-    if (const base::Status taxable = checkTaxable(total, rate); !taxable)
-        return taxable.error();
-    return cleaned(total - total / (1 + rate / 100), total);
 }
 
 bool taxIsAdded(TaxClass taxClass, bool inclusive) { return taxClass != TaxClass::OnBill && !inclusive; }
 
-base::Result<QString> shownTax(double total, double rate, TaxClass taxClass, bool inclusive,
+base::Result<QString> shownTax(const std::vector<TaxableAmount> &amounts, TaxClass taxClass, bool inclusive,
                                bool showsIncluded)
 {
     if (taxClass == TaxClass::OnDelivery && !inclusive) {
-        const auto tax = exclusiveTax(total, rate);
+        const auto tax = taxOf(amounts, Basis::Net);
         return tax ? base::Result<QString>(text::formatAmount(*tax)) : tax.error();
     }
     if (!inclusive || !showsIncluded)
         return QString();
-    const auto tax = includedTax(total, rate);
+    const auto tax = unroundedTaxIn(amounts);
     if (!tax)
         return tax.error();
     // Twelve digits are all that the subtraction leaves; the rest would be noise (500.00000000000091).

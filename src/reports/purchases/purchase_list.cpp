@@ -4,6 +4,7 @@
 #include "book/exact_sum.h"
 #include "book/movement_sums.h"
 #include "book/tax.h"
+#include "book/taxes_by_rate.h"
 #include "db/transaction.h"
 
 #include <map>
@@ -63,7 +64,7 @@ private:
     {
         m_purchases.add(part.amount);
         m_tax.add(part.tax);
-        m_byRate[part.taxRate].add(part.amount);
+        m_byRate[{part.taxClass.value_or(book::GoodsTax::Standard), part.taxRate}].add(part.amount);
         m_hasTaxLine = m_hasTaxLine || part.taxLines > 0;
     }
 
@@ -71,25 +72,23 @@ private:
     // changed, and a month in which it changed is taxed by both.
     [[nodiscard]] std::optional<double> taxOfPurchases() const
     {
-        double sum = 0;
+        std::vector<book::TaxableAmount> amounts;
         for (const auto &[rate, amount] : m_byRate) {
             if (amount.isZero())
                 continue;
-            if (!rate) // converted books may hold slips without one
+            if (!rate.second) // converted books may hold slips without one
                 return std::nullopt;
-            const auto tax = book::exclusiveTax(amount.value(), *rate);
-            if (!tax)
-                return std::nullopt;
-            sum += *tax;
+            amounts.push_back({amount.value(), *rate.second, rate.first});
         }
-        return sum;
+        const auto tax = book::taxOf(amounts, book::Basis::Net);
+        return tax ? std::optional(*tax) : std::nullopt;
     }
 
     book::ExactSum m_previous;
     book::ExactSum m_purchases;
     book::ExactSum m_tax;
     book::ExactSum m_payments;
-    std::map<std::optional<double>, book::ExactSum> m_byRate;
+    std::map<std::pair<book::GoodsTax, std::optional<double>>, book::ExactSum> m_byRate;
     bool m_hasTaxLine = false;
 };
 

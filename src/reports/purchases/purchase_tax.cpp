@@ -28,23 +28,17 @@ base::Result<TaxSlip> enterPurchaseTax(db::Connection &connection, const book::N
             return header.error();
         if (const base::Status added = book::addTaxLine(connection, header->id, tax); !added)
             return added.error();
-        return TaxSlip{*header, slip.counterpart, tax};
+        return TaxSlip{*header, tax};
     });
 }
 
 base::Status cancelPurchaseTax(db::Connection &connection, const TaxSlip &slip)
 {
     return db::atomically(connection, [&]() -> base::Status {
-        const auto unchanged = connection.integers(
-            u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND 伝票番号 = ? AND 相手先ID = ? "
-            "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID) = 1 "
-            "AND (SELECT COUNT(*) FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID AND 商品名 = "
-            "'消費税' "
-            "AND 金額 = ?) = 1"_s,
-            {slip.header.id, slip.header.number, slip.supplier, slip.tax});
+        const auto unchanged = book::holdsTaxAlone(connection, slip.header, slip.tax);
         if (!unchanged)
             return unchanged.error();
-        if (unchanged->empty())
+        if (!*unchanged)
             return base::Error{
                 u"伝票 %1 はほかのプログラムで変更または削除されたため、取り消しませんでした。"_s.arg(
                     slip.header.number)};

@@ -17,7 +17,6 @@ extern const book::CounterpartSearch suppliersTaxedOnDelivery;
 struct TaxSlip
 {
     book::SavedHeader header;
-    qint64 supplier = 0;
     double tax = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include "book/counterpart_search.h"
 #include "book/numbering.h"
+#include "book/printed_slip.h"
 #include "book/slip_selection.h"
 #include "book/slip_store.h"
 #include "book/stored_values.h"
@@ -295,7 +296,7 @@ QString taxRemark(const std::vector<book::SlipLine> &lines, double taxRate, book
     if (!book::taxIsAdded(taxClass, false))
         return u"この相手先の消費税は%1ですが、伝票に消費税の行（%2 円）があります。"_s.arg(nameOf(taxClass),
                                                                                             figure(sums.tax));
-    const auto tax = book::exclusiveTax(sums.goods, taxRate);
+    const auto tax = book::taxOf(book::taxableGoods(lines, taxRate), book::Basis::Net);
     if (!tax)
         return tax.error().text;
     if (*tax == sums.tax)

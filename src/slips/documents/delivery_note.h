@@ -28,7 +28,7 @@ struct DeliveryNoteData
     CompanyName companyName = CompanyName::Plain;
     book::Slip slip;                   // with the tax line, where one is due
     double total = 0;                  // yen
-    std::optional<double> includedTax; // yen, of prices that include it
+    std::optional<double> includedTax; // whole yen, of prices that include it
     QString memo;
     NoteOffsets offsets;
 };
@@ -36,14 +36,14 @@ struct DeliveryNoteData
 /// What the printing screen adds to the stored slip.
 struct DeliveryNoteOptions
 {
-    bool inclusive = false;            // prices include the tax
-    std::optional<double> closingRate; // percent, at which closing the slip will tax it; empty: it is closed
+    bool inclusive = false;                // prices include the tax
+    std::optional<book::TaxRates> closing; // at which closing the slip will tax it; empty: it is closed
     QString memo;
     CompanyName companyName = CompanyName::Plain;
     NoteOffsets offsets;
 };
 
-/// The note of the sales slip \a id as the database has it. A slip that is still open gets the tax line that
+/// The note of the sales slip \a id as the database has it. A slip that is still open gets the tax lines that
 /// closing it will add.
 base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint64 id,
                                                 const DeliveryNoteOptions &options);

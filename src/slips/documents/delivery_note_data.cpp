@@ -13,7 +13,7 @@ base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint
     const auto company = masters::ownCompany(connection);
     if (!company)
         return company.error();
-    auto printed = book::taxedForPrint(*slip, {options.inclusive, options.closingRate});
+    auto printed = book::taxedForPrint(*slip, {options.inclusive, options.closing});
     if (!printed)
         return printed.error();
     DeliveryNoteData note;

@@ -4,6 +4,7 @@
 #include "printing/frmPreview.h"
 #include "slips/documents/delivery_note.h"
 #include "slips/documents/note_document.h"
+#include "slips/tax_rates_of.h"
 #include "ui/prompts.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
@@ -41,7 +42,7 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
     DeliveryNoteOptions options{request.inclusive, std::nullopt, request.memo, companyNameOf(workspace),
                                 offsetsIn(workspace.settings)};
     if (!request.closed)
-        options.closingRate = workspace.panel.taxRate;
+        options.closing = taxRatesOf(workspace);
     const auto note = readDeliveryNote(workspace.connection, request.slipId, options);
     if (!note)
         return note.error();

@@ -46,7 +46,7 @@ struct EstimateData
 struct EstimateReading
 {
     std::optional<bool> inclusive; // prices include the tax; empty: as the slip's tax class and lines tell
-    std::optional<double> closingRate; // percent, at which closing the slip will tax it; empty: it is closed
+    std::optional<book::TaxRates> closing; // at which closing the slip will tax it; empty: it is closed
 };
 
 /// The estimate \a id as the database has it, its terms left empty. One that is still open gets the tax that

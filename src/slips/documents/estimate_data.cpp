@@ -1,8 +1,6 @@
 #include "book/tax.h"
 #include "slips/documents/estimate.h"
 
-#include <cmath>
-
 namespace slips
 {
 
@@ -34,16 +32,16 @@ base::Result<EstimateData> readEstimate(db::Connection &connection, qint64 id, c
         return company.error();
     const bool inclusive =
         !book::hasTaxLine(*slip) && reading.inclusive.value_or(slip->taxClass == book::TaxClass::Included);
-    auto printed = book::taxedForPrint(*slip, {inclusive, reading.closingRate});
+    auto printed = book::taxedForPrint(*slip, {inclusive, reading.closing});
     if (!printed)
         return printed.error();
 
     EstimateData data;
     data.sender = company->value_or(masters::OwnCompany());
-    data.taxed = taxOf(*printed, reading.closingRate.has_value());
+    data.taxed = taxOf(*printed, reading.closing.has_value());
     data.slip = std::move(printed->slip);
     if (printed->includedTax)
-        data.tax = std::trunc(*printed->includedTax);
+        data.tax = *printed->includedTax;
     for (const book::SlipLine &line : data.slip.lines)
         (line.isTax() ? data.tax : data.goods) += line.amount;
     std::erase_if(data.slip.lines, [](const book::SlipLine &line) { return line.isTax(); });

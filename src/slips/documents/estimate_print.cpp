@@ -3,6 +3,7 @@
 #include "slips/documents/DialogMitsumori.h"
 #include "slips/documents/estimate.h"
 #include "slips/documents/note_document.h"
+#include "slips/tax_rates_of.h"
 #include "ui/prompts.h"
 #include "workspace/workspace.h"
 
@@ -30,7 +31,7 @@ void printEstimate(workspace::Workspace &workspace, QWidget *parent, const Estim
 {
     EstimateReading reading{request.inclusive, std::nullopt};
     if (!request.closed)
-        reading.closingRate = workspace.panel.taxRate;
+        reading.closing = taxRatesOf(workspace);
     auto data = readEstimate(workspace.connection, request.slipId, reading);
     if (!data) {
         ui::prompts::inform(parent, data.error().text);

@@ -1,6 +1,7 @@
 #include "slips/entry/goods_slip_screen.h"
 
 #include "masters/name_lists.h"
+#include "slips/tax_rates_of.h"
 #include "text/numbers.h"
 #include "ui/grid.h"
 #include "ui/prompts.h"
@@ -182,13 +183,14 @@ void GoodsSlipScreen::removeLine()
 
 void GoodsSlipScreen::showTotals()
 {
-    const auto total = book::slipTotal(workspace().connection, header().id);
-    if (!total) {
-        ui::prompts::inform(this, total.error().text);
+    const double rate = taxRatesOf(workspace()).on(date()).value_or(0);
+    auto sums = book::slipSums(workspace().connection, header().id, rate);
+    if (!sums) {
+        ui::prompts::inform(this, sums.error().text);
         return;
     }
-    m_total = *total;
-    m_totalBox->setText(text::formatAmount(m_total));
+    m_goods = std::move(sums->goods);
+    m_totalBox->setText(text::formatAmount(sums->total));
     showTax();
 }
 
@@ -196,8 +198,7 @@ void GoodsSlipScreen::showTax()
 {
     if (state() != SlipState::LinesPresent || !m_description.isTaxed)
         return;
-    const auto shown = book::shownTax(m_total, workspace().panel.taxRate, taxClass(), inclusive(),
-                                      m_description.showsIncludedTax);
+    const auto shown = book::shownTax(m_goods, taxClass(), inclusive(), m_description.showsIncludedTax);
     m_tax->setText(shown ? *shown : QString());
     if (!shown) {
         ui::prompts::inform(this, shown.error().text);
@@ -211,7 +212,7 @@ void GoodsSlipScreen::showTax()
 void GoodsSlipScreen::foretellTax()
 {
     const bool isUnseen = m_tax->text().isEmpty() && addsTax();
-    const auto tax = book::exclusiveTax(m_total, workspace().panel.taxRate);
+    const auto tax = book::taxOf(m_goods, book::Basis::Net);
     say(isUnseen && tax && *tax != 0
             ? u"この伝票を閉じるときに、消費税 %1 円が計上されます。"_s.arg(text::formatAmount(*tax))
             : QString());
@@ -239,7 +240,7 @@ base::Result<QString> GoodsSlipScreen::closeSlip()
 
 void GoodsSlipScreen::clearLines()
 {
-    m_total = 0;
+    m_goods.clear();
     m_lines.setRows({});
     m_previous.setRows({});
     m_entry->clear();

@@ -57,7 +57,7 @@ private:
     ui::SlipGridModel m_lines;
     ui::SlipGridModel m_previous;
     LineEntry *m_entry = nullptr;
-    double m_total = 0; // yen
+    std::vector<book::TaxableAmount> m_goods; // of the lines
 
     QLineEdit *m_taxClass = nullptr;
     QLabel *m_taxClassName = nullptr;

@@ -86,6 +86,8 @@ void SlipScreen::connectControls()
 
 qint64 SlipScreen::counterpart() const { return m_counterpart->text().toLongLong(); }
 
+QDate SlipScreen::date() const { return m_date->date(); }
+
 // --- The header ---
 
 void SlipScreen::search()

@@ -85,6 +85,7 @@ protected:
     /// The slip being entered.
     [[nodiscard]] const book::SavedHeader &header() const { return m_header; }
     [[nodiscard]] qint64 counterpart() const;
+    [[nodiscard]] QDate date() const;
     [[nodiscard]] const book::SlipKind &kind() const { return m_description.kind; }
 
     /// Shows \a text in the screen's message line.

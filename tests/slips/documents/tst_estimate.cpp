@@ -223,7 +223,7 @@ private slots:
         if (closed)
             desk.driver().press("cmdNext");
         else
-            reading.closingRate = 10;
+            reading.closing = book::TaxRates::keptByHand(10);
         if (!inclusive.isEmpty())
             reading.inclusive = inclusive == "yes"_L1;
         const auto data = readEstimate(desk.shop.connection, 1, reading);
