@@ -9,16 +9,13 @@ namespace masters
 namespace
 {
 
-void addFields(QFormLayout *form, const QList<MasterField> &fields, QWidget *above)
+QLineEdit *addBox(QFormLayout *form, const MasterField &field, QWidget *above)
 {
-    for (const MasterField &field : fields) {
-        auto *box = new QLineEdit(form->parentWidget());
-        box->setObjectName(field.control);
-        form->addRow(field.label, box);
-        QWidget::setTabOrder(above, box);
-        above = box;
-    }
-    form->itemAt(0, QFormLayout::FieldRole)->widget()->setMaximumWidth(100);
+    auto *box = new QLineEdit(form->parentWidget());
+    box->setObjectName(field.control);
+    form->addRow(field.label, box);
+    QWidget::setTabOrder(above, box);
+    return box;
 }
 
 } // namespace
@@ -29,13 +26,19 @@ MasterGridEditor::MasterGridEditor(workspace::Workspace &workspace, Master maste
     const MasterDefinition &definition = definitionOf(master);
     Ui::MasterGridEditor form;
     form.setupUi(this);
-    addFields(form.fields, definition.fields, form.DataGrid1);
+    Controls controls = buttonsOf(form);
+    controls.grid = form.DataGrid1;
+    QWidget *above = form.DataGrid1;
+    for (const MasterField &field : definition.fields) {
+        controls.fields.push_back({addBox(form.fields, field, above), field.column});
+        above = controls.fields.back().box;
+    }
+    controls.fields.front().box->setMaximumWidth(100);
     if (definition.hasReturnButton)
         connect(form.Command1, &QPushButton::clicked, this, &QDialog::reject);
     else
         delete form.Command1;
-    setGrid(form.DataGrid1);
-    start();
+    start(std::move(controls));
 }
 
 } // namespace masters

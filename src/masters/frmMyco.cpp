@@ -3,6 +3,8 @@
 #include "ui/width_check.h"
 #include "ui_frmMyco.h"
 
+using namespace Qt::StringLiterals;
+
 namespace masters
 {
 
@@ -13,7 +15,13 @@ frmMyco::frmMyco(workspace::Workspace &workspace, QWidget *parent)
     form.setupUi(this);
     for (QLineEdit *box : {form.txtName1, form.txtName2, form.txtAddress1, form.txtAddress2})
         ui::WidthCheck::guard(box, ui::nameWidth);
-    start();
+    Controls controls = buttonsOf(form);
+    controls.fields = {
+        {form.txtID, u"会社ID"_s},       {form.txtName1, u"会社名1"_s},   {form.txtName2, u"会社名2"_s},
+        {form.txtZip, u"郵便番号"_s},    {form.txtAddress1, u"住所1"_s},  {form.txtAddress2, u"住所2"_s},
+        {form.txtTel1, u"TEL1"_s},       {form.txtTel2, u"TEL2"_s},       {form.txtFax, u"FAX"_s},
+        {form.txtBank1, u"取引銀行1"_s}, {form.txtBank2, u"取引銀行2"_s}, {form.txtMemo, u"備考"_s}};
+    start(std::move(controls));
 }
 
 } // namespace masters

@@ -20,12 +20,12 @@ enum class Master {
     OwnCompany
 };
 
-/// A box of an editor and the column that it shows.
+/// A box of an editor in the common form, and the column that it shows.
 struct MasterField
 {
-    QString control;
+    QString control; // object name
     QString column;
-    QString label = {}; // where the form does not have one itself
+    QString label;
 };
 
 /// All that makes one master editor differ from another.
@@ -34,7 +34,7 @@ struct MasterDefinition
     QString screen; // object name
     QString caption;
     db::Query list;
-    QList<MasterField> fields; // the key first
+    QList<MasterField> fields; // the key first; empty for a form that has its own boxes
     EditorKind kind = EditorKind::Plain;
     QString deleteCaption = {}; // where it is not the form's own
     bool hasReturnButton = false;

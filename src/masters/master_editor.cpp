@@ -7,10 +7,6 @@
 #include "ui/width_check.h"
 #include "workspace/workspace.h"
 
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-
 using namespace Qt::StringLiterals;
 
 namespace masters
@@ -35,32 +31,27 @@ MasterEditor::MasterEditor(workspace::Workspace &workspace, const MasterDefiniti
     , m_panel(m_rows, nullptr)
 {}
 
-void MasterEditor::start()
+void MasterEditor::start(Controls controls)
 {
+    m_controls = std::move(controls);
     setObjectName(m_definition.screen);
     setWindowTitle(m_definition.caption);
-    findControls();
+    bindBoxes();
     openList();
-    connect(m_add, &QPushButton::clicked, this, &MasterEditor::add);
-    connect(m_confirm, &QPushButton::clicked, this, &MasterEditor::confirm);
-    connect(m_cancel, &QPushButton::clicked, this, &MasterEditor::cancel);
-    connect(m_remove, &QPushButton::clicked, this, &MasterEditor::remove);
+    connect(m_controls.add, &QPushButton::clicked, this, &MasterEditor::add);
+    connect(m_controls.confirm, &QPushButton::clicked, this, &MasterEditor::confirm);
+    connect(m_controls.cancel, &QPushButton::clicked, this, &MasterEditor::cancel);
+    connect(m_controls.remove, &QPushButton::clicked, this, &MasterEditor::remove);
     setUp();
 }
 
-void MasterEditor::findControls()
+void MasterEditor::bindBoxes()
 {
-    m_add = findChild<QPushButton *>(u"cmdAdd"_s);
-    m_confirm = findChild<QPushButton *>(u"cmdUpdate"_s);
-    m_cancel = findChild<QPushButton *>(u"cmdCancel"_s);
-    m_remove = findChild<QPushButton *>(u"cmdDelete"_s);
-    m_hint = findChild<QLabel *>(u"lblHint"_s);
     if (!m_definition.deleteCaption.isEmpty())
-        m_remove->setText(m_definition.deleteCaption);
-    for (const MasterField &field : m_definition.fields) {
-        auto *box = findChild<QLineEdit *>(field.control);
-        m_panel.bind(box, field.column);
-        m_boxes << box;
+        m_controls.remove->setText(m_definition.deleteCaption);
+    for (const Field &field : m_controls.fields) {
+        m_panel.bind(field.box, field.column);
+        m_boxes << field.box;
     }
     // Keys are given by the program; the box only shows.
     QLineEdit *key = m_boxes.takeFirst();
@@ -75,14 +66,14 @@ void MasterEditor::openList()
         m_rows.close();
         tellThatListFailed(opened.error());
     }
-    if (m_grid) {
+    if (m_controls.grid) {
         QList<ui::GridColumn> shown;
         for (const MasterField &field : m_definition.fields)
             shown << ui::GridColumn{field.column, plainColumnCharacters};
-        m_grid->setColumns(shown);
-        m_grid->bind(m_rows, [this](const QString &reason) { ui::prompts::inform(this, reason); });
-        m_grid->setColumnWidth(0, ui::pixelsFromTwips(keyColumnWidth));
-        m_grid->setColumnWidth(1, ui::pixelsFromTwips(nameColumnWidth));
+        m_controls.grid->setColumns(shown);
+        m_controls.grid->bind(m_rows, [this](const QString &reason) { ui::prompts::inform(this, reason); });
+        m_controls.grid->setColumnWidth(0, ui::pixelsFromTwips(keyColumnWidth));
+        m_controls.grid->setColumnWidth(1, ui::pixelsFromTwips(nameColumnWidth));
     }
     entered(EditorStep::Opened);
 }
@@ -117,7 +108,7 @@ void MasterEditor::confirm()
     if (!saveRow())
         return;
     entered(EditorStep::Confirmed);
-    m_add->setFocus();
+    m_controls.add->setFocus();
 }
 
 void MasterEditor::cancel()
@@ -127,7 +118,7 @@ void MasterEditor::cancel()
     if (m_rows.remove())
         (void)m_rows.moveToKey(m_keyBefore);
     entered(EditorStep::Cancelled);
-    m_add->setFocus();
+    m_controls.add->setFocus();
 }
 
 void MasterEditor::remove()
@@ -143,7 +134,7 @@ void MasterEditor::remove()
         return; // the row is still there to be seen
     entered(EditorStep::Deleted);
     if (m_rows.isEmpty())
-        m_add->setFocus();
+        m_controls.add->setFocus();
 }
 
 bool MasterEditor::saveRow()
@@ -178,32 +169,33 @@ void MasterEditor::entered(EditorStep step)
 {
     m_newRow = step == EditorStep::Added;
     const bool hasRows = !m_rows.isEmpty();
-    const EditorButtons buttons = buttonsAfter(
-        step, m_definition.kind, hasRows,
-        {m_add->isEnabled(), m_confirm->isEnabled(), m_cancel->isEnabled(), m_remove->isEnabled()});
-    m_add->setEnabled(buttons.add && m_rows.isOpen());
-    m_confirm->setEnabled(buttons.confirm);
-    m_cancel->setEnabled(buttons.cancel);
-    m_remove->setEnabled(buttons.remove);
+    const EditorButtons buttons =
+        buttonsAfter(step, m_definition.kind, hasRows,
+                     {m_controls.add->isEnabled(), m_controls.confirm->isEnabled(),
+                      m_controls.cancel->isEnabled(), m_controls.remove->isEnabled()});
+    m_controls.add->setEnabled(buttons.add && m_rows.isOpen());
+    m_controls.confirm->setEnabled(buttons.confirm);
+    m_controls.cancel->setEnabled(buttons.cancel);
+    m_controls.remove->setEnabled(buttons.remove);
     // What is typed without a row would be lost.
     for (QLineEdit *box : std::as_const(m_boxes))
         box->setEnabled(hasRows);
     // Moving on would leave the new row behind, neither confirmed nor given up.
-    if (m_grid)
-        m_grid->setEnabled(!m_newRow);
+    if (m_controls.grid)
+        m_controls.grid->setEnabled(!m_newRow);
     showHint();
 }
 
 void MasterEditor::showHint()
 {
     if (m_newRow)
-        m_hint->setText(u"入力して「登録」を押してください。「取消」でやめます。"_s);
+        m_controls.hint->setText(u"入力して「登録」を押してください。「取消」でやめます。"_s);
     else if (m_rows.isEmpty())
-        m_hint->setText(u"「新規登録」で入力を始めます。"_s);
-    else if (m_grid)
-        m_hint->setText(u"変更は、行を移るときと画面を閉じるときに保存されます。"_s);
+        m_controls.hint->setText(u"「新規登録」で入力を始めます。"_s);
+    else if (m_controls.grid)
+        m_controls.hint->setText(u"変更は、行を移るときと画面を閉じるときに保存されます。"_s);
     else
-        m_hint->setText(u"変更は、画面を閉じるときに保存されます。"_s);
+        m_controls.hint->setText(u"変更は、画面を閉じるときに保存されます。"_s);
 }
 
 void MasterEditor::tellThatListFailed(const base::Error &error)

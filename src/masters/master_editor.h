@@ -5,9 +5,9 @@
 #include "ui/record_panel.h"
 #include "ui/screen.h"
 
-class QLabel;
-class QLineEdit;
-class QPushButton;
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 
 namespace ui
 {
@@ -21,7 +21,7 @@ namespace masters
 /// stored at once with its key alone and lives on only when it is confirmed; existing rows are edited in
 /// place and saved when they are left.
 ///
-/// A form class sets up its form, in which the controls have their usual names, and calls start().
+/// A form class sets up its form and calls start().
 class MasterEditor : public ui::Screen
 {
     Q_OBJECT
@@ -29,17 +29,39 @@ class MasterEditor : public ui::Screen
 protected:
     MasterEditor(workspace::Workspace &workspace, const MasterDefinition &definition, QWidget *parent);
 
-    /// Finds the controls, opens the list and shows its first row.
-    void start();
+    /// A box and the column that it shows.
+    struct Field
+    {
+        QLineEdit *box;
+        QString column;
+    };
 
-    /// A grid that shows the list as well; to be named before start().
-    void setGrid(ui::Grid *grid) { m_grid = grid; }
+    struct Controls
+    {
+        QPushButton *add;
+        QPushButton *confirm;
+        QPushButton *cancel;
+        QPushButton *remove;
+        QLabel *hint;
+        std::vector<Field> fields = {}; // the key first
+        ui::Grid *grid = nullptr;       // shows the list as well; not in every form
+    };
+
+    /// Those of a form but for its boxes and its grid, under the names that the editors' forms share.
+    template <class Form>
+    static Controls buttonsOf(const Form &form)
+    {
+        return {form.cmdAdd, form.cmdUpdate, form.cmdCancel, form.cmdDelete, form.lblHint};
+    }
+
+    /// Opens the list and shows its first row in the controls.
+    void start(Controls controls);
 
     void becameActive() override;
     bool mayClose() override;
 
 private:
-    void findControls();
+    void bindBoxes();
     void openList();
 
     void add();
@@ -55,15 +77,10 @@ private:
     const MasterDefinition &m_definition;
     db::Recordset m_rows;
     ui::RecordPanel m_panel;
-    ui::Grid *m_grid = nullptr;
+    Controls m_controls = {};
     QList<QLineEdit *> m_boxes; // the key's box is not among them
-    QPushButton *m_add = nullptr;
-    QPushButton *m_confirm = nullptr;
-    QPushButton *m_cancel = nullptr;
-    QPushButton *m_remove = nullptr;
-    QLabel *m_hint = nullptr;
-    bool m_newRow = false;  // the current row is a new one, not confirmed yet
-    qint64 m_keyBefore = 0; // of the row shown before the new one
+    bool m_newRow = false;      // the current row is a new one, not confirmed yet
+    qint64 m_keyBefore = 0;     // of the row shown before the new one
 };
 
 } // namespace masters

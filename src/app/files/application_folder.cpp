@@ -78,7 +78,7 @@ FolderPlaces FolderPlaces::ofThisMachine(const QString &option)
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     return {option.isEmpty() ? qEnvironmentVariable("KANBALORE_FOLDER") : option, executable,
             workspace::joinPath(data, u"Kanbalore"_s),
-            QDir::cleanPath(executable + u"/../share/kanbalore"_s)};
+            QDir::cleanPath(executable + u'/' + QStringLiteral(KANBALORE_DATA))};
 }
 
 ApplicationFolder settleApplicationFolder(const FolderPlaces &places)

@@ -53,14 +53,14 @@ FileMaintenance::FileMaintenance(workspace::Workspace &workspace, DatabaseSessio
     , m_window(window)
     , m_oldSize(addLabel(place, window, u"Label5"_s))
     , m_newSize(addLabel(place, window, u"Label7"_s))
+    , m_tables(new QComboBox(&window))
 {
-    auto *tables = new QComboBox(&window);
-    tables->setObjectName(u"Combo3"_s);
-    tables->setAccessibleName(u"データを削除するテーブル"_s);
-    tables->addItems(emptyingItems());
-    tables->setPlaceholderText(u"選択してください"_s);
-    tables->setCurrentIndex(-1); // so that nothing is deleted by pressing Enter twice
-    place(u"テーブルのデータ削除"_s, tables, PanelSide::Above);
+    m_tables->setObjectName(u"Combo3"_s);
+    m_tables->setAccessibleName(u"データを削除するテーブル"_s);
+    m_tables->addItems(emptyingItems());
+    m_tables->setPlaceholderText(u"選択してください"_s);
+    m_tables->setCurrentIndex(-1); // so that nothing is deleted by pressing Enter twice
+    place(u"テーブルのデータ削除"_s, m_tables, PanelSide::Above);
 }
 
 void FileMaintenance::repair()
@@ -139,7 +139,7 @@ void FileMaintenance::buildAnew()
 
 void FileMaintenance::emptyTable()
 {
-    const QString item = m_window.findChild<QComboBox *>(u"Combo3"_s)->currentText();
+    const QString item = m_tables->currentText();
     if (item.isEmpty()) {
         tell(u"削除するテーブルを選択してください。"_s);
         return;

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+class QComboBox;
 class QLabel;
 
 namespace db
@@ -60,6 +61,7 @@ private:
     QWidget &m_window;
     QLabel *m_oldSize;
     QLabel *m_newSize;
+    QComboBox *m_tables; // one of which can be emptied
 };
 
 } // namespace app

@@ -10,6 +10,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 
+#include <algorithm>
 #include <map>
 
 using namespace Qt::StringLiterals;
@@ -27,10 +28,10 @@ constexpr int groupWidth = 330;  // pixels, at most
 
 } // namespace
 
-CommandPanel::CommandPanel(QMainWindow &window)
+CommandPanel::CommandPanel(QMainWindow &window, Controls controls)
     : QObject(&window)
     , m_window(window)
-    , m_tabs(window.findChild<QTabWidget *>(u"SSTab1"_s))
+    , m_controls(std::move(controls))
 {
     buildMenus();
     buildTabs();
@@ -41,13 +42,13 @@ CommandPanel::CommandPanel(QMainWindow &window)
 // The reading order: person in charge, commands, shortcuts, then what the form has.
 void CommandPanel::orderTabStops()
 {
-    QList<QWidget *> stops = {m_window.findChild<QWidget *>(u"dbcShain"_s), m_tabs->tabBar()};
-    for (int page = 0; page < m_tabs->count(); ++page) {
-        const auto buttons = m_tabs->widget(page)->findChildren<QPushButton *>();
+    QList<QWidget *> stops = {m_controls.before, m_controls.tabs->tabBar()};
+    for (int page = 0; page < m_controls.tabs->count(); ++page) {
+        const auto buttons = m_controls.tabs->widget(page)->findChildren<QPushButton *>();
         for (QPushButton *button : buttons)
             stops << button;
     }
-    const auto links = m_window.findChild<QWidget *>(u"shortcuts"_s)->findChildren<QPushButton *>();
+    const auto links = m_controls.shortcuts->findChildren<QPushButton *>();
     for (QPushButton *link : links)
         stops << link;
     for (qsizetype i = 1; i < stops.size(); ++i)
@@ -80,16 +81,16 @@ void CommandPanel::buildMenus()
 void CommandPanel::buildTabs()
 {
     for (const char16_t *caption : pageCaptions) {
-        auto *page = new QWidget(m_tabs);
+        auto *page = new QWidget(m_controls.tabs);
         auto *row = new QHBoxLayout(page);
         row->setSpacing(10);
         row->addStretch(1);
-        m_tabs->addTab(page, string(caption));
+        m_controls.tabs->addTab(page, string(caption));
     }
     makeGroups();
     for (const Command &command : commands()) {
         for (const ButtonPlace &place : command.buttons) {
-            auto *button = new QPushButton(string(place.caption), m_tabs);
+            auto *button = new QPushButton(string(place.caption), m_controls.tabs);
             button->setObjectName(string(place.name));
             button->setToolTip(string(place.tip));
             button->setMinimumHeight(buttonHeight);
@@ -97,7 +98,7 @@ void CommandPanel::buildTabs()
             wire(button, command);
         }
     }
-    m_tabs->setCurrentIndex(static_cast<int>(Page::Sales));
+    m_controls.tabs->setCurrentIndex(static_cast<int>(Page::Sales));
 }
 
 void CommandPanel::makeGroups()
@@ -114,7 +115,7 @@ void CommandPanel::makeGroups()
 
 QVBoxLayout *CommandPanel::groupLayout(Page page, const QString &group)
 {
-    QWidget *tab = m_tabs->widget(static_cast<int>(page));
+    QWidget *tab = m_controls.tabs->widget(static_cast<int>(page));
     const auto boxes = tab->findChildren<QGroupBox *>();
     for (QGroupBox *box : boxes) {
         if (box->title() == group)
@@ -137,13 +138,20 @@ void CommandPanel::addToGroup(Page page, const QString &group, QWidget *widget, 
     groupLayout(page, group)->insertWidget(side == PanelSide::Above ? 0 : -1, widget);
 }
 
+QAbstractButton *CommandPanel::ownLabel(const QString &name) const
+{
+    const auto found = std::ranges::find_if(
+        m_controls.labels, [&](const QAbstractButton *label) { return label->objectName() == name; });
+    return found == m_controls.labels.end() ? nullptr : *found;
+}
+
 void CommandPanel::buildShortcuts()
 {
-    auto *strip = m_window.findChild<QWidget *>(u"shortcuts"_s);
+    auto *strip = m_controls.shortcuts;
     std::map<QString, QPushButton *> links; // in the order of their names
     for (const Command &command : commands()) {
         for (const Shortcut &shortcut : command.shortcuts) {
-            auto *label = m_window.findChild<QAbstractButton *>(string(shortcut.name));
+            QAbstractButton *label = ownLabel(string(shortcut.name));
             if (!label) {
                 auto *link = new QPushButton(string(shortcut.caption), strip);
                 link->setObjectName(string(shortcut.name));
@@ -188,7 +196,7 @@ void CommandPanel::showPageOf(Action action)
 {
     for (const Command &command : commands()) {
         if (command.action == action && !command.buttons.empty()) {
-            m_tabs->setCurrentIndex(static_cast<int>(command.buttons.front().page));
+            m_controls.tabs->setCurrentIndex(static_cast<int>(command.buttons.front().page));
             return;
         }
     }

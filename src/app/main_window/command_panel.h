@@ -23,7 +23,16 @@ class CommandPanel : public QObject
     Q_OBJECT
 
 public:
-    explicit CommandPanel(QMainWindow &window);
+    /// What the window has already.
+    struct Controls
+    {
+        QTabWidget *tabs;
+        QWidget *before;                       // comes before the tabs in the reading order
+        QWidget *shortcuts;                    // the strip
+        std::vector<QAbstractButton *> labels; // clickable ones, under their commands' names
+    };
+
+    CommandPanel(QMainWindow &window, Controls controls);
 
     /// Enables the commands that \a possible says yes to; the others are shown greyed.
     void enable(const std::function<bool(const Command &)> &possible);
@@ -46,11 +55,12 @@ private:
     void makeGroups();
     void buildShortcuts();
     void orderTabStops();
+    [[nodiscard]] QAbstractButton *ownLabel(const QString &name) const;
     void wire(QAbstractButton *button, const Command &command);
     QVBoxLayout *groupLayout(Page page, const QString &group);
 
     QMainWindow &m_window;
-    QTabWidget *m_tabs;
+    Controls m_controls;
     std::vector<std::pair<QAction *, const Command *>> m_items;
     std::vector<std::pair<QAbstractButton *, const Command *>> m_buttons;
 };

@@ -34,16 +34,29 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
 {
     m_ui->setupUi(this);
     m_ui->centralWidget->setStyleSheet(mainWindowStyle());
-    m_commands = new CommandPanel(*this);
+    m_commands = new CommandPanel(
+        *this, {m_ui->SSTab1, m_ui->dbcShain, m_ui->shortcuts, {m_ui->LblPrinterName, m_ui->Label19}});
     m_maintenance = new FileMaintenance(
         workspace, m_session,
         [this](const QString &group, QWidget *widget, PanelSide side) {
             m_commands->addToGroup(Page::Settings, group, widget, side);
         },
         *this);
-    buildOptionBoxes();
+    const auto further = buildOptionBoxes();
     buildColoursMenu();
-    m_controls = new PanelControls(*this, workspace);
+    m_controls = new PanelControls(*this, workspace,
+                                   {.checks = {m_ui->Check1, m_ui->Check2, m_ui->Check3, m_ui->Check4,
+                                               m_ui->Check5, further[0], further[1], further[2]},
+                                    .deliveryPaper = m_ui->Combo2,
+                                    .billPaper = m_ui->Combo7,
+                                    .carrier = m_ui->Combo6,
+                                    .numberInfix = m_ui->txtDenNo,
+                                    .taxRate = m_ui->txtTaxRate,
+                                    .taxRateSteps = m_ui->UpDown1,
+                                    .textSize = m_ui->Text6,
+                                    .nextTextSize = m_ui->Command37,
+                                    .spacing = m_ui->Text4,
+                                    .nextSpacing = m_ui->Command15});
     connect(m_commands, &CommandPanel::triggered, this, &frmAMain::run);
     connect(&m_session, &DatabaseSession::changed, this, &frmAMain::databaseChanged);
     connect(&m_session, &DatabaseSession::closed, this, &frmAMain::databaseClosed);

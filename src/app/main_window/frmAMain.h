@@ -9,7 +9,11 @@
 
 #include <QMainWindow>
 
+#include <array>
 #include <memory>
+
+class QCheckBox;
+class QLabel;
 
 namespace Ui
 {
@@ -79,7 +83,7 @@ private:
     void showSupplier();
 
     // The window itself
-    void buildOptionBoxes();
+    std::array<QCheckBox *, 3> buildOptionBoxes();
     void buildColoursMenu();
     void colour(int colours);
     void loadFixedLists();
@@ -115,6 +119,7 @@ private:
     QString m_pictureProblem; // a sentence for the status bar
     QString m_slipFont;
     QColor m_calendarColour;
+    QLabel *m_platform = nullptr;
     bool m_loaded = false;
     bool m_inFocusStep = false;
     bool m_underDialog = false; // inactive only because of a message box or the like

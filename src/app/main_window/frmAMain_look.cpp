@@ -54,8 +54,10 @@ constexpr QPoint screensBeside(32, 48); // pixels
 
 } // namespace
 
-void frmAMain::buildOptionBoxes()
+// Check6 to Check8.
+std::array<QCheckBox *, 3> frmAMain::buildOptionBoxes()
 {
+    std::array<QCheckBox *, 3> made{};
     const struct
     {
         const char16_t *name;
@@ -67,16 +69,19 @@ void frmAMain::buildOptionBoxes()
         {u"Check7", u"ゆうパックのお届け通知が必要", Page::Shipping, u"贈答品承り票"},
         {u"Check8", u"", Page::Customers, u"納品先"},
     };
-    for (const auto &box : boxes) {
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        const auto &box = boxes[i];
         auto *check = new QCheckBox(QString::fromUtf16(box.caption), m_ui->SSTab1);
         check->setObjectName(QString::fromUtf16(box.name));
         m_commands->addToGroup(box.page, QString::fromUtf16(box.group), check, PanelSide::Below);
         // Kept for the customer screens; nothing to choose as long as none of them reads it.
         check->setVisible(*box.caption != 0);
+        made[i] = check;
     }
-    auto *platform = new QLabel(this);
-    platform->setObjectName(u"Label13"_s);
-    m_ui->StatusBar1->addPermanentWidget(platform);
+    m_platform = new QLabel(this);
+    m_platform->setObjectName(u"Label13"_s);
+    m_ui->StatusBar1->addPermanentWidget(m_platform);
+    return made;
 }
 
 void frmAMain::buildColoursMenu()
@@ -108,7 +113,7 @@ void frmAMain::colour(int colours)
 void frmAMain::loadFixedLists()
 {
 #ifdef Q_OS_WIN
-    findChild<QLabel *>(u"Label13"_s)->setText(u"PLATFORM WIN32 NT"_s);
+    m_platform->setText(u"PLATFORM WIN32 NT"_s);
 #endif
 }
 

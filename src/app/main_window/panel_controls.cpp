@@ -21,36 +21,39 @@ namespace app
 namespace
 {
 
+// In the order of Controls::checks.
 const struct CheckControl
 {
-    const char *name;
     const workspace::SettingKey &key;
     bool workspace::Panel::*value;
 } checks[] = {
-    {"Check1", workspace::keys::check[0], &workspace::Panel::automaticNumbers},
-    {"Check2", workspace::keys::check[1], &workspace::Panel::transferFormAfterDelivery},
-    {"Check3", workspace::keys::check[2], &workspace::Panel::omitCompanyName},
-    {"Check4", workspace::keys::check[3], &workspace::Panel::extendedCompanyName},
-    {"Check5", workspace::keys::check[4], &workspace::Panel::transferFormAfterBill},
-    {"Check6", workspace::keys::check[5], &workspace::Panel::deliveryNoticeMailOrder},
-    {"Check7", workspace::keys::check[6], &workspace::Panel::deliveryNotice},
-    {"Check8", workspace::keys::check[7], &workspace::Panel::customerOption},
+    {workspace::keys::check[0], &workspace::Panel::automaticNumbers},
+    {workspace::keys::check[1], &workspace::Panel::transferFormAfterDelivery},
+    {workspace::keys::check[2], &workspace::Panel::omitCompanyName},
+    {workspace::keys::check[3], &workspace::Panel::extendedCompanyName},
+    {workspace::keys::check[4], &workspace::Panel::transferFormAfterBill},
+    {workspace::keys::check[5], &workspace::Panel::deliveryNoticeMailOrder},
+    {workspace::keys::check[6], &workspace::Panel::deliveryNotice},
+    {workspace::keys::check[7], &workspace::Panel::customerOption},
 };
 
 const struct ComboControl
 {
-    const char *name;
+    QComboBox *PanelControls::Controls::*box;
     const workspace::SettingKey &key;
     QString workspace::Panel::*value;
     QStringList items;
 } combos[] = {
-    {"Combo2",
+    {&PanelControls::Controls::deliveryPaper,
      workspace::keys::deliveryPaper,
      &workspace::Panel::deliveryPaper,
      {u"HISAGO 1149"_s, u"HISAGO BP0201"_s, u"A4 無地"_s}},
-    {"Combo7", workspace::keys::billPaper, &workspace::Panel::billPaper, {u"HISAGO 1148"_s, u"A4 無地"_s}},
+    {&PanelControls::Controls::billPaper,
+     workspace::keys::billPaper,
+     &workspace::Panel::billPaper,
+     {u"HISAGO 1148"_s, u"A4 無地"_s}},
     // The shipping-slip forms by their names.
-    {"Combo6",
+    {&PanelControls::Controls::carrier,
      workspace::keys::carrier,
      &workspace::Panel::carrier,
      {u"宅急便"_s, u"宅急便　コレクト"_s, u"佐川急便"_s, u"ゆうパック"_s, u"宛名ラベル"_s,
@@ -65,25 +68,17 @@ bool isTaxRate(std::optional<double> rate) { return rate && *rate >= 0 && *rate 
 
 } // namespace
 
-template <class Widget>
-Widget *PanelControls::control(const char *name) const
-{
-    auto *found = m_window.findChild<Widget *>(QLatin1StringView(name));
-    Q_ASSERT(found);
-    return found;
-}
-
-PanelControls::PanelControls(QWidget &window, workspace::Workspace &workspace)
+PanelControls::PanelControls(QWidget &window, workspace::Workspace &workspace, const Controls &controls)
     : QObject(&window)
     , m_window(window)
     , m_workspace(workspace)
-    , m_taxRate(control<QLineEdit>("txtTaxRate"))
+    , m_controls(controls)
 {
     bindChecks();
     bindCombos();
     bindTaxRate();
     bindSizes();
-    auto *infix = control<QLineEdit>("txtDenNo");
+    QLineEdit *infix = m_controls.numberInfix;
     connect(infix, &QLineEdit::textChanged, this,
             [this](const QString &text) { m_workspace.panel.numberInfix = text; });
     connect(infix, &QLineEdit::editingFinished, this, &PanelControls::save);
@@ -91,41 +86,40 @@ PanelControls::PanelControls(QWidget &window, workspace::Workspace &workspace)
 
 void PanelControls::bindChecks()
 {
-    for (const CheckControl &check : checks) {
-        connect(control<QCheckBox>(check.name), &QCheckBox::toggled, this,
-                [this, value = check.value](bool on) { m_workspace.panel.*value = on; });
-        connect(control<QCheckBox>(check.name), &QCheckBox::clicked, this, &PanelControls::save);
+    for (std::size_t i = 0; i < std::size(checks); ++i) {
+        connect(m_controls.checks[i], &QCheckBox::toggled, this,
+                [this, value = checks[i].value](bool on) { m_workspace.panel.*value = on; });
+        connect(m_controls.checks[i], &QCheckBox::clicked, this, &PanelControls::save);
     }
 }
 
 void PanelControls::bindCombos()
 {
     for (const ComboControl &combo : combos) {
-        auto *box = control<QComboBox>(combo.name);
+        QComboBox *box = m_controls.*combo.box;
         box->addItems(combo.items);
         connect(box, &QComboBox::currentTextChanged, this,
                 [this, value = combo.value](const QString &text) { m_workspace.panel.*value = text; });
         connect(box, &QComboBox::activated, this, &PanelControls::save);
     }
-    connect(control<QComboBox>("Combo6"), &QComboBox::currentTextChanged, this,
-            &PanelControls::carrierChanged);
+    connect(m_controls.carrier, &QComboBox::currentTextChanged, this, &PanelControls::carrierChanged);
 }
 
 void PanelControls::bindTaxRate()
 {
-    connect(m_taxRate, &QLineEdit::textEdited, this, &PanelControls::taxRateEdited);
-    connect(m_taxRate, &QLineEdit::editingFinished, this, &PanelControls::taxRateLeft);
-    connect(control<UpDown>("UpDown1"), &UpDown::stepped, this, &PanelControls::stepTaxRate);
+    connect(m_controls.taxRate, &QLineEdit::textEdited, this, &PanelControls::taxRateEdited);
+    connect(m_controls.taxRate, &QLineEdit::editingFinished, this, &PanelControls::taxRateLeft);
+    connect(m_controls.taxRateSteps, &UpDown::stepped, this, &PanelControls::stepTaxRate);
 }
 
 void PanelControls::bindSizes()
 {
-    connect(control<QPushButton>("Command37"), &QPushButton::clicked, this, [this] {
+    connect(m_controls.nextTextSize, &QPushButton::clicked, this, [this] {
         int &size = m_workspace.panel.textSize;
         size = size == 10 ? 11 : 10;
         showSizes();
     });
-    connect(control<QPushButton>("Command15"), &QPushButton::clicked, this, [this] {
+    connect(m_controls.nextSpacing, &QPushButton::clicked, this, [this] {
         workspace::GridSpacing &spacing = m_workspace.panel.gridSpacing;
         spacing = static_cast<workspace::GridSpacing>((static_cast<int>(spacing) + 1) % 3);
         showSizes();
@@ -136,18 +130,18 @@ void PanelControls::load()
 {
     const workspace::Settings &settings = m_workspace.settings;
     workspace::Panel &panel = m_workspace.panel;
-    for (const CheckControl &check : checks) {
-        panel.*check.value = settings.checked(check.key);
-        control<QCheckBox>(check.name)->setChecked(panel.*check.value);
+    for (std::size_t i = 0; i < std::size(checks); ++i) {
+        panel.*checks[i].value = settings.checked(checks[i].key);
+        m_controls.checks[i]->setChecked(panel.*checks[i].value);
     }
     for (const ComboControl &combo : combos) {
-        auto *box = control<QComboBox>(combo.name);
+        QComboBox *box = m_controls.*combo.box;
         const int stored = box->findText(settings.text(combo.key));
         box->setCurrentIndex(stored >= 0 ? stored : box->findText(QString::fromUtf16(combo.key.fallback)));
         panel.*combo.value = box->currentText();
     }
     carrierChanged();
-    control<QLineEdit>("txtDenNo")->setText(settings.text(workspace::keys::denNo));
+    m_controls.numberInfix->setText(settings.text(workspace::keys::denNo));
     const double rate = settings.number(workspace::keys::taxRate);
     panel.taxRate = isTaxRate(rate) ? rate : 0;
     showTaxRate();
@@ -176,12 +170,12 @@ void PanelControls::save() const
 
 void PanelControls::carrierChanged()
 {
-    control<QCheckBox>("Check7")->setEnabled(control<QComboBox>("Combo6")->currentText() == u"ゆうパック"_s);
+    m_controls.checks[6]->setEnabled(m_controls.carrier->currentText() == u"ゆうパック"_s);
 }
 
 void PanelControls::taxRateEdited()
 {
-    if (const auto rate = text::parseNumber(m_taxRate->text()); isTaxRate(rate))
+    if (const auto rate = text::parseNumber(m_controls.taxRate->text()); isTaxRate(rate))
         m_workspace.panel.taxRate = *rate;
 }
 
@@ -189,7 +183,7 @@ void PanelControls::taxRateLeft()
 {
     if (m_telling)
         return;
-    if (!isTaxRate(text::parseNumber(m_taxRate->text()))) {
+    if (!isTaxRate(text::parseNumber(m_controls.taxRate->text()))) {
         m_telling = true;
         ui::prompts::inform(&m_window, u"消費税率は０から１００までの数字で入力してください。"_s,
                             QString::fromUtf16(ui::prompts::errorCheck));
@@ -213,13 +207,13 @@ void PanelControls::stepTaxRate(int direction)
 void PanelControls::showTaxRate()
 {
     m_agreedTaxRate = m_workspace.panel.taxRate;
-    m_taxRate->setText(text::formatPlain(m_agreedTaxRate));
+    m_controls.taxRate->setText(text::formatPlain(m_agreedTaxRate));
 }
 
 void PanelControls::showSizes()
 {
-    control<QLineEdit>("Text6")->setText(QString::number(m_workspace.panel.textSize));
-    control<QLineEdit>("Text4")->setText(spacingNames[static_cast<int>(m_workspace.panel.gridSpacing)]);
+    m_controls.textSize->setText(QString::number(m_workspace.panel.textSize));
+    m_controls.spacing->setText(spacingNames[static_cast<int>(m_workspace.panel.gridSpacing)]);
 }
 
 } // namespace app

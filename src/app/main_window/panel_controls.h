@@ -2,8 +2,12 @@
 
 #include <QObject>
 
+#include <array>
+
+class QCheckBox;
 class QComboBox;
 class QLineEdit;
+class QPushButton;
 
 namespace workspace
 {
@@ -13,14 +17,31 @@ class Workspace;
 namespace app
 {
 
-/// The controls of the settings panel: filled from the settings at start, kept in the workspace's panel at
-/// every change, stored again at close. Finds them by their names in the window.
+class UpDown;
+
+/// The settings panel: filled from the settings at start, kept in the workspace's panel at every change,
+/// stored again at close.
 class PanelControls : public QObject
 {
     Q_OBJECT
 
 public:
-    PanelControls(QWidget &window, workspace::Workspace &workspace);
+    struct Controls
+    {
+        std::array<QCheckBox *, 8> checks; // Check1 to Check8
+        QComboBox *deliveryPaper;
+        QComboBox *billPaper;
+        QComboBox *carrier;
+        QLineEdit *numberInfix;
+        QLineEdit *taxRate;
+        UpDown *taxRateSteps;
+        QLineEdit *textSize;
+        QPushButton *nextTextSize;
+        QLineEdit *spacing;
+        QPushButton *nextSpacing;
+    };
+
+    PanelControls(QWidget &window, workspace::Workspace &workspace, const Controls &controls);
 
     /// Fills the fixed lists and shows what is stored; a stored value that no control can show becomes the
     /// key's fallback.
@@ -39,12 +60,9 @@ private:
     void showTaxRate();
     void showSizes();
 
-    template <class Widget>
-    Widget *control(const char *name) const;
-
     QWidget &m_window;
     workspace::Workspace &m_workspace;
-    QLineEdit *m_taxRate;
+    Controls m_controls;
     double m_agreedTaxRate = 0; // percent, when the box was last left
     bool m_telling = false;     // a box about the tax rate is on the screen
 };

@@ -151,7 +151,9 @@ QString oldFileReaderProgram()
 {
     const QString folder = QCoreApplication::applicationDirPath();
     const QString name = QString::fromLatin1(old_reader::programName);
-    for (const QString &place : {u"/"_s, u"/../lib/kanbalore/"_s, u"/../bin/"_s}) {
+    const QString installed = u'/' + QStringLiteral(KANBALORE_HELPERS) + u'/';
+    // Beside the program in a build, and beside the tests' folder for these.
+    for (const QString &place : {u"/"_s, installed, u"/../bin/"_s}) {
         for (const QString &suffix : {u""_s, u".exe"_s}) {
             if (const QFileInfo program(folder + place + name + suffix); program.isExecutable())
                 return program.absoluteFilePath();

@@ -71,6 +71,8 @@ void DialogCSV::addColumns(const ImportAssignment &assignment)
         m_ui->layoutColumns->addWidget(fields, column + 1, 2);
         setTabOrder(before, fields);
         before = fields;
+        m_headings << heading;
+        m_samples << samples;
         m_fields << fields;
     }
     setTabOrder(before, m_ui->comboCategory);
@@ -102,8 +104,8 @@ void DialogCSV::showSamples()
         for (std::size_t row = first; row < std::min(first + sampleRows, m_table.rows.size()); ++row)
             samples << shortened(m_table.rows[row].cells.value(column));
         samples.removeAll(QString());
-        findChild<QLabel *>(u"labelColumn%1"_s.arg(column + 1))->setText(heading);
-        findChild<QLabel *>(u"labelSample%1"_s.arg(column + 1))->setText(samples.join(u" ／ "_s));
+        m_headings.at(column)->setText(heading);
+        m_samples.at(column)->setText(samples.join(u" ／ "_s));
         m_fields.at(column)->setAccessibleName(heading);
     }
 }

@@ -8,6 +8,7 @@
 #include <memory>
 
 class QComboBox;
+class QLabel;
 
 namespace Ui
 {
@@ -46,7 +47,10 @@ private:
 
     std::unique_ptr<Ui::DialogCSV> m_ui;
     const ImportTable &m_table;
-    QList<QComboBox *> m_fields; // of the columns
+    // One of each a column.
+    QList<QLabel *> m_headings;
+    QList<QLabel *> m_samples;
+    QList<QComboBox *> m_fields;
 };
 
 } // namespace registers

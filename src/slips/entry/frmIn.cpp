@@ -21,9 +21,6 @@ GoodsSlipDescription description(SupplierGoods goods)
                  .search = book::supplierSearch,
                  .nothingFound = u"検索した仕入先は見つかりませんでした。\n新規に入力しますか？",
                  .foundWidths = {60, 190, 130, 210, 110, 76, 0},
-                 .fields = {{u"txtNouhinsaki1", u"仕入先名1"},
-                            {u"txtNouhinsaki2", u"仕入先名2"},
-                            {u"txtTaxK", u"消費税区分"}},
                  .stampsCounterpart = false},
         .products = masters::purchaseProductNames,
         // The doubled full stop is how the users know this question.
@@ -32,6 +29,18 @@ GoodsSlipDescription description(SupplierGoods goods)
         .showsIncludedTax = false,
         .isTaxed = isPurchase,
     };
+}
+
+void showAsStocktake(QWidget &screen, const Ui::frmIn &form)
+{
+    screen.setObjectName(u"frmTana"_s);
+    screen.setWindowTitle(u"棚卸伝票入力"_s);
+    form.lblPrevious->setText(u"前回棚卸伝票"_s);
+    for (QLabel *label : {form.lblTax, form.lblTaxK, form.lblTaxClass})
+        label->hide();
+    for (QLineEdit *box : {form.Text2, form.txtTaxK})
+        box->hide();
+    form.Check1->hide();
 }
 
 } // namespace
@@ -43,19 +52,13 @@ SupplierGoodsScreen::SupplierGoodsScreen(workspace::Workspace &workspace, QWidge
     Ui::frmIn form;
     form.setupUi(this);
     if (goods == SupplierGoods::Stocktake)
-        showAsStocktake();
-    setUpSlip();
+        showAsStocktake(*this, form);
+    GoodsControls controls = goodsControls(form);
+    controls.slip.fields = {{form.txtNouhinsaki1, u"仕入先名1"},
+                            {form.txtNouhinsaki2, u"仕入先名2"},
+                            {form.txtTaxK, u"消費税区分"}};
+    setUpGoods(controls);
     setCounterpartEditor([&workspace](QWidget *window) { return enterNewSupplier(workspace, window); });
-}
-
-void SupplierGoodsScreen::showAsStocktake()
-{
-    setObjectName(u"frmTana"_s);
-    setWindowTitle(u"棚卸伝票入力"_s);
-    findChild<QLabel *>(u"lblPrevious"_s)->setText(u"前回棚卸伝票"_s);
-    for (const QString &name :
-         {u"lblTax"_s, u"Text2"_s, u"Check1"_s, u"lblTaxK"_s, u"txtTaxK"_s, u"lblTaxClass"_s})
-        findChild<QWidget *>(name)->hide();
 }
 
 } // namespace slips

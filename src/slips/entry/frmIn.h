@@ -16,9 +16,6 @@ class SupplierGoodsScreen : public GoodsSlipScreen
 
 public:
     SupplierGoodsScreen(workspace::Workspace &workspace, QWidget *parent, SupplierGoods goods);
-
-private:
-    void showAsStocktake();
 };
 
 template <SupplierGoods goods>

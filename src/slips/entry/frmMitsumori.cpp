@@ -27,7 +27,7 @@ frmMitsumori::frmMitsumori(workspace::Workspace &workspace, QWidget *parent)
 {
     m_ui->setupUi(this);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmMitsumori::print);
-    setUpSlip();
+    setUpGoods(customerGoodsControls(*m_ui));
     setCounterpartEditor([&workspace](QWidget *window) { return enterNewCustomer(workspace, window); });
 }
 

@@ -7,25 +7,15 @@
 namespace slips
 {
 
-namespace
-{
-
-GoodsSlipDescription description()
-{
-    GoodsSlipDescription description = goodsForCustomer(book::sale);
-    description.hasAmountBox = true;
-    return description;
-}
-
-} // namespace
-
 frmOut::frmOut(workspace::Workspace &workspace, QWidget *parent)
-    : GoodsSlipScreen(workspace, parent, description())
+    : GoodsSlipScreen(workspace, parent, goodsForCustomer(book::sale))
     , m_ui(std::make_unique<Ui::frmOut>())
 {
     m_ui->setupUi(this);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmOut::print);
-    setUpSlip();
+    GoodsControls controls = customerGoodsControls(*m_ui);
+    controls.entry.amount = m_ui->Text5;
+    setUpGoods(controls);
     setCounterpartEditor([&workspace](QWidget *window) { return enterNewCustomer(workspace, window); });
     // The transfer form is not printed yet.
     m_ui->Check3->setEnabled(false);

@@ -7,11 +7,6 @@
 #include "ui/prompts.h"
 #include "workspace/workspace.h"
 
-#include <QCheckBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-
 using namespace Qt::StringLiterals;
 
 namespace slips
@@ -50,14 +45,6 @@ GoodsSlipDescription goodsForCustomer(const book::SlipKind &kind)
              .search = book::customerSearch,
              .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
              .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
-             .fields = {{u"txtNouhinsaki1", u"納品先名1"},
-                        {u"txtNouhinsaki2", u"納品先名2"},
-                        {u"txtZip", u"郵便番号"},
-                        {u"txtAddress1", u"住所1"},
-                        {u"txtAddress2", u"住所2"},
-                        {u"txtTel", u"TEL1"},
-                        {u"txtCode", u"コード"},
-                        {u"txtTaxK", u"消費税区分"}},
              .stampsCounterpart = true},
         .products = masters::salesProductNames,
         .emptyPrice = {u"単価が入力されていません。よろしいですか。", true},
@@ -73,36 +60,30 @@ GoodsSlipScreen::GoodsSlipScreen(workspace::Workspace &workspace, QWidget *paren
     , m_previous(previousColumns(), nullptr)
 {}
 
-void GoodsSlipScreen::setUpLines()
+void GoodsSlipScreen::setUpGoods(const GoodsControls &controls)
 {
-    const auto line = [this](QStringView name) { return findChild<QLineEdit *>(name.toString()); };
-    m_taxClass = line(u"txtTaxK");
-    m_taxClassName = findChild<QLabel *>(u"lblTaxClass"_s);
-    m_totalBox = line(u"txtTotal");
-    m_tax = line(u"Text2");
-    m_taxFlag = line(u"Text3");
-    m_taxFlag->hide();
-    m_memo = line(u"txtMemo");
-    m_inclusive = findChild<QCheckBox *>(u"Check1"_s);
-    m_lineGrid = findChild<ui::Grid *>(u"dgdSub"_s);
-    m_lineGrid->setModel(&m_lines);
-    setWidths(m_lineGrid, {290, 180, 80, 60, 100, 110});
-    m_previousGrid = findChild<ui::Grid *>(u"MSFlexGrid1"_s);
-    m_previousGrid->setModel(&m_previous);
-    setWidths(m_previousGrid, {120, 100, 320, 260, 90, 60, 110, 130});
-    auto *amountBox = m_description.hasAmountBox ? line(u"Text5") : nullptr;
-    m_entry = new LineEntry(this, m_description.emptyPrice, amountBox);
-    tell(m_entry->offer(workspace().connection, m_description.products));
-
-    connect(findChild<QPushButton *>(u"cmdSubAdd"_s), &QPushButton::clicked, this, &GoodsSlipScreen::addLine);
-    connect(findChild<QPushButton *>(u"cmdSubCancel"_s), &QPushButton::clicked, this,
-            &GoodsSlipScreen::removeLine);
-    connect(m_inclusive, &QCheckBox::toggled, this, &GoodsSlipScreen::showTax);
+    m_goods = controls;
+    m_goods.taxFlag->hide();
+    setUpSlip(controls.slip);
 }
 
-book::TaxClass GoodsSlipScreen::taxClass() const { return book::taxClassFrom(m_taxClass->text()); }
+void GoodsSlipScreen::setUpLines()
+{
+    m_goods.lines->setModel(&m_lines);
+    setWidths(m_goods.lines, {290, 180, 80, 60, 100, 110});
+    m_goods.previous->setModel(&m_previous);
+    setWidths(m_goods.previous, {120, 100, 320, 260, 90, 60, 110, 130});
+    m_entry = new LineEntry(this, m_description.emptyPrice, m_goods.entry);
+    tell(m_entry->offer(workspace().connection, m_description.products));
 
-bool GoodsSlipScreen::inclusive() const { return m_inclusive->isChecked(); }
+    connect(m_goods.slip.addLine, &QPushButton::clicked, this, &GoodsSlipScreen::addLine);
+    connect(m_goods.slip.removeLine, &QPushButton::clicked, this, &GoodsSlipScreen::removeLine);
+    connect(m_goods.inclusive, &QCheckBox::toggled, this, &GoodsSlipScreen::showTax);
+}
+
+book::TaxClass GoodsSlipScreen::taxClass() const { return book::taxClassFrom(m_goods.taxClass->text()); }
+
+bool GoodsSlipScreen::inclusive() const { return m_goods.inclusive->isChecked(); }
 
 bool GoodsSlipScreen::addsTax() const
 {
@@ -111,16 +92,16 @@ bool GoodsSlipScreen::addsTax() const
 
 void GoodsSlipScreen::counterpartShown(bool chosen)
 {
-    m_taxClassName->setText(chosen ? nameOf(taxClass()) : QString());
+    m_goods.taxClassName->setText(chosen ? nameOf(taxClass()) : QString());
 }
 
 // --- The lines ---
 
 void GoodsSlipScreen::beginLines()
 {
-    if (m_taxClass->text().isEmpty())
-        m_taxClass->setText(u"0"_s);
-    m_inclusive->setChecked(taxClass() == book::TaxClass::Included);
+    if (m_goods.taxClass->text().isEmpty())
+        m_goods.taxClass->setText(u"0"_s);
+    m_goods.inclusive->setChecked(taxClass() == book::TaxClass::Included);
     showPreviousLines();
 }
 
@@ -158,9 +139,9 @@ void GoodsSlipScreen::addLine()
     }
     m_lines.append(
         {line->product, line->specification, line->quantity, line->unit, line->price, line->amount});
-    m_lineGrid->scrollToBottom();
+    m_goods.lines->scrollToBottom();
     m_entry->clear();
-    m_taxFlag->setText(u"OFF"_s);
+    m_goods.taxFlag->setText(u"OFF"_s);
     enter(SlipState::LinesPresent);
     showTotals();
     m_entry->begin();
@@ -189,8 +170,8 @@ void GoodsSlipScreen::showTotals()
         ui::prompts::inform(this, sums.error().text);
         return;
     }
-    m_goods = std::move(sums->goods);
-    m_totalBox->setText(text::formatAmount(sums->total));
+    m_taxable = std::move(sums->goods);
+    m_goods.total->setText(text::formatAmount(sums->total));
     showTax();
 }
 
@@ -198,8 +179,8 @@ void GoodsSlipScreen::showTax()
 {
     if (state() != SlipState::LinesPresent || !m_description.isTaxed)
         return;
-    const auto shown = book::shownTax(m_goods, taxClass(), inclusive(), m_description.showsIncludedTax);
-    m_tax->setText(shown ? *shown : QString());
+    const auto shown = book::shownTax(m_taxable, taxClass(), inclusive(), m_description.showsIncludedTax);
+    m_goods.tax->setText(shown ? *shown : QString());
     if (!shown) {
         ui::prompts::inform(this, shown.error().text);
         return;
@@ -211,8 +192,8 @@ void GoodsSlipScreen::showTax()
 // prices of another one exclusive, the tax that closing adds must not come as a surprise.
 void GoodsSlipScreen::foretellTax()
 {
-    const bool isUnseen = m_tax->text().isEmpty() && addsTax();
-    const auto tax = book::taxOf(m_goods, book::Basis::Net);
+    const bool isUnseen = m_goods.tax->text().isEmpty() && addsTax();
+    const auto tax = book::taxOf(m_taxable, book::Basis::Net);
     say(isUnseen && tax && *tax != 0
             ? u"この伝票を閉じるときに、消費税 %1 円が計上されます。"_s.arg(text::formatAmount(*tax))
             : QString());
@@ -230,7 +211,7 @@ base::Result<QString> GoodsSlipScreen::closeSlip()
     });
     if (!closed)
         return closed.error();
-    m_taxFlag->setText(u"ON"_s);
+    m_goods.taxFlag->setText(u"ON"_s);
     QString message =
         u"伝票 %1 を保存しました。　合計 %2 円"_s.arg(header().number, text::formatAmount(closed->total));
     if (addsTax())
@@ -244,10 +225,10 @@ void GoodsSlipScreen::clearLines()
     m_lines.setRows({});
     m_previous.setRows({});
     m_entry->clear();
-    m_inclusive->setChecked(false);
-    for (QLineEdit *box : {m_totalBox, m_tax, m_memo})
+    m_goods.inclusive->setChecked(false);
+    for (QLineEdit *box : {m_goods.total, m_goods.tax, m_goods.memo})
         box->clear();
-    m_taxFlag->setText(u"ON"_s);
+    m_goods.taxFlag->setText(u"ON"_s);
 }
 
 bool GoodsSlipScreen::mayClose()

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "book/tax.h"
-#include "slips/entry/line_entry.h"
+#include "slips/entry/goods_controls.h"
 #include "slips/entry/slip_screen.h"
 #include "ui/slip_grid_model.h"
-
-class QCheckBox;
 
 namespace slips
 {
@@ -17,8 +15,7 @@ struct GoodsSlipDescription
     LineEntry::Names products;
     EmptyPriceRule emptyPrice;
     bool showsIncludedTax;
-    bool hasAmountBox = false; // Text5 is the hidden box of a line's amount
-    bool isTaxed = true;       // whether closing adds a tax line where one is due
+    bool isTaxed = true; // whether closing adds a tax line where one is due
 };
 
 /// What the sales and the estimate screen have in common; \a kind is one of theirs.
@@ -31,6 +28,9 @@ class GoodsSlipScreen : public SlipScreen
 
 protected:
     GoodsSlipScreen(workspace::Workspace &workspace, QWidget *parent, GoodsSlipDescription description);
+
+    /// To be called at the end of the constructor of the screen's own class, after setupUi().
+    void setUpGoods(const GoodsControls &controls);
 
     [[nodiscard]] book::TaxClass taxClass() const;
     [[nodiscard]] bool inclusive() const;
@@ -57,17 +57,8 @@ private:
     ui::SlipGridModel m_lines;
     ui::SlipGridModel m_previous;
     LineEntry *m_entry = nullptr;
-    std::vector<book::TaxableAmount> m_goods; // of the lines
-
-    QLineEdit *m_taxClass = nullptr;
-    QLabel *m_taxClassName = nullptr;
-    QLineEdit *m_totalBox = nullptr;
-    QLineEdit *m_tax = nullptr;
-    QLineEdit *m_taxFlag = nullptr;
-    QLineEdit *m_memo = nullptr;
-    QCheckBox *m_inclusive = nullptr;
-    ui::Grid *m_lineGrid = nullptr;
-    ui::Grid *m_previousGrid = nullptr;
+    std::vector<book::TaxableAmount> m_taxable; // of the lines
+    GoodsControls m_goods = {};
 };
 
 } // namespace slips

@@ -32,30 +32,25 @@ base::Status fill(QComboBox *picker, const base::Result<QStringList> &names)
 
 } // namespace
 
-LineEntry::LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, QLineEdit *amountBox)
+LineEntry::LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, const Boxes &boxes)
     : QObject(screen)
     , m_screen(screen)
     , m_emptyPrice(emptyPrice)
-    , m_product(screen->findChild<QComboBox *>(u"dbcShohin"_s))
-    , m_specification(screen->findChild<QComboBox *>(u"dbcKikaku"_s))
-    , m_quantity(screen->findChild<QLineEdit *>(u"txtCnt"_s))
-    , m_unit(screen->findChild<QComboBox *>(u"dbcTani"_s))
-    , m_price(screen->findChild<QLineEdit *>(u"txtTanka"_s))
-    , m_amount(amountBox)
+    , m_boxes(boxes)
 {
-    if (m_amount)
-        m_amount->hide();
-    for (QComboBox *picker : {m_product, m_specification, m_unit})
+    if (m_boxes.amount)
+        m_boxes.amount->hide();
+    for (QComboBox *picker : {m_boxes.product, m_boxes.specification, m_boxes.unit})
         new Picker(picker);
 }
 
 base::Status LineEntry::offer(db::Connection &connection, Names products)
 {
-    if (const auto filled = fill(m_product, products(connection)); !filled)
+    if (const auto filled = fill(m_boxes.product, products(connection)); !filled)
         return filled;
-    if (const auto filled = fill(m_specification, masters::specificationNames(connection)); !filled)
+    if (const auto filled = fill(m_boxes.specification, masters::specificationNames(connection)); !filled)
         return filled;
-    return fill(m_unit, masters::unitNames(connection));
+    return fill(m_boxes.unit, masters::unitNames(connection));
 }
 
 bool LineEntry::refuse(QWidget *box, const QString &text)
@@ -67,20 +62,20 @@ bool LineEntry::refuse(QWidget *box, const QString &text)
 
 bool LineEntry::checkPresent()
 {
-    if (m_product->currentText().trimmed().isEmpty())
-        return refuse(m_product, u"商品が選択されていません。"_s);
-    if (m_quantity->text().trimmed().isEmpty())
-        return refuse(m_quantity, u"数量が入力されていません。"_s);
-    if (!m_price->text().trimmed().isEmpty())
+    if (m_boxes.product->currentText().trimmed().isEmpty())
+        return refuse(m_boxes.product, u"商品が選択されていません。"_s);
+    if (m_boxes.quantity->text().trimmed().isEmpty())
+        return refuse(m_boxes.quantity, u"数量が入力されていません。"_s);
+    if (!m_boxes.price->text().trimmed().isEmpty())
         return true;
     const QString text = QString::fromUtf16(m_emptyPrice.text);
     if (!m_emptyPrice.mayContinue)
-        return refuse(m_price, text);
+        return refuse(m_boxes.price, text);
     if (!ui::prompts::ask(m_screen, text)) {
-        m_price->setFocus();
+        m_boxes.price->setFocus();
         return false;
     }
-    m_price->setText(u"0"_s);
+    m_boxes.price->setText(u"0"_s);
     return true;
 }
 
@@ -98,46 +93,46 @@ std::optional<book::GoodsLine> LineEntry::read()
 {
     if (!checkPresent())
         return std::nullopt;
-    const auto quantity = number(m_quantity, u"数量"_s);
-    const auto price = quantity ? number(m_price, u"単価"_s) : std::nullopt;
+    const auto quantity = number(m_boxes.quantity, u"数量"_s);
+    const auto price = quantity ? number(m_boxes.price, u"単価"_s) : std::nullopt;
     if (!price)
         return std::nullopt;
     const auto product = book::lineProduct(*quantity, *price);
     const auto amount = book::lineAmount(*quantity, *price);
     if (!product || !amount) {
-        refuse(m_quantity, amount.error().text);
+        refuse(m_boxes.quantity, amount.error().text);
         return std::nullopt;
     }
-    if (m_amount)
-        m_amount->setText(text::formatPlain(*product));
-    return book::GoodsLine{m_product->currentText().trimmed(),
-                           m_specification->currentText().trimmed(),
+    if (m_boxes.amount)
+        m_boxes.amount->setText(text::formatPlain(*product));
+    return book::GoodsLine{m_boxes.product->currentText().trimmed(),
+                           m_boxes.specification->currentText().trimmed(),
                            *quantity,
-                           m_unit->currentText().trimmed(),
+                           m_boxes.unit->currentText().trimmed(),
                            *price,
                            *amount};
 }
 
 bool LineEntry::isTyped() const
 {
-    return std::ranges::any_of(std::array{m_product, m_specification, m_unit},
+    return std::ranges::any_of(std::array{m_boxes.product, m_boxes.specification, m_boxes.unit},
                                [](const QComboBox *picker) { return !picker->currentText().isEmpty(); }) ||
-           std::ranges::any_of(std::array{m_quantity, m_price},
+           std::ranges::any_of(std::array{m_boxes.quantity, m_boxes.price},
                                [](const QLineEdit *box) { return !box->text().isEmpty(); });
 }
 
 void LineEntry::clear()
 {
-    for (QComboBox *picker : {m_product, m_specification, m_unit}) {
+    for (QComboBox *picker : {m_boxes.product, m_boxes.specification, m_boxes.unit}) {
         picker->setCurrentIndex(-1);
         picker->clearEditText();
     }
-    for (QLineEdit *box : {m_quantity, m_price})
+    for (QLineEdit *box : {m_boxes.quantity, m_boxes.price})
         box->clear();
-    if (m_amount)
-        m_amount->clear();
+    if (m_boxes.amount)
+        m_boxes.amount->clear();
 }
 
-void LineEntry::begin() { m_product->setFocus(); }
+void LineEntry::begin() { m_boxes.product->setFocus(); }
 
 } // namespace slips

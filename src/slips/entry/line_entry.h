@@ -22,8 +22,7 @@ struct EmptyPriceRule
     bool mayContinue; // the text is a question; Yes stores the price 0
 };
 
-/// The boxes of a goods-slip screen in which one line is typed: dbcShohin, dbcKikaku, txtCnt, dbcTani and
-/// txtTanka.
+/// The boxes of a goods-slip screen in which one line is typed.
 class LineEntry : public QObject
 {
     Q_OBJECT
@@ -31,8 +30,17 @@ class LineEntry : public QObject
 public:
     using Names = base::Result<QStringList> (*)(db::Connection &);
 
-    /// \a amountBox: the hidden box that takes the line's amount before it is truncated; may be absent.
-    LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, QLineEdit *amountBox);
+    struct Boxes
+    {
+        QComboBox *product;
+        QComboBox *specification;
+        QLineEdit *quantity;
+        QComboBox *unit;
+        QLineEdit *price;
+        QLineEdit *amount = nullptr; // hidden, takes the line's amount before it is truncated; may be absent
+    };
+
+    LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, const Boxes &boxes);
 
     /// Offers the masters' names in the pickers; other texts may be typed as well.
     base::Status offer(db::Connection &connection, Names products);
@@ -57,12 +65,7 @@ private:
 
     QWidget *m_screen;
     EmptyPriceRule m_emptyPrice;
-    QComboBox *m_product;
-    QComboBox *m_specification;
-    QLineEdit *m_quantity;
-    QComboBox *m_unit;
-    QLineEdit *m_price;
-    QLineEdit *m_amount;
+    Boxes m_boxes;
 };
 
 } // namespace slips

@@ -33,9 +33,14 @@ MoneySlipScreen::MoneySlipScreen(workspace::Workspace &workspace, QWidget *paren
 {
     m_ui->setupUi(this);
     setCaptions(description);
-    setUpSlip();
-    const auto editor =
-        description.slip.kind.party == book::Party::Customer ? enterNewCustomer : enterNewSupplier;
+    const bool isCustomer = description.slip.kind.party == book::Party::Customer;
+    SlipControls controls = slipControls(*m_ui);
+    controls.fields = {{m_ui->txtNouhinsaki1, isCustomer ? u"納品先名1" : u"仕入先名1"},
+                       {m_ui->txtNouhinsaki2, isCustomer ? u"納品先名2" : u"仕入先名2"}};
+    if (description.showsTaxClass)
+        controls.fields.push_back({m_ui->txtTaxK, u"消費税区分"});
+    setUpSlip(std::move(controls));
+    const auto editor = isCustomer ? enterNewCustomer : enterNewSupplier;
     setCounterpartEditor([&workspace, editor](QWidget *window) { return editor(workspace, window); });
 }
 
@@ -59,11 +64,9 @@ void MoneySlipScreen::setCaptions(const MoneySlipDescription &description)
     m_ui->cmbKikaku->setHidden(description.means.isEmpty());
     if (description.means.isEmpty())
         m_ui->layoutEntry->setColumnStretch(1, 0);
-    const bool showsTaxClass = std::ranges::any_of(
-        description.slip.fields, [](const HeaderField &field) { return field.control == u"txtTaxK"_s; });
     for (QWidget *part : {static_cast<QWidget *>(m_ui->lblTaxK), static_cast<QWidget *>(m_ui->txtTaxK),
                           static_cast<QWidget *>(m_ui->lblTaxClass)})
-        part->setVisible(showsTaxClass);
+        part->setVisible(description.showsTaxClass);
 }
 
 void MoneySlipScreen::setUpLines()

@@ -23,6 +23,7 @@ struct MoneySlipDescription
     QStringList items;     // 適用, stored as 商品名
     QStringList means;     // stored as 規格; empty where the slip knows none
     const char16_t *meansLabel = u"";
+    bool showsTaxClass = false;
 };
 
 /// The screens that enter money moving: each line an item, a means and an amount. No tax, no follow-up.

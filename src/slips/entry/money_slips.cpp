@@ -19,7 +19,6 @@ SlipDescription ofCustomer(const book::SlipKind &kind)
             .search = book::customerSearch,
             .nothingFound = noCustomer,
             .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 0, 0},
-            .fields = {{u"txtNouhinsaki1", u"納品先名1"}, {u"txtNouhinsaki2", u"納品先名2"}},
             .stampsCounterpart = false};
 }
 
@@ -30,7 +29,6 @@ SlipDescription ofSupplier(const book::SlipKind &kind)
             .search = book::payeeSearch,
             .nothingFound = noSupplier,
             .foundWidths = {60, 190, 130, 210, 110, 0, 60, 0},
-            .fields = {{u"txtNouhinsaki1", u"仕入先名1"}, {u"txtNouhinsaki2", u"仕入先名2"}},
             .stampsCounterpart = false};
 }
 
@@ -53,17 +51,15 @@ MoneySlipDescription descriptionOf(MoneySlip slip)
                 .items = {u"入　金"_s, u"振込手数料"_s, u"手数料"_s},
                 .means = meansOfPayment(),
                 .meansLabel = u"入金方法"};
-    case MoneySlip::Payment: {
-        SlipDescription payment = ofSupplier(book::payment);
-        payment.fields.push_back({u"txtTaxK", u"消費税区分"});
-        return {.slip = payment,
+    case MoneySlip::Payment:
+        return {.slip = ofSupplier(book::payment),
                 .screen = u"frmInPay",
                 .title = u"支払伝票",
                 .party = u"仕入先",
                 .items = {u"支　払"_s, u"振込手数料"_s, u"手数料"_s},
                 .means = meansOfPayment(),
-                .meansLabel = u"支払方法"};
-    }
+                .meansLabel = u"支払方法",
+                .showsTaxClass = true};
     case MoneySlip::ReceivableCarried:
         return {.slip = ofCustomer(book::receivableCarried),
                 .screen = u"frmUrikake",

@@ -7,11 +7,6 @@
 #include "ui/prompts.h"
 #include "workspace/workspace.h"
 
-#include <QDateEdit>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-
 using namespace Qt::StringLiterals;
 
 namespace slips
@@ -32,16 +27,17 @@ SlipScreen::SlipScreen(workspace::Workspace &workspace, QWidget *parent, SlipDes
     , m_found(workspace.connection)
 {}
 
-void SlipScreen::setUpSlip()
+void SlipScreen::setUpSlip(SlipControls controls)
 {
-    findControls();
+    m_controls = std::move(controls);
+    m_controls.counterpart->hide();
     tell(book::openCounterpart(m_found, m_description.search, 0));
-    m_foundGrid->bind(m_found, [this](const QString &refusal) { ui::prompts::inform(this, refusal); });
-    setWidths(m_foundGrid, m_description.foundWidths);
-    m_date->setDate(workspace().today());
+    m_controls.found->bind(m_found, [this](const QString &refusal) { ui::prompts::inform(this, refusal); });
+    setWidths(m_controls.found, m_description.foundWidths);
+    m_controls.date->setDate(workspace().today());
     if (workspace().panel.automaticNumbers) {
-        m_number->setReadOnly(true);
-        m_number->setFocusPolicy(Qt::NoFocus);
+        m_controls.number->setReadOnly(true);
+        m_controls.number->setFocusPolicy(Qt::NoFocus);
     }
     setUpLines();
     connectControls();
@@ -50,41 +46,23 @@ void SlipScreen::setUpSlip()
     setUp();
 }
 
-void SlipScreen::findControls()
-{
-    const auto line = [this](QStringView name) { return findChild<QLineEdit *>(name.toString()); };
-    m_key = line(u"txtKey1");
-    m_counterpart = line(u"Text1");
-    m_counterpart->hide();
-    m_number = line(u"txtDenNo");
-    m_date = findChild<QDateEdit *>(u"DTPicker1"_s);
-    m_message = findChild<QLabel *>(u"lblMessage"_s);
-    m_foundGrid = findChild<ui::Grid *>(u"DataGrid1"_s);
-    for (const HeaderField &field : m_description.fields)
-        m_fields.push_back(line(field.control));
-    for (const ControlLife &life : controlLives) {
-        if (auto *control = findChild<QWidget *>(QString::fromUtf16(life.control)))
-            m_lives.emplace_back(control, &life);
-    }
-}
-
 void SlipScreen::connectControls()
 {
-    const auto press = [this](QStringView name, void (SlipScreen::*action)()) {
-        connect(findChild<QPushButton *>(name.toString()), &QPushButton::clicked, this, action);
+    const auto press = [this](QPushButton *button, void (SlipScreen::*action)()) {
+        connect(button, &QPushButton::clicked, this, action);
     };
-    press(u"Command1", &SlipScreen::search);
-    press(u"cmdMasterUpdate", &SlipScreen::saveHeader);
-    press(u"cmdNext", &SlipScreen::next);
-    press(u"cmdMasterCancel", &SlipScreen::cancelSlip);
-    if (auto *newCounterpart = findChild<QPushButton *>(u"Command4"_s))
-        connect(newCounterpart, &QPushButton::clicked, this, &SlipScreen::editNewCounterpart);
+    press(m_controls.search, &SlipScreen::search);
+    press(m_controls.save, &SlipScreen::saveHeader);
+    press(m_controls.next, &SlipScreen::next);
+    press(m_controls.cancel, &SlipScreen::cancelSlip);
+    if (m_controls.newCounterpart)
+        press(m_controls.newCounterpart, &SlipScreen::editNewCounterpart);
     connect(&m_found, &db::Recordset::currentRowChanged, this, &SlipScreen::showCounterpart);
     if (!workspace().panel.automaticNumbers)
-        connect(new ui::LeaveWatch(m_number), &ui::LeaveWatch::left, this, &SlipScreen::checkNumber);
+        connect(new ui::LeaveWatch(m_controls.number), &ui::LeaveWatch::left, this, &SlipScreen::checkNumber);
 }
 
-qint64 SlipScreen::counterpart() const { return m_counterpart->text().toLongLong(); }
+qint64 SlipScreen::counterpart() const { return m_controls.counterpart->text().toLongLong(); }
 
 QDate SlipScreen::date() const { return m_date->date(); }
 
@@ -92,21 +70,21 @@ QDate SlipScreen::date() const { return m_date->date(); }
 
 void SlipScreen::search()
 {
-    if (m_key->text().trimmed().isEmpty()) {
+    if (m_controls.key->text().trimmed().isEmpty()) {
         ui::prompts::inform(this, ui::messages::searchEmpty());
-        m_key->setFocus();
+        m_controls.key->setFocus();
         return;
     }
-    if (!tell(book::searchCounterparts(m_found, m_description.search, m_key->text())))
+    if (!tell(book::searchCounterparts(m_found, m_description.search, m_controls.key->text())))
         return;
     if (!m_found.isEmpty()) {
         if (m_found.count() == 1) // needs no choosing
             goOnWithHeader();
         else
-            m_foundGrid->setFocus();
+            m_controls.found->setFocus();
         return;
     }
-    m_key->setFocus();
+    m_controls.key->setFocus();
     if (ui::prompts::ask(this, QString::fromUtf16(m_description.nothingFound)))
         editNewCounterpart();
 }
@@ -120,19 +98,19 @@ void SlipScreen::editNewCounterpart()
 
 void SlipScreen::goOnWithHeader()
 {
-    if (m_number->isReadOnly())
-        m_date->setFocus();
+    if (m_controls.number->isReadOnly())
+        m_controls.date->setFocus();
     else
-        m_number->setFocus();
+        m_controls.number->setFocus();
 }
 
 void SlipScreen::showCounterpart()
 {
     const bool chosen = m_found.currentRow() >= 0;
-    m_counterpart->setText(chosen ? QString::number(m_found.currentKey()) : QString());
-    for (std::size_t field = 0; field < m_fields.size(); ++field) {
-        m_fields[field]->setText(m_found.text(QString::fromUtf16(m_description.fields[field].column)));
-        m_fields[field]->setCursorPosition(0);
+    m_controls.counterpart->setText(chosen ? QString::number(m_found.currentKey()) : QString());
+    for (const HeaderField &field : m_controls.fields) {
+        field.box->setText(m_found.text(QString::fromUtf16(field.column)));
+        field.box->setCursorPosition(0);
     }
     counterpartShown(chosen);
     if (chosen) {
@@ -143,10 +121,10 @@ void SlipScreen::showCounterpart()
 
 void SlipScreen::checkNumber()
 {
-    const auto checked =
-        book::checkManualNumber(workspace().connection, m_number->text(), m_description.manualLetter);
+    const auto checked = book::checkManualNumber(workspace().connection, m_controls.number->text(),
+                                                 m_description.manualLetter);
     if (!checked)
-        m_number->setFocus();
+        m_controls.number->setFocus();
     tell(checked);
 }
 
@@ -155,13 +133,13 @@ void SlipScreen::saveHeader()
     const workspace::Panel &panel = workspace().panel;
     book::NewSlip slip;
     slip.kind = m_description.kind;
-    slip.date = m_date->date();
+    slip.date = m_controls.date->date();
     slip.counterpart = counterpart();
     slip.employee = panel.employeeId;
     slip.taxRate = panel.taxRate;
     slip.infix = panel.numberInfix;
     if (!panel.automaticNumbers)
-        slip.manualNumber = m_number->text();
+        slip.manualNumber = m_controls.number->text();
     slip.manualLetter = m_description.manualLetter;
     if (m_description.stampsCounterpart)
         slip.stamp = workspace().today();
@@ -169,22 +147,22 @@ void SlipScreen::saveHeader()
     const auto saved = book::saveHeader(workspace().connection, slip);
     if (!saved) {
         if (slip.counterpart == 0 || saved.error().gone)
-            m_key->setFocus();
+            m_controls.key->setFocus();
         else if (!book::isSlipDate(slip.date))
-            m_date->setFocus();
+            m_controls.date->setFocus();
         else if (slip.manualNumber)
-            m_number->setFocus();
+            m_controls.number->setFocus();
         ui::prompts::inform(this, saved.error().text);
         return;
     }
     m_header = *saved;
-    m_number->setText(m_header.number);
+    m_controls.number->setText(m_header.number);
     beginLines();
     enter(SlipState::HeaderSaved);
     focusLine();
 }
 
-void SlipScreen::say(const QString &text) { m_message->setText(text); }
+void SlipScreen::say(const QString &text) { m_controls.message->setText(text); }
 
 // --- The end of a slip ---
 
@@ -232,7 +210,7 @@ void SlipScreen::leaveSlip(const QString &message)
 {
     clearForNext(message);
     enter(SlipState::Closed);
-    m_key->setFocus();
+    m_controls.key->setFocus();
 }
 
 void SlipScreen::clearForNext(const QString &message)
@@ -240,17 +218,25 @@ void SlipScreen::clearForNext(const QString &message)
     tell(book::openCounterpart(m_found, m_description.search, 0));
     m_header = {};
     clearLines();
-    m_key->clear();
-    m_number->setText(workspace().panel.automaticNumbers ? QString(QChar(m_description.kind.letter))
-                                                         : QString());
+    m_controls.key->clear();
+    m_controls.number->setText(workspace().panel.automaticNumbers ? QString(QChar(m_description.kind.letter))
+                                                                  : QString());
     say(message);
 }
 
 void SlipScreen::enter(SlipState state)
 {
     m_state = state;
-    for (const auto &[control, life] : m_lives)
-        control->setEnabled(isUsable(*life, state));
+    const auto set = [state](QWidget *control, const ControlLife &life) {
+        control->setEnabled(isUsable(life, state));
+    };
+    set(m_controls.header, headerLife);
+    set(m_controls.lines, linesLife);
+    set(m_controls.addLine, linesLife);
+    set(m_controls.removeLine, linesLife);
+    for (QPushButton *button : {m_controls.next, m_controls.cancel, m_controls.print})
+        if (button)
+            set(button, finishingLife);
 }
 
 bool SlipScreen::mayClose()

@@ -2,29 +2,14 @@
 
 #include "book/counterpart_search.h"
 #include "book/slip_store.h"
+#include "slips/entry/slip_controls.h"
 #include "slips/entry/slip_state.h"
 #include "ui/screen.h"
 
 #include <functional>
 
-class QDateEdit;
-class QLabel;
-class QLineEdit;
-
-namespace ui
-{
-class Grid;
-}
-
 namespace slips
 {
-
-/// A box of the header that shows a column of the chosen counterpart.
-struct HeaderField
-{
-    const char16_t *control;
-    const char16_t *column;
-};
 
 /// Wherein the headers of the slip screens differ.
 struct SlipDescription
@@ -34,15 +19,14 @@ struct SlipDescription
     const book::CounterpartSearch &search;
     const char16_t *nothingFound; // question after a search without result
     std::vector<int> foundWidths; // of the search result's columns, pixels; 0 hides one
-    std::vector<HeaderField> fields;
-    bool stampsCounterpart; // today becomes its 更新日
+    bool stampsCounterpart;       // today becomes its 更新日
 };
 
 /// Sets the first widths of \a grid's columns, pixels; 0 hides one.
 void setWidths(ui::Grid *grid, const std::vector<int> &pixels);
 
-/// The screens that enter slips: choose the counterpart, save the header, enter lines, close. They share the
-/// names of their controls. This base does the header and the life of a slip; what a line is, is told by the
+/// The screens that enter slips: choose the counterpart, save the header, enter lines, close. This
+/// base does the header and the life of a slip; what a line is, is told by the
 /// classes below it.
 class SlipScreen : public ui::Screen
 {
@@ -60,11 +44,11 @@ protected:
     SlipScreen(workspace::Workspace &workspace, QWidget *parent, SlipDescription description);
 
     /// To be called at the end of the constructor of the screen's own class, after setupUi().
-    void setUpSlip();
+    void setUpSlip(SlipControls controls);
 
     // What the kinds of lines do.
 
-    /// Finds and connects the controls of the lines.
+    /// Fills and connects the controls of the lines.
     virtual void setUpLines() = 0;
     /// Another counterpart is shown, or none.
     virtual void counterpartShown(bool /*chosen*/) {}
@@ -101,7 +85,6 @@ protected:
     bool mayClose() override;
 
 private:
-    void findControls();
     void connectControls();
 
     void search();
@@ -122,14 +105,7 @@ private:
     SlipState m_state = SlipState::NoHeader;
     book::SavedHeader m_header;
 
-    QLineEdit *m_key = nullptr;
-    QLineEdit *m_counterpart = nullptr;
-    QLineEdit *m_number = nullptr;
-    QDateEdit *m_date = nullptr;
-    QLabel *m_message = nullptr;
-    std::vector<QLineEdit *> m_fields; // as the description lists them
-    ui::Grid *m_foundGrid = nullptr;
-    std::vector<std::pair<QWidget *, const ControlLife *>> m_lives;
+    SlipControls m_controls = {};
 };
 
 } // namespace slips

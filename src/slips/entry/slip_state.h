@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <cstddef>
 
 namespace slips
 {
@@ -16,27 +16,18 @@ enum class SlipState {
 /// Where a control can be used.
 struct ControlLife
 {
-    const char16_t *control; // object name
-    std::array<bool, 4> enabled;
+    bool enabled[4];
 };
 
 inline constexpr bool on = true;
 inline constexpr bool off = false;
 
-/// The controls that the state switches. A screen that lacks one (the purchase slip prints nothing) passes
-/// over its row.
-inline constexpr std::array controlLives{
-    // clang-format off
-    //                               NoHeader  HeaderSaved  LinesPresent  Closed
-    ControlLife{u"Frame2",          {on,       off,         off,          on}},
-    ControlLife{u"Frame1",          {off,      on,          on,           off}},
-    ControlLife{u"cmdSubAdd",       {off,      on,          on,           off}},
-    ControlLife{u"cmdSubCancel",    {off,      on,          on,           off}},
-    ControlLife{u"cmdNext",         {off,      off,         on,           off}},
-    ControlLife{u"cmdMasterCancel", {off,      off,         on,           off}},
-    ControlLife{u"Command3",        {off,      off,         on,           off}},
-    // clang-format on
-};
+// clang-format off
+//                                            NoHeader  HeaderSaved  LinesPresent  Closed
+inline constexpr ControlLife headerLife    {{ on,       off,         off,          on  }};
+inline constexpr ControlLife linesLife     {{ off,      on,          on,           off }};
+inline constexpr ControlLife finishingLife {{ off,      off,         on,           off }};
+// clang-format on
 
 /// Whether \a life's control can be used in \a state.
 constexpr bool isUsable(const ControlLife &life, SlipState state)

@@ -82,14 +82,14 @@ struct SalesDesk
     }
     int headers() { return shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(); }
 
-    // The controls of the life table that can be used, in its order.
+    // Of the controls that the state of the slip switches, those that can be used.
     QString usable()
     {
         QStringList names;
-        for (const slips::ControlLife &life : slips::controlLives) {
-            const QString name = QString::fromUtf16(life.control);
-            if (screen->findChild<QWidget *>(name)->isEnabled())
-                names << name;
+        for (const char *name :
+             {"Frame2", "Frame1", "cmdSubAdd", "cmdSubCancel", "cmdNext", "cmdMasterCancel", "Command3"}) {
+            if (get<QWidget>(name)->isEnabled())
+                names << QLatin1StringView(name);
         }
         return names.join(u' ');
     }
@@ -99,7 +99,7 @@ struct SalesDesk
     std::unique_ptr<ScreenDriver> driver;
 };
 
-// What can be used of the controls of the life table, state by state.
+// What can be used, state by state.
 inline const QString headerOnly = u"Frame2"_s;
 inline const QString saved = u"Frame1 cmdSubAdd cmdSubCancel"_s;
 inline const QString withLines = u"Frame1 cmdSubAdd cmdSubCancel cmdNext cmdMasterCancel Command3"_s;
