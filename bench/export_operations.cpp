@@ -78,7 +78,7 @@ public:
     explicit RegisterDesk(const QString &fileName)
         : m_shop(fileName)
         , m_screen(m_shop.workspace)
-        , m_grid(control<ui::Grid>(m_screen, "DataGrid1"))
+        , m_grid(m_driver.the<ui::Grid>("DataGrid1"))
     {
         m_screen.show();
         settle();
@@ -95,13 +95,13 @@ public:
 
     double secondsToSave()
     {
-        auto &box = control<QLineEdit>(m_screen, "txtTantou");
+        auto &box = m_driver.box("txtTantou");
         box.setFocus();
         box.selectAll();
         box.insert(u"担当%1"_s.arg(++m_saved));
         settle();
         return bench::secondsOf([&] {
-            press(m_screen, "cmdNewDate");
+            m_driver.button("cmdNewDate").click();
             settle();
         });
     }
@@ -114,6 +114,7 @@ public:
 private:
     OpenShop m_shop;
     registers::frmNouhin m_screen;
+    ScreenDriver m_driver{&m_screen};
     ui::Grid &m_grid;
     int m_saved = 0;
 };

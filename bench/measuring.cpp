@@ -2,7 +2,6 @@
 
 #include "shop_maker.h"
 
-#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QFile>
 
@@ -69,12 +68,9 @@ void add(std::size_t row, const char *whose, std::function<double()> seconds)
         ->Unit(benchmark::kMillisecond);
 }
 
-void press(QWidget &screen, const char *button)
+double secondsToPress(QAbstractButton &button)
 {
-    auto &found = control<QAbstractButton>(screen, button);
-    if (!found.isEnabled())
-        qFatal("%s cannot be pressed", button);
-    found.click();
+    return secondsOf([&button] { button.click(); });
 }
 
 void settle() { QCoreApplication::processEvents(); }

@@ -4,9 +4,11 @@
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
+#include "support/screen_driver.h"
+
+#include <QAbstractButton>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QWidget>
 
 #include <functional>
 
@@ -55,18 +57,8 @@ double secondsOf(Work work)
     return double(timer.nsecsElapsed()) / 1e9;
 }
 
-/// The control \a name; a screen without it ends the program.
-template <class Control>
-Control &control(QWidget &screen, const char *name)
-{
-    auto *found = screen.findChild<Control *>(QLatin1StringView(name));
-    if (!found)
-        qFatal("the screen has no %s", name);
-    return *found;
-}
-
-/// Presses a button that can be pressed; else ends the program.
-void press(QWidget &screen, const char *button);
+/// How long what a button does takes, without the mouse's way to it.
+double secondsToPress(QAbstractButton &button);
 
 /// Until the screen is painted and takes the next key. The toolkit's painting is timed only where a screen
 /// opens: SQLite has nothing to set against it.

@@ -39,7 +39,7 @@ public:
 
     double secondsToFind(const QString &key)
     {
-        control<QLineEdit>(m_screen, "txtKey1").setText(key);
+        m_driver.box("txtKey1").setText(key);
         return secondsOf("Command1");
     }
 
@@ -54,11 +54,11 @@ public:
     /// A line typed into the slip that is open, from 入力 until it and the sums are shown.
     double secondsToEnterLine()
     {
-        control<QComboBox>(m_screen, "dbcShohin").setEditText(u"りんご"_s);
-        control<QComboBox>(m_screen, "dbcKikaku").setEditText(u"贈答用"_s);
-        control<QComboBox>(m_screen, "dbcTani").setEditText(u"箱"_s);
-        control<QLineEdit>(m_screen, "txtCnt").setText(u"2"_s);
-        control<QLineEdit>(m_screen, "txtTanka").setText(u"3980"_s);
+        m_driver.list("dbcShohin").setEditText(u"りんご"_s);
+        m_driver.list("dbcKikaku").setEditText(u"贈答用"_s);
+        m_driver.list("dbcTani").setEditText(u"箱"_s);
+        m_driver.box("txtCnt").setText(u"2"_s);
+        m_driver.box("txtTanka").setText(u"3980"_s);
         return secondsOf("cmdSubAdd");
     }
 
@@ -74,13 +74,14 @@ public:
 private:
     double secondsOf(const char *button)
     {
-        const double seconds = bench::secondsOf([&] { press(m_screen, button); });
+        const double seconds = secondsToPress(m_driver.button(button));
         settle();
         return seconds;
     }
 
     OpenShop m_shop;
     slips::frmOut m_screen;
+    ScreenDriver m_driver{&m_screen};
 };
 
 class Operations

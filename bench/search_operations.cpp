@@ -31,10 +31,10 @@ public:
 
     double secondsToFind(const QString &item, const QString &condition)
     {
-        auto &items = control<QComboBox>(m_screen, "Combo1");
+        auto &items = m_driver.list("Combo1");
         items.setCurrentIndex(items.findText(item));
-        control<QLineEdit>(m_screen, "txtKey").setText(condition);
-        const double seconds = secondsOf([this] { press(m_screen, "Command2"); });
+        m_driver.box("txtKey").setText(condition);
+        const double seconds = secondsToPress(m_driver.button("Command2"));
         settle();
         return seconds;
     }
@@ -42,6 +42,7 @@ public:
 private:
     OpenShop m_shop;
     registers::frmNouhinFind m_screen;
+    ScreenDriver m_driver{&m_screen};
 };
 
 // From the choice of the columns to the preview's first page.

@@ -1,10 +1,8 @@
 #include "registers/frmNouhin.h"
 #include "registers/postal/postal_index.h"
-#include "support/fresh_shop.h"
+#include "registers/register_desk.h"
 #include "support/postal_files.h"
-#include "support/screen_driver.h"
 #include "support/scripted_test.h"
-#include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 
@@ -31,12 +29,12 @@ const QString anyText;
 
 // The register of a shop with two categories and, when wanted, three customers: 3 田中, 1 山田, 2 鈴木 in the
 // list's order.
-struct Register : ScreenDriver
+struct Register : RegisterDesk<registers::frmNouhin>
 {
     enum With { NoCategories, NoCustomers, Customers };
 
     explicit Register(With with = Customers, const std::function<void(Register &)> &before = {})
-        : ScreenDriver(&screen)
+        : RegisterDesk(u"納品先"_s)
     {
         if (with != NoCategories)
             shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先'), (2, '一般')"_s);
@@ -53,29 +51,11 @@ struct Register : ScreenDriver
         show();
     }
 
-    ui::Grid &grid() { return the<ui::Grid>("DataGrid1"); }
-    void goTo(int row) { grid().setCurrentIndex(grid().model()->index(row, grid().currentIndex().column())); }
-
-    QString stored(const QString &columns, int id)
-    {
-        return shop.rows(u"SELECT "_s + columns + u" FROM 納品先 WHERE 納品先ID = "_s + QString::number(id))
-            .join(u'\n');
-    }
-    QString listed()
-    {
-        QStringList ids;
-        for (int row = 0; row < grid().model()->rowCount(); ++row)
-            ids << grid().model()->index(row, 0).data().toString();
-        return ids.join(u' ');
-    }
     QString enabled()
     {
         return ScreenDriver::enabled(
             {"Frame2", "DataGrid1", "panel", "cmdAdd", "cmdUpdate", "cmdNewDate", "cmdCancel", "cmdDelete"});
     }
-
-    FreshShop shop;
-    registers::frmNouhin screen{shop.workspace};
 };
 
 const QString browsing = u"Frame2 DataGrid1 panel cmdAdd cmdNewDate cmdDelete"_s;

@@ -1,10 +1,8 @@
 #include "registers/frmSiire.h"
 #include "registers/postal/postal_index.h"
-#include "support/fresh_shop.h"
+#include "registers/register_desk.h"
 #include "support/postal_files.h"
-#include "support/screen_driver.h"
 #include "support/scripted_test.h"
-#include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 
@@ -23,10 +21,10 @@ namespace
 const QString entryOpen = u"入力中の仕入先が登録されていません。登録しますか？"_s;
 
 // The register of a shop with the suppliers 2 and 5.
-struct Register : ScreenDriver
+struct Register : RegisterDesk<registers::frmSiire>
 {
     explicit Register(const std::function<void(Register &)> &before = {}, bool withSuppliers = true)
-        : ScreenDriver(&screen)
+        : RegisterDesk(u"仕入先"_s)
     {
         if (withSuppliers)
             shop.run(u"INSERT INTO 仕入先 (仕入先ID, コード, 仕入先名1, 仕入先名キー, 消費税区分) VALUES "
@@ -36,27 +34,10 @@ struct Register : ScreenDriver
         show();
     }
 
-    ui::Grid &grid() { return the<ui::Grid>("DataGrid1"); }
-    void goTo(int row) { grid().setCurrentIndex(grid().model()->index(row, grid().currentIndex().column())); }
-    QString stored(const QString &columns, int id)
-    {
-        return shop.rows(u"SELECT "_s + columns + u" FROM 仕入先 WHERE 仕入先ID = "_s + QString::number(id))
-            .join(u'\n');
-    }
-    QString listed()
-    {
-        QStringList ids;
-        for (int row = 0; row < grid().model()->rowCount(); ++row)
-            ids << grid().model()->index(row, 0).data().toString();
-        return ids.join(u' ');
-    }
     QString enabled()
     {
         return ScreenDriver::enabled({"DataGrid1", "panel", "cmdAdd", "cmdUpdate", "cmdCancel", "cmdDelete"});
     }
-
-    FreshShop shop;
-    registers::frmSiire screen{shop.workspace};
 };
 
 const QString browsing = u"DataGrid1 panel cmdAdd cmdUpdate cmdDelete"_s;

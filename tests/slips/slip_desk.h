@@ -1,6 +1,5 @@
 #pragma once
 
-#include "slips/entry/slip_state.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
 
@@ -47,6 +46,17 @@ public:
         return *m_driver;
     }
 
+    // What the driver does, for short.
+    template <class T = QWidget>
+    T &the(const char *name)
+    {
+        return driver().template the<T>(name);
+    }
+    QLineEdit &box(const char *name) { return driver().box(name); }
+    QString text(const char *name) { return box(name).text(); }
+    void press(const char *name) { driver().press(name); }
+    bool hasFocus(const char *name) { return the(name).hasFocus(); }
+
     /// Chooses the counterpart of \a taxClass and saves the header.
     void open(int taxClass)
     {
@@ -55,9 +65,10 @@ public:
         driver().press("cmdMasterUpdate");
     }
 
-    void goods(const QString &quantity, const QString &price)
+    void goods(const QString &quantity, const QString &price,
+               const QString &product = QStringLiteral("りんご"))
     {
-        driver().list("dbcShohin").setEditText(QStringLiteral("りんご"));
+        driver().list("dbcShohin").setEditText(product);
         driver().box("txtCnt").setText(quantity);
         driver().box("txtTanka").setText(price);
         driver().press("cmdSubAdd");

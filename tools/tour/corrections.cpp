@@ -33,26 +33,26 @@ void typeIntoCell(ui::Grid &grid, const QString &text)
 void FirstDay::correctSlips()
 {
     m_walker.visit(
-        u"sales correction"_s, [this] { m_walker.click(m_window, u"Command9"_s); },
+        u"sales correction"_s, [this] { m_walker.on(m_window).press(u"Command9"_s); },
         [this](QDialog &screen) {
-            m_walker.find<QComboBox>(screen, u"dbcNouhin"_s).setEditText(u"山田"_s);
-            m_walker.click(screen, u"Command1"_s);
-            auto &slips = m_walker.find<ui::Grid>(screen, u"DataGrid1"_s);
+            m_walker.on(screen).the<QComboBox>(u"dbcNouhin"_s).setEditText(u"山田"_s);
+            m_walker.on(screen).press(u"Command1"_s);
+            auto &slips = m_walker.on(screen).the<ui::Grid>(u"DataGrid1"_s);
             slips.setCurrentIndex(slips.model()->index(0, 1));
             m_walker.checkText(screen, u"txtDenNo"_s, u"O1"_s);
             m_walker.picture(screen, u"sales-correction"_s);
-            auto &lines = m_walker.find<ui::Grid>(screen, u"dgdSub"_s);
+            auto &lines = m_walker.on(screen).the<ui::Grid>(u"dgdSub"_s);
             lines.setFocus();
             const QModelIndex quantity = lines.model()->index(0, 3);
             const QString before = quantity.data(Qt::EditRole).toString();
             lines.setCurrentIndex(quantity);
             typeIntoCell(lines, u"９９"_s);
-            m_walker.check(m_walker.find<QLabel>(screen, u"lblMessage"_s).text().contains(u"数量×単価"_s),
+            m_walker.check(m_walker.on(screen).the<QLabel>(u"lblMessage"_s).text().contains(u"数量×単価"_s),
                            u"no remark on the quantity"_s);
             m_walker.picture(screen, u"sales-correction-remark"_s);
             lines.setCurrentIndex(quantity);
             typeIntoCell(lines, before);
-            m_walker.click(screen, u"Command3"_s);
+            m_walker.on(screen).press(u"Command3"_s);
         });
 }
 

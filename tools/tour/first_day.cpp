@@ -84,21 +84,21 @@ void FirstDay::makeFile()
 void FirstDay::registerCompany()
 {
     m_walker.visit(
-        u"own company"_s, [this] { m_walker.click(m_window, u"Command62"_s); },
+        u"own company"_s, [this] { m_walker.on(m_window).press(u"Command62"_s); },
         [this](QDialog &screen) {
-            m_walker.type(screen, u"txtName1"_s, str(company1));
-            m_walker.type(screen, u"txtName2"_s, str(company2));
-            m_walker.type(screen, u"txtZip"_s, u"380-0821"_s);
-            m_walker.type(screen, u"txtAddress1"_s, u"長野県長野市上千歳町１１３７番地２３"_s);
-            m_walker.type(screen, u"txtAddress2"_s, u"長野１１３７ビル１階"_s);
-            m_walker.type(screen, u"txtTel1"_s, u"026-224-1137"_s);
-            m_walker.type(screen, u"txtTel2"_s, u"0120-113-723"_s);
-            m_walker.type(screen, u"txtFax"_s, u"026-224-1138"_s);
-            m_walker.type(screen, u"txtBank1"_s, u"八十二銀行　本店営業部　普通　1234567"_s);
-            m_walker.type(screen, u"txtBank2"_s, u"ゆうちょ銀行　00520-1-234567"_s);
-            m_walker.type(screen, u"txtMemo"_s, u"登録番号　T1234567890123"_s);
+            m_walker.on(screen).enter(u"txtName1"_s, str(company1));
+            m_walker.on(screen).enter(u"txtName2"_s, str(company2));
+            m_walker.on(screen).enter(u"txtZip"_s, u"380-0821"_s);
+            m_walker.on(screen).enter(u"txtAddress1"_s, u"長野県長野市上千歳町１１３７番地２３"_s);
+            m_walker.on(screen).enter(u"txtAddress2"_s, u"長野１１３７ビル１階"_s);
+            m_walker.on(screen).enter(u"txtTel1"_s, u"026-224-1137"_s);
+            m_walker.on(screen).enter(u"txtTel2"_s, u"0120-113-723"_s);
+            m_walker.on(screen).enter(u"txtFax"_s, u"026-224-1138"_s);
+            m_walker.on(screen).enter(u"txtBank1"_s, u"八十二銀行　本店営業部　普通　1234567"_s);
+            m_walker.on(screen).enter(u"txtBank2"_s, u"ゆうちょ銀行　00520-1-234567"_s);
+            m_walker.on(screen).enter(u"txtMemo"_s, u"登録番号　T1234567890123"_s);
             m_walker.picture(screen, u"own-company"_s);
-            m_walker.click(screen, u"cmdUpdate"_s);
+            m_walker.on(screen).press(u"cmdUpdate"_s);
         });
     m_walker.check(value(u"SELECT 会社名1 FROM 自社情報"_s) == str(company1),
                    u"the own company is not stored"_s);
@@ -107,16 +107,16 @@ void FirstDay::registerCompany()
 void FirstDay::fillMaster(const QString &button, const QString &caption, const QStringList &names)
 {
     m_walker.visit(
-        caption, [this, &button] { m_walker.click(m_window, button); },
+        caption, [this, &button] { m_walker.on(m_window).press(button); },
         [this, &caption, &names](QDialog &screen) {
             m_walker.check(screen.windowTitle() == caption, u"the caption is "_s + screen.windowTitle());
             const QString box = screen.findChild<QLineEdit *>(u"txtShohin"_s) ? u"txtShohin"_s : u"txtName"_s;
             // An empty table starts its first row by itself.
             for (int i = 0; i < names.size(); ++i) {
                 if (i > 0)
-                    m_walker.click(screen, u"cmdAdd"_s);
-                m_walker.type(screen, box, names.at(i));
-                m_walker.click(screen, u"cmdUpdate"_s);
+                    m_walker.on(screen).press(u"cmdAdd"_s);
+                m_walker.on(screen).enter(box, names.at(i));
+                m_walker.on(screen).press(u"cmdUpdate"_s);
             }
             m_walker.picture(screen, screen.objectName());
         });
@@ -138,27 +138,27 @@ void FirstDay::designCompanyName()
 {
     const QString fileName = m_folder.filePath(u"company.rtf"_s);
     m_walker.visit(
-        u"extended company name"_s, [this] { m_walker.click(m_window, u"Command43"_s); },
+        u"extended company name"_s, [this] { m_walker.on(m_window).press(u"Command43"_s); },
         [this, &fileName](QDialog &screen) {
-            auto &text = m_walker.find<QTextEdit>(screen, u"RichTextBox1"_s);
+            auto &text = m_walker.on(screen).the<QTextEdit>(u"RichTextBox1"_s);
             text.setFocus();
             QInputMethodEvent typed;
             typed.setCommitString(u"有限会社　かんばん堂"_s);
             QCoreApplication::sendEvent(&text, &typed);
             text.selectAll();
-            m_walker.type(screen, u"Text7"_s, u"18"_s);
+            m_walker.on(screen).enter(u"Text7"_s, u"18"_s);
             m_walker.picture(screen, u"extended-company-name"_s);
             ui::file_dialogs::expectFile(fileName);
-            m_walker.click(screen, u"Command2"_s);
+            m_walker.on(screen).press(u"Command2"_s);
         });
     m_walker.check(QFile::exists(fileName), u"the extended company name is not saved"_s);
 }
 
 void FirstDay::setUpPanel()
 {
-    m_walker.type(m_window, u"txtTaxRate"_s, u"１０"_s);
-    m_walker.choose(m_window, u"Combo2"_s, u"A4 無地"_s);
-    m_walker.choose(m_window, u"dbcShain"_s, str(employees[0]));
+    m_walker.on(m_window).enter(u"txtTaxRate"_s, u"１０"_s);
+    m_walker.on(m_window).choose(u"Combo2"_s, u"A4 無地"_s);
+    m_walker.on(m_window).choose(u"dbcShain"_s, str(employees[0]));
     m_walker.check(m_workspace.panel.taxRate == 10, u"the tax rate is not 10"_s);
     m_walker.checkText(m_window, u"txtTaxRate"_s, u"10"_s);
     m_walker.check(m_workspace.panel.employeeId == 1, u"nobody is in charge"_s);
@@ -167,27 +167,27 @@ void FirstDay::setUpPanel()
 void FirstDay::registerCustomers()
 {
     m_walker.visit(
-        u"customers"_s, [this] { m_walker.click(m_window, u"Command3"_s); },
+        u"customers"_s, [this] { m_walker.on(m_window).press(u"Command3"_s); },
         [this](QDialog &screen) {
             for (const Customer &customer : customers) {
-                m_walker.click(screen, u"cmdAdd"_s);
-                m_walker.typeConverted(screen, u"txtName"_s, str(customer.kana), str(customer.name));
-                m_walker.type(screen, u"txtName2"_s, str(customer.name2));
+                m_walker.on(screen).press(u"cmdAdd"_s);
+                m_walker.on(screen).enter(u"txtName", str(customer.name), str(customer.kana));
+                m_walker.on(screen).enter(u"txtName2"_s, str(customer.name2));
                 typePostalCode(screen, str(customer.zip));
-                m_walker.type(screen, u"txtAddress"_s, str(customer.address1));
-                m_walker.type(screen, u"txtAddress2"_s, str(customer.address2));
-                m_walker.type(screen, u"txtTel"_s, str(customer.telephone));
-                m_walker.choose(screen, u"dbcKubun"_s, str(customer.category));
-                auto &day = m_walker.find<QComboBox>(screen, u"cmdBill"_s);
-                auto &taxClass = m_walker.find<QComboBox>(screen, u"Combo1"_s);
-                m_walker.choose(screen, u"cmdBill"_s, day.itemText(customer.closingDay));
-                m_walker.choose(screen, u"Combo1"_s, taxClass.itemText(customer.taxClass));
-                m_walker.click(screen, u"cmdUpdate"_s);
+                m_walker.on(screen).enter(u"txtAddress"_s, str(customer.address1));
+                m_walker.on(screen).enter(u"txtAddress2"_s, str(customer.address2));
+                m_walker.on(screen).enter(u"txtTel"_s, str(customer.telephone));
+                m_walker.on(screen).choose(u"dbcKubun"_s, str(customer.category));
+                auto &day = m_walker.on(screen).the<QComboBox>(u"cmdBill"_s);
+                auto &taxClass = m_walker.on(screen).the<QComboBox>(u"Combo1"_s);
+                m_walker.on(screen).choose(u"cmdBill"_s, day.itemText(customer.closingDay));
+                m_walker.on(screen).choose(u"Combo1"_s, taxClass.itemText(customer.taxClass));
+                m_walker.on(screen).press(u"cmdUpdate"_s);
             }
-            m_walker.click(screen, u"Command6"_s);
+            m_walker.on(screen).press(u"Command6"_s);
             m_walker.picture(screen, u"customers"_s);
-            m_walker.find<QLineEdit>(screen, u"txtKey1"_s).setText(u"ﾔﾏﾀﾞ"_s);
-            m_walker.click(screen, u"cmdFind"_s);
+            m_walker.on(screen).the<QLineEdit>(u"txtKey1"_s).setText(u"ﾔﾏﾀﾞ"_s);
+            m_walker.on(screen).press(u"cmdFind"_s);
             m_walker.checkText(screen, u"txtName4"_s, u"山田太郎  03-1234-5678 ﾔﾏﾀﾞﾀﾛｳ"_s);
             m_walker.picture(screen, u"customer-found"_s);
             lookAtImport(screen);
@@ -206,32 +206,32 @@ void FirstDay::lookAtImport(QDialog &screen)
         "山田　太郎\tヤマダタロウ\t\t\t03-1234-5678\t一般のお客様\tカタログ希望\n"
         "\t\t5300001\t大阪府大阪市北区梅田１丁目\t06-5555-0199\t一般のお客様\t\n"
         "小川商店\tオガワショウテン\t9800014\t宮城県仙台市青葉区本町３丁目\t022-555-0144\t特別\t\n"_s);
-    m_walker.click(screen, u"Command2"_s);
+    m_walker.on(screen).press(u"Command2"_s);
     m_walker.picture(screen, u"customer-import"_s);
     m_walker.visit(
-        u"import settings"_s, [&] { m_walker.click(screen, u"Command4"_s); },
+        u"import settings"_s, [&] { m_walker.on(screen).press(u"Command4"_s); },
         [this](QDialog &settings) { m_walker.picture(settings, u"customer-import-settings"_s); });
-    m_walker.click(screen, u"cmdBack"_s);
+    m_walker.on(screen).press(u"cmdBack"_s);
 }
 
 void FirstDay::registerSuppliers()
 {
     m_walker.visit(
-        u"suppliers"_s, [this] { m_walker.click(m_window, u"Command28"_s); },
+        u"suppliers"_s, [this] { m_walker.on(m_window).press(u"Command28"_s); },
         [this](QDialog &screen) {
             for (const Supplier &supplier : suppliers) {
-                m_walker.click(screen, u"cmdAdd"_s);
-                m_walker.type(screen, u"txtCode"_s, str(supplier.code));
-                m_walker.type(screen, u"txtName1"_s, str(supplier.name));
-                m_walker.type(screen, u"txtTantou1"_s, str(supplier.contact));
+                m_walker.on(screen).press(u"cmdAdd"_s);
+                m_walker.on(screen).enter(u"txtCode"_s, str(supplier.code));
+                m_walker.on(screen).enter(u"txtName1"_s, str(supplier.name));
+                m_walker.on(screen).enter(u"txtTantou1"_s, str(supplier.contact));
                 typePostalCode(screen, str(supplier.zip));
-                m_walker.type(screen, u"txtAddress1"_s, str(supplier.address1));
-                m_walker.type(screen, u"txtTel1"_s, str(supplier.telephone));
-                m_walker.type(screen, u"txtPay1"_s, str(supplier.payment));
-                m_walker.type(screen, u"txtPay2"_s, str(supplier.bank));
-                auto &taxClass = m_walker.find<QComboBox>(screen, u"Combo1"_s);
-                m_walker.choose(screen, u"Combo1"_s, taxClass.itemText(supplier.taxClass));
-                m_walker.click(screen, u"cmdUpdate"_s);
+                m_walker.on(screen).enter(u"txtAddress1"_s, str(supplier.address1));
+                m_walker.on(screen).enter(u"txtTel1"_s, str(supplier.telephone));
+                m_walker.on(screen).enter(u"txtPay1"_s, str(supplier.payment));
+                m_walker.on(screen).enter(u"txtPay2"_s, str(supplier.bank));
+                auto &taxClass = m_walker.on(screen).the<QComboBox>(u"Combo1"_s);
+                m_walker.on(screen).choose(u"Combo1"_s, taxClass.itemText(supplier.taxClass));
+                m_walker.on(screen).press(u"cmdUpdate"_s);
             }
             m_walker.checkText(screen, u"txtName4"_s, u"戸隠そば製粉所 S03 026-254-0103"_s);
             m_walker.picture(screen, u"suppliers"_s);
@@ -242,7 +242,7 @@ void FirstDay::registerSuppliers()
 // A code of several towns lists them to choose from.
 void FirstDay::typePostalCode(QDialog &screen, const QString &zip)
 {
-    m_walker.type(screen, u"txtZip"_s, zip);
+    m_walker.on(screen).enter(u"txtZip"_s, zip);
     QTest::qWait(1); // the list comes with the next turn of the event loop
     if (QWidget *list = QApplication::activePopupWidget()) {
         m_walker.picture(*list, u"postal-code-areas"_s);
@@ -257,10 +257,10 @@ void FirstDay::lookPostalCodesUp()
     if (!index || index->empty())
         return;
     m_walker.visit(
-        u"postal codes"_s, [this] { m_walker.find<QAction>(m_window, u"mnuZip"_s).trigger(); },
+        u"postal codes"_s, [this] { m_walker.on(m_window).the<QAction>(u"mnuZip"_s).trigger(); },
         [this](QDialog &screen) {
-            m_walker.find<QLineEdit>(screen, u"Text2"_s).setText(u"長野県長野市上千歳町"_s);
-            m_walker.click(screen, u"Command4"_s);
+            m_walker.on(screen).the<QLineEdit>(u"Text2"_s).setText(u"長野県長野市上千歳町"_s);
+            m_walker.on(screen).press(u"Command4"_s);
             m_walker.checkText(screen, u"Text1"_s, u"380-0821"_s);
             m_walker.picture(screen, u"postal-codes"_s);
         });
@@ -270,27 +270,27 @@ void FirstDay::enterSlips()
 {
     const QList<Slip> all = slips();
     m_walker.visit(
-        u"sales slips"_s, [this] { m_walker.click(m_window, u"Command45"_s); },
+        u"sales slips"_s, [this] { m_walker.on(m_window).press(u"Command45"_s); },
         [this, &all](QDialog &screen) {
             m_walker.picture(screen, u"sales-slip-empty"_s);
             for (int i = 0; i < all.size(); ++i) {
                 const Slip &slip = all.at(i);
-                m_walker.find<QLineEdit>(screen, u"txtKey1"_s).setText(str(slip.customerKey));
-                m_walker.click(screen, u"Command1"_s);
+                m_walker.on(screen).the<QLineEdit>(u"txtKey1"_s).setText(str(slip.customerKey));
+                m_walker.on(screen).press(u"Command1"_s);
                 if (i == 0)
                     m_walker.picture(screen, u"sales-slip-customer-found"_s);
-                m_walker.click(screen, u"cmdMasterUpdate"_s);
+                m_walker.on(screen).press(u"cmdMasterUpdate"_s);
                 m_walker.checkText(screen, u"txtDenNo"_s, u"O%1"_s.arg(i + 1));
                 enterLines(screen, slip);
                 if (i == 0)
                     m_walker.picture(screen, u"sales-slip-lines"_s);
                 printNote(screen, i);
-                m_walker.click(screen, u"cmdNext"_s);
+                m_walker.on(screen).press(u"cmdNext"_s);
             }
             // The first customer again: the earlier lines are listed.
-            m_walker.find<QLineEdit>(screen, u"txtKey1"_s).setText(str(all.first().customerKey));
-            m_walker.click(screen, u"Command1"_s);
-            m_walker.click(screen, u"cmdMasterUpdate"_s);
+            m_walker.on(screen).the<QLineEdit>(u"txtKey1"_s).setText(str(all.first().customerKey));
+            m_walker.on(screen).press(u"Command1"_s);
+            m_walker.on(screen).press(u"cmdMasterUpdate"_s);
             m_walker.picture(screen, u"sales-slip-earlier-lines"_s);
         });
 }
@@ -298,13 +298,13 @@ void FirstDay::enterSlips()
 void FirstDay::enterLines(QDialog &screen, const Slip &slip)
 {
     for (const Line &line : slip.lines) {
-        m_walker.choose(screen, u"dbcShohin"_s, str(products[line.product]));
+        m_walker.on(screen).choose(u"dbcShohin"_s, str(products[line.product]));
         if (line.specification >= 0)
-            m_walker.choose(screen, u"dbcKikaku"_s, str(specifications[line.specification]));
-        m_walker.choose(screen, u"dbcTani"_s, str(units[line.unit]));
-        m_walker.type(screen, u"txtCnt"_s, str(line.quantity));
-        m_walker.type(screen, u"txtTanka"_s, str(line.price));
-        m_walker.click(screen, u"cmdSubAdd"_s);
+            m_walker.on(screen).choose(u"dbcKikaku"_s, str(specifications[line.specification]));
+        m_walker.on(screen).choose(u"dbcTani"_s, str(units[line.unit]));
+        m_walker.on(screen).enter(u"txtCnt"_s, str(line.quantity));
+        m_walker.on(screen).enter(u"txtTanka"_s, str(line.price));
+        m_walker.on(screen).press(u"cmdSubAdd"_s);
     }
     m_walker.checkText(screen, u"txtTotal"_s, str(slip.total));
     m_walker.checkText(screen, u"Text2"_s, str(slip.tax));
@@ -314,12 +314,12 @@ void FirstDay::printNote(QDialog &screen, int number)
 {
     const QString fileName = m_folder.filePath(u"delivery-note-O%1.pdf"_s.arg(number + 1));
     m_walker.visit(
-        u"note %1"_s.arg(number + 1), [this, &screen] { m_walker.click(screen, u"Command3"_s); },
+        u"note %1"_s.arg(number + 1), [this, &screen] { m_walker.on(screen).press(u"Command3"_s); },
         [this, number, &fileName](QDialog &preview) {
             if (number == 0 || number == 9)
                 m_walker.picture(preview, u"delivery-note-preview"_s);
             ui::file_dialogs::expectFile(fileName);
-            m_walker.click(preview, u"cmdPdf"_s);
+            m_walker.on(preview).press(u"cmdPdf"_s);
         });
     m_walker.check(QFileInfo(fileName).size() > 1000, u"the note is not there as PDF"_s);
 }
@@ -327,27 +327,27 @@ void FirstDay::printNote(QDialog &screen, int number)
 // Compaction, the list of backups, and the file built anew.
 void FirstDay::lookAfterFile()
 {
-    m_walker.find<QTabWidget>(m_window, u"SSTab1"_s).setCurrentIndex(6);
+    m_walker.on(m_window).the<QTabWidget>(u"SSTab1"_s).setCurrentIndex(6);
     ui::prompts::expectInform(u"データベースを最適化しました。"_s);
-    m_walker.click(m_window, u"Command22"_s);
+    m_walker.on(m_window).press(u"Command22"_s);
     m_walker.picture(m_window, u"main-after-compaction"_s);
     // The compaction leaves nobody chosen.
-    m_walker.find<QComboBox>(m_window, u"dbcShain"_s).setCurrentIndex(0);
+    m_walker.on(m_window).the<QComboBox>(u"dbcShain"_s).setCurrentIndex(0);
     m_walker.check(
         bool(app::backUpDated(m_workspace.connection, m_workspace.applicationFolder(), m_workspace.today())),
         u"no backup was made"_s);
     m_walker.visit(
-        u"backups"_s, [this] { m_walker.click(m_window, u"cmdBackups"_s); },
+        u"backups"_s, [this] { m_walker.on(m_window).press(u"cmdBackups"_s); },
         [this](QDialog &screen) { m_walker.picture(screen, u"backups"_s); });
     const QString anew = m_folder.filePath(u"anew.cdb"_s);
     QFile::remove(anew);
     m_walker.visit(
-        u"file built anew"_s, [this] { m_walker.click(m_window, u"Command7"_s); },
+        u"file built anew"_s, [this] { m_walker.on(m_window).press(u"Command7"_s); },
         [this, &anew](QDialog &screen) {
             ui::file_dialogs::expectFile(anew);
             ui::prompts::expectAsk(
                 u"すべての行を新しいファイルに移しました。\n新しいファイルで作業を続けますか？"_s, false);
-            m_walker.click(screen, u"Command1"_s);
+            m_walker.on(screen).press(u"Command1"_s);
             m_walker.picture(screen, u"file-built-anew"_s);
         });
 }
@@ -357,19 +357,20 @@ void FirstDay::lookAfterFile()
 void FirstDay::chooseCustomers()
 {
     const auto search = [this](QDialog &screen) {
-        m_walker.choose(screen, u"Combo1"_s, u"納品先名"_s);
-        m_walker.type(screen, u"txtKey"_s, u"山"_s);
-        m_walker.click(screen, u"Command2"_s);
+        m_walker.on(screen).choose(u"Combo1"_s, u"納品先名"_s);
+        m_walker.on(screen).enter(u"txtKey"_s, u"山"_s);
+        m_walker.on(screen).press(u"Command2"_s);
     };
     m_walker.visit(
-        u"bulk deletion"_s, [this] { m_walker.find<QAction>(m_window, u"mnuCustomDel"_s).trigger(); },
+        u"bulk deletion"_s, [this] { m_walker.on(m_window).the<QAction>(u"mnuCustomDel"_s).trigger(); },
         [this, &search](QDialog &screen) {
             search(screen);
-            m_walker.choose(screen, u"Combo1"_s, u"すべて選択"_s);
+            m_walker.on(screen).choose(u"Combo1"_s, u"すべて選択"_s);
             m_walker.picture(screen, u"customers-to-delete"_s);
         });
     m_walker.visit(
-        u"supplementary roster"_s, [this] { m_walker.find<QAction>(m_window, u"mnuCustomSub"_s).trigger(); },
+        u"supplementary roster"_s,
+        [this] { m_walker.on(m_window).the<QAction>(u"mnuCustomSub"_s).trigger(); },
         [this, &search](QDialog &screen) {
             search(screen);
             m_walker.picture(screen, u"supplementary-roster"_s);
@@ -378,27 +379,27 @@ void FirstDay::chooseCustomers()
 
 void FirstDay::lookAround()
 {
-    auto &tabs = m_walker.find<QTabWidget>(m_window, u"SSTab1"_s);
+    auto &tabs = m_walker.on(m_window).the<QTabWidget>(u"SSTab1"_s);
     for (int page = 0; page < tabs.count(); ++page) {
         tabs.setCurrentIndex(page);
         m_walker.picture(m_window, u"main-%1"_s.arg(page + 1));
     }
     tabs.setCurrentIndex(0);
     m_walker.visit(
-        u"about"_s, [this] { m_walker.find<QAction>(m_window, u"mnuAbout"_s).trigger(); },
+        u"about"_s, [this] { m_walker.on(m_window).the<QAction>(u"mnuAbout"_s).trigger(); },
         [this](QDialog &screen) { m_walker.picture(screen, u"about"_s); });
     app::frmSplash splash;
     splash.show();
     m_walker.picture(splash, u"splash"_s);
     splash.close();
-    m_walker.find<QAction>(m_window, u"mnuMonthv"_s).trigger();
+    m_walker.on(m_window).the<QAction>(u"mnuMonthv"_s).trigger();
     m_walker.picture(m_window, u"main-calendar"_s);
-    m_walker.find<QAction>(m_window, u"mnuColoursDark"_s).trigger();
+    m_walker.on(m_window).the<QAction>(u"mnuColoursDark"_s).trigger();
     m_walker.picture(m_window, u"main-dark"_s);
     m_walker.visit(
-        u"customers in the dark"_s, [this] { m_walker.click(m_window, u"Command29"_s); },
+        u"customers in the dark"_s, [this] { m_walker.on(m_window).press(u"Command29"_s); },
         [this](QDialog &screen) { m_walker.picture(screen, u"customers-dark"_s); });
-    m_walker.find<QAction>(m_window, u"mnuColoursLight"_s).trigger();
+    m_walker.on(m_window).the<QAction>(u"mnuColoursLight"_s).trigger();
 }
 
 // What the day left in the books, counted without the program's own statements.

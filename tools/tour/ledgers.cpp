@@ -21,11 +21,11 @@ namespace
 void printLedger(Walker &walker, QDialog &ledger, const QString &fileName)
 {
     walker.visit(
-        u"ledger preview"_s, [&] { walker.click(ledger, u"Command2"_s); },
+        u"ledger preview"_s, [&] { walker.on(ledger).press(u"Command2"_s); },
         [&](QDialog &preview) {
             walker.picture(preview, u"ledger-preview"_s);
             ui::file_dialogs::expectFile(fileName);
-            walker.click(preview, u"cmdPdf"_s);
+            walker.on(preview).press(u"cmdPdf"_s);
         });
     walker.check(QFileInfo(fileName).size() > 1000, u"the ledger is not there as PDF"_s);
 }
@@ -35,21 +35,21 @@ void printLedger(Walker &walker, QDialog &ledger, const QString &fileName)
 void lookIntoLedgers(Walker &walker, QWidget &window, const QDir &folder)
 {
     const auto choose = [&](const QString &item) {
-        return [&walker, &window, item] { walker.find<QAction>(window, item).trigger(); };
+        return [&walker, &window, item] { walker.on(window).the<QAction>(item).trigger(); };
     };
     walker.visit(u"balances"_s, choose(u"mnuReportZandaka"_s), [&](QDialog &balances) {
         QApplication::processEvents(); // the list comes when the screen is there
         walker.picture(balances, u"receivable-balances"_s);
         walker.visit(
-            u"ledger"_s, [&] { walker.click(balances, u"Command4"_s); },
+            u"ledger"_s, [&] { walker.on(balances).press(u"Command4"_s); },
             [&](QDialog &ledger) {
                 walker.picture(ledger, u"receivable-ledger"_s);
                 printLedger(walker, ledger, folder.filePath(u"ledger.pdf"_s));
             });
     });
     walker.visit(u"payable ledger"_s, choose(u"mnuInMoto"_s), [&](QDialog &ledger) {
-        walker.find<QLineEdit>(ledger, u"txtKey1"_s).setText(u"千曲"_s);
-        walker.click(ledger, u"Command1"_s);
+        walker.on(ledger).the<QLineEdit>(u"txtKey1"_s).setText(u"千曲"_s);
+        walker.on(ledger).press(u"Command1"_s);
         walker.checkText(ledger, u"txtSum5"_s, u"46,493"_s);
         walker.picture(ledger, u"payable-ledger"_s);
     });

@@ -22,7 +22,7 @@ void convertOldFile(Walker &walker, workspace::Workspace &workspace, app::frmAMa
     const QString old = folder.absoluteFilePath(u"以前の店.cdb"_s);
     const QString converted = folder.absoluteFilePath(u"以前の店_新形式.cdb"_s);
     walker.check(QFile::copy(QStringLiteral(LEGACY_FILE), old), u"no old file"_s);
-    auto &open = walker.find<QAction>(window, u"mnuOpen"_s);
+    auto &open = walker.on(window).the<QAction>(u"mnuOpen"_s);
 
     ui::file_dialogs::expectFile(old);
     ui::prompts::expectAsk({}, true);
@@ -31,14 +31,14 @@ void convertOldFile(Walker &walker, workspace::Workspace &workspace, app::frmAMa
         u"conversion"_s, [&open] { open.trigger(); },
         [&walker](QDialog &screen) {
             walker.picture(screen, u"conversion"_s);
-            walker.click(screen, u"cmdClose"_s);
+            walker.on(screen).press(u"cmdClose"_s);
         });
     walker.check(workspace.connection.fileName() == converted,
                  u"the converted file is not the current one"_s);
     const auto lines = workspace.connection.select(u"SELECT count(*) FROM 入出庫サブ"_s);
     walker.check(lines && lines->rows.front().front().toInt() == 2062, u"lines are missing"_s);
     walker.visit(
-        u"customers of the old file"_s, [&] { walker.click(window, u"Command29"_s); },
+        u"customers of the old file"_s, [&] { walker.on(window).press(u"Command29"_s); },
         [&walker](QDialog &screen) { walker.picture(screen, u"customers-converted"_s); });
 
     ui::file_dialogs::expectFile(shop);

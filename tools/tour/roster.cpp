@@ -19,23 +19,23 @@ void printRoster(Walker &walker, QWidget &window, const QDir &folder)
     const auto savePdf = [&](QDialog &preview) {
         walker.picture(preview, u"roster-preview"_s);
         ui::file_dialogs::expectFile(fileName);
-        walker.click(preview, u"cmdPdf"_s);
+        walker.on(preview).press(u"cmdPdf"_s);
     };
     walker.visit(
-        u"roster"_s, [&] { walker.find<QAction>(window, u"mnuCustomOut"_s).trigger(); },
+        u"roster"_s, [&] { walker.on(window).the<QAction>(u"mnuCustomOut"_s).trigger(); },
         [&](QDialog &screen) {
-            walker.choose(screen, u"Combo1"_s, u"住所1"_s);
-            walker.type(screen, u"txtKey"_s, u"長野県"_s);
+            walker.on(screen).choose(u"Combo1"_s, u"住所1"_s);
+            walker.on(screen).enter(u"txtKey"_s, u"長野県"_s);
             walker.picture(screen, u"customer-search"_s);
-            walker.click(screen, u"Command2"_s);
+            walker.on(screen).press(u"Command2"_s);
             walker.picture(screen, u"customers-found"_s);
-            walker.choose(screen, u"Combo1"_s, u"すべて選択"_s);
+            walker.on(screen).choose(u"Combo1"_s, u"すべて選択"_s);
             walker.visit(
-                u"roster options"_s, [&] { walker.click(screen, u"Command1"_s); },
+                u"roster options"_s, [&] { walker.on(screen).press(u"Command1"_s); },
                 [&](QDialog &options) {
                     walker.picture(options, u"roster-options"_s);
                     walker.visit(
-                        u"roster preview"_s, [&] { walker.click(options, u"Command49"_s); }, savePdf);
+                        u"roster preview"_s, [&] { walker.on(options).press(u"Command49"_s); }, savePdf);
                 });
         });
     walker.check(QFileInfo(fileName).size() > 1000, u"the roster is not there as PDF"_s);

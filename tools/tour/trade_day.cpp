@@ -31,19 +31,19 @@ struct Goods
 
 void openSlip(Walker &walker, QDialog &screen, const QString &key)
 {
-    walker.find<QLineEdit>(screen, u"txtKey1"_s).setText(key);
-    walker.click(screen, u"Command1"_s);
-    walker.click(screen, u"cmdMasterUpdate"_s);
+    walker.on(screen).the<QLineEdit>(u"txtKey1"_s).setText(key);
+    walker.on(screen).press(u"Command1"_s);
+    walker.on(screen).press(u"cmdMasterUpdate"_s);
 }
 
 void enterGoods(Walker &walker, QDialog &screen, const QList<Goods> &lines)
 {
     for (const Goods &line : lines) {
-        walker.find<QComboBox>(screen, u"dbcShohin"_s).setEditText(line.product);
-        walker.find<QComboBox>(screen, u"dbcTani"_s).setEditText(line.unit);
-        walker.type(screen, u"txtCnt"_s, line.quantity);
-        walker.type(screen, u"txtTanka"_s, line.price);
-        walker.click(screen, u"cmdSubAdd"_s);
+        walker.on(screen).the<QComboBox>(u"dbcShohin"_s).setEditText(line.product);
+        walker.on(screen).the<QComboBox>(u"dbcTani"_s).setEditText(line.unit);
+        walker.on(screen).enter(u"txtCnt"_s, line.quantity);
+        walker.on(screen).enter(u"txtTanka"_s, line.price);
+        walker.on(screen).press(u"cmdSubAdd"_s);
     }
 }
 
@@ -58,12 +58,12 @@ void enterGoodsSlip(Walker &walker, QWidget &window, const Visit &visit, const Q
 {
     walker.visit(
         QString::fromUtf16(visit.picture),
-        [&] { walker.find<QAction>(window, QString::fromUtf16(visit.menu)).trigger(); },
+        [&] { walker.on(window).the<QAction>(QString::fromUtf16(visit.menu)).trigger(); },
         [&](QDialog &screen) {
             openSlip(walker, screen, QString::fromUtf16(visit.counterpart));
             enterGoods(walker, screen, lines);
             walker.picture(screen, QString::fromUtf16(visit.picture));
-            walker.click(screen, u"cmdNext"_s);
+            walker.on(screen).press(u"cmdNext"_s);
         });
 }
 
@@ -71,33 +71,33 @@ void enterMoneySlip(Walker &walker, QWidget &window, const Visit &visit, const Q
 {
     walker.visit(
         QString::fromUtf16(visit.picture),
-        [&] { walker.find<QAction>(window, QString::fromUtf16(visit.menu)).trigger(); },
+        [&] { walker.on(window).the<QAction>(QString::fromUtf16(visit.menu)).trigger(); },
         [&](QDialog &screen) {
             openSlip(walker, screen, QString::fromUtf16(visit.counterpart));
-            walker.find<QComboBox>(screen, u"cmbShohin"_s).setCurrentIndex(0);
-            walker.find<QComboBox>(screen, u"cmbKikaku"_s).setCurrentIndex(0);
-            walker.type(screen, u"txtKingaku"_s, amount);
-            walker.click(screen, u"cmdSubAdd"_s);
+            walker.on(screen).the<QComboBox>(u"cmbShohin"_s).setCurrentIndex(0);
+            walker.on(screen).the<QComboBox>(u"cmbKikaku"_s).setCurrentIndex(0);
+            walker.on(screen).enter(u"txtKingaku"_s, amount);
+            walker.on(screen).press(u"cmdSubAdd"_s);
             walker.picture(screen, QString::fromUtf16(visit.picture));
-            walker.click(screen, u"cmdNext"_s);
+            walker.on(screen).press(u"cmdNext"_s);
         });
 }
 
 void printEstimate(Walker &walker, QDialog &screen, const QString &fileName)
 {
     walker.visit(
-        u"estimate dialog"_s, [&] { walker.click(screen, u"Command3"_s); },
+        u"estimate dialog"_s, [&] { walker.on(screen).press(u"Command3"_s); },
         [&](QDialog &dialog) {
             walker.checkText(dialog, u"txtKingaku"_s, u"111,760"_s);
-            walker.type(dialog, u"Text1"_s, u"月末締め翌月末振込"_s);
-            walker.type(dialog, u"Text2"_s, u"貴店お届け"_s);
+            walker.on(dialog).enter(u"Text1"_s, u"月末締め翌月末振込"_s);
+            walker.on(dialog).enter(u"Text2"_s, u"貴店お届け"_s);
             walker.picture(dialog, u"estimate-dialog"_s);
             walker.visit(
-                u"estimate preview"_s, [&] { walker.click(dialog, u"Command2"_s); },
+                u"estimate preview"_s, [&] { walker.on(dialog).press(u"Command2"_s); },
                 [&](QDialog &preview) {
                     walker.picture(preview, u"estimate-preview"_s);
                     ui::file_dialogs::expectFile(fileName);
-                    walker.click(preview, u"cmdPdf"_s);
+                    walker.on(preview).press(u"cmdPdf"_s);
                 });
         });
     walker.check(QFileInfo(fileName).size() > 1000, u"the estimate is not there as PDF"_s);
@@ -110,15 +110,15 @@ void enterEstimate(Walker &walker, QWidget &window, const QString &fileName)
         lines << Goods{i % 2 ? u"シャインマスカット"_s : u"信州りんご　サンふじ"_s, u"2"_s, u"箱"_s,
                        u"2,540"_s};
     walker.visit(
-        u"estimate"_s, [&] { walker.find<QAction>(window, u"mnuMitumori"_s).trigger(); },
+        u"estimate"_s, [&] { walker.on(window).the<QAction>(u"mnuMitumori"_s).trigger(); },
         [&](QDialog &screen) {
             openSlip(walker, screen, u"みやざき"_s);
             enterGoods(walker, screen, lines);
-            walker.type(screen, u"txtMemo"_s, u"送料は別途申し受けます。"_s);
-            walker.type(screen, u"Text4"_s, u"のし紙は無料です。"_s);
+            walker.on(screen).enter(u"txtMemo"_s, u"送料は別途申し受けます。"_s);
+            walker.on(screen).enter(u"Text4"_s, u"のし紙は無料です。"_s);
             walker.picture(screen, u"estimate"_s);
             printEstimate(walker, screen, fileName);
-            walker.click(screen, u"cmdNext"_s);
+            walker.on(screen).press(u"cmdNext"_s);
         });
 }
 

@@ -3,11 +3,8 @@
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QComboBox>
 #include <QDialog>
-#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTest>
@@ -81,70 +78,7 @@ void Walker::visit(const QString &what, const std::function<void()> &trigger,
     m_where = before;
 }
 
-void Walker::lost(QWidget &screen, const QString &name)
-{
-    throw std::runtime_error(
-        (screen.objectName() + u" has no control "_s + name + u" of the kind expected"_s).toStdString());
-}
-
-void Walker::click(QWidget &screen, const QString &button)
-{
-    auto &control = find<QAbstractButton>(screen, button);
-    check(control.isEnabled(), screen.objectName() + u'.' + button + u" cannot be pressed"_s);
-    control.setFocus();
-    control.click();
-    QTest::qWait(0);
-}
-
-void Walker::key(QWidget &screen, Qt::Key key)
-{
-    QWidget *focus = screen.focusWidget();
-    QTest::keyClick(focus ? focus : &screen, key);
-    QTest::qWait(0);
-}
-
-void Walker::send(QWidget &screen, const QString &box, const QString &preedit, const QString &commit)
-{
-    auto &control = find<QWidget>(screen, box);
-    check(control.isEnabled() && control.isVisible(), screen.objectName() + u'.' + box + u" takes no text"_s);
-    control.setFocus();
-    if (auto *line = qobject_cast<QLineEdit *>(&control))
-        line->selectAll();
-    if (auto *list = qobject_cast<QComboBox *>(&control); list && list->lineEdit())
-        list->lineEdit()->selectAll();
-    if (!preedit.isEmpty()) {
-        QInputMethodEvent composing(preedit, {});
-        QApplication::sendEvent(&control, &composing);
-    }
-    QInputMethodEvent committed;
-    committed.setCommitString(commit);
-    QApplication::sendEvent(&control, &committed);
-    QTest::qWait(0);
-}
-
-void Walker::type(QWidget &screen, const QString &box, const QString &text)
-{
-    send(screen, box, {}, text);
-    key(screen, Qt::Key_Tab);
-}
-
-void Walker::typeConverted(QWidget &screen, const QString &box, const QString &kana, const QString &text)
-{
-    send(screen, box, kana, text);
-    key(screen, Qt::Key_Tab);
-}
-
-void Walker::choose(QWidget &screen, const QString &list, const QString &item)
-{
-    auto &control = find<QComboBox>(screen, list);
-    const int index = control.findText(item);
-    check(index >= 0 && control.isEnabled(),
-          screen.objectName() + u'.' + list + u" does not offer "_s + item);
-    control.setFocus();
-    control.setCurrentIndex(index);
-    emit control.activated(index);
-    QTest::qWait(0);
-}
+void Hands::lost(const QString &what) const { throw std::runtime_error(what.toStdString()); }
 
 void Walker::picture(QWidget &screen, const QString &name)
 {
@@ -161,7 +95,7 @@ void Walker::check(bool good, const QString &what)
 
 void Walker::checkText(QWidget &screen, const QString &box, const QString &expected)
 {
-    const QString shown = find<QLineEdit>(screen, box).text();
+    const QString shown = on(screen).box(box).text();
     check(shown == expected, box + u" shows "_s + shown + u" instead of "_s + expected);
 }
 

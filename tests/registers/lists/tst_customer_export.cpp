@@ -1,7 +1,6 @@
 #include "registers/frmNouhin.h"
 #include "registers/lists/customer_export.h"
-#include "support/fresh_shop.h"
-#include "support/screen_driver.h"
+#include "registers/register_desk.h"
 #include "tables/csv_guard.h"
 #include "tables/csv_reader.h"
 #include "tables/text_file.h"
@@ -21,10 +20,10 @@ const QString overwrite = u"指定した名前のファイルが存在します�
 const QString noName = u"納品先名が入力されていません。               "_s;
 
 // The register of a shop with one customer who has something in every column.
-struct Register : ScreenDriver
+struct Register : RegisterDesk<registers::frmNouhin>
 {
     Register()
-        : ScreenDriver(&screen)
+        : RegisterDesk(u"納品先"_s)
     {
         shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先')"_s);
         shop.run(
@@ -45,9 +44,6 @@ struct Register : ScreenDriver
         QCoreApplication::processEvents();
         QTest::qWait(150); // the button is shown pressed for a moment
     }
-
-    FreshShop shop;
-    registers::frmNouhin screen{shop.workspace};
 };
 
 QByteArray contentOf(const QString &fileName)

@@ -1,23 +1,20 @@
 #pragma once
 
 #include "slips/entry/frmOut.h"
-#include "support/fresh_shop.h"
-#include "support/screen_driver.h"
+#include "slips/slip_desk.h"
 
-#include <QApplication>
-#include <QComboBox>
 #include <QInputMethodEvent>
-#include <QLineEdit>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
 
-/// A shop with four customers, one of each tax class and one without, and the sales screen open.
-struct SalesDesk
+/// The sales screen, in a shop with four more customers, one of each tax class and one without, and with
+/// something to sell.
+class SalesDesk : public SlipDesk<slips::frmOut>
 {
+public:
     explicit SalesDesk(bool automaticNumbers = true, double taxRate = 5)
     {
-        shop.workspace.panel.employeeId = 1;
         shop.workspace.panel.automaticNumbers = automaticNumbers;
         shop.workspace.panel.taxRate = taxRate;
         shop.run(u"INSERT INTO 納品商品 (商品ID, 商品名) VALUES (1, 'ふじりんご'), (2, 'ラ・フランス')"_s);
@@ -29,36 +26,24 @@ struct SalesDesk
                  "(7, '内税商店', '内税商店 kyaku2', '2020-01-01', 2), "
                  "(8, '空欄商店', '空欄商店 kyaku3', '2019-01-01', NULL)"_s);
         shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '一般')"_s);
-        screen = std::make_unique<slips::frmOut>(shop.workspace);
-        driver = std::make_unique<ScreenDriver>(screen.get());
-        driver->show();
+        screen();
     }
-
-    template <class T>
-    T *get(const char *name)
-    {
-        return &driver->the<T>(name);
-    }
-    QLineEdit *box(const char *name) { return &driver->box(name); }
-    QString text(const char *name) { return box(name)->text(); }
-    bool hasFocus(const char *name) { return get<QWidget>(name)->hasFocus(); }
-    void press(const char *name) { driver->press(name); }
 
     // Types as an input method does, full-width characters included, then Enter.
     void type(const QString &text)
     {
         QInputMethodEvent typed;
         typed.setCommitString(text);
-        QApplication::sendEvent(screen->focusWidget(), &typed);
+        QApplication::sendEvent(screen().focusWidget(), &typed);
         QTest::qWait(20); // the list of matches becomes the active window
         QWidget *matches = QApplication::activePopupWidget();
-        QTest::keyClick(matches ? matches : screen->focusWidget(), Qt::Key_Return);
+        QTest::keyClick(matches ? matches : screen().focusWidget(), Qt::Key_Return);
         QTest::qWait(20);
     }
 
     void choose(int taxClass)
     {
-        box("txtKey1")->setText(u"kyaku%1"_s.arg(taxClass));
+        box("txtKey1").setText(u"kyaku%1"_s.arg(taxClass));
         press("Command1");
     }
 
@@ -70,17 +55,13 @@ struct SalesDesk
 
     void line(const QString &quantity, const QString &price, const QString &product = u"ふじりんご"_s)
     {
-        get<QComboBox>("dbcShohin")->setEditText(product);
-        box("txtCnt")->setText(quantity);
-        box("txtTanka")->setText(price);
-        press("cmdSubAdd");
+        goods(quantity, price, product);
     }
 
-    QStringList lines()
+    QStringList shortLines()
     {
         return shop.rows(u"SELECT ID, 商品名, 数量, 単価, 金額 FROM 入出庫サブ ORDER BY rowid"_s);
     }
-    int headers() { return shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(); }
 
     // Of the controls that the state of the slip switches, those that can be used.
     QString usable()
@@ -88,15 +69,11 @@ struct SalesDesk
         QStringList names;
         for (const char *name :
              {"Frame2", "Frame1", "cmdSubAdd", "cmdSubCancel", "cmdNext", "cmdMasterCancel", "Command3"}) {
-            if (get<QWidget>(name)->isEnabled())
+            if (the(name).isEnabled())
                 names << QLatin1StringView(name);
         }
         return names.join(u' ');
     }
-
-    FreshShop shop;
-    std::unique_ptr<slips::frmOut> screen;
-    std::unique_ptr<ScreenDriver> driver;
 };
 
 // What can be used, state by state.
