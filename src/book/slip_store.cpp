@@ -8,6 +8,7 @@
 #include "book/tax.h"
 #include "db/keys.h"
 #include "db/transaction.h"
+#include "text/dates.h"
 
 #include <numeric>
 
@@ -18,8 +19,6 @@ namespace book
 
 namespace
 {
-
-QString stored(const QDate &date) { return date.toString(u"yyyy-MM-dd"_s); }
 
 base::Error gone(const QString &text) { return {.text = text, .gone = true}; }
 
@@ -54,8 +53,8 @@ base::Status checkCounterpart(db::Connection &connection, const NewSlip &slip)
 
 base::Status stampCustomer(db::Connection &connection, qint64 customer, const QDate &day)
 {
-    const auto stamped =
-        connection.execute(u"UPDATE 納品先 SET 更新日 = ? WHERE 納品先ID = ?"_s, {stored(day), customer});
+    const auto stamped = connection.execute(u"UPDATE 納品先 SET 更新日 = ? WHERE 納品先ID = ?"_s,
+                                            {text::stored(day), customer});
     return stamped.status();
 }
 
@@ -63,7 +62,7 @@ base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const
 {
     const auto inserted = connection.execute(
         u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) VALUES (?, ?, ?, ?, ?, ?)"_s,
-        {header.id, stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate});
+        {header.id, text::stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate});
     return inserted.status();
 }
 

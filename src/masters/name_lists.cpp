@@ -68,9 +68,4 @@ base::Result<QStringList> purchaseProductNames(db::Connection &connection)
     return names(connection, lists::purchaseProducts(), u"商品名"_s);
 }
 
-base::Result<QStringList> shippingCategoryNames(db::Connection &connection)
-{
-    return names(connection, lists::shippingCategories(), u"発送区分名"_s);
-}
-
 } // namespace masters

@@ -33,6 +33,5 @@ base::Result<QStringList> unitNames(db::Connection &connection);
 base::Result<QStringList> specificationNames(db::Connection &connection);
 base::Result<QStringList> salesProductNames(db::Connection &connection);
 base::Result<QStringList> purchaseProductNames(db::Connection &connection);
-base::Result<QStringList> shippingCategoryNames(db::Connection &connection);
 
 } // namespace masters

@@ -1,5 +1,6 @@
 #include "registers/counterpart.h"
 
+#include "book/tax.h"
 #include "db/recordset.h"
 #include "db/schema.h"
 #include "text/width.h"
@@ -28,7 +29,11 @@ QString counterpartKey(const QString &name1, const QString &name2, const QString
     return firstCharacters((QStringList{name} + others).join(u' '), keyLength);
 }
 
-QStringList taxClassNames() { return {u"外税 （納品時）"_s, u"外税 （請求時）"_s, u"内税"_s}; }
+QStringList taxClassNames()
+{
+    using book::TaxClass;
+    return {nameOf(TaxClass::OnDelivery), nameOf(TaxClass::OnBill), nameOf(TaxClass::Included)};
+}
 
 base::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
                              QString (*keyOf)(const db::Recordset &), QVariantMap values)

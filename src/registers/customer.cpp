@@ -5,6 +5,7 @@
 #include "db/recordset.h"
 #include "db/transaction.h"
 #include "registers/counterpart.h"
+#include "text/dates.h"
 #include "text/width.h"
 
 #include <QRegularExpression>
@@ -108,7 +109,7 @@ base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
         const auto key = db::nextKey(connection, u"納品先"_s);
         if (!key)
             return key;
-        const QString date = today.toString(Qt::ISODate);
+        const QString date = text::stored(today);
         const auto added = connection.execute(
             u"INSERT INTO 納品先 (納品先ID, 登録日, 更新日, 元帳出力, 消費税区分) VALUES (?, ?, ?, 0, 0)"_s,
             {*key, date, date});
@@ -152,7 +153,7 @@ std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
 base::Status saveCustomer(db::Recordset &customers, const QDate &today)
 {
     storeForms(customers);
-    return saveCounterpart(customers, u"納品先名キー"_s, keyOf, {{u"更新日"_s, today.toString(Qt::ISODate)}});
+    return saveCounterpart(customers, u"納品先名キー"_s, keyOf, {{u"更新日"_s, text::stored(today)}});
 }
 
 base::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)

@@ -13,4 +13,7 @@ namespace text
 /// that the calendar does not have.
 std::optional<QDate> parseDate(QStringView s);
 
+/// A date as the database holds it, "2026-04-01".
+inline QString stored(const QDate &date) { return date.toString(Qt::ISODate); }
+
 } // namespace text

@@ -1,5 +1,6 @@
 #include "ui/prompts.h"
 
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QQueue>
 #include <QStringList>
@@ -92,6 +93,12 @@ bool ask(QWidget *parent, const QString &text, const QString &title, const QStri
         return scripted(Kind::Ask, text, 0, remark) != 0;
     return show(parent, text, title, Icon::Question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
                 remark) == QMessageBox::Yes;
+}
+
+bool askToOverwrite(QWidget *parent, const QString &fileName)
+{
+    return !QFileInfo::exists(fileName) ||
+           ask(parent, u"指定した名前のファイルが存在します。\n上書きしますか？"_s);
 }
 
 bool askToDrop(QWidget *parent, const QString &text)

@@ -25,6 +25,10 @@ void inform(QWidget *parent, const QString &text, const QString &title = QString
 bool ask(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(question),
          const QString &remark = {});
 
+/// Asks whether the file \a fileName may be replaced where there is one already. \return whether it may be
+/// written
+bool askToOverwrite(QWidget *parent, const QString &fileName);
+
 /// Asks \a text, which says that something typed gets lost with Yes. Enter alone keeps it.
 /// \return true for Yes
 bool askToDrop(QWidget *parent, const QString &text);

@@ -6,7 +6,6 @@
 #include "ui/prompts.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -24,8 +23,7 @@ bool mayBeWritten(QWidget *parent, const QString &fileName, const TableExport &t
         prompts::inform(parent, possible.error().text);
         return false;
     }
-    return !QFileInfo::exists(fileName) ||
-           prompts::ask(parent, u"指定した名前のファイルが存在します。\n上書きしますか？"_s);
+    return prompts::askToOverwrite(parent, fileName);
 }
 
 } // namespace

@@ -49,7 +49,7 @@ private slots:
     {
         FreshShop shop;
         for (const auto &list : {masters::unitNames, masters::specificationNames, masters::salesProductNames,
-                                 masters::purchaseProductNames, masters::shippingCategoryNames})
+                                 masters::purchaseProductNames})
             QVERIFY(list(shop.connection));
         QVERIFY(masters::employees(shop.connection));
         shop.connection.close();

@@ -82,10 +82,7 @@ QString DialogCompile::askForTarget()
         ui::prompts::inform(this, u"ファイル名が不正です。"_s);
         return {};
     }
-    if (QFileInfo::exists(chosen) &&
-        !ui::prompts::ask(this, u"指定した名前のファイルが存在します。\n上書きしますか？"_s))
-        return {};
-    return QFileInfo(chosen).absoluteFilePath();
+    return ui::prompts::askToOverwrite(this, chosen) ? QFileInfo(chosen).absoluteFilePath() : QString();
 }
 
 // Beside the target first: a file of that name is lost only when the new one is complete.

@@ -83,9 +83,7 @@ void DialogConversion::save()
     const QString chosen =
         ui::file_dialogs::saveFile(this, u"変換結果の保存"_s, u"テキスト (*.txt)"_s, u"txt"_s,
                                    QFileInfo(m_target).absolutePath() + u"/変換結果.txt"_s);
-    if (chosen.isEmpty() ||
-        (QFileInfo::exists(chosen) &&
-         !ui::prompts::ask(this, u"指定した名前のファイルが存在します。\n上書きしますか？"_s)))
+    if (chosen.isEmpty() || !ui::prompts::askToOverwrite(this, chosen))
         return;
     if (const base::Status saved = saveSummary(m_summary, chosen); !saved)
         ui::prompts::inform(this, saved.error().text);

@@ -131,10 +131,7 @@ QString DatabaseSession::askForTarget(const QString &title)
         ui::prompts::inform(&m_window, u"ファイル名が不正です。"_s);
         return {};
     }
-    if (QFileInfo::exists(chosen) &&
-        !ui::prompts::ask(&m_window, u"指定した名前のファイルが存在します。\n上書きしますか？"_s))
-        return {};
-    return QFileInfo(chosen).absoluteFilePath();
+    return ui::prompts::askToOverwrite(&m_window, chosen) ? QFileInfo(chosen).absoluteFilePath() : QString();
 }
 
 // The copy is SQLite's own, so that it is whole also while another program writes to the file. As with a new

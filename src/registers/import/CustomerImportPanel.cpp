@@ -293,10 +293,7 @@ void CustomerImportPanel::saveReport()
     const QString fileName =
         ui::file_dialogs::saveFile(window(), u"名前を付けて保存"_s,
                                    u"カンマ区切りのテキストファイル (*.csv)"_s, u"csv"_s, u"取込結果.csv"_s);
-    if (fileName.isEmpty())
-        return;
-    if (QFileInfo::exists(fileName) &&
-        !ui::prompts::ask(window(), u"指定した名前のファイルが存在します。\n上書きしますか？"_s))
+    if (fileName.isEmpty() || !ui::prompts::askToOverwrite(window(), fileName))
         return;
     tell(ui::runWithProgress(window(), u"書き出しています。"_s, [&](const base::Progress &progress) {
         return writeImportReport(fileName, m_table, m_assignment, m_model->shown(), progress);

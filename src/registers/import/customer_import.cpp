@@ -6,6 +6,7 @@
 #include "registers/customer.h"
 #include "registers/import/import_rules.h"
 #include "tables/table_writer.h"
+#include "text/dates.h"
 #include "text/width.h"
 
 #include <QHash>
@@ -209,7 +210,7 @@ base::Result<int> insertCustomers(db::Connection &connection,
     if (total > db::highestKey - *firstKey + 1)
         return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
     const QString statement = insertStatement();
-    const QString date = today.toString(Qt::ISODate);
+    const QString date = text::stored(today);
     for (qint64 place = 0; place < total; ++place) {
         const auto added = connection.execute(
             statement, rowOf(*taken[static_cast<std::size_t>(place)], *firstKey + place, date));

@@ -73,7 +73,7 @@ ImportValue date(const QString &cell)
 {
     // Databases export the day with its time: 2020/04/01 0:00:00.
     const auto day = text::parseDate(cell.trimmed().section(u' ', 0, 0));
-    return day ? ImportValue{day->toString(Qt::ISODate), {}} : refused(u"日付として読み取れません"_s);
+    return day ? ImportValue{text::stored(*day), {}} : refused(u"日付として読み取れません"_s);
 }
 
 QString folded(const QString &name)

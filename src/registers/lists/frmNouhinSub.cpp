@@ -41,8 +41,7 @@ QString frmNouhinSub::chosenFile()
         ui::prompts::inform(this, u"ファイル名が不正です。"_s);
         return {};
     }
-    const QString overwrite = u"指定した名前のファイルが存在します。\n上書きしますか？"_s;
-    return !QFileInfo::exists(name) || ui::prompts::ask(this, overwrite) ? name : QString();
+    return ui::prompts::askToOverwrite(this, name) ? name : QString();
 }
 
 void frmNouhinSub::make()

@@ -38,7 +38,7 @@ base::Result<QVariant> readDate(const QString &typed)
     if (!date || *date < earliestDate)
         return base::Error{
             u"「%1」は日付として読めません。「2026/4/1」のように入力してください。"_s.arg(typed.left(30))};
-    return QVariant(date->toString(u"yyyy-MM-dd"_s));
+    return QVariant(text::stored(*date));
 }
 
 base::Result<double> readNumber(const QString &column, const QString &typed)

@@ -130,13 +130,8 @@ void GoodsSlipScreen::addLine()
     const auto line = m_entry->read();
     if (!line)
         return;
-    db::Connection &connection = workspace().connection;
-    const base::Status added =
-        book::onSlip(connection, header(), [&] { return book::addLine(connection, header().id, *line); });
-    if (!added) {
-        tellOfSlip(added.error());
+    if (!storeLine([&](db::Connection &file) { return book::addLine(file, header().id, *line); }))
         return;
-    }
     m_lines.append(
         {line->product, line->specification, line->quantity, line->unit, line->price, line->amount});
     m_goods.lines->scrollToBottom();
@@ -149,13 +144,9 @@ void GoodsSlipScreen::addLine()
 
 void GoodsSlipScreen::removeLine()
 {
-    db::Connection &connection = workspace().connection;
-    const auto removed =
-        book::onSlip(connection, header(), [&] { return book::removeLastLine(connection, header().id); });
-    if (!removed) {
-        tellOfSlip(removed.error());
+    const auto removed = takeLineBack();
+    if (!removed)
         return;
-    }
     if (*removed)
         m_lines.removeLast();
     showTotals();

@@ -123,13 +123,8 @@ void MoneySlipScreen::addLine()
     const auto line = readLine();
     if (!line)
         return;
-    db::Connection &connection = workspace().connection;
-    const base::Status added = book::onSlip(
-        connection, header(), [&] { return book::addLine(connection, header().id, kind(), *line); });
-    if (!added) {
-        tellOfSlip(added.error());
+    if (!storeLine([&](db::Connection &file) { return book::addLine(file, header().id, kind(), *line); }))
         return;
-    }
     m_lines.append({line->item, line->means, line->amount});
     m_ui->dgdSub->scrollToBottom();
     clearEntry();
@@ -139,13 +134,9 @@ void MoneySlipScreen::addLine()
 
 void MoneySlipScreen::removeLine()
 {
-    db::Connection &connection = workspace().connection;
-    const auto removed =
-        book::onSlip(connection, header(), [&] { return book::removeLastLine(connection, header().id); });
-    if (!removed) {
-        tellOfSlip(removed.error());
+    const auto removed = takeLineBack();
+    if (!removed)
         return;
-    }
     if (*removed)
         m_lines.removeLast();
     focusLine();

@@ -199,6 +199,26 @@ void SlipScreen::cancelSlip()
         tellOfSlip(deleted.error());
 }
 
+bool SlipScreen::storeLine(const std::function<base::Status(db::Connection &)> &add)
+{
+    db::Connection &connection = workspace().connection;
+    const base::Status stored = book::onSlip(connection, m_header, [&] { return add(connection); });
+    if (!stored)
+        tellOfSlip(stored.error());
+    return bool(stored);
+}
+
+std::optional<bool> SlipScreen::takeLineBack()
+{
+    db::Connection &connection = workspace().connection;
+    const auto removed =
+        book::onSlip(connection, m_header, [&] { return book::removeLastLine(connection, m_header.id); });
+    if (removed)
+        return *removed;
+    tellOfSlip(removed.error());
+    return std::nullopt;
+}
+
 void SlipScreen::tellOfSlip(const base::Error &error)
 {
     ui::prompts::inform(this, error.text);

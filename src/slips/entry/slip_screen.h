@@ -78,6 +78,12 @@ protected:
     /// Asks whether a line that was typed but not entered may be passed over. \return whether to go on
     bool mayPassOverLine();
 
+    /// Stores a line of the slip by \a add. \return whether it is stored; else it was told
+    bool storeLine(const std::function<base::Status(db::Connection &)> &add);
+    /// Takes the line entered last out of the slip. \return whether there was one; nothing when it failed,
+    /// which was told
+    std::optional<bool> takeLineBack();
+
     /// Tells the error of an action on the slip. Nothing more can be done to a slip that another program has
     /// deleted; the screen then goes on with the next one.
     void tellOfSlip(const base::Error &error);

@@ -35,14 +35,6 @@ void fill(FreshShop &shop)
 int itemNamed(const QString &name) { return int(registers::customerSearchItems().indexOf(name)); }
 int orderNamed(const QString &name) { return int(registers::customerSearchOrders().indexOf(name)); }
 
-QString keysOf(const std::vector<qint64> &keys)
-{
-    QStringList texts;
-    for (const qint64 key : keys)
-        texts << QString::number(key);
-    return texts.join(u' ');
-}
-
 } // namespace
 
 class TestCustomerSearch : public QObject
@@ -205,10 +197,10 @@ private:
         db::Recordset customers(m_shop->connection);
         if (const base::Status opened = registers::openCustomersFound(customers, query); !opened)
             return opened.error().text;
-        std::vector<qint64> keys;
+        QStringList keys;
         for (int row = 0; row < customers.count(); ++row)
-            keys.push_back(customers.keyAt(row));
-        return keysOf(keys);
+            keys << QString::number(customers.keyAt(row));
+        return keys.join(u' ');
     }
 
     std::unique_ptr<FreshShop> m_shop;
