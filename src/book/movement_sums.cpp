@@ -3,6 +3,7 @@
 #include "book/slip_columns.h"
 #include "book/slip_slices.h"
 #include "book/stored_values.h"
+#include "text/dates.h"
 
 using namespace Qt::StringLiterals;
 
@@ -61,7 +62,7 @@ base::Status takeSums(db::Connection &connection, const Condition &condition, co
                       const TakeSum &take)
 {
     const QVariantList since =
-        grouping.since.isValid() ? QVariantList{grouping.since.toString(u"yyyy-MM-dd"_s)} : QVariantList();
+        grouping.since.isValid() ? QVariantList{text::stored(grouping.since)} : QVariantList();
     const auto rows = connection.select(sumsStatement(condition, grouping), since + condition.values);
     if (!rows)
         return rows.error();

@@ -1,6 +1,7 @@
 #include "book/slip_selection.h"
 
 #include "book/slip_columns.h"
+#include "text/dates.h"
 
 using namespace Qt::StringLiterals;
 
@@ -10,7 +11,7 @@ namespace book
 namespace
 {
 
-QString stored(const QDate &day) { return day.toString(u"yyyy-MM-dd"_s); }
+using text::stored;
 
 Condition ofKinds(const std::vector<SlipKind> &kinds)
 {

@@ -1,7 +1,5 @@
 #include "book/slip_store.h"
 
-#include "book/exact_sum.h"
-#include "book/movement_sums.h"
 #include "book/numbering.h"
 #include "book/slip_columns.h"
 #include "book/stored_values.h"
@@ -276,15 +274,6 @@ base::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind 
             u" = ? And 相手先ID =? And 商品名 <> '消費税' ORDER BY 入出庫マスター.日付 DESC, "
             "入出庫マスター.ID DESC, 入出庫サブ.明細ID"_s,
         {QString(QChar(kind.letter)), counterpart});
-}
-
-base::Result<double> balance(db::Connection &connection, Party party, qint64 counterpart)
-{
-    ExactSum sum;
-    const base::Status summed =
-        sumMovements(connection, {.kinds = balanceKindsOf(party), .counterpart = counterpart}, {},
-                     base::unwatched, [&sum](const MovementSum &part) { sum.add(part.inBalance()); });
-    return summed ? base::Result<double>(sum.value()) : summed.error();
 }
 
 } // namespace book

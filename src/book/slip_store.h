@@ -133,7 +133,4 @@ base::Status deleteSlip(db::Connection &connection, qint64 id);
 /// the order of entry.
 base::Result<db::Rows> previousLines(db::Connection &connection, const SlipKind &kind, qint64 counterpart);
 
-/// What \a counterpart owes us (a customer) or we owe it (a supplier), yen, over all its slips.
-base::Result<double> balance(db::Connection &connection, Party party, qint64 counterpart);
-
 } // namespace book

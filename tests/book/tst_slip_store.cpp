@@ -1,3 +1,4 @@
+#include "book/balance.h"
 #include "book/numbering.h"
 #include "book/slip_reader.h"
 #include "book/slip_store.h"
@@ -349,10 +350,10 @@ void TestSlipStore::balancesFollowTheKinds()
         }
         amount *= 10;
     }
-    QCOMPARE(*book::balance(shop.connection, book::Party::Customer, 5), 3.0 - 3'000 + 3'000'000);
-    QCOMPARE(*book::balance(shop.connection, book::Party::Supplier, 5), 30.0 - 30'000 + 300'000);
-    QCOMPARE(*book::balance(shop.connection, book::Party::Customer, 6), 2.0 - 2'000 + 2'000'000);
-    QCOMPARE(*book::balance(shop.connection, book::Party::Customer, 99), 0.0);
+    QCOMPARE(balanceOf(shop.connection, book::Party::Customer, 5), 3.0 - 3'000 + 3'000'000);
+    QCOMPARE(balanceOf(shop.connection, book::Party::Supplier, 5), 30.0 - 30'000 + 300'000);
+    QCOMPARE(balanceOf(shop.connection, book::Party::Customer, 6), 2.0 - 2'000 + 2'000'000);
+    QCOMPARE(balanceOf(shop.connection, book::Party::Customer, 99), 0.0);
 }
 
 void TestSlipStore::failureLeavesNothingHalfWritten()
