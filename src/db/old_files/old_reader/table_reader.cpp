@@ -144,60 +144,56 @@ void TableReader::writeCell(const MdbColumn &column, const MdbField &field)
         m_out.cell(Cell::Unreadable);
         return;
     }
+    writeValue(column, field);
+}
+
+void TableReader::writeValue(const MdbColumn &column, const MdbField &field)
+{
     const unsigned char *bytes = m_file.pg_buf + field.start;
     const auto size = static_cast<std::size_t>(field.siz);
-    const auto fixed = [&](Cell kind, auto zero) {
-        if (size < sizeof zero) {
-            m_out.cell(Cell::Unreadable);
-            return;
-        }
-        m_out.cell(kind);
-        m_out.number(numberAt<decltype(zero)>(bytes));
-    };
     switch (column.col_type) {
     case MDB_BYTE:
-        m_out.cell(size < 1 ? Cell::Unreadable : Cell::Integer);
-        if (size >= 1)
-            m_out.number<std::int32_t>(*bytes);
-        break;
+        return writeNumber<std::uint8_t, std::int32_t>(Cell::Integer, bytes, size);
     case MDB_INT:
-        m_out.cell(size < 2 ? Cell::Unreadable : Cell::Integer);
-        if (size >= 2)
-            m_out.number<std::int32_t>(numberAt<std::int16_t>(bytes));
-        break;
+        return writeNumber<std::int16_t, std::int32_t>(Cell::Integer, bytes, size);
     case MDB_LONGINT:
-        fixed(Cell::Integer, std::int32_t());
-        break;
+        return writeNumber<std::int32_t>(Cell::Integer, bytes, size);
     case MDB_MONEY:
-        fixed(Cell::Money, std::int64_t());
-        break;
+        return writeNumber<std::int64_t>(Cell::Money, bytes, size);
     case MDB_FLOAT:
-        fixed(Cell::Single, float());
-        break;
+        return writeNumber<float>(Cell::Single, bytes, size);
     case MDB_DOUBLE:
-        fixed(Cell::Double, double());
-        break;
+        return writeNumber<double>(Cell::Double, bytes, size);
     case MDB_DATETIME:
-        fixed(Cell::Date, double());
-        break;
+        return writeNumber<double>(Cell::Date, bytes, size);
     case MDB_TEXT:
         m_out.cell(textKind());
-        m_out.text(bytesOf(bytes, size));
-        break;
+        return m_out.text(bytesOf(bytes, size));
     case MDB_MEMO:
-        writeLongText(bytes, size);
-        break;
-    case MDB_NUMERIC: {
-        const std::unique_ptr<char, void (*)(void *)> digits(
-            mdb_numeric_to_string(&m_file, field.start, column.col_scale, column.col_prec), g_free);
-        m_out.cell(digits ? Cell::Digits : Cell::Unreadable);
-        if (digits)
-            m_out.text(digits.get());
-        break;
-    }
+        return writeLongText(bytes, size);
+    case MDB_NUMERIC:
+        return writeDigits(column, field);
     default:
-        m_out.cell(Cell::Other);
+        return m_out.cell(Cell::Other);
     }
+}
+
+template <class Stored, class Sent>
+void TableReader::writeNumber(Cell kind, const unsigned char *bytes, std::size_t size)
+{
+    const bool isWhole = size >= sizeof(Stored);
+    m_out.cell(isWhole ? kind : Cell::Unreadable);
+    if (isWhole)
+        m_out.number<Sent>(numberAt<Stored>(bytes));
+}
+
+void TableReader::writeDigits(const MdbColumn &column, const MdbField &field)
+{
+    const std::unique_ptr<char, void (*)(void *)> digits(
+        mdb_numeric_to_string(&m_file, field.start, column.col_scale, column.col_prec), g_free);
+    m_out.cell(digits ? Cell::Digits : Cell::Unreadable);
+    if (digits)
+        m_out.text(digits.get());
 }
 
 void TableReader::writeLongText(const unsigned char *head, std::size_t size)

@@ -27,6 +27,10 @@ private:
     void readUnclaimed();
     void readRow(int start, std::size_t size);
     void writeCell(const MdbColumn &column, const MdbField &field);
+    void writeValue(const MdbColumn &column, const MdbField &field);
+    template <class Stored, class Sent = Stored>
+    void writeNumber(Cell kind, const unsigned char *bytes, std::size_t size);
+    void writeDigits(const MdbColumn &column, const MdbField &field);
     void writeLongText(const unsigned char *head, std::size_t size);
     [[nodiscard]] bool appendPiece(Place place, std::size_t skipped, std::string &into, Place *next);
     [[nodiscard]] Cell textKind() const;
