@@ -2,6 +2,7 @@
 // run [--folder DIR] [options of Google Benchmark]; the shops are made in DIR on the first run.
 #include "conversion_operations.h"
 #include "file_operations.h"
+#include "form_operations.h"
 #include "operations.h"
 #include "postal_operations.h"
 
@@ -41,6 +42,7 @@ int main(int argc, char *argv[])
     bench::registerConversion(QDir(folder), rows);
     bench::registerFileOperations(shops, rows);
     bench::registerPostalOperations(QDir(folder), rows);
+    bench::registerFormOperations(rows);
     bench::TableReporter reporter(std::move(rows));
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::ClearRegisteredBenchmarks(); // they hold screens, which go before the application

@@ -65,13 +65,20 @@ QString fontFace(const workspace::Settings &settings, Purpose purpose)
     return japanese.isEmpty() ? QString() : japanese.first();
 }
 
-void applyFont(QPainter &painter, const QString &face, double points, bool bold)
+int typePixels(double points) { return std::max(1, static_cast<int>(std::lround(points * twipsPerPoint))); }
+
+QFont typeFont(const QString &face, double points, bool bold)
 {
     QFont font(face);
-    font.setPixelSize(std::max(1, static_cast<int>(std::lround(points * twipsPerPoint))));
+    font.setPixelSize(typePixels(points));
     font.setBold(bold);
     font.setHintingPreference(QFont::PreferNoHinting);
-    painter.setFont(font);
+    return font;
+}
+
+void applyFont(QPainter &painter, const QString &face, double points, bool bold)
+{
+    painter.setFont(typeFont(face, points, bold));
 }
 
 } // namespace printing

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QStringList>
 
 class QPainter;
@@ -39,6 +40,12 @@ QString selectPrinter(QPrinter &printer, const workspace::Settings &settings, Pu
 /// The face to print the purpose with: the stored one, without the "@" of vertical writing, or what stands in
 /// for it on this machine.
 QString fontFace(const workspace::Settings &settings, Purpose purpose);
+
+/// The size of type of so many points, in units of a painter that counts in twips.
+int typePixels(double points);
+
+/// The font to draw \a face with on such a painter.
+QFont typeFont(const QString &face, double points, bool bold);
 
 /// Sets the font of \a painter, whose units are twips, to \a face at \a points.
 void applyFont(QPainter &painter, const QString &face, double points, bool bold = false);

@@ -1,7 +1,8 @@
 #include "printing/renderer.h"
 
+#include "printing/text_painter.h"
+
 #include <QAbstractTextDocumentLayout>
-#include <QFontMetricsF>
 #include <QImage>
 #include <QPagedPaintDevice>
 #include <QPainter>
@@ -17,9 +18,6 @@ namespace printing
 
 namespace
 {
-
-// The part of the em square above the baseline in Japanese type.
-constexpr double baselineShare = 0.88;
 
 constexpr double usualUnprintable = 4.2; // millimetres, a sixth of an inch
 
@@ -45,19 +43,6 @@ void drawBox(QPainter &painter, const Box &box)
         painter.setPen(QPen(Qt::black, box.lineWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
         painter.drawRect(area);
     }
-}
-
-void drawText(QPainter &painter, const TextItem &item, const QString &face)
-{
-    applyFont(painter, face, item.points, item.bold);
-    const double natural = QFontMetricsF(painter.font()).horizontalAdvance(item.text);
-    const double squeeze = item.room > 0 && natural > item.room ? item.room / natural : 1.0;
-    const double share = item.align == Align::Left ? 0.0 : item.align == Align::Centre ? 0.5 : 1.0;
-    painter.save();
-    painter.translate(item.x, item.y + baselineShare * item.points * twipsPerPoint);
-    painter.scale(squeeze, 1);
-    painter.drawText(QPointF(-natural * share, 0), item.text);
-    painter.restore();
 }
 
 // A device of one dot to the twip, so that rich text is laid out in the sheet's own units.
@@ -120,7 +105,8 @@ void drawGrid(QPainter &painter, const Sheet &sheet, const QString &face)
                          QString::number(y));
 }
 
-void drawContent(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look)
+void drawContent(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look,
+                 TextPainter &texts)
 {
     if (look.calibrationGrid)
         drawGrid(painter, sheet, look.face);
@@ -132,12 +118,27 @@ void drawContent(QPainter &painter, const Document &document, const Sheet &sheet
         painter.drawLine(QPointF(line.x1, line.y1), QPointF(line.x2, line.y2));
     }
     painter.setPen(Qt::black);
+    texts.begin(painter);
     for (const TextItem &item : sheet.texts)
-        drawText(painter, item, look.face);
+        texts.draw(item);
     for (const RichTextSlot &slot : sheet.richTexts) {
         if (const auto text = document.richTexts.find(slot.name); text != document.richTexts.end())
             drawRichText(painter, slot, *text->second);
     }
+}
+
+void drawOn(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look,
+            const QMarginsF &unprintable, TextPainter &texts)
+{
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
+                           QPainter::SmoothPixmapTransform);
+    painter.scale(painter.device()->logicalDpiX() / twipsPerInch,
+                  painter.device()->logicalDpiY() / twipsPerInch);
+    if (sheet.origin == Origin::PrintableArea)
+        painter.translate(twipsFromMillimetres(unprintable.left()), twipsFromMillimetres(unprintable.top()));
+    drawContent(painter, document, sheet, look, texts);
+    painter.restore();
 }
 
 base::Status jobRefused()
@@ -164,6 +165,7 @@ base::Status drawPages(QPagedPaintDevice &device, const Document &document, cons
     if (!painter.begin(&device))
         return jobRefused();
     const QMarginsF unprintable = unprintableMargins(device);
+    TextPainter texts(look.face);
     qint64 drawn = 0;
     for (int round = 0; round < pages.rounds; ++round) {
         for (std::size_t page = pages.first; page <= pages.last; ++page) {
@@ -172,7 +174,7 @@ base::Status drawPages(QPagedPaintDevice &device, const Document &document, cons
                     return base::cancelled();
                 if (drawn > 0 && !device.newPage())
                     return jobRefused();
-                drawSheet(painter, document, document.sheets[page], look, unprintable);
+                drawOn(painter, document, document.sheets[page], look, unprintable, texts);
             }
         }
     }
@@ -184,15 +186,8 @@ base::Status drawPages(QPagedPaintDevice &device, const Document &document, cons
 void drawSheet(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look,
                const QMarginsF &unprintable)
 {
-    painter.save();
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
-                           QPainter::SmoothPixmapTransform);
-    painter.scale(painter.device()->logicalDpiX() / twipsPerInch,
-                  painter.device()->logicalDpiY() / twipsPerInch);
-    if (sheet.origin == Origin::PrintableArea)
-        painter.translate(twipsFromMillimetres(unprintable.left()), twipsFromMillimetres(unprintable.top()));
-    drawContent(painter, document, sheet, look);
-    painter.restore();
+    TextPainter texts(look.face);
+    drawOn(painter, document, sheet, look, unprintable, texts);
 }
 
 QMarginsF unprintableMargins(const QPagedPaintDevice &device)

@@ -20,7 +20,8 @@ constexpr double millimetresFromPoints(double points) { return points * 25.4 / 7
 
 enum class Align { Left, Centre, Right };
 
-/// One line of text. \a x is its left edge, centre or right edge; \a y the top of its em square.
+/// One line of text. \a x is its left edge, centre or right edge; \a y the top of its em square. Of vertical
+/// text \a x is the middle of the column, and \a y its top, middle or bottom.
 struct TextItem
 {
     double x = 0;
@@ -29,7 +30,10 @@ struct TextItem
     double points = 10;
     Align align = Align::Left;
     bool bold = false;
-    double room = 0; // twips; type that comes out wider is squeezed into it. 0: as it falls
+    double room = 0; // twips; type that comes out longer is squeezed into it. 0: as it falls
+    bool vertical = false;
+    bool pairedDigits = false; // of vertical text: two digits stand side by side
+    QString face{};            // empty: the document's own
 };
 
 struct Line

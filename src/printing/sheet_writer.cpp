@@ -16,6 +16,16 @@ void SheetWriter::text(double x, double y, const QString &text, double points, A
         m_sheet.texts.push_back({across(x), down(y), text, points, align, bold, twipsFromMillimetres(room)});
 }
 
+void SheetWriter::text(double x, double y, TextItem item)
+{
+    if (item.text.isEmpty())
+        return;
+    item.x = across(x);
+    item.y = down(y);
+    item.room = twipsFromMillimetres(item.room);
+    m_sheet.texts.push_back(std::move(item));
+}
+
 void SheetWriter::line(double x1, double y1, double x2, double y2, double width, int grey)
 {
     m_sheet.lines.push_back({across(x1), down(y1), across(x2), down(y2), twipsFromMillimetres(width), grey});

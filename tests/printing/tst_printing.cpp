@@ -10,10 +10,12 @@
 #include "workspace/settings.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCheckBox>
 #include <QImage>
 #include <QLabel>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPrinter>
 #include <QProcess>
 #include <QPushButton>
@@ -216,6 +218,50 @@ private slots:
         const QRectF squeezed = ink(drawn(oneSheet(sheet), look));
         QVERIFY(squeezed.left() >= 90 && squeezed.right() <= 100.01);
         QVERIFY(std::abs(squeezed.height() - natural.height()) < 0.3);
+    }
+
+    void paperIsFedAsItIsDeclared_data()
+    {
+        QTest::addColumn<double>("width"); // as it is fed, millimetres
+        QTest::addColumn<double>("height");
+        QTest::addColumn<bool>("turned");
+        QTest::addColumn<QString>("page"); // orientation, and size in points as it is read
+        QTest::newRow("A4") << 210.0 << 297.0 << false << u"Portrait A4 595 x 842"_s;
+        QTest::newRow("A4 read across") << 210.0 << 297.0 << true << u"Landscape A4 842 x 595"_s;
+        QTest::newRow("continuous form, wider than high")
+            << 241.3 << 114.3 << false << u"Portrait Custom 684 x 324"_s;
+        QTest::newRow("transfer form") << 184.0 << 114.0 << false << u"Portrait Custom 522 x 323"_s;
+        QTest::newRow("transfer form read across")
+            << 114.0 << 184.0 << true << u"Landscape Custom 522 x 323"_s;
+        QTest::newRow("nearly A5") << 148.0 << 209.0 << false << u"Portrait Custom 420 x 592"_s;
+    }
+
+    void paperIsFedAsItIsDeclared()
+    {
+        QFETCH(double, width);
+        QFETCH(double, height);
+        QFETCH(bool, turned);
+        Sheet sheet;
+        sheet.paperWidth = width;
+        sheet.paperHeight = height;
+        sheet.turned = turned;
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        QPdfWriter writer(&buffer);
+        setPage(writer, oneSheet(sheet));
+        const QPageLayout layout = writer.pageLayout();
+        const QSize read = layout.fullRectPoints().size();
+        const QString name =
+            layout.pageSize().id() == QPageSize::Custom ? u"Custom"_s : layout.pageSize().key();
+        QTEST(u"%1 %2 %3 x %4"_s
+                  .arg(layout.orientation() == QPageLayout::Portrait ? u"Portrait"_s : u"Landscape"_s, name)
+                  .arg(read.width())
+                  .arg(read.height()),
+              "page");
+        Sheet cut;
+        cut.setCutPaper(sheet.readWidth(), sheet.readHeight());
+        QCOMPARE(cut.readWidth(), sheet.readWidth());
+        QVERIFY(cut.paperWidth < cut.paperHeight);
     }
 
     void richTextIsScaledIntoItsSlot()

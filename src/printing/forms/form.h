@@ -4,7 +4,6 @@
 
 #include <QStringList>
 
-#include <map>
 #include <optional>
 #include <vector>
 
@@ -67,7 +66,7 @@ struct FormType
 {
     double points = 10;
     bool bold = false;
-    QString font; // a name of Form::fonts; empty: the document's own
+    QString font; // the face; empty: the document's own
 };
 
 /// What becomes of a text that is wider than its room.
@@ -247,7 +246,6 @@ struct Form
     Origin origin = Origin::PaperEdge;
     QStringList shiftRight; // names of the offsets that move everything
     QStringList shiftDown;
-    std::map<QString, QString> fonts; // faces by the names that type asks for
     std::vector<FormBox> boxes;
     std::vector<FormRule> rules;
     std::vector<FormStack> stacks;

@@ -56,7 +56,9 @@ void writeCell(SheetWriter &writer, const FittedText &cell, const FormColumn &co
         static_cast<double>(cell.lines.size() - 1) * step + millimetresFromPoints(cell.points);
     double top = y + (height - block) / 2;
     for (const QString &line : cell.lines) {
-        writer.text(column.x, top, line, cell.points, column.align, column.width, body.type.bold);
+        TextItem item{0, 0, line, cell.points, column.align, body.type.bold, column.width};
+        item.face = body.type.font;
+        writer.text(column.x, top, std::move(item));
         top += step;
     }
 }

@@ -163,20 +163,6 @@ void FormFields::tables(const char *key, const std::function<void(const TomlNode
     }
 }
 
-void FormFields::named(const char *key, const std::function<void(const QString &, const QString &)> &read)
-{
-    const TomlNode *node = table(key);
-    if (!node)
-        return;
-    for (const TomlNode &child : node->children) {
-        if (child.kind == TomlNode::Kind::Text)
-            read(child.key, child.text);
-        else
-            m_faults.push_back(
-                {child.line, u"「%1」には「\" \"」で囲んだ文字を書いてください。"_s.arg(child.key)});
-    }
-}
-
 void FormFields::require(std::initializer_list<const char *> keys) const
 {
     for (const char *key : keys) {

@@ -39,9 +39,6 @@ public:
     const TomlNode *table(const char *key);
     /// Calls \a read for each table of the array under \a key.
     void tables(const char *key, const std::function<void(const TomlNode &)> &read);
-    /// The keys of a table that names them itself, each with a text.
-    void named(const char *key, const std::function<void(const QString &, const QString &)> &read);
-
     [[nodiscard]] bool has(const char *key) const;
     /// The line of \a key, or the table's own.
     [[nodiscard]] int line(const char *key) const;

@@ -124,8 +124,7 @@ void FormParts::readType(FormFields &fields, FormType &type)
 {
     readSize(fields, type.points);
     fields.flag("bold", type.bold);
-    if (fields.text("font", type.font) && !m_form.fonts.contains(type.font))
-        fields.fault("font", u"「%1」という書体が [fonts] にありません。"_s.arg(type.font));
+    fields.text("font", type.font);
 }
 
 void FormParts::readWrap(FormFields &fields, double &width, double &height, double &leading) const

@@ -46,7 +46,6 @@ public:
         fields.text("name", m_form.name);
         readPaper(fields);
         readShift(fields);
-        fields.named("fonts", [&](const QString &name, const QString &face) { m_form.fonts[name] = face; });
         readElements(fields);
         readBody(fields);
         readCarry(fields);

@@ -195,7 +195,11 @@ private:
     void add(SheetWriter &writer, double x, double y, const QString &words, double points,
              const FormText &text, double room)
     {
-        writer.text(x, y, words, points, text.align, room, text.type.bold);
+        TextItem item{0, 0, words, points, text.align, text.type.bold, room};
+        item.vertical = text.vertical;
+        item.pairedDigits = text.pairedDigits;
+        item.face = text.type.font;
+        writer.text(x, y, std::move(item));
     }
 
     void writeStack(SheetWriter &writer, const FormStack &stack)
@@ -222,7 +226,9 @@ private:
         for (const QString &part : fitted.lines) {
             if (part.isEmpty())
                 continue;
-            writer.text(stack.place.x, y, part, fitted.points, Align::Left, stack.width, line.type.bold);
+            TextItem item{0, 0, part, fitted.points, Align::Left, line.type.bold, stack.width};
+            item.face = line.type.font;
+            writer.text(stack.place.x, y, std::move(item));
             y += millimetresFromPoints(fitted.points) * stack.leading;
         }
     }

@@ -12,13 +12,13 @@ const QByteArray sound = R"(format = 1
 name = "試し"
 paper = { width = 210, height = 100.5 }
 shift = { down = "OffsetB" }
-[fonts]
-thick = "ＭＳ ゴシック"
+
+
 [[text]]
 item = "宛先"
 x = 20
 y = 30
-font = "thick"
+font = "ＭＳ ゴシック"
 [[total]]
 item = "合計"
 x = 190
@@ -81,7 +81,7 @@ void TestFormFaults::damagedFiles_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("told"); // the beginning
 
-    damage("unknown key", "font = \"thick\"", "allign = \"right\"",
+    damage("unknown key", "font = \"ＭＳ ゴシック\"", "allign = \"right\"",
            "own.toml:11: 「allign」というキーはありません。使えるキー：item、text、");
     damage("unknown key at the top", "name =", "titel =", "own.toml:1: 「name」が書かれていません。");
     damage("unknown table", "[[total]]", "[[totals]]", "own.toml:12: 「totals」");
@@ -91,10 +91,10 @@ void TestFormFaults::damagedFiles_data()
            "own.toml:8: 「明細.品」");
     damage("unknown column", "明細.品", "明細.色",
            "own.toml:22: 「明細.色」という項目はありません。使える項目：明細.品");
-    damage("unknown item of a condition", "font = \"thick\"", "when = \"宛名\"", "own.toml:11: 「宛名」");
+    damage("unknown item of a condition", "font = \"ＭＳ ゴシック\"", "when = \"宛名\"",
+           "own.toml:11: 「宛名」");
     damage("unknown offset", "OffsetB", "OffsetZ", "own.toml:4: 「OffsetZ」というずれはありません。");
-    damage("unknown font", "font = \"thick\"", "font = \"細字\"", "own.toml:11: 「細字」");
-    damage("unknown word", "font = \"thick\"", "align = \"middle\"",
+    damage("unknown word", "font = \"ＭＳ ゴシック\"", "align = \"middle\"",
            "own.toml:11: 「align」に「middle」は使えません。使えるもの：left、center、right");
     damage("neither item nor text", "item = \"宛先\"", "", "own.toml:7: 「item」か「text」");
     damage("both item and text", "item = \"宛先\"", "item = \"宛先\"\ntext = \"a\"",
@@ -108,8 +108,8 @@ void TestFormFaults::damagedFiles_data()
     damage("x not a number", "x = 20", "x = nan", "own.toml:9: 「x」");
     damage("x infinite", "x = 20", "x = inf", "own.toml:9: 「x」");
     damage("x negative and infinite", "x = 20", "x = -inf", "own.toml:9: 「x」");
-    damage("size too small", "font = \"thick\"", "size = 3.9", "own.toml:11: 「size」には 4 から 72");
-    damage("size too large", "font = \"thick\"", "size = 73", "own.toml:11: 「size」");
+    damage("size too small", "font = \"ＭＳ ゴシック\"", "size = 3.9", "own.toml:11: 「size」には 4 から 72");
+    damage("size too large", "font = \"ＭＳ ゴシック\"", "size = 73", "own.toml:11: 「size」");
     damage("rows negative", "rows = 8", "rows = -8", "own.toml:20: 「rows」");
     damage("rows with a fraction", "rows = 8", "rows = 8.5", "own.toml:20: 「rows」には小数点のない数");
     damage("rows off the paper", "rows = 8", "rows = 13",
@@ -127,7 +127,8 @@ void TestFormFaults::damagedFiles_data()
     damage("format of a text", "item = \"宛先\"", "item = \"宛先\"\nformat = \"#,##0\"",
            "own.toml:9: 「宛先」");
     damage("wrong format of a number", "#,##0", "#.##0,00", "own.toml:16: 「合計」");
-    damage("rich text as text", "font = \"thick\"", "[[slot]]\nitem=\"宛先\"\nx=1\ny=1\nwidth=9\nheight=9",
+    damage("rich text as text", "font = \"ＭＳ ゴシック\"",
+           "[[slot]]\nitem=\"宛先\"\nx=1\ny=1\nwidth=9\nheight=9",
            "own.toml:12: 「宛先」は飾り文字の枠に入りません。");
     damage("later format", "format = 1", "format = 2", "own.toml:1: この版より新しい書式");
     damage("no format", "format = 1", "", "own.toml:1: 「format = 1」が書かれていません。");
@@ -172,7 +173,7 @@ void TestFormFaults::soundFileIsRead()
     const auto form = readForm(sound, u"own.toml"_s, items());
     QCOMPARE(form->texts.size(), std::size_t{2});
     QCOMPARE(form->texts[1].place.sheets, OnSheets::Last);
-    QCOMPARE(form->fonts.at(u"thick"_s), u"ＭＳ ゴシック"_s);
+    QCOMPARE(form->texts[0].type.font, u"ＭＳ ゴシック"_s);
     QCOMPARE(form->body->first.count, 8);
     QVERIFY(form->carry->takesRow);
 }

@@ -1,0 +1,139 @@
+#include "form_operations.h"
+
+#include "measuring.h"
+
+#include "printing/forms/form_files.h"
+#include "printing/pdf.h"
+#include "printing/renderer.h"
+#include "slips/documents/delivery_note.h"
+
+#include <QPainter>
+#include <QPdfWriter>
+#include <QTemporaryDir>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace bench
+{
+
+namespace
+{
+
+constexpr int notes = 1000;
+constexpr int linesOfANote = 8;
+const QString face = u"IPAMincho"_s;
+
+slips::DeliveryNoteData noteOf(int number)
+{
+    slips::DeliveryNoteData data;
+    data.sender.name1 = u"有限会社山田茶舗"_s;
+    data.sender.zip = u"420-0001"_s;
+    data.sender.address1 = u"静岡市葵区井宮町１２３"_s;
+    data.sender.tel1 = u"054-123-4567"_s;
+    data.slip.number = u"O24-%1"_s.arg(number);
+    data.slip.date = QDate(2026, 4, 1).addDays(number % 30);
+    data.slip.name1 = u"株式会社東京百貨店第%1売場"_s.arg(number);
+    data.slip.zip = u"150-%1"_s.arg(number, 4, 10, QChar(u'0'));
+    data.slip.address1 = u"東京都渋谷区神宮前%1－２－３"_s.arg(number);
+    data.slip.tel = u"03-1234-%1"_s.arg(number, 4, 10, QChar(u'0'));
+    for (int i = 0; i < linesOfANote; ++i) {
+        const double price = 980 + number % 700 + i;
+        data.slip.lines.push_back({u"煎茶 %1号"_s.arg((number * 7 + i) % 300), u"100g"_s, i + 1.0, u"袋"_s,
+                                   price, price * (i + 1)});
+        data.total += price * (i + 1);
+    }
+    return data;
+}
+
+printing::Document documentOf(const std::vector<slips::DeliveryNoteData> &all)
+{
+    const printing::Form form =
+        printing::builtInForm(QString::fromUtf16(slips::plainDeliveryNoteLayout), slips::deliveryNoteItems());
+    printing::Document document;
+    document.title = u"納品書"_s;
+    for (const slips::DeliveryNoteData &data : all) {
+        for (printing::Sheet &sheet : slips::deliveryNote(data, form))
+            document.sheets.push_back(std::move(sheet));
+    }
+    return document;
+}
+
+/// A text as a program that draws nothing else would hold it: its font is made, its baseline known.
+struct BareText
+{
+    QPointF at;
+    const QFont *font;
+    QString text;
+};
+
+/// The same texts at the same places, drawn with nothing but QPainter and QPdfWriter.
+class BareNotes
+{
+public:
+    explicit BareNotes(const printing::Document &document)
+    {
+        for (const printing::Sheet &sheet : document.sheets) {
+            std::vector<BareText> &page = m_pages.emplace_back();
+            for (const printing::TextItem &item : sheet.texts)
+                page.push_back({{item.x, item.y + 0.88 * item.points * printing::twipsPerPoint},
+                                fontOf(item),
+                                item.text});
+        }
+    }
+
+    void write(const QString &fileName) const
+    {
+        QPdfWriter writer(fileName);
+        writer.setResolution(1440);
+        writer.setPageSize(QPageSize(QPageSize::A4));
+        writer.setPageMargins(QMarginsF());
+        QPainter painter(&writer);
+        for (std::size_t page = 0; page < m_pages.size(); ++page) {
+            if (page > 0)
+                writer.newPage();
+            for (const BareText &text : m_pages[page]) {
+                painter.setFont(*text.font);
+                painter.drawText(text.at, text.text);
+            }
+        }
+    }
+
+private:
+    const QFont *fontOf(const printing::TextItem &item)
+    {
+        const int pixels = static_cast<int>(std::lround(item.points * printing::twipsPerPoint));
+        QFont font(face);
+        font.setPixelSize(pixels);
+        font.setBold(item.bold);
+        return &m_fonts.try_emplace({pixels, item.bold}, font).first->second;
+    }
+
+    std::map<std::pair<int, bool>, QFont> m_fonts;
+    std::vector<std::vector<BareText>> m_pages;
+};
+
+} // namespace
+
+void registerFormOperations(std::vector<Row> &rows)
+{
+    auto folder = std::make_shared<QTemporaryDir>();
+    auto all = std::make_shared<std::vector<slips::DeliveryNoteData>>();
+    for (int i = 0; i < notes; ++i)
+        all->push_back(noteOf(i));
+    auto bare = std::make_shared<BareNotes>(documentOf(*all));
+    rows.push_back({"delivery notes through the form engine to one PDF", "1,000 notes", 1.5});
+    add(rows.size() - 1, "ours", [folder, all] {
+        return secondsOf([&] {
+            const base::Status written = printing::writePdf(documentOf(*all), printing::Look{face, false},
+                                                            folder->filePath(u"ours.pdf"_s));
+            if (!written)
+                qFatal("%s", qPrintable(written.error().text));
+        });
+    });
+    add(rows.size() - 1, "bare",
+        [folder, bare] { return secondsOf([&] { bare->write(folder->filePath(u"bare.pdf"_s)); }); });
+}
+
+} // namespace bench
