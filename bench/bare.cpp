@@ -151,8 +151,6 @@ int Bare::findCustomers(const QString &key)
                  u'%' + key + u'%');
 }
 
-int Bare::registerKeys() { return count("SELECT 納品先ID FROM 納品先 ORDER BY 更新日 DESC, フリガナ", {}); }
-
 void Bare::writeCustomers(const QString &fileName)
 {
     std::FILE *file = std::fopen(fileName.toLocal8Bit().constData(), "wb");
@@ -235,14 +233,4 @@ int Bare::previousSales(std::int64_t customer)
     sqlite3_bind_int64(statement, 1, customer);
     return readAll(m_handle, statement);
 }
-
-int Bare::salesToCorrect()
-{
-    // Unsorted: in order SQLite would read the whole table in place of an index, which is not the least.
-    const int sales = count("SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE 'O%'", {});
-    count("SELECT * FROM 入出庫マスター WHERE ID = (SELECT max(ID) FROM 入出庫マスター)", {});
-    count("SELECT * FROM 入出庫サブ WHERE ID = (SELECT max(ID) FROM 入出庫マスター) ORDER BY 明細ID", {});
-    return sales;
-}
-
 } // namespace bench

@@ -40,9 +40,6 @@ public:
     /// of them for an empty one. \return how many
     int findCustomers(const QString &key);
 
-    /// The keys of all customers in the register's order. \return how many
-    int registerKeys();
-
     /// All columns of all customers, printed into \a fileName with commas between.
     void writeCustomers(const QString &fileName);
 
@@ -51,9 +48,6 @@ public:
 
     /// The earlier sales lines of \a customer, all columns read. \return how many
     int previousSales(std::int64_t customer);
-
-    /// The keys of all sales, and the last one's row and lines. \return how many sales
-    int salesToCorrect();
 
     /// What \a customer owes from before \a from, and its lines from then to \a to, all columns read and
     /// added up. \return how many

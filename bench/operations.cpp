@@ -14,8 +14,10 @@
 #include "slips/entry/frmOut.h"
 
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QLocale>
+#include <QTableView>
 
 using namespace Qt::StringLiterals;
 
@@ -97,11 +99,9 @@ public:
         lineEntered(1000, 10000);
         lineEntered(100000, 1000000);
         keySearch();
-        registerOpened(1000);
-        registerOpened(1000000);
+        screensOpened();
         previousSales(1000, 10000);
         previousSales(100000, 1000000);
-        correctionOpened();
         start(1000, 10000);
         start(1000000, 1000);
         start(100000, 1000000);
@@ -206,23 +206,55 @@ private:
         }
     }
 
-    void registerOpened(int customers)
+    // A table a thousand times as long may take this much longer to show, to leaf through and to go to the
+    // end of, milliseconds.
+    static constexpr double mostForLength = 10;
+
+    template <class Screen>
+    void screenOpened(const std::string &what, const std::string &unit, const QString &smallFile,
+                      const QString &largeFile)
     {
-        const bool large = customers >= 1000000;
-        const std::size_t at =
-            row("customer register opened", std::to_string(customers) + " customers", large ? 3 : 0);
-        const QString file = m_shops.shop(customers, large ? 1000 : 10000);
-        auto shop = std::make_shared<OpenShop>(file);
-        auto bare = std::make_shared<Bare>(file);
-        add(at, "ours", [shop] {
-            std::unique_ptr<registers::frmNouhin> screen;
-            return secondsOf([&] {
-                screen = std::make_unique<registers::frmNouhin>(shop->workspace);
-                screen->show();
-                settle();
-            });
-        });
-        add(at, "bare", [bare] { return secondsOf([&] { bare->registerKeys(); }); });
+        const struct
+        {
+            const char *action;
+            std::optional<Qt::Key> key;
+            Qt::KeyboardModifiers modifiers;
+        } actions[] = {{" opened", std::nullopt, Qt::NoModifier},
+                       {", PgDn right after", Qt::Key_PageDown, Qt::NoModifier},
+                       {", Ctrl+End right after", Qt::Key_End, Qt::ControlModifier}};
+        for (const auto &action : actions) {
+            const std::size_t small = row(what + action.action, "1,000 " + unit, 0);
+            const std::size_t large = row(what + action.action, "1,000,000 " + unit, 0);
+            m_rows[large].most = mostForLength;
+            m_rows[large].over = small;
+            for (const auto &[at, file] : {std::pair(small, smallFile), std::pair(large, largeFile)}) {
+                auto shop = std::make_shared<OpenShop>(file);
+                add(at, "ours", [shop, action] {
+                    std::unique_ptr<Screen> screen;
+                    const double opened = secondsOf([&] {
+                        screen = std::make_unique<Screen>(shop->workspace);
+                        screen->show();
+                        settle();
+                    });
+                    if (!action.key)
+                        return opened;
+                    auto &grid = control<QTableView>(*screen, "DataGrid1");
+                    return secondsOf([&] {
+                        QKeyEvent press(QEvent::KeyPress, *action.key, action.modifiers);
+                        QCoreApplication::sendEvent(&grid, &press);
+                        settle();
+                    });
+                });
+            }
+        }
+    }
+
+    void screensOpened()
+    {
+        screenOpened<registers::frmNouhin>("customer register", "customers", m_shops.shop(1000, 10000),
+                                           m_shops.shop(1000000, 1000));
+        screenOpened<slips::frmOutAmd>("sales correction", "slips", m_shops.shop(1000, 1000),
+                                       m_shops.shop(100000, 1000000));
     }
 
     // Each customer has as many slips in either shop: the second one shows what the others' slips cost.
@@ -242,23 +274,6 @@ private:
             customer = customer % customers + 1;
             return secondsOf([&] { bare->previousSales(customer); });
         });
-    }
-
-    void correctionOpened()
-    {
-        const std::size_t at = row("sales correction opened", "1,000,000 slips", 1.5);
-        const QString file = m_shops.shop(100000, 1000000);
-        auto shop = std::make_shared<OpenShop>(file);
-        auto bare = std::make_shared<Bare>(file);
-        add(at, "ours", [shop] {
-            std::unique_ptr<slips::frmOutAmd> screen;
-            return secondsOf([&] {
-                screen = std::make_unique<slips::frmOutAmd>(shop->workspace);
-                screen->show();
-                settle();
-            });
-        });
-        add(at, "bare", [bare] { return secondsOf([&] { bare->salesToCorrect(); }); });
     }
 
     void start(int customers, int slips)

@@ -84,7 +84,7 @@ void registerSearches(const Shops &shops, std::vector<Row> &rows)
     } searches[] = {{"kanji", u"山田"_s}, {"kana", u"ﾔﾏﾀﾞ"_s}, {"telephone", u"052-"_s}};
     for (const auto &search : searches) {
         rows.push_back({std::string("customers found by any part of the key, ") + search.what,
-                        "100,000 customers", 1.5});
+                        "100,000 customers", 1.2});
         add(rows.size() - 1, "ours",
             [desk, text = search.condition] { return desk->secondsToFind(u"納品先名"_s, text); });
         add(rows.size() - 1, "bare",

@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ struct Row
     std::string size;
     double allowed = 0; // times the bare figure; 0: nothing is demanded
     double most = 0;    // milliseconds, where there is no bare figure; 0: nothing is demanded
+    std::optional<std::size_t> over = {}; // `most` is what it may take more than this row
 };
 
 /// Collects the medians of the benchmarks named "<row>/ours" and "<row>/bare" and prints them as one table:
@@ -35,6 +37,8 @@ public:
     [[nodiscard]] bool kept() const { return m_kept; }
 
 private:
+    [[nodiscard]] double mostOf(const Row &row) const;
+
     std::vector<Row> m_rows;
     std::map<std::string, double> m_medians; // milliseconds, by benchmark name
     bool m_kept = true;

@@ -4,6 +4,7 @@
 #include "db/file_header.h"
 #include "db/like_function.h"
 #include "db/schema.h"
+#include "db/statement.h"
 #include "db/valid_day.h"
 
 #include <QFileInfo>
@@ -23,15 +24,6 @@ namespace db
 namespace
 {
 
-// A NUL would end the text in every other program that reads the file.
-QVariant bindable(const QVariant &value)
-{
-    if (value.typeId() != QMetaType::QString)
-        return value;
-    QString text = value.toString();
-    return text.contains(QChar(0)) ? text.remove(QChar(0)) : text;
-}
-
 // A statement that begins so means the same whenever it is run; a PRAGMA may be carried out while it is
 // prepared.
 bool isKept(const QString &sql)
@@ -47,25 +39,6 @@ constexpr std::size_t statementsKept = 100;
 
 // Bytes of a value or a row. No row of a shop comes near it; a file made with ill will asks for more.
 constexpr int longestValue = 100'000'000;
-
-int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
-{
-    if (value.isNull())
-        return sqlite3_bind_null(statement, index);
-    switch (value.typeId()) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::Bool:
-        return sqlite3_bind_int64(statement, index, value.toLongLong());
-    case QMetaType::Double:
-        return sqlite3_bind_double(statement, index, value.toDouble());
-    default: {
-        const QByteArray utf8 = bindable(value).toString().toUtf8();
-        return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
-                                 SQLITE_TRANSIENT);
-    }
-    }
-}
 
 const QString rebuilding = u"「環境設定」の「データベースの再作成」で、新しいファイルに移せます。"_s;
 
@@ -351,25 +324,15 @@ base::Result<int> Connection::execute(const QString &sql, const QVariantList &va
 
 base::Result<std::vector<qint64>> Connection::integers(const QString &sql, const QVariantList &values)
 {
-    sqlite3_stmt *statement = nullptr;
-    const QByteArray utf8 = sql.toUtf8();
     if (!m_open)
         return errorFromCode(SQLITE_CANTOPEN, {});
-    int code =
-        sqlite3_prepare_v2(handle(), utf8.constData(), static_cast<int>(utf8.size()), &statement, nullptr);
-    for (int i = 0; code == SQLITE_OK && i < values.size(); ++i)
-        code = bindValue(statement, i + 1, values.at(i));
+    Statement row(handle(), sql);
+    row.bind(values);
     std::vector<qint64> found;
-    if (code == SQLITE_OK) {
-        while ((code = sqlite3_step(statement)) == SQLITE_ROW)
-            found.push_back(sqlite3_column_int64(statement, 0));
-    }
-    if (code != SQLITE_DONE) {
-        const base::Error error = errorFrom(handle());
-        sqlite3_finalize(statement);
-        return error;
-    }
-    sqlite3_finalize(statement);
+    while (row.next())
+        found.push_back(row.integer(0));
+    if (row.code() != SQLITE_DONE)
+        return errorFrom(handle());
     return found;
 }
 

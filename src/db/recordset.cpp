@@ -2,6 +2,8 @@
 
 #include "text/numbers.h"
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -13,8 +15,29 @@ namespace db
 namespace
 {
 
-// About a megabyte of rows; more are read again when they are looked at again.
-constexpr int blocksKept = 64;
+// A file that cannot be read now, as it is locked perhaps, is tried again; milliseconds.
+constexpr int firstPause = 50;
+constexpr int longestPause = 2000;
+
+// While one lives, a locked file is told at once: nobody waits for what is read in the background.
+class NoWaiting
+{
+public:
+    explicit NoWaiting(Connection &connection)
+        : m_handle(connection.handle())
+    {
+        if (const auto timeout = connection.integers(u"PRAGMA busy_timeout"_s); timeout && !timeout->empty())
+            m_timeout = static_cast<int>(timeout->front());
+        sqlite3_busy_timeout(m_handle, 0);
+    }
+    ~NoWaiting() { sqlite3_busy_timeout(m_handle, m_timeout); }
+    NoWaiting(const NoWaiting &) = delete;
+    NoWaiting &operator=(const NoWaiting &) = delete;
+
+private:
+    sqlite3 *m_handle;
+    int m_timeout = 5000; // milliseconds
+};
 
 QMetaType::Type typeOf(const QString &declared)
 {
@@ -25,36 +48,40 @@ QMetaType::Type typeOf(const QString &declared)
 
 } // namespace
 
-Recordset::Recordset(Connection &connection, QObject *parent)
+Recordset::Recordset(Connection &connection, QObject *parent, Pace pace)
     : QAbstractTableModel(parent)
     , m_connection(connection)
-{}
+    , m_keys(connection, pace)
+    , m_pace(pace)
+    , m_rows(connection)
+{
+    m_reading.setSingleShot(true);
+    connect(&m_reading, &QTimer::timeout, this, &Recordset::readSlice);
+}
 
 Recordset::~Recordset() = default;
 
+// --- Opening ---
+
 base::Status Recordset::open(const Query &query)
 {
-    auto keys = readKeys(query);
-    return keys ? adopt(std::move(*keys), query) : base::Status(keys.error());
+    KeySet keys(m_connection, m_pace);
+    const base::Status opened = keys.open(query, KeySet::End::First);
+    return opened ? adopt(std::move(keys), query) : opened;
 }
 
 base::Result<bool> Recordset::openIfAny(const Query &query)
 {
-    auto keys = readKeys(query);
-    if (!keys)
-        return keys.error();
-    if (keys->empty())
+    KeySet keys(m_connection, m_pace);
+    if (const base::Status opened = keys.open(query, KeySet::End::First); !opened)
+        return opened.error();
+    if (keys.count() == 0)
         return false;
-    const base::Status opened = adopt(std::move(*keys), query);
-    return opened ? base::Result<bool>(true) : base::Result<bool>(opened.error());
+    const base::Status adopted = adopt(std::move(keys), query);
+    return adopted ? base::Result<bool>(true) : base::Result<bool>(adopted.error());
 }
 
-base::Result<std::vector<qint64>> Recordset::readKeys(const Query &query)
-{
-    return m_connection.integers(query.selecting(query.key()), query.values);
-}
-
-base::Status Recordset::adopt(std::vector<qint64> keys, const Query &query)
+base::Status Recordset::adopt(KeySet keys, const Query &query)
 {
     const auto columns = readColumns(query);
     if (!columns)
@@ -64,13 +91,20 @@ base::Status Recordset::adopt(std::vector<qint64> keys, const Query &query)
     m_key = query.key();
     m_columns = columns->names;
     m_types = columns->types;
-    m_keys = std::move(keys);
-    m_blocks.clear();
-    m_edits.clear();
-    m_current = m_keys.empty() ? -1 : 0;
-    endResetModel();
-    emit currentRowChanged(m_current);
+    show(std::move(keys), 0);
     return {};
+}
+
+// The rows of the query from now on; between beginResetModel() and this.
+void Recordset::show(KeySet keys, int current)
+{
+    m_keys = std::move(keys);
+    m_rows.reset(m_query);
+    m_edits.clear();
+    m_current = std::min(current, count() - 1);
+    endResetModel();
+    goOnReading(0);
+    emit currentRowChanged(m_current);
 }
 
 base::Result<Recordset::Columns> Recordset::readColumns(const Query &query)
@@ -97,55 +131,168 @@ base::Result<Recordset::Columns> Recordset::readColumns(const Query &query)
 
 void Recordset::close()
 {
+    m_reading.stop();
     beginResetModel();
     m_key.clear();
-    m_keys.clear();
-    m_blocks.clear();
-    m_edits.clear();
-    m_current = -1;
-    endResetModel();
-    emit currentRowChanged(-1);
+    show(KeySet(m_connection, m_pace), -1);
 }
 
 base::Status Recordset::requery()
 {
     const qint64 key = currentKey();
     const bool had = m_current >= 0;
-    if (const base::Status opened = open(Query(m_query)); !opened)
+    KeySet keys(m_connection, m_pace);
+    if (const base::Status opened = keys.open(m_query, KeySet::End::First); !opened)
         return opened;
-    return had ? moveToKey(key) : base::Status();
+    if (had && !keys.isComplete() && keys.rowOf(key) < 0) {
+        KeySet around(m_connection, m_pace);
+        const auto found = around.openAround(m_query, key);
+        if (!found)
+            return found.error();
+        if (*found)
+            keys = std::move(around);
+    }
+    const int row = had ? keys.rowOf(key) : -1;
+    beginResetModel();
+    show(std::move(keys), std::max(row, 0));
+    return {};
+}
+
+// --- Reading on ---
+
+void Recordset::goOnReading(int afterMilliseconds)
+{
+    if (isComplete())
+        m_reading.stop();
+    else
+        m_reading.start(afterMilliseconds);
+}
+
+void Recordset::readSlice()
+{
+    if (!m_connection.isOpen() || isComplete())
+        return;
+    const auto end = m_keys.hasEnd(KeySet::End::Last) ? KeySet::End::First : KeySet::End::Last;
+    const NoWaiting noWaiting(m_connection);
+    if (const auto found = m_keys.next(end); found)
+        extend(end, *found);
+    else
+        goOnReading(std::clamp(2 * m_reading.interval(), firstPause, longestPause));
+}
+
+void Recordset::extend(KeySet::End end, const KeySet::Found &found)
+{
+    const int added = static_cast<int>(found.keys.size());
+    const int row = end == KeySet::End::First ? 0 : count();
+    if (added > 0)
+        beginInsertRows({}, row, row + added - 1);
+    m_keys.take(end, found);
+    if (end == KeySet::End::First && m_current >= 0)
+        m_current += added;
+    if (added > 0)
+        endInsertRows();
+    goOnReading(0);
+    emit extended();
+}
+
+base::Status Recordset::readEnd(KeySet::End end)
+{
+    const auto found = m_keys.next(end, true);
+    if (!found)
+        return found.error();
+    extend(end, *found);
+    return {};
+}
+
+base::Status Recordset::readAll()
+{
+    for (const KeySet::End end : {KeySet::End::Last, KeySet::End::First}) {
+        if (m_keys.hasEnd(end))
+            continue;
+        if (const base::Status read = readEnd(end); !read)
+            return read;
+    }
+    return {};
+}
+
+void Recordset::reach(int row)
+{
+    const KeySet::End end = row < 0 ? KeySet::End::First : KeySet::End::Last;
+    while ((row < 0 || row >= count()) && !m_keys.hasEnd(end)) {
+        const auto found = m_keys.next(end);
+        if (!found)
+            return;
+        if (row < 0)
+            row += static_cast<int>(found->keys.size());
+        extend(end, *found);
+    }
 }
 
 QString Recordset::placeholders(qsizetype count) { return QStringList(count, u"?"_s).join(u", "_s); }
 
 qint64 Recordset::currentKey() const { return m_current < 0 ? 0 : keyAt(m_current); }
 
-base::Status Recordset::moveTo(int row)
+// --- The current row ---
+
+// What keeps the current row from being left.
+base::Status Recordset::settle()
 {
-    if (row < 0 || row >= count() || row == m_current)
-        return {};
     if (m_leaving) {
         if (const base::Status left = m_leaving(); !left)
             return left;
     }
-    if (isDirty()) {
-        const qint64 target = keyAt(row);
-        const qint64 left = currentKey();
-        const base::Status saved = m_saver ? m_saver() : update();
-        if (!saved)
-            return saved;
-        // The saver may have read the rows anew, in another order.
-        if (currentKey() != left || row >= count() || keyAt(row) != target)
-            return moveToKey(target);
-    }
+    if (!isDirty())
+        return {};
+    return m_saver ? m_saver() : update();
+}
+
+base::Status Recordset::moveTo(int row)
+{
+    if (row < 0 || row >= count() || row == m_current)
+        return {};
+    const qint64 target = keyAt(row);
+    const qint64 left = currentKey();
+    if (const base::Status settled = settle(); !settled)
+        return settled;
+    // The saver may have read the rows anew, in another order.
+    if (currentKey() != left || row >= count() || keyAt(row) != target)
+        return moveToKey(target);
     setCurrent(row);
     return {};
 }
 
 base::Status Recordset::moveToKey(qint64 key)
 {
-    const auto found = std::find(m_keys.begin(), m_keys.end(), key);
-    return found == m_keys.end() ? base::Status() : moveTo(static_cast<int>(found - m_keys.begin()));
+    if (const int row = m_keys.rowOf(key); row >= 0 || isComplete())
+        return moveTo(row);
+    KeySet around(m_connection, m_pace);
+    const auto found = around.openAround(m_query, key);
+    if (!found)
+        return found.error();
+    if (!*found)
+        return {};
+    if (const base::Status settled = settle(); !settled)
+        return settled;
+    const int row = around.rowOf(key);
+    beginResetModel();
+    show(std::move(around), row);
+    return {};
+}
+
+base::Status Recordset::moveToEnd(KeySet::End end)
+{
+    const bool isLast = end == KeySet::End::Last;
+    if (m_keys.hasEnd(end))
+        return moveTo(isLast ? count() - 1 : 0);
+    if (const base::Status settled = settle(); !settled)
+        return settled;
+    KeySet keys(m_connection, m_pace);
+    if (const base::Status opened = keys.open(m_query, end); !opened)
+        return opened;
+    const int row = isLast ? keys.count() - 1 : 0;
+    beginResetModel();
+    show(std::move(keys), row);
+    return {};
 }
 
 void Recordset::setCurrent(int row)
@@ -159,49 +306,32 @@ void Recordset::refresh()
 {
     if (m_current < 0)
         return;
-    const int number = m_current / blockSize;
-    const Block known = m_blocks.take(number);
-    if (!block(number).isRead && known.isRead)
-        m_blocks.insert(number, known);
+    m_rows.refresh(currentKey());
     rowChanged(m_current);
     emit currentRowChanged(m_current);
 }
 
 void Recordset::rowChanged(int row) { emit dataChanged(index(row, 0), index(row, columnCount() - 1)); }
 
+// --- Cells ---
+
 QVariant Recordset::stored(int row, int column) const
 {
-    const Block &kept = block(row / blockSize);
-    const QVariantList &values = kept.rows[static_cast<std::size_t>(row % blockSize)];
+    const QVariantList &values = rowAt(row).values;
     return column < values.size() ? values.at(column) : QVariant();
 }
 
-// A row that another program deleted meanwhile, or that cannot be read, stays as an empty row.
-const Recordset::Block &Recordset::block(int number) const
+const RowCache::Row &Recordset::rowAt(int row) const
 {
-    if (const auto kept = m_blocks.constFind(number); kept != m_blocks.constEnd())
-        return *kept;
-    if (m_blocks.size() >= blocksKept)
-        m_blocks.clear();
-    const int first = number * blockSize;
-    const int size = std::min(blockSize, count() - first);
-    QVariantList keys;
-    QHash<qint64, int> places;
-    for (int i = 0; i < size; ++i) {
-        keys << keyAt(first + i);
-        places.insert(keyAt(first + i), i);
+    const qint64 key = keyAt(row);
+    if (!m_rows.has(key)) {
+        QVariantList keys;
+        const int first = row - row % RowCache::blockSize;
+        for (int i = first; i < std::min(first + RowCache::blockSize, count()); ++i)
+            keys << keyAt(i);
+        m_rows.read(keys, currentKey());
     }
-    Block fresh{std::vector<QVariantList>(static_cast<std::size_t>(size))};
-    const auto read =
-        m_connection.select(u"SELECT "_s + m_key + u", "_s + m_query.columns + u" FROM "_s + m_query.table +
-                                u" WHERE "_s + m_key + u" IN ("_s + placeholders(size) + u")"_s,
-                            keys);
-    if (read) {
-        fresh.isRead = true;
-        for (const QVariantList &row : read->rows)
-            fresh.rows[static_cast<std::size_t>(places.value(row.front().toLongLong()))] = row.mid(1);
-    }
-    return *m_blocks.insert(number, std::move(fresh));
+    return m_rows.at(key);
 }
 
 int Recordset::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : count(); }

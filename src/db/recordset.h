@@ -1,10 +1,12 @@
 #pragma once
 
 #include "db/connection.h"
-#include "db/query.h"
+#include "db/key_set.h"
+#include "db/row_cache.h"
 
 #include <QAbstractTableModel>
 #include <QHash>
+#include <QTimer>
 #include <QVariantMap>
 
 #include <functional>
@@ -15,10 +17,10 @@ namespace db
 /// How the values of a column are shown in a grid; a date, yyyy-MM-dd in the file, as yyyy/MM/dd.
 enum class Format { Plain, Amount, Quantity, Date };
 
-/// The rows of a query, as a screen works with them: a keyset. The keys are read once, in the query's order,
-/// so that the count is exact and a register of a million rows opens at once; contents are read in blocks
-/// when they are looked at. One row is the current one; edits of it are held back until update() and are seen
-/// in the grid meanwhile.
+/// The rows of a query, as a screen works with them: a keyset. A register of a million rows opens on its
+/// first page; the keys of the others are read from the event loop, a few thousand at a go, and the rows are
+/// numbered from the first one known until all are. Contents are read in blocks when they are looked at. One
+/// row is the current one; edits of it are held back until update() and are seen in the grid meanwhile.
 class Recordset : public QAbstractTableModel
 {
     Q_OBJECT
@@ -29,11 +31,11 @@ public:
     using CellReader = std::function<base::Result<QVariant>(const QString &column, const QString &typed)>;
     using Decorator = std::function<QVariant(int row, int column, int role)>;
 
-    explicit Recordset(Connection &connection, QObject *parent = nullptr);
+    explicit Recordset(Connection &connection, QObject *parent = nullptr, Pace pace = {});
     ~Recordset() override;
 
-    /// Reads the keys of \a query; its first row becomes the current one. After a failure the record set
-    /// holds what it held before.
+    /// Reads the first rows of \a query; the first one becomes the current one. A query of one row or none is
+    /// known to be one when it is open. After a failure the record set holds what it held before.
     base::Status open(const Query &query);
 
     /// As open(), but a query without a row leaves the record set as it was. \return whether it has rows
@@ -42,25 +44,34 @@ public:
     /// Forgets the rows; unsaved edits are dropped.
     void close();
 
-    /// Reads the keys anew; the current row stays the current one where it is still there. Unsaved edits
+    /// Reads the rows anew; the current row stays the current one where it is still there. Unsaved edits
     /// are dropped.
     base::Status requery();
 
     [[nodiscard]] bool isOpen() const { return !m_key.isEmpty(); }
-    [[nodiscard]] int count() const { return static_cast<int>(m_keys.size()); }
-    [[nodiscard]] bool isEmpty() const { return m_keys.empty(); }
+    /// How many rows are known by now.
+    [[nodiscard]] int count() const { return m_keys.count(); }
+    [[nodiscard]] bool isEmpty() const { return m_keys.count() == 0; }
+    /// Whether all rows are known, so that their count and their numbers are right.
+    [[nodiscard]] bool isComplete() const { return m_keys.isComplete(); }
+    /// Waits until all rows are known.
+    base::Status readAll();
+    /// Waits until there is a row \a row, counted from the present first one, or none to come on that side.
+    void reach(int row);
     [[nodiscard]] QString table() const { return m_query.table; }
 
     /// -1 when there is none.
     [[nodiscard]] int currentRow() const { return m_current; }
     [[nodiscard]] qint64 currentKey() const;
-    [[nodiscard]] qint64 keyAt(int row) const { return m_keys[static_cast<std::size_t>(row)]; }
+    [[nodiscard]] qint64 keyAt(int row) const { return m_keys.at(row); }
 
     /// Makes \a row the current one, after the edits of the present one were saved by the saver.
     /// Fails, and stays, when they could not be.
     base::Status moveTo(int row);
+    /// Stays where it is when \a key is not among the rows.
     base::Status moveToKey(qint64 key);
-    base::Status moveLast() { return moveTo(count() - 1); }
+    base::Status moveFirst() { return moveToEnd(KeySet::End::First); }
+    base::Status moveLast() { return moveToEnd(KeySet::End::Last); }
 
     /// What saves the edits of the current row before another one becomes current; update() by default.
     void setSaver(Step saver) { m_saver = std::move(saver); }
@@ -106,7 +117,7 @@ public:
     /// next row becomes the current one, or the last one.
     base::Status remove(const Step &before = {});
 
-    /// Reads the current row anew from the database, where it can be read; unsaved edits stay.
+    /// Reads the current row anew from the file, where it can be read; unsaved edits stay.
     void refresh();
 
     void setCaption(const QString &column, const QString &caption) { m_captions.insert(column, caption); }
@@ -142,17 +153,10 @@ signals:
     void edited();
     /// What was typed into a cell is not taken.
     void refused(const QString &reason);
+    /// More rows are known than before.
+    void extended();
 
 private:
-    static constexpr int blockSize = 64; // rows
-
-    // A run of rows, kept as read. What could not be read shows as empty rows.
-    struct Block
-    {
-        std::vector<QVariantList> rows;
-        bool isRead = false;
-    };
-
     struct Columns
     {
         QStringList names;
@@ -162,11 +166,17 @@ private:
     // "?, ?, ?"
     static QString placeholders(qsizetype count);
 
-    base::Result<std::vector<qint64>> readKeys(const Query &query);
-    base::Status adopt(std::vector<qint64> keys, const Query &query);
+    base::Status adopt(KeySet keys, const Query &query);
+    void show(KeySet keys, int current);
+    void extend(KeySet::End end, const KeySet::Found &found);
+    void goOnReading(int afterMilliseconds);
+    void readSlice();
+    base::Status readEnd(KeySet::End end);
+    base::Status settle();
+    base::Status moveToEnd(KeySet::End end);
     base::Result<Columns> readColumns(const Query &query);
     [[nodiscard]] QVariant stored(int row, int column) const;
-    [[nodiscard]] const Block &block(int number) const;
+    [[nodiscard]] const RowCache::Row &rowAt(int row) const;
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
     [[nodiscard]] bool isText(int column) const;
     [[nodiscard]] QString shown(int column, const QVariant &value) const;
@@ -182,7 +192,9 @@ private:
     QString m_key; // its key column; empty: nothing is open
     QStringList m_columns;
     QList<QMetaType::Type> m_types;
-    std::vector<qint64> m_keys;
+    KeySet m_keys;
+    Pace m_pace;
+    QTimer m_reading; // until all keys are known
     int m_current = -1;
     QHash<int, QVariant> m_edits; // by column
     Step m_saver;
@@ -194,7 +206,7 @@ private:
     QHash<QString, QString> m_captions;
     QHash<QString, Format> m_formats;
     QHash<QString, std::function<QString(qint64)>> m_names;
-    mutable QHash<int, Block> m_blocks;
+    mutable RowCache m_rows;
 };
 
 } // namespace db

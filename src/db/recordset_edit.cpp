@@ -89,8 +89,7 @@ base::Status Recordset::updateWith(Recordset &other, const Step &before)
 // The edits into the file, inside the transaction of the caller.
 base::Status Recordset::write()
 {
-    const auto shown = m_blocks.constFind(m_current / blockSize);
-    if (shown != m_blocks.constEnd() && !shown->isRead) {
+    if (m_rows.has(currentKey()) && !m_rows.at(currentKey()).isRead) {
         refresh();
         return base::Error{
             u"表示中のデータを読み取れなかったため、保存できませんでした。表示を確認してから、もう一度実行してください。"_s};
@@ -189,10 +188,17 @@ base::Status Recordset::append(const QVariantMap &values)
 
 void Recordset::inserted(qint64 key)
 {
+    m_rows.forget(key);
+    // A new row stands last, whatever the order, unless it has come along with the last ones just now.
+    if (!m_keys.hasEnd(KeySet::End::Last))
+        (void)readEnd(KeySet::End::Last);
+    if (const int known = m_keys.rowOf(key); known >= 0) {
+        setCurrent(known);
+        return;
+    }
     const int row = count();
     beginInsertRows({}, row, row);
-    m_keys.push_back(key);
-    m_blocks.remove(row / blockSize);
+    m_keys.append(key);
     endInsertRows();
     setCurrent(row);
 }
@@ -217,13 +223,14 @@ base::Status Recordset::remove(const Step &before)
 
 void Recordset::removed()
 {
+    reach(m_current + 1);
     const int row = m_current;
     m_edits.clear();
     // Grids move off the row that goes; nothing of it is to be settled any more.
     Step leaving = std::exchange(m_leaving, {});
     beginRemoveRows({}, row, row);
-    m_keys.erase(m_keys.begin() + row);
-    m_blocks.clear();
+    m_rows.forget(keyAt(row));
+    m_keys.remove(row);
     m_current = std::min(row, count() - 1);
     endRemoveRows();
     m_leaving = std::move(leaving);

@@ -30,6 +30,7 @@ void RegisterScreen::bindList(ui::Grid *list, QLabel *count)
     });
     list->bind(m_rows, [this](const QString &) { tellFailure(); });
     connect(&m_rows, &db::Recordset::currentRowChanged, this, &RegisterScreen::showStates);
+    connect(&m_rows, &db::Recordset::extended, this, [this] { m_count->setText(countText()); });
 }
 
 // --- Opening and closing ---
@@ -184,6 +185,9 @@ void RegisterScreen::showStates()
     m_count->setText(countText());
 }
 
-QString RegisterScreen::countText() const { return text::formatAmount(m_rows.count()) + u" 件"_s; }
+QString RegisterScreen::countText() const
+{
+    return text::formatAmount(m_rows.count()) + (m_rows.isComplete() ? u" 件"_s : u" 件以上"_s);
+}
 
 } // namespace registers

@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 
@@ -175,6 +176,41 @@ QString Grid::selectedText() const
         lines << cells.join(u'\t');
     }
     return lines.join(u'\n');
+}
+
+// A key goes to the row it is meant for, also while the record set is still getting to know its rows.
+QModelIndex Grid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    if (m_recordset && !m_recordset->isComplete())
+        reachFor(action, modifiers);
+    return QTableView::moveCursor(action, modifiers);
+}
+
+void Grid::reachFor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const int page = viewport()->height() / std::max(1, verticalHeader()->defaultSectionSize()) + 1;
+    const int row = m_recordset->currentRow();
+    const bool byControl = modifiers.testFlag(Qt::ControlModifier);
+    base::Status moved;
+    if (action == MoveDown || action == MovePageDown)
+        m_recordset->reach(row + page);
+    else if (action == MoveUp || action == MovePageUp)
+        m_recordset->reach(row - page);
+    else if (byControl && (action == MoveHome || action == MoveEnd))
+        moved = action == MoveHome ? m_recordset->moveFirst() : m_recordset->moveLast();
+    if (!moved && m_refused)
+        m_refused(moved.error().text);
+}
+
+// Rows that come in above those that are seen leave them where they are.
+void Grid::rowsInserted(const QModelIndex &parent, int start, int end)
+{
+    const int top = verticalScrollBar()->value();
+    QTableView::rowsInserted(parent, start, end);
+    if (!m_recordset || start > top || m_recordset->currentRow() <= end)
+        return;
+    updateGeometries();
+    verticalScrollBar()->setValue(top + end - start + 1);
 }
 
 void Grid::keyPressEvent(QKeyEvent *event)

@@ -50,12 +50,15 @@ public:
     [[nodiscard]] QString selectedText() const;
 
 protected:
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void rowsInserted(const QModelIndex &parent, int start, int end) override;
     void keyPressEvent(QKeyEvent *event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
                                                          const QEvent *event) const override;
 
 private:
     void followRecordset(int row);
+    void reachFor(CursorAction action, Qt::KeyboardModifiers modifiers);
     [[nodiscard]] int cursorColumn() const;
     void arrangeColumns();
     void applyWidths();

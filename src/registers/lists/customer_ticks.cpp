@@ -56,7 +56,9 @@ base::Status CustomerTicks::find(const CustomerQuery &query)
     }
     // The list is replaced only once the search has gone well, which is known when it has been done.
     beginResetModel();
-    const base::Status opened = openCustomersFound(m_customers, query);
+    base::Status opened = openCustomersFound(m_customers, query);
+    if (opened)
+        opened = m_customers.readAll();
     if (opened) {
         m_slips = std::move(slips);
         m_ticked.assign(static_cast<std::size_t>(count()), false);

@@ -119,7 +119,7 @@ void frmNouhinFind::search()
 void frmNouhinFind::printRoster()
 {
     // What is typed is to be on paper.
-    if (!leaveRow())
+    if (!leaveRow() || !tell(rows().readAll()))
         return;
     std::vector<qint64> keys;
     for (int row = 0; row < rows().count(); ++row)

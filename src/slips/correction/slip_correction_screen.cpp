@@ -114,6 +114,7 @@ void SlipCorrectionScreen::connectControls()
             &QShortcut::activated, this, &SlipCorrectionScreen::addLine);
 
     connect(&m_headers, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showSlip);
+    connect(&m_headers, &db::Recordset::extended, this, &SlipCorrectionScreen::showCount);
     connect(&m_headers, &db::Recordset::edited, this, &SlipCorrectionScreen::showHeader);
     connect(&m_headers, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
     connect(&m_lines, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showRemarks);
@@ -221,9 +222,20 @@ void SlipCorrectionScreen::showSlip()
     if (id != m_shown)
         tell(openLines(m_lines, id));
     m_shown = id;
-    m_ui->lblCount->setText(any ? u"%1 / %2 枚"_s.arg(m_headers.currentRow() + 1).arg(m_headers.count())
-                                : u"伝票はありません。"_s);
+    showCount();
     showHeader();
+}
+
+// A slip has its number among the others once all are known.
+void SlipCorrectionScreen::showCount()
+{
+    const int count = m_headers.count();
+    if (m_headers.currentRow() < 0)
+        m_ui->lblCount->setText(u"伝票はありません。"_s);
+    else if (m_headers.isComplete())
+        m_ui->lblCount->setText(u"%1 / %2 枚"_s.arg(m_headers.currentRow() + 1).arg(count));
+    else
+        m_ui->lblCount->setText(u"%1 枚以上"_s.arg(count));
 }
 
 void SlipCorrectionScreen::showHeader()
@@ -359,8 +371,10 @@ void SlipCorrectionScreen::showAsStored()
         m_lines.revert();
         m_shown = -1;
         const int row = m_headers.currentRow();
+        const int beside = row + 1 < m_headers.count() ? row + 1 : row - 1;
+        const qint64 neighbour = beside >= 0 ? m_headers.keyAt(beside) : 0;
         if (tell(m_headers.requery()))
-            (void)m_headers.moveTo(std::min(row, m_headers.count() - 1));
+            (void)m_headers.moveToKey(neighbour);
         return;
     }
     m_headers.refresh();

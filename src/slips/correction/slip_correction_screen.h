@@ -72,6 +72,7 @@ private:
     void narrowTo(book::CounterpartKey counterpart);
 
     void showSlip();
+    void showCount();
     void showHeader();
     void showCounterpart();
     [[nodiscard]] book::CounterpartKey counterpart() const; // of the shown slip

@@ -1,0 +1,81 @@
+#include "db/statement.h"
+
+#include <sqlite3.h>
+
+namespace db
+{
+
+namespace
+{
+
+int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
+{
+    if (value.isNull())
+        return sqlite3_bind_null(statement, index);
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::LongLong:
+    case QMetaType::Bool:
+        return sqlite3_bind_int64(statement, index, value.toLongLong());
+    case QMetaType::Double:
+        return sqlite3_bind_double(statement, index, value.toDouble());
+    default: {
+        const QByteArray utf8 = bindable(value).toString().toUtf8();
+        return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
+                                 SQLITE_TRANSIENT);
+    }
+    }
+}
+
+} // namespace
+
+QVariant bindable(const QVariant &value)
+{
+    if (value.typeId() != QMetaType::QString)
+        return value;
+    QString text = value.toString();
+    return text.contains(QChar(0)) ? text.remove(QChar(0)) : text;
+}
+
+Statement::Statement(sqlite3 *handle, const QString &sql)
+{
+    const QByteArray utf8 = sql.toUtf8();
+    m_code =
+        sqlite3_prepare_v2(handle, utf8.constData(), static_cast<int>(utf8.size()), &m_statement, nullptr);
+}
+
+Statement::~Statement() { sqlite3_finalize(m_statement); }
+
+void Statement::bind(const QVariant &value)
+{
+    if (m_code == SQLITE_OK)
+        m_code = bindValue(m_statement, ++m_bound, value);
+}
+
+void Statement::bind(const QVariantList &values)
+{
+    for (const QVariant &value : values)
+        bind(value);
+}
+
+void Statement::bind(const StoredValue &value)
+{
+    if (m_code == SQLITE_OK)
+        m_code = sqlite3_bind_value(m_statement, ++m_bound, value.get());
+}
+
+bool Statement::next()
+{
+    if (m_code == SQLITE_OK || m_code == SQLITE_ROW)
+        m_code = sqlite3_step(m_statement);
+    return m_code == SQLITE_ROW;
+}
+
+qint64 Statement::integer(int column) const { return sqlite3_column_int64(m_statement, column); }
+
+StoredValue Statement::value(int column) const
+{
+    return {sqlite3_value_dup(sqlite3_column_value(m_statement, column)), sqlite3_value_free};
+}
+
+} // namespace db
