@@ -1,6 +1,6 @@
 #include "db/recordset.h"
 
-#include "text/numbers.h"
+#include "text/format_value.h"
 
 #include <sqlite3.h>
 
@@ -380,19 +380,7 @@ QString Recordset::shown(int column, const QVariant &value) const
         if (const QString name = (*names)(value.toLongLong()); !name.isEmpty())
             return name;
     }
-    // A text in a column of numbers is shown as it stands, not as 0.
-    const bool isText = value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QByteArray;
-    switch (m_formats.value(m_columns.at(column), Format::Plain)) {
-    case Format::Amount:
-        return isText ? value.toString() : text::formatAmount(value.toDouble());
-    case Format::Quantity:
-        return isText ? value.toString() : text::formatQuantity(value.toDouble());
-    case Format::Date:
-        return value.toString().replace(u'-', u'/');
-    case Format::Plain:
-        break;
-    }
-    return value.typeId() == QMetaType::Double ? text::formatPlain(value.toDouble()) : value.toString();
+    return text::formatValue(m_formats.value(m_columns.at(column)), value);
 }
 
 void Recordset::setEditable(const QStringList &columns, CellReader reader)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/column.h"
 #include "db/connection.h"
 #include "db/key_set.h"
 #include "db/row_cache.h"
@@ -13,9 +14,6 @@
 
 namespace db
 {
-
-/// How the values of a column are shown in a grid; a date, yyyy-MM-dd in the file, as yyyy/MM/dd.
-enum class Format { Plain, Amount, Quantity, Date };
 
 /// The rows of a query, as a screen works with them: a keyset. A register of a million rows opens on its
 /// first page; the keys of the others are read from the event loop, a few thousand at a go, and the rows are
@@ -121,7 +119,7 @@ public:
     void refresh();
 
     void setCaption(const QString &column, const QString &caption) { m_captions.insert(column, caption); }
-    void setFormat(const QString &column, Format format) { m_formats.insert(column, format); }
+    void setFormat(const QString &column, base::Format format) { m_formats.insert(column, format); }
     /// Shows \a names in place of the numbers that a column holds; a number without a name shows as it is.
     void setNames(const QString &column, const QHash<qint64, QString> &names);
     /// The same where they are too many to be read beforehand: \a nameOf is asked for what is shown.
@@ -204,7 +202,7 @@ private:
     CellReader m_reader;
     Decorator m_decorator;
     QHash<QString, QString> m_captions;
-    QHash<QString, Format> m_formats;
+    QHash<QString, base::Format> m_formats;
     QHash<QString, std::function<QString(qint64)>> m_names;
     mutable RowCache m_rows;
 };

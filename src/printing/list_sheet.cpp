@@ -34,6 +34,13 @@ constexpr double leading = 1.1;
 constexpr int ruleGrey = 150;
 constexpr int headingGrey = 236;
 
+Align alignOf(const base::Column &column)
+{
+    if (column.centred)
+        return Align::Centre;
+    return base::isNumber(column.format) ? Align::Right : Align::Left;
+}
+
 class ListLayout
 {
 public:
@@ -75,15 +82,16 @@ private:
         const double room = m_right - margin;
         double natural = 0;
         double stretching = 0;
-        for (const ListColumn &column : m_list.columns) {
-            natural += column.width;
-            stretching += column.stretches ? column.width : 0;
+        for (const base::Column &column : m_list.columns) {
+            natural += column.millimetres;
+            stretching += column.stretches ? column.millimetres : 0;
         }
         const double shrink = natural > room ? room / natural : 1;
         const double stretch = natural < room && stretching > 0 ? 1 + (room - natural) / stretching : 1;
         m_edges.push_back(margin);
-        for (const ListColumn &column : m_list.columns)
-            m_edges.push_back(m_edges.back() + column.width * shrink * (column.stretches ? stretch : 1));
+        for (const base::Column &column : m_list.columns)
+            m_edges.push_back(m_edges.back() +
+                              column.millimetres * shrink * (column.stretches ? stretch : 1));
     }
 
     void writeFrame(SheetWriter &writer, std::size_t page, std::size_t pages) const
@@ -122,8 +130,8 @@ private:
     {
         const auto count = std::min(static_cast<std::size_t>(cells.size()), m_list.columns.size());
         for (std::size_t column = 0; column < count; ++column)
-            writeCell(writer, cells[static_cast<qsizetype>(column)], column, y, m_list.columns[column].align,
-                      bold);
+            writeCell(writer, cells[static_cast<qsizetype>(column)], column, y,
+                      alignOf(m_list.columns[column]), bold);
     }
 
     void writeCell(SheetWriter &writer, const QString &text, std::size_t column, double y, Align align,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/column.h"
 #include "printing/sheet.h"
 
 #include <QStringList>
@@ -11,20 +12,12 @@
 namespace printing
 {
 
-struct ListColumn
-{
-    QString heading;
-    double width = 0; // millimetres, with the blank beside the text
-    Align align = Align::Left;
-    bool stretches = false; // takes its share of what the other columns leave of the page
-};
-
 struct List
 {
     QString title;
     QString remark; // over the table, left
     QString date;   // over the table, right
-    std::vector<ListColumn> columns;
+    std::vector<base::Column> columns;
     std::vector<QStringList> rows; // a cell may hold line breaks
     std::optional<QStringList> totals{};
     double paperWidth = 210; // millimetres
@@ -33,7 +26,7 @@ struct List
 
 /// The pages of \a list, each with title, headings and page number; one page when there are no rows. Columns
 /// that do not fit side by side are all made narrower. Text that is too long is made smaller or broken into
-/// lines, and never leaves its cell; numbers (Align::Right) stay on one line.
+/// lines, and never leaves its cell; numbers stay on one line.
 std::vector<Sheet> listSheets(const List &list);
 
 } // namespace printing

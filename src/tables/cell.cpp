@@ -68,19 +68,13 @@ Cell dateCell(const QVariant &value)
 
 } // namespace
 
-Cell cellOf(const QVariant &value, ColumnType type)
+Cell cellOf(const QVariant &value, base::Format format)
 {
     if (value.isNull())
         return {};
-    switch (type) {
-    case ColumnType::Number:
+    if (base::isNumber(format))
         return numberCell(value);
-    case ColumnType::Date:
-        return dateCell(value);
-    case ColumnType::Text:
-        break;
-    }
-    return textCell(value);
+    return format == base::Format::Date ? dateCell(value) : textCell(value);
 }
 
 } // namespace tables

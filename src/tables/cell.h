@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QString>
+#include "base/column.h"
+
 #include <QVariant>
 
 namespace tables
 {
-
-/// What a column holds. A value that does not fit is written as text: none is lost or altered.
-enum class ColumnType { Text, Number, Date };
 
 /// A value as it stands in a cell of a file.
 struct Cell
@@ -19,8 +17,9 @@ struct Cell
     double number = 0; // of numbers; of dates the day number of spreadsheet programs
 };
 
-/// The cell of a database value; dates come as yyyy-MM-dd. NULL is blank, an empty text is text. What no file
-/// format can hold, halves of a character and NUL among it, becomes U+FFFD.
-Cell cellOf(const QVariant &value, ColumnType type);
+/// The cell of a database value; dates come as yyyy-MM-dd. NULL is blank, an empty text is text, and so is a
+/// value that does not fit its column: none is lost or altered. What no file format can hold, halves of a
+/// character and NUL among it, becomes U+FFFD.
+Cell cellOf(const QVariant &value, base::Format format);
 
 } // namespace tables

@@ -20,12 +20,12 @@ public:
         : m_file(fileName)
     {}
 
-    base::Status begin(const QList<Column> &columns) override
+    base::Status begin(const std::vector<base::Column> &columns) override
     {
         if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate))
             return writeError(m_file.errorString());
         m_lines = u"\ufeff"_s;
-        for (const Column &column : columns)
+        for (const base::Column &column : columns)
             add({Cell::Kind::Text, column.heading});
         return endLine();
     }

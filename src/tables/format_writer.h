@@ -18,7 +18,7 @@ public:
     virtual ~FormatWriter() = default;
 
     /// Opens the file; the headings become its first row.
-    virtual base::Status begin(const QList<Column> &columns) = 0;
+    virtual base::Status begin(const std::vector<base::Column> &columns) = 0;
     virtual base::Status addRow(const std::vector<Cell> &cells) = 0;
     /// Completes and closes the file.
     virtual base::Status finish() = 0;

@@ -46,7 +46,7 @@ const Format *formatOf(const QString &fileName)
 
 QString grouped(qint64 number) { return QLocale(QLocale::Japanese).toString(number); }
 
-base::Error tooLong(const Column &column, qint64 row)
+base::Error tooLong(const base::Column &column, qint64 row)
 {
     return {
         u"%1 件目の「%2」が長すぎるため（%3 文字まで）、書き出しませんでした。csv 形式を選んでください。"_s
@@ -67,9 +67,9 @@ base::Status writeRows(FormatWriter &writer, const Format &format, const Table &
             return more.error();
         if (!*more)
             return {};
-        for (qsizetype i = 0; i < table.columns.size(); ++i) {
-            Cell &cell = cells[static_cast<std::size_t>(i)];
-            cell = cellOf(values.value(i), table.columns[i].type);
+        for (std::size_t i = 0; i < table.columns.size(); ++i) {
+            Cell &cell = cells[i];
+            cell = cellOf(values.value(static_cast<qsizetype>(i)), table.columns[i].format);
             if (cell.text.size() > format.longestText)
                 return tooLong(table.columns[i], row + 1);
         }

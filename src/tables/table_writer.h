@@ -3,22 +3,16 @@
 #include "base/progress.h"
 #include "tables/cell.h"
 
-#include <QList>
+#include <functional>
+#include <vector>
 
 namespace tables
 {
 
-struct Column
-{
-    QString heading;
-    ColumnType type = ColumnType::Text;
-    int width = 10; // in half-width characters
-};
-
 /// A table that is written row by row, so that its size costs no memory.
 struct Table
 {
-    QList<Column> columns;
+    std::vector<base::Column> columns;
     qint64 rowCount = 0;
     /// Puts the next row's values in place of \a row. \return false after the last one
     std::function<base::Result<bool>(QVariantList &row)> next;

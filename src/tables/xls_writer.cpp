@@ -20,7 +20,7 @@ public:
         : m_fileName(fileName)
     {}
 
-    base::Status begin(const QList<Column> &columns) override
+    base::Status begin(const std::vector<base::Column> &columns) override
     {
         if (const base::Status opened = m_file.open(m_fileName, GsfFile::Container::Ole); !opened)
             return opened;
@@ -29,7 +29,7 @@ public:
         m_columns = columns;
         if (const base::Status opened = m_strings.open(); !opened)
             return opened;
-        for (qsizetype column = 0; column < columns.size(); ++column)
+        for (std::size_t column = 0; column < columns.size(); ++column)
             addText(quint16(column), columns[column].heading, biff::HeadingLook);
         return endRow();
     }
@@ -105,9 +105,9 @@ private:
     [[nodiscard]] QByteArray sheetHead() const
     {
         QByteArray head = biff::record(biff::Bof, biff::beginning(0x0010));
-        for (qsizetype i = 0; i < m_columns.size(); ++i) {
+        for (std::size_t i = 0; i < m_columns.size(); ++i) {
             const auto column = quint16(i);
-            const auto width = quint16((m_columns[i].width + 1) * 256);
+            const auto width = quint16((m_columns[i].characters + 1) * 256);
             head += biff::record(biff::ColInfo,
                                  biff::Bytes().add({column, column, width, biff::PlainLook, 0, 0}));
         }
@@ -144,7 +144,7 @@ private:
     GsfFile m_file;
     QTemporaryFile m_cells;
     SharedStrings m_strings;
-    QList<Column> m_columns;
+    std::vector<base::Column> m_columns;
     QByteArray m_pending; // the records of the row
     quint32 m_row = 0;
 };

@@ -108,7 +108,7 @@ public:
         : m_fileName(fileName)
     {}
 
-    base::Status begin(const QList<Column> &columns) override
+    base::Status begin(const std::vector<base::Column> &columns) override
     {
         if (const base::Status opened = m_file.open(m_fileName, GsfFile::Container::Zip); !opened)
             return opened;
@@ -125,7 +125,7 @@ public:
         }
         m_file.beginStream("xl/worksheets/sheet1.xml");
         addSheetHead(columns);
-        for (qsizetype column = 0; column < columns.size(); ++column) {
+        for (std::size_t column = 0; column < columns.size(); ++column) {
             m_letters.push_back(columnLetters(column));
             addText(std::size_t(column), columns[column].heading, '1');
         }
@@ -148,16 +148,16 @@ public:
 
 private:
     // The headings stay in sight.
-    void addSheetHead(const QList<Column> &columns)
+    void addSheetHead(const std::vector<base::Column> &columns)
     {
         m_pending =
             R"(<?xml version="1.0" encoding="UTF-8" standalone="yes"?>
 <worksheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main">)"
             R"(<sheetViews><sheetView workbookViewId="0"><pane ySplit="1" topLeftCell="A2" activePane="bottomLeft" state="frozen"/></sheetView></sheetViews><cols>)";
-        for (qsizetype i = 0; i < columns.size(); ++i) {
+        for (std::size_t i = 0; i < columns.size(); ++i) {
             const QByteArray number = QByteArray::number(i + 1);
             m_pending += "<col min=\"" + number + "\" max=\"" + number + "\" width=\"" +
-                         QByteArray::number(columns[i].width + 1) + "\" customWidth=\"1\"/>";
+                         QByteArray::number(columns[i].characters + 1) + "\" customWidth=\"1\"/>";
         }
         m_pending += "</cols><sheetData><row>";
     }

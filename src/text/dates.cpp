@@ -22,4 +22,6 @@ std::optional<QDate> parseDate(QStringView s)
     return date.isValid() ? std::optional(date) : std::nullopt;
 }
 
+QString formatDate(const QDate &date) { return date.toString(u"yyyy/MM/dd"_s); }
+
 } // namespace text

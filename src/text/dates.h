@@ -16,4 +16,7 @@ std::optional<QDate> parseDate(QStringView s);
 /// A date as the database holds it, "2026-04-01".
 inline QString stored(const QDate &date) { return date.toString(Qt::ISODate); }
 
+/// "2026/04/01"; nothing for a date that is none.
+QString formatDate(const QDate &date);
+
 } // namespace text

@@ -1,11 +1,11 @@
 #include "ui/slip_grid_model.h"
 
-#include "text/numbers.h"
+#include "text/format_value.h"
 
 namespace ui
 {
 
-SlipGridModel::SlipGridModel(std::vector<Column> columns, QObject *parent)
+SlipGridModel::SlipGridModel(std::vector<base::Column> columns, QObject *parent)
     : QAbstractTableModel(parent)
     , m_columns(std::move(columns))
 {}
@@ -47,35 +47,23 @@ QVariant SlipGridModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
-    const Column &column = m_columns[static_cast<std::size_t>(index.column())];
+    const base::Column &column = m_columns[static_cast<std::size_t>(index.column())];
     if (role == Qt::TextAlignmentRole)
-        return int((column.isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+        return int((base::isNumber(column.format) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     const QVariant value = m_rows[static_cast<std::size_t>(index.row())].value(index.column());
     if (role == Qt::EditRole)
         return value;
-    if (role != Qt::DisplayRole || value.isNull())
-        return {};
-    switch (column.format) {
-    case db::Format::Amount:
-        return text::formatAmount(value.toDouble());
-    case db::Format::Quantity:
-        return text::formatQuantity(value.toDouble());
-    case db::Format::Date:
-        return value.toString().replace(u'-', u'/');
-    case db::Format::Plain:
-        break;
-    }
-    return value.toString();
+    return role == Qt::DisplayRole ? text::formatValue(column.format, value) : QVariant();
 }
 
 QVariant SlipGridModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation == Qt::Vertical || section < 0 || section >= columnCount())
         return QAbstractTableModel::headerData(section, orientation, role);
-    const Column &column = m_columns[static_cast<std::size_t>(section)];
+    const base::Column &column = m_columns[static_cast<std::size_t>(section)];
     if (role == Qt::TextAlignmentRole)
-        return int((column.isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    return role == Qt::DisplayRole ? QVariant(column.caption) : QVariant();
+        return int((base::isNumber(column.format) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    return role == Qt::DisplayRole ? QVariant(column.heading) : QVariant();
 }
 
 } // namespace ui

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "db/recordset.h"
+#include "base/column.h"
 
 #include <QAbstractTableModel>
+
+#include <vector>
 
 namespace ui
 {
@@ -13,14 +15,7 @@ class SlipGridModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    struct Column
-    {
-        QString caption;
-        db::Format format = db::Format::Plain;
-        bool isNumber = false; // aligned right
-    };
-
-    SlipGridModel(std::vector<Column> columns, QObject *parent);
+    SlipGridModel(std::vector<base::Column> columns, QObject *parent);
 
     /// Replaces all rows.
     void setRows(std::vector<QVariantList> rows);
@@ -33,7 +28,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    std::vector<Column> m_columns;
+    std::vector<base::Column> m_columns;
     std::vector<QVariantList> m_rows;
 };
 

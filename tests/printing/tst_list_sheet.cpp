@@ -23,10 +23,12 @@ constexpr int rowsOnPage = 33;
 
 double millimetres(double twips) { return twips / printing::twipsPerMillimetre; }
 
+const base::Column nameColumn{u"名前"_s, base::Format::Text, 10, 50};
+const base::Column amountColumn{u"金額"_s, base::Format::Amount, 10, 30};
+
 List listOf(int rows)
 {
-    List list{
-        u"残高一覧"_s, u"東京"_s, u"2026年4月1日"_s, {{u"名前"_s, 50}, {u"金額"_s, 30, Align::Right}}, {}};
+    List list{u"残高一覧"_s, u"東京"_s, u"2026年4月1日"_s, {nameColumn, amountColumn}, {}};
     for (int row = 1; row <= rows; ++row)
         list.rows.push_back({u"客%1"_s.arg(row), QString::number(row)});
     return list;
@@ -146,7 +148,7 @@ private slots:
         QFETCH(std::vector<double>, rules);
         List list;
         for (const double width : widths)
-            list.columns.push_back({u"列"_s, std::abs(width), Align::Left, width < 0});
+            list.columns.push_back({u"列"_s, base::Format::Text, 10, std::abs(width), width < 0});
         for (double &rule : rules)
             rule = std::round(rule * 100) / 100;
         QCOMPARE(rulesOf(printing::listSheets(list).front()), rules);

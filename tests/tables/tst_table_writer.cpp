@@ -20,7 +20,7 @@ namespace
 // A value in a column of a type, and what a reader is to see: "t:text", "n:number", "d:date", "-" for none.
 struct Sample
 {
-    tables::ColumnType type;
+    base::Format type;
     QVariant value;
     QString seen;
 };
@@ -31,7 +31,7 @@ QString asText(const QString &text) { return u"t:"_s + text; }
 
 std::vector<Sample> samples()
 {
-    using enum tables::ColumnType;
+    using enum base::Format;
     std::vector<Sample> all = {
         {Text, {}, u"-"_s},
         {Text, u""_s, u"-"_s},
@@ -78,7 +78,7 @@ std::vector<Sample> samples()
 tables::Table tableOf(const std::vector<Sample> &samples)
 {
     auto at = std::make_shared<std::size_t>(0);
-    return {{{u"文字"_s}, {u"数"_s, tables::ColumnType::Number}, {u"日付"_s, tables::ColumnType::Date}},
+    return {{{u"文字"_s}, {u"数"_s, base::Format::Number}, {u"日付"_s, base::Format::Date}},
             qint64(samples.size()),
             [at, samples](QVariantList &row) -> base::Result<bool> {
                 if (*at == samples.size())
@@ -247,7 +247,7 @@ private slots:
             const QString told = failed(tableOf(samples()), base::unwatched);
             QVERIFY2(told.startsWith(u"ファイルに書き込めませんでした。"), qPrintable(told));
         }
-        const Sample tooLong{tables::ColumnType::Text, repeated(u"x"_s, 32768), {}};
+        const Sample tooLong{base::Format::Text, repeated(u"x"_s, 32768), {}};
         if (suffix != u"csv")
             QVERIFY(failed(tableOf({tooLong}), base::unwatched).startsWith(u"1 件目の「文字」が長すぎる"));
         QVERIFY(!tables::writeTable(folder.filePath(u"none/a."_s + suffix), emptyTable(0), base::unwatched));

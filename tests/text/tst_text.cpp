@@ -1,4 +1,5 @@
 #include "text/cp932.h"
+#include "text/format_value.h"
 #include "text/like.h"
 #include "text/numbers.h"
 #include "text/width.h"
@@ -64,6 +65,8 @@ private slots:
     void parseInteger();
     void formats_data();
     void formats();
+    void valuesOfColumns_data();
+    void valuesOfColumns();
 
     void likeFolds_data();
     void likeFolds();
@@ -334,6 +337,30 @@ void TestText::formats()
     QTEST(text::formatAmount(value), "amount");
     QTEST(text::formatQuantity(value), "quantity");
     QTEST(text::formatPlain(value), "plain");
+}
+
+void TestText::valuesOfColumns_data()
+{
+    using enum base::Format;
+    QTest::addColumn<base::Format>("format");
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("nothing") << Amount << QVariant() << QString();
+    QTest::newRow("amount") << Amount << QVariant(-1234.5) << u"-1,235"_s;
+    QTest::newRow("amount that cannot be told") << Amount << QVariant(std::nan("")) << u"計算不能"_s;
+    QTest::newRow("text where an amount should be") << Amount << QVariant(u"三千"_s) << u"三千"_s;
+    QTest::newRow("quantity") << Quantity << QVariant(2.5) << u"2.50"_s;
+    QTest::newRow("key") << Number << QVariant(12345) << u"12345"_s;
+    QTest::newRow("number in a column of texts") << Text << QVariant(0.1 * 3) << u"0.3"_s;
+    QTest::newRow("date") << Date << QVariant(u"2026-04-01"_s) << u"2026/04/01"_s;
+    QTest::newRow("text with a hyphen") << Text << QVariant(u"A-1"_s) << u"A-1"_s;
+}
+
+void TestText::valuesOfColumns()
+{
+    QFETCH(base::Format, format);
+    QFETCH(QVariant, value);
+    QTEST(text::formatValue(format, value), "shown");
 }
 
 void TestText::likeFolds_data()

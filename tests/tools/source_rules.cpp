@@ -19,20 +19,20 @@ struct Floor
     int height;
 };
 constexpr auto floors = std::to_array<Floor>({{u"base", 0},
-                                              {u"text", 0},
-                                              {u"db", 1},
-                                              {u"workspace", 2},
-                                              {u"ui", 3},
-                                              {u"printing", 4},
-                                              {u"tables", 4},
-                                              {u"book", 4},
-                                              {u"masters", 5},
-                                              {u"registers", 6},
-                                              {u"slips", 7},
-                                              {u"reports", 8},
-                                              {u"shipping", 8},
-                                              {u"mail", 8},
-                                              {u"app", 9}});
+                                              {u"text", 1},
+                                              {u"db", 2},
+                                              {u"workspace", 3},
+                                              {u"ui", 4},
+                                              {u"printing", 5},
+                                              {u"tables", 5},
+                                              {u"book", 5},
+                                              {u"masters", 6},
+                                              {u"registers", 7},
+                                              {u"slips", 8},
+                                              {u"reports", 9},
+                                              {u"shipping", 9},
+                                              {u"mail", 9},
+                                              {u"app", 10}});
 
 /// The floor of \a path ("slips/entry/frmOut.h"); none when its folder has no place in the house.
 std::optional<Floor> floorOf(const QString &path)

@@ -268,7 +268,7 @@ base::Status writeImportReport(const QString &fileName, const ImportTable &table
                                const std::vector<const ImportCandidate *> &candidates,
                                const base::Progress &progress)
 {
-    QList<tables::Column> columns{{u"行"_s, tables::ColumnType::Number}, {u"理由"_s}};
+    std::vector<base::Column> columns{{u"行"_s, base::Format::Number}, {u"理由"_s}};
     for (qsizetype column = 0; column < table.columns; ++column) {
         const QString heading = assignment.hasHeadings ? table.firstRow().value(column) : QString();
         columns.push_back({heading.isEmpty() ? u"列%1"_s.arg(column + 1) : heading});

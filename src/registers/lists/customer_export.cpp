@@ -16,14 +16,14 @@ namespace registers
 namespace
 {
 
-using enum tables::ColumnType;
+using enum base::Format;
 
 struct ExportColumn
 {
     const char16_t *field;
     const char16_t *heading;
-    tables::ColumnType type;
-    int width; // in half-width characters
+    base::Format format;
+    int characters; // its width
 };
 
 // Spreadsheets made from this program's exports know the columns by place and heading.
@@ -64,11 +64,11 @@ QString exportStatement()
            u" FROM 納品先 WHERE 納品先ID > ? ORDER BY 納品先ID LIMIT ?"_s;
 }
 
-QList<tables::Column> columnsOfTable()
+std::vector<base::Column> columnsOfTable()
 {
-    QList<tables::Column> columns;
+    std::vector<base::Column> columns;
     for (const ExportColumn &column : exportColumns)
-        columns.push_back({QString::fromUtf16(column.heading), column.type, column.width});
+        columns.push_back({QString::fromUtf16(column.heading), column.format, column.characters});
     return columns;
 }
 

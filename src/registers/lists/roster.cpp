@@ -8,7 +8,6 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using printing::Align;
 
 namespace registers
 {
@@ -21,15 +20,16 @@ constexpr qsizetype blockSize = 500;
 struct Column
 {
     const char16_t *name; // its heading where no setting holds one
-    double width;         // millimetres
+    double millimetres;
     bool usual;
     const char16_t *fields[2]; // one over the other in the cell
     bool stretches = false;
-    Align align = Align::Left;
+    base::Format format = base::Format::Text;
+    bool centred = false;
 };
 
 constexpr std::array<Column, rosterColumns> columns{{
-    {u"番号", 10, true, {}, false, Align::Right},
+    {u"番号", 10, true, {}, false, base::Format::Number},
     {u"コード", 18, false, {u"コード"}},
     {u"納品先名", 44, true, {u"納品先名1", u"納品先名2"}, true},
     {u"フリガナ", 28, false, {u"フリガナ"}},
@@ -41,7 +41,7 @@ constexpr std::array<Column, rosterColumns> columns{{
     {u"メールアドレス", 34, false, {u"メール"}},
     {u"納品先区分", 20, false, {u"区分名"}},
     {u"担当者名", 20, false, {u"担当者名"}},
-    {u"締め日", 12, false, {u"締め日"}, false, Align::Centre},
+    {u"締め日", 12, false, {u"締め日"}, false, base::Format::Text, true},
     {u"備考", 40, false, {u"メモ"}, true},
 }};
 
@@ -103,16 +103,19 @@ base::Result<std::vector<Entry>> readBlock(db::Connection &connection, const std
     return entries;
 }
 
-std::vector<printing::ListColumn> columnsOf(const RosterOptions &options)
+std::vector<base::Column> columnsOf(const RosterOptions &options)
 {
-    std::vector<printing::ListColumn> shown;
+    std::vector<base::Column> shown;
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (!options.shown[i])
             continue;
         const bool isPhone = i >= firstPhone && i < firstPhone + options.phoneHeadings.size();
         const QString heading =
             isPhone ? options.phoneHeadings[i - firstPhone] : QString::fromUtf16(columns[i].name);
-        shown.push_back({heading, columns[i].width, columns[i].align, columns[i].stretches});
+        base::Column &column = shown.emplace_back(base::Column{heading, columns[i].format});
+        column.millimetres = columns[i].millimetres;
+        column.stretches = columns[i].stretches;
+        column.centred = columns[i].centred;
     }
     return shown;
 }

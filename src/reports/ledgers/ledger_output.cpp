@@ -1,6 +1,8 @@
 #include "reports/ledgers/ledger_output.h"
 
 #include "tables/table_writer.h"
+#include "text/dates.h"
+#include "text/format_value.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,21 +14,12 @@ namespace
 
 constexpr std::size_t mostUpright = 6; // columns that an upright page has room for
 
-bool isNumber(Content content) { return content == Content::Amount || content == Content::Quantity; }
-
 QStringList shownRow(const LedgerTable &table, const QVariantList &values)
 {
     QStringList cells;
     for (qsizetype i = 0; i < values.size(); ++i)
-        cells << shownText(table.columns[static_cast<std::size_t>(i)].content, values.at(i));
+        cells << text::formatValue(table.columns[static_cast<std::size_t>(i)].format, values.at(i));
     return cells;
-}
-
-tables::ColumnType typeOf(Content content)
-{
-    if (isNumber(content))
-        return tables::ColumnType::Number;
-    return content == Content::Date ? tables::ColumnType::Date : tables::ColumnType::Text;
 }
 
 qint64 rowCount(const LedgerTable &table)
@@ -41,11 +34,8 @@ printing::List printedList(const LedgerTable &table, const QDate &today)
     printing::List list;
     list.title = table.title;
     list.remark = table.remark;
-    list.date = today.toString(u"yyyy/MM/dd"_s);
-    for (const LedgerColumn &column : table.columns)
-        list.columns.push_back({column.heading, column.millimetres,
-                                isNumber(column.content) ? printing::Align::Right : printing::Align::Left,
-                                column.stretches});
+    list.date = text::formatDate(today);
+    list.columns = table.columns;
     for (const QVariantList &row : table.rows)
         list.rows.push_back(shownRow(table, row));
     if (!table.totals.isEmpty())
@@ -69,8 +59,7 @@ base::Status checkLedgerExport(const LedgerTable &table, const QString &fileName
 base::Status exportLedger(const LedgerTable &table, const QString &fileName, const base::Progress &progress)
 {
     tables::Table file;
-    for (const LedgerColumn &column : table.columns)
-        file.columns.push_back({column.heading, typeOf(column.content), column.characters});
+    file.columns = table.columns;
     file.rowCount = rowCount(table);
     std::size_t at = 0;
     file.next = [&table, at](QVariantList &row) mutable -> base::Result<bool> {

@@ -27,38 +27,6 @@ namespace reports
 namespace
 {
 
-bool isNumber(Content content) { return content == Content::Amount || content == Content::Quantity; }
-
-db::Format formatOf(Content content)
-{
-    if (!isNumber(content))
-        return db::Format::Plain;
-    return content == Content::Amount ? db::Format::Amount : db::Format::Quantity;
-}
-
-std::vector<ui::SlipGridModel::Column> gridColumns(LedgerView view)
-{
-    std::vector<ui::SlipGridModel::Column> columns;
-    for (const LedgerColumn &column : columnsOf(view))
-        columns.push_back({column.heading, formatOf(column.content), isNumber(column.content)});
-    return columns;
-}
-
-// The grid's values, dates as they are read.
-std::vector<QVariantList> shownRows(const LedgerTable &table)
-{
-    std::vector<QVariantList> rows = table.rows;
-    for (QVariantList &row : rows) {
-        for (std::size_t column = 0; column < table.columns.size(); ++column) {
-            if (table.columns[column].content == Content::Date) {
-                QVariant &value = row[static_cast<qsizetype>(column)];
-                value = shownText(Content::Date, value);
-            }
-        }
-    }
-    return rows;
-}
-
 // The month before is looked at as long as this one is young.
 QDate startOfPeriod(const QDate &end) { return QDate(end.year(), end.month(), 1).addMonths(-1); }
 
@@ -82,7 +50,7 @@ LedgerScreen::LedgerScreen(workspace::Workspace &workspace, QWidget *parent,
     , m_ui(std::make_unique<Ui::LedgerForm>())
     , m_description(description)
     , m_found(workspace.connection)
-    , m_rows(gridColumns(description.view), nullptr)
+    , m_rows(columnsOf(description.view), nullptr)
 {
     m_ui->setupUi(this);
     m_sums = {{m_ui->lblSum1, m_ui->txtSum1},
@@ -143,14 +111,14 @@ void LedgerScreen::fitGrid()
 {
     m_ui->MSFlexGrid1->setModel(&m_rows);
     m_ui->MSFlexGrid1->setAccessibleName(windowTitle());
-    const std::vector<LedgerColumn> columns = columnsOf(m_description.view);
+    const std::vector<base::Column> columns = columnsOf(m_description.view);
     std::vector<int> widths;
     const int character = fontMetrics().horizontalAdvance(u'0');
-    for (const LedgerColumn &column : columns)
+    for (const base::Column &column : columns)
         widths.push_back((column.characters + 1) * character);
     slips::setWidths(m_ui->MSFlexGrid1, widths);
     const auto stretching =
-        std::find_if(columns.begin(), columns.end(), std::mem_fn(&LedgerColumn::stretches));
+        std::find_if(columns.begin(), columns.end(), std::mem_fn(&base::Column::stretches));
     m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(
         static_cast<int>(stretching - columns.begin()), QHeaderView::Stretch);
     // No wider than the columns: on its way along a wider row the eye gets lost.
@@ -293,7 +261,7 @@ void LedgerScreen::showTable(LedgerTable table)
 {
     const int row = rowOf(currentTarget(), m_ui->MSFlexGrid1->currentIndex().row(), table.targets);
     m_table = std::move(table);
-    m_rows.setRows(shownRows(m_table));
+    m_rows.setRows(m_table.rows);
     m_ui->MSFlexGrid1->setCurrentIndex(m_rows.index(row, 0));
     const bool any = m_rows.rowCount() > 0;
     m_ui->Command2->setEnabled(any);

@@ -1,9 +1,10 @@
 #include "reports/ledgers/ledger_table.h"
 
 #include "book/exact_sum.h"
-#include "text/numbers.h"
+#include "text/dates.h"
 
 using namespace Qt::StringLiterals;
+using base::Format;
 
 namespace reports
 {
@@ -11,11 +12,9 @@ namespace reports
 namespace
 {
 
-QString shownDay(const QDate &day) { return day.toString(u"yyyy/MM/dd"_s); }
-
 QString shownPeriod(const book::Period &period)
 {
-    return shownDay(period.from) + u" ～ "_s + shownDay(period.to);
+    return text::formatDate(period.from) + u" ～ "_s + text::formatDate(period.to);
 }
 
 QVariant numberOrNothing(const std::optional<double> &number)
@@ -66,23 +65,6 @@ QVariantList rowOf(const LedgerLine &line)
 
 } // namespace
 
-QString shownText(Content content, const QVariant &value)
-{
-    if (value.isNull())
-        return {};
-    switch (content) {
-    case Content::Date:
-        return value.toString().replace(u'-', u'/');
-    case Content::Amount:
-        return text::formatAmount(value.toDouble());
-    case Content::Quantity:
-        return text::formatQuantity(value.toDouble());
-    case Content::Text:
-        break;
-    }
-    return value.toString();
-}
-
 LedgerTable ledgerTable(const Ledger &ledger, book::Party party, const QString &name,
                         const book::Period &period)
 {
@@ -90,18 +72,18 @@ LedgerTable ledgerTable(const Ledger &ledger, book::Party party, const QString &
     LedgerTable table;
     table.title = str(words.ledger);
     table.remark = name + u"　　"_s + shownPeriod(period);
-    table.columns = {{u"日付"_s, Content::Date, 11, 20},
-                     {u"伝票番号"_s, Content::Text, 11, 22},
-                     {u"種別"_s, Content::Text, 6, 12},
-                     {u"商品名・適用"_s, Content::Text, 28, 40, true},
-                     {u"規格・方法"_s, Content::Text, 16, 26},
-                     {u"数量"_s, Content::Quantity, 11, 17},
-                     {u"単位"_s, Content::Text, 8, 12},
-                     {u"単価"_s, Content::Quantity, 10, 19},
-                     {u"繰越額"_s, Content::Amount, 12, 23},
-                     {str(words.charged), Content::Amount, 12, 23},
-                     {str(words.settled), Content::Amount, 12, 23},
-                     {u"残高"_s, Content::Amount, 13, 25}};
+    table.columns = {{u"日付"_s, Format::Date, 11, 20},
+                     {u"伝票番号"_s, Format::Text, 11, 22},
+                     {u"種別"_s, Format::Text, 6, 12},
+                     {u"商品名・適用"_s, Format::Text, 28, 40, true},
+                     {u"規格・方法"_s, Format::Text, 16, 26},
+                     {u"数量"_s, Format::Quantity, 11, 17},
+                     {u"単位"_s, Format::Text, 8, 12},
+                     {u"単価"_s, Format::Quantity, 10, 19},
+                     {u"繰越額"_s, Format::Amount, 12, 23},
+                     {str(words.charged), Format::Amount, 12, 23},
+                     {str(words.settled), Format::Amount, 12, 23},
+                     {u"残高"_s, Format::Amount, 13, 25}};
     const QVariant none;
     table.rows.push_back({none, none, none, u"繰越残高"_s, none, none, none, none, ledger.brought, none, none,
                           ledger.brought});
@@ -127,12 +109,12 @@ LedgerTable balanceTable(const std::vector<CounterpartBalance> &balances, book::
     const PartyWords words = wordsOf(party);
     LedgerTable table;
     table.title = str(words.balances);
-    table.remark = shownDay(day) + u" 現在"_s;
-    table.columns = {{u"コード"_s, Content::Text, 12, 26},
-                     {str(words.party), Content::Text, 50, 70, true},
-                     {str(words.lastCharged), Content::Date, 12, 22},
-                     {str(words.lastSettled), Content::Date, 12, 22},
-                     {u"残高"_s, Content::Amount, 16, 32}};
+    table.remark = text::formatDate(day) + u" 現在"_s;
+    table.columns = {{u"コード"_s, Format::Text, 12, 26},
+                     {str(words.party), Format::Text, 50, 70, true},
+                     {str(words.lastCharged), Format::Date, 12, 22},
+                     {str(words.lastSettled), Format::Date, 12, 22},
+                     {u"残高"_s, Format::Amount, 16, 32}};
     book::ExactSum total;
     for (const CounterpartBalance &balance : balances) {
         if (onlyOpen && balance.balance == 0)
@@ -152,11 +134,11 @@ LedgerTable stocktakeTable(const StocktakeReport &report, const book::Period &pe
     LedgerTable table;
     table.title = u"棚卸日報"_s;
     table.remark = shownPeriod(period);
-    table.columns = {{u"日付"_s, Content::Date, 11, 20},      {u"伝票番号"_s, Content::Text, 11, 22},
-                     {u"仕入先名"_s, Content::Text, 26, 44},  {u"商品名"_s, Content::Text, 26, 44, true},
-                     {u"規格"_s, Content::Text, 16, 30},      {u"数量"_s, Content::Quantity, 10, 18},
-                     {u"単位"_s, Content::Text, 6, 14},       {u"単価"_s, Content::Quantity, 10, 20},
-                     {u"棚卸金額"_s, Content::Amount, 13, 26}};
+    table.columns = {{u"日付"_s, Format::Date, 11, 20},      {u"伝票番号"_s, Format::Text, 11, 22},
+                     {u"仕入先名"_s, Format::Text, 26, 44},  {u"商品名"_s, Format::Text, 26, 44, true},
+                     {u"規格"_s, Format::Text, 16, 30},      {u"数量"_s, Format::Quantity, 10, 18},
+                     {u"単位"_s, Format::Text, 6, 14},       {u"単価"_s, Format::Quantity, 10, 20},
+                     {u"棚卸金額"_s, Format::Amount, 13, 26}};
     for (const StocktakeLine &line : report.lines) {
         table.rows.push_back({line.date, line.number, line.supplier, line.product, line.specification,
                               numberOrNothing(line.quantity), line.unit, numberOrNothing(line.price),
@@ -178,12 +160,12 @@ LedgerTable stockTable(const StockLedger &stock, const QDate &day, bool onlyInSt
 {
     LedgerTable table;
     table.title = u"棚卸補助元帳"_s;
-    table.remark = shownDay(day) + u" 現在"_s;
-    table.columns = {{u"商品名"_s, Content::Text, 28, 50, true}, {u"規格"_s, Content::Text, 18, 34},
-                     {u"単位"_s, Content::Text, 6, 14},          {u"棚卸日"_s, Content::Date, 11, 20},
-                     {u"棚卸数量"_s, Content::Quantity, 11, 20}, {u"仕入数量"_s, Content::Quantity, 11, 20},
-                     {u"納品数量"_s, Content::Quantity, 11, 20}, {u"在庫数量"_s, Content::Quantity, 11, 20},
-                     {u"単価"_s, Content::Quantity, 11, 20},     {u"在庫金額"_s, Content::Amount, 14, 26}};
+    table.remark = text::formatDate(day) + u" 現在"_s;
+    table.columns = {{u"商品名"_s, Format::Text, 28, 50, true}, {u"規格"_s, Format::Text, 18, 34},
+                     {u"単位"_s, Format::Text, 6, 14},          {u"棚卸日"_s, Format::Date, 11, 20},
+                     {u"棚卸数量"_s, Format::Quantity, 11, 20}, {u"仕入数量"_s, Format::Quantity, 11, 20},
+                     {u"納品数量"_s, Format::Quantity, 11, 20}, {u"在庫数量"_s, Format::Quantity, 11, 20},
+                     {u"単価"_s, Format::Quantity, 11, 20},     {u"在庫金額"_s, Format::Amount, 14, 26}};
     book::ExactSum total;
     for (const StockLine &line : stock.lines) {
         if (onlyInStock && line.stock == 0)

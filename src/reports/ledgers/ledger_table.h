@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/column.h"
 #include "reports/ledgers/ledger.h"
 #include "reports/ledgers/stock_ledger.h"
 
@@ -10,17 +11,6 @@
 // Ledgers and lists as tables: what a screen shows, a printer prints and a spreadsheet gets.
 namespace reports
 {
-
-enum class Content { Text, Date, Amount, Quantity };
-
-struct LedgerColumn
-{
-    QString heading;
-    Content content = Content::Text;
-    int characters = 10; // width on the screen and in a spreadsheet, in half-width characters
-    double millimetres = 20;
-    bool stretches = false; // takes what is left of a printed page
-};
 
 /// A slip, to be corrected.
 struct SlipTarget
@@ -52,15 +42,12 @@ struct LedgerTable
 {
     QString title;
     QString remark; // whose ledger it is, and of which days
-    std::vector<LedgerColumn> columns;
+    std::vector<base::Column> columns;
     std::vector<QVariantList> rows; // values as they are stored; dates yyyy-MM-dd
     std::vector<RowTarget> targets; // one for each row
     QVariantList totals;            // a row under the others; empty when there is none
     std::vector<NamedSum> sums;
 };
-
-/// A value as it is shown: "2026/04/01", "1,234".
-QString shownText(Content content, const QVariant &value);
 
 /// The rows of a ledger begin with the balance brought into the period.
 LedgerTable ledgerTable(const Ledger &ledger, book::Party party, const QString &name,

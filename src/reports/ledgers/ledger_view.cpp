@@ -47,7 +47,7 @@ base::Result<LedgerTable> stockOf(db::Connection &connection, const LedgerQuery 
 
 } // namespace
 
-std::vector<LedgerColumn> columnsOf(LedgerView view)
+std::vector<base::Column> columnsOf(LedgerView view)
 {
     switch (view) {
     case LedgerView::Receivable:

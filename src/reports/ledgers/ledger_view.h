@@ -16,7 +16,7 @@ enum class LedgerView {
 };
 
 /// The columns of \a view's tables.
-std::vector<LedgerColumn> columnsOf(LedgerView view);
+std::vector<base::Column> columnsOf(LedgerView view);
 
 /// What a screen asks for.
 struct LedgerQuery

@@ -22,11 +22,9 @@ namespace reports
 namespace
 {
 
-std::vector<ui::SlipGridModel::Column> gridColumns()
+std::vector<base::Column> gridColumns()
 {
-    const auto amount = [](const QString &caption) {
-        return ui::SlipGridModel::Column{caption, db::Format::Amount, true};
-    };
+    const auto amount = [](const QString &caption) { return base::Column{caption, base::Format::Amount}; };
     return {{u"仕入先"_s},         amount(u"前回仕入額"_s), amount(u"支払額"_s),
             amount(u"繰越金額"_s), amount(u"仕入金額"_s),   amount(u"残高"_s)};
 }

@@ -1,7 +1,8 @@
 #include "reports/purchases/purchase_list_output.h"
 
 #include "tables/table_writer.h"
-#include "text/numbers.h"
+#include "text/dates.h"
+#include "text/format_value.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,13 +12,21 @@ namespace reports
 namespace
 {
 
-constexpr int columnCount = 10;
-constexpr int firstAmount = 2;
-
-QStringList headings()
+std::vector<base::Column> columns()
 {
-    return {u"コード"_s,          u"仕入先"_s, u"前回仕入額"_s,      u"支払額"_s, u"繰越金額"_s,
-            u"仕入金額（税別)"_s, u"消費税"_s, u"仕入金額（税込)"_s, u"残高"_s,   u"未計上（消費税）"_s};
+    const auto amount = [](const QString &heading) {
+        return base::Column{heading, base::Format::Amount, 16, 26};
+    };
+    return {{u"コード"_s, base::Format::Text, 16, 16},
+            {u"仕入先"_s, base::Format::Text, 36, 16, true},
+            amount(u"前回仕入額"_s),
+            amount(u"支払額"_s),
+            amount(u"繰越金額"_s),
+            amount(u"仕入金額（税別)"_s),
+            amount(u"消費税"_s),
+            amount(u"仕入金額（税込)"_s),
+            amount(u"残高"_s),
+            amount(u"未計上（消費税）"_s)};
 }
 
 // In the order of the headings.
@@ -32,38 +41,32 @@ QVariantList values(const QString &code, const QString &name, const PurchaseSums
 
 QVariantList totals(const PurchaseList &list) { return values({}, u"合計"_s, list.totals); }
 
-QString shown(const QDate &day) { return day.toString(u"yyyy/MM/dd"_s); }
-
-QStringList shown(const QVariantList &row)
+QStringList shown(const std::vector<base::Column> &columns, const QVariantList &row)
 {
     QStringList cells;
-    for (int column = 0; column < columnCount; ++column) {
-        const QVariant &value = row.at(column);
-        cells << (column < firstAmount || value.isNull() ? value.toString()
-                                                         : text::formatAmount(value.toDouble()));
-    }
+    for (std::size_t column = 0; column < columns.size(); ++column)
+        cells << text::formatValue(columns[column].format, row.at(static_cast<qsizetype>(column)));
     return cells;
 }
 
 } // namespace
 
-QString shownPeriod(const book::Period &period) { return shown(period.from) + u"～"_s + shown(period.to); }
+QString shownPeriod(const book::Period &period)
+{
+    return text::formatDate(period.from) + u"～"_s + text::formatDate(period.to);
+}
 
 printing::List printedList(const PurchaseList &list, const book::Period &period, const QDate &today)
 {
     printing::List printed;
     printed.title = u"月別仕入一覧"_s;
     printed.remark = u"期間　"_s + shownPeriod(period);
-    printed.date = shown(today);
-    const QStringList names = headings();
-    for (int column = 0; column < columnCount; ++column) {
-        const bool isAmount = column >= firstAmount;
-        printed.columns.push_back({names.at(column), isAmount ? 26.0 : 16.0,
-                                   isAmount ? printing::Align::Right : printing::Align::Left, column == 1});
-    }
+    printed.date = text::formatDate(today);
+    printed.columns = columns();
     for (const SupplierPurchases &purchases : list.suppliers)
-        printed.rows.push_back(shown(values(purchases.code, purchases.name(), purchases.sums)));
-    printed.totals = shown(totals(list));
+        printed.rows.push_back(
+            shown(printed.columns, values(purchases.code, purchases.name(), purchases.sums)));
+    printed.totals = shown(printed.columns, totals(list));
     std::swap(printed.paperWidth, printed.paperHeight);
     return printed;
 }
@@ -82,11 +85,7 @@ base::Status exportPurchases(const PurchaseList &list, const QString &fileName,
                              const base::Progress &progress)
 {
     tables::Table file;
-    const QStringList names = headings();
-    for (int column = 0; column < columnCount; ++column)
-        file.columns.push_back({names.at(column),
-                                column < firstAmount ? tables::ColumnType::Text : tables::ColumnType::Number,
-                                column == 1 ? 36 : 16});
+    file.columns = columns();
     file.rowCount = static_cast<qint64>(list.suppliers.size()) + 1;
     std::size_t at = 0;
     file.next = [&list, at](QVariantList &row) mutable -> base::Result<bool> {

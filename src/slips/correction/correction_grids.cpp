@@ -80,7 +80,7 @@ void showHeadersIn(ui::Grid &grid, db::Recordset &headers, db::Connection &conne
                    const book::SlipKind &kind, const QHash<qint64, QString> &employees,
                    std::function<void(const QString &)> refused)
 {
-    headers.setFormat(u"日付"_s, db::Format::Date);
+    headers.setFormat(u"日付"_s, base::Format::Date);
     headers.setCaption(u"相手先ID"_s, kind.party == book::Party::Customer ? u"納品先"_s : u"仕入先"_s);
     headers.setCaption(u"社員ID"_s, u"担当者"_s);
     headers.setCaption(u"消費税率"_s, u"税率 %"_s);
@@ -96,7 +96,7 @@ void showLinesIn(ui::Grid &grid, db::Recordset &lines, const book::SlipKind &kin
                  std::function<void(const QString &)> refused)
 {
     for (const QString &figure : {u"数量"_s, u"単価"_s, u"金額"_s})
-        lines.setFormat(figure, db::Format::Quantity);
+        lines.setFormat(figure, base::Format::Quantity);
     lines.setDecorator([&lines](int row, int, int role) { return lineLook(lines, row, role); });
     if (!holdsGoods(kind))
         lines.setCaption(u"商品名"_s, u"適用"_s);

@@ -15,22 +15,18 @@ namespace slips
 namespace
 {
 
-using Column = ui::SlipGridModel::Column;
-constexpr auto plain = db::Format::Plain;
-constexpr auto quantity = db::Format::Quantity;
-constexpr auto amount = db::Format::Amount;
+using enum base::Format;
 
-std::vector<Column> lineColumns()
+std::vector<base::Column> lineColumns()
 {
-    return {{u"商品名"_s, plain}, {u"規格"_s, plain},          {u"数量"_s, quantity, true},
-            {u"単位"_s, plain},   {u"単価"_s, quantity, true}, {u"金額"_s, amount, true}};
+    return {{u"商品名"_s}, {u"規格"_s},           {u"数量"_s, Quantity},
+            {u"単位"_s},   {u"単価"_s, Quantity}, {u"金額"_s, Amount}};
 }
 
-std::vector<Column> previousColumns()
+std::vector<base::Column> previousColumns()
 {
-    return {{u"伝票番号"_s, plain},      {u"日付"_s, plain},          {u"商品名"_s, plain},
-            {u"規格"_s, plain},          {u"数量"_s, quantity, true}, {QString(), plain},
-            {u"単価"_s, quantity, true}, {u"金額"_s, amount, true}};
+    return {{u"伝票番号"_s},       {u"日付"_s, Date}, {u"商品名"_s},         {u"規格"_s},
+            {u"数量"_s, Quantity}, {QString()},       {u"単価"_s, Quantity}, {u"金額"_s, Amount}};
 }
 
 } // namespace
@@ -118,10 +114,8 @@ void GoodsSlipScreen::showPreviousLines()
     }
     std::vector<QVariantList> rows;
     rows.reserve(found->rows.size());
-    for (const QVariantList &row : found->rows) {
-        const QString date = row.at(1).toString().replace(u'-', u'/');
-        rows.push_back(QVariantList{row.at(2), date} + row.mid(3));
-    }
+    for (const QVariantList &row : found->rows)
+        rows.push_back(QVariantList{row.at(2), row.at(1)} + row.mid(3));
     m_previous.setRows(std::move(rows));
 }
 

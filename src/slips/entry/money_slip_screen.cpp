@@ -16,11 +16,9 @@ namespace slips
 namespace
 {
 
-std::vector<ui::SlipGridModel::Column> lineColumns(const MoneySlipDescription &description)
+std::vector<base::Column> lineColumns(const MoneySlipDescription &description)
 {
-    return {{u"適用"_s, db::Format::Plain},
-            {QString::fromUtf16(description.meansLabel), db::Format::Plain},
-            {u"金額"_s, db::Format::Quantity, true}};
+    return {{u"適用"_s}, {QString::fromUtf16(description.meansLabel)}, {u"金額"_s, base::Format::Quantity}};
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "reports/ledgers/ledger_table.h"
 #include "reports/ledgers/stock_ledger.h"
 #include "reports/purchases/purchase_list.h"
+#include "text/numbers.h"
 
 #include <QtTest>
 
@@ -260,7 +261,7 @@ private slots:
         QVERIFY(std::isnan(list->front().balance));
         QCOMPARE(list->back().balance, 5.0);
         const reports::LedgerTable shown = reports::balanceTable(*list, Party::Supplier, january.to, true);
-        QCOMPARE(reports::shownText(reports::Content::Amount, shown.totals.back()), u"計算不能"_s);
+        QCOMPARE(text::formatAmount(shown.totals.back().toDouble()), u"計算不能"_s);
         QVERIFY(std::isnan(balanceOf(shop.connection, Party::Supplier, 7)));
         const auto stock = reports::readStock(shop.connection, january.to, unwatched);
         QVERIFY(std::isnan(stock->total));

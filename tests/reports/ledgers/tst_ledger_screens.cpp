@@ -257,8 +257,8 @@ private slots:
         QVERIFY(list.paperWidth > list.paperHeight);
         QCOMPARE(list.rows.front().back(), u"-1,234,567"_s);
         double width = 0;
-        for (const printing::ListColumn &column : list.columns)
-            width += column.width;
+        for (const base::Column &column : list.columns)
+            width += column.millimetres;
         QVERIFY(width < list.paperWidth - 20); // nothing has to be made narrower
     }
 
