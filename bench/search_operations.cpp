@@ -4,6 +4,7 @@
 #include "measuring.h"
 
 #include "printing/frmPreview.h"
+#include "printing/list_sheet.h"
 #include "registers/lists/frmNouhinFind.h"
 #include "registers/lists/roster.h"
 
@@ -56,12 +57,12 @@ void registerRoster(const Shops &shops, std::vector<Row> &rows, int customers)
             u"顧客名簿"_s, {u"TEL"_s, u"TEL"_s, u"FAX"_s}, registers::rosterColumnsFrom({})};
         std::unique_ptr<printing::frmPreview> preview;
         return secondsOf([&] {
-            const auto list =
-                registers::roster(shop->connection, *keys, options, QDate(2026, 4, 1), base::unwatched);
+            const auto report = registers::roster(shop->connection, *keys, options, base::unwatched);
             printing::Document document;
-            document.title = list->title;
+            document.title = report->documentName;
             document.purpose = printing::Purpose::Rosters;
-            document.sheets = printing::listSheets(*list);
+            document.sheets =
+                printing::listSheets(*report, u"2026年4月1日 現在"_s, printing::ListPaper::Upright);
             preview =
                 std::make_unique<printing::frmPreview>(shop->workspace, std::move(document), QStringList());
             preview->show();

@@ -29,6 +29,7 @@ struct Column
     int characters = 10;     // width on the screen and in a spreadsheet, in half-width characters
     double millimetres = 20; // width on paper, with the blank beside the text
     bool stretches = false;  // takes its share of what the other columns leave of a page or a window
+    bool summed = false;     // by subtotals and totals
     bool centred = false;    // on paper
 };
 

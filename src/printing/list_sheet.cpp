@@ -2,6 +2,7 @@
 
 #include "printing/sheet_writer.h"
 #include "printing/text_fit.h"
+#include "text/format_value.h"
 
 #include <algorithm>
 #include <numeric>
@@ -15,6 +16,8 @@ namespace
 {
 
 // Millimetres.
+constexpr double shortSide = 210;
+constexpr double longSide = 297;
 constexpr double margin = 12;
 constexpr double titleTop = 11;
 constexpr double remarkTop = 20;
@@ -44,65 +47,83 @@ Align alignOf(const base::Column &column)
 class ListLayout
 {
 public:
-    explicit ListLayout(const List &list)
-        : m_list(list)
-        , m_right(list.paperWidth - margin)
-        , m_lines(linesOf(list))
+    ListLayout(const base::Report &report, const QString &date, ListPaper paper)
+        : m_report(report)
+        , m_date(date)
+        , m_width(paper == ListPaper::Upright ? shortSide : longSide)
+        , m_height(paper == ListPaper::Upright ? longSide : shortSide)
     {
         placeColumns();
+        breakPages();
     }
 
     std::vector<Sheet> sheets() const
     {
-        std::vector<Sheet> sheets;
-        const std::size_t count = m_list.rows.size() + (m_list.totals ? 1 : 0);
-        const std::size_t pages = std::max<std::size_t>(1, (count + m_lines - 1) / m_lines);
-        for (std::size_t page = 0; page < pages; ++page) {
-            const std::size_t first = page * m_lines;
-            Sheet &sheet = sheets.emplace_back();
-            sheet.setCutPaper(m_list.paperWidth, m_list.paperHeight);
+        std::vector<Sheet> sheets(m_breaks.size() - 1);
+        for (std::size_t page = 0; page < sheets.size(); ++page) {
+            Sheet &sheet = sheets[page];
+            sheet.setCutPaper(m_width, m_height);
             sheet.origin = Origin::PaperEdge;
             SheetWriter writer(sheet);
-            writeFrame(writer, page, pages);
-            writeTable(writer, first, std::min(count, first + m_lines));
+            writeFrame(writer, page);
+            writeTable(writer, m_breaks[page], m_breaks[page + 1]);
         }
         return sheets;
     }
 
 private:
-    static std::size_t linesOf(const List &list)
+    // The totals are the last line.
+    std::size_t lineCount() const { return m_report.rows.size() + (m_report.totals.isEmpty() ? 0 : 1); }
+
+    base::RowKind kindOf(std::size_t line) const
     {
-        const double room = list.paperHeight - footHeight - tableTop - rowHeight;
-        return static_cast<std::size_t>(std::max(1.0, room / rowHeight));
+        return line < m_report.rows.size() ? m_report.rows[line].kind : base::RowKind::Subtotal;
+    }
+
+    // The first line of each page, and the end of the last one.
+    void breakPages()
+    {
+        const double room = m_height - footHeight - tableTop - rowHeight;
+        const auto most = static_cast<std::size_t>(room / rowHeight);
+        const std::size_t count = lineCount();
+        m_breaks = {0};
+        do {
+            std::size_t end = std::min(count, m_breaks.back() + most);
+            while (end < count && end - 1 > m_breaks.back() && kindOf(end - 1) == base::RowKind::Heading)
+                --end;
+            m_breaks.push_back(end);
+        } while (m_breaks.back() < count);
     }
 
     // Their left edges, and the right edge of the last one.
     void placeColumns()
     {
-        const double room = m_right - margin;
+        const double room = right() - margin;
         double natural = 0;
         double stretching = 0;
-        for (const base::Column &column : m_list.columns) {
+        for (const base::Column &column : m_report.columns) {
             natural += column.millimetres;
             stretching += column.stretches ? column.millimetres : 0;
         }
         const double shrink = natural > room ? room / natural : 1;
         const double stretch = natural < room && stretching > 0 ? 1 + (room - natural) / stretching : 1;
         m_edges.push_back(margin);
-        for (const base::Column &column : m_list.columns)
+        for (const base::Column &column : m_report.columns)
             m_edges.push_back(m_edges.back() +
                               column.millimetres * shrink * (column.stretches ? stretch : 1));
     }
 
-    void writeFrame(SheetWriter &writer, std::size_t page, std::size_t pages) const
+    double right() const { return m_width - margin; }
+
+    void writeFrame(SheetWriter &writer, std::size_t page) const
     {
-        const double middle = m_list.paperWidth / 2;
-        const QString title = singleLine(m_list.title);
-        writer.text(middle, titleTop, title, fittingPoints(title, m_right - margin, titlePoints),
+        const double middle = m_width / 2;
+        const QString title = singleLine(m_report.title);
+        writer.text(middle, titleTop, title, fittingPoints(title, right() - margin, titlePoints),
                     Align::Centre);
-        writer.text(margin, remarkTop, m_list.remark, points);
-        writer.text(m_right, remarkTop, m_list.date, points, Align::Right);
-        writer.text(middle, m_list.paperHeight - footHeight + 4, u"%1 / %2"_s.arg(page + 1).arg(pages),
+        writer.text(margin, remarkTop, m_report.remark, points);
+        writer.text(right(), remarkTop, m_date, points, Align::Right);
+        writer.text(middle, m_height - footHeight + 4, u"%1 / %2"_s.arg(page + 1).arg(m_breaks.size() - 1),
                     points, Align::Centre);
     }
 
@@ -111,14 +132,13 @@ private:
         const double right = m_edges.back();
         const double bottom = tableTop + rowHeight + static_cast<double>(end - first) * rowHeight;
         writer.box(margin, tableTop, right - margin, rowHeight, 0, headingGrey);
-        for (std::size_t column = 0; column < m_list.columns.size(); ++column)
-            writeCell(writer, m_list.columns[column].heading, column, tableTop, Align::Centre, false);
+        for (std::size_t column = 0; column < m_report.columns.size(); ++column)
+            writeCell(writer, m_report.columns[column].heading, column, tableTop, Align::Centre, false);
         double y = tableTop + rowHeight;
         for (std::size_t row = first; row < end; ++row, y += rowHeight) {
-            const bool isTotals = row == m_list.rows.size();
-            if (isTotals)
+            if (kindOf(row) == base::RowKind::Subtotal)
                 writer.box(margin, y, right - margin, rowHeight, 0, headingGrey);
-            writeRow(writer, isTotals ? *m_list.totals : m_list.rows[row], y, isTotals);
+            writeRow(writer, row, y);
             writer.line(margin, y, right, y, thin, ruleGrey);
         }
         for (std::size_t edge = 1; edge + 1 < m_edges.size(); ++edge)
@@ -126,12 +146,15 @@ private:
         writer.box(margin, tableTop, right - margin, bottom - tableTop, thick);
     }
 
-    void writeRow(SheetWriter &writer, const QStringList &cells, double y, bool bold) const
+    void writeRow(SheetWriter &writer, std::size_t row, double y) const
     {
-        const auto count = std::min(static_cast<std::size_t>(cells.size()), m_list.columns.size());
-        for (std::size_t column = 0; column < count; ++column)
-            writeCell(writer, cells[static_cast<qsizetype>(column)], column, y,
-                      alignOf(m_list.columns[column]), bold);
+        const QVariantList &values = row < m_report.rows.size() ? m_report.rows[row].values : m_report.totals;
+        for (std::size_t column = 0; column < m_report.columns.size(); ++column) {
+            const base::Column &described = m_report.columns[column];
+            writeCell(writer,
+                      text::formatValue(described.format, values.value(static_cast<qsizetype>(column))),
+                      column, y, alignOf(described), kindOf(row) != base::RowKind::Plain);
+        }
     }
 
     void writeCell(SheetWriter &writer, const QString &text, std::size_t column, double y, Align align,
@@ -167,14 +190,25 @@ private:
         return fitBlock(text, room, cellHeight, broken ? points : smallPoints, leading);
     }
 
-    const List &m_list;
-    double m_right;
-    std::size_t m_lines; // rows on a page
+    const base::Report &m_report;
+    const QString m_date;
+    const double m_width;
+    const double m_height;
     std::vector<double> m_edges;
+    std::vector<std::size_t> m_breaks;
 };
 
 } // namespace
 
-std::vector<Sheet> listSheets(const List &list) { return ListLayout(list).sheets(); }
+ListPaper paperFor(const base::Report &report)
+{
+    constexpr std::size_t mostUpright = 6;
+    return report.columns.size() > mostUpright ? ListPaper::Lying : ListPaper::Upright;
+}
+
+std::vector<Sheet> listSheets(const base::Report &report, const QString &date, ListPaper paper)
+{
+    return ListLayout(report, date, paper).sheets();
+}
 
 } // namespace printing

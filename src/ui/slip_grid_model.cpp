@@ -1,6 +1,6 @@
 #include "ui/slip_grid_model.h"
 
-#include "text/format_value.h"
+#include "ui/column_cells.h"
 
 namespace ui
 {
@@ -47,23 +47,15 @@ QVariant SlipGridModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
-    const base::Column &column = m_columns[static_cast<std::size_t>(index.column())];
-    if (role == Qt::TextAlignmentRole)
-        return int((base::isNumber(column.format) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    const QVariant value = m_rows[static_cast<std::size_t>(index.row())].value(index.column());
-    if (role == Qt::EditRole)
-        return value;
-    return role == Qt::DisplayRole ? text::formatValue(column.format, value) : QVariant();
+    const QVariantList &row = m_rows[static_cast<std::size_t>(index.row())];
+    return cellOf(m_columns[static_cast<std::size_t>(index.column())], row.value(index.column()), role);
 }
 
 QVariant SlipGridModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation == Qt::Vertical || section < 0 || section >= columnCount())
         return QAbstractTableModel::headerData(section, orientation, role);
-    const base::Column &column = m_columns[static_cast<std::size_t>(section)];
-    if (role == Qt::TextAlignmentRole)
-        return int((base::isNumber(column.format) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    return role == Qt::DisplayRole ? QVariant(column.heading) : QVariant();
+    return headingOf(m_columns[static_cast<std::size_t>(section)], role);
 }
 
 } // namespace ui

@@ -6,8 +6,9 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using base::Report;
 using printing::Align;
-using printing::List;
+using printing::ListPaper;
 using printing::Sheet;
 using printing::TextItem;
 
@@ -26,12 +27,17 @@ double millimetres(double twips) { return twips / printing::twipsPerMillimetre; 
 const base::Column nameColumn{u"名前"_s, base::Format::Text, 10, 50};
 const base::Column amountColumn{u"金額"_s, base::Format::Amount, 10, 30};
 
-List listOf(int rows)
+Report reportOf(int rows)
 {
-    List list{u"残高一覧"_s, u"東京"_s, u"2026年4月1日"_s, {nameColumn, amountColumn}, {}};
+    Report report{u"残高一覧"_s, u"東京"_s, {}, {nameColumn, amountColumn}};
     for (int row = 1; row <= rows; ++row)
-        list.rows.push_back({u"客%1"_s.arg(row), QString::number(row)});
-    return list;
+        report.rows.push_back({{u"客%1"_s.arg(row), row}});
+    return report;
+}
+
+std::vector<Sheet> sheetsOf(const Report &report)
+{
+    return printing::listSheets(report, u"2026年4月1日"_s, ListPaper::Upright);
 }
 
 const TextItem *item(const Sheet &sheet, const QString &text)
@@ -71,7 +77,7 @@ class TestListSheet : public QObject
 private slots:
     void standsInMillimetres()
     {
-        const auto sheets = printing::listSheets(listOf(2));
+        const auto sheets = sheetsOf(reportOf(2));
         QCOMPARE(sheets.size(), 1u);
         const Sheet &sheet = sheets.front();
         QCOMPARE(sheet.origin, printing::Origin::PaperEdge);
@@ -114,10 +120,10 @@ private slots:
     {
         QFETCH(int, rows);
         QFETCH(bool, totals);
-        List list = listOf(rows);
+        Report report = reportOf(rows);
         if (totals)
-            list.totals = QStringList{u"合計"_s, u"1,000"_s};
-        const auto sheets = printing::listSheets(list);
+            report.totals = {u"合計"_s, 1000};
+        const auto sheets = sheetsOf(report);
         QTEST(int(sheets.size()), "pages");
         int printed = 0;
         for (std::size_t page = 0; page < sheets.size(); ++page) {
@@ -130,6 +136,46 @@ private slots:
         }
         QCOMPARE(printed, rows);
         QCOMPARE(item(sheets.back(), u"合計"_s) != nullptr, totals);
+        QCOMPARE(item(sheets.back(), u"1,000"_s) != nullptr, totals);
+    }
+
+    // The heading of a group stands over its first row; a subtotal may come to the top of a page.
+    void groupsOverPages_data()
+    {
+        QTest::addColumn<int>("before");         // rows of the group before
+        QTest::addColumn<QStringList>("firsts"); // what the pages begin with
+        QTest::newRow("a page filled by the heading") << rowsOnPage - 3 << QStringList{u"一"_s, u"二"_s};
+        QTest::newRow("a page filled by the row after it")
+            << rowsOnPage - 4 << QStringList{u"一"_s, u"客2"_s};
+        QTest::newRow("a page filled by the subtotal") << rowsOnPage - 2 << QStringList{u"一"_s, u"二"_s};
+        QTest::newRow("a page filled by the rows") << rowsOnPage - 1 << QStringList{u"一"_s, u"一 計"_s};
+    }
+
+    void groupsOverPages()
+    {
+        QFETCH(int, before);
+        QFETCH(QStringList, firsts);
+        Report report = reportOf(0);
+        report.columns.back().summed = true;
+        const std::pair<QString, int> groups[] = {{u"一"_s, before}, {u"二"_s, 2}};
+        for (const auto &[name, rows] : groups) {
+            base::beginGroup(report, name);
+            for (const base::ReportRow &row : reportOf(rows).rows)
+                report.rows.push_back(row);
+            base::endGroup(report, name + u" 計"_s);
+        }
+        const auto sheets = sheetsOf(report);
+        QStringList found;
+        for (const Sheet &sheet : sheets) {
+            const auto first = std::find_if(sheet.texts.begin(), sheet.texts.end(), [](const TextItem &text) {
+                return areaOf(text).center().y() > firstRow &&
+                       areaOf(text).center().y() < firstRow + rowHeight;
+            });
+            found << first->text;
+        }
+        QCOMPARE(found, firsts);
+        const TextItem *subtotal = item(sheets.back(), u"二 計"_s);
+        QVERIFY(subtotal && subtotal->bold && item(sheets.back(), u"3"_s));
     }
 
     void sharesTheRoom_data()
@@ -146,12 +192,12 @@ private slots:
     {
         QFETCH(std::vector<double>, widths);
         QFETCH(std::vector<double>, rules);
-        List list;
+        Report report;
         for (const double width : widths)
-            list.columns.push_back({u"列"_s, base::Format::Text, 10, std::abs(width), width < 0});
+            report.columns.push_back({u"列"_s, base::Format::Text, 10, std::abs(width), width < 0});
         for (double &rule : rules)
             rule = std::round(rule * 100) / 100;
-        QCOMPARE(rulesOf(printing::listSheets(list).front()), rules);
+        QCOMPARE(rulesOf(sheetsOf(report).front()), rules);
     }
 
     void nothingLeavesItsCell_data()
@@ -170,9 +216,9 @@ private slots:
     void nothingLeavesItsCell()
     {
         QFETCH(QString, text);
-        List list = listOf(0);
-        list.rows = {{u"上"_s, u"1"_s}, {text, text}, {u"下"_s, u"2"_s}};
-        const auto sheets = printing::listSheets(list);
+        Report report = reportOf(0);
+        report.rows = {{{u"上"_s, 1}}, {{text, text}}, {{u"下"_s, 2}}};
+        const auto sheets = sheetsOf(report);
         const QRectF row(left, firstRow + rowHeight, 80, rowHeight);
         const QRectF cells[] = {{row.left(), row.top(), 50, rowHeight},
                                 {row.left() + 50, row.top(), 30, rowHeight}};

@@ -2,6 +2,7 @@
 
 #include "printing/font_names.h"
 #include "printing/frmPreview.h"
+#include "printing/list_sheet.h"
 #include "ui/file_dialogs.h"
 #include "ui/progress.h"
 #include "ui_DialogMeibo.h"
@@ -123,13 +124,14 @@ void DialogMeibo::chooseFont()
 
 base::Result<printing::Document> DialogMeibo::document(const base::Progress &progress) const
 {
-    const auto list = roster(workspace().connection, m_customers, options(), workspace().today(), progress);
-    if (!list)
-        return list.error();
+    const auto report = roster(workspace().connection, m_customers, options(), progress);
+    if (!report)
+        return report.error();
     printing::Document document;
-    document.title = list->title;
+    document.title = report->documentName;
     document.purpose = printing::Purpose::Rosters;
-    document.sheets = printing::listSheets(*list);
+    document.sheets = printing::listSheets(*report, workspace().today().toString(u"yyyy年M月d日 現在"_s),
+                                           printing::ListPaper::Upright);
     return document;
 }
 

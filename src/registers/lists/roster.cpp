@@ -52,7 +52,7 @@ constexpr const char16_t *closingDay = u"締め日";
 struct Entry
 {
     QString reading;
-    QStringList cells; // without the number
+    QVariantList values; // without the number
 };
 
 QString cellText(const db::Rows &rows, int row, const Column &column)
@@ -97,7 +97,7 @@ base::Result<std::vector<Entry>> readBlock(db::Connection &connection, const std
         entry.reading = rows->value(*place, u"フリガナ"_s).toString();
         for (std::size_t column = 1; column < columns.size(); ++column) {
             if (options.shown[column])
-                entry.cells << cellText(*rows, *place, columns[column]);
+                entry.values << cellText(*rows, *place, columns[column]);
         }
     }
     return entries;
@@ -147,9 +147,8 @@ QString storedRosterColumns(const std::array<bool, rosterColumns> &shown)
     return stored;
 }
 
-base::Result<printing::List> roster(db::Connection &connection, const std::vector<qint64> &keys,
-                                    const RosterOptions &options, const QDate &today,
-                                    const base::Progress &progress)
+base::Result<base::Report> roster(db::Connection &connection, const std::vector<qint64> &keys,
+                                  const RosterOptions &options, const base::Progress &progress)
 {
     std::vector<Entry> entries;
     for (std::size_t first = 0; first < keys.size(); first += blockSize) {
@@ -164,18 +163,14 @@ base::Result<printing::List> roster(db::Connection &connection, const std::vecto
     if (options.byReading)
         std::stable_sort(entries.begin(), entries.end(),
                          [](const Entry &a, const Entry &b) { return a.reading < b.reading; });
-    printing::List list;
-    list.title = options.title;
-    list.remark = u"%1 件"_s.arg(entries.size());
-    list.date = today.toString(u"yyyy年M月d日 現在"_s);
-    list.columns = columnsOf(options);
-    list.rows.reserve(entries.size());
+    base::Report report{options.title, u"%1 件"_s.arg(entries.size()), options.title, columnsOf(options)};
+    report.rows.reserve(entries.size());
     for (Entry &entry : entries) {
         if (options.shown.front())
-            entry.cells.prepend(QString::number(list.rows.size() + 1));
-        list.rows.push_back(std::move(entry.cells));
+            entry.values.prepend(static_cast<qint64>(report.rows.size() + 1));
+        report.rows.push_back({std::move(entry.values)});
     }
-    return list;
+    return report;
 }
 
 } // namespace registers

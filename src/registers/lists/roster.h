@@ -1,13 +1,10 @@
 #pragma once
 
 #include "base/progress.h"
+#include "base/report.h"
 #include "base/result.h"
-#include "printing/list_sheet.h"
-
-#include <QDate>
 
 #include <array>
-#include <vector>
 
 namespace db
 {
@@ -36,9 +33,8 @@ struct RosterOptions
 std::array<bool, rosterColumns> rosterColumnsFrom(const QString &stored);
 QString storedRosterColumns(const std::array<bool, rosterColumns> &shown);
 
-/// The list of the customers \a keys (納品先ID) as of \a today. Customers deleted meanwhile are left out.
-base::Result<printing::List> roster(db::Connection &connection, const std::vector<qint64> &keys,
-                                    const RosterOptions &options, const QDate &today,
-                                    const base::Progress &progress);
+/// The customers \a keys (納品先ID). Those deleted meanwhile are left out.
+base::Result<base::Report> roster(db::Connection &connection, const std::vector<qint64> &keys,
+                                  const RosterOptions &options, const base::Progress &progress);
 
 } // namespace registers

@@ -1,23 +1,18 @@
 #include "reports/ledgers/ledger_screen.h"
 
-#include "printing/frmPreview.h"
-#include "reports/ledgers/ledger_output.h"
+#include "reports/report_actions.h"
 #include "slips/correction/correction_screens.h"
 #include "slips/entry/slip_screen.h"
 #include "text/numbers.h"
 #include "ui/messages.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
-#include "ui/table_export.h"
 #include "ui_LedgerForm.h"
 #include "workspace/workspace.h"
 
-#include <QHeaderView>
-#include <QStyle>
+#include <QLayout>
 
 #include <algorithm>
-#include <functional>
-#include <numeric>
 
 using namespace Qt::StringLiterals;
 
@@ -27,20 +22,16 @@ namespace reports
 namespace
 {
 
+// Nothing when the link is to something else.
+template <class Target>
+const Target *targetIn(const QVariant &link)
+{
+    const bool isOne = link.metaType() == QMetaType::fromType<Target>();
+    return isOne ? static_cast<const Target *>(link.constData()) : nullptr;
+}
+
 // The month before is looked at as long as this one is young.
 QDate startOfPeriod(const QDate &end) { return QDate(end.year(), end.month(), 1).addMonths(-1); }
-
-// Where \a sought, which was in \a row, is now; what stands in its place when it is gone.
-int rowOf(const RowTarget &sought, int row, const std::vector<RowTarget> &targets)
-{
-    const int last = static_cast<int>(targets.size()) - 1;
-    row = std::clamp(row, 0, std::max(last, 0));
-    if (last < 0 || std::holds_alternative<std::monostate>(sought) ||
-        targets[static_cast<std::size_t>(row)] == sought)
-        return row;
-    const auto found = std::find(targets.begin(), targets.end(), sought);
-    return found == targets.end() ? row : static_cast<int>(found - targets.begin());
-}
 
 } // namespace
 
@@ -50,7 +41,6 @@ LedgerScreen::LedgerScreen(workspace::Workspace &workspace, QWidget *parent,
     , m_ui(std::make_unique<Ui::LedgerForm>())
     , m_description(description)
     , m_found(workspace.connection)
-    , m_rows(columnsOf(description.view), nullptr)
 {
     m_ui->setupUi(this);
     m_sums = {{m_ui->lblSum1, m_ui->txtSum1},
@@ -109,34 +99,26 @@ void LedgerScreen::fitPeriod()
 
 void LedgerScreen::fitGrid()
 {
-    m_ui->MSFlexGrid1->setModel(&m_rows);
     m_ui->MSFlexGrid1->setAccessibleName(windowTitle());
-    const std::vector<base::Column> columns = columnsOf(m_description.view);
-    std::vector<int> widths;
-    const int character = fontMetrics().horizontalAdvance(u'0');
-    for (const base::Column &column : columns)
-        widths.push_back((column.characters + 1) * character);
-    slips::setWidths(m_ui->MSFlexGrid1, widths);
-    const auto stretching =
-        std::find_if(columns.begin(), columns.end(), std::mem_fn(&base::Column::stretches));
-    m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(
-        static_cast<int>(stretching - columns.begin()), QHeaderView::Stretch);
+    m_ui->MSFlexGrid1->showColumns(columnsOf(m_description.view));
     // No wider than the columns: on its way along a wider row the eye gets lost.
     const QMargins margins = layout()->contentsMargins();
-    const int besides = margins.left() + margins.right() + 2 * m_ui->MSFlexGrid1->frameWidth() +
-                        style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    resize(std::min(width(), std::accumulate(widths.begin(), widths.end(), besides)), height());
+    resize(std::min(width(), margins.left() + margins.right() + m_ui->MSFlexGrid1->fullWidth()), height());
 }
 
 void LedgerScreen::connectControls()
 {
     const std::pair<QPushButton *, void (LedgerScreen::*)()> actions[] = {
-        {m_ui->Command1, &LedgerScreen::search},  {m_ui->cmdMasterUpdate, &LedgerScreen::count},
-        {m_ui->Command2, &LedgerScreen::print},   {m_ui->Command3, &LedgerScreen::exportTable},
+        {m_ui->Command1, &LedgerScreen::search},
+        {m_ui->cmdMasterUpdate, &LedgerScreen::count},
         {m_ui->Command4, &LedgerScreen::openRow},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
+    connect(m_ui->Command2, &QPushButton::clicked, this,
+            [this] { printReport(workspace(), this, m_ui->MSFlexGrid1->report()); });
+    connect(m_ui->Command3, &QPushButton::clicked, this,
+            [this] { exportReport(this, m_ui->MSFlexGrid1->report()); });
     connect(m_ui->Check1, &QCheckBox::clicked, this, &LedgerScreen::refresh);
     for (const ui::DateBox *box : {m_ui->DTPicker1, m_ui->DTPicker2})
         connect(box, &QDateEdit::dateChanged, this, &LedgerScreen::markAsOutdated);
@@ -221,7 +203,7 @@ LedgerQuery LedgerScreen::query() const
 void LedgerScreen::count()
 {
     refresh();
-    if (m_rows.rowCount() > 0)
+    if (m_ui->MSFlexGrid1->rowCount() > 0)
         m_ui->MSFlexGrid1->setFocus();
 }
 
@@ -229,59 +211,53 @@ void LedgerScreen::refresh()
 {
     m_hasRead = true;
     const LedgerQuery asked = query();
-    LedgerTable table;
-    const base::Status read =
-        ui::runWithProgress(this, u"集計しています。"_s, [&](const base::Progress &progress) -> base::Status {
-            auto result = readView(workspace().connection, m_description.view, asked, progress);
-            if (!result)
-                return result.error();
-            table = std::move(*result);
-            return {};
-        });
+    auto read = ui::runWithProgress(this, u"集計しています。"_s, [&](const base::Progress &progress) {
+        return readView(workspace().connection, m_description.view, asked, progress);
+    });
     if (read) {
         m_shownTo = asked.period.to;
-        showTable(std::move(table));
+        m_ui->MSFlexGrid1->setReport(std::move(*read));
+        showRows();
         return;
     }
     // What was shown no longer stands for what the boxes above it say.
     clear(read.error().cancelled ? read.error().text : QString());
     if (!read.error().cancelled)
-        tell(read);
+        tell(read.error());
     if (m_description.search && !m_whose)
         m_ui->txtKey1->setFocus();
 }
 
 void LedgerScreen::clear(const QString &message)
 {
-    showTable({});
+    m_ui->MSFlexGrid1->clear();
+    showRows();
     m_ui->lblMessage->setText(message);
 }
 
-void LedgerScreen::showTable(LedgerTable table)
+// What follows from the rows.
+void LedgerScreen::showRows()
 {
-    const int row = rowOf(currentTarget(), m_ui->MSFlexGrid1->currentIndex().row(), table.targets);
-    m_table = std::move(table);
-    m_rows.setRows(m_table.rows);
-    m_ui->MSFlexGrid1->setCurrentIndex(m_rows.index(row, 0));
-    const bool any = m_rows.rowCount() > 0;
-    m_ui->Command2->setEnabled(any);
-    m_ui->Command3->setEnabled(any);
+    const int count = m_ui->MSFlexGrid1->rowCount();
+    m_ui->Command2->setEnabled(count > 0);
+    m_ui->Command3->setEnabled(count > 0);
     enableOpening();
-    m_ui->lblMessage->setText(any ? u"%1 行"_s.arg(m_rows.rowCount())
-                                  : u"該当するデータが見つかりませんでした。"_s);
+    m_ui->lblMessage->setText(count > 0 ? u"%1 行"_s.arg(count)
+                                        : u"該当するデータが見つかりませんでした。"_s);
     showSums();
 }
 
 void LedgerScreen::showSums()
 {
+    const std::vector<base::NamedSum> &sums = m_ui->MSFlexGrid1->report().sums;
     for (std::size_t i = 0; i < m_sums.size(); ++i) {
         const auto &[label, box] = m_sums[i];
-        const bool used = i < m_table.sums.size();
+        const bool used = i < sums.size();
         label->setVisible(used);
         box->setVisible(used);
         if (used) {
-            label->setText(m_table.sums[i].name);
-            box->setText(text::formatAmount(m_table.sums[i].yen));
+            label->setText(sums[i].name);
+            box->setText(text::formatAmount(sums[i].yen));
         }
     }
 }
@@ -289,30 +265,20 @@ void LedgerScreen::showSums()
 // The table stays, with its own days, until it is asked for anew: all balances take their time.
 void LedgerScreen::markAsOutdated()
 {
-    if (m_rows.rowCount() > 0)
+    if (m_ui->MSFlexGrid1->rowCount() > 0)
         m_ui->lblMessage->setText(u"日付が変わりました。「再集計」を押すと集計し直します。"_s);
 }
 
 // --- What the rows lead to ---
 
-RowTarget LedgerScreen::currentTarget() const
-{
-    const int row = m_ui->MSFlexGrid1->currentIndex().row();
-    const bool isThere = row >= 0 && row < static_cast<int>(m_table.targets.size());
-    return isThere ? m_table.targets[static_cast<std::size_t>(row)] : RowTarget();
-}
-
-void LedgerScreen::enableOpening()
-{
-    m_ui->Command4->setEnabled(!std::holds_alternative<std::monostate>(currentTarget()));
-}
+void LedgerScreen::enableOpening() { m_ui->Command4->setEnabled(m_ui->MSFlexGrid1->currentLink().isValid()); }
 
 void LedgerScreen::openRow()
 {
-    const RowTarget target = currentTarget();
-    if (const auto *slip = std::get_if<SlipTarget>(&target))
+    const QVariant link = m_ui->MSFlexGrid1->currentLink();
+    if (const auto *slip = targetIn<SlipTarget>(link))
         slips::openCorrection(workspace(), this, slip->kind, slip->slip);
-    else if (const auto *ledger = std::get_if<LedgerTarget>(&target))
+    else if (const auto *ledger = targetIn<LedgerTarget>(link))
         openLedgerOf(*ledger);
     else
         return;
@@ -327,26 +293,6 @@ void LedgerScreen::openLedgerOf(const LedgerTarget &whose)
                                           : LedgerView::Payable));
     ledger.openLedger(whose, m_shownTo);
     ledger.exec();
-}
-
-// --- Paper and files ---
-
-void LedgerScreen::print()
-{
-    printing::Document document;
-    document.title = fileTitle(m_table);
-    document.purpose = printing::Purpose::Rosters;
-    document.sheets = printing::listSheets(printedList(m_table, workspace().today()));
-    printing::showPreview(workspace(), this, std::move(document));
-}
-
-void LedgerScreen::exportTable()
-{
-    ui::exportTable(this, {[this](const QString &fileName) { return checkLedgerExport(m_table, fileName); },
-                           [this](const QString &fileName, const base::Progress &progress) {
-                               return exportLedger(m_table, fileName, progress);
-                           },
-                           fileTitle(m_table)});
 }
 
 } // namespace reports

@@ -3,7 +3,6 @@
 #include "book/counterpart_search.h"
 #include "reports/ledgers/ledger_view.h"
 #include "ui/screen.h"
-#include "ui/slip_grid_model.h"
 
 #include <functional>
 #include <memory>
@@ -63,16 +62,13 @@ private:
     void count();
     void refresh();
     void clear(const QString &message);
-    void showTable(LedgerTable table);
+    void showRows();
     void showSums();
     void enableOpening();
     void markAsOutdated();
-    [[nodiscard]] RowTarget currentTarget() const;
 
     void openRow();
     void openLedgerOf(const LedgerTarget &whose);
-    void print();
-    void exportTable();
 
     [[nodiscard]] LedgerQuery query() const;
 
@@ -80,9 +76,7 @@ private:
     const LedgerDescription m_description;
     db::Recordset m_found;
     std::optional<LedgerTarget> m_whose;
-    LedgerTable m_table;
-    QDate m_shownTo; // the last day of m_table
-    ui::SlipGridModel m_rows;
+    QDate m_shownTo; // the last day of what is shown
     std::vector<std::pair<QLabel *, QLineEdit *>> m_sums;
     bool m_hasRead = false;
 };

@@ -8,7 +8,7 @@ namespace reports
 namespace
 {
 
-base::Result<LedgerTable> ledgerOf(db::Connection &connection, book::Party party, const LedgerQuery &query)
+base::Result<base::Report> ledgerOf(db::Connection &connection, book::Party party, const LedgerQuery &query)
 {
     if (!query.whose)
         return base::Error{party == book::Party::Customer ? u"納品先が選択されていません。"_s
@@ -19,29 +19,29 @@ base::Result<LedgerTable> ledgerOf(db::Connection &connection, book::Party party
     const auto ledger = readLedger(connection, party, query.whose->counterpart, query.period);
     if (!ledger)
         return ledger.error();
-    return ledgerTable(*ledger, party, *name, query.period);
+    return ledgerReport(*ledger, party, *name, query.period);
 }
 
-base::Result<LedgerTable> balancesOf(db::Connection &connection, book::Party party, const LedgerQuery &query,
-                                     const base::Progress &progress)
+base::Result<base::Report> balancesOf(db::Connection &connection, book::Party party, const LedgerQuery &query,
+                                      const base::Progress &progress)
 {
     const auto balances = balanceList(connection, party, query.period.to, progress);
     if (!balances)
         return balances.error();
-    return balanceTable(*balances, party, query.period.to, query.leavesOutZeros);
+    return balanceReport(*balances, party, query.period.to, query.leavesOutZeros);
 }
 
-base::Result<LedgerTable> stocktakesOf(db::Connection &connection, const LedgerQuery &query)
+base::Result<base::Report> stocktakesOf(db::Connection &connection, const LedgerQuery &query)
 {
     const auto report = readStocktakes(connection, query.period);
-    return report ? base::Result<LedgerTable>(stocktakeTable(*report, query.period)) : report.error();
+    return report ? base::Result<base::Report>(stocktakeReport(*report, query.period)) : report.error();
 }
 
-base::Result<LedgerTable> stockOf(db::Connection &connection, const LedgerQuery &query,
-                                  const base::Progress &progress)
+base::Result<base::Report> stockOf(db::Connection &connection, const LedgerQuery &query,
+                                   const base::Progress &progress)
 {
     const auto stock = readStock(connection, query.period.to, progress);
-    return stock ? base::Result<LedgerTable>(stockTable(*stock, query.period.to, query.leavesOutZeros))
+    return stock ? base::Result<base::Report>(stockReport(*stock, query.period.to, query.leavesOutZeros))
                  : stock.error();
 }
 
@@ -51,23 +51,23 @@ std::vector<base::Column> columnsOf(LedgerView view)
 {
     switch (view) {
     case LedgerView::Receivable:
-        return ledgerTable({}, book::Party::Customer, {}, {}).columns;
+        return ledgerReport({}, book::Party::Customer, {}, {}).columns;
     case LedgerView::Payable:
-        return ledgerTable({}, book::Party::Supplier, {}, {}).columns;
+        return ledgerReport({}, book::Party::Supplier, {}, {}).columns;
     case LedgerView::ReceivableBalances:
-        return balanceTable({}, book::Party::Customer, {}, false).columns;
+        return balanceReport({}, book::Party::Customer, {}, false).columns;
     case LedgerView::PayableBalances:
-        return balanceTable({}, book::Party::Supplier, {}, false).columns;
+        return balanceReport({}, book::Party::Supplier, {}, false).columns;
     case LedgerView::Stocktakes:
-        return stocktakeTable({}, {}).columns;
+        return stocktakeReport({}, {}).columns;
     case LedgerView::Stock:
-        return stockTable({}, {}, false).columns;
+        return stockReport({}, {}, false).columns;
     }
     Q_UNREACHABLE();
 }
 
-base::Result<LedgerTable> readView(db::Connection &connection, LedgerView view, const LedgerQuery &query,
-                                   const base::Progress &progress)
+base::Result<base::Report> readView(db::Connection &connection, LedgerView view, const LedgerQuery &query,
+                                    const base::Progress &progress)
 {
     if (query.period.from > query.period.to)
         return base::Error{u"期間の終わりが始まりより前になっています。日付を入力し直してください。"_s};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/ledgers/ledger_table.h"
+#include "reports/ledgers/ledger_report.h"
 
 namespace reports
 {
@@ -15,7 +15,7 @@ enum class LedgerView {
     Stock,      // what there is of each product
 };
 
-/// The columns of \a view's tables.
+/// The columns of \a view's reports.
 std::vector<base::Column> columnsOf(LedgerView view);
 
 /// What a screen asks for.
@@ -26,9 +26,9 @@ struct LedgerQuery
     bool leavesOutZeros = false;
 };
 
-/// The table of \a view. Fails with the sentence to tell: nobody is chosen, a period that ends before it
+/// The report of \a view. Fails with the sentence to tell: nobody is chosen, a period that ends before it
 /// begins.
-base::Result<LedgerTable> readView(db::Connection &connection, LedgerView view, const LedgerQuery &query,
-                                   const base::Progress &progress);
+base::Result<base::Report> readView(db::Connection &connection, LedgerView view, const LedgerQuery &query,
+                                    const base::Progress &progress);
 
 } // namespace reports

@@ -1,16 +1,13 @@
 #include "reports/purchases/frmInList.h"
 
-#include "printing/frmPreview.h"
-#include "reports/purchases/purchase_list_output.h"
+#include "reports/purchases/purchase_report.h"
+#include "reports/report_actions.h"
 #include "slips/entry/slip_screen.h"
 #include "text/numbers.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
-#include "ui/table_export.h"
 #include "ui_frmInList.h"
 #include "workspace/workspace.h"
-
-#include <QHeaderView>
 
 #include <algorithm>
 
@@ -21,24 +18,6 @@ namespace reports
 
 namespace
 {
-
-std::vector<base::Column> gridColumns()
-{
-    const auto amount = [](const QString &caption) { return base::Column{caption, base::Format::Amount}; };
-    return {{u"仕入先"_s},         amount(u"前回仕入額"_s), amount(u"支払額"_s),
-            amount(u"繰越金額"_s), amount(u"仕入金額"_s),   amount(u"残高"_s)};
-}
-
-std::vector<QVariantList> gridRows(const PurchaseList &list)
-{
-    std::vector<QVariantList> rows;
-    for (const SupplierPurchases &purchases : list.suppliers) {
-        const PurchaseSums &sums = purchases.sums;
-        rows.push_back(
-            {purchases.name(), sums.previous, sums.payments, sums.carried(), sums.purchases, sums.balance()});
-    }
-    return rows;
-}
 
 void showAmount(QLineEdit *box, std::optional<double> amount)
 {
@@ -52,16 +31,14 @@ QString nothingFound() { return u"該当するデータが見つかりません�
 frmInList::frmInList(workspace::Workspace &workspace, QWidget *parent)
     : Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::frmInList>())
-    , m_rows(gridColumns(), nullptr)
 {
     m_ui->setupUi(this);
     m_ui->Text1->hide();
     const QDate today = workspace.today();
     m_ui->DTPicker1->setDate({today.year(), today.month(), 1});
     m_ui->DTPicker2->setDate({today.year(), today.month(), today.daysInMonth()});
-    m_ui->MSFlexGrid1->setModel(&m_rows);
+    m_ui->MSFlexGrid1->showColumns(shownPurchases({}).columns);
     slips::setWidths(m_ui->MSFlexGrid1, {320, 130, 130, 130, 130, 130});
-    m_ui->MSFlexGrid1->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
     m_shown = period();
     show({});
     connectControls();
@@ -74,8 +51,10 @@ void frmInList::connectControls()
 {
     connect(m_ui->cmdMasterUpdate, &QPushButton::clicked, this, &frmInList::recompute);
     connect(m_ui->Check1, &QCheckBox::clicked, this, &frmInList::recompute);
-    connect(m_ui->Command2, &QPushButton::clicked, this, &frmInList::print);
-    connect(m_ui->Command3, &QPushButton::clicked, this, &frmInList::exportTable);
+    connect(m_ui->Command2, &QPushButton::clicked, this,
+            [this] { printReport(workspace(), this, purchaseReport(m_list, m_shown)); });
+    connect(m_ui->Command3, &QPushButton::clicked, this,
+            [this] { exportReport(this, purchaseReport(m_list, m_shown)); });
     for (QDateEdit *box :
          {static_cast<QDateEdit *>(m_ui->DTPicker1), static_cast<QDateEdit *>(m_ui->DTPicker2)})
         connect(box, &QDateEdit::dateChanged, this, &frmInList::showState);
@@ -114,31 +93,23 @@ void frmInList::recompute()
 
 base::Status frmInList::read()
 {
-    PurchaseList list;
     const book::Period asked = period();
-    const base::Status done =
-        ui::runWithProgress(this, u"集計しています。"_s, [&](const base::Progress &progress) -> base::Status {
-            auto found = purchaseList(workspace().connection, asked, m_ui->Check1->isChecked(), progress);
-            if (!found)
-                return found.error();
-            list = std::move(*found);
-            return {};
-        });
+    auto done = ui::runWithProgress(this, u"集計しています。"_s, [&](const base::Progress &progress) {
+        return purchaseList(workspace().connection, asked, m_ui->Check1->isChecked(), progress);
+    });
     // After a failure the rows no longer stand for what the boxes above them say.
     m_shown = asked;
-    show(done ? std::move(list) : PurchaseList());
+    show(done ? std::move(*done) : PurchaseList());
     if (!done)
         m_ui->lblMessage->setText(done.error().cancelled ? done.error().text : QString());
-    return done;
+    return done.status();
 }
 
 void frmInList::show(PurchaseList list)
 {
-    const int row = std::max(m_ui->MSFlexGrid1->currentIndex().row(), 0);
     m_list = std::move(list);
-    m_rows.setRows(gridRows(m_list));
-    const int count = m_rows.rowCount();
-    m_ui->MSFlexGrid1->setCurrentIndex(m_rows.index(std::min(row, count - 1), 0));
+    m_ui->MSFlexGrid1->setReport(shownPurchases(m_list));
+    const int count = m_ui->MSFlexGrid1->rowCount();
     m_ui->Command2->setEnabled(count > 0);
     m_ui->Command3->setEnabled(count > 0);
     showState();
@@ -149,7 +120,7 @@ void frmInList::show(PurchaseList list)
 // Figures of one period under the dates of another would be taken for what they are not.
 void frmInList::showState()
 {
-    const int count = m_rows.rowCount();
+    const int count = m_ui->MSFlexGrid1->rowCount();
     QString state = count > 0 ? u"仕入先　%1 件"_s.arg(count) : nothingFound();
     if (period().from != m_shown.from || period().to != m_shown.to)
         state = u"表示中の集計は %1 のものです。再集計を押してください。"_s.arg(shownPeriod(m_shown));
@@ -169,7 +140,7 @@ void frmInList::showTotals()
 void frmInList::showChosen()
 {
     const int row = m_ui->MSFlexGrid1->currentIndex().row();
-    const bool chosen = row >= 0 && row < m_rows.rowCount();
+    const bool chosen = row >= 0 && row < m_ui->MSFlexGrid1->rowCount();
     const SupplierPurchases purchases =
         chosen ? m_list.suppliers[static_cast<std::size_t>(row)] : SupplierPurchases();
     const auto shown = [chosen](std::optional<double> amount) { return chosen ? amount : std::nullopt; };
@@ -187,24 +158,6 @@ void frmInList::showChosen()
     showAmount(m_ui->txtUntaxed, shown(sums.untaxed()));
     showAmount(m_ui->txtTax, shown(sums.tax));
     showAmount(m_ui->txtCarried, shown(sums.carried()));
-}
-
-void frmInList::print()
-{
-    printing::Document document;
-    document.title = fileTitle(m_shown);
-    document.purpose = printing::Purpose::Rosters;
-    document.sheets = printing::listSheets(printedList(m_list, m_shown, workspace().today()));
-    printing::showPreview(workspace(), this, std::move(document));
-}
-
-void frmInList::exportTable()
-{
-    ui::exportTable(this, {[this](const QString &fileName) { return checkPurchaseExport(m_list, fileName); },
-                           [this](const QString &fileName, const base::Progress &progress) {
-                               return exportPurchases(m_list, fileName, progress);
-                           },
-                           fileTitle(m_shown)});
 }
 
 } // namespace reports

@@ -2,7 +2,6 @@
 
 #include "reports/purchases/purchase_list.h"
 #include "ui/screen.h"
-#include "ui/slip_grid_model.h"
 
 #include <memory>
 
@@ -37,13 +36,10 @@ private:
     void showState();
     void showTotals();
     void showChosen();
-    void print();
-    void exportTable();
 
     const std::unique_ptr<Ui::frmInList> m_ui;
     PurchaseList m_list;
     book::Period m_shown; // what m_list is of
-    ui::SlipGridModel m_rows;
     bool m_hasRead = false;
 };
 

@@ -2,7 +2,7 @@
 #include "book/generated_book.h"
 
 #include "book/slip_store.h"
-#include "reports/ledgers/ledger_table.h"
+#include "reports/ledgers/ledger_report.h"
 #include "reports/ledgers/stock_ledger.h"
 #include "reports/purchases/purchase_list.h"
 #include "text/numbers.h"
@@ -260,7 +260,7 @@ private slots:
         const auto list = reports::balanceList(shop.connection, Party::Supplier, january.to, unwatched);
         QVERIFY(std::isnan(list->front().balance));
         QCOMPARE(list->back().balance, 5.0);
-        const reports::LedgerTable shown = reports::balanceTable(*list, Party::Supplier, january.to, true);
+        const base::Report shown = reports::balanceReport(*list, Party::Supplier, january.to, true);
         QCOMPARE(text::formatAmount(shown.totals.back().toDouble()), u"計算不能"_s);
         QVERIFY(std::isnan(balanceOf(shop.connection, Party::Supplier, 7)));
         const auto stock = reports::readStock(shop.connection, january.to, unwatched);

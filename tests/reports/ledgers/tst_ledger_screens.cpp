@@ -1,6 +1,6 @@
 #include "slips/slip_desk.h"
 
-#include "reports/ledgers/ledger_output.h"
+#include "printing/list_sheet.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "ui/desktop.h"
 #include "ui/file_dialogs.h"
@@ -250,23 +250,25 @@ private slots:
         reports::Ledger ledger;
         ledger.brought = -1234567;
         ledger.totals.balance = -1234567;
-        const reports::LedgerTable table =
-            reports::ledgerTable(ledger, book::Party::Supplier, u"仕入先"_s, {{2026, 3, 1}, {2026, 3, 31}});
-        const printing::List list = reports::printedList(table, {2026, 4, 1});
-        QCOMPARE(list.remark, u"仕入先　　2026/03/01 ～ 2026/03/31"_s);
-        QVERIFY(list.paperWidth > list.paperHeight);
-        QCOMPARE(list.rows.front().back(), u"-1,234,567"_s);
+        const base::Report report =
+            reports::ledgerReport(ledger, book::Party::Supplier, u"仕入先"_s, {{2026, 3, 1}, {2026, 3, 31}});
+        QCOMPARE(report.remark, u"仕入先　　2026/03/01 ～ 2026/03/31"_s);
+        const auto sheets = printing::listSheets(report, {}, printing::paperFor(report));
+        QVERIFY(sheets.front().readWidth() > sheets.front().readHeight());
+        const auto &texts = sheets.front().texts;
+        QVERIFY(std::any_of(texts.begin(), texts.end(),
+                            [](const printing::TextItem &item) { return item.text == u"-1,234,567"_s; }));
         double width = 0;
-        for (const base::Column &column : list.columns)
+        for (const base::Column &column : report.columns)
             width += column.millimetres;
-        QVERIFY(width < list.paperWidth - 20); // nothing has to be made narrower
+        QVERIFY(width < sheets.front().readWidth() - 20); // nothing has to be made narrower
     }
 
     void filesAreNamedAfterWhatTheyHold()
     {
-        const reports::LedgerTable table =
-            reports::ledgerTable({}, book::Party::Supplier, u"A/B: 商店"_s, {{2026, 3, 1}, {2026, 3, 31}});
-        QCOMPARE(ui::file_dialogs::proposedFile(reports::fileTitle(table), u"xls"_s).section(u'/', -1),
+        const base::Report report =
+            reports::ledgerReport({}, book::Party::Supplier, u"A/B: 商店"_s, {{2026, 3, 1}, {2026, 3, 31}});
+        QCOMPARE(ui::file_dialogs::proposedFile(report.documentName, u"xls"_s).section(u'/', -1),
                  u"買掛金元帳 A-B_ 商店 2026-03-01 ～ 2026-03-31.xls"_s);
     }
 };

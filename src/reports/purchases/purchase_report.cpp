@@ -1,0 +1,76 @@
+#include "reports/purchases/purchase_report.h"
+
+#include "text/dates.h"
+
+using namespace Qt::StringLiterals;
+
+namespace reports
+{
+
+namespace
+{
+
+base::Column amount(const QString &heading) { return {heading, base::Format::Amount, 16, 26}; }
+
+std::vector<base::Column> columns()
+{
+    return {{u"コード"_s, base::Format::Text, 16, 16},
+            {u"仕入先"_s, base::Format::Text, 36, 16, true},
+            amount(u"前回仕入額"_s),
+            amount(u"支払額"_s),
+            amount(u"繰越金額"_s),
+            amount(u"仕入金額（税別)"_s),
+            amount(u"消費税"_s),
+            amount(u"仕入金額（税込)"_s),
+            amount(u"残高"_s),
+            amount(u"未計上（消費税）"_s)};
+}
+
+// In the order of the columns.
+QVariantList values(const QString &code, const QString &name, const PurchaseSums &sums)
+{
+    return {code,           name,
+            sums.previous,  sums.payments,
+            sums.carried(), sums.untaxed(),
+            sums.tax,       sums.purchases,
+            sums.balance(), sums.unbooked ? QVariant(*sums.unbooked) : QVariant()};
+}
+
+} // namespace
+
+QString shownPeriod(const book::Period &period)
+{
+    return text::formatDate(period.from) + u"～"_s + text::formatDate(period.to);
+}
+
+base::Report purchaseReport(const PurchaseList &list, const book::Period &period)
+{
+    const QString days = shownPeriod(period);
+    base::Report report{u"月別仕入一覧"_s, u"期間　"_s + days,
+                        u"月別仕入一覧 "_s + QString(days).replace(u'/', u'-'), columns()};
+    report.rows.reserve(list.suppliers.size());
+    for (const SupplierPurchases &purchases : list.suppliers)
+        report.rows.push_back({values(purchases.code, purchases.name(), purchases.sums)});
+    report.totals = values({}, u"合計"_s, list.totals);
+    return report;
+}
+
+base::Report shownPurchases(const PurchaseList &list)
+{
+    base::Report report;
+    report.columns = {{u"仕入先"_s, base::Format::Text, 36, 36, true},
+                      amount(u"前回仕入額"_s),
+                      amount(u"支払額"_s),
+                      amount(u"繰越金額"_s),
+                      amount(u"仕入金額"_s),
+                      amount(u"残高"_s)};
+    report.rows.reserve(list.suppliers.size());
+    for (const SupplierPurchases &purchases : list.suppliers) {
+        const PurchaseSums &sums = purchases.sums;
+        report.rows.push_back({{purchases.name(), sums.previous, sums.payments, sums.carried(),
+                                sums.purchases, sums.balance()}});
+    }
+    return report;
+}
+
+} // namespace reports

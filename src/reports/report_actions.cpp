@@ -1,0 +1,33 @@
+#include "reports/report_actions.h"
+
+#include "printing/frmPreview.h"
+#include "printing/list_sheet.h"
+#include "tables/report_file.h"
+#include "text/dates.h"
+#include "ui/table_export.h"
+#include "workspace/workspace.h"
+
+namespace reports
+{
+
+void printReport(workspace::Workspace &workspace, QWidget *parent, const base::Report &report)
+{
+    printing::Document document;
+    document.title = report.documentName;
+    document.purpose = printing::Purpose::Rosters;
+    document.sheets =
+        printing::listSheets(report, text::formatDate(workspace.today()), printing::paperFor(report));
+    printing::showPreview(workspace, parent, std::move(document));
+}
+
+void exportReport(QWidget *parent, const base::Report &report)
+{
+    ui::exportTable(parent,
+                    {[&report](const QString &fileName) { return tables::checkReport(fileName, report); },
+                     [&report](const QString &fileName, const base::Progress &progress) {
+                         return tables::writeReport(fileName, report, progress);
+                     },
+                     report.documentName});
+}
+
+} // namespace reports

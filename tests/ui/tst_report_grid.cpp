@@ -1,0 +1,119 @@
+#include "support/fresh_shop.h"
+#include "ui/report_grid.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+struct Slip
+{
+    int key = 0;
+
+    bool operator==(const Slip &) const = default;
+};
+
+std::vector<base::Column> columns()
+{
+    return {{u"日付"_s, base::Format::Date, 11},
+            {u"商品名"_s, base::Format::Text, 20, 20, true},
+            {u"金額"_s, base::Format::Amount, 12}};
+}
+
+// A row for each key; 0 leads nowhere.
+base::Report reportOf(const std::vector<int> &keys)
+{
+    base::Report report;
+    report.columns = columns();
+    for (const int key : keys)
+        report.rows.push_back({{u"2026-04-01"_s, u"伝票%1"_s.arg(key), key * 1000.0},
+                               key ? QVariant::fromValue(Slip{key}) : QVariant()});
+    return report;
+}
+
+} // namespace
+
+class TestReportGrid : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void showsValuesAsTheirColumnsSay()
+    {
+        ui::ReportGrid grid;
+        grid.showColumns(columns());
+        base::Report report = reportOf({1});
+        beginGroup(report, u"組"_s);
+        grid.setReport(report);
+        const QAbstractItemModel &model = *grid.model();
+        QCOMPARE(grid.selectedText(), u"2026/04/01\t伝票1\t1,000"_s);
+        QVERIFY(Qt::Alignment(model.index(0, 2).data(Qt::TextAlignmentRole).toInt()) & Qt::AlignRight);
+        QVERIFY(Qt::Alignment(model.index(0, 1).data(Qt::TextAlignmentRole).toInt()) & Qt::AlignLeft);
+        QVERIFY(!model.index(0, 1).data(Qt::FontRole).isValid());
+        QVERIFY(model.index(1, 1).data(Qt::FontRole).value<QFont>().bold());
+    }
+
+    void keepsThePlace_data()
+    {
+        QTest::addColumn<std::vector<int>>("before");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<std::vector<int>>("after");
+        QTest::addColumn<int>("expected");
+        using Keys = std::vector<int>;
+        QTest::newRow("first read") << Keys{} << -1 << Keys{1, 2} << 0;
+        QTest::newRow("moved") << Keys{1, 2, 3} << 2 << Keys{3, 1, 2} << 0;
+        QTest::newRow("deleted") << Keys{1, 2, 3} << 1 << Keys{1, 3} << 1;
+        QTest::newRow("the last one deleted") << Keys{1, 2, 3} << 2 << Keys{1, 2} << 1;
+        QTest::newRow("another line of the slip") << Keys{1, 2, 2} << 2 << Keys{1, 2, 2} << 2;
+        QTest::newRow("leads nowhere") << Keys{1, 0, 3} << 1 << Keys{0, 3, 1} << 1;
+        QTest::newRow("nothing left") << Keys{1} << 0 << Keys{} << -1;
+    }
+
+    void keepsThePlace()
+    {
+        QFETCH(std::vector<int>, before);
+        QFETCH(int, row);
+        QFETCH(std::vector<int>, after);
+        ui::ReportGrid grid;
+        grid.showColumns(columns());
+        grid.setReport(reportOf(before));
+        grid.setCurrentIndex(grid.model()->index(row, 0));
+        grid.setReport(reportOf(after));
+        QTEST(grid.currentIndex().row(), "expected");
+    }
+
+    // The widths that the clerk set outlive the rows and the screen.
+    void widthsStay()
+    {
+        FreshShop shop;
+        ui::ReportGrid grid;
+        grid.setUp(shop.workspace, u"frmTest/grid"_s);
+        grid.showColumns(columns());
+        grid.setColumnWidth(0, 234);
+        grid.clear();
+        grid.setReport(reportOf({1, 2}));
+        QCOMPARE(grid.columnWidth(0), 234);
+        grid.saveLayout(shop.workspace);
+        ui::ReportGrid another;
+        another.showColumns(columns());
+        another.setUp(shop.workspace, u"frmTest/grid"_s);
+        QCOMPARE(another.columnWidth(0), 234);
+    }
+
+    // What it is given is moved, not copied: the rows are where they were.
+    void longListsAreNotCopied()
+    {
+        ui::ReportGrid grid;
+        grid.showColumns(columns());
+        base::Report report = reportOf(std::vector<int>(100000, 7));
+        const base::ReportRow *rows = report.rows.data();
+        grid.setReport(std::move(report));
+        QCOMPARE(static_cast<const void *>(grid.report().rows.data()), static_cast<const void *>(rows));
+        QCOMPARE(grid.rowCount(), 100000);
+    }
+};
+
+QTEST_MAIN(TestReportGrid)
+#include "tst_report_grid.moc"
