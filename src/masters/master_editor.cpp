@@ -128,7 +128,7 @@ void MasterEditor::remove()
             this, u"新規登録の途中では削除できません。「登録」で確定するか、「取消」でやめてください。"_s);
         return;
     }
-    if (m_rows.isEmpty() || !ui::prompts::ask(this, ui::messages::deleteQuestion()))
+    if (m_rows.isEmpty() || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
         return;
     if (!m_rows.remove())
         return; // the row is still there to be seen
@@ -159,7 +159,7 @@ bool MasterEditor::mayClose()
             reason = saved.error().text;
     }
     // The clerk must be able to leave, but what was entered is dropped only knowingly.
-    if (reason && !ui::prompts::askToDrop(this, *reason + u"\n変更を取り消して閉じますか。"_s))
+    if (reason && !ui::prompts::askCautiously(this, *reason + u"\n変更を取り消して閉じますか。"_s))
         return false;
     m_rows.revert();
     return true;

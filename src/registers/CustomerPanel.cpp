@@ -29,8 +29,6 @@ CustomerPanel::CustomerPanel(QWidget *parent)
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_ui->txtCode);
     fillDropDowns();
-    for (QComboBox *box : {m_ui->dbcKubun, m_ui->cmdBill, m_ui->Combo1})
-        ui::ignoreWheelInPassing(box);
     m_ui->txtMail->installEventFilter(this);
     for (QLineEdit *box : std::initializer_list<QLineEdit *>{m_ui->txtName, m_ui->txtName2, m_ui->txtAddress,
                                                              m_ui->txtAddress2})
@@ -106,14 +104,15 @@ void CustomerPanel::connectForms()
     form(m_ui->txtFax, u"FAX"_s, normalisedPhone);
     form(m_ui->txtKeitai, u"TEL2"_s, normalisedPhone);
     form(m_ui->txtMail, u"メール"_s, normalisedMail);
-    connect(new ui::LeaveWatch(m_ui->txtCode), &ui::LeaveWatch::left, this, &CustomerPanel::warnOfSharedCode);
+    m_codeWatch = new ui::LeaveWatch(m_ui->txtCode);
+    connect(m_codeWatch, &ui::LeaveWatch::left, this, &CustomerPanel::warnOfSharedCode);
 }
 
 void CustomerPanel::connectPostalCodes(workspace::Workspace &workspace)
 {
-    auto *boxes = new PostalBoxes(workspace, m_ui->txtZip, m_ui->txtAddress);
-    boxes->fillOnLeavingAddress();
-    connect(m_ui->Command3, &QPushButton::clicked, boxes, &PostalBoxes::lookUp);
+    m_postal = new PostalBoxes(workspace, m_ui->txtZip, m_ui->txtAddress);
+    m_postal->fillOnLeavingAddress();
+    connect(m_ui->Command3, &QPushButton::clicked, m_postal, &PostalBoxes::lookUp);
 }
 
 base::Status CustomerPanel::loadCategories()
@@ -127,6 +126,18 @@ base::Status CustomerPanel::loadCategories()
         m_ui->dbcKubun->addItem(category.name, category.id);
     showCategory();
     return {};
+}
+
+void CustomerPanel::settle()
+{
+    m_codeWatch->settle();
+    m_postal->settle();
+}
+
+void CustomerPanel::forget()
+{
+    m_codeWatch->forget();
+    m_postal->forget();
 }
 
 void CustomerPanel::showRow()

@@ -24,8 +24,15 @@ namespace Ui
 class CustomerPanel;
 }
 
+namespace ui
+{
+class LeaveWatch;
+}
+
 namespace registers
 {
+
+class PostalBoxes;
 
 /// The boxes of one customer, bound to the current row of a record set: what is typed edits the row, and a
 /// box that is left brings its text into the form in which it is stored.
@@ -50,6 +57,11 @@ public:
     /// Shows the current row again.
     void showRow();
 
+    /// Does now what leaving the boxes leaves to do, as before the row is saved.
+    void settle();
+    /// Never does it: another customer stands in them.
+    void forget();
+
     /// Makes ready for typing a new customer.
     void beginEntry();
 
@@ -70,6 +82,8 @@ private:
     std::unique_ptr<Ui::CustomerPanel> m_ui;
     std::unique_ptr<ui::RecordPanel> m_boxes;
     std::vector<masters::Entry> m_categories;
+    PostalBoxes *m_postal = nullptr;
+    ui::LeaveWatch *m_codeWatch = nullptr;
     db::Connection *m_connection = nullptr;
     db::Recordset *m_customers = nullptr;
 };

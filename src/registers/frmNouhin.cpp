@@ -215,6 +215,10 @@ void frmNouhin::exportAll()
                            }});
 }
 
+void frmNouhin::settleBoxes() { m_ui->panel->settle(); }
+
+void frmNouhin::forgetBoxes() { m_ui->panel->forget(); }
+
 std::optional<RegisterScreen::Failure> frmNouhin::refusal() const
 {
     const auto refused = registers::customerRefusal(rows(), m_ui->panel->categories());

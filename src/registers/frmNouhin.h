@@ -31,6 +31,8 @@ protected:
     base::Status openRows() override;
     void add() override;
     [[nodiscard]] std::vector<State> states() const override;
+    void settleBoxes() override;
+    void forgetBoxes() override;
     [[nodiscard]] std::optional<Failure> refusal() const override;
     base::Status store() override;
     void showRow() override;

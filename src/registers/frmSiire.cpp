@@ -74,8 +74,8 @@ void frmSiire::bindBoxes()
 
     m_ui->Combo1->addItems(taxClassNames());
     ui::bindDropDown(m_ui->Combo1, m_ui->Text1);
-    ui::ignoreWheelInPassing(m_ui->Combo1);
-    connect(new ui::LeaveWatch(m_ui->txtCode), &ui::LeaveWatch::left, this, &frmSiire::warnOfCode);
+    m_codeWatch = new ui::LeaveWatch(m_ui->txtCode);
+    connect(m_codeWatch, &ui::LeaveWatch::left, this, &frmSiire::warnOfCode);
 }
 
 void frmSiire::setUpList()
@@ -98,8 +98,8 @@ void frmSiire::connectButtons()
     connect(m_ui->cmdUpdate, &QPushButton::clicked, this, &frmSiire::saveAndBrowse);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &frmSiire::cancelEntry);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmSiire::removeRow);
-    auto *boxes = new PostalBoxes(workspace(), m_ui->txtZip, m_ui->txtAddress1);
-    connect(m_ui->Command3, &QPushButton::clicked, boxes, &PostalBoxes::lookUp);
+    m_postal = new PostalBoxes(workspace(), m_ui->txtZip, m_ui->txtAddress1);
+    connect(m_ui->Command3, &QPushButton::clicked, m_postal, &PostalBoxes::lookUp);
 }
 
 void frmSiire::openSupplier(qint64 id) { opened(registers::openSupplier(rows(), id)); }
@@ -117,6 +117,18 @@ void frmSiire::add()
     }
     beginEntry();
     m_ui->txtName1->setFocus();
+}
+
+void frmSiire::settleBoxes()
+{
+    m_codeWatch->settle();
+    m_postal->settle();
+}
+
+void frmSiire::forgetBoxes()
+{
+    m_codeWatch->forget();
+    m_postal->forget();
 }
 
 base::Status frmSiire::store() { return registers::saveSupplier(rows()); }

@@ -5,6 +5,11 @@
 
 #include <memory>
 
+namespace ui
+{
+class LeaveWatch;
+}
+
 namespace Ui
 {
 class frmSiire;
@@ -12,6 +17,8 @@ class frmSiire;
 
 namespace registers
 {
+
+class PostalBoxes;
 
 /// The supplier register: a list of all suppliers and the boxes of the current one.
 class frmSiire : public RegisterScreen
@@ -32,6 +39,8 @@ protected:
     base::Status openRows() override;
     void add() override;
     [[nodiscard]] std::vector<State> states() const override;
+    void settleBoxes() override;
+    void forgetBoxes() override;
     base::Status store() override;
     void showRow() override;
     void entryEnded() override;
@@ -42,6 +51,8 @@ private:
     void connectButtons();
     void warnOfCode();
 
+    PostalBoxes *m_postal = nullptr;
+    ui::LeaveWatch *m_codeWatch = nullptr;
     std::unique_ptr<Ui::frmSiire> m_ui;
     ui::RecordPanel m_boxes;
 };

@@ -10,6 +10,8 @@
 
 #include <QLabel>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace registers
@@ -29,7 +31,7 @@ void RegisterScreen::bindList(ui::Grid *list, QLabel *count)
         return failure ? base::Status(base::Error{failure->text}) : base::Status();
     });
     list->bind(m_rows, [this](const QString &) { tellFailure(); });
-    connect(&m_rows, &db::Recordset::currentRowChanged, this, &RegisterScreen::showStates);
+    connect(&m_rows, &db::Recordset::currentRowChanged, this, &RegisterScreen::followRow);
     connect(&m_rows, &db::Recordset::extended, this, [this] { m_count->setText(countText()); });
 }
 
@@ -78,7 +80,7 @@ bool RegisterScreen::leaveBrowsing()
     const auto failure = trySave();
     if (!failure)
         return true;
-    if (!ui::prompts::askToDrop(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
+    if (!ui::prompts::askCautiously(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
         focusColumn(failure->column);
         return false;
     }
@@ -108,8 +110,8 @@ void RegisterScreen::cancelEntry()
 
 void RegisterScreen::removeRow()
 {
-    if (m_rows.isEmpty() || !ui::prompts::ask(this, ui::messages::deleteQuestion(),
-                                              QString::fromUtf16(ui::prompts::question), removalRemark()))
+    if (m_rows.isEmpty() ||
+        !ui::prompts::askCautiously(this, ui::messages::deleteQuestion(), removalRemark()))
         return;
     if (tell(m_rows.remove()))
         setMode(Mode::Browsing);
@@ -133,6 +135,7 @@ QString RegisterScreen::removalRemark() const
 std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
 {
     const QString title = u"更新"_s;
+    settleBoxes();
     m_failure = refusal();
     if (m_failure)
         return m_failure;
@@ -169,6 +172,14 @@ void RegisterScreen::tellFailure()
 }
 
 // --- States ---
+
+// The same row read anew leaves what was typed into the boxes to be looked after.
+void RegisterScreen::followRow()
+{
+    if (std::exchange(m_shownKey, m_rows.currentKey()) != m_shownKey)
+        forgetBoxes();
+    showStates();
+}
 
 void RegisterScreen::setMode(Mode mode)
 {

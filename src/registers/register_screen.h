@@ -66,6 +66,10 @@ protected:
     /// Makes a new row the current one and ends in beginEntry(). Not on a screen that only corrects rows.
     virtual void add() {}
     [[nodiscard]] virtual std::vector<State> states() const = 0;
+    /// Does now what leaving a box leaves to do, before the row is saved.
+    virtual void settleBoxes() {}
+    /// Never does it: another row stands in the boxes.
+    virtual void forgetBoxes() {}
     /// What keeps the current row from being saved.
     [[nodiscard]] virtual std::optional<Failure> refusal() const { return std::nullopt; }
     virtual base::Status store() = 0;
@@ -96,6 +100,7 @@ private:
     bool leaveEntry();
     bool leaveBrowsing();
     void tellFailure();
+    void followRow();
     [[nodiscard]] QString removalRemark() const;
     void setMode(Mode mode);
 
@@ -105,6 +110,7 @@ private:
     Mode m_mode = Mode::Browsing;
     bool m_startsNew = false;
     bool m_opened = false;
+    qint64 m_shownKey = 0;
     std::optional<qint64> m_savedKey;
     std::optional<Failure> m_failure; // of the last saving
 };

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QLocale>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -14,36 +15,39 @@ namespace text
 namespace
 {
 
+// Whether the commas of \a whole, the part before a point, stand between groups of three digits: in "2,5" the
+// comma is a point of other countries, and taking it for nothing would make 25 of it.
+bool groupsAreOfThree(QStringView whole)
+{
+    const qsizetype first = whole.indexOf(u',');
+    bool fits = first != 0 && first <= 3;
+    for (qsizetype at = first; fits && at >= 0;) {
+        const qsizetype next = whole.indexOf(u',', at + 1);
+        fits = (next < 0 ? whole.size() : next) - at == 4;
+        at = next;
+    }
+    return fits;
+}
+
 // The plain ASCII of a typed number, "-1234.50": no plus sign, no separators, a digit at both ends of
 // a point. Nothing when it is no number.
 std::optional<QByteArray> plainNumber(QStringView s)
 {
     const QString typed = toHalfWidthAscii(s).trimmed();
-    QByteArray plain;
-    qsizetype i = 0;
-    if (typed.startsWith(u'-') || typed.startsWith(u'+'))
-        i = 1;
-    const auto isDigit = [&typed](qsizetype at) {
-        return at >= 0 && at < typed.size() && typed[at] >= u'0' && typed[at] <= u'9';
-    };
-    bool anyDigit = false;
-    bool point = false;
-    for (; i < typed.size(); ++i) {
-        if (isDigit(i)) {
-            anyDigit = true;
-            plain += typed[i].toLatin1();
-        } else if (typed[i] == u'.' && !point) {
-            point = true;
-            plain += anyDigit ? "." : "0.";
-        } else if (typed[i] != u',' || point || !isDigit(i - 1) || !isDigit(i + 1)) {
-            return std::nullopt;
-        }
-    }
-    if (!anyDigit)
+    const qsizetype sign = typed.startsWith(u'-') || typed.startsWith(u'+') ? 1 : 0;
+    const qsizetype point = typed.indexOf(u'.');
+    const QString whole = typed.mid(sign, point < 0 ? -1 : point - sign);
+    const QString decimals = point < 0 ? QString() : typed.mid(point + 1);
+    const QString digits = QString(whole).remove(u',');
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    if ((digits.isEmpty() && decimals.isEmpty()) || !std::all_of(digits.cbegin(), digits.cend(), isDigit) ||
+        !std::all_of(decimals.cbegin(), decimals.cend(), isDigit) || !groupsAreOfThree(whole))
         return std::nullopt;
-    if (plain.endsWith('.'))
-        plain += '0';
-    return typed.startsWith(u'-') ? "-" + plain : plain;
+    QByteArray plain = typed.startsWith(u'-') ? "-" : "";
+    plain += digits.isEmpty() ? QByteArray("0") : digits.toLatin1();
+    if (point >= 0)
+        plain += '.' + (decimals.isEmpty() ? QByteArray("0") : decimals.toLatin1());
+    return plain;
 }
 
 bool isMinus(QChar c) { return QStringView(u"-‐‑‒–—―ーｰ▲△").contains(c); }

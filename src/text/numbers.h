@@ -9,10 +9,10 @@ namespace text
 {
 
 /// A number as a clerk types it: full-width digits, signs and points count as half-width ones, blanks
-/// around it and thousands separators ("1,234") are passed over, and so are a ¥ before and a 円 after it. A
-/// minus may be ▲, △ or any dash, the long vowel ー that kana input makes of it included. Nothing for
-/// anything else, for an empty text and for a number that is not finite ("1e400", "inf"). An exponent is not
-/// accepted.
+/// around it and thousands separators ("1,234", between groups of three digits only) are passed over, and so
+/// are a ¥ before and a 円 after it. A minus may be ▲, △ or any dash, the long vowel ー that kana input makes
+/// of it included. Nothing for anything else, for an empty text and for a number that is not finite ("1e400",
+/// "inf"). An exponent is not accepted.
 std::optional<double> parseNumber(QStringView s);
 
 /// As parseNumber, for whole numbers that fit 64 bits. They are keys and counts: the marks of money, with

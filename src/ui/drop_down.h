@@ -10,7 +10,4 @@ namespace ui
 /// chooses back into it. An empty box says nothing about the drop-down.
 void bindDropDown(QComboBox *shown, QLineEdit *stored);
 
-/// Keeps a wheel turned over \a box in passing from choosing: it would change a record unseen.
-void ignoreWheelInPassing(QComboBox *box);
-
 } // namespace ui

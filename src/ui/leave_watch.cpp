@@ -33,8 +33,10 @@ LeaveWatch::LeaveWatch(QWidget *box)
 
 bool LeaveWatch::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusOut && leavesByUser(static_cast<QFocusEvent *>(event)->reason()))
+    if (event->type() == QEvent::FocusOut && leavesByUser(static_cast<QFocusEvent *>(event)->reason())) {
         m_later.start(0);
+        emit leaving();
+    }
     return QObject::eventFilter(watched, event);
 }
 
@@ -49,5 +51,15 @@ void LeaveWatch::afterLeaving()
     if (m_box->isVisible() && m_box->isEnabled() && !m_box->hasFocus() && m_box->isActiveWindow())
         emit left();
 }
+
+void LeaveWatch::settle()
+{
+    if (!m_later.isActive())
+        return;
+    m_later.stop();
+    emit left();
+}
+
+void LeaveWatch::forget() { m_later.stop(); }
 
 } // namespace ui

@@ -18,7 +18,15 @@ class LeaveWatch : public QObject
 public:
     explicit LeaveWatch(QWidget *box);
 
+    /// Tells now of a leaving that is still to be told, as before the row that the box shows is saved.
+    void settle();
+    /// Never tells of it: another row stands in the box by now.
+    void forget();
+
 signals:
+    /// The cursor is just going; what follows may show nothing and move nothing.
+    void leaving();
+    /// It has gone, and the click that took it has done what it does.
     void left();
 
 protected:

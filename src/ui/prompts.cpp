@@ -13,7 +13,7 @@ namespace ui::prompts
 namespace
 {
 
-enum class Kind { Inform, Ask, AskToSave };
+enum class Kind { Inform, Ask, AskCautiously, AskToSave };
 
 struct Expected
 {
@@ -37,11 +37,17 @@ Script &script()
     return theScript;
 }
 
+// A test that only answers a question need not know which answer is preset.
+bool fits(Kind expected, Kind kind)
+{
+    return expected == kind || (expected == Kind::Ask && kind == Kind::AskCautiously);
+}
+
 // \return the scripted answer; for a box that nobody expected the harmless one
 int scripted(Kind kind, const QString &text, int harmless, const QString &remark = {})
 {
     Script &s = script();
-    if (s.expected.isEmpty() || s.expected.head().kind != kind ||
+    if (s.expected.isEmpty() || !fits(s.expected.head().kind, kind) ||
         (!s.expected.head().text.isEmpty() &&
          (s.expected.head().text != text || s.expected.head().remark != remark))) {
         s.unexpected << u"unexpected box: "_s + text + remark;
@@ -101,12 +107,12 @@ bool askToOverwrite(QWidget *parent, const QString &fileName)
            ask(parent, u"指定した名前のファイルが存在します。\n上書きしますか？"_s);
 }
 
-bool askToDrop(QWidget *parent, const QString &text)
+bool askCautiously(QWidget *parent, const QString &text, const QString &remark)
 {
     if (script().running)
-        return scripted(Kind::Ask, text, 0) != 0;
+        return scripted(Kind::AskCautiously, text, 0, remark) != 0;
     return show(parent, text, QString::fromUtf16(question), Icon::Question,
-                QMessageBox::Yes | QMessageBox::No, QMessageBox::No) == QMessageBox::Yes;
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::No, remark) == QMessageBox::Yes;
 }
 
 Choice askToSave(QWidget *parent, const QString &text, const QString &title)
@@ -131,6 +137,11 @@ void expectInform(const QString &text) { script().expected.enqueue({Kind::Inform
 void expectAsk(const QString &text, bool yes, const QString &remark)
 {
     script().expected.enqueue({Kind::Ask, text, yes ? 1 : 0, remark});
+}
+
+void expectAskCautiously(const QString &text, bool yes, const QString &remark)
+{
+    script().expected.enqueue({Kind::AskCautiously, text, yes ? 1 : 0, remark});
 }
 
 void expectAskToSave(const QString &text, Choice choice)

@@ -29,9 +29,9 @@ bool ask(QWidget *parent, const QString &text, const QString &title = QString::f
 /// written
 bool askToOverwrite(QWidget *parent, const QString &fileName);
 
-/// Asks \a text, which says that something typed gets lost with Yes. Enter alone keeps it.
-/// \return true for Yes
-bool askToDrop(QWidget *parent, const QString &text);
+/// As ask(), where Yes deletes something, drops what was typed or stores what may be a slip of the hand:
+/// Enter alone says No.
+bool askCautiously(QWidget *parent, const QString &text, const QString &remark = {});
 
 enum class Choice { Save, Discard, Cancel };
 
@@ -45,6 +45,8 @@ void beginScript();
 /// Expects a box with \a text (compared whole) next; \a yes answers a question. An empty text fits any box.
 void expectInform(const QString &text);
 void expectAsk(const QString &text, bool yes, const QString &remark = {});
+/// As expectAsk() for a question that Enter alone must not say Yes to.
+void expectAskCautiously(const QString &text, bool yes, const QString &remark = {});
 void expectAskToSave(const QString &text, Choice choice);
 /// What did not go by the script since the last call: boxes nobody expected, and expected ones that never
 /// came. Empty when all went as scripted. Clears the script.

@@ -3,6 +3,7 @@
 #include "ui/grid.h"
 #include "ui/prompts.h"
 #include "ui/twips.h"
+#include "ui/wheel_guard.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
@@ -47,6 +48,7 @@ void Screen::setUp()
             box->setPalette(colours);
         }
     }
+    ignoreWheelInPassing(this);
     const auto grids = findChildren<Grid *>();
     for (Grid *grid : grids)
         grid->setUp(m_workspace, layoutName() + u'/' + grid->objectName());

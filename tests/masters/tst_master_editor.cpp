@@ -222,7 +222,7 @@ private slots:
         desk.store({1, 4, 5});
         QVERIFY(desk.open());
         desk.grid()->selectRow(2);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.box(u"txtID"_s)->text(), u"4"_s); // the new last row
         desk.click(u"cmdAdd"_s);
@@ -248,14 +248,14 @@ private slots:
         const bool own = desk.c.master == Master::OwnCompany;
         desk.store({1, 2});
         QVERIFY(desk.open());
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), false);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.stored(), u"1=n1 2=n2"_s);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.nameBox()->text(), u"n2"_s);
         QCOMPARE(desk.enabled(), own ? u"Add Update Delete"_s : u"Add Delete"_s);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.stored(), QString());
         QCOMPARE(desk.enabled(), own ? u"Add Update"_s : u"Add"_s);
@@ -341,7 +341,7 @@ private slots:
         ui::prompts::expectInform(readOnlyText);
         desk.click(u"cmdAdd"_s);
         QCOMPARE(desk.enabled(), u"Add Delete"_s);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.enabled(), u"Add Delete"_s);
 

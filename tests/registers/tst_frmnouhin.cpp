@@ -62,6 +62,38 @@ const QString browsing = u"Frame2 DataGrid1 panel cmdAdd cmdNewDate cmdDelete"_s
 const QString entry = u"panel cmdUpdate cmdCancel"_s;
 const QString withoutRows = u"Frame2 DataGrid1 cmdAdd"_s;
 
+// Two customers of one city, the second without a code, and a town whose other code an office has.
+void fillMiyako(Register &r)
+{
+    const QString city = u"沖縄県宮古島市"_s;
+    PostalFiles::writeAreas(
+        r.shop.folder.path(),
+        {{city,
+          u"宮古島市"_s,
+          {{"9060000", city}, {"9060012", city + u"平良西里"_s}, {"9060013", city + u"平良下里"_s}}},
+         {u"栃木県那須郡那珂川町"_s, u"那珂川町"_s, {{"3240600", u"那珂川町 栃木県那須郡"_s}}}});
+    PostalFiles::writeEntries(r.shop.folder.path(), u"ZipCode1.txt"_s,
+                              {u"906-0000  "_s + city, u"906-0012  "_s + city + u"平良西里"_s,
+                               u"906-0013  "_s + city + u"平良下里"_s, u"324-0600  栃木県那須郡那珂川町"_s});
+    r.shop.workspace.keep(
+        registers::PostalIndex{{city, u"宮古島市"_s, 1}, {u"栃木県那須郡那珂川町"_s, u"那珂川町"_s, 4}});
+    r.shop.run(u"UPDATE 納品先 SET 住所1 = '沖縄県宮古島市平良下里９'"_s);
+}
+
+void expectMove()
+{
+    ui::prompts::expectAskCautiously(
+        u"郵便番号は「906-0013」ですが、この住所１の郵便番号は「906-0012」のようです。\n"
+        "「906-0012」に変更しますか。"_s,
+        true);
+}
+
+void clickRow(Register &r, int row)
+{
+    const QModelIndex index = r.grid().model()->index(row, r.grid().currentIndex().column());
+    QTest::mouseClick(r.grid().viewport(), Qt::LeftButton, {}, r.grid().visualRect(index).center());
+}
+
 } // namespace
 
 class TestFrmNouhin : public ScriptedTest
@@ -236,11 +268,11 @@ private slots:
     {
         Register r;
         r.goTo(1);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), false);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
         r.press("cmdDelete");
         QCOMPARE(r.listed(), u"3 1 2"_s);
         for (const char *left : {"3 2", "3", ""}) {
-            ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+            ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
             r.press("cmdDelete");
             QCOMPARE(r.listed(), QString::fromLatin1(left));
         }
@@ -262,7 +294,7 @@ private slots:
         const std::pair<int, QString> remarks[] = {{0, stay + passOn}, {1, stay}, {2, {}}};
         for (const auto &[row, remark] : remarks) {
             r.goTo(row);
-            ui::prompts::expectAsk(ui::messages::deleteQuestion(), false, remark);
+            ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false, remark);
             r.press("cmdDelete");
         }
     }
@@ -357,6 +389,89 @@ private slots:
         QTRY_COMPARE(r.box("txtZip").text(), u"380-0823"_s);
     }
 
+    void aCodeThatStandsIsNotReplacedUnasked_data()
+    {
+        QTest::addColumn<QString>("standing");
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("offered"); // empty: no question
+        const auto row = [](const char *name, const QString &standing, const QString &address,
+                            const QString &offered = {}) {
+            QTest::newRow(name) << standing << address << offered;
+        };
+        row("the city's general code", u"906-0012"_s, u"沖縄県宮古島市平良字西里１８６"_s);
+        row("over an office's own", u"906-8501"_s, u"沖縄県宮古島市平良字西里1140"_s);
+        row("over another city's", u"324-0600"_s, u"沖縄県宮古島市荷川取1"_s, u"906-0000"_s);
+        row("another town's", u"９０６００１２"_s, u"沖縄県宮古島市平良下里３-1"_s, u"906-0013"_s);
+        row("an office's own", u"906-8501"_s, u"沖縄県宮古島市平良下里1140"_s, u"906-0013"_s);
+        row("half a code", u"906-"_s, u"沖縄県宮古島市平良下里1"_s, u"906-0013"_s);
+        row("in another prefecture", u"811-1242"_s, u"福岡県筑紫郡那珂川町西隈２丁目"_s);
+    }
+
+    void aCodeThatStandsIsNotReplacedUnasked()
+    {
+        QFETCH(QString, standing);
+        QFETCH(QString, address);
+        QFETCH(QString, offered);
+        for (const bool yes : {false, true}) {
+            Register r(Register::Customers, fillMiyako);
+            r.type("txtZip", standing);
+            r.leave("txtZip");
+            r.type("txtAddress", address);
+            if (!offered.isEmpty())
+                ui::prompts::expectAskCautiously(
+                    u"郵便番号は「%1」ですが、この住所１の郵便番号は「%2」のようです。\n「%2」に変更しますか。"_s
+                        .arg(standing, offered),
+                    yes);
+            r.leave("txtAddress");
+            QTest::qWait(10);
+            QCOMPARE(r.box("txtZip").text(), yes && !offered.isEmpty() ? offered : standing);
+            // Asked once: going through the box again is no edit.
+            r.box("txtAddress").setFocus();
+            r.leave("txtAddress");
+            r.press("cmdNewDate");
+        }
+    }
+
+    void theCodeGoesToTheRowThatWasLeft()
+    {
+        Register r(Register::Customers, fillMiyako);
+        r.box("txtAddress").setFocus();
+        clickRow(r, 1);
+        QTest::qWait(60);
+        QCOMPARE(r.stored(u"郵便番号, 更新日"_s, 3), u"906-0013|2026-04-01"_s);
+        QCOMPARE(r.stored(u"郵便番号, 更新日"_s, 1), u"-|2026-02-01"_s);
+        QCOMPARE(r.box("txtZip").text(), QString());
+
+        // Typed, and left by a click on another row, by a button and by its key.
+        r.type("txtZip", u"906-0013"_s);
+        r.type("txtAddress", u"沖縄県宮古島市平良西里5"_s);
+        expectMove();
+        clickRow(r, 2);
+        QTest::qWait(60);
+        QCOMPARE(r.stored(u"郵便番号, 住所1"_s, 1), u"906-0012|沖縄県宮古島市平良西里5"_s);
+        QCOMPARE(r.stored(u"郵便番号, 更新日"_s, 2), u"-|2026-01-01"_s);
+        r.type("txtZip", u"906-0013"_s);
+        r.type("txtAddress", u"沖縄県宮古島市平良西里7"_s);
+        expectMove();
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"郵便番号"_s, 2), u"906-0012"_s);
+        r.type("txtZip", u"906-0013"_s);
+        r.type("txtAddress", u"沖縄県宮古島市平良西里9"_s);
+        expectMove();
+        QTest::keyClick(&r.box("txtAddress"), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(r.stored(u"郵便番号, 住所1"_s, 2), u"906-0012|沖縄県宮古島市平良西里9"_s);
+    }
+
+    void aCodeIsWarnedOfBeforeItsRowIsLeft()
+    {
+        Register r;
+        r.type("txtCode", u"B2"_s);
+        ui::prompts::expectInform(u"納品先コードが重複しています。"_s);
+        clickRow(r, 1); // of another code: nothing is said of that one
+        QTest::qWait(60);
+        QCOMPARE(r.stored(u"コード"_s, 3), u"B2"_s);
+    }
+
     void warnsOfSharedCodes()
     {
         Register r;
@@ -399,11 +514,7 @@ private slots:
     {
         Register r;
         r.box("txtName").setFocus();
-        QComboBox &categories = r.list("dbcKubun");
-        const QPointF place = categories.rect().center();
-        QWheelEvent turn(place, categories.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
-                         Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&categories, &turn);
+        turnWheelOver(r.list("dbcKubun"));
         QCOMPARE(r.stored(u"区分ID"_s, 3), u"1"_s);
     }
 
@@ -492,7 +603,7 @@ private slots:
         ui::prompts::expectInform(anyText);
         QTest::keyClick(&r.list("dbcKubun"), Qt::Key_Down);
         QCOMPARE(r.list("dbcKubun").currentText(), u"得意先"_s);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         ui::prompts::expectInform(anyText);
         r.press("cmdDelete");
         QCOMPARE(r.listed(), u"3 1 2"_s);
@@ -512,7 +623,7 @@ private slots:
         ui::prompts::expectInform(anyText);
         r.press("cmdNewDate");
         QCOMPARE(r.box("txtName").text(), u"田中"_s);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         r.press("cmdDelete");
         QCOMPARE(r.listed(), u"1 2"_s);
     }

@@ -91,7 +91,7 @@ private slots:
         r.press("cmdUpdate");
         QCOMPARE(r.stored(u"仕入先名キー"_s, 1), u"  "_s);
         QCOMPARE(r.enabled(), browsing);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         r.press("cmdDelete");
         QCOMPARE(r.enabled(), withoutRows);
         QCOMPARE(r.box("txtID").text(), QString());

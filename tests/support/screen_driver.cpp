@@ -14,6 +14,15 @@ void ScreenDriver::lost(const QString &what) const
     qFatal("%s: %s", qPrintable(m_screen->objectName()), qPrintable(what));
 }
 
+void turnWheelOver(QWidget &box)
+{
+    const QPointF place = QRectF(box.rect()).center();
+    QWheelEvent turn(place, box.mapToGlobal(place), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&turn);
+    qApp->notify(&box, &turn);
+}
+
 void ScreenDriver::show()
 {
     m_screen->show();

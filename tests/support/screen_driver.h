@@ -9,6 +9,9 @@ class QAbstractButton;
 class QComboBox;
 class QLineEdit;
 
+/// Turns the mouse wheel by one step over \a box, as the desktop delivers it: a box may take the focus by it.
+void turnWheelOver(QWidget &box);
+
 /// Works a screen as a clerk does, with real key and mouse events, by the names of its controls: in the
 /// tests, on the tour and for the measurements. What cannot be done ends the program, unless a class made of
 /// this one takes it otherwise.

@@ -236,6 +236,7 @@ void TestText::parseNumber_data()
     row(u"－5"_s, -5);
     row(u"−５"_s, -5);
     row(u"+5"_s, 5);
+    row(u"¥12,345,678.5円"_s, 12345678.5);
     row(u"　 0.1 "_s, 0.1);
     row(u".5"_s, 0.5);
     row(u"-.5"_s, -0.5);
@@ -247,10 +248,12 @@ void TestText::parseNumber_data()
     for (const QString &typed : {u"￥500"_s, u"¥500.00"_s, u"＼500"_s, u"５００円"_s, u" +¥500 円 "_s})
         row(typed, 500);
     for (const QString &typed :
-         {u""_s,    u" "_s,     u"-"_s,   u"."_s,   u"-."_s,    u"1.2.3"_s, u"--1"_s, u"- 1"_s,
-          u"1-"_s,  u"1 2"_s,   u",1"_s,  u"1,"_s,  u"1,,2"_s,  u"1.2,3"_s, u"円"_s,  u"▲"_s,
-          u"¥"_s,   u"▲-1"_s,   u"-▲1"_s, u"¥¥1"_s, u"1円円"_s, u"5ー"_s,   u"1▲2"_s, u"1,2,円"_s,
-          u"1e3"_s, u"1e400"_s, u"inf"_s, u"nan"_s, u"0x10"_s,  u"一"_s,    u"٣"_s})
+         {u""_s,       u" "_s,         u"-"_s,      u"."_s,   u"-."_s,    u"1.2.3"_s,    u"--1"_s,
+          u"- 1"_s,    u"1-"_s,        u"1 2"_s,    u",1"_s,  u"1,"_s,    u"1,,2"_s,     u"1.2,3"_s,
+          u"円"_s,     u"▲"_s,         u"¥"_s,      u"▲-1"_s, u"-▲1"_s,   u"¥¥1"_s,      u"1円円"_s,
+          u"5ー"_s,    u"1▲2"_s,       u"1,2,円"_s, u"2,5"_s, u"12,34"_s, u"1234,567"_s, u"1,2345"_s,
+          u"０，５"_s, u"12,345,67"_s, u"-1,23"_s,  u"1e3"_s, u"1e400"_s, u"inf"_s,      u"nan"_s,
+          u"0x10"_s,   u"一"_s,        u"٣"_s})
         row(typed, none);
     row(u"1"_s + u"0"_s.repeated(300), 1e300);
     QTest::newRow("not finite") << u"9"_s.repeated(400) << none;
@@ -282,6 +285,7 @@ void TestText::parseInteger_data()
     QTest::newRow("not whole") << u"12.01"_s << u""_s;
     QTest::newRow("plus") << u"＋３"_s << u"3"_s;
     QTest::newRow("no number") << u"-"_s << u""_s;
+    QTest::newRow("no group of three") << u"1,2"_s << u""_s;
     QTest::newRow("a name") << u"100円"_s << u""_s;
 }
 

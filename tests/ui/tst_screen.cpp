@@ -1,12 +1,19 @@
 #include "support/fresh_shop.h"
+#include "support/screen_driver.h"
 #include "ui/prompts.h"
 #include "ui/screen.h"
 #include "ui/width_check.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QDateEdit>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSpinBox>
+#include <QVBoxLayout>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +40,45 @@ protected:
 };
 
 } // namespace
+
+// A page too long for its area, whose boxes the wheel comes to lie over.
+class LongScreen : public ui::Screen
+{
+public:
+    explicit LongScreen(workspace::Workspace &workspace)
+        : Screen(workspace)
+    {
+        auto *page = new QWidget;
+        auto *column = new QVBoxLayout(page);
+        for (QComboBox *list : {&carriers, &typed}) {
+            list->addItems({u"宅急便"_s, u"ゆうパック"_s, u"飛脚"_s});
+            list->setCurrentIndex(1);
+        }
+        typed.setEditable(true);
+        date.setDate(QDate(2026, 3, 31));
+        copies.setValue(5);
+        for (QWidget *box : std::initializer_list<QWidget *>{&first, &carriers, &typed, &date, &copies})
+            column->addWidget(box);
+        column->addSpacing(2000);
+        area.setWidget(page);
+        (new QVBoxLayout(this))->addWidget(&area);
+        setUp();
+        show();
+        activateWindow();
+        first.setFocus();
+    }
+    [[nodiscard]] QString values() const
+    {
+        return carriers.currentText() + u' ' + typed.currentText() + u' ' +
+               date.date().toString(Qt::ISODate) + u' ' + copies.text();
+    }
+
+    QScrollArea area;
+    QLineEdit first;
+    QComboBox carriers, typed;
+    QDateEdit date;
+    QSpinBox copies;
+};
 
 // Message boxes are real here, as a script would keep them from taking the focus.
 class TestScreen : public QObject
@@ -75,8 +121,28 @@ private slots:
         QTimer::singleShot(100, &screen, [] {
             QTest::keyClick(QApplication::activeModalWidget()->focusWidget(), Qt::Key_Return);
         });
-        dropped = ui::prompts::askToDrop(&screen, u"text"_s);
+        dropped = ui::prompts::askCautiously(&screen, u"text"_s);
         QVERIFY(!dropped);
+    }
+
+    void aWheelTurnedInPassingScrollsThePage()
+    {
+        FreshShop shop;
+        LongScreen screen(shop.workspace);
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        const QString before = screen.values();
+        int scrolled = 0;
+        for (QWidget *box : std::initializer_list<QWidget *>{&screen.carriers, screen.typed.lineEdit(),
+                                                             &screen.date, &screen.copies}) {
+            turnWheelOver(*box);
+            QCOMPARE(screen.values(), before);
+            QVERIFY(screen.first.hasFocus());
+            QVERIFY(screen.area.verticalScrollBar()->value() > scrolled);
+            scrolled = screen.area.verticalScrollBar()->value();
+        }
+        screen.carriers.setFocus();
+        turnWheelOver(screen.carriers);
+        QCOMPARE(screen.carriers.currentText(), u"飛脚"_s);
     }
 
     // With room left for the title bar, which the platform adds above what the screen asks for.

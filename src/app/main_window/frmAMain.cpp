@@ -11,6 +11,7 @@
 #include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui/screen.h"
+#include "ui/wheel_guard.h"
 #include "ui_frmAMain.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
@@ -57,6 +58,7 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
                                     .nextTextSize = m_ui->Command37,
                                     .spacing = m_ui->Text4,
                                     .nextSpacing = m_ui->Command15});
+    ui::ignoreWheelInPassing(this);
     connect(m_commands, &CommandPanel::triggered, this, &frmAMain::run);
     connect(&m_session, &DatabaseSession::changed, this, &frmAMain::databaseChanged);
     connect(&m_session, &DatabaseSession::closed, this, &frmAMain::databaseClosed);

@@ -35,7 +35,7 @@ bool frmNouhinDel::confirmed(int chosen)
     if (const int withSlips = m_ui->panel->ticks().tickedWithSlips(); withSlips > 0)
         question += u"\nこのうち "_s + text::formatAmount(withSlips) +
                     u" 件には伝票があります。伝票は残りますが、納品先の名前は分からなくなります。"_s;
-    return ui::prompts::ask(this, question);
+    return ui::prompts::askCautiously(this, question);
 }
 
 void frmNouhinDel::removeTicked()

@@ -129,6 +129,10 @@ void frmNouhinFind::printRoster()
 
 // --- The customer ---
 
+void frmNouhinFind::settleBoxes() { m_ui->panel->settle(); }
+
+void frmNouhinFind::forgetBoxes() { m_ui->panel->forget(); }
+
 std::optional<RegisterScreen::Failure> frmNouhinFind::refusal() const
 {
     const auto refused = rosterRefusal(rows(), m_ui->panel->categories());

@@ -24,6 +24,8 @@ public:
 protected:
     [[nodiscard]] std::vector<State> states() const override;
     [[nodiscard]] QString countText() const override;
+    void settleBoxes() override;
+    void forgetBoxes() override;
     [[nodiscard]] std::optional<Failure> refusal() const override;
     base::Status store() override;
     void showRow() override;

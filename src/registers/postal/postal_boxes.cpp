@@ -3,6 +3,7 @@
 #include "registers/postal/ZipCodeConv.h"
 #include "registers/postal/postal_lookup.h"
 #include "ui/leave_watch.h"
+#include "ui/prompts.h"
 #include "ui/width_check.h"
 #include "workspace/workspace.h"
 
@@ -29,13 +30,39 @@ PostalBoxes::PostalBoxes(workspace::Workspace &workspace, QLineEdit *zip, QLineE
     , m_workspace(workspace)
     , m_zip(zip)
     , m_address(address)
+    , m_zipWatch(new ui::LeaveWatch(zip))
 {
-    connect(new ui::LeaveWatch(zip), &ui::LeaveWatch::left, this, &PostalBoxes::zipLeft);
+    connect(m_zipWatch, &ui::LeaveWatch::left, this, &PostalBoxes::zipLeft);
 }
 
+// A row is left by a click into the list: the code must be there before.
 void PostalBoxes::fillOnLeavingAddress()
 {
-    connect(new ui::LeaveWatch(m_address), &ui::LeaveWatch::left, this, &PostalBoxes::addressLeft);
+    m_addressWatch = new ui::LeaveWatch(m_address);
+    connect(m_addressWatch, &ui::LeaveWatch::leaving, this, &PostalBoxes::fillEmptyCode);
+    connect(m_addressWatch, &ui::LeaveWatch::left, this, &PostalBoxes::addressLeft);
+}
+
+void PostalBoxes::settle()
+{
+    m_zipWatch->forget();
+    const QStringList addresses = addressesOfTypedCode();
+    if (addresses.size() == 1)
+        m_address->setText(addresses.first());
+    if (!m_addressWatch)
+        return;
+    m_addressWatch->forget();
+    addressLeft();
+}
+
+void PostalBoxes::forget()
+{
+    m_zipWatch->forget();
+    if (m_addressWatch)
+        m_addressWatch->forget();
+    // Two rows with the same text: nothing was written into the box.
+    m_zip->setModified(false);
+    m_address->setModified(false);
 }
 
 void PostalBoxes::lookUp()
@@ -52,33 +79,67 @@ void PostalBoxes::lookUp()
         m_zip->setText(window.code());
 }
 
+QString PostalBoxes::codeOfAddress() const
+{
+    // The address that is too wide is mended first.
+    if (ui::widthError(m_address->text(), ui::nameWidth))
+        return {};
+    return postalCodeOf(dataOf(m_workspace), m_address->text());
+}
+
+void PostalBoxes::fillEmptyCode()
+{
+    if (!m_zip->text().isEmpty())
+        return;
+    if (const QString code = codeOfAddress(); !code.isEmpty())
+        m_zip->setText(code);
+}
+
+// Passing through with the cursor is no edit.
 void PostalBoxes::addressLeft()
 {
-    // Passing through with the cursor is no edit; and the address that is too wide is mended first.
-    const bool mayReplace = m_address->isModified() || m_zip->text().isEmpty();
-    if (!mayReplace || ui::widthError(m_address->text(), ui::nameWidth))
+    if (!m_address->isModified())
         return;
-    m_address->setModified(false);
-    const PostalData data = dataOf(m_workspace);
-    const QString code = postalCodeOf(data, m_address->text());
-    const auto standing = completePostalCode(m_zip->text());
-    if (!code.isEmpty() && !(standing && shareAnArea(data, *standing, code)))
+    fillEmptyCode();
+    const QString standing = m_zip->text();
+    const QString code = codeOfAddress();
+    if (!code.isEmpty() && mayReplace(standing, code))
         m_zip->setText(code);
+    m_address->setModified(false);
+}
+
+bool PostalBoxes::mayReplace(const QString &standing, const QString &code) const
+{
+    const PostalData data = dataOf(m_workspace);
+    const auto complete = completePostalCode(standing);
+    if (complete &&
+        (*complete == code || shareAnArea(data, *complete, code) || isGeneralFor(data, code, *complete)))
+        return false;
+    return ui::prompts::askCautiously(
+        m_address->window(),
+        u"郵便番号は「%1」ですが、この住所１の郵便番号は「%2」のようです。\n「%2」に変更しますか。"_s.arg(
+            standing, code));
+}
+
+// None when no complete code was typed, or when an address stands there.
+QStringList PostalBoxes::addressesOfTypedCode()
+{
+    const auto code = completePostalCode(m_zip->text());
+    if (!code || !m_zip->isModified() || !m_address->text().isEmpty())
+        return {};
+    m_zip->setModified(false);
+    m_zip->setText(*code);
+    const auto addresses = addressesOf(dataOf(m_workspace), *code);
+    return addresses ? *addresses : QStringList();
 }
 
 void PostalBoxes::zipLeft()
 {
-    const auto code = completePostalCode(m_zip->text());
-    if (!code || !m_zip->isModified() || !m_address->text().isEmpty())
-        return;
-    m_zip->setModified(false);
-    const auto addresses = addressesOf(dataOf(m_workspace), *code);
-    if (!addresses || addresses->isEmpty())
-        return;
-    if (addresses->size() == 1)
-        fillAddress(*code, addresses->first());
-    else
-        offer(*code, *addresses);
+    const QStringList addresses = addressesOfTypedCode();
+    if (addresses.size() == 1)
+        fillAddress(m_zip->text(), addresses.first());
+    else if (!addresses.isEmpty())
+        offer(m_zip->text(), addresses);
 }
 
 // The cursor goes behind the address, where the house number is typed.

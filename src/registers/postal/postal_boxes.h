@@ -4,6 +4,11 @@
 
 class QLineEdit;
 
+namespace ui
+{
+class LeaveWatch;
+}
+
 namespace workspace
 {
 class Workspace;
@@ -23,23 +28,36 @@ class PostalBoxes : public QObject
 public:
     PostalBoxes(workspace::Workspace &workspace, QLineEdit *zip, QLineEdit *address);
 
-    /// From now on leaving 住所1 after its text was changed fills in its code, without a question. A code
-    /// that stands there is never emptied, and stays when it is another one of the same area.
+    /// From now on leaving 住所1 fills in its code where there is none. After its text was changed another
+    /// code that stands there is asked about: it may well be the right one, which an office or a part of a
+    /// town has for itself. It stays without a question when the address alone says no more than it, and is
+    /// never emptied.
     void fillOnLeavingAddress();
+
+    /// Does now what leaving the boxes leaves to do, as before their row is saved.
+    void settle();
+    /// Another row stands in the boxes now; what was typed into the one before is no concern of it.
+    void forget();
 
     /// What the register's button 郵便番号 does: fills in the code of 住所1, or opens the search window on it
     /// when the address alone does not say.
     void lookUp();
 
 private:
+    void fillEmptyCode();
     void addressLeft();
     void zipLeft();
+    [[nodiscard]] QString codeOfAddress() const;
+    [[nodiscard]] bool mayReplace(const QString &standing, const QString &code) const;
+    [[nodiscard]] QStringList addressesOfTypedCode();
     void fillAddress(const QString &code, const QString &address);
     void offer(const QString &code, const QStringList &addresses);
 
     workspace::Workspace &m_workspace;
     QLineEdit *m_zip;
     QLineEdit *m_address;
+    ui::LeaveWatch *m_zipWatch;
+    ui::LeaveWatch *m_addressWatch = nullptr; // where leaving 住所1 looks its code up
 };
 
 } // namespace registers

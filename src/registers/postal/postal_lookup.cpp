@@ -1,6 +1,7 @@
 #include "registers/postal/postal_lookup.h"
 
 #include "registers/postal/postal_areas.h"
+#include "registers/postal/prefectures.h"
 #include "text/cp932.h"
 #include "text/sequential_fields.h"
 #include "text/width.h"
@@ -53,6 +54,8 @@ public:
     PostalFinds finds;
     /// Up to where in the text the area of the code reaches, in characters, blanks aside.
     qsizetype reach = 0;
+    /// What stands before that area in the text.
+    QString before;
 
 private:
     [[nodiscard]] bool isOver() const { return finds.stopped || !finds.lines.isEmpty(); }
@@ -98,7 +101,9 @@ void GroupSearch::compare(const PostalRecord &record, QStringView text)
         return;
     if (named) {
         finds.code = *code;
-        reach = withoutBlanks(text.first(text.indexOf(address) + address.size())).size();
+        const qsizetype at = text.indexOf(address);
+        reach = withoutBlanks(text.first(at + address.size())).size();
+        before = text.first(at).toString();
     }
     finds.lines += *code + u"  "_s + *field;
 }
@@ -194,6 +199,33 @@ base::Result<PostalFinds> searchEntries(const QString &fileName, const QString &
     return finds;
 }
 
+// The prefecture written first in \a text (東京都 in 東京都府中市, in which 京都府 stands too); empty: none.
+QStringView prefectureIn(const QString &text)
+{
+    QStringView first;
+    qsizetype firstAt = text.size();
+    for (const QStringView prefecture : prefectures) {
+        const qsizetype at = text.indexOf(prefecture);
+        if (at >= 0 && at < firstAt) {
+            firstAt = at;
+            first = prefecture;
+        }
+    }
+    return first;
+}
+
+// Whether the area that was found lies in another prefecture than the one written \a before it.
+bool liesElsewhere(const PostalData &data, const QString &code, const QString &before)
+{
+    const QStringView written = prefectureIn(before);
+    if (written.isEmpty())
+        return false;
+    const auto areas = addressesOf(data, code);
+    return areas && !areas->isEmpty() &&
+           std::none_of(areas->cbegin(), areas->cend(),
+                        [&](const QString &area) { return area.startsWith(written); });
+}
+
 } // namespace
 
 QString postalSearchText(const QString &typed)
@@ -215,7 +247,8 @@ QString postalCodeOf(const PostalData &data, const QString &address)
     const QString compact = withoutBlanks(text);
     GroupSearch joined(data, unwatched);
     const bool reachesFurther = compact != text && joined.run(compact) && joined.reach > typed.reach;
-    return reachesFurther ? joined.finds.code : typed.finds.code;
+    const GroupSearch &found = reachesFurther ? joined : typed;
+    return liesElsewhere(data, found.finds.code, found.before) ? QString() : found.finds.code;
 }
 
 base::Result<PostalFinds> searchAreas(const PostalData &data, const QString &text,
@@ -274,6 +307,23 @@ bool shareAnArea(const PostalData &data, const QString &code, const QString &oth
     return ones && others && std::any_of(ones->cbegin(), ones->cend(), [&](const QString &address) {
                return others->contains(address);
            });
+}
+
+bool isGeneralFor(const PostalData &data, const QString &code, const QString &standing)
+{
+    const auto general = addressesOf(data, code);
+    const auto areas = addressesOf(data, standing);
+    if (!general || !areas)
+        return false;
+    const PostalIndex &groups = groupsOf(data);
+    return std::any_of(general->cbegin(), general->cend(), [&](const QString &city) {
+        const bool isCity = std::any_of(groups.cbegin(), groups.cend(),
+                                        [&](const PostalGroup &group) { return group.name == city; });
+        const bool holdsStanding =
+            areas->isEmpty() || std::any_of(areas->cbegin(), areas->cend(),
+                                            [&](const QString &area) { return area.startsWith(city); });
+        return isCity && holdsStanding;
+    });
 }
 
 } // namespace registers

@@ -31,7 +31,8 @@ struct PostalFinds
 QString postalSearchText(const QString &typed);
 
 /// The silent lookup: the code of \a address, or an empty text when there is none or a file cannot be read.
-/// Blanks between the parts of an address do not matter.
+/// Blanks between the parts of an address do not matter. A place of that name in another prefecture than the
+/// one that is written is none.
 QString postalCodeOf(const PostalData &data, const QString &address);
 
 /// Every area that \a text names or is part of: one group of the index, else the nationwide table
@@ -52,5 +53,9 @@ base::Result<QStringList> addressesOf(const PostalData &data, const QString &cod
 
 /// Whether an area has both codes; a large town has several, and the address alone does not tell which.
 bool shareAnArea(const PostalData &data, const QString &code, const QString &otherCode);
+
+/// Whether \a code stands for the rest of a city in which \a standing lies: it says less then. A code that
+/// no area has, as an office has one of its own, may lie anywhere.
+bool isGeneralFor(const PostalData &data, const QString &code, const QString &standing);
 
 } // namespace registers

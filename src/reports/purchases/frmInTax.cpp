@@ -211,12 +211,14 @@ bool frmInTax::mayEnter(const book::NewSlip &slip)
     if (!present)
         return tell(present.error());
     const bool outside = slip.date < period().from || slip.date > period().to;
-    if (outside && !ui::prompts::ask(this, u"日付が期間の外にあります。この日付で入力しますか。"_s)) {
+    if (outside &&
+        !ui::prompts::askCautiously(this, u"日付が期間の外にあります。この日付で入力しますか。"_s)) {
         m_ui->DTPicker3->setFocus();
         return false;
     }
     return !present->hasTaxLine ||
-           ui::prompts::ask(this, u"この期間の消費税はすでに計上されています。さらに入力しますか。"_s);
+           ui::prompts::askCautiously(this,
+                                      u"この期間の消費税はすでに計上されています。さらに入力しますか。"_s);
 }
 
 void frmInTax::enterTax()
@@ -256,7 +258,7 @@ void frmInTax::next()
 
 void frmInTax::cancelSlip()
 {
-    if (!m_entered || !ui::prompts::ask(this, ui::messages::deleteQuestion()))
+    if (!m_entered || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
         return;
     const TaxSlip slip = *m_entered;
     const base::Status cancelled = cancelPurchaseTax(workspace().connection, slip);
@@ -287,7 +289,7 @@ bool frmInTax::mayClose()
 {
     const bool typed = !m_entered && m_ui->txtKingaku->text() != m_suggestion;
     return !typed ||
-           ui::prompts::askToDrop(this, u"入力途中の消費税は、まだ保存されていません。閉じますか。"_s);
+           ui::prompts::askCautiously(this, u"入力途中の消費税は、まだ保存されていません。閉じますか。"_s);
 }
 
 } // namespace reports

@@ -8,7 +8,6 @@
 #include "slips/correction/slip_correction.h"
 #include "slips/entry/counterpart_box.h"
 #include "ui/cell_delegate.h"
-#include "ui/drop_down.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui_CorrectionForm.h"
@@ -101,7 +100,6 @@ void SlipCorrectionScreen::connectControls()
     connect(m_ui->dbcShain, &QComboBox::activated, this, [this](int index) {
         m_headers.setValue(u"社員ID"_s, m_ui->dbcShain->itemData(index).toLongLong());
     });
-    ui::ignoreWheelInPassing(m_ui->dbcShain);
     const auto box = [this](QLineEdit *edit, const QString &column) {
         connect(edit, &QLineEdit::editingFinished, this, [this, edit, column] { editHeader(column, edit); });
     };
@@ -398,7 +396,7 @@ void SlipCorrectionScreen::update()
 
 void SlipCorrectionScreen::deleteSlip()
 {
-    if (!ui::prompts::ask(this, ui::messages::deleteQuestion()))
+    if (!ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
         return;
     if (tell(deleteCurrentSlip(m_headers, workspace().connection)))
         m_ui->DataGrid1->setFocus();
@@ -419,7 +417,8 @@ void SlipCorrectionScreen::addLine()
 
 void SlipCorrectionScreen::deleteLine()
 {
-    if (m_lines.currentRow() < 0 || !ui::prompts::ask(this, u"この明細を削除します。よろしいですか。"_s))
+    if (m_lines.currentRow() < 0 ||
+        !ui::prompts::askCautiously(this, u"この明細を削除します。よろしいですか。"_s))
         return;
     if (!tell(deleteCurrentLine(m_headers, m_lines)))
         showAsStored();

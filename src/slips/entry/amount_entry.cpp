@@ -33,7 +33,7 @@ std::optional<double> readAmount(QWidget *screen, QLineEdit *box, const QString 
         return std::nullopt;
     }
     // The books hold positive amounts, whatever the kind; a negative one is a deliberate reversal.
-    if (*amount < 0 && !ui::prompts::ask(screen, u"金額がマイナスです。よろしいですか。"_s)) {
+    if (*amount < 0 && !ui::prompts::askCautiously(screen, u"金額がマイナスです。よろしいですか。"_s)) {
         box->setFocus();
         return std::nullopt;
     }

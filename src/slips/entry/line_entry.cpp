@@ -71,7 +71,7 @@ bool LineEntry::checkPresent()
     const QString text = QString::fromUtf16(m_emptyPrice.text);
     if (!m_emptyPrice.mayContinue)
         return refuse(m_boxes.price, text);
-    if (!ui::prompts::ask(m_screen, text)) {
+    if (!ui::prompts::askCautiously(m_screen, text)) {
         m_boxes.price->setFocus();
         return false;
     }

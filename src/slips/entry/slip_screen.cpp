@@ -168,8 +168,8 @@ void SlipScreen::say(const QString &text) { m_controls.message->setText(text); }
 
 bool SlipScreen::mayPassOverLine()
 {
-    if (!lineIsTyped() ||
-        ui::prompts::askToDrop(this, u"入力途中の明細は、まだ伝票に入っていません。入れずに進みますか。"_s))
+    if (!lineIsTyped() || ui::prompts::askCautiously(
+                              this, u"入力途中の明細は、まだ伝票に入っていません。入れずに進みますか。"_s))
         return true;
     focusLine();
     return false;
@@ -188,7 +188,7 @@ void SlipScreen::next()
 
 void SlipScreen::cancelSlip()
 {
-    if (!ui::prompts::ask(this, ui::messages::deleteQuestion()))
+    if (!ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
         return;
     db::Connection &connection = workspace().connection;
     const base::Status deleted =

@@ -100,7 +100,7 @@ QString closeWithTax(Scene &scene) { return press(scene, "cmdNext"); }
 
 QString deleteSlip(Scene &scene)
 {
-    ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+    ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
     return press(scene, "cmdMasterCancel");
 }
 

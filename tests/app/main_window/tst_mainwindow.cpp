@@ -2,6 +2,7 @@
 #include "app/main_window/companions.h"
 #include "app/main_window/frmAMain.h"
 #include "support/fresh_shop.h"
+#include "support/screen_driver.h"
 #include "support/scripted_test.h"
 #include "text/cp932.h"
 #include "ui/file_dialogs.h"
@@ -53,6 +54,7 @@ private slots:
 
     void enterPressesAndMovesOn();
     void settingsRoundTrip();
+    void aWheelTurnedInPassingChoosesNothing();
     void nonsenseInSettings();
     void taxRate_data();
     void taxRate();
@@ -315,6 +317,25 @@ void TestMainWindow::enterPressesAndMovesOn()
     infix->setFocus();
     QTest::keyClick(infix, Qt::Key_Enter, Qt::KeypadModifier);
     QCOMPARE(stage.window->focusWidget(), stage.find<QLineEdit>("txtTaxRate"));
+}
+
+void TestMainWindow::aWheelTurnedInPassingChoosesNothing()
+{
+    Stage stage([](FreshShop &shop) {
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (7, '山田'), (8, '木村')"_s);
+        shop.settings.write(workspace::keys::employee, 7);
+    });
+    stage.find<QLineEdit>("txtDenNo")->setFocus();
+    int turned = 0;
+    const auto lists = stage.window->findChildren<QComboBox *>();
+    for (QComboBox *list : lists) {
+        const int before = list->currentIndex();
+        turnWheelOver(*list);
+        QVERIFY2(list->currentIndex() == before, qPrintable(list->objectName()));
+        turned += list->count() > 1 ? 1 : 0;
+    }
+    QVERIFY(turned >= 4);
+    QCOMPARE(stage.shop.settings.text(workspace::keys::employee), u"7"_s);
 }
 
 void TestMainWindow::settingsRoundTrip()

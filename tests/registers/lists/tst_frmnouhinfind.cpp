@@ -262,10 +262,10 @@ private slots:
     {
         Search s;
         s.find(u"TEL1"_s, u"03"_s);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), false);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
         s.press("cmdDelete");
         for (const QString &left : {u"3"_s, QString()}) {
-            ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+            ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
             s.press("cmdDelete");
             QCOMPARE(s.listed(), left);
         }

@@ -162,6 +162,9 @@ void TestPostalNational::hardOnes_data()
     row(u"秋田県横手市十文字町西原2番町1", u"019-0502");
     row(u"東京都千代田区丸の内パシフィックセンチュリープレイス丸の内１７階", u"100-6217");
     row(u"福岡県", u"");
+    // A village that has become a town, and another town of its name in another prefecture
+    row(u"福岡県筑紫郡那珂川町西隈1-1", u"");
+    row(u"東京都筑紫郡 那珂川町片縄1", u"");
 }
 
 void TestPostalNational::hardOnes()
@@ -172,6 +175,11 @@ void TestPostalNational::hardOnes()
 // Each area once, in its official writing.
 void TestPostalNational::areasOfACode()
 {
+    QVERIFY(isGeneralFor(m_data, u"906-0000"_s, u"906-0012"_s));
+    QVERIFY(isGeneralFor(m_data, u"166-0000"_s, u"166-0004"_s));
+    QVERIFY(!isGeneralFor(m_data, u"906-0013"_s, u"906-0012"_s));
+    QVERIFY(!isGeneralFor(m_data, u"906-0000"_s, u"166-0004"_s));
+
     const auto addresses = addressesOf(m_data, u"301-0000"_s);
     QVERIFY(addresses);
     QCOMPARE(*addresses, QStringList{u"茨城県龍ケ崎市"_s});

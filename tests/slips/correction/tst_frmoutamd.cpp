@@ -342,14 +342,14 @@ private slots:
     void deletingToTheLast()
     {
         Desk desk;
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), false);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
         desk.driver.press("cmdMasterCancel");
         QCOMPARE(desk.numbers().size(), 2);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         desk.driver.press("cmdMasterCancel");
         QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
         QCOMPARE(desk.lines().model()->rowCount(), 2);
-        ui::prompts::expectAsk(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
         desk.driver.press("cmdMasterCancel");
         QCOMPARE(desk.numbers(), QStringList());
         QCOMPARE(desk.lines().model()->rowCount(), 0);
@@ -373,7 +373,7 @@ private slots:
             desk.shop.rows(u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = 9"_s)
                 .last(),
             u"9|みかん||0||0|500"_s);
-        ui::prompts::expectAsk(u"この明細を削除します。よろしいですか。"_s, true);
+        ui::prompts::expectAskCautiously(u"この明細を削除します。よろしいですか。"_s, true);
         desk.lines().setFocus();
         desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"商品名"_s));
         QTest::keyClick(&desk.lines(), Qt::Key_Delete);

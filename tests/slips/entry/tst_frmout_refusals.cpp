@@ -83,12 +83,12 @@ void TestFrmOutRefusals::lineNeedsProductQuantityAndPrice()
     ui::prompts::expectInform(u"数量が入力されていません。"_s);
     desk.line({}, u"1"_s);
     QVERIFY(desk.hasFocus("txtCnt"));
-    ui::prompts::expectAsk(u"単価が入力されていません。よろしいですか。"_s, false);
+    ui::prompts::expectAskCautiously(u"単価が入力されていません。よろしいですか。"_s, false);
     desk.line(u"2"_s, {});
     QVERIFY(desk.hasFocus("txtTanka"));
     QCOMPARE(desk.shortLines(), QStringList());
     QCOMPARE(desk.usable(), saved);
-    ui::prompts::expectAsk(u"単価が入力されていません。よろしいですか。"_s, true);
+    ui::prompts::expectAskCautiously(u"単価が入力されていません。よろしいですか。"_s, true);
     desk.line(u"2"_s, {});
     QCOMPARE(desk.shortLines(), QStringList{u"1|ふじりんご|2|0|0"_s});
     QCOMPARE(desk.usable(), withLines);

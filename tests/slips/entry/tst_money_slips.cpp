@@ -96,7 +96,7 @@ private slots:
         desk.money(-1, 0, u"1000"_s);
         ui::prompts::expectInform(u"金額が入力されていません。"_s);
         desk.money(0, 0, u""_s);
-        ui::prompts::expectAsk(u"金額がマイナスです。よろしいですか。"_s, false);
+        ui::prompts::expectAskCautiously(u"金額がマイナスです。よろしいですか。"_s, false);
         desk.money(0, 0, u"－500"_s);
         QCOMPARE(desk.lines(), QStringList());
         // The item alone is a line begun, too.
@@ -178,7 +178,7 @@ private slots:
 
         SlipDesk<slips::frmKaikake> payable;
         payable.open(0);
-        ui::prompts::expectAsk(u"金額がマイナスです。よろしいですか。"_s, true);
+        ui::prompts::expectAskCautiously(u"金額がマイナスです。よろしいですか。"_s, true);
         payable.money(0, -1, u"-20"_s);
         payable.driver().press("cmdNext");
         QCOMPARE(payable.headers(), QStringList{u"A1|2026-04-01|10"_s});

@@ -56,7 +56,7 @@ private slots:
     {
         SlipDesk<slips::frmIn> desk;
         desk.open(0);
-        ui::prompts::expectAsk(u"単価が入力されていません。。よろしいですか。"_s, true);
+        ui::prompts::expectAskCautiously(u"単価が入力されていません。。よろしいですか。"_s, true);
         desk.goods(u"2"_s, u""_s);
         QCOMPARE(desk.lines(), QStringList{u"1|りんご||2||0|0"_s});
     }
