@@ -50,6 +50,15 @@ HalfWidth halfWidthOf(char16_t c)
     return table[static_cast<std::size_t>(full - firstFullWidth)];
 }
 
+char16_t toFullWidthAscii(char16_t c)
+{
+    if (c > u' ' && c <= u'~')
+        return static_cast<char16_t>(c - u'!' + u'！');
+    if (c == u' ')
+        return u'\u3000';
+    return c == u'¥' ? u'￥' : c;
+}
+
 template <typename Convert>
 QString eachConverted(QStringView s, Convert convert)
 {
@@ -89,6 +98,21 @@ QString toHalfWidth(QStringView s)
 QString toHalfWidthAscii(QStringView s)
 {
     return eachConverted(s, [](char16_t c) { return toHalfWidthAscii(c); });
+}
+
+QString toFullWidth(QStringView s)
+{
+    QString result;
+    result.reserve(s.size());
+    for (qsizetype i = 0; i < s.size(); ++i) {
+        const char16_t c = s[i].unicode();
+        const char16_t mark = i + 1 < s.size() ? toFullWidthKana(s[i + 1].unicode()) : char16_t{0};
+        const char16_t composed = isHalfWidthKana(c) ? composedKana(toFullWidthKana(c), mark) : char16_t{0};
+        if (composed != 0)
+            ++i;
+        result += QChar(composed != 0 ? composed : toFullWidthKana(toFullWidthAscii(c)));
+    }
+    return result;
 }
 
 QString toKatakana(QStringView s)

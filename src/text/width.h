@@ -14,6 +14,9 @@ QString toHalfWidth(QStringView s);
 /// Only full-width ASCII and the full-width blank become half-width; kana stay. For numbers and the like.
 QString toHalfWidthAscii(QStringView s);
 
+/// Half-width ASCII, blanks and kana become full-width; ｶﾞ becomes one character ガ.
+QString toFullWidth(QStringView s);
+
 /// ひらがな → カタカナ (full width); everything else stays.
 QString toKatakana(QStringView s);
 

@@ -15,6 +15,9 @@ namespace ui
 namespace
 {
 
+// As a line of a slip whose figures disagree; readable in the light and in the dark appearance.
+const QColor markBack(0xff, 0xe0, 0x8a);
+
 bool isSeparator(QChar c) { return c == u'/' || c == u'-' || c == u'.' || c == u'／'; }
 
 } // namespace
@@ -23,6 +26,27 @@ DateBox::DateBox(QWidget *parent)
     : QDateEdit(parent)
 {
     setInputMethodHints(Qt::ImhPreferNumbers);
+    connect(this, &QDateEdit::dateChanged, this, &DateBox::showMark);
+}
+
+void DateBox::markAllBut(const QDate &day)
+{
+    m_usual = day;
+    showMark();
+}
+
+void DateBox::showMark()
+{
+    const bool marked = m_usual.isValid() && date() != m_usual;
+    QPalette colours;
+    if (marked) {
+        colours.setColor(QPalette::Base, markBack);
+        colours.setColor(QPalette::Text, Qt::black);
+    }
+    setPalette(colours);
+    const QString remark = marked ? u"今日（%1）の日付ではありません。"_s.arg(m_usual.toString(u"yyyy/M/d"_s)) : QString();
+    setToolTip(remark);
+    setAccessibleDescription(remark);
 }
 
 void DateBox::keyPressEvent(QKeyEvent *event)

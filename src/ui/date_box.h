@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDate>
 #include <QDateEdit>
 
 namespace ui
@@ -15,13 +16,19 @@ class DateBox : public QDateEdit
 public:
     explicit DateBox(QWidget *parent = nullptr);
 
+    /// From now on every date but \a day stands out, and says so to whoever asks: a date that stays from one
+    /// entry to the next must not be taken for the usual one.
+    void markAllBut(const QDate &day);
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void typeDigit(QKeyEvent *event);
     void tellRefused();
+    void showMark();
 
+    QDate m_usual;          // invalid: none is
     bool m_movedOn = false; // the last digit completed its part, and the next part is being typed
 };
 

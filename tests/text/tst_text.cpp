@@ -172,18 +172,21 @@ void TestText::width_data()
     QTest::addColumn<QString>("full");
     QTest::addColumn<QString>("half");
     QTest::addColumn<QString>("halfAscii");
+    QTest::addColumn<QString>("fullAgain");
 
-    const auto row = [](const char *name, const QString &full, const QString &half, const QString &ascii) {
-        QTest::newRow(name) << full << half << ascii;
-    };
-    row("ASCII", u"！０９ＡＺａｚ～　"_s, u"!09AZaz~ "_s, u"!09AZaz~ "_s);
-    row("telephone", u"０３−１２３４－５６７８"_s, u"03-1234-5678"_s, u"03-1234-5678"_s);
-    row("kana", u"アァヴガパッヲンー"_s, u"ｱｧｳﾞｶﾞﾊﾟｯｦﾝｰ"_s, u"アァヴガパッヲンー"_s);
-    row("every voiced row", u"ザヂヅドバボペポヷヺ"_s, u"ｻﾞﾁﾞﾂﾞﾄﾞﾊﾞﾎﾞﾍﾟﾎﾟﾜﾞｦﾞ"_s, u"ザヂヅドバボペポヷヺ"_s);
-    row("hiragana", u"きゃっぷ"_s, u"ｷｬｯﾌﾟ"_s, u"きゃっぷ"_s);
-    row("punctuation", u"。「」、・゛゜"_s, u"｡｢｣､･ﾞﾟ"_s, u"。「」、・゛゜"_s);
-    row("no half-width form", u"ヶヵヮヰゐ漢―‐😀"_s, u"ヶヵヮヰゐ漢―‐😀"_s, u"ヶヵヮヰゐ漢―‐😀"_s);
-    row("yen", u"￥"_s, u"\\"_s, u"\\"_s);
+    const auto row = [](const char *name, const QString &full, const QString &half, const QString &ascii,
+                        const QString &again) { QTest::newRow(name) << full << half << ascii << again; };
+    row("ASCII", u"！０９ＡＺａｚ～　"_s, u"!09AZaz~ "_s, u"!09AZaz~ "_s, u"！０９ＡＺａｚ～　"_s);
+    row("telephone", u"０３−１２３４－５６７８"_s, u"03-1234-5678"_s, u"03-1234-5678"_s,
+        u"０３－１２３４－５６７８"_s);
+    row("kana", u"アァヴガパッヲンー"_s, u"ｱｧｳﾞｶﾞﾊﾟｯｦﾝｰ"_s, u"アァヴガパッヲンー"_s, u"アァヴガパッヲンー"_s);
+    row("every voiced row", u"ザヂヅドバボペポヷヺ"_s, u"ｻﾞﾁﾞﾂﾞﾄﾞﾊﾞﾎﾞﾍﾟﾎﾟﾜﾞｦﾞ"_s, u"ザヂヅドバボペポヷヺ"_s,
+        u"ザヂヅドバボペポヷヺ"_s);
+    row("hiragana", u"きゃっぷ"_s, u"ｷｬｯﾌﾟ"_s, u"きゃっぷ"_s, u"キャップ"_s);
+    row("punctuation", u"。「」、・゛゜"_s, u"｡｢｣､･ﾞﾟ"_s, u"。「」、・゛゜"_s, u"。「」、・゛゜"_s);
+    row("no half-width form", u"ヶヵヮヰゐ漢―‐😀"_s, u"ヶヵヮヰゐ漢―‐😀"_s, u"ヶヵヮヰゐ漢―‐😀"_s,
+        u"ヶヵヮヰゐ漢―‐😀"_s);
+    row("yen", u"￥"_s, u"\\"_s, u"\\"_s, u"＼"_s);
 }
 
 void TestText::width()
@@ -193,6 +196,7 @@ void TestText::width()
     QCOMPARE(text::toHalfWidth(full), half);
     QCOMPARE(text::toHalfWidth(half), half);
     QTEST(text::toHalfWidthAscii(full), "halfAscii");
+    QTEST(text::toFullWidth(half), "fullAgain");
 }
 
 void TestText::katakana() { QCOMPARE(text::toKatakana(u"ぁんゔゖゝゞー漢ｱaア"), u"ァンヴヶヽヾー漢ｱaア"_s); }

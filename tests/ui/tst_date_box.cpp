@@ -13,6 +13,7 @@ class TestDateBox : public QObject
 private slots:
     void typedDates_data();
     void typedDates();
+    void anUnusualDateStandsOut();
 };
 
 void TestDateBox::typedDates_data()
@@ -52,6 +53,21 @@ void TestDateBox::typedDates()
     QCOMPARE(QToolTip::text().isEmpty(), keys != u"2026/02/30"_s);
     QTest::keyClick(&box, Qt::Key_Return);
     QTEST(box.date(), "date");
+}
+
+void TestDateBox::anUnusualDateStandsOut()
+{
+    ui::DateBox box;
+    const QColor usual = box.palette().color(QPalette::Base);
+    box.setDate(QDate(2026, 3, 31));
+    QCOMPARE(box.palette().color(QPalette::Base), usual);
+    box.markAllBut(QDate(2026, 4, 1));
+    QVERIFY(box.palette().color(QPalette::Base) != usual);
+    QVERIFY(box.palette().color(QPalette::Disabled, QPalette::Base) != usual);
+    QVERIFY(box.accessibleDescription().contains(u"2026/4/1"_s));
+    box.setDate(QDate(2026, 4, 1));
+    QCOMPARE(box.palette().color(QPalette::Base), usual);
+    QVERIFY(box.accessibleDescription().isEmpty());
 }
 
 QTEST_MAIN(TestDateBox)

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDateEdit>
+#include "ui/date_box.h"
+
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -31,7 +32,7 @@ struct SlipControls
     ui::Grid *found;
     QLineEdit *counterpart; // the hidden key of the chosen one
     QLineEdit *number;
-    QDateEdit *date;
+    ui::DateBox *date;
     QPushButton *save;
     QWidget *lines; // the frame in which lines are typed
     QPushButton *addLine;

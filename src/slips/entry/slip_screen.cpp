@@ -1,6 +1,7 @@
 #include "slips/entry/slip_screen.h"
 
 #include "book/numbering.h"
+#include "ui/date_box.h"
 #include "ui/grid.h"
 #include "ui/leave_watch.h"
 #include "ui/messages.h"
@@ -64,7 +65,7 @@ void SlipScreen::connectControls()
 
 qint64 SlipScreen::counterpart() const { return m_controls.counterpart->text().toLongLong(); }
 
-QDate SlipScreen::date() const { return m_date->date(); }
+QDate SlipScreen::date() const { return m_controls.date->date(); }
 
 // --- The header ---
 
@@ -241,7 +242,16 @@ void SlipScreen::clearForNext(const QString &message)
     m_controls.key->clear();
     m_controls.number->setText(workspace().panel.automaticNumbers ? QString(QChar(m_description.kind.letter))
                                                                   : QString());
-    say(message);
+    m_controls.date->markAllBut(workspace().today());
+    say(message + (message.isEmpty() ? QString() : dateRemark()));
+}
+
+// A pile of slips of one day is entered without typing its date each time; that it stays is said.
+QString SlipScreen::dateRemark() const
+{
+    return date() == workspace().today()
+               ? QString()
+               : u"　日付は %1 のままです（今日ではありません）。"_s.arg(date().toString(u"yyyy/M/d"_s));
 }
 
 void SlipScreen::enter(SlipState state)

@@ -104,6 +104,7 @@ private:
     void cancelSlip();
     void leaveSlip(const QString &message);
     void clearForNext(const QString &message);
+    [[nodiscard]] QString dateRemark() const;
 
     SlipDescription m_description;
     CounterpartEditor m_counterpartEditor;

@@ -52,7 +52,7 @@ void TestFrmOut::lifeOfASlip()
         QStringList{u"1|2026-04-01|O1|5|1|5|-"_s});
     QCOMPARE(desk.shop.value(u"SELECT 更新日 FROM 納品先 WHERE 納品先ID = 5"_s).toString(), u"2026-04-01"_s);
 
-    desk.line(u"２．５"_s, u"1,01"_s);
+    desk.line(u"２．５"_s, u"101"_s);
     QCOMPARE(desk.usable(), withLines);
     QCOMPARE(desk.shortLines(), QStringList{u"1|ふじりんご|2.5|101|252"_s});
     QCOMPARE(desk.text("Text3"), u"OFF"_s);
