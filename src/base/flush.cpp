@@ -19,6 +19,11 @@ namespace base
 
 #ifdef Q_OS_WIN
 
+Error diskError(const QString &what, const QString &fileName, int)
+{
+    return {what + u"("_s + fileName + u")"_s};
+}
+
 Status flushFile(const QString &fileName)
 {
     const HANDLE file = CreateFileW(reinterpret_cast<const wchar_t *>(fileName.utf16()), GENERIC_WRITE, 0,
@@ -40,13 +45,16 @@ Status replaceFile(const QString &from, const QString &to)
 
 #else
 
+Error diskError(const QString &what, const QString &fileName, int number)
+{
+    if (number == ENOSPC || number == EDQUOT)
+        return {u"ディスクの空き容量が足りません。"_s + what +
+                u"不要なファイルを削除してから、もう一度実行してください。("_s + fileName + u")"_s};
+    return {what + u"("_s + fileName + u": "_s + QString::fromLocal8Bit(std::strerror(number)) + u")"_s};
+}
+
 namespace
 {
-
-Status failed(const QString &what, const QString &fileName)
-{
-    return Error{what + u"("_s + fileName + u": "_s + QString::fromLocal8Bit(std::strerror(errno)) + u")"_s};
-}
 
 bool flushPath(const QString &path, int flags)
 {
@@ -62,14 +70,15 @@ bool flushPath(const QString &path, int flags)
 
 Status flushFile(const QString &fileName)
 {
-    return flushPath(fileName, O_RDWR) ? Status()
-                                       : failed(u"ファイルをディスクに書き込めませんでした。"_s, fileName);
+    return flushPath(fileName, O_RDWR)
+               ? Status()
+               : diskError(u"ファイルをディスクに書き込めませんでした。"_s, fileName, errno);
 }
 
 Status replaceFile(const QString &from, const QString &to)
 {
     if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
-        return failed(u"ファイルの名前を変更できませんでした。"_s, to);
+        return diskError(u"ファイルの名前を変更できませんでした。"_s, to, errno);
     // Some file systems cannot flush a folder; the rename itself is done all the same.
     (void)flushPath(QFileInfo(to).absolutePath(), O_RDONLY | O_DIRECTORY);
     return {};

@@ -6,6 +6,10 @@
 namespace base
 {
 
+/// The sentence for what the operating system refused with the error \a number: \a what was not done to
+/// \a fileName. A full disk is told as such.
+Error diskError(const QString &what, const QString &fileName, int number);
+
 /// Has the contents of \a fileName flushed to disk.
 Status flushFile(const QString &fileName);
 

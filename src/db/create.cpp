@@ -16,7 +16,7 @@ namespace db
 
 base::Status createDatabase(const QString &fileName)
 {
-    if (QFileInfo::exists(fileName))
+    if (QFileInfo::exists(fileName) && QFileInfo(fileName).size() > 0)
         return base::Error{u"同じ名前のファイルがあるため、作成できませんでした。("_s + fileName + u")"_s};
     sqlite3 *handle = nullptr;
     const QByteArray utf8 = fileName.toUtf8();

@@ -1,6 +1,6 @@
 #include "printing/pdf.h"
 
-#include "base/flush.h"
+#include "base/replacement.h"
 #include "printing/renderer.h"
 #include "workspace/workspace.h"
 
@@ -24,8 +24,7 @@ base::Status writeWhole(const QString &fileName, const QByteArray &content)
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
         return base::Error{u"PDF を保存できませんでした。保存先を確かめてください。("_s + file.errorString() +
                            u")"_s};
-    file.close();
-    return base::flushFile(fileName);
+    return {};
 }
 
 } // namespace
@@ -45,13 +44,11 @@ base::Status writePdf(const Document &document, const Look &look, const QString 
         if (const base::Status drawn = drawDocument(writer, document, look, progress); !drawn)
             return drawn;
     }
-    const QString temporary = fileName + u".tmp"_s;
-    base::Status written = writeWhole(temporary, buffer.data());
-    if (written)
-        written = base::replaceFile(temporary, fileName);
-    if (!written)
-        QFile::remove(temporary);
-    return written;
+    base::Replacement file(fileName);
+    base::Status done = file.begin();
+    if (done)
+        done = writeWhole(file.name(), buffer.data());
+    return done ? file.finish() : done;
 }
 
 base::Status writePdf(const workspace::Workspace &workspace, const Document &document,

@@ -1,9 +1,8 @@
 #include "tables/table_writer.h"
 
-#include "base/flush.h"
+#include "base/replacement.h"
 #include "tables/format_writer.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 
@@ -118,16 +117,11 @@ base::Status writeTable(const QString &fileName, const Table &table, const base:
 {
     if (const base::Status possible = checkTarget(fileName, table.rowCount); !possible)
         return possible;
-    const QString temporary = fileName + u".tmp"_s;
-    QFile::remove(temporary);
-    base::Status written = writeFile(temporary, *formatOf(fileName), table, progress);
-    if (written)
-        written = base::flushFile(temporary);
-    if (written)
-        written = base::replaceFile(temporary, fileName);
-    if (!written)
-        QFile::remove(temporary);
-    return written;
+    base::Replacement file(fileName);
+    base::Status done = file.begin();
+    if (done)
+        done = writeFile(file.name(), *formatOf(fileName), table, progress);
+    return done ? file.finish() : done;
 }
 
 } // namespace tables

@@ -66,6 +66,13 @@ int renameat2(int fromFolder, const char *from, int toFolder, const char *to, un
     return failsAt(to) ? refused() : real(fromFolder, from, toFolder, to, flags);
 }
 
+int link(const char *from, const char *to) noexcept
+{
+    static const auto real =
+        reinterpret_cast<int (*)(const char *, const char *)>(::dlsym(RTLD_NEXT, "link"));
+    return failsAt(to) ? refused() : real(from, to);
+}
+
 int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags) noexcept
 {
     static const auto real =

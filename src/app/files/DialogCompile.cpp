@@ -1,6 +1,7 @@
 #include "app/files/DialogCompile.h"
 
 #include "app/files/database_files.h"
+#include "base/replacement.h"
 #include "db/care/backup.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
@@ -10,7 +11,6 @@
 #include "workspace/workspace.h"
 #include "workspace/workspace_targets.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QStandardItemModel>
@@ -88,19 +88,16 @@ QString DialogCompile::askForTarget()
 // Beside the target first: a file of that name is lost only when the new one is complete.
 base::Result<db::Salvage> DialogCompile::build(const QString &target)
 {
-    const QString complete = target + u".new"_s;
-    QFile::remove(complete);
-    const auto built =
-        ui::runWithProgress(this, u"新しいファイルに移しています。"_s,
-                            [&](const base::Progress &progress) -> base::Result<db::Salvage> {
-                                const auto outcome = db::rebuild(m_source, complete, progress);
-                                const base::Status done =
-                                    outcome ? db::replaceDatabase(complete, target) : outcome.status();
-                                return done ? outcome : done.error();
-                            });
-    if (!built)
-        QFile::remove(complete);
-    return built;
+    base::Replacement file(target);
+    return ui::runWithProgress(this, u"新しいファイルに移しています。"_s,
+                               [&](const base::Progress &progress) -> base::Result<db::Salvage> {
+                                   if (const base::Status begun = file.begin(); !begun)
+                                       return begun.error();
+                                   const auto outcome = db::rebuild(m_source, file.name(), progress);
+                                   const base::Status done =
+                                       outcome ? db::replaceDatabase(file) : outcome.status();
+                                   return done ? outcome : done.error();
+                               });
 }
 
 void DialogCompile::showOutcome(const db::Salvage &outcome)

@@ -3,6 +3,7 @@
 #include "app/files/database_files.h"
 #include "db/care/backup.h"
 #include "db/care/file_repair.h"
+#include "db/care/use_mark.h"
 #include "db/connection.h"
 #include "db/file_header.h"
 #include "db/old_files/old_file.h"
@@ -151,14 +152,9 @@ base::Result<std::vector<Backup>> checkedBackups(const QString &applicationFolde
 base::Status restoreBackup(const QString &from, const QString &target, const QString &kept,
                            const base::Progress &progress)
 {
-    if (QFileInfo::exists(target)) {
-        if (const base::Status copied = db::copyFile(target, kept, progress); !copied)
-            return copied;
-    }
-    const base::Status restored = db::copyDatabase(from, target, progress);
-    if (!restored)
-        QFile::remove(kept); // what it is a copy of is still there
-    return restored;
+    db::UseMark mark;
+    const base::Status alone = mark.set(target, db::UseMark::Kind::Exclusive);
+    return alone ? db::copyDatabase(from, target, mark, db::keptAs(kept), progress) : alone;
 }
 
 } // namespace app

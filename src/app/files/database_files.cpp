@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -56,23 +55,9 @@ bool isBackupFile(const QString &fileName, const QString &applicationFolder)
 
 QString databaseFileFilters() { return u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s; }
 
-QString compactNameFor(const QString &fileName, const QString &applicationFolder)
-{
-    const QFileInfo real(QFileInfo(fileName).canonicalFilePath());
-    const bool onOneVolume = QStorageInfo(applicationFolder).device() == QStorageInfo(real.path()).device();
-    return workspace::joinPath(onOneVolume ? applicationFolder : real.path(), u"CompactFileName.cdb"_s);
-}
-
 base::Status makeFromInitialFile(const QString &target, const QString &applicationFolder)
 {
-    const QString complete = target + u".new"_s;
-    QFile::remove(complete);
-    if (const base::Status copied = db::copyFile(initialFileIn(applicationFolder), complete); !copied)
-        return copied;
-    const base::Status replaced = db::replaceDatabase(complete, target);
-    if (!replaced)
-        QFile::remove(complete);
-    return replaced;
+    return db::copyDatabase(initialFileIn(applicationFolder), target);
 }
 
 base::Status backUpAtExit(db::Connection &connection, const QString &fileName,

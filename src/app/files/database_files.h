@@ -31,10 +31,6 @@ bool isBackupFile(const QString &fileName, const QString &applicationFolder);
 /// "すべてのファイル (*.*)" and "cdb ﾌｧｲﾙ (*.cdb)", as the file dialogs take them.
 QString databaseFileFilters();
 
-/// Where the compaction of \a fileName builds the new file: CompactFileName.cdb in the application folder, or
-/// beside \a fileName when that lies on another volume, so that it takes its place by one renaming.
-QString compactNameFor(const QString &fileName, const QString &applicationFolder);
-
 /// Copies the initial file to \a target. A file that stands there is replaced once the copy is complete.
 base::Status makeFromInitialFile(const QString &target, const QString &applicationFolder);
 

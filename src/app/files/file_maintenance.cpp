@@ -81,7 +81,7 @@ void FileMaintenance::repair()
 bool FileMaintenance::repairFile()
 {
     const QString fileName = m_session.fileName();
-    db::FileRepair repair(fileName, compactNameFor(fileName, m_workspace.applicationFolder()));
+    db::FileRepair repair(fileName);
     if (const base::Status begun = repair.begin(); !begun)
         return tell(begun.error().text);
     const auto faults =
@@ -102,10 +102,7 @@ bool FileMaintenance::repairFile()
                !compacted) {
         return tell(compacted.error().text);
     }
-    const base::Status finished =
-        ui::runWithProgress(&m_window, u"修復したファイルに入れ替えています。"_s,
-                            [&](const base::Progress &progress) { return repair.finish(kept, progress); });
-    if (!finished)
+    if (const base::Status finished = repair.finish(kept); !finished)
         return tell(finished.error().text);
     if (outcome)
         tell(outcomeText(*outcome) + u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));

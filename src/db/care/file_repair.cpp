@@ -1,12 +1,11 @@
 #include "db/care/file_repair.h"
 
-#include "base/flush.h"
+#include "base/file_rights.h"
 #include "db/care/backup.h"
 #include "db/errors.h"
 #include "db/file_header.h"
 #include "db/schema.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <sqlite3.h>
@@ -23,20 +22,11 @@ bool meansDamage(int code) { return (code & 0xff) == SQLITE_CORRUPT || (code & 0
 
 } // namespace
 
-FileRepair::FileRepair(const QString &fileName, const QString &compactName)
-    : m_fileName(fileName)
-    , m_compactName(compactName)
-{
-    // The name itself may be a link; what it leads to is what is replaced.
-    if (const QString real = QFileInfo(fileName).canonicalFilePath(); !real.isEmpty())
-        m_fileName = real;
-}
-
-FileRepair::~FileRepair()
-{
-    m_file.close();
-    QFile::remove(m_compactName);
-}
+// The name itself may be a link; what it leads to is what is replaced.
+FileRepair::FileRepair(const QString &fileName)
+    : m_fileName(base::linkedFile(fileName))
+    , m_new(m_fileName, u"CompactFileName"_s)
+{}
 
 base::Status FileRepair::begin()
 {
@@ -47,7 +37,8 @@ base::Status FileRepair::begin()
     m_isOurs = storedVersion(m_fileName) > 0;
     if (const base::Status alone = m_mark.set(m_fileName, UseMark::Kind::Exclusive); !alone)
         return alone;
-    QFile::remove(m_compactName);
+    if (const base::Status made = m_new.begin(); !made)
+        return made;
     if (const base::Status opened = m_file.open(m_fileName); !opened)
         return opened;
     // From here on no other program can write; a file too damaged to be locked is nobody's to write in.
@@ -67,27 +58,22 @@ base::Result<int> FileRepair::check(const base::Progress &progress)
 
 base::Status FileRepair::compact(const base::Progress &progress)
 {
-    return compactInto(m_file, m_compactName, progress);
+    return compactInto(m_file, m_new.name(), progress);
 }
 
 base::Result<Salvage> FileRepair::salvage(const base::Progress &progress)
 {
-    auto done = db::salvage(m_file, m_compactName, progress);
+    auto done = db::salvage(m_file, m_new.name(), progress);
     if (done && done->carried() == 0)
         return base::Error{u"読み取れる行が見つからないため、修復できませんでした。"
                            "バックアップファイルを開いてください。"_s};
     return done;
 }
 
-base::Status FileRepair::finish(const QString &kept, const base::Progress &progress)
+base::Status FileRepair::finish(const QString &kept)
 {
     m_file.close();
-    if (!kept.isEmpty()) {
-        if (const base::Status copied = copyFile(m_fileName, kept, progress); !copied)
-            return copied;
-    }
-    QFile::setPermissions(m_compactName, QFile::permissions(m_fileName));
-    const base::Status replaced = replaceDatabase(m_compactName, m_fileName, m_mark);
+    const base::Status replaced = replaceDatabase(m_new, m_mark, kept.isEmpty() ? Replacing() : keptAs(kept));
     m_mark.release();
     return replaced;
 }
@@ -103,7 +89,7 @@ base::Status compactInto(PlainHandle &source, const QString &target, const base:
     if (!vacuum)
         return source.error();
     sqlite3_bind_text(vacuum.get(), 1, name.constData(), static_cast<int>(name.size()), SQLITE_STATIC);
-    return vacuum.step() == SQLITE_DONE ? base::flushFile(target) : base::Status(source.error());
+    return vacuum.step() == SQLITE_DONE ? base::Status() : base::Status(source.error());
 }
 
 base::Result<int> countFaults(PlainHandle &file, const base::Progress &progress)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/replacement.h"
 #include "db/care/plain_handle.h"
 #include "db/care/salvage.h"
 #include "db/care/use_mark.h"
@@ -13,10 +14,7 @@ namespace db
 class FileRepair
 {
 public:
-    /// \a compactName: where the new file is built; on the volume of \a fileName, so that the last step is
-    /// one renaming.
-    FileRepair(const QString &fileName, const QString &compactName);
-    ~FileRepair();
+    explicit FileRepair(const QString &fileName);
     FileRepair(const FileRepair &) = delete;
     FileRepair &operator=(const FileRepair &) = delete;
 
@@ -33,18 +31,18 @@ public:
     /// Builds the new file of the rows that can be read in a damaged one; fails when there are none.
     base::Result<Salvage> salvage(const base::Progress &progress);
 
-    /// Puts the new file in the place of the old one, of which a copy stays as \a kept unless that is empty.
-    base::Status finish(const QString &kept, const base::Progress &progress = base::unwatched);
+    /// Puts the new file in the place of the old one, which stays as \a kept unless that is empty.
+    base::Status finish(const QString &kept);
 
 private:
     QString m_fileName;
-    QString m_compactName;
+    base::Replacement m_new;
     bool m_isOurs = false; // by its header
     UseMark m_mark;
     PlainHandle m_file;
 };
 
-/// Writes a compacted copy of the file open in \a source to \a target, which must not exist, and flushes it.
+/// Writes a compacted copy of the file open in \a source to \a target, which is empty or does not exist.
 base::Status compactInto(PlainHandle &source, const QString &target, const base::Progress &progress);
 
 /// SQLite's integrity check of the file open in \a file. \return how many faults were found, at most 100

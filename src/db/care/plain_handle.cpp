@@ -2,6 +2,8 @@
 
 #include "db/errors.h"
 
+#include <QFileInfo>
+
 #include <sqlite3.h>
 
 namespace db
@@ -17,12 +19,11 @@ constexpr int stepsBetweenReports = 20000;
 
 PlainHandle::~PlainHandle() { close(); }
 
-base::Status PlainHandle::open(const QString &fileName, Mode mode)
+base::Status PlainHandle::open(const QString &fileName)
 {
     close();
-    const int flags = SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
-    const QByteArray utf8 = fileName.toUtf8();
-    if (sqlite3_open_v2(utf8.constData(), &m_handle, flags, nullptr) != SQLITE_OK) {
+    const QByteArray utf8 = QFileInfo(fileName).absoluteFilePath().toUtf8();
+    if (sqlite3_open_v2(utf8.constData(), &m_handle, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
         const base::Error failed = errorFrom(m_handle);
         close();
         return failed;

@@ -16,14 +16,14 @@ namespace db
 class PlainHandle
 {
 public:
-    enum class Mode { Existing, Create };
-
     PlainHandle() = default;
     ~PlainHandle();
     PlainHandle(const PlainHandle &) = delete;
     PlainHandle &operator=(const PlainHandle &) = delete;
 
-    base::Status open(const QString &fileName, Mode mode = Mode::Existing);
+    /// Opens a file that is there; an empty one becomes a database. Its name is taken as it is: neither
+    /// ":memory:" nor "file:" means anything else.
+    base::Status open(const QString &fileName);
     void close();
 
     /// Runs statements without values and without rows.

@@ -1,6 +1,8 @@
 #include "db/care/use_mark.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QThread>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
@@ -45,7 +47,7 @@ struct UseMark::Handle
     }
 };
 
-base::Status UseMark::set(const QString &fileName, Kind kind)
+base::Status UseMark::setNow(const QString &fileName, Kind kind)
 {
     m_handle = std::make_unique<Handle>();
     m_handle->file = CreateFileW(reinterpret_cast<const wchar_t *>(fileName.utf16()), GENERIC_READ,
@@ -107,7 +109,7 @@ bool isStillThere(int file, const QByteArray &path)
 
 } // namespace
 
-base::Status UseMark::set(const QString &fileName, Kind kind)
+base::Status UseMark::setNow(const QString &fileName, Kind kind)
 {
     const QByteArray path = QFile::encodeName(fileName);
     for (int attempt = 0; attempt < 10; ++attempt) {
@@ -130,6 +132,19 @@ base::Status UseMark::set(const QString &fileName, Kind kind)
 }
 
 #endif
+
+base::Status UseMark::set(const QString &fileName, Kind kind, int patience)
+{
+    constexpr unsigned long between = 20; // ms
+    QElapsedTimer waiting;
+    waiting.start();
+    base::Status done = setNow(fileName, kind);
+    while (!done && waiting.elapsed() < patience) {
+        QThread::msleep(between);
+        done = setNow(fileName, kind);
+    }
+    return done;
+}
 
 UseMark::UseMark() = default;
 UseMark::~UseMark() = default;

@@ -25,13 +25,16 @@ public:
     UseMark(UseMark &&) noexcept;
     UseMark &operator=(UseMark &&) noexcept;
 
-    /// Marks \a fileName; fails when another mark stands against it. A file system without locks is no
-    /// failure: there the file goes unmarked. Closing a mark drops the locks that this process's SQLite
-    /// holds on the file: it is set before SQLite has the file open, and released after.
-    base::Status set(const QString &fileName, Kind kind);
+    /// Marks \a fileName; fails when another mark stands against it for more than \a patience ms. A file
+    /// system without locks is no failure: there the file goes unmarked. Closing a mark drops the locks that
+    /// this process's SQLite holds on the file: it is set before SQLite has the file open, and released
+    /// after.
+    base::Status set(const QString &fileName, Kind kind, int patience = 0);
     void release();
 
 private:
+    base::Status setNow(const QString &fileName, Kind kind);
+
     struct Handle;
     std::unique_ptr<Handle> m_handle;
 };

@@ -1,6 +1,6 @@
 #include "db/old_files/conversion.h"
 
-#include "base/flush.h"
+#include "base/replacement.h"
 #include "db/care/backup.h"
 #include "db/connection.h"
 #include "db/create.h"
@@ -9,7 +9,6 @@
 #include "db/schema.h"
 #include "db/transaction.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -22,31 +21,6 @@ namespace db
 
 namespace
 {
-
-/// The new file while it is not complete. What stands under its name at the end goes.
-class Temporary
-{
-public:
-    explicit Temporary(QString name)
-        : m_name(std::move(name))
-    {
-        remove();
-    }
-    ~Temporary() { remove(); }
-    Temporary(const Temporary &) = delete;
-    Temporary &operator=(const Temporary &) = delete;
-
-    [[nodiscard]] const QString &name() const { return m_name; }
-
-private:
-    void remove()
-    {
-        QFile::remove(m_name);
-        QFile::remove(m_name + u"-journal"_s);
-    }
-
-    QString m_name;
-};
 
 // By value alone does a row mean another one; where a key changes, those that mean it cannot follow.
 struct Reference
@@ -297,11 +271,14 @@ base::Result<ConversionSummary> convertOldFile(const QString &source, const QStr
         return base::Error{
             u"同じ名前のファイルがあるため、変換できませんでした。別の名前を指定してください。("_s + target +
             u")"_s};
-    const Temporary temporary(target + u".tmp"_s);
-    if (const base::Status created = createDatabase(temporary.name()); !created)
-        return created.error();
+    base::Replacement file(target);
+    base::Status done = file.begin();
+    if (done)
+        done = createDatabase(file.name());
+    if (!done)
+        return done.error();
     Connection connection;
-    base::Status done = connection.open(temporary.name());
+    done = connection.open(file.name());
     if (!done)
         return done.error();
     auto summary = Conversion(connection, progress, options).run(source);
@@ -310,9 +287,7 @@ base::Result<ConversionSummary> convertOldFile(const QString &source, const QStr
     done = checkIntegrity(connection);
     connection.close();
     if (done)
-        done = base::flushFile(temporary.name());
-    if (done)
-        done = replaceDatabase(temporary.name(), target);
+        done = replaceDatabase(file);
     return done ? summary : done.error();
 }
 

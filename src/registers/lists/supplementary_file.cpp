@@ -1,14 +1,12 @@
 #include "registers/lists/supplementary_file.h"
 
-#include "base/flush.h"
+#include "base/replacement.h"
 #include "base/same_file.h"
 #include "db/care/backup.h"
 #include "db/connection.h"
 #include "db/create.h"
 #include "db/schema.h"
 #include "db/transaction.h"
-
-#include <QFile>
 
 #include <algorithm>
 
@@ -98,34 +96,21 @@ base::Result<int> fill(const QString &fileName, db::Connection &from, const std:
     });
 }
 
-void removeDatabase(const QString &fileName)
-{
-    for (const QString &suffix : {QString(), u"-journal"_s})
-        QFile::remove(fileName + suffix);
-}
-
 } // namespace
 
 base::Result<int> writeSupplementaryFile(db::Connection &connection, const std::vector<qint64> &ids,
                                          const QString &target, const base::Progress &progress)
 {
-    const QString temporary = target + u".new"_s;
-    for (const QString &name : {target, temporary}) {
-        if (base::isSameFile(name, connection.fileName()))
-            return base::Error{u"使用中のファイルには書き出せません。別の名前を指定してください。"_s};
-    }
-    removeDatabase(temporary);
-    if (const base::Status created = db::createDatabase(temporary); !created)
+    if (base::isSameFile(target, connection.fileName()))
+        return base::Error{u"使用中のファイルには書き出せません。別の名前を指定してください。"_s};
+    base::Replacement file(target);
+    if (const base::Status begun = file.begin(); !begun)
+        return begun.error();
+    if (const base::Status created = db::createDatabase(file.name()); !created)
         return created.error();
-    const auto filled = fill(temporary, connection, ids, progress);
-    base::Status done = filled ? base::flushFile(temporary) : filled.status();
-    if (done)
-        done = db::replaceDatabase(temporary, target);
-    if (!done) {
-        removeDatabase(temporary);
-        return done.error();
-    }
-    return filled;
+    const auto filled = fill(file.name(), connection, ids, progress);
+    const base::Status done = filled ? db::replaceDatabase(file) : filled.status();
+    return done ? filled : done.error();
 }
 
 } // namespace registers
