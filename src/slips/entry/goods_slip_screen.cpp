@@ -206,7 +206,7 @@ base::Result<QString> GoodsSlipScreen::closeSlip()
 
 void GoodsSlipScreen::clearLines()
 {
-    m_goods.clear();
+    m_taxable.clear();
     m_lines.setRows({});
     m_previous.setRows({});
     m_entry->clear();
