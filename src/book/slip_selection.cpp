@@ -27,6 +27,9 @@ Condition ofCounterpart(CounterpartKey counterpart)
     return counterpart ? Condition{u"相手先ID = ?"_s, {*counterpart}} : Condition{u"相手先ID IS NULL"_s, {}};
 }
 
+// An unset text would be bound as NULL, which equals nothing.
+QString written(const QString &text) { return text.isNull() ? u""_s : text; }
+
 // Only what seems to be of a later day is asked whether it is one.
 Condition ofDays(const Days &days)
 {
@@ -73,7 +76,7 @@ Condition linesOf(const Selection &selection)
         condition &= {columns::isTax, {}};
     if (const auto &goods = selection.goods) {
         condition &= {u"COALESCE(商品名, '') = ? AND COALESCE(規格, '') = ? AND COALESCE(単位, '') = ?"_s,
-                      {goods->product, goods->specification, goods->unit}};
+                      {written(goods->product), written(goods->specification), written(goods->unit)}};
     }
     return condition;
 }

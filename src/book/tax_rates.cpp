@@ -31,7 +31,7 @@ TaxRates::TaxRates(std::vector<Term> terms)
 
 TaxRates TaxRates::keptByHand(double percent)
 {
-    TaxRates rates({});
+    TaxRates rates{std::vector<Term>()};
     rates.m_byHand = percent;
     return rates;
 }

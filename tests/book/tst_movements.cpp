@@ -6,6 +6,9 @@
 
 #include <QtTest>
 
+#include <algorithm>
+#include <map>
+
 using namespace Qt::StringLiterals;
 using book::Days;
 using book::LinesOf;
@@ -99,7 +102,7 @@ private slots:
         ofCustomer.counterpart = book::CounterpartKey();
         QTest::newRow("nobody's") << ofCustomer << u"ORB"_s << u"s.相手先ID IS NULL"_s;
         Selection ofGoods = selection({book::sale, book::purchase, book::stocktake});
-        ofGoods.goods = {u"商品3"_s, u""_s, u"kg"_s};
+        ofGoods.goods = book::Goods{u"商品3"_s, QString(), u"kg"_s};
         QTest::newRow("one kind of goods")
             << ofGoods << u"OIT"_s << u"l.商品名 || ifnull(l.規格, '') || l.単位 = '商品3kg'"_s;
     }
@@ -154,7 +157,8 @@ private slots:
             u"SELECT ifnull(相手先ID, 0) || ' ' || k || ' ' || n || ' ' || count(*) || ' ' || sum(t) || ' ' "
             u"|| "
             "sum(q) || ' ' || sum(t * q) FROM (SELECT 相手先ID, substr(伝票番号, 1, 1) AS k, "
-            "日付 BETWEEN '%1' AND '2025-12-31' AND length(日付) = 10 AS n, 商品名 = '消費税' AS t, %2 AS q "
+            "ifnull(日付, '') BETWEEN '%1' AND '2025-12-31' AND length(日付) = 10 AS n, 商品名 = '消費税' AS "
+            "t, %2 AS q "
             "FROM 入出庫マスター JOIN 入出庫サブ USING (ID) "
             "WHERE length(日付) = 8 OR 日付 IS NULL OR 日付 < '2026') WHERE k IN ('I', 'P', 'A') "
             "GROUP BY 相手先ID, k, n ORDER BY 1"_s.arg(since, digits));

@@ -100,11 +100,17 @@ void TestTaxesByRate::workedExamples_data()
     net("12,345 at all rates", u"12345@3 12345@5 12345@8 12345@10 12345@1r"_s,
         u"3: 12345+370=12715, 5: 12345+617=12962, 8: 12345+987=13332, 10: 12345+1234=13579, "
         "1r: 12345+123=12468"_s);
-    for (const auto &[rate, below, reached] : {std::tuple(8, 12, 13), {10, 9, 10}, {1, 99, 100}}) {
-        net(qPrintable(u"below a yen at %1"_s.arg(rate)), u"%1@%2"_s.arg(below).arg(rate),
-            u"%1: %2+0=%2"_s.arg(rate).arg(below));
-        net(qPrintable(u"a yen at %1"_s.arg(rate)), u"%1@%2"_s.arg(reached).arg(rate),
-            u"%1: %2+1=%3"_s.arg(rate).arg(reached).arg(reached + 1));
+    const struct
+    {
+        int rate;
+        int below;
+        int reached;
+    } firstYens[] = {{8, 12, 13}, {10, 9, 10}, {1, 99, 100}};
+    for (const auto &yen : firstYens) {
+        net(qPrintable(u"below a yen at %1"_s.arg(yen.rate)), u"%1@%2"_s.arg(yen.below).arg(yen.rate),
+            u"%1: %2+0=%2"_s.arg(yen.rate).arg(yen.below));
+        net(qPrintable(u"a yen at %1"_s.arg(yen.rate)), u"%1@%2"_s.arg(yen.reached).arg(yen.rate),
+            u"%1: %2+1=%3"_s.arg(yen.rate).arg(yen.reached).arg(yen.reached + 1));
     }
     net("sold at 8, returned at the rate of its sale", u"-1000@8r 500@1r"_s,
         u"1r: 500+5=505, 8r: -1000-80=-1080"_s);
@@ -230,17 +236,17 @@ void TestTaxesByRate::ratesOnTheDaysOfChange()
     shop.run(u"UPDATE 税率 SET 有効 = 1"_s);
     const auto table = book::TaxRates::read(shop.connection);
     QCOMPARE(shownRates(*table), rates);
-    QCOMPARE(table->on(date, GoodsTax::Exempt), 0.0);
-    QCOMPARE(table->on({}, GoodsTax::Standard), std::nullopt);
+    QCOMPARE(table->on(date, GoodsTax::Exempt).value_or(-1), 0.0);
+    QVERIFY(!table->on({}, GoodsTax::Standard));
 }
 
 void TestTaxesByRate::rateKeptByHand()
 {
     const auto rates = book::TaxRates::keptByHand(7.8);
     for (const QDate &date : {QDate(1980, 1, 1), QDate(2027, 4, 1), QDate()}) {
-        QCOMPARE(rates.on(date), 7.8);
-        QCOMPARE(rates.on(date, GoodsTax::Food), 7.8);
-        QCOMPARE(rates.on(date, GoodsTax::OutOfScope), 0.0);
+        QCOMPARE(rates.on(date).value_or(-1), 7.8);
+        QCOMPARE(rates.on(date, GoodsTax::Food).value_or(-1), 7.8);
+        QCOMPARE(rates.on(date, GoodsTax::OutOfScope).value_or(-1), 0.0);
     }
 }
 
