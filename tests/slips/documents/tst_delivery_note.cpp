@@ -269,7 +269,8 @@ private slots:
         FreshShop shop;
         addShop(shop, taxClass);
         const auto data = readDeliveryNote(
-            shop.connection, 1, {inclusive, closed ? std::nullopt : std::optional(5.0), {}, {}, {}});
+            shop.connection, 1,
+            {inclusive, closed ? std::nullopt : std::optional(book::TaxRates::keptByHand(5)), {}, {}, {}});
         QVERIFY(data);
         const Sheet sheet = plainSheets(*data).front();
         const QStringList texts = textsOf(sheet);
@@ -285,7 +286,8 @@ private slots:
         FreshShop shop;
         addShop(shop, u"0"_s);
         shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (1, '消費税', 99)"_s);
-        const auto data = readDeliveryNote(shop.connection, 1, {false, 8.0, {}, {}, {}});
+        const auto data =
+            readDeliveryNote(shop.connection, 1, {false, book::TaxRates::keptByHand(8), {}, {}, {}});
         QVERIFY(data);
         QCOMPARE(data->slip.lines.size(), std::size_t(2));
         QCOMPARE(data->total, 2098.0);
