@@ -45,6 +45,18 @@ void drawBox(QPainter &painter, const Box &box)
     }
 }
 
+void drawLines(QPainter &painter, const std::vector<Line> &lines)
+{
+    const Line *last = nullptr;
+    for (const Line &line : lines) {
+        if (!last || last->width != line.width || last->grey != line.grey)
+            painter.setPen(
+                QPen(QColor(line.grey, line.grey, line.grey), line.width, Qt::SolidLine, Qt::FlatCap));
+        last = &line;
+        painter.drawLine(QPointF(line.x1, line.y1), QPointF(line.x2, line.y2));
+    }
+}
+
 // A device of one dot to the twip, so that rich text is laid out in the sheet's own units.
 QPaintDevice *twipDevice()
 {
@@ -112,11 +124,7 @@ void drawContent(QPainter &painter, const Document &document, const Sheet &sheet
         drawGrid(painter, sheet, look.face);
     for (const Box &box : sheet.boxes)
         drawBox(painter, box);
-    for (const Line &line : sheet.lines) {
-        const QColor colour(line.grey, line.grey, line.grey);
-        painter.setPen(QPen(colour, line.width, Qt::SolidLine, Qt::FlatCap));
-        painter.drawLine(QPointF(line.x1, line.y1), QPointF(line.x2, line.y2));
-    }
+    drawLines(painter, sheet.lines);
     painter.setPen(Qt::black);
     texts.begin(painter);
     for (const TextItem &item : sheet.texts)

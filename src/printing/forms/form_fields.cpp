@@ -40,7 +40,7 @@ const TomlNode *FormFields::take(const char *key, TomlNode::Kind kind, const QSt
     const TomlNode *node = take(key);
     if (!node || node->kind == kind)
         return node;
-    m_faults.push_back({node->line, u"「%1」には%2を書いてください。"_s.arg(nameOf(key), wanted)});
+    m_faults.add(node->line, u"「%1」には%2を書いてください。"_s.arg(nameOf(key), wanted));
     return nullptr;
 }
 
@@ -72,9 +72,8 @@ bool FormFields::isWithin(const TomlNode &node, double least, double most) const
 {
     if (isNumber(node) && std::isfinite(node.number) && node.number >= least && node.number <= most)
         return true;
-    m_faults.push_back(
-        {node.line,
-         u"%1には %2 から %3 までの数を書いてください。"_s.arg(nameOf(node)).arg(least).arg(most)});
+    m_faults.add(node.line,
+                 u"%1には %2 から %3 までの数を書いてください。"_s.arg(nameOf(node)).arg(least).arg(most));
     return false;
 }
 
@@ -159,7 +158,7 @@ void FormFields::tables(const char *key, const std::function<void(const TomlNode
         if (element.kind == TomlNode::Kind::Table)
             read(element);
         else
-            m_faults.push_back({element.line, u"「%1」は [[ ]] の表で書いてください。"_s.arg(nameOf(key))});
+            m_faults.add(element.line, u"「%1」は [[ ]] の表で書いてください。"_s.arg(nameOf(key)));
     }
 }
 
@@ -167,7 +166,7 @@ void FormFields::require(std::initializer_list<const char *> keys) const
 {
     for (const char *key : keys) {
         if (!has(key))
-            m_faults.push_back({m_table.line, u"「%1」が書かれていません。"_s.arg(nameOf(key))});
+            m_faults.add(m_table.line, u"「%1」が書かれていません。"_s.arg(nameOf(key)));
     }
 }
 
@@ -175,8 +174,8 @@ void FormFields::finish() const
 {
     for (const TomlNode &node : m_table.children) {
         if (!m_known.contains(node.key))
-            m_faults.push_back({node.line, u"「%1」というキーはありません。使えるキー：%2"_s.arg(
-                                               node.key, m_known.join(u"、"_s))});
+            m_faults.add(node.line, u"「%1」というキーはありません。使えるキー：%2"_s.arg(
+                                        node.key, m_known.join(u"、"_s)));
     }
 }
 

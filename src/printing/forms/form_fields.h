@@ -11,8 +11,22 @@
 namespace printing
 {
 
-/// The faults found in a layout file.
-using FormFaults = std::vector<TomlFault>;
+/// The faults found in a layout file; of a file that is nothing else, no more than anybody would mend.
+class FormFaults
+{
+public:
+    void add(int line, const QString &text)
+    {
+        if (m_faults.size() < mostKept)
+            m_faults.push_back({line, text});
+    }
+    [[nodiscard]] const std::vector<TomlFault> &all() const { return m_faults; }
+
+private:
+    static constexpr std::size_t mostKept = 1000;
+
+    std::vector<TomlFault> m_faults;
+};
 
 /// Reads the keys of one table of a layout file. A key that is missing leaves its target as it was; each
 /// fault is written down with its line, and the reading goes on.
@@ -42,7 +56,7 @@ public:
     [[nodiscard]] bool has(const char *key) const;
     /// The line of \a key, or the table's own.
     [[nodiscard]] int line(const char *key) const;
-    void fault(const char *key, const QString &text) const { m_faults.push_back({line(key), text}); }
+    void fault(const char *key, const QString &text) const { m_faults.add(line(key), text); }
     void require(std::initializer_list<const char *> keys) const;
 
     /// To be called last: tells of the keys that nothing asked for.

@@ -1,6 +1,6 @@
 #include "printing/forms/form_parts.h"
 
-#include <array>
+#include "printing/forms/form_words.h"
 
 using namespace Qt::StringLiterals;
 
@@ -9,29 +9,6 @@ namespace printing
 
 namespace
 {
-
-constexpr double thickestLine = 5; // millimetres
-constexpr double mostLeading = 5;
-constexpr double slack = 0.05; // millimetres, of sums of measures with decimals
-
-template <class Value, std::size_t Count>
-using Words = std::array<std::pair<const char16_t *, Value>, Count>;
-
-constexpr Words<OnSheets, 5> sheetWords{{{u"every", OnSheets::Every},
-                                         {u"first", OnSheets::First},
-                                         {u"further", OnSheets::Further},
-                                         {u"last", OnSheets::Last},
-                                         {u"before_last", OnSheets::BeforeLast}}};
-constexpr Words<Align, 3> alignWords{
-    {{u"left", Align::Left}, {u"center", Align::Centre}, {u"right", Align::Right}}};
-constexpr Words<FormFit, 3> fitWords{
-    {{u"squeeze", FormFit::Squeeze}, {u"shrink", FormFit::Shrink}, {u"wrap", FormFit::Wrap}}};
-
-template <class Value, std::size_t Count>
-std::span<const std::pair<const char16_t *, Value>> all(const Words<Value, Count> &words)
-{
-    return words;
-}
 
 QStringList namesOf(const std::map<QString, FormItemKind> &items)
 {
@@ -72,7 +49,7 @@ void FormParts::readPlace(FormFields &fields, FormPlace &place)
 {
     fields.number("x", place.x, 0, paperWidth());
     fields.number("y", place.y, 0, paperHeight());
-    fields.choice("sheet", place.sheets, all(sheetWords));
+    fields.choice("sheet", place.sheets, wordList(sheetWords));
     readWhen(fields, place.when);
     readShift(fields, place.shift);
 }
@@ -145,8 +122,8 @@ void FormParts::checkAcross(const FormFields &fields, double x, double width, Al
 
 void FormParts::readTextMeasures(FormFields &fields, FormText &text)
 {
-    fields.choice("align", text.align, all(alignWords));
-    fields.choice("fit", text.fit, all(fitWords));
+    fields.choice("align", text.align, wordList(alignWords));
+    fields.choice("fit", text.fit, wordList(fitWords));
     readWrap(fields, text.width, text.height, text.leading);
     fields.flag("middle", text.middle);
     fields.flag("vertical", text.vertical);
@@ -303,8 +280,8 @@ void FormParts::readCell(const TomlNode &node, FormTable &table, FormTableCell &
     fields.number("x", cell.x, 0, paperWidth());
     readWrap(fields, cell.width, cell.height, cell.leading);
     readSize(fields, cell.points);
-    fields.choice("align", cell.align, all(alignWords));
-    fields.choice("fit", cell.fit, all(fitWords));
+    fields.choice("align", cell.align, wordList(alignWords));
+    fields.choice("fit", cell.fit, wordList(fitWords));
     if (isLabel)
         fields.integer("grey", table.labelGrey, 0, 255);
     checkAcross(fields, cell.x, cell.width, cell.align);
@@ -359,80 +336,6 @@ FormTable FormParts::table(const TomlNode &node)
     checkAcross(fields, table.place.x, table.width, Align::Left);
     fields.finish();
     return table;
-}
-
-FormColumn FormParts::column(const TomlNode &node)
-{
-    FormColumn column;
-    FormFields fields(node, m_faults);
-    fields.require({"x"});
-    readSource(fields, column.source, Wanted::Anything, true);
-    fields.text("heading", column.heading);
-    fields.number("x", column.x, 0, paperWidth());
-    fields.number("width", column.width, 0, paperWidth());
-    fields.choice("align", column.align, all(alignWords));
-    if (column.align == Align::Right)
-        column.fit = FormFit::Shrink; // a number is never broken
-    fields.choice("fit", column.fit, all(fitWords));
-    checkAcross(fields, column.x, column.width, column.align);
-    fields.finish();
-    return column;
-}
-
-void FormParts::checkRows(FormFields &fields, const FormBody &body, const FormRows &rows) const
-{
-    if (rows.y + rows.count * body.pitch > paperHeight() + slack)
-        fields.fault("rows", u"明細の行が用紙の下端からはみ出しています。"_s);
-}
-
-void FormParts::readFurther(FormFields &fields, FormBody &body)
-{
-    const TomlNode *node = fields.table("further");
-    if (!node)
-        return;
-    FormFields own(*node, m_faults);
-    body.further = body.first;
-    own.number("y", body.further->y, 0, paperHeight());
-    own.integer("rows", body.further->count, 1, 1000);
-    checkRows(own, body, *body.further);
-    own.finish();
-}
-
-void FormParts::readBodyRules(FormFields &fields, FormBody &body)
-{
-    fields.number("left", body.left, 0, paperWidth());
-    fields.number("right", body.right, 0, paperWidth());
-    fields.number("heading_height", body.headingHeight, 0, paperHeight());
-    fields.number("heading_size", body.headingPoints, smallestFormType, largestFormType);
-    fields.integer("heading_grey", body.headingGrey, 0, 255);
-    fields.number("frame", body.frame, 0, thickestLine);
-    fields.number("divider", body.divider, 0, thickestLine);
-    fields.numbers("dividers", body.dividers, 0, paperWidth());
-    fields.number("rule", body.rule, 0, thickestLine);
-    fields.integer("rule_grey", body.ruleGrey, 0, 255);
-}
-
-FormBody FormParts::body(const TomlNode &node)
-{
-    FormBody body;
-    FormFields fields(node, m_faults);
-    fields.require({"y", "pitch", "rows", "column"});
-    fields.number("y", body.first.y, 0, paperHeight());
-    fields.number("pitch", body.pitch, 1, paperHeight());
-    body.first.count = 1;
-    fields.integer("rows", body.first.count, 1, 1000);
-    readType(fields, body.type);
-    body.smallest = std::min(body.smallest, body.type.points);
-    fields.number("smallest", body.smallest, smallestFormType, largestFormType);
-    fields.number("leading", body.leading, 1, mostLeading);
-    fields.integer("lines_in_row", body.linesInRow, 1, 10);
-    readShift(fields, body.shift);
-    readFurther(fields, body);
-    readBodyRules(fields, body);
-    checkRows(fields, body, body.first);
-    fields.tables("column", [&](const TomlNode &child) { body.columns.push_back(column(child)); });
-    fields.finish();
-    return body;
 }
 
 } // namespace printing

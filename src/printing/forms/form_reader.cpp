@@ -1,11 +1,11 @@
 #include "printing/forms/form_reader.h"
 
 #include "printing/forms/form_parts.h"
+#include "printing/forms/form_words.h"
 
 #include <QStringList>
 
 #include <algorithm>
-#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -16,13 +16,11 @@ namespace
 {
 
 constexpr qsizetype mostFaultsTold = 5;
+constexpr qsizetype mostLetters = 500; // of one fault, which quotes the file
 
 // Labels to continuous forms, millimetres.
 constexpr double smallestPaper = 20;
 constexpr double largestPaper = 1000;
-
-constexpr std::array<std::pair<const char16_t *, Origin>, 2> originWords{
-    {{u"paper", Origin::PaperEdge}, {u"printable", Origin::PrintableArea}}};
 
 class FormReader
 {
@@ -73,8 +71,7 @@ private:
 
     void readPaper(FormFields &fields)
     {
-        fields.choice("origin", m_form.origin,
-                      std::span<const std::pair<const char16_t *, Origin>>(originWords));
+        fields.choice("origin", m_form.origin, wordList(originWords));
         const TomlNode *node = fields.table("paper");
         if (!node)
             return;
@@ -136,7 +133,7 @@ private:
     FormParts m_parts;
 };
 
-QString told(FormFaults faults, const QString &fileName)
+QString told(std::vector<TomlFault> faults, const QString &fileName)
 {
     std::stable_sort(faults.begin(), faults.end(),
                      [](const TomlFault &a, const TomlFault &b) { return a.line < b.line; });
@@ -146,7 +143,7 @@ QString told(FormFaults faults, const QString &fileName)
             lines << u"ほかに %1 か所あります。"_s.arg(qsizetype(faults.size()) - mostFaultsTold);
             break;
         }
-        lines << u"%1:%2: %3"_s.arg(fileName).arg(fault.line).arg(fault.text);
+        lines << u"%1:%2: %3"_s.arg(fileName).arg(fault.line).arg(fault.text.left(mostLetters));
     }
     return lines.join(u'\n');
 }
@@ -155,13 +152,13 @@ QString told(FormFaults faults, const QString &fileName)
 
 base::Result<Form> readForm(const QByteArray &content, const QString &fileName, const FormItems &items)
 {
-    TomlFile file = readToml(content);
+    const TomlFile file = readToml(content);
     if (!file.faults.empty())
-        return base::Error{told(std::move(file.faults), fileName)};
+        return base::Error{told(file.faults, fileName)};
     FormFaults faults;
     Form form = FormReader(items, faults).read(file.root);
-    if (!faults.empty())
-        return base::Error{told(std::move(faults), fileName)};
+    if (!faults.all().empty())
+        return base::Error{told(faults.all(), fileName)};
     return form;
 }
 

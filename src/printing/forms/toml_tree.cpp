@@ -68,21 +68,34 @@ TomlNode nodeOf(const toml::node &node)
     return result;
 }
 
-/// The line of the first bytes that are not UTF-8; 0 where all are.
-int lineOfForeignBytes(const QByteArray &content)
+/// The first line, counted from 1, of which \a fault holds; 0 where there is none.
+template <class Fault>
+int firstLine(const QByteArray &content, Fault fault)
 {
     int line = 1;
     for (const QByteArray &bytes : content.split('\n')) {
-        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString decoded = decoder(bytes);
-        if (decoder.hasError())
+        if (fault(bytes))
             return line;
         ++line;
     }
     return 0;
 }
 
-TomlFile fault(int line, const QString &text)
+bool isForeign(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString decoded = decoder(bytes);
+    return decoder.hasError();
+}
+
+// A key of so many parts ("a.a.a…") would nest its tables without end, which the parser does not bound.
+bool isEndlessKey(const QByteArray &bytes)
+{
+    constexpr qsizetype mostPoints = 200;
+    return bytes.count('.') > mostPoints;
+}
+
+TomlFile faultAt(int line, const QString &text)
 {
     TomlFile file;
     file.faults.push_back({line, text});
@@ -94,14 +107,16 @@ TomlFile fault(int line, const QString &text)
 TomlFile readToml(const QByteArray &content)
 {
     if (content.size() > largestFile)
-        return fault(1, u"ファイルが大きすぎます（1 MB まで）。"_s);
-    if (const int line = lineOfForeignBytes(content); line > 0)
-        return fault(line, u"文字コードが UTF-8 ではありません。UTF-8 で保存し直してください。"_s);
+        return faultAt(1, u"ファイルが大きすぎます（1 MB まで）。"_s);
+    if (const int line = firstLine(content, isForeign); line > 0)
+        return faultAt(line, u"文字コードが UTF-8 ではありません。UTF-8 で保存し直してください。"_s);
+    if (const int line = firstLine(content, isEndlessKey); line > 0)
+        return faultAt(line, u"1 行に点（.）が多すぎます。"_s);
     const toml::parse_result result =
         toml::parse(std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
     if (!result)
-        return fault(std::max(1, static_cast<int>(result.error().source().begin.line)),
-                     u"書き方が正しくありません（%1）。"_s.arg(textOf(result.error().description())));
+        return faultAt(std::max(1, static_cast<int>(result.error().source().begin.line)),
+                       u"書き方が正しくありません（%1）。"_s.arg(textOf(result.error().description())));
     TomlFile file;
     file.root = nodeOf(result.table());
     return file;

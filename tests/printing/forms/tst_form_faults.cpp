@@ -149,6 +149,8 @@ void TestFormFaults::damagedFiles_data()
     QTest::newRow("Shift-JIS") << true << QByteArray("format = 1\n# ") + "\x94\x5b\x95\x69\x8f\x91" // 納品書
                                << u"own.toml:2: 文字コードが UTF-8 ではありません。"_s;
     QTest::newRow("zeros") << true << QByteArray(100, '\0') << u"own.toml:1: "_s;
+    QTest::newRow("key of endless parts")
+        << true << sound + QByteArray("a.").repeated(300000) + "a = 1" << u"own.toml:28: "_s;
     for (const int depth : {40, 500, 200000})
         QTest::addRow("nested %d deep", depth)
             << true << sound + "deep = " + QByteArray(depth, '[') + QByteArray(depth, ']')

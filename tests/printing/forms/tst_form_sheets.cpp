@@ -219,6 +219,20 @@ private slots:
         const Sheet sheet = formSheets(formOf(content), valuesOf({})).front();
         QCOMPARE(textsOf(sheet).join(u'|'), printed);
     }
+
+    void aTextIsSetAsItsKeysTell()
+    {
+        const QByteArray content = head + paper +
+                                   "[[text]]\nitem = \"宛先\"\nx = 150\ny = 10\nsize = 24\nbold = true\n"
+                                   "font = \"ＭＳ ゴシック\"\nvertical = true\npair_digits = true\n"
+                                   "width = 60\nalign = \"center\"\n";
+        const TextItem item = formSheets(formOf(content), valuesOf({})).front().texts.front();
+        QVERIFY(item.vertical && item.pairedDigits && item.bold);
+        QCOMPARE(item.align, Align::Centre);
+        QCOMPARE(item.points, 24.0);
+        QCOMPARE(item.room, twipsFromMillimetres(60));
+        QCOMPARE(item.face, u"ＭＳ ゴシック"_s);
+    }
 };
 
 QTEST_APPLESS_MAIN(TestFormSheets)
