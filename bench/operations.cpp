@@ -240,8 +240,8 @@ private:
                         return opened;
                     auto &grid = control<QTableView>(*screen, "DataGrid1");
                     return secondsOf([&] {
-                        QKeyEvent press(QEvent::KeyPress, *action.key, action.modifiers);
-                        QCoreApplication::sendEvent(&grid, &press);
+                        QKeyEvent event(QEvent::KeyPress, *action.key, action.modifiers);
+                        QCoreApplication::sendEvent(&grid, &event);
                         settle();
                     });
                 });

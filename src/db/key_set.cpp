@@ -188,7 +188,11 @@ base::Result<bool> KeySet::isWalkable() const
     });
 }
 
-KeySet::Limits KeySet::limits() const { return {static_cast<std::size_t>(m_pace.firstRows), m_pace.time}; }
+// Opening may try twice.
+KeySet::Limits KeySet::firstLimits() const
+{
+    return {static_cast<std::size_t>(m_pace.firstRows), m_pace.time / 2};
+}
 
 base::Status KeySet::begin(const Query &query)
 {
@@ -214,10 +218,10 @@ base::Status KeySet::open(const Query &query, End end)
         return walkable.error();
     if (*walkable)
         return readFirst(end);
-    const auto all = read({}, End::Last, Filter::InWhere, {SIZE_MAX, std::nullopt});
+    const auto all = m_connection->integers(query.selecting(query.key()), query.values);
     if (!all)
         return all.error();
-    take(End::Last, *all);
+    m_keys.assign(all->cbegin(), all->cend());
     return {};
 }
 
@@ -227,12 +231,12 @@ base::Status KeySet::readFirst(End end)
 {
     (end == End::First ? m_last : m_first).ended = false;
     const End onwards = end == End::First ? End::Last : End::First;
-    const auto found = read({}, onwards, Filter::InWhere, limits());
+    const auto found = read({}, onwards, Filter::InWhere, firstLimits());
     if (!found)
         return found.error();
     take(onwards, *found);
     while (count() < 2 && !hasEnd(onwards)) {
-        const auto more = readOn(onwards, limits());
+        const auto more = readOn(onwards, firstLimits());
         if (!more)
             return more.error();
         take(onwards, *more);
@@ -255,7 +259,7 @@ base::Result<bool> KeySet::openAround(const Query &query, qint64 key)
     m_keys.push_back(key);
     m_first = m_last = Edge{placeOf(row), false};
     for (const End end : {End::First, End::Last}) {
-        const auto found = readOn(end, limits());
+        const auto found = readOn(end, firstLimits());
         if (!found)
             return found.error();
         take(end, *found);

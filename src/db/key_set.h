@@ -99,7 +99,7 @@ private:
     base::Result<bool> isWalkable() const;
     base::Status begin(const Query &query);
     base::Status readFirst(End end);
-    [[nodiscard]] Limits limits() const;
+    [[nodiscard]] Limits firstLimits() const;
     void watchChanges();
 
     Connection *m_connection;
