@@ -238,10 +238,10 @@ private:
                     });
                     if (!action.key)
                         return opened;
-                    auto &grid = control<QTableView>(*screen, "DataGrid1");
+                    auto *grid = screen->template findChild<QTableView *>(u"DataGrid1"_s);
                     return secondsOf([&] {
                         QKeyEvent event(QEvent::KeyPress, *action.key, action.modifiers);
-                        QCoreApplication::sendEvent(&grid, &event);
+                        QCoreApplication::sendEvent(grid, &event);
                         settle();
                     });
                 });
