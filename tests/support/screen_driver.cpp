@@ -31,6 +31,10 @@ void ScreenDriver::show()
         lost(u"does not become active"_s);
 }
 
+QLineEdit &ScreenDriver::box(QAnyStringView name) { return the<QLineEdit>(name); }
+
+QComboBox &ScreenDriver::list(QAnyStringView name) { return the<QComboBox>(name); }
+
 QAbstractButton &ScreenDriver::button(QAnyStringView name)
 {
     auto &button = the<QAbstractButton>(name);

@@ -35,8 +35,8 @@ public:
             lost(QStringLiteral("no control ") + name.toString());
         return *found;
     }
-    QLineEdit &box(QAnyStringView name) { return the<QLineEdit>(name); }
-    QComboBox &list(QAnyStringView name) { return the<QComboBox>(name); }
+    QLineEdit &box(QAnyStringView name);
+    QComboBox &list(QAnyStringView name);
     /// A button that can be pressed.
     QAbstractButton &button(QAnyStringView name);
 

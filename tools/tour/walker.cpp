@@ -78,6 +78,12 @@ void Walker::visit(const QString &what, const std::function<void()> &trigger,
     m_where = before;
 }
 
+Hands Walker::on(QWidget &screen)
+{
+    QTest::qWait(0);
+    return Hands(&screen);
+}
+
 void Hands::lost(const QString &what) const { throw std::runtime_error(what.toStdString()); }
 
 void Walker::picture(QWidget &screen, const QString &name)

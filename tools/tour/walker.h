@@ -37,8 +37,8 @@ public:
     void visit(const QString &what, const std::function<void()> &trigger,
                const std::function<void(QDialog &)> &work);
 
-    /// The hands on \a screen. What cannot be done ends the visit.
-    [[nodiscard]] static Hands on(QWidget &screen) { return Hands(&screen); }
+    /// The hands on \a screen, once it has done what it was still to do. What cannot be done ends the visit.
+    [[nodiscard]] static Hands on(QWidget &screen);
 
     /// Saves the picture of \a screen.
     void picture(QWidget &screen, const QString &name);
