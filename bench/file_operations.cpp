@@ -30,7 +30,7 @@ QString compacted(const QString &fileName)
 // The whole command as the main window runs it, but for its boxes: the check, the compaction, the renaming.
 void repairWholly(const QString &fileName)
 {
-    db::FileRepair repair(fileName, compacted(fileName));
+    db::FileRepair repair(fileName);
     if (!repair.begin() || !repair.check(base::unwatched) || !repair.compact(base::unwatched) ||
         !repair.finish({}))
         qFatal("not repaired");

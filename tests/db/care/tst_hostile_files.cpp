@@ -128,7 +128,7 @@ QByteArray work(const QString &fileName, const QString &target)
         }
     }
     {
-        db::FileRepair repair(fileName, target);
+        db::FileRepair repair(fileName);
         const base::Status begun = repair.begin();
         const auto faults = begun ? repair.check(base::unwatched) : base::Result<int>(begun.error());
         note(faults, faults && *faults == 0 ? 's' : 'd');

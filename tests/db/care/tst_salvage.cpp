@@ -1,3 +1,4 @@
+#include "base/replacement.h"
 #include "db/care/backup.h"
 #include "db/care/file_repair.h"
 #include "db/care/salvage.h"
@@ -260,10 +261,11 @@ void TestSalvage::openElsewhere()
 {
     const QString file = m_shop.path(u"shop.cdb"_s);
     QVERIFY(m_shop.connection.open(file));
-    QVERIFY(!db::FileRepair(file, m_shop.path(u"Compact.cdb"_s)).begin());
-    QVERIFY(!db::replaceDatabase(m_shop.path(u"damaged.cdb"_s), file));
+    QVERIFY(!db::FileRepair(file).begin());
+    base::Replacement other(file);
+    QVERIFY(other.begin() && !db::replaceDatabase(other));
     m_shop.connection.close();
-    db::FileRepair repair(file, m_shop.path(u"Compact.cdb"_s));
+    db::FileRepair repair(file);
     QVERIFY(repair.begin());
     QVERIFY(!m_shop.connection.open(file));
     QCOMPARE(*repair.check(base::unwatched), 0);
@@ -274,7 +276,7 @@ void TestSalvage::foreignFileIsLeftAlone()
     const QString file = m_shop.path(u"letter.cdb"_s);
     const QByteArray letter = QByteArray("Dear Sir, ").repeated(2000);
     write(file, letter);
-    db::FileRepair repair(file, m_shop.path(u"Compact.cdb"_s));
+    db::FileRepair repair(file);
     QVERIFY(repair.begin());
     QVERIFY(*repair.check(base::unwatched) > 0);
     QVERIFY(!repair.salvage(base::unwatched));
