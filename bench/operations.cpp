@@ -14,6 +14,7 @@
 #include "slips/entry/frmOut.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QLocale>

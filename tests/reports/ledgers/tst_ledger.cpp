@@ -227,9 +227,9 @@ private slots:
         QCOMPARE(stock->lines.front().stocktake, 8.0);
         const auto stocktakes = reports::readStocktakes(shop.connection, {{1752, 9, 14}, {9999, 12, 31}});
         QCOMPARE(stocktakes->lines.size(), 1u);
-        const reports::LedgerTable shown = reports::stocktakeTable(*stocktakes, january);
-        QCOMPARE(shown.rows.back().at(3).toString(), u"日付のない棚卸 1 行（合計に含みません）"_s);
-        QCOMPARE(std::get<reports::SlipTarget>(shown.targets.back()).slip, 7);
+        const base::Report shown = reports::stocktakeReport(*stocktakes, january);
+        QCOMPARE(shown.rows.back().values.at(3).toString(), u"日付のない棚卸 1 行（合計に含みません）"_s);
+        QCOMPARE(shown.rows.back().link.value<reports::SlipTarget>().slip, 7);
     }
 
     void oddAmountsLeaveNoWrongSum_data()
