@@ -26,8 +26,10 @@ int digits(std::string_view text, std::size_t at, std::size_t count)
 
 bool isDay(std::string_view text)
 {
-    return text.size() == 10 && text[4] == '-' && text[7] == '-' &&
-           QDate::isValid(digits(text, 0, 4), digits(text, 5, 2), digits(text, 8, 2));
+    if (text.size() != 10 || text[4] != '-' || text[7] != '-')
+        return false;
+    const int year = digits(text, 0, 4);
+    return year > 0 && QDate::isValid(year, digits(text, 5, 2), digits(text, 8, 2));
 }
 
 void validDay(sqlite3_context *context, int /*count*/, sqlite3_value **arguments)

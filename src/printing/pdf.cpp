@@ -45,10 +45,10 @@ base::Status writePdf(const Document &document, const Look &look, const QString 
             return drawn;
     }
     base::Replacement file(fileName);
-    base::Status done = file.begin();
-    if (done)
-        done = writeWhole(file.name(), buffer.data());
-    return done ? file.finish() : done;
+    if (const base::Status begun = file.begin(); !begun)
+        return base::Error{u"PDF を保存できませんでした。"_s + begun.error().text};
+    const base::Status written = writeWhole(file.name(), buffer.data());
+    return written ? file.finish() : written;
 }
 
 base::Status writePdf(const workspace::Workspace &workspace, const Document &document,

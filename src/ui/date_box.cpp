@@ -44,7 +44,8 @@ void DateBox::showMark()
         colours.setColor(QPalette::Text, Qt::black);
     }
     setPalette(colours);
-    const QString remark = marked ? u"今日（%1）の日付ではありません。"_s.arg(m_usual.toString(u"yyyy/M/d"_s)) : QString();
+    const QString remark =
+        marked ? u"今日（%1）の日付ではありません。"_s.arg(m_usual.toString(u"yyyy/M/d"_s)) : QString();
     setToolTip(remark);
     setAccessibleDescription(remark);
 }

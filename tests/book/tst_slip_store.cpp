@@ -72,8 +72,10 @@ void addLine(FreshShop &shop, qint64 id, double amount, const QString &product =
 
 QStringList everything(FreshShop &shop)
 {
-    return shop.rows(u"SELECT ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考 FROM 入出庫マスター ORDER BY ID"_s) +
-           shop.rows(u"SELECT 明細ID, ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ ORDER BY 明細ID"_s) +
+    return shop.rows(
+               u"SELECT ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 備考 FROM 入出庫マスター ORDER BY ID"_s) +
+           shop.rows(
+               u"SELECT 明細ID, ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ ORDER BY 明細ID"_s) +
            shop.rows(u"SELECT 納品先ID, 更新日 FROM 納品先 ORDER BY 納品先ID"_s);
 }
 

@@ -1,6 +1,7 @@
 #include "book/tax.h"
 #include "support/fresh_shop.h"
 
+#include <QLocale>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -32,15 +33,17 @@ std::vector<book::TaxableAmount> amountsFrom(const QString &text)
 }
 
 // "8r: 3211+256=3467"
+QString plain(double value) { return QString::number(value, 'f', QLocale::FloatingPointShortest); }
+
 QString shown(const std::vector<book::RateTax> &taxes)
 {
     QStringList parts;
     for (const book::RateTax &tax : taxes) {
         parts << u"%1%2: %3+%4=%5"_s.arg(tax.rate)
                      .arg(tax.taxClass == GoodsTax::Food ? u"r"_s : QString())
-                     .arg(tax.net, 0, 'f', -1)
-                     .arg(tax.tax, 0, 'f', -1)
-                     .arg(tax.gross, 0, 'f', -1);
+                     .arg(plain(tax.net))
+                     .arg(plain(tax.tax))
+                     .arg(plain(tax.gross));
     }
     return parts.join(u", "_s);
 }

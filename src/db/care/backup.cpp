@@ -39,9 +39,10 @@ base::Status copyPages(sqlite3 *from, sqlite3 *to, const base::Progress &progres
         goesOn = progress(total - sqlite3_backup_remaining(backup), total);
     }
     sqlite3_backup_finish(backup);
-    if (code == SQLITE_DONE)
-        return {};
-    return goesOn ? errorFromCode(code, QString::fromUtf8(sqlite3_errstr(code))) : base::cancelled();
+    if (!goesOn)
+        return base::cancelled();
+    return code == SQLITE_DONE ? base::Status()
+                               : errorFromCode(code, QString::fromUtf8(sqlite3_errstr(code)));
 }
 
 base::Status writeCopy(sqlite3 *from, const QString &fileName, const base::Progress &progress)

@@ -221,8 +221,8 @@ void TestPurchaseList::printedAndExported()
     const auto list = listOf(shop, april);
     const base::Report report = reports::purchaseReport(list, april);
     QStringList printed;
-    for (const printing::TextItem &text :
-         printing::listSheets(report, {}, printing::paperFor(report)).front().texts)
+    const auto sheets = printing::listSheets(report, {}, printing::paperFor(report));
+    for (const printing::TextItem &text : sheets.front().texts)
         printed << text.text;
     const QStringList row{u"S01"_s,     u"仕入先1"_s, u"0"_s,       u"456"_s,     u"-456"_s,
                           u"123,456"_s, u"0"_s,       u"123,456"_s, u"123,000"_s, u"12,345"_s};
