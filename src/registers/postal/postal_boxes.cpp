@@ -128,9 +128,11 @@ QStringList PostalBoxes::addressesOfTypedCode()
     if (!code || !m_zip->isModified() || !m_address->text().isEmpty())
         return {};
     m_zip->setModified(false);
-    m_zip->setText(*code);
     const auto addresses = addressesOf(dataOf(m_workspace), *code);
-    return addresses ? *addresses : QStringList();
+    if (!addresses || addresses->isEmpty())
+        return {};
+    m_zip->setText(*code);
+    return *addresses;
 }
 
 void PostalBoxes::zipLeft()

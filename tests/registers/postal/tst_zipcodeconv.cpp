@@ -266,6 +266,10 @@ private slots:
         QCOMPARE(b.zip->text(), u"380-0824"_s);
         b.enter("address", u"桃源郷1"_s);
         QCOMPARE(b.zip->text(), u"380-0824"_s);
+        ui::prompts::expectAskCautiously(
+            u"郵便番号は「380-0824」ですが、この住所１の郵便番号は「380-0823」のようです。\n"
+            "「380-0823」に変更しますか。"_s,
+            true);
         b.enter("address", u"長野県長野市南千歳9"_s);
         QCOMPARE(b.zip->text(), u"380-0823"_s);
         // Passing through is no edit.
