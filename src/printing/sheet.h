@@ -20,6 +20,12 @@ constexpr double millimetresFromPoints(double points) { return points * 25.4 / 7
 
 enum class Align { Left, Centre, Right };
 
+/// The part of a text's length that lies before the point at which it is set.
+constexpr double shareBefore(Align align)
+{
+    return align == Align::Left ? 0.0 : align == Align::Centre ? 0.5 : 1.0;
+}
+
 /// One line of text. \a x is its left edge, centre or right edge; \a y the top of its em square. Of vertical
 /// text \a x is the middle of the column, and \a y its top, middle or bottom.
 struct TextItem

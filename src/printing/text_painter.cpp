@@ -20,8 +20,6 @@ constexpr double baselineShare = 0.88;
 
 constexpr qsizetype mostWidths = 20'000; // kept of one type; most texts of a long run are alike
 
-double shareBefore(Align align) { return align == Align::Left ? 0.0 : align == Align::Centre ? 0.5 : 1.0; }
-
 double squeezeInto(double room, double natural) { return room > 0 && natural > room ? room / natural : 1.0; }
 
 /// Turns the axes about the square's centre, where the painter stands, as \a form asks for.

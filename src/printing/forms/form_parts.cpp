@@ -2,6 +2,8 @@
 
 #include "printing/forms/form_words.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace printing
@@ -106,14 +108,14 @@ void FormParts::readType(FormFields &fields, FormType &type)
 
 void FormParts::readWrap(FormFields &fields, double &width, double &height, double &leading) const
 {
-    fields.number("width", width, 0, paperWidth());
+    fields.number("width", width, 0, std::max(paperWidth(), paperHeight())); // a vertical text's length
     fields.number("height", height, 0, paperHeight());
     fields.number("leading", leading, 1, mostLeading);
 }
 
 void FormParts::checkAcross(const FormFields &fields, double x, double width, Align align) const
 {
-    const double share = align == Align::Left ? 0 : align == Align::Centre ? 0.5 : 1;
+    const double share = shareBefore(align);
     if (x + width * (1 - share) > paperWidth() + slack)
         fields.fault("x", u"用紙の右端からはみ出しています。"_s);
     if (x - width * share < -slack)
@@ -132,8 +134,19 @@ void FormParts::readTextMeasures(FormFields &fields, FormText &text)
         fields.fault("fit", u"「fit = \"wrap\"」には「width」と「height」も書いてください。"_s);
     if (text.vertical && text.fit != FormFit::Squeeze)
         fields.fault("fit", u"縦書きでは「fit = \"squeeze\"」だけが使えます。"_s);
-    if (!text.vertical)
+    if (text.vertical)
+        checkDown(fields, text);
+    else
         checkAcross(fields, text.place.x, text.width, text.align);
+}
+
+void FormParts::checkDown(const FormFields &fields, const FormText &text) const
+{
+    const double share = shareBefore(text.align);
+    if (text.place.y + text.width * (1 - share) > paperHeight() + slack)
+        fields.fault("y", u"用紙の下端からはみ出しています。"_s);
+    if (text.place.y - text.width * share < -slack)
+        fields.fault("y", u"用紙の上端からはみ出しています。"_s);
 }
 
 void FormParts::readBeside(FormFields &fields, FormText &text)

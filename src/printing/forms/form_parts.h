@@ -55,6 +55,8 @@ private:
     /// Whether a text that is anchored at \a x stays on the paper.
     void checkAcross(const FormFields &fields, double x, double width, Align align) const;
 
+    void checkDown(const FormFields &fields, const FormText &text) const;
+
     [[nodiscard]] double paperWidth() const { return m_form.paper.readWidth(); }
     [[nodiscard]] double paperHeight() const { return m_form.paper.readHeight(); }
 

@@ -14,8 +14,6 @@ namespace
 
 constexpr double smallestType = 1; // points; what must fit gets as small as that
 
-double sharesLeft(Align align) { return align == Align::Left ? 0 : align == Align::Centre ? 0.5 : 1; }
-
 double middleOf(double top, double height, double points)
 {
     return top + (height - millimetresFromPoints(points)) / 2;
@@ -168,7 +166,7 @@ private:
         double width = text.width;
         if (text.besidePoints > 0) {
             const double taken = textWidth(formText(text.beside, m_record), text.besidePoints);
-            x -= taken * sharesLeft(text.align);
+            x -= taken * shareBefore(text.align);
             width = std::max(0.0, width - taken);
         }
         if (text.fit == FormFit::Wrap) {

@@ -122,6 +122,8 @@ void TestFormFaults::damagedFiles_data()
            "own.toml:23: 用紙の右端からはみ出しています。");
     damage("column beyond the left edge", "width = 100", "width = 100\nalign = \"right\"",
            "own.toml:23: 用紙の左端からはみ出しています。");
+    damage("vertical text off the paper", "font = \"ＭＳ ゴシック\"", "vertical = true\nwidth = 80",
+           "own.toml:10: 用紙の下端からはみ出しています。");
     damage("box off the paper", "[body]", "[[box]]\nx = 1\ny = 90\nwidth = 9\nheight = 11\n[body]",
            "own.toml:19: 用紙の下端");
     damage("format of a text", "item = \"宛先\"", "item = \"宛先\"\nformat = \"#,##0\"",
