@@ -36,7 +36,10 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
     m_ui->setupUi(this);
     m_ui->centralWidget->setStyleSheet(mainWindowStyle());
     m_commands = new CommandPanel(
-        *this, {m_ui->SSTab1, m_ui->dbcShain, m_ui->shortcuts, {m_ui->LblPrinterName, m_ui->Label19}});
+        *this, {m_ui->SSTab1,
+                m_ui->dbcShain,
+                m_ui->shortcuts,
+                {m_ui->LblPrinterName, m_ui->Label19, m_ui->Picture1, m_ui->Picture3, m_ui->Picture4}});
     m_maintenance = new FileMaintenance(
         workspace, m_session,
         [this](const QString &group, QWidget *widget, PanelSide side) {
