@@ -223,7 +223,7 @@ private slots:
     void aTextIsSetAsItsKeysTell()
     {
         const QByteArray content = head + paper +
-                                   "[[text]]\nitem = \"宛先\"\nx = 150\ny = 10\nsize = 24\nbold = true\n"
+                                   "[[text]]\nitem = \"宛先\"\nx = 150\ny = 60\nsize = 24\nbold = true\n"
                                    "font = \"ＭＳ ゴシック\"\nvertical = true\npair_digits = true\n"
                                    "width = 60\nalign = \"center\"\n";
         const TextItem item = formSheets(formOf(content), valuesOf({})).front().texts.front();
