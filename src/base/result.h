@@ -14,6 +14,7 @@ struct Error
     QString text;
     bool cancelled = false; // the clerk stopped it; nothing went wrong
     bool gone = false;      // what it was to be done to has been deleted meanwhile
+    bool changed = false;   // another program has changed that meanwhile
 };
 
 /// What long work returns when it was told to stop, after it left everything as it was.

@@ -59,7 +59,8 @@ base::Status stampCustomer(db::Connection &connection, qint64 customer, const QD
 base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
 {
     const auto inserted = connection.execute(
-        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) VALUES (?, ?, ?, ?, ?, ?)"_s,
+        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 版) "
+        "VALUES (?, ?, ?, ?, ?, ?, (SELECT 最終 FROM 版数))"_s,
         {header.id, text::stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate});
     return inserted.status();
 }
@@ -71,8 +72,8 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
     const QString places = QStringList(values.size(), u"?"_s).join(u", "_s);
     return db::atomically(connection, [&]() -> base::Status {
         const auto inserted =
-            connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u") SELECT ID, "_s + places +
-                                   u" FROM 入出庫マスター WHERE ID = ?"_s,
+            connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u", 版) SELECT ID, "_s + places +
+                                   u", (SELECT 最終 FROM 版数) FROM 入出庫マスター WHERE ID = ?"_s,
                                values + QVariantList{id});
         if (inserted && *inserted == 0)
             return gone(u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s);
@@ -162,7 +163,8 @@ base::Result<bool> slipExists(db::Connection &connection, qint64 id)
 base::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
 {
     return db::atomically(connection, [&]() -> base::Result<bool> {
-        const auto removed = connection.execute(
+        const auto removed = db::deleteRows(
+            connection,
             u"DELETE FROM 入出庫サブ WHERE 明細ID = (SELECT max(明細ID) FROM 入出庫サブ WHERE ID = ?)"_s,
             {id});
         if (!removed)
@@ -258,9 +260,10 @@ base::Result<bool> holdsTaxAlone(db::Connection &connection, const SavedHeader &
 base::Status deleteSlip(db::Connection &connection, qint64 id)
 {
     return db::atomically(connection, [&]() -> base::Status {
-        if (const auto lines = connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id}); !lines)
+        const auto lines = db::deleteRows(connection, u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id});
+        if (!lines)
             return lines.error();
-        return connection.execute(u"DELETE FROM 入出庫マスター WHERE ID = ?"_s, {id}).status();
+        return db::deleteRows(connection, u"DELETE FROM 入出庫マスター WHERE ID = ?"_s, {id}).status();
     });
 }
 

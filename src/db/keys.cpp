@@ -2,6 +2,7 @@
 
 #include "db/connection.h"
 #include "db/schema.h"
+#include "db/transaction.h"
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +22,25 @@ base::Result<qint64> nextKey(Connection &connection, const QString &table)
         return base::Error{u"番号が上限（2147483647）に達したため、「"_s + table +
                            u"」に追加できませんでした。"_s};
     return highest + 1;
+}
+
+base::Result<qint64> nextVersion(Connection &connection)
+{
+    const auto raised = connection.select(u"UPDATE 版数 SET 最終 = 最終 + 1 RETURNING 最終"_s);
+    if (!raised)
+        return raised.error();
+    if (raised->count() != 1)
+        return base::Error{u"データベースの版数を読み取れないため、保存できませんでした。「環境設定」の"
+                           "「データベースの再作成」で、新しいファイルに移せます。"_s};
+    return raised->rows.front().front().toLongLong();
+}
+
+base::Result<int> deleteRows(Connection &connection, const QString &statement, const QVariantList &values)
+{
+    return atomically(connection, [&]() -> base::Result<int> {
+        const auto raised = nextVersion(connection);
+        return raised ? connection.execute(statement, values) : raised.error();
+    });
 }
 
 } // namespace db

@@ -95,11 +95,21 @@ public:
     /// \a before where this one has any.
     base::Status updateWith(Recordset &other, const Step &before = {});
 
-    /// From now on a row is changed or deleted only when it is still as it was read: a row's key is given
-    /// again after its deletion, and without that check what another program put there would be hit.
-    void guardAgainstOthers() { m_guarded = true; }
-    /// Whether the current row is still in the file as it was read.
+    /// Whether the current row is still in the file as it was read. A row is changed or deleted only then:
+    /// its 版 is the same, and since companion programs do not raise that, so are the values; a new stamp of
+    /// 更新日 alone is no change. After a failure of that kind the error says `changed`.
     [[nodiscard]] base::Status checkAsRead() const;
+
+    /// A column in which the file and the row here are not alike.
+    struct Difference
+    {
+        QString column;
+        bool isEdited; // here; otherwise only another program changed it
+        QVariant mine; // as edited, or as it was read
+        QVariant theirs;
+    };
+    /// The columns of the current row in which the file is not as this record set would have it.
+    [[nodiscard]] base::Result<std::vector<Difference>> differences() const;
 
     /// Drops the edits of the current row.
     void revert();
@@ -178,6 +188,9 @@ private:
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
     [[nodiscard]] bool isText(int column) const;
     [[nodiscard]] QString shown(int column, const QVariant &value) const;
+    [[nodiscard]] base::Result<QVariantList> readCurrent() const;
+    [[nodiscard]] QString versionAsRead(QVariantList &values) const;
+    base::Status insert(const QVariantMap &values);
     base::Status write();
     void written();
     void setCurrent(int row);
@@ -197,7 +210,6 @@ private:
     QHash<int, QVariant> m_edits; // by column
     Step m_saver;
     Step m_leaving;
-    bool m_guarded = false;
     QStringList m_editable;
     CellReader m_reader;
     Decorator m_decorator;

@@ -1,6 +1,7 @@
 // Rows of a record set edited, written, added and removed.
 #include "db/keys.h"
 #include "db/recordset.h"
+#include "db/schema.h"
 #include "db/transaction.h"
 #include "text/numbers.h"
 
@@ -11,6 +12,19 @@ using namespace Qt::StringLiterals;
 
 namespace db
 {
+
+namespace
+{
+
+base::Error changedByOthers()
+{
+    return {
+        .text =
+            u"表示中のデータはほかのプログラムで変更されたため、変更できませんでした。表示を確認してから、もう一度実行してください。"_s,
+        .changed = true};
+}
+
+} // namespace
 
 QVariant Recordset::value(const QString &column) const
 {
@@ -76,7 +90,7 @@ base::Status Recordset::updateWith(Recordset &other, const Step &before)
         return update(before);
     const base::Status done = other.update([&] {
         if (!isDirty())
-            return m_guarded ? checkAsRead() : base::Status();
+            return checkAsRead();
         if (const base::Status prepared = before ? before() : base::Status(); !prepared)
             return prepared;
         return write();
@@ -94,24 +108,45 @@ base::Status Recordset::write()
         return base::Error{
             u"表示中のデータを読み取れなかったため、保存できませんでした。表示を確認してから、もう一度実行してください。"_s};
     }
-    if (const base::Status same = m_guarded ? checkAsRead() : base::Status(); !same)
-        return same;
+    if (const base::Status same = checkAsRead(); !same)
+        return same.error().gone ? base::Error{.text = u"表示中のデータはほかのプログラムで削除されたため、"
+                                                       "保存できませんでした。"_s,
+                                               .gone = true}
+                                 : same.error();
     QStringList assignments;
     QVariantList values;
     for (auto edit = m_edits.cbegin(); edit != m_edits.cend(); ++edit) {
         assignments << m_columns.at(edit.key()) + u" = ?"_s;
         values << edit.value();
     }
+    if (bearsVersion(m_query.table)) {
+        const auto version = nextVersion(m_connection);
+        if (!version)
+            return version.error();
+        assignments << u"版 = ?"_s;
+        values << *version;
+    }
     values << currentKey();
     const auto changed =
         m_connection.execute(u"UPDATE "_s + m_query.table + u" SET "_s + assignments.join(u", "_s) +
-                                 u" WHERE "_s + m_key + u" = ?"_s,
+                                 u" WHERE "_s + m_key + u" = ?"_s + versionAsRead(values),
                              values);
     if (!changed)
         return changed.error();
-    if (*changed == 0)
-        return base::Error{u"表示中のデータはほかのプログラムで削除されたため、保存できませんでした。"_s};
-    return {};
+    return *changed > 0 ? base::Status() : changedByOthers();
+}
+
+// The condition that the current row's 版 is as it was read; its value is put to \a values.
+QString Recordset::versionAsRead(QVariantList &values) const
+{
+    const int column = columnOf(u"版"_s);
+    if (column < 0)
+        return {};
+    const QVariant version = stored(m_current, column);
+    if (version.isNull())
+        return u" AND 版 IS NULL"_s;
+    values << version;
+    return u" AND 版 = ?"_s;
 }
 
 void Recordset::written()
@@ -120,7 +155,7 @@ void Recordset::written()
     refresh();
 }
 
-base::Status Recordset::checkAsRead() const
+base::Result<QVariantList> Recordset::readCurrent() const
 {
     const auto now = m_connection.select(u"SELECT "_s + m_query.columns + u" FROM "_s + m_query.table +
                                              u" WHERE "_s + m_key + u" = ?"_s,
@@ -128,13 +163,37 @@ base::Status Recordset::checkAsRead() const
     if (!now)
         return now.error();
     if (now->isEmpty())
-        return base::Error{u"表示中のデータはほかのプログラムで削除されたため、変更できませんでした。"_s};
+        return base::Error{.text =
+                               u"表示中のデータはほかのプログラムで削除されたため、変更できませんでした。"_s,
+                           .gone = true};
+    return now->rows.front();
+}
+
+base::Status Recordset::checkAsRead() const
+{
+    const auto now = readCurrent();
+    if (!now)
+        return now.error();
     for (int column = 0; column < columnCount(); ++column) {
-        if (now->rows.front().at(column) != stored(m_current, column))
-            return base::Error{
-                u"表示中のデータはほかのプログラムで変更されたため、変更できませんでした。表示を確認してから、もう一度実行してください。"_s};
+        if (m_columns.at(column) != u"更新日" && now->at(column) != stored(m_current, column))
+            return changedByOthers();
     }
     return {};
+}
+
+base::Result<std::vector<Recordset::Difference>> Recordset::differences() const
+{
+    const auto now = readCurrent();
+    if (!now)
+        return now.error();
+    std::vector<Difference> found;
+    for (int column = 0; column < columnCount(); ++column) {
+        const QString &name = m_columns.at(column);
+        const QVariant mine = m_edits.value(column, stored(m_current, column));
+        if (name != u"版" && name != u"更新日" && mine.toString() != now->at(column).toString())
+            found.push_back({name, m_edits.contains(column), mine, now->at(column)});
+    }
+    return found;
 }
 
 void Recordset::revert()
@@ -153,16 +212,9 @@ base::Result<qint64> Recordset::add(const QVariantMap &values)
         const auto key = nextKey(m_connection, m_query.table);
         if (!key)
             return key;
-        QStringList names{m_key};
-        QVariantList bound{*key};
-        for (auto value = values.cbegin(); value != values.cend(); ++value) {
-            names << value.key();
-            bound << value.value();
-        }
-        const auto done =
-            m_connection.execute(u"INSERT INTO "_s + m_query.table + u" ("_s + names.join(u", "_s) +
-                                     u") VALUES ("_s + placeholders(names.size()) + u")"_s,
-                                 bound);
+        QVariantMap row = values;
+        row.insert(m_key, *key);
+        const base::Status done = insert(row);
         return done ? key : done.error();
     });
     if (added)
@@ -173,17 +225,28 @@ base::Result<qint64> Recordset::add(const QVariantMap &values)
 base::Status Recordset::append(const QVariantMap &values)
 {
     const auto row = atomically(m_connection, [&]() -> base::Result<std::vector<qint64>> {
-        const auto added = m_connection.execute(u"INSERT INTO "_s + m_query.table + u" ("_s +
-                                                    QStringList(values.keys()).join(u", "_s) +
-                                                    u") VALUES ("_s + placeholders(values.size()) + u")"_s,
-                                                values.values());
-        if (!added)
-            return added.error();
-        return m_connection.integers(u"SELECT last_insert_rowid()"_s);
+        const base::Status added = insert(values);
+        return added ? m_connection.integers(u"SELECT last_insert_rowid()"_s) : added.error();
     });
     if (row)
         inserted(row->front());
     return row.status();
+}
+
+// A row into the file, inside the transaction of the caller.
+base::Status Recordset::insert(const QVariantMap &values)
+{
+    QStringList names = values.keys();
+    QString places = placeholders(names.size());
+    if (bearsVersion(m_query.table)) {
+        names << u"版"_s;
+        places += u", (SELECT 最終 FROM 版数)"_s;
+    }
+    return m_connection
+        .execute(u"INSERT INTO "_s + m_query.table + u" ("_s + names.join(u", "_s) + u") VALUES ("_s +
+                     places + u')',
+                 values.values())
+        .status();
 }
 
 void Recordset::inserted(qint64 key)
@@ -207,17 +270,24 @@ base::Status Recordset::remove(const Step &before)
 {
     if (m_current < 0)
         return {};
+    bool isThere = true;
     const base::Status done = atomically(m_connection, [&]() -> base::Status {
-        if (const base::Status same = m_guarded ? checkAsRead() : base::Status(); !same)
+        if (const base::Status same = checkAsRead(); !same) {
+            isThere = !same.error().gone;
             return same;
+        }
         if (const base::Status prepared = before ? before() : base::Status(); !prepared)
             return prepared;
-        return m_connection
-            .execute(u"DELETE FROM "_s + m_query.table + u" WHERE "_s + m_key + u" = ?"_s, {currentKey()})
+        return deleteRows(m_connection, u"DELETE FROM "_s + m_query.table + u" WHERE "_s + m_key + u" = ?"_s,
+                          {currentKey()})
             .status();
     });
-    if (done)
+    if (done || !isThere) { // another program has done it already
         removed();
+        return {};
+    }
+    if (done.error().changed)
+        refresh(); // the clerk sees what the row has become
     return done;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
@@ -100,6 +101,13 @@ QString keyOf(const QString &table)
             return t.key;
     }
     return {};
+}
+
+bool bearsVersion(const QString &table)
+{
+    return std::ranges::any_of(tables(), [&table](const Table &candidate) {
+        return candidate.name == table && candidate.columns.contains(versionColumn);
+    });
 }
 
 // Where the name stands once, no comment and no quotation can hide another column of that name.

@@ -56,6 +56,9 @@ std::vector<Table> tablesDeclaredBy(const QByteArray &statements);
 /// The key column of \a table; empty when the table is unknown.
 QString keyOf(const QString &table);
 
+/// Whether the rows of \a table bear a 版.
+bool bearsVersion(const QString &table);
+
 /// The statements of schema.sql.
 QString schemaSql();
 

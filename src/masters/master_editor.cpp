@@ -1,5 +1,6 @@
 #include "masters/master_editor.h"
 
+#include "ui/both_versions.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -38,6 +39,7 @@ void MasterEditor::start(Controls controls)
     setWindowTitle(m_definition.caption);
     bindBoxes();
     openList();
+    m_rows.setSaver([this] { return store(); });
     connect(m_controls.add, &QPushButton::clicked, this, &MasterEditor::add);
     connect(m_controls.confirm, &QPushButton::clicked, this, &MasterEditor::confirm);
     connect(m_controls.cancel, &QPushButton::clicked, this, &MasterEditor::cancel);
@@ -130,17 +132,22 @@ void MasterEditor::remove()
     }
     if (m_rows.isEmpty() || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
         return;
-    if (!m_rows.remove())
+    if (const base::Status removed = m_rows.remove(); !removed) {
+        if (removed.error().changed)
+            tell(removed);
         return; // the row is still there to be seen
+    }
     entered(EditorStep::Deleted);
     if (m_rows.isEmpty())
         m_controls.add->setFocus();
 }
 
-bool MasterEditor::saveRow()
+base::Status MasterEditor::store()
 {
-    return !m_rows.isDirty() || (ui::WidthCheck::allFit(this) && tell(m_rows.update()));
+    return ui::saveBesideOthers(this, {&m_rows}, [this] { return m_rows.update(); });
 }
+
+bool MasterEditor::saveRow() { return !m_rows.isDirty() || (ui::WidthCheck::allFit(this) && tell(store())); }
 
 bool MasterEditor::mayClose()
 {
@@ -155,9 +162,11 @@ bool MasterEditor::mayClose()
         return true;
     std::optional<QString> reason = ui::WidthCheck::refusal(this);
     if (!reason) {
-        if (const base::Status saved = m_rows.update(); !saved)
+        if (const base::Status saved = store(); !saved)
             reason = saved.error().text;
     }
+    if (reason && reason->isEmpty())
+        return false;
     // The clerk must be able to leave, but what was entered is dropped only knowingly.
     if (reason && !ui::prompts::askCautiously(this, *reason + u"\n変更を取り消して閉じますか。"_s))
         return false;

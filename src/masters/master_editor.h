@@ -69,6 +69,7 @@ private:
     void cancel();
     void remove();
 
+    base::Status store();
     bool saveRow();
     void entered(EditorStep step);
     void showHint();

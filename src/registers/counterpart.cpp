@@ -50,11 +50,7 @@ base::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
             rows.setValue(value.key(), value.value());
         return saved;
     }
-    // The saved row was read anew, where that was possible, with what another program changed in it
-    // meanwhile.
-    if (!rows.value(db::keyOf(rows.table())).isNull())
-        rows.setValue(keyColumn, keyOf(rows));
-    return rows.update();
+    return {};
 }
 
 } // namespace registers

@@ -110,9 +110,10 @@ base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
         if (!key)
             return key;
         const QString date = text::stored(today);
-        const auto added = connection.execute(
-            u"INSERT INTO 納品先 (納品先ID, 登録日, 更新日, 元帳出力, 消費税区分) VALUES (?, ?, ?, 0, 0)"_s,
-            {*key, date, date});
+        const auto added =
+            connection.execute(u"INSERT INTO 納品先 (納品先ID, 登録日, 更新日, 元帳出力, 消費税区分, 版) "
+                               "VALUES (?, ?, ?, 0, 0, (SELECT 最終 FROM 版数))"_s,
+                               {*key, date, date});
         return added ? key : added.error();
     });
 }
@@ -158,14 +159,22 @@ base::Status saveCustomer(db::Recordset &customers, const QDate &today)
 
 base::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)
 {
-    const auto changed = connection.execute(u"UPDATE 納品先 SET 区分ID = ? WHERE 納品先ID = ?"_s,
-                                            {category, customers.currentKey()});
-    if (!changed)
-        return changed.error();
-    if (*changed == 0)
+    const base::Status saved = db::atomically(connection, [&]() -> base::Status {
+        if (const base::Status same = customers.checkAsRead(); !same)
+            return same;
+        const auto version = db::nextVersion(connection);
+        if (!version)
+            return version.error();
+        return connection
+            .execute(u"UPDATE 納品先 SET 区分ID = ?, 版 = ? WHERE 納品先ID = ?"_s,
+                     {category, *version, customers.currentKey()})
+            .status();
+    });
+    if (saved || saved.error().changed)
+        customers.refresh();
+    if (!saved && saved.error().gone)
         return base::Error{u"表示中の納品先はほかのプログラムで削除されたため、保存できませんでした。"_s};
-    customers.refresh();
-    return {};
+    return saved;
 }
 
 base::Result<bool> codeIsShared(db::Connection &connection, const db::Recordset &customers)

@@ -2,6 +2,7 @@
 
 #include "registers/lists/customer_deletion.h"
 #include "text/numbers.h"
+#include "ui/both_versions.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -80,7 +81,8 @@ bool RegisterScreen::leaveBrowsing()
     const auto failure = trySave();
     if (!failure)
         return true;
-    if (!ui::prompts::askCautiously(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
+    if (failure->text.isEmpty() ||
+        !ui::prompts::askCautiously(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
         focusColumn(failure->column);
         return false;
     }
@@ -144,7 +146,7 @@ std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
         return m_failure;
     }
     const qint64 key = m_rows.currentKey();
-    const base::Status stored = store();
+    const base::Status stored = ui::saveBesideOthers(this, {&m_rows}, [this] { return store(); });
     if (stored)
         m_savedKey = key;
     else
@@ -165,7 +167,7 @@ bool RegisterScreen::leaveRow() { return !m_rows.isDirty() || save(); }
 
 void RegisterScreen::tellFailure()
 {
-    if (!m_failure)
+    if (!m_failure || m_failure->text.isEmpty())
         return;
     ui::prompts::inform(this, m_failure->text, m_failure->title);
     focusColumn(m_failure->column);

@@ -32,7 +32,7 @@ protected:
     /// A refused or failed saving, as it is told.
     struct Failure
     {
-        QString text;
+        QString text; // empty: nothing more is to be told
         QString title;
         QString column; // the box that the cursor goes to; empty: it stays
     };

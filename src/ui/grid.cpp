@@ -120,7 +120,7 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
             return;
         const base::Status moved = m_recordset->moveTo(now.row());
         followRecordset(m_recordset->currentRow());
-        if (!moved && m_refused)
+        if (!moved && m_refused && !moved.error().text.isEmpty())
             m_refused(moved.error().text);
     });
     // A header forgets its columns with every new statement.

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QQueue>
 #include <QStringList>
 
@@ -13,7 +14,7 @@ namespace ui::prompts
 namespace
 {
 
-enum class Kind { Inform, Ask, AskCautiously, AskToSave };
+enum class Kind { Inform, Ask, AskCautiously, AskToSave, AskWhichVersion };
 
 struct Expected
 {
@@ -130,6 +131,24 @@ Choice askToSave(QWidget *parent, const QString &text, const QString &title)
     }
 }
 
+Version askWhichVersion(QWidget *parent, const QString &text)
+{
+    if (script().running)
+        return static_cast<Version>(
+            scripted(Kind::AskWhichVersion, text, static_cast<int>(Version::Undecided)));
+    QMessageBox box(QMessageBox::Question, QString::fromUtf16(question), text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    const auto *mine = box.addButton(u"自分の入力を保存(&S)"_s, QMessageBox::AcceptRole);
+    const auto *theirs = box.addButton(u"ほかの変更を残す(&T)"_s, QMessageBox::DestructiveRole);
+    QPushButton *back = box.addButton(u"編集に戻る(&B)"_s, QMessageBox::RejectRole);
+    box.setDefaultButton(back);
+    box.setEscapeButton(back);
+    box.exec();
+    if (box.clickedButton() == mine)
+        return Version::Mine;
+    return box.clickedButton() == theirs ? Version::Theirs : Version::Undecided;
+}
+
 void beginScript() { script().running = true; }
 
 void expectInform(const QString &text) { script().expected.enqueue({Kind::Inform, text, 0}); }
@@ -147,6 +166,11 @@ void expectAskCautiously(const QString &text, bool yes, const QString &remark)
 void expectAskToSave(const QString &text, Choice choice)
 {
     script().expected.enqueue({Kind::AskToSave, text, static_cast<int>(choice)});
+}
+
+void expectAskWhichVersion(const QString &text, Version version)
+{
+    script().expected.enqueue({Kind::AskWhichVersion, text, static_cast<int>(version)});
 }
 
 QString takeUnexpected()

@@ -38,6 +38,12 @@ enum class Choice { Save, Discard, Cancel };
 /// Asks whether edits are to be saved before they are left.
 Choice askToSave(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(question));
 
+enum class Version { Mine, Theirs, Undecided };
+
+/// Asks which of two versions of a row is to stay: what was typed here, or what another program saved
+/// meanwhile. Enter and Esc alone leave it undecided.
+Version askWhichVersion(QWidget *parent, const QString &text);
+
 // --- For tests ---
 
 /// Puts all boxes under script until the process ends: none is shown any more.
@@ -48,6 +54,7 @@ void expectAsk(const QString &text, bool yes, const QString &remark = {});
 /// As expectAsk() for a question that Enter alone must not say Yes to.
 void expectAskCautiously(const QString &text, bool yes, const QString &remark = {});
 void expectAskToSave(const QString &text, Choice choice);
+void expectAskWhichVersion(const QString &text, Version version);
 /// What did not go by the script since the last call: boxes nobody expected, and expected ones that never
 /// came. Empty when all went as scripted. Clears the script.
 QString takeUnexpected();

@@ -56,7 +56,7 @@ void Screen::setUp()
 
 bool Screen::tell(const base::Status &status)
 {
-    if (!status)
+    if (!status && !status.error().text.isEmpty())
         prompts::inform(this, status.error().text);
     return bool(status);
 }

@@ -33,7 +33,7 @@ protected:
     /// Whether the screen may close now; a screen settles here what is unsaved.
     virtual bool mayClose() { return true; }
 
-    /// Tells the error of a failed action. \return whether the action was done
+    /// Tells the error of a failed action, where it has a text. \return whether the action was done
     bool tell(const base::Status &status);
 
     workspace::Workspace &workspace() const { return m_workspace; }

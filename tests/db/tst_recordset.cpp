@@ -25,6 +25,9 @@ private slots:
     void linesWithoutAKeyStayInOrder();
     void numbersFromText();
     void rowsThatAnotherProgramDeleted();
+    void rowsThatAnotherProgramChanged_data();
+    void rowsThatAnotherProgramChanged();
+    void aKeyGivenAgainIsAnotherRow();
     void unreadRowsAreNotSaved();
     void failedOpenKeepsWhatWasShown();
     void manyRowsAreReadInBlocks();
@@ -203,6 +206,72 @@ void TestRecordset::rowsThatAnotherProgramDeleted()
     QVERIFY(!saved);
     QVERIFY2(saved.error().text.contains(u"削除された"_s), qPrintable(saved.error().text));
     QCOMPARE(rows.text(u"社員名"_s), u"新"_s);
+}
+
+void TestRecordset::rowsThatAnotherProgramChanged_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<bool>("isConflict");
+    const auto row = [](const char *name, const QString &change, bool isConflict) {
+        QTest::newRow(name) << change << isConflict;
+    };
+    row("this program, another column", u"UPDATE 納品先 SET TEL1 = '2', 版 = 99"_s, true);
+    row("this program, back and forth", u"UPDATE 納品先 SET 版 = 99"_s, true);
+    row("a companion program, the edited column", u"UPDATE 納品先 SET 納品先名1 = '他'"_s, true);
+    row("a companion program, another column", u"UPDATE 納品先 SET メモ = NULL"_s, true);
+    row("a sale's stamp", u"UPDATE 納品先 SET 更新日 = '2026-04-02'"_s, false);
+    row("another row", u"UPDATE 納品先 SET TEL1 = '2', 版 = 99 WHERE 納品先ID = 2"_s, false);
+}
+
+void TestRecordset::rowsThatAnotherProgramChanged()
+{
+    QFETCH(QString, change);
+    QFETCH(bool, isConflict);
+    FreshShop shop;
+    shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, TEL1, メモ, 更新日, 版) VALUES "
+             "(1, '山田', '1', 'm', '2026-04-01', 7), (2, '林', '1', NULL, NULL, NULL)"_s);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open({.table = u"納品先"_s}));
+    rows.setValue(u"納品先名1"_s, u"私"_s);
+    db::Connection other;
+    QVERIFY(other.open(shop.path(u"shop.cdb"_s)));
+    QVERIFY(other.execute(change + (change.contains(u" WHERE "_s) ? QString() : u" WHERE 納品先ID = 1"_s)));
+    const base::Status saved = rows.update();
+    QCOMPARE(bool(saved), !isConflict);
+    if (isConflict) {
+        QVERIFY(saved.error().changed);
+        QCOMPARE(rows.text(u"納品先名1"_s), u"私"_s); // still here
+        const base::Status removed = rows.remove();
+        QVERIFY(!removed && removed.error().changed);
+        // The row is read anew now, and what was typed lies over it.
+        QVERIFY(rows.update());
+    }
+    QCOMPARE(shop.value(u"SELECT 納品先名1 FROM 納品先 WHERE 納品先ID = 1"_s).toString(), u"私"_s);
+    // Each saving gives the row the next number of the file, and the next one may follow.
+    QCOMPARE(shop.value(u"SELECT 版 FROM 納品先 WHERE 納品先ID = 1"_s),
+             shop.value(u"SELECT 最終 FROM 版数"_s));
+    rows.setValue(u"納品先名1"_s, u"再び"_s);
+    QVERIFY(rows.update());
+}
+
+// The row of another program that has the deleted one's key, and even its contents, is not the one that is
+// edited.
+void TestRecordset::aKeyGivenAgainIsAnotherRow()
+{
+    FreshShop shop;
+    db::Recordset mine(shop.connection);
+    db::Connection other;
+    QVERIFY(other.open(shop.path(u"shop.cdb"_s)));
+    db::Recordset theirs(other);
+    QVERIFY(mine.open({.table = u"社員"_s}) && mine.add());
+    mine.setValue(u"社員名"_s, u"木村"_s);
+    QVERIFY(theirs.open({.table = u"社員"_s}));
+    QVERIFY(theirs.remove());
+    QCOMPARE(*theirs.add(), 1);
+    const base::Status saved = mine.update();
+    QVERIFY(!saved && saved.error().changed);
+    QVERIFY(!mine.remove());
+    QCOMPARE(shop.rows(u"SELECT 社員名 FROM 社員"_s), QStringList{u"-"_s});
 }
 
 // What was made out of a row that only seems empty must not get into the file.

@@ -418,6 +418,25 @@ private slots:
         QCOMPARE(desk.stored(), QString());
     }
 
+    void anotherProgramChangesTheProduct()
+    {
+        Desk desk(cases.at(6));
+        desk.store({1});
+        QVERIFY(desk.open());
+        db::Connection other;
+        QVERIFY(other.open(desk.shop.path(u"shop.cdb"_s)));
+        desk.nameBox()->setText(u"mine"_s);
+        QVERIFY(other.execute(u"UPDATE 納品商品 SET 単価 = 120, 版 = 5"_s));
+        ui::prompts::expectAskWhichVersion({}, ui::prompts::Version::Undecided);
+        desk.screen->close();
+        QVERIFY(desk.screen->isVisible());
+        QCOMPARE(desk.nameBox()->text(), u"mine"_s);
+        ui::prompts::expectAskWhichVersion({}, ui::prompts::Version::Mine);
+        desk.screen->close();
+        QVERIFY(!desk.screen->isVisible());
+        QCOMPARE(desk.shop.rows(u"SELECT 商品名, 単価 FROM 納品商品"_s), QStringList{u"mine|120"_s});
+    }
+
     void columnsAndCaptionsOfTheirOwn()
     {
         Desk products(cases.at(6));

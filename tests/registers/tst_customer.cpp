@@ -219,6 +219,10 @@ private slots:
         QCOMPARE(customers.text(u"納品先名1"_s), u"山田"_s);
         shop.run(u"UPDATE 納品先 SET 納品先名1 = '鈴木', フリガナ = 'ｽｽﾞｷ'"_s);
         customers.setValue(u"TEL1"_s, u"03-1234-5678"_s);
+        const base::Status stale = registers::saveCustomer(customers, laterDay);
+        QVERIFY(!stale && stale.error().changed);
+        QCOMPARE(shop.rows(u"SELECT 納品先名1, 納品先名キー FROM 納品先"_s), QStringList{u"鈴木|-"_s});
+        customers.refresh();
         QVERIFY(registers::saveCustomer(customers, laterDay));
         QCOMPARE(shop.rows(u"SELECT 納品先名1, 納品先名キー FROM 納品先"_s),
                  QStringList{u"鈴木|鈴木  03-1234-5678 ｽｽﾞｷ"_s});

@@ -26,6 +26,7 @@ const QString notFound = u"検索した納品先は見つかりませんでし�
 const QString closeWithout = u"\n変更を保存せずに閉じますか？"_s;
 const QString entryOpen = u"入力中の納品先が登録されていません。登録しますか？"_s;
 const QString anyText;
+using ui::prompts::Version;
 
 // The register of a shop with two categories and, when wanted, three customers: 3 田中, 1 山田, 2 鈴木 in the
 // list's order.
@@ -110,6 +111,46 @@ private slots:
         QCOMPARE(r.box("txtName").text(), u"田中次郎"_s);
         QCOMPARE(r.list("dbcKubun").currentText(), u"得意先"_s);
         QVERIFY(r.the<QPushButton>("Command3").isEnabled());
+    }
+
+    void anotherProgramChangesTheCustomer_data()
+    {
+        QTest::addColumn<int>("version");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("mine") << int(Version::Mine) << u"田中　商店|03-9|田中商店 C3 03-9 ﾀﾅｶｼﾞﾛｳ"_s
+                              << u"田中　商店"_s;
+        QTest::newRow("theirs") << int(Version::Theirs) << u"田仲|03-9|田仲 C3 03-9"_s << u"田仲"_s;
+        QTest::newRow("Esc") << int(Version::Undecided) << u"田仲|03-9|田仲 C3 03-9"_s << u"田中　商店"_s;
+    }
+
+    void anotherProgramChangesTheCustomer()
+    {
+        QFETCH(int, version);
+        QFETCH(QString, stored);
+        QFETCH(QString, shown);
+        Register r;
+        db::Connection other;
+        QVERIFY(other.open(r.shop.path(u"shop.cdb"_s)));
+        r.type("txtName", u"田中　商店"_s);
+        QVERIFY(other.execute(u"UPDATE 納品先 SET 納品先名1 = '田仲', TEL1 = '03-9', "
+                              "納品先名キー = '田仲 C3 03-9' WHERE 納品先ID = 3"_s));
+        ui::prompts::expectAskWhichVersion(
+            u"表示中のデータは、編集している間にほかのプログラムで変更されました。どちらを残しますか。\n\n"
+            "納品先名1：自分の入力は「田中　商店」、ほかの変更は「田仲」\n"
+            "TEL1：「」がほかで「03-9」に変更（どちらを選んでも残ります）"_s,
+            Version(version));
+        r.goTo(1);
+        QCOMPARE(r.stored(u"納品先名1, TEL1, 納品先名キー"_s, 3), stored);
+        const bool isLeft = Version(version) != Version::Undecided;
+        QCOMPARE(r.grid().currentIndex().row(), isLeft ? 1 : 0);
+        r.goTo(0);
+        QCOMPARE(r.box("txtName").text(), shown);
+        if (!isLeft) { // what was typed is still there to be saved
+            ui::prompts::expectAskWhichVersion({}, Version::Mine);
+            r.goTo(1);
+            QCOMPARE(r.stored(u"納品先名1"_s, 3), u"田中　商店"_s);
+        }
     }
 
     void showsOneCustomerForAnotherScreen()

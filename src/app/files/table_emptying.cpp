@@ -1,6 +1,7 @@
 #include "app/files/table_emptying.h"
 
 #include "db/connection.h"
+#include "db/keys.h"
 #include "db/transaction.h"
 
 #include <algorithm>
@@ -68,7 +69,7 @@ base::Result<QString> emptyTables(db::Connection &connection, const QString &ite
 
     return db::atomically(connection, [&]() -> base::Result<QString> {
         for (const QString &statement : statements) {
-            if (const auto done = connection.execute(statement); !done)
+            if (const auto done = db::deleteRows(connection, statement); !done)
                 return done.error();
         }
         return message;

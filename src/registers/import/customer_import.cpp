@@ -155,8 +155,8 @@ QString insertStatement()
     for (const ImportField &field : importFields())
         columns << field.column;
     columns << u"納品先ID"_s << u"納品先名キー"_s << u"更新日"_s;
-    return u"INSERT INTO 納品先 (%1) VALUES (%2)"_s.arg(columns.join(u", "_s),
-                                                        QStringList(columns.size(), u"?"_s).join(u", "_s));
+    return u"INSERT INTO 納品先 (%1, 版) VALUES (%2, (SELECT 最終 FROM 版数))"_s.arg(
+        columns.join(u", "_s), QStringList(columns.size(), u"?"_s).join(u", "_s));
 }
 
 QVariantList rowOf(const ImportCandidate &candidate, qint64 key, const QString &today)

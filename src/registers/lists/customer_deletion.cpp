@@ -37,6 +37,8 @@ base::Result<int> deleteCustomers(db::Connection &connection, const std::vector<
                      condition.sql + u')';
     }
     return db::atomically(connection, [&]() -> base::Result<int> {
+        if (const auto raised = db::nextVersion(connection); !raised)
+            return raised.error();
         int deleted = 0;
         qint64 done = 0;
         for (const qint64 id : ids) {

@@ -28,10 +28,19 @@ constexpr std::size_t rowsAtOnce = 500;
 
 QString questionMarks(qsizetype count) { return u'(' + QStringList(count, u"?"_s).join(u", "_s) + u')'; }
 
+// The counter behind 版 is each file's own.
+QStringList columnsTaken(const db::Table &table)
+{
+    QStringList columns = table.columns;
+    columns.removeAll(QString::fromUtf16(db::versionColumn));
+    return columns;
+}
+
 base::Status insertRows(db::Connection &into, const db::Table &table, const db::Rows &rows)
 {
-    const QString statement = u"INSERT INTO "_s + table.name + u" ("_s + table.columns.join(u", "_s) +
-                              u") VALUES "_s + questionMarks(table.columns.size());
+    const QStringList columns = columnsTaken(table);
+    const QString statement = u"INSERT INTO "_s + table.name + u" ("_s + columns.join(u", "_s) +
+                              u") VALUES "_s + questionMarks(columns.size());
     for (const QVariantList &row : rows.rows) {
         if (const auto added = into.execute(statement, row); !added)
             return added.error();
@@ -42,7 +51,8 @@ base::Status insertRows(db::Connection &into, const db::Table &table, const db::
 base::Result<db::Rows> readRows(db::Connection &from, const db::Table &table, const QString &where = {},
                                 const QVariantList &values = {})
 {
-    return from.select(u"SELECT "_s + table.columns.join(u", "_s) + u" FROM "_s + table.name + where, values);
+    return from.select(u"SELECT "_s + columnsTaken(table).join(u", "_s) + u" FROM "_s + table.name + where,
+                       values);
 }
 
 base::Status copyMasters(db::Connection &from, db::Connection &into)

@@ -7,6 +7,7 @@
 #include "book/slip_store.h"
 #include "book/stored_values.h"
 #include "book/tax.h"
+#include "db/keys.h"
 #include "masters/name_lists.h"
 #include "text/dates.h"
 #include "text/numbers.h"
@@ -197,7 +198,7 @@ base::Result<bool> openSlipsOf(db::Recordset &headers, const book::SlipKind &kin
 
 base::Status openLines(db::Recordset &lines, qint64 id)
 {
-    return lines.open({.columns = u"ID, 商品名, 規格, 数量, 単位, 単価, 金額"_s,
+    return lines.open({.columns = u"ID, 商品名, 規格, 数量, 単位, 単価, 金額, 版"_s,
                        .table = u"入出庫サブ"_s,
                        .where = u"ID = ?"_s,
                        .values = {id}});
@@ -209,13 +210,11 @@ void makeHeadersEditable(db::Recordset &headers, db::Connection &connection, con
                         [&connection, kind](const QString &column, const QString &typed) {
                             return readHeaderCell(connection, kind, column, typed);
                         });
-    headers.guardAgainstOthers();
 }
 
 void makeLinesEditable(db::Recordset &lines)
 {
     lines.setEditable({u"商品名"_s, u"規格"_s, u"数量"_s, u"単位"_s, u"単価"_s, u"金額"_s}, readLineCell);
-    lines.guardAgainstOthers();
 }
 
 base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
@@ -232,7 +231,8 @@ base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::C
 base::Status deleteCurrentSlip(db::Recordset &headers, db::Connection &connection)
 {
     return headers.remove([&] {
-        return connection.execute(u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {headers.currentKey()}).status();
+        return db::deleteRows(connection, u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {headers.currentKey()})
+            .status();
     });
 }
 

@@ -7,6 +7,7 @@
 #include "slips/correction/correction_grids.h"
 #include "slips/correction/slip_correction.h"
 #include "slips/entry/counterpart_box.h"
+#include "ui/both_versions.h"
 #include "ui/cell_delegate.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -343,8 +344,11 @@ void SlipCorrectionScreen::tellLater(const QString &refusal)
 
 base::Status SlipCorrectionScreen::save()
 {
-    const base::Status done = saveCorrections(m_headers, m_lines, workspace().connection, m_description.kind);
-    if (!done) // a row is perhaps just being left; it is looked after when that is refused
+    const base::Status done = ui::saveBesideOthers(this, {&m_headers, &m_lines}, [this] {
+        return saveCorrections(m_headers, m_lines, workspace().connection, m_description.kind);
+    });
+    if (!done &&
+        !done.error().cancelled) // a row is perhaps just being left; it is looked after when that is refused
         QMetaObject::invokeMethod(this, &SlipCorrectionScreen::showAsStored, Qt::QueuedConnection);
     return done;
 }

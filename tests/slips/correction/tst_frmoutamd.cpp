@@ -398,6 +398,44 @@ private slots:
         QVERIFY(desk.screen->openSlip(1));
     }
 
+    void anotherProgramChangesTheSlip_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::newRow("the line") << u"UPDATE 入出庫サブ SET 単価 = 900 WHERE ID = 9 AND 商品名 = 'りんご'"_s;
+        QTest::newRow("a column that is not shown")
+            << u"UPDATE 入出庫サブ SET 税区分 = 1, 版 = 99 WHERE ID = 9"_s;
+        QTest::newRow("the header") << u"UPDATE 入出庫マスター SET 備考 = '至急' WHERE ID = 9"_s;
+    }
+
+    void anotherProgramChangesTheSlip()
+    {
+        QFETCH(QString, change);
+        Desk desk;
+        db::Connection other;
+        QVERIFY(other.open(desk.shop.path(u"shop.cdb"_s)));
+        desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+        QVERIFY(other.execute(change));
+        const QStringList theirs = desk.shop.book();
+        ui::prompts::expectAskWhichVersion({}, ui::prompts::Version::Undecided);
+        desk.driver.press("Command3");
+        QTest::qWait(1);
+        QCOMPARE(desk.shop.book(), theirs);
+        QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"3"_s);
+        ui::prompts::expectAskWhichVersion({}, ui::prompts::Version::Mine);
+        desk.driver.press("Command3");
+        QStringList both = theirs;
+        both.replaceInStrings(u"9|りんご|箱|2|"_s, u"9|りんご|箱|3|"_s);
+        QCOMPARE(desk.shop.book(), both);
+        // And the other way round.
+        desk.type(desk.lines(), 0, u"数量"_s, u"4"_s);
+        QVERIFY(other.execute(u"UPDATE 入出庫サブ SET 金額 = 1 WHERE ID = 9"_s));
+        ui::prompts::expectAskWhichVersion({}, ui::prompts::Version::Theirs);
+        desk.driver.press("Command3");
+        QCOMPARE(desk.shop.value(u"SELECT 数量 FROM 入出庫サブ WHERE ID = 9 AND 商品名 = 'りんご'"_s).toInt(),
+                 3);
+        QCOMPARE(Desk::cell(desk.lines(), 0, u"金額"_s).data().toString(), u"1"_s);
+    }
+
     void deletedCounterpart()
     {
         Desk desk;
