@@ -1,5 +1,8 @@
 #include "measuring.h"
 
+#include "db/file_header.h"
+#include "db/schema.h"
+
 #include "shop_maker.h"
 
 #include <QCoreApplication>
@@ -22,8 +25,10 @@ QString settingsFile() { return QDir::temp().filePath(u"kanbalore-bench.ini"_s);
 QString Shops::shop(int customers, int slips) const
 {
     const QString fileName = m_folder.filePath(u"shop-%1-%2.cdb"_s.arg(customers).arg(slips));
-    if (QFile::exists(fileName))
+    // One that an older version of the program made does not measure this one.
+    if (db::storedVersion(fileName) == db::schemaVersion)
         return fileName;
+    QFile::remove(fileName);
     m_folder.mkpath(u"."_s);
     // Under another name until it is complete, should the run be interrupted.
     const QString unfinished = fileName + u".new"_s;

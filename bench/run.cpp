@@ -3,6 +3,7 @@
 #include "conversion_operations.h"
 #include "file_operations.h"
 #include "form_operations.h"
+#include "migration_operations.h"
 #include "operations.h"
 #include "postal_operations.h"
 
@@ -41,6 +42,7 @@ int main(int argc, char *argv[])
     std::vector<bench::Row> rows = bench::registerOperations(shops);
     bench::registerConversion(QDir(folder), rows);
     bench::registerFileOperations(shops, rows);
+    bench::registerMigration(shops, rows);
     bench::registerPostalOperations(QDir(folder), rows);
     bench::registerFormOperations(rows);
     bench::TableReporter reporter(std::move(rows));

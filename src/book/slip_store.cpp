@@ -183,7 +183,7 @@ base::Result<bool> removeLastLine(db::Connection &connection, qint64 id)
 base::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader &saved)
 {
     const auto anothers = connection.integers(
-        u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND (伝票番号 IS NOT ? OR 相手先ID IS NOT ?)"_s,
+        u"SELECT ID FROM 入出庫マスター WHERE ID = ? AND (COALESCE(伝票番号, '') <> ? OR COALESCE(相手先ID, 0) <> ?)"_s,
         {saved.id, saved.number, saved.counterpart});
     if (!anothers)
         return anothers.error();

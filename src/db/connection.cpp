@@ -99,7 +99,7 @@ base::Status Connection::open(const QString &fileName)
     m_fileName = QFileInfo(fileName).absoluteFilePath();
     base::Status ready = checkLibrary();
     for (const auto check : {&Connection::configure, &Connection::checkVersion, &Connection::checkTables,
-                             &Connection::checkEdges}) {
+                             &Connection::checkCounter, &Connection::checkEdges}) {
         if (ready)
             ready = (this->*check)();
     }
@@ -247,6 +247,19 @@ base::Status Connection::checkDefinitions()
                            foreign->rows.front().front().toString() +
                            u"）が含まれているため、データベースを開けませんでした。"_s + rebuilding};
     return isOwn ? base::Status() : columnMissing(table, column);
+}
+
+// Without it no row could be told from what another program made of it.
+base::Status Connection::checkCounter()
+{
+    const auto counter = select(u"SELECT count(*) FROM 版数 WHERE typeof(最終) = 'integer' "
+                                "AND 最終 BETWEEN 0 AND 9007199254740992"_s);
+    if (!counter)
+        return counter.error();
+    return counter->rows.front().front().toInt() == 1
+               ? base::Status()
+               : base::Error{u"テーブル「版数」の内容が正しくないため、データベースを開けませんでした。"_s +
+                             rebuilding};
 }
 
 base::Status Connection::checkTables()

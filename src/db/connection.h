@@ -83,6 +83,7 @@ private:
     base::Status checkVersion();
     base::Status checkTables();
     base::Status checkDefinitions();
+    base::Status checkCounter();
     base::Status checkEdges();
 
     QString m_name; // of the QtSql connection

@@ -17,18 +17,19 @@ constexpr int mostCharacters = 40;
 
 QString shown(const QVariant &value)
 {
-    const QString text =
-        value.typeId() == QMetaType::Double ? text::formatPlain(value.toDouble()) : value.toString();
-    return u'「' + (text.size() > mostCharacters ? text.left(mostCharacters) + u'…' : text) + u'」';
+    const bool isNumber = value.typeId() == QMetaType::Double;
+    QString quoted = isNumber ? text::formatPlain(value.toDouble()) : value.toString();
+    if (quoted.size() > mostCharacters)
+        quoted = quoted.left(mostCharacters) + u'…';
+    return u"「%1」"_s.arg(quoted);
 }
 
 QString sentenceOn(const db::Recordset::Difference &difference)
 {
-    return difference.isEdited
-               ? u"%1：自分の入力は%2、ほかの変更は%3"_s.arg(difference.column, shown(difference.mine),
-                                                              shown(difference.theirs))
-               : u"%1：%2がほかで%3に変更（どちらを選んでも残ります）"_s.arg(
-                     difference.column, shown(difference.mine), shown(difference.theirs));
+    return difference.isEdited ? u"%1：自分の入力は%2、ほかの変更は%3"_s.arg(
+                                     difference.column, shown(difference.mine), shown(difference.theirs))
+                               : u"%1：%2がほかで%3に変更（どちらを選んでも残ります）"_s.arg(
+                                     difference.column, shown(difference.mine), shown(difference.theirs));
 }
 
 // Search keys are made of the other columns.

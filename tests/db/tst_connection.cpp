@@ -5,14 +5,11 @@
 #include "db/keys.h"
 #include "db/schema.h"
 #include "db/transaction.h"
+#include "support/ordinary_user.h"
 
 #include <QDir>
 #include <QRandomGenerator>
 #include <QTest>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
 
 #include <sqlite3.h>
 
@@ -43,38 +40,6 @@ QByteArray ownKind()
     const qsizetype from = schema.indexOf(u"種別 TEXT"_s);
     return schema.mid(from, schema.indexOf(u'\n', from) - from).toUtf8();
 }
-
-/// Takes the superuser's rights away for a while, to whom every file is writable; the files become the
-/// user's.
-class OrdinaryUser
-{
-public:
-    explicit OrdinaryUser(const QStringList &files)
-    {
-#ifdef Q_OS_UNIX
-        constexpr uid_t nobody = 65534;
-        if (::geteuid() != 0)
-            return;
-        for (const QString &file : files) {
-            if (::chown(QFile::encodeName(file).constData(), nobody, nobody) != 0)
-                qFatal("%s cannot be given away", qPrintable(file));
-        }
-        m_changed = ::seteuid(nobody) == 0;
-#endif
-    }
-    ~OrdinaryUser()
-    {
-#ifdef Q_OS_UNIX
-        if (m_changed && ::seteuid(0) != 0)
-            qFatal("the superuser's rights do not come back");
-#endif
-    }
-    OrdinaryUser(const OrdinaryUser &) = delete;
-    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
-
-private:
-    bool m_changed = false;
-};
 
 QByteArray contentsOf(const QString &fileName)
 {
@@ -180,6 +145,8 @@ void TestConnection::refusedFiles_data()
         << u"定義（種別）"_s;
     QTest::newRow("no kind") << redeclared("何か TEXT") << u"種別"_s;
     QTest::newRow("kind as plain text") << redeclared("種別 TEXT") << u"種別"_s;
+    QTest::newRow("empty counter") << changed("DELETE FROM 版数") << u"版数"_s;
+    QTest::newRow("counter at its end") << changed("UPDATE 版数 SET 最終 = 9223372036854775807") << u"版数"_s;
     QTest::newRow("no counter") << changed("DROP TABLE 版数") << u"版数"_s;
     QTest::newRow("cut off") << good.left(4096) << u""_s;
 }

@@ -2,6 +2,7 @@
 #include "db/migrations.h"
 #include "db/schema.h"
 #include "support/fresh_shop.h"
+#include "support/ordinary_user.h"
 #include "support/version_1.h"
 
 #include <QDir>
@@ -104,6 +105,8 @@ private slots:
     void theProgramsOwnListIsWhole();
     void version1KeepsEveryValue();
     void version1BecomesLikeANewFile();
+    void version1ThatCannotBeMovedStays_data();
+    void version1ThatCannotBeMovedStays();
     void oldFileIsMovedAndKept();
     void failureLeavesTheFile_data();
     void failureLeavesTheFile();
@@ -154,6 +157,54 @@ void TestMigration::version1BecomesLikeANewFile()
     makeVersion1(file);
     QVERIFY(db::migrate(file, today));
     QCOMPARE(definitionsIn(file), definitionsIn(shop.path(u"shop.cdb"_s)));
+}
+
+void TestMigration::version1ThatCannotBeMovedStays_data()
+{
+    QTest::addColumn<QString>("hindrance");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("damaged") << u"damaged"_s << u"壊れている"_s;
+    QTest::newRow("in use") << u"in use"_s << u"使用中"_s;
+    QTest::newRow("read-only") << u"read-only"_s << u"読み取り専用"_s;
+    QTest::newRow("a column that only another program had") << u"column"_s << u"処理に失敗した"_s;
+}
+
+void TestMigration::version1ThatCannotBeMovedStays()
+{
+    QFETCH(QString, hindrance);
+    QFETCH(QString, told);
+    QTemporaryDir folder;
+    const QString file = folder.filePath(u"shop.cdb"_s);
+    makeVersion1(file, version1Rows() +
+                           "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
+                           "INSERT INTO 入出庫サブ (ID, 商品名) SELECT 1, '商品' || i FROM n;" +
+                           (hindrance == u"column" ? "ALTER TABLE 納品先 ADD COLUMN 敬称 TEXT" : ""));
+    QFile bytes(file);
+    QVERIFY(bytes.open(QIODevice::ReadWrite));
+    if (hindrance == u"damaged") { // a page of lines in the middle
+        bytes.seek(bytes.readAll().indexOf("商品450") / 4096 * 4096);
+        bytes.write(QByteArray(4096, 'x'));
+    }
+    bytes.seek(0);
+    const QByteArray before = bytes.readAll();
+    bytes.close();
+    db::PlainHandle other;
+    if (hindrance == u"in use")
+        QVERIFY(other.open(file) && other.run("BEGIN EXCLUSIVE"));
+    base::Status moved;
+    {
+        const OrdinaryUser user({folder.path(), file});
+        if (hindrance == u"read-only")
+            QFile::setPermissions(file, QFile::ReadOwner);
+        moved = db::migrate(file, today);
+    }
+    QVERIFY(!moved);
+    QVERIFY2(moved.error().text.startsWith(u"古い版のデータベースを"_s) && moved.error().text.contains(told),
+             qPrintable(moved.error().text));
+    other.close();
+    QVERIFY(bytes.open(QIODevice::ReadOnly));
+    QCOMPARE(bytes.readAll(), before);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{u"shop.cdb"_s}); // no copy, no journal
 }
 
 void TestMigration::oldFileIsMovedAndKept()

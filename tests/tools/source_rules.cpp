@@ -186,6 +186,21 @@ QStringList checkNoSql(const Source &source)
     return findings;
 }
 
+QStringList checkEngines(const Source &source)
+{
+    if (source.path.startsWith(u"db/"_s))
+        return {};
+    static const QRegularExpression ofOneEngine(
+        uR"(\browid\b|\bIS (NOT )?\?|\b(date|datetime|strftime)\(|\bNOT INDEXED\b|\bINSERT OR\b|)"
+        uR"(\bINSERT INTO \S+ +(VALUES|SELECT)\b)"_s);
+    QStringList findings;
+    for (const Source::Literal &literal : source.literals) {
+        if (literal.text.contains(ofOneEngine))
+            findings += finding(source, literal.line, u"SQL of one engine outside db"_s);
+    }
+    return findings;
+}
+
 QStringList checkSlipSql(const Source &source)
 {
     if (source.path.startsWith(u"book/"_s) || source.path.startsWith(u"db/"_s))

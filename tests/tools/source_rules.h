@@ -50,6 +50,9 @@ QStringList checkNoWidgets(const Source &source, const QSet<QString> &widgetHead
 /// A screen holds no SQL.
 QStringList checkNoSql(const Source &source);
 
+/// SQL outside db/ is what more than one engine understands, and an INSERT names its columns.
+QStringList checkEngines(const Source &source);
+
 /// What a slip is stands in SQL in book/ alone: its kind by its letter, a line of tax by its name, a valid
 /// day.
 QStringList checkSlipSql(const Source &source);

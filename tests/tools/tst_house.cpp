@@ -92,6 +92,7 @@ private slots:
     void onlyTheWorkspaceHasAClock() { expectNone(checkAll(house::checkClock)); }
     void logicSeesNoWidgets();
     void screensHoldNoSql();
+    void everyEngineUnderstands() { expectNone(checkAll(house::checkEngines)); }
     void bookAloneKnowsSlips() { expectNone(checkAll(house::checkSlipSql)); }
     void formsAreInOrder();
 
@@ -182,6 +183,11 @@ void TestHouse::rulesFindFaults_data()
         {u"slip 1"_s, u"slip 2"_s});
     row("a slip's kind in the book", u"book/bill.cpp"_s, u"f(u\"WHERE 種別 IN (?)\"_s);"_s, {});
     row("a line of tax", u"reports/bill.cpp"_s, u"f(u\"商品名 = '消費税'\"_s);"_s, {u"slip 1"_s});
+    row("order of rows", u"book/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {u"engine 1"_s});
+    row("NULL or a value", u"book/a.cpp"_s, u"f(u\"相手先ID IS ?\"_s);"_s, {u"engine 1"_s});
+    row("SQLite's dates", u"book/a.cpp"_s, u"f(u\"date(日付) > 1\"_s);"_s, {u"engine 1"_s});
+    row("columns not named", u"book/a.cpp"_s, u"f(u\"INSERT INTO 単位 VALUES (1)\"_s);"_s, {u"engine 1"_s});
+    row("the same in db", u"db/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {});
     row("a heading", u"reports/bill.cpp"_s, u"f(u\"種別\"_s, u\"消費税\"_s);"_s, {});
     row("widget", u"book/tax.h"_s, u"#include <QString>\n#include <QLabel>"_s, {u"widget 2"_s});
     row("widget in a module", u"book/tax.h"_s, u"#include <QtWidgets/QLabel>"_s, {u"widget 1"_s});
@@ -205,6 +211,7 @@ void TestHouse::rulesFindFaults()
     note(u"clock"_s, house::checkClock(source));
     note(u"sql"_s, house::checkNoSql(source));
     note(u"slip"_s, house::checkSlipSql(source));
+    note(u"engine"_s, house::checkEngines(source));
     note(u"widget"_s, house::checkNoWidgets(source, {u"QLabel"_s}));
     QCOMPARE(found, faultyLines);
 }

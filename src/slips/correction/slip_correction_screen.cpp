@@ -347,8 +347,8 @@ base::Status SlipCorrectionScreen::save()
     const base::Status done = ui::saveBesideOthers(this, {&m_headers, &m_lines}, [this] {
         return saveCorrections(m_headers, m_lines, workspace().connection, m_description.kind);
     });
-    if (!done &&
-        !done.error().cancelled) // a row is perhaps just being left; it is looked after when that is refused
+    // A row is perhaps just being left; it is looked after when that is refused.
+    if (!done && !done.error().cancelled)
         QMetaObject::invokeMethod(this, &SlipCorrectionScreen::showAsStored, Qt::QueuedConnection);
     return done;
 }

@@ -5,9 +5,12 @@
 #include "app/main_window/companions.h"
 #include "app/main_window/frmAMain.h"
 #include "db/create.h"
+#include "db/file_header.h"
+#include "db/schema.h"
 #include "registers/postal/postal_index.h"
 #include "support/fresh_shop.h"
 #include "support/scripted_test.h"
+#include "support/version_1.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
@@ -62,6 +65,7 @@ private slots:
     void choiceOfTheDatabase();
     void applicationFolder_data();
     void applicationFolder();
+    void anOlderInitialFileIsReplaced();
     void fillingKeepsWhatIsThere();
     void sameFile_data();
     void sameFile();
@@ -197,6 +201,26 @@ void TestStartup::applicationFolder()
     QCOMPARE(folder.path, root.filePath(chosen));
     QCOMPARE(contentOf(folder.path + u"/Kanbalore.cdb"_s), "initial");
     QCOMPARE(contentOf(folder.path + u"/ZIPID1.txt"_s), "index");
+}
+
+// What someone may have filled in stays beside the new one.
+void TestStartup::anOlderInitialFileIsReplaced()
+{
+    QTemporaryDir root;
+    const FolderPlaces places{root.filePath(u"mine"_s), root.filePath(u"bin"_s), {}, {}};
+    QDir(root.path()).mkpath(u"mine"_s);
+    QDir(root.path()).mkpath(u"bin"_s);
+    const QString initial = root.filePath(u"mine/Kanbalore.cdb"_s);
+    makeVersion1(initial, "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')");
+    // Without one of the program's own it stays, and is brought up to date when it is copied and opened.
+    QCOMPARE(settleApplicationFolder(places).problem, QString());
+    QCOMPARE(db::storedVersion(initial), 1);
+    QVERIFY(db::createDatabase(root.filePath(u"bin/Kanbalore.cdb"_s)));
+    QCOMPARE(settleApplicationFolder(places).problem, QString());
+    QCOMPARE(db::storedVersion(initial), db::schemaVersion);
+    const QStringList kept = QDir(root.filePath(u"mine"_s)).entryList({u"Kanbalore 版1*.cdb"_s});
+    QCOMPARE(kept.size(), 1);
+    QCOMPARE(db::storedVersion(root.filePath(u"mine/"_s + kept.front())), 1);
 }
 
 void TestStartup::fillingKeepsWhatIsThere()

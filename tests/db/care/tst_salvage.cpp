@@ -2,7 +2,9 @@
 #include "db/care/backup.h"
 #include "db/care/file_repair.h"
 #include "db/care/salvage.h"
+#include "db/migrations.h"
 #include "support/fresh_shop.h"
+#include "support/version_1.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -53,6 +55,8 @@ private slots:
     void oneDamagedPage_data();
     void oneDamagedPage();
     void innerPagesCostNoRow();
+    void rowsOfVersion1_data();
+    void rowsOfVersion1();
     void deletedRowsStayDeleted();
     void cutShort();
     void manyWounds();
@@ -206,6 +210,50 @@ void TestSalvage::innerPagesCostNoRow()
         QCOMPARE(inventedRows(), 0);
     }
     QVERIFY(innerPages >= 4);
+}
+
+void TestSalvage::rowsOfVersion1_data()
+{
+    QTest::addColumn<bool>("isMigrated");
+    QTest::addColumn<bool>("isDamaged");
+    QTest::newRow("sound") << false << false;
+    QTest::newRow("without its inner pages") << false << true;
+    QTest::newRow("migrated, sound") << true << false;
+    QTest::newRow("migrated, without its inner pages") << true << true;
+}
+
+// Rows that were written before columns were added end where their table ended then.
+void TestSalvage::rowsOfVersion1()
+{
+    QFETCH(bool, isMigrated);
+    QFETCH(bool, isDamaged);
+    QTemporaryDir folder;
+    const QString file = folder.filePath(u"shop.cdb"_s);
+    makeVersion1(
+        file, "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
+              "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率) "
+              "SELECT i, '2026-04-01', 'O' || i, i % 40, 10 FROM n;"
+              "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2700) "
+              "INSERT INTO 入出庫サブ (ID, 商品名, 数量, 金額) SELECT 1 + i % 900, '商品' || i, i, i FROM n;"
+              "INSERT INTO 納品先 (納品先ID, 納品先名1, 区分ID) VALUES (3, '山田', 1)");
+    if (isMigrated)
+        QVERIFY(db::migrate(file, QDate(2026, 4, 1)));
+    QByteArray bytes = contentOf(file);
+    for (qsizetype at = pageSize; isDamaged && at < bytes.size(); at += pageSize) {
+        if (bytes.at(at) == 5)
+            bytes.replace(at, pageSize, QByteArray(pageSize, 0));
+    }
+    const db::Salvage done = rebuilt(bytes);
+    QCOMPARE(done.strayRows, 0);
+    QVERIFY(done.isComplete()); // the indexes tell that no row is lost
+    QCOMPARE(m_result.rows(u"SELECT count(*), sum(ID), min(種別), max(種別) FROM 入出庫マスター"_s),
+             QStringList{u"900|405450|O|O"_s});
+    QCOMPARE(m_result.rows(u"SELECT count(*), sum(CAST(金額 AS INTEGER)) FROM 入出庫サブ"_s),
+             QStringList{u"2700|3646350"_s});
+    // In the order of their entry.
+    QCOMPARE(m_result.rows(u"SELECT 明細ID FROM 入出庫サブ WHERE 明細ID <> 数量"_s), QStringList());
+    QCOMPARE(m_result.value(u"SELECT 納品先名1 FROM 納品先"_s).toString(), u"山田"_s);
+    QCOMPARE(m_result.value(u"SELECT count(*) FROM 税率"_s).toInt(), firstRates);
 }
 
 void TestSalvage::deletedRowsStayDeleted()
