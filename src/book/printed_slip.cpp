@@ -32,11 +32,16 @@ std::vector<TaxableAmount> taxableLines(const std::vector<SlipLine> &lines, doub
     return amounts;
 }
 
-SlipLine taxLine(const RateTax &tax)
+// As closing the slip will store it.
+SlipLine taxLine(const RateTax &tax, bool isOnlyOne)
 {
     SlipLine line;
     line.product = QString::fromUtf16(taxLineName);
     line.amount = tax.tax;
+    if (!isOnlyOne) {
+        line.taxClass = tax.taxClass;
+        line.taxRate = tax.rate;
+    }
     return line;
 }
 
@@ -75,7 +80,7 @@ base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax)
         for (const RateTax &added : *taxes) {
             if (added.tax == 0)
                 continue;
-            slip.lines.push_back(taxLine(added));
+            slip.lines.push_back(taxLine(added, taxes->size() == 1));
             printed.total += added.tax;
         }
     }

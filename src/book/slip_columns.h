@@ -10,8 +10,10 @@ namespace book::columns
 inline const QString kind = QStringLiteral("種別");
 /// The key of a line: lines of a slip count up in the order of entry.
 inline const QString lineKey = QStringLiteral("入出庫サブ.明細ID");
-inline const QString taxClass = QStringLiteral("入出庫サブ.税区分");
+/// Percent and class of a line's tax; NULL where it is taxed as its slip.
 inline const QString ownTaxRate = QStringLiteral("入出庫サブ.税率");
+inline const QString taxClass = QStringLiteral("入出庫サブ.税区分");
+/// Percent, of the line or else of its slip.
 inline const QString taxRate = QStringLiteral("COALESCE(入出庫サブ.税率, 入出庫マスター.消費税率)");
 inline const QString inclusive = QStringLiteral("入出庫マスター.内税");
 

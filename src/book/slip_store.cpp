@@ -81,13 +81,19 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
     });
 }
 
-// One line for each rate.
+// One line for each rate. Only where there are several it says which one it is of: a slip of one rate holds
+// it itself.
 base::Status addTaxLines(db::Connection &connection, qint64 id, const std::vector<RateTax> &taxes)
 {
     for (const RateTax &tax : taxes) {
         if (tax.tax == 0)
             continue;
-        if (const base::Status added = addTaxLine(connection, id, tax.tax); !added)
+        const base::Status added = taxes.size() == 1 ? addTaxLine(connection, id, tax.tax)
+                                                     : insertLine(connection, u"商品名, 金額, 税区分, 税率"_s,
+                                                                  {QString::fromUtf16(taxLineName), tax.tax,
+                                                                   static_cast<int>(tax.taxClass), tax.rate},
+                                                                  id);
+        if (!added)
             return added;
     }
     return {};

@@ -1,5 +1,6 @@
 #include "book/balance.h"
 #include "book/numbering.h"
+#include "book/printed_slip.h"
 #include "book/slip_reader.h"
 #include "book/slip_store.h"
 #include "db/keys.h"
@@ -28,6 +29,7 @@ private slots:
     void deletedSlipIsRefused();
     void closingAddsTheTaxOnce_data();
     void closingAddsTheTaxOnce();
+    void closingTaxesEachRateByItself();
     void deletingLeavesNoLines();
     void previousLinesAreTheCustomersGoodsNewestFirst();
     void balancesFollowTheKinds();
@@ -302,6 +304,31 @@ void TestSlipStore::closingAddsTheTaxOnce()
     QCOMPARE(taxRows(), taxLines);
     QVERIFY(book::closeSlip(shop.connection, id, rate, taxClass, inclusive));
     QCOMPARE(taxRows(), taxLines);
+}
+
+// Food at its own rate beside a line at the rate of the slip; paper of the open slip shows the same.
+void TestSlipStore::closingTaxesEachRateByItself()
+{
+    Shop shop;
+    const qint64 id = savedSale(shop);
+    addLine(shop, id, 1234);
+    shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額, 税区分, 税率) VALUES (?, 'もなか', 1980, 1, 8), "
+             "(?, '新聞', 458, 2, 8), (?, '切手', 84, 3, 0)"_s,
+             {id, id, id});
+    const auto open = book::readSlip(shop.connection, id, book::Party::Customer);
+    QVERIFY(open);
+    const auto printed = book::taxedForPrint(*open, {false, book::TaxRates::keptByHand(10)});
+    QVERIFY(printed);
+    QCOMPARE(printed->total, 1234 + 1980 + 458 + 84 + 123 + 195.0);
+
+    const auto closed = book::closeSlip(shop.connection, id, 10, TaxClass::OnDelivery, false);
+    QVERIFY(closed);
+    QCOMPARE(closed->tax, 123 + 195.0);
+    QCOMPARE(shop.rows(u"SELECT CAST(金額 AS INTEGER), 税区分, CAST(税率 AS INTEGER) FROM 入出庫サブ "
+                       "WHERE 商品名 = '消費税' ORDER BY 明細ID"_s),
+             QStringList({u"123|0|10"_s, u"195|1|8"_s}));
+    QVERIFY(book::closeSlip(shop.connection, id, 10, TaxClass::OnDelivery, false));
+    QCOMPARE(book::slipSums(shop.connection, id, 10)->total, printed->total);
 }
 
 void TestSlipStore::deletingLeavesNoLines()

@@ -237,6 +237,8 @@ void TestTaxesByRate::ratesOnTheDaysOfChange()
     // The announced rate waits until somebody switches it on.
     QCOMPARE(shownRates(*book::TaxRates::read(shop.connection)), QString(rates).replace(u" 1 "_s, u" 8 "_s));
     shop.run(u"UPDATE 税率 SET 有効 = 1"_s);
+    shop.run(u"INSERT INTO 税率 (税率ID, 税区分, 開始日, 税率, 有効) VALUES (90, 0, '2026/4/1', 99, 1), "
+             "(91, 7, '2020-01-01', 99, 1), (92, NULL, '2020-01-01', 99, 1)"_s); // by other hands
     const auto table = book::TaxRates::read(shop.connection);
     QCOMPARE(shownRates(*table), rates);
     QCOMPARE(table->on(date, GoodsTax::Exempt).value_or(-1), 0.0);

@@ -211,7 +211,8 @@ private slots:
         shop.run(
             u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (1, 'abc', 'O1', 7), "
             "(2, x'FF', 'O2', 7), (3, 20260401, 'O3', 7), (4, '2026-02-31', 'R4', 7), (5, NULL, 'O5', 7), "
-            "(6, '2026-01-05', 'O6', 7), (7, 'abc', 'T7', 7), (8, '2026-01-05', 'T8', 7)"_s);
+            "(6, '2026-01-05', 'O6', 7), (7, 'abc', 'T7', 7), (8, '2026-01-05', 'T8', 7), "
+            "(9, '2026-01-07 ', 'I9', 7), (10, '2026-01-06', 'I10', 7)"_s);
         shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 数量, 金額) "
                  "SELECT ID, 'りんご', ID, 1 << ID FROM 入出庫マスター"_s);
         const book::Period january{{2026, 1, 1}, {2026, 1, 31}};
@@ -225,6 +226,8 @@ private slots:
         const auto stock = reports::readStock(shop.connection, january.to, unwatched);
         QCOMPARE(stock->lines.front().counted, u"2026-01-05"_s);
         QCOMPARE(stock->lines.front().stocktake, 8.0);
+        QCOMPARE(stock->lines.front().in, 10.0); // what has no day came before it was counted
+        QCOMPARE(stock->lines.front().out, 0.0);
         const auto stocktakes = reports::readStocktakes(shop.connection, {{1752, 9, 14}, {9999, 12, 31}});
         QCOMPARE(stocktakes->lines.size(), 1u);
         const base::Report shown = reports::stocktakeReport(*stocktakes, january);
