@@ -29,7 +29,8 @@ struct ReportRow
 struct NamedSum
 {
     QString name;
-    double yen = 0;
+    double value = 0;
+    Format format = Format::Amount;
 };
 
 struct Report

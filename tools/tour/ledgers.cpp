@@ -53,9 +53,15 @@ void lookIntoLedgers(Walker &walker, QWidget &window, const QDir &folder)
         walker.checkText(ledger, u"txtSum5"_s, u"46,493"_s);
         walker.picture(ledger, u"payable-ledger"_s);
     });
+    walker.visit(u"stock"_s, choose(u"mnuTanaMoto"_s), [&](QDialog &stock) {
+        QApplication::processEvents();
+        walker.picture(stock, u"stock-ledger"_s);
+        walker.visit(
+            u"goods"_s, [&] { walker.click(stock, u"Command4"_s); },
+            [&](QDialog &goods) { walker.picture(goods, u"goods-ledger"_s); });
+    });
     const std::pair<QString, QString> others[] = {{u"mnuReportInZandaka"_s, u"payable-balances"_s},
-                                                  {u"mnuReportTana"_s, u"stocktakes"_s},
-                                                  {u"mnuTanaMoto"_s, u"stock-ledger"_s}};
+                                                  {u"mnuReportTana"_s, u"stocktakes"_s}};
     for (const auto &[item, name] : others)
         walker.visit(name, choose(item), [&, &name = name](QDialog &screen) {
             QApplication::processEvents();

@@ -44,7 +44,10 @@ LedgerDescription descriptionOf(LedgerView view)
                 .screen = u"frmTanaMoto",
                 .title = u"棚卸補助元帳",
                 .zeros = u"在庫のあるものだけ(&Z)",
-                .hasStart = false};
+                .hasStart = false,
+                .opens = opensLedger};
+    case LedgerView::Goods:
+        return {.view = view, .screen = u"frmTanaGoods", .title = u"棚卸補助元帳", .opens = correctsSlip};
     }
     Q_UNREACHABLE();
 }

@@ -1,6 +1,7 @@
 #include "reports/ledgers/ledger_report.h"
 
 #include "text/dates.h"
+#include "text/format_value.h"
 
 using namespace Qt::StringLiterals;
 using base::Format;
@@ -23,6 +24,12 @@ QVariant numberOrNothing(const std::optional<double> &number)
 
 // An amount in the column of its movement alone.
 QVariant amountIf(bool belongs, double amount) { return belongs ? QVariant(amount) : QVariant(); }
+
+// A quantity in the column of its kind alone.
+QVariant quantityIf(const GoodsLine &line, const book::SlipKind &kind)
+{
+    return line.kind == kind ? numberOrNothing(line.quantity) : QVariant();
+}
 
 base::Column summed(base::Column column)
 {
@@ -171,13 +178,48 @@ base::Report stockReport(const StockLedger &stock, const QDate &day, bool onlyIn
         {u"納品数量"_s, Format::Quantity, 11, 20}, {u"在庫数量"_s, Format::Quantity, 11, 20},
         {u"単価"_s, Format::Quantity, 11, 20},     summed({u"在庫金額"_s, Format::Amount, 14, 26})};
     for (const StockLine &line : stock.lines) {
-        if (!onlyInStock || line.stock != 0)
-            report.rows.push_back(
-                {{line.product, line.specification, line.unit, line.counted, line.stocktake, line.in,
-                  line.out, line.stock, numberOrNothing(line.price), line.amount}});
+        if (onlyInStock && line.stock == 0)
+            continue;
+        const book::Goods goods{line.product, line.specification, line.unit};
+        report.rows.push_back({{line.product, line.specification, line.unit, line.counted, line.stocktake,
+                                line.in, line.out, line.stock, numberOrNothing(line.price), line.amount},
+                               QVariant::fromValue(GoodsTarget{goods})});
     }
     addTotals(report, u"合計"_s);
     report.sums = {{u"在庫金額合計"_s, report.totals.last().toDouble()}};
+    return report;
+}
+
+QString nameOf(const book::Goods &goods)
+{
+    QStringList parts{goods.product, goods.specification, goods.unit};
+    parts.removeAll(QString());
+    return parts.join(u'　');
+}
+
+base::Report goodsReport(const GoodsLedger &ledger, const book::Goods &goods, const book::Period &period)
+{
+    base::Report report = headed(u"棚卸補助元帳"_s, nameOf(goods) + u"　　"_s + shownPeriod(period));
+    report.columns = {{u"日付"_s, Format::Date, 11, 20},         {u"伝票番号"_s, Format::Text, 11, 24},
+                      {u"種別"_s, Format::Text, 6, 14},          {u"相手先名"_s, Format::Text, 30, 60, true},
+                      {u"単価"_s, Format::Quantity, 11, 24},     {u"仕入数量"_s, Format::Quantity, 11, 26},
+                      {u"納品数量"_s, Format::Quantity, 11, 26}, {u"棚卸数量"_s, Format::Quantity, 11, 26},
+                      {u"在庫数量"_s, Format::Quantity, 11, 26}};
+    const QVariant none;
+    const QString last = text::formatValue(Format::Date, ledger.counted);
+    const QString brought = last.isEmpty() ? u"繰越在庫"_s : u"繰越在庫（最終棚卸 %1）"_s.arg(last);
+    report.rows.push_back({{none, none, none, brought, none, none, none, none, ledger.brought}});
+    for (const GoodsLine &line : ledger.lines)
+        report.rows.push_back({{line.date, line.number, nameOf(line.kind), line.counterpart,
+                                numberOrNothing(line.price), quantityIf(line, book::purchase),
+                                quantityIf(line, book::sale), quantityIf(line, book::stocktake), line.stock},
+                               QVariant::fromValue(SlipTarget{line.slip, line.kind})});
+    report.totals = {none, none, none, u"合計"_s, none, ledger.in, ledger.out, none, ledger.stock};
+    report.sums = {{u"繰越在庫"_s, ledger.brought, Format::Quantity},
+                   {u"仕入数量"_s, ledger.in, Format::Quantity},
+                   {u"納品数量"_s, ledger.out, Format::Quantity},
+                   {u"棚卸差異"_s, ledger.found, Format::Quantity},
+                   {u"在庫数量"_s, ledger.stock, Format::Quantity}};
     return report;
 }
 

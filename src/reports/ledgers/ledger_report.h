@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/report.h"
+#include "reports/ledgers/goods_ledger.h"
 #include "reports/ledgers/ledger.h"
 #include "reports/ledgers/stock_ledger.h"
 
@@ -25,6 +26,14 @@ struct LedgerTarget
     bool operator==(const LedgerTarget &) const = default;
 };
 
+/// Whose stock.
+struct GoodsTarget
+{
+    book::Goods goods;
+
+    bool operator==(const GoodsTarget &) const = default;
+};
+
 /// The rows of a ledger begin with the balance brought into the period.
 base::Report ledgerReport(const Ledger &ledger, book::Party party, const QString &name,
                           const book::Period &period);
@@ -38,5 +47,11 @@ base::Report stocktakeReport(const StocktakeReport &stocktakes, const book::Peri
 
 /// \a onlyInStock: without goods of which nothing is left.
 base::Report stockReport(const StockLedger &stock, const QDate &day, bool onlyInStock);
+
+/// What lists call \a goods: product, specification and unit.
+QString nameOf(const book::Goods &goods);
+
+/// The rows begin with the stock brought into the period.
+base::Report goodsReport(const GoodsLedger &ledger, const book::Goods &goods, const book::Period &period);
 
 } // namespace reports

@@ -3,7 +3,7 @@
 #include "reports/report_actions.h"
 #include "slips/correction/correction_screens.h"
 #include "slips/entry/slip_screen.h"
-#include "text/numbers.h"
+#include "text/format_value.h"
 #include "ui/messages.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
@@ -60,9 +60,12 @@ void LedgerScreen::fitForm()
 {
     setObjectName(QString::fromUtf16(m_description.screen));
     setWindowTitle(QString::fromUtf16(m_description.title));
-    m_ui->Frame2->setVisible(m_description.search);
+    const bool isOfGoods = m_description.view == LedgerView::Goods;
+    m_ui->Frame2->setVisible(m_description.search || isOfGoods);
     if (m_description.search)
         fitSearch();
+    if (isOfGoods)
+        fitGoods();
     fitPeriod();
     fitGrid();
     const QString zeros = QString::fromUtf16(m_description.zeros);
@@ -83,6 +86,17 @@ void LedgerScreen::fitSearch()
     tell(book::openCounterpart(m_found, *m_description.search, 0));
     m_ui->DataGrid1->bind(m_found, [this](const QString &refusal) { ui::prompts::inform(this, refusal); });
     slips::setWidths(m_ui->DataGrid1, m_description.foundWidths);
+}
+
+// The goods are chosen where this screen is opened from.
+void LedgerScreen::fitGoods()
+{
+    m_ui->Frame2->setTitle(u"商品"_s);
+    m_ui->lblName1->setText(u"商品名"_s);
+    for (QWidget *searching :
+         {static_cast<QWidget *>(m_ui->lblKey1), static_cast<QWidget *>(m_ui->txtKey1),
+          static_cast<QWidget *>(m_ui->Command1), static_cast<QWidget *>(m_ui->DataGrid1)})
+        searching->hide();
 }
 
 void LedgerScreen::fitPeriod()
@@ -191,12 +205,25 @@ void LedgerScreen::openLedger(const LedgerTarget &whose, const QDate &to)
     m_ui->MSFlexGrid1->setFocus();
 }
 
+void LedgerScreen::openGoods(const book::Goods &goods, const QDate &to)
+{
+    m_ui->DTPicker1->setDate(startOfPeriod(to));
+    m_ui->DTPicker2->setDate(to);
+    m_goods = goods;
+    m_ui->txtNouhinsaki1->setText(nameOf(goods));
+    m_ui->txtNouhinsaki1->setCursorPosition(0);
+    count();
+}
+
 // --- The rows ---
 
 LedgerQuery LedgerScreen::query() const
 {
     const QDate to = m_ui->DTPicker2->date();
-    return {m_whose, {m_description.hasStart ? m_ui->DTPicker1->date() : to, to}, m_ui->Check1->isChecked()};
+    return {m_whose,
+            m_goods,
+            {m_description.hasStart ? m_ui->DTPicker1->date() : to, to},
+            m_ui->Check1->isChecked()};
 }
 
 // Goes on in the rows.
@@ -257,7 +284,7 @@ void LedgerScreen::showSums()
         box->setVisible(used);
         if (used) {
             label->setText(sums[i].name);
-            box->setText(text::formatAmount(sums[i].yen));
+            box->setText(text::formatValue(sums[i].format, sums[i].value));
         }
     }
 }
@@ -280,6 +307,8 @@ void LedgerScreen::openRow()
         slips::openCorrection(workspace(), this, slip->kind, slip->slip);
     else if (const auto *ledger = targetIn<LedgerTarget>(link))
         openLedgerOf(*ledger);
+    else if (const auto *goods = targetIn<GoodsTarget>(link))
+        openLedgerOf(*goods);
     else
         return;
     refresh();
@@ -292,6 +321,13 @@ void LedgerScreen::openLedgerOf(const LedgerTarget &whose)
                                           ? LedgerView::Receivable
                                           : LedgerView::Payable));
     ledger.openLedger(whose, m_shownTo);
+    ledger.exec();
+}
+
+void LedgerScreen::openLedgerOf(const GoodsTarget &whose)
+{
+    LedgerScreen ledger(workspace(), this, descriptionOf(LedgerView::Goods));
+    ledger.openGoods(whose.goods, m_shownTo);
     ledger.exec();
 }
 

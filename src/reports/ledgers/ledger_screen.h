@@ -46,12 +46,16 @@ public:
     /// Shows the ledger of \a whose, who may have been deleted, from the first of the month before \a to's.
     void openLedger(const LedgerTarget &whose, const QDate &to);
 
+    /// The same of \a goods; only for the view of goods.
+    void openGoods(const book::Goods &goods, const QDate &to);
+
 protected:
     void becameActive() override;
 
 private:
     void fitForm();
     void fitSearch();
+    void fitGoods();
     void fitPeriod();
     void fitGrid();
     void connectControls();
@@ -69,6 +73,7 @@ private:
 
     void openRow();
     void openLedgerOf(const LedgerTarget &whose);
+    void openLedgerOf(const GoodsTarget &whose);
 
     [[nodiscard]] LedgerQuery query() const;
 
@@ -76,6 +81,7 @@ private:
     const LedgerDescription m_description;
     db::Recordset m_found;
     std::optional<LedgerTarget> m_whose;
+    book::Goods m_goods;
     QDate m_shownTo; // the last day of what is shown
     std::vector<std::pair<QLabel *, QLineEdit *>> m_sums;
     bool m_hasRead = false;

@@ -45,6 +45,13 @@ base::Result<base::Report> stockOf(db::Connection &connection, const LedgerQuery
                  : stock.error();
 }
 
+base::Result<base::Report> goodsOf(db::Connection &connection, const LedgerQuery &query)
+{
+    const auto ledger = readGoodsLedger(connection, query.goods, query.period);
+    return ledger ? base::Result<base::Report>(goodsReport(*ledger, query.goods, query.period))
+                  : ledger.error();
+}
+
 } // namespace
 
 std::vector<base::Column> columnsOf(LedgerView view)
@@ -62,6 +69,8 @@ std::vector<base::Column> columnsOf(LedgerView view)
         return stocktakeReport({}, {}).columns;
     case LedgerView::Stock:
         return stockReport({}, {}, false).columns;
+    case LedgerView::Goods:
+        return goodsReport({}, {}, {}).columns;
     }
     Q_UNREACHABLE();
 }
@@ -84,6 +93,8 @@ base::Result<base::Report> readView(db::Connection &connection, LedgerView view,
         return stocktakesOf(connection, query);
     case LedgerView::Stock:
         return stockOf(connection, query, progress);
+    case LedgerView::Goods:
+        return goodsOf(connection, query);
     }
     Q_UNREACHABLE();
 }

@@ -13,6 +13,7 @@ enum class LedgerView {
     PayableBalances,
     Stocktakes, // the slips of a period
     Stock,      // what there is of each product
+    Goods,      // what happened to the stock of one
 };
 
 /// The columns of \a view's reports.
@@ -22,6 +23,7 @@ std::vector<base::Column> columnsOf(LedgerView view);
 struct LedgerQuery
 {
     std::optional<LedgerTarget> whose; // whose ledger; none: nobody is chosen
+    book::Goods goods;                 // of which goods
     book::Period period;               // of lists to a day, its end alone counts
     bool leavesOutZeros = false;
 };

@@ -6,6 +6,7 @@
 #include "ui/file_dialogs.h"
 #include "ui/grid.h"
 #include "ui/prompts.h"
+#include "ui/report_grid.h"
 
 #include <QCheckBox>
 #include <QDateEdit>
@@ -217,7 +218,48 @@ private slots:
         desk.screen();
         QTRY_COMPARE(desk.shown(),
                      u"りんご|||2026/03/31|12|8|0|20|110|2,200\nジュース||||0|0|2.50|-2.50||0"_s);
-        QVERIFY(desk.driver().the<QPushButton>("Command4").isHidden());
+    }
+
+    void goodsLeadToTheirLedgerAndBack()
+    {
+        LedgerDesk<reports::frmTanaMoto> desk;
+        desk.screen();
+        QTRY_COMPARE(desk.cell(0, 0), u"りんご"_s);
+        auto &list = desk.driver().the<ui::ReportGrid>("MSFlexGrid1");
+        QStringList seen;
+        QTimer::singleShot(0, &list, [&] {
+            auto *ledger = QApplication::activeModalWidget();
+            auto *rows = ledger->findChild<ui::ReportGrid *>(u"MSFlexGrid1"_s);
+            seen << ledger->objectName() << ledger->findChild<QLineEdit *>(u"txtNouhinsaki1"_s)->text();
+            for (int row = 0; row < rows->rowCount(); ++row) {
+                rows->setCurrentIndex(rows->model()->index(row, 0));
+                seen << rows->selectedText().replace(u'\t', u'|');
+            }
+            for (int sum = 1; sum <= 5; ++sum)
+                seen << ledger->findChild<QLineEdit *>(u"txtSum%1"_s.arg(sum))->text();
+            rows->setCurrentIndex(rows->model()->index(4, 0));
+            QTimer::singleShot(0, &list, [&] {
+                QWidget *correction = QApplication::activeModalWidget();
+                seen << correction->objectName() + u' ' +
+                            correction->findChild<QLineEdit *>(u"txtDenNo"_s)->text();
+                desk.shop.run(u"UPDATE 入出庫サブ SET 数量 = 13 WHERE ID = 8"_s);
+                correction->close();
+            });
+            QTest::keyClick(rows, Qt::Key_Return);
+            seen << ledger->findChild<QLineEdit *>(u"txtSum5"_s)->text();
+            QTest::keyClick(rows, Qt::Key_Escape);
+            seen << (ledger->isVisible() ? u"still there"_s : u"back"_s);
+        });
+        QTest::keyClick(&list, Qt::Key_Return);
+        QCOMPARE(seen.join(u'\n'), u"frmTanaGoods\nりんご\n|||繰越在庫|||||-10\n"
+                                   "2026/03/01|O5|納品|(削除済み) ID 77|1,234||1||-11\n"
+                                   "2026/03/02|O6|納品|aite1|500||1||-12\n"
+                                   "2026/03/04|O10|納品|(相手先なし)|70||1||-13\n"
+                                   "2026/03/31|T8|棚卸|aite0|100|||12|12\n"
+                                   "2026/04/01|I9|仕入|aite0|110|8|||20\n"
+                                   "-10\n8\n3\n25\n20\nfrmInAmd T8\n21\nback"_s);
+        QCOMPARE(desk.cell(0, 7), u"21"_s); // the list counts anew
+        QCOMPARE(list.currentIndex().row(), 0);
     }
 
     void stocktakesOfThePeriod()
