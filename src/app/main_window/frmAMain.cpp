@@ -249,6 +249,30 @@ void frmAMain::databaseChanged()
     }
     showFile();
     enableCommands();
+    offerFormerEmployee();
+}
+
+// After a change of file nobody is chosen: the next slip is not to go to somebody's account unseen. Who it
+// was can be taken again by Enter, which finds the cursor there and not on a button.
+void frmAMain::offerFormerEmployee()
+{
+    QComboBox *box = m_ui->dbcShain;
+    const bool isOffered =
+        box->currentIndex() < 0 && !m_formerEmployee.isEmpty() && box->findText(m_formerEmployee) >= 0;
+    box->setPlaceholderText(isOffered ? u"Enter で %1"_s.arg(m_formerEmployee) : QString());
+    if (isOffered)
+        box->setFocus();
+}
+
+bool frmAMain::takeFormerEmployee()
+{
+    QComboBox *box = m_ui->dbcShain;
+    const int former = m_formerEmployee.isEmpty() ? -1 : box->findText(m_formerEmployee);
+    if (focusWidget() != box || box->currentIndex() >= 0 || former < 0)
+        return false;
+    box->setCurrentIndex(former);
+    m_workspace.settings.write(workspace::keys::employee, m_ui->txtShainID->text());
+    return true;
 }
 
 void frmAMain::tablesEmptied()
@@ -259,6 +283,8 @@ void frmAMain::tablesEmptied()
 
 void frmAMain::databaseClosed()
 {
+    if (!m_workspace.panel.employeeName.isEmpty())
+        m_formerEmployee = m_workspace.panel.employeeName;
     m_ui->dbcShain->clear();
     showCompany({});
 }
@@ -334,7 +360,7 @@ void frmAMain::keyPressEvent(QKeyEvent *event)
         QMainWindow::keyPressEvent(event);
     else if (auto *button = qobject_cast<QPushButton *>(focusWidget()))
         button->click();
-    else
+    else if (!takeFormerEmployee())
         focusNextPrevChild(true);
 }
 

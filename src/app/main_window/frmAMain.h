@@ -76,6 +76,8 @@ private:
     void tablesEmptied();
     void databaseChanged();
     void databaseClosed();
+    void offerFormerEmployee();
+    bool takeFormerEmployee();
     void reloadEmployees(qint64 chosen);
     void reloadCompany();
     void showCompany(const masters::OwnCompany &names);
@@ -121,6 +123,7 @@ private:
     QColor m_calendarColour;
     QLabel *m_platform = nullptr;
     bool m_loaded = false;
+    QString m_formerEmployee; // chosen before the file was closed
     bool m_inFocusStep = false;
     bool m_underDialog = false; // inactive only because of a message box or the like
 };

@@ -9,6 +9,7 @@
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -217,7 +218,9 @@ void TestMaintenance::refusedEmptyingKeepsAll()
 void TestMaintenance::repairShrinks()
 {
     Stage stage;
+    stage.shop.settings.write(workspace::keys::employee, 1);
     stage.load();
+    QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), u"山田"_s);
     stage.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID > 10"_s);
     const qint64 before = QFileInfo(stage.file).size();
     ui::prompts::expectInform(optimised);
@@ -229,7 +232,14 @@ void TestMaintenance::repairShrinks()
     QCOMPARE(stage.shop.connection.fileName(), stage.file);
     QCOMPARE(stage.customers(), 10);
     QCOMPARE(stage.find<QComboBox>("dbcShain")->count(), 1);
-    QCOMPARE(stage.find<QComboBox>("dbcShain")->currentIndex(), -1);
+    // Nobody is chosen; Enter takes the person of before, and presses no button.
+    auto *employee = stage.find<QComboBox>("dbcShain");
+    QCOMPARE(employee->currentIndex(), -1);
+    QCOMPARE(stage.window->focusWidget(), employee);
+    QVERIFY(employee->placeholderText().contains(u"山田"_s));
+    QTest::keyClick(employee, Qt::Key_Return);
+    QCOMPARE(employee->currentText(), u"山田"_s);
+    QCOMPARE(stage.shop.workspace.panel.employeeId, 1);
     QCOMPARE(stage.files(u"*.cdb"_s), (QStringList{u"Kanbalore.cdb"_s, u"shop.cdb"_s}));
 }
 
