@@ -59,9 +59,10 @@ base::Status stampCustomer(db::Connection &connection, qint64 customer, const QD
 base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
 {
     const auto inserted = connection.execute(
-        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 版) "
-        "VALUES (?, ?, ?, ?, ?, ?, (SELECT 最終 FROM 版数))"_s,
-        {header.id, text::stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate});
+        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 完了, 版) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, (SELECT 最終 FROM 版数))"_s,
+        {header.id, text::stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate,
+         slip.needsClosing ? 0 : 1});
     return inserted.status();
 }
 
@@ -103,6 +104,11 @@ double sumOf(const std::vector<RateTax> &taxes)
 {
     return std::accumulate(taxes.begin(), taxes.end(), 0.0,
                            [](double sum, const RateTax &tax) { return sum + tax.tax; });
+}
+
+base::Status markClosed(db::Connection &connection, qint64 id)
+{
+    return connection.execute(u"UPDATE 入出庫マスター SET 完了 = 1 WHERE ID = ?"_s, {id}).status();
 }
 
 } // namespace
@@ -234,14 +240,18 @@ base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double
         const auto sums = slipSums(connection, id, taxRate);
         if (!sums)
             return sums.error();
-        if (!taxIsAdded(taxClass, inclusive) || sums->hasTaxLine)
-            return ClosedSlip{sums->total, 0};
-        const auto taxes = taxesByRate(sums->goods, Basis::Net);
-        if (!taxes)
-            return taxes.error();
-        if (const base::Status added = addTaxLines(connection, id, *taxes); !added)
-            return added.error();
-        return ClosedSlip{sums->total, sumOf(*taxes)};
+        ClosedSlip closed{sums->total, 0};
+        if (taxIsAdded(taxClass, inclusive) && !sums->hasTaxLine) {
+            const auto taxes = taxesByRate(sums->goods, Basis::Net);
+            if (!taxes)
+                return taxes.error();
+            if (const base::Status added = addTaxLines(connection, id, *taxes); !added)
+                return added.error();
+            closed.tax = sumOf(*taxes);
+        }
+        if (const base::Status marked = markClosed(connection, id); !marked)
+            return marked.error();
+        return closed;
     });
 }
 
@@ -261,6 +271,17 @@ base::Result<bool> holdsTaxAlone(db::Connection &connection, const SavedHeader &
     if (!found)
         return found.error();
     return !found->empty();
+}
+
+base::Status keepRemark(db::Connection &connection, qint64 id, const QString &text)
+{
+    const auto kept = connection.execute(u"UPDATE 入出庫マスター SET 摘要 = ? WHERE ID = ?"_s,
+                                         {text.isEmpty() ? QVariant() : QVariant(text), id});
+    if (!kept)
+        return kept.error();
+    if (*kept == 0)
+        return gone(u"この伝票はほかのプログラムで削除されたため、備考を保存できませんでした。"_s);
+    return {};
 }
 
 base::Status deleteSlip(db::Connection &connection, qint64 id)

@@ -28,6 +28,7 @@ struct NewSlip
     char16_t manualLetter = u'\0';       // with which a typed number begins
 
     std::optional<QDate> stamp; // day that becomes the customer's 更新日
+    bool needsClosing = true;   // lines are to follow, and closeSlip() after them
 };
 
 struct SavedHeader
@@ -114,17 +115,21 @@ struct ClosedSlip
     double tax = 0;   // yen of the tax lines, 0 when none was appended
 };
 
-/// Appends a tax line for each rate when tax is added to such a slip (see taxIsAdded), it is not 0 and the
+/// Closes the slip: marks it in 完了 (1; 0 as long as it is open; slips of older files have no mark), and
+/// appends a tax line for each rate when tax is added to such a slip (see taxIsAdded), it is not 0 and the
 /// slip has no tax line yet. \a taxRate: percent, of lines that have no rate of their own. Fails when the
 /// slip is no longer there.
 base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
                                    bool inclusive);
 
-/// What the slip comes to where no tax is kept. Fails when the slip is no longer there.
+/// What the slip comes to where no tax is kept; it is closed as well. Fails when the slip is no longer there.
 base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id);
 
 /// Whether the stored slip \a saved is still that one, with a tax line of \a tax yen as its only line.
 base::Result<bool> holdsTaxAlone(db::Connection &connection, const SavedHeader &saved, double tax);
+
+/// Keeps \a text as the slip's own remark, 摘要. Fails when the slip is no longer there.
+base::Status keepRemark(db::Connection &connection, qint64 id, const QString &text);
 
 /// Deletes the slip, lines and header.
 base::Status deleteSlip(db::Connection &connection, qint64 id);

@@ -151,26 +151,33 @@ bool MasterEditor::saveRow() { return !m_rows.isDirty() || (ui::WidthCheck::allF
 
 bool MasterEditor::mayClose()
 {
-    if (m_newRow) {
-        if (const base::Status removed = m_rows.remove(); !removed)
-            return ui::prompts::ask(this,
-                                    removed.error().text + u"\n確定していない行を残したまま閉じますか。"_s);
-        entered(EditorStep::Cancelled);
-        return true;
-    }
     if (!m_rows.isDirty())
+        return !m_newRow || dropNewRow();
+    switch (ui::prompts::askToSave(this, m_newRow ? u"入力中の行が登録されていません。登録しますか。"_s
+                                                  : u"変更が保存されていません。保存しますか。"_s)) {
+    case ui::prompts::Choice::Save:
+        if (!saveRow())
+            return false;
+        if (m_newRow)
+            entered(EditorStep::Confirmed);
         return true;
-    std::optional<QString> reason = ui::WidthCheck::refusal(this);
-    if (!reason) {
-        if (const base::Status saved = store(); !saved)
-            reason = saved.error().text;
+    case ui::prompts::Choice::Discard:
+        if (m_newRow)
+            return dropNewRow();
+        m_rows.revert();
+        return true;
+    case ui::prompts::Choice::Cancel:
+        break;
     }
-    if (reason && reason->isEmpty())
-        return false;
-    // The clerk must be able to leave, but what was entered is dropped only knowingly.
-    if (reason && !ui::prompts::askCautiously(this, *reason + u"\n変更を取り消して閉じますか。"_s))
-        return false;
-    m_rows.revert();
+    return false;
+}
+
+// \return whether the screen may close
+bool MasterEditor::dropNewRow()
+{
+    if (const base::Status removed = m_rows.remove(); !removed)
+        return ui::prompts::ask(this, removed.error().text + u"\n確定していない行を残したまま閉じますか。"_s);
+    entered(EditorStep::Cancelled);
     return true;
 }
 
@@ -202,9 +209,9 @@ void MasterEditor::showHint()
     else if (m_rows.isEmpty())
         m_controls.hint->setText(u"「新規登録」で入力を始めます。"_s);
     else if (m_controls.grid)
-        m_controls.hint->setText(u"変更は、行を移るときと画面を閉じるときに保存されます。"_s);
+        m_controls.hint->setText(u"変更は、行を移るときに保存されます。"_s);
     else
-        m_controls.hint->setText(u"変更は、画面を閉じるときに保存されます。"_s);
+        m_controls.hint->setText(u"変更は、画面を閉じるときに、保存するか尋ねます。"_s);
 }
 
 void MasterEditor::tellThatListFailed(const base::Error &error)

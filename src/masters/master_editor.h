@@ -71,6 +71,7 @@ private:
 
     base::Status store();
     bool saveRow();
+    bool dropNewRow();
     void entered(EditorStep step);
     void showHint();
     void tellThatListFailed(const base::Error &error);

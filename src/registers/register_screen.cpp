@@ -55,16 +55,14 @@ void RegisterScreen::showEvent(QShowEvent *event)
     m_startsNew = false;
 }
 
-bool RegisterScreen::mayClose()
-{
-    return !m_rows.isDirty() || (m_mode == Mode::Entry ? leaveEntry() : leaveBrowsing());
-}
-
 // A new row is stored from the start, so giving up what was typed leaves it with what it started with; the
 // clerk finds it in the list and fills it in later.
-bool RegisterScreen::leaveEntry()
+bool RegisterScreen::mayClose()
 {
-    switch (ui::prompts::askToSave(this, m_entryOpen)) {
+    if (!m_rows.isDirty())
+        return true;
+    switch (ui::prompts::askToSave(
+        this, m_mode == Mode::Entry ? m_entryOpen : u"変更が保存されていません。保存しますか？"_s)) {
     case ui::prompts::Choice::Save:
         return save();
     case ui::prompts::Choice::Discard:
@@ -74,20 +72,6 @@ bool RegisterScreen::leaveEntry()
         break;
     }
     return false;
-}
-
-bool RegisterScreen::leaveBrowsing()
-{
-    const auto failure = trySave();
-    if (!failure)
-        return true;
-    if (failure->text.isEmpty() ||
-        !ui::prompts::askCautiously(this, failure->text.trimmed() + u"\n変更を保存せずに閉じますか？"_s)) {
-        focusColumn(failure->column);
-        return false;
-    }
-    m_rows.revert();
-    return true;
 }
 
 // --- The row ---

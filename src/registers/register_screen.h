@@ -97,8 +97,6 @@ protected:
 
 private:
     std::optional<Failure> trySave();
-    bool leaveEntry();
-    bool leaveBrowsing();
     void tellFailure();
     void followRow();
     [[nodiscard]] QString removalRemark() const;

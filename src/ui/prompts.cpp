@@ -14,7 +14,7 @@ namespace ui::prompts
 namespace
 {
 
-enum class Kind { Inform, Ask, AskCautiously, AskToSave, AskWhichVersion };
+enum class Kind { Inform, Ask, AskCautiously, AskToSave, AskToGoBack, AskWhichVersion };
 
 struct Expected
 {
@@ -41,7 +41,8 @@ Script &script()
 // A test that only answers a question need not know which answer is preset.
 bool fits(Kind expected, Kind kind)
 {
-    return expected == kind || (expected == Kind::Ask && kind == Kind::AskCautiously);
+    return expected == kind || (expected == Kind::Ask && kind == Kind::AskCautiously) ||
+           (expected == Kind::AskToSave && kind == Kind::AskToGoBack);
 }
 
 // \return the scripted answer; for a box that nobody expected the harmless one
@@ -149,6 +150,25 @@ Version askWhichVersion(QWidget *parent, const QString &text)
     return box.clickedButton() == theirs ? Version::Theirs : Version::Undecided;
 }
 
+Choice askHowToLeave(QWidget *parent, const QString &text, const Ways &ways, const QString &remark)
+{
+    const Kind kind = ways.goesBackByItself ? Kind::AskToGoBack : Kind::AskToSave;
+    if (script().running)
+        return static_cast<Choice>(scripted(kind, text, static_cast<int>(Choice::Cancel), remark));
+    QMessageBox box(QMessageBox::Question, QString::fromUtf16(question), text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(remark);
+    QPushButton *save = box.addButton(ways.save, QMessageBox::AcceptRole);
+    QPushButton *discard = box.addButton(ways.discard, QMessageBox::DestructiveRole);
+    QPushButton *back = box.addButton(u"戻る(&B)"_s, QMessageBox::RejectRole);
+    box.setDefaultButton(ways.goesBackByItself ? back : save);
+    box.setEscapeButton(back);
+    box.exec();
+    if (box.clickedButton() == save)
+        return Choice::Save;
+    return box.clickedButton() == discard ? Choice::Discard : Choice::Cancel;
+}
+
 void beginScript() { script().running = true; }
 
 void expectInform(const QString &text) { script().expected.enqueue({Kind::Inform, text, 0}); }
@@ -171,6 +191,12 @@ void expectAskToSave(const QString &text, Choice choice)
 void expectAskWhichVersion(const QString &text, Version version)
 {
     script().expected.enqueue({Kind::AskWhichVersion, text, static_cast<int>(version)});
+}
+
+void expectAskHowToLeave(const QString &text, Choice choice, Choice preset)
+{
+    const Kind kind = preset == Choice::Cancel ? Kind::AskToGoBack : Kind::AskToSave;
+    script().expected.enqueue({kind, text, static_cast<int>(choice)});
 }
 
 QString takeUnexpected()

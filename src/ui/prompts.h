@@ -44,6 +44,18 @@ enum class Version { Mine, Theirs, Undecided };
 /// meanwhile. Enter and Esc alone leave it undecided.
 Version askWhichVersion(QWidget *parent, const QString &text);
 
+/// The ways out of a question, by the captions of its buttons; "戻る", Esc and the box's close button go
+/// back.
+struct Ways
+{
+    QString save;
+    QString discard;
+    bool goesBackByItself = false; // Enter alone goes back, where saving means to delete or is in doubt
+};
+
+/// As askToSave() with ways of its own. \return Cancel to go back
+Choice askHowToLeave(QWidget *parent, const QString &text, const Ways &ways, const QString &remark = {});
+
 // --- For tests ---
 
 /// Puts all boxes under script until the process ends: none is shown any more.
@@ -55,6 +67,8 @@ void expectAsk(const QString &text, bool yes, const QString &remark = {});
 void expectAskCautiously(const QString &text, bool yes, const QString &remark = {});
 void expectAskToSave(const QString &text, Choice choice);
 void expectAskWhichVersion(const QString &text, Version version);
+/// As expectAskToSave(); \a preset is what Enter alone must do.
+void expectAskHowToLeave(const QString &text, Choice choice, Choice preset);
 /// What did not go by the script since the last call: boxes nobody expected, and expected ones that never
 /// came. Empty when all went as scripted. Clears the script.
 QString takeUnexpected();

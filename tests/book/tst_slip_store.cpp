@@ -297,8 +297,11 @@ void TestSlipStore::closingAddsTheTaxOnce()
         return shop.rows(u"SELECT printf('%d', 金額) FROM 入出庫サブ WHERE 商品名 = '消費税' "
                          "AND 数量 IS NULL AND 単価 IS NULL AND 単位 IS NULL"_s);
     };
+    const auto isClosed = [&] { return shop.value(u"SELECT 完了 FROM 入出庫マスター"_s); };
+    QCOMPARE(isClosed(), QVariant(0));
     const auto closed = book::closeSlip(shop.connection, id, rate, taxClass, inclusive);
     QVERIFY(closed);
+    QCOMPARE(isClosed(), QVariant(1));
     QCOMPARE(closed->total, amount);
     QCOMPARE(closed->tax, taxLines.isEmpty() ? 0.0 : taxLines.front().toDouble());
     QCOMPARE(taxRows(), taxLines);

@@ -118,6 +118,9 @@ void addGridCases()
 const QString readOnlyText =
     u"データベースが読み取り専用のため、保存できませんでした。ファイルの属性とフォルダの権限を確認してください。"_s;
 
+const QString newRowQuestion = u"入力中の行が登録されていません。登録しますか。"_s;
+const QString editQuestion = u"変更が保存されていません。保存しますか。"_s;
+
 } // namespace
 
 class TestMasterEditor : public ScriptedTest
@@ -135,10 +138,53 @@ private slots:
         QCOMPARE(desk.box(u"txtID"_s)->text(), u"1"_s);
         QVERIFY(desk.nameBox()->hasFocus());
         QCOMPARE(desk.enabled(), u"Update Cancel"_s);
-        QTest::keyClicks(desk.nameBox(), u"abc"_s);
         QTest::keyClick(desk.screen.get(), Qt::Key_Escape);
         QVERIFY(!desk.screen->isVisible());
         QCOMPARE(desk.stored(), QString());
+    }
+
+    void whatWasTypedIsNeitherStoredNorDroppedByEsc_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<bool>("isNew");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("stored");
+        using ui::prompts::Choice;
+        for (int i = 0; i < cases.size(); ++i) {
+            for (const bool isNew : {true, false}) {
+                const auto row = [&](const char *name, Choice answer, const QString &stored) {
+                    QTest::newRow(qPrintable(cases.at(i).screen + (isNew ? u" new "_s : u" "_s) +
+                                             QString::fromLatin1(name)))
+                        << i << isNew << static_cast<int>(answer) << stored;
+                };
+                row("saved", Choice::Save, isNew ? u"3=n3 4=abc"_s : u"3=abc"_s);
+                row("dropped", Choice::Discard, u"3=n3"_s);
+                row("gone back", Choice::Cancel, isNew ? u"3=n3 4="_s : u"3=n3"_s);
+            }
+        }
+    }
+
+    void whatWasTypedIsNeitherStoredNorDroppedByEsc()
+    {
+        QFETCH(int, index);
+        QFETCH(bool, isNew);
+        QFETCH(int, answer);
+        Desk desk(cases.at(index));
+        desk.store({3});
+        QVERIFY(desk.open());
+        if (isNew)
+            desk.click(u"cmdAdd"_s);
+        desk.nameBox()->setFocus();
+        desk.nameBox()->selectAll();
+        QTest::keyClicks(desk.nameBox(), u"abc"_s);
+        ui::prompts::expectAskToSave(isNew ? newRowQuestion : editQuestion,
+                                     static_cast<ui::prompts::Choice>(answer));
+        QTest::keyClick(desk.nameBox(), Qt::Key_Escape);
+        const bool stays = answer == static_cast<int>(ui::prompts::Choice::Cancel);
+        QCOMPARE(desk.screen->isVisible(), stays);
+        QTEST(desk.stored(), "stored");
+        if (stays)
+            QCOMPARE(desk.nameBox()->text(), u"abc"_s);
     }
 
     void aNewRowLivesOnlyWhenConfirmed_data()
@@ -150,7 +196,6 @@ private slots:
             const QString screen = cases.at(i).screen;
             QTest::newRow(qPrintable(screen + u" confirmed"_s)) << i << u"cmdUpdate"_s << u"3=n3 4=new"_s;
             QTest::newRow(qPrintable(screen + u" given up"_s)) << i << u"cmdCancel"_s << u"3=n3"_s;
-            QTest::newRow(qPrintable(screen + u" closed"_s)) << i << QString() << u"3=n3"_s;
         }
     }
 
@@ -168,15 +213,10 @@ private slots:
         QCOMPARE(desk.enabled(), own ? u"Update Cancel"_s : u"Update Cancel Delete"_s);
         QCOMPARE(desk.stored(), u"3=n3 4="_s);
         QTest::keyClicks(desk.nameBox(), u"new"_s);
-        if (end.isEmpty()) {
-            desk.screen->close();
-            QVERIFY(!desk.screen->isVisible());
-        } else {
-            desk.click(end);
-            QCOMPARE(desk.enabled(), u"Add Delete"_s);
-            QVERIFY(desk.button(u"cmdAdd"_s)->hasFocus());
-            QCOMPARE(desk.nameBox()->text(), end == u"cmdUpdate"_s ? u"new"_s : u"n3"_s);
-        }
+        desk.click(end);
+        QCOMPARE(desk.enabled(), u"Add Delete"_s);
+        QVERIFY(desk.button(u"cmdAdd"_s)->hasFocus());
+        QCOMPARE(desk.nameBox()->text(), end == u"cmdUpdate"_s ? u"new"_s : u"n3"_s);
         QCOMPARE(desk.stored(), stored);
     }
 
@@ -322,6 +362,7 @@ private slots:
         QVERIFY(desk.open());
         desk.nameBox()->setText(text);
         text.remove(QChar(u'\0')); // no box takes it
+        ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Save);
         QTest::keyClick(desk.screen.get(), Qt::Key_Escape);
         QVERIFY(!desk.screen->isVisible());
         QCOMPARE(desk.shop.value(u"SELECT %1 FROM %2"_s.arg(desk.c.name, desk.c.table)).toString(), text);
@@ -351,11 +392,12 @@ private slots:
             grid->selectRow(1);
             QCOMPARE(grid->currentIndex().row(), 0);
         }
-        ui::prompts::expectAsk(readOnlyText + u"\n変更を取り消して閉じますか。"_s, false);
+        ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Save);
+        ui::prompts::expectInform(readOnlyText);
         desk.screen->close();
         QVERIFY(desk.screen->isVisible());
         QCOMPARE(desk.nameBox()->text(), u"n1x"_s);
-        ui::prompts::expectAsk(readOnlyText + u"\n変更を取り消して閉じますか。"_s, true);
+        ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Discard);
         desk.screen->close();
         QVERIFY(!desk.screen->isVisible());
         QCOMPARE(desk.stored(), u"1=n1 2=n2"_s);
@@ -373,6 +415,7 @@ private slots:
         desk.click(u"cmdUpdate"_s);
         QCOMPARE(desk.enabled(), u"Update Cancel"_s);
         QCOMPARE(desk.nameBox()->text(), u"new"_s);
+        ui::prompts::expectAskToSave(newRowQuestion, ui::prompts::Choice::Discard);
         ui::prompts::expectAsk(readOnlyText + u"\n確定していない行を残したまま閉じますか。"_s, false);
         desk.screen->close();
         QVERIFY(desk.screen->isVisible());
@@ -512,7 +555,7 @@ private slots:
         QTRY_COMPARE(desk.enabled(), u"Add Delete"_s);
         QTest::qWait(200);
         QCOMPARE(desk.stored(), u"1=n1"_s);
-        ui::prompts::expectAsk(refusal + u"\n変更を取り消して閉じますか。"_s, true);
+        ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Discard);
         QTest::keyClick(line, Qt::Key_Escape);
         QVERIFY(!desk.screen->isVisible());
         QCOMPARE(desk.stored(), u"1=n1"_s);

@@ -23,7 +23,7 @@ namespace
 const QString noName = u"納品先名が入力されていません。               "_s;
 const QString noCategory = u"納品先区分が入力されていません。               "_s;
 const QString notFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？"_s;
-const QString closeWithout = u"\n変更を保存せずに閉じますか？"_s;
+const QString editsOpen = u"変更が保存されていません。保存しますか？"_s;
 const QString entryOpen = u"入力中の納品先が登録されていません。登録しますか？"_s;
 const QString anyText;
 using ui::prompts::Version;
@@ -580,21 +580,38 @@ private slots:
         QCOMPARE(r.stored(u"納品先名1"_s, 2), u"鈴木花子"_s);
         QCOMPARE(r.cursor(), u"txtName"_s);
         QCOMPARE(r.enabled(), browsing);
-        ui::prompts::expectAsk(noName.trimmed() + closeWithout, false);
+        ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Save);
+        ui::prompts::expectInform(noName);
         r.screen.reject();
         QVERIFY(r.screen.isVisible());
-        ui::prompts::expectAsk(noName.trimmed() + closeWithout, true);
+        ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Discard);
         QTest::keyClick(&r.box("txtName"), Qt::Key_Escape);
         QVERIFY(!r.screen.isVisible());
         QCOMPARE(r.stored(u"納品先名1"_s, 2), u"鈴木花子"_s);
     }
 
-    void closingSavesWhatWasTyped()
+    void escNeitherStoresNorDropsWhatWasTyped_data()
     {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<bool>("closed");
+        using ui::prompts::Choice;
+        QTest::newRow("saved") << int(Choice::Save) << u"改装中|2026-04-01"_s << true;
+        QTest::newRow("dropped") << int(Choice::Discard) << u"-|2026-02-01"_s << true;
+        QTest::newRow("gone back") << int(Choice::Cancel) << u"-|2026-02-01"_s << false;
+    }
+
+    void escNeitherStoresNorDropsWhatWasTyped()
+    {
+        QFETCH(int, answer);
         Register r;
         r.type("txtMemo", u"改装中"_s);
-        r.screen.close();
-        QCOMPARE(r.stored(u"メモ, 更新日"_s, 3), u"改装中|2026-04-01"_s);
+        ui::prompts::expectAskToSave(editsOpen, static_cast<ui::prompts::Choice>(answer));
+        QTest::keyClick(&r.box("txtMemo"), Qt::Key_Escape);
+        QTEST(r.stored(u"メモ, 更新日"_s, 3), "stored");
+        QTEST(!r.screen.isVisible(), "closed");
+        QCOMPARE(r.box("txtMemo").text(),
+                 answer == int(ui::prompts::Choice::Discard) ? QString() : u"改装中"_s);
     }
 
     void closingDuringEntry_data()

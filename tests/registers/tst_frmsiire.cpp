@@ -178,7 +178,8 @@ private slots:
         ui::prompts::expectInform(ui::messages::widthLimit());
         r.goTo(1);
         QCOMPARE(r.box("txtID").text(), u"2"_s);
-        ui::prompts::expectAsk(ui::messages::widthLimit() + u"\n変更を保存せずに閉じますか？"_s, true);
+        ui::prompts::expectAskToSave(u"変更が保存されていません。保存しますか？"_s,
+                                     ui::prompts::Choice::Discard);
         r.screen.reject();
         QVERIFY(!r.stored(u"*"_s, 2).contains(tooWide));
     }

@@ -292,6 +292,8 @@ void FirstDay::enterSlips()
             m_walker.on(screen).press(u"Command1"_s);
             m_walker.on(screen).press(u"cmdMasterUpdate"_s);
             m_walker.picture(screen, u"sales-slip-earlier-lines"_s);
+            // It is left there without lines.
+            ui::prompts::expectAskToSave({}, ui::prompts::Choice::Discard);
         });
 }
 

@@ -23,7 +23,9 @@ base::Result<TaxSlip> enterPurchaseTax(db::Connection &connection, const book::N
     if (tax == 0)
         return base::Error{u"消費税が０円のため、伝票を保存しませんでした。金額を入力し直してください。"_s};
     return db::atomically(connection, [&]() -> base::Result<TaxSlip> {
-        const auto header = book::saveHeader(connection, slip);
+        book::NewSlip whole = slip;
+        whole.needsClosing = false;
+        const auto header = book::saveHeader(connection, whole);
         if (!header)
             return header.error();
         if (const base::Status added = book::addTaxLine(connection, header->id, tax); !added)

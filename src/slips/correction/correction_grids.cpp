@@ -18,7 +18,8 @@ namespace
 {
 
 const QList<ui::GridColumn> headerColumns{{u"日付"_s, 10},   {u"伝票番号"_s, 14}, {u"相手先ID"_s, 36},
-                                          {u"社員ID"_s, 14}, {u"消費税率"_s, 8},  {u"備考"_s, 36}};
+                                          {u"社員ID"_s, 14}, {u"消費税率"_s, 8},  {u"備考"_s, 36},
+                                          {u"摘要"_s, 36}};
 const QList<ui::GridColumn> goodsColumns{{u"商品名"_s, 40}, {u"規格"_s, 20}, {u"数量"_s, 10},
                                          {u"単位"_s, 8},    {u"単価"_s, 12}, {u"金額"_s, 14}};
 const QList<ui::GridColumn> moneyColumns{{u"商品名"_s, 30}, {u"規格"_s, 24}, {u"金額"_s, 16}};

@@ -175,6 +175,12 @@ Sums sumsOf(const std::vector<book::SlipLine> &lines)
     return sums;
 }
 
+// Whether closing books a tax line.
+bool isTaxed(const book::SlipKind &kind)
+{
+    return kind == book::sale || kind == book::purchase || kind == book::estimate;
+}
+
 } // namespace
 
 base::Status openSlips(db::Recordset &headers, const book::SlipKind &kind)
@@ -206,10 +212,11 @@ base::Status openLines(db::Recordset &lines, qint64 id)
 
 void makeHeadersEditable(db::Recordset &headers, db::Connection &connection, const book::SlipKind &kind)
 {
-    headers.setEditable({u"日付"_s, u"伝票番号"_s, u"相手先ID"_s, u"社員ID"_s, u"消費税率"_s, u"備考"_s},
-                        [&connection, kind](const QString &column, const QString &typed) {
-                            return readHeaderCell(connection, kind, column, typed);
-                        });
+    headers.setEditable(
+        {u"日付"_s, u"伝票番号"_s, u"相手先ID"_s, u"社員ID"_s, u"消費税率"_s, u"備考"_s, u"摘要"_s},
+        [&connection, kind](const QString &column, const QString &typed) {
+            return readHeaderCell(connection, kind, column, typed);
+        });
 }
 
 void makeLinesEditable(db::Recordset &lines)
@@ -303,6 +310,39 @@ QString taxRemark(const std::vector<book::SlipLine> &lines, double taxRate, book
         return {};
     return u"消費税の行は %1 円ですが、いまの明細（%2 円、税率 %3 %）では %4 円になります。"_s.arg(
         figure(sums.tax), figure(sums.goods), QString::number(taxRate, 'g', 6), figure(*tax));
+}
+
+bool isLeftOpen(const db::Recordset &headers)
+{
+    const QVariant mark = headers.value(u"完了"_s);
+    return headers.currentRow() >= 0 && !mark.isNull() && mark.toInt() == 0;
+}
+
+QString leftOpenRemark(const db::Recordset &headers, const std::vector<book::SlipLine> &lines,
+                       const book::SlipKind &kind, book::TaxClass taxClass)
+{
+    if (!isLeftOpen(headers))
+        return {};
+    const QString leftOpen = u"この伝票は閉じられていません。"_s;
+    const Sums sums = sumsOf(lines);
+    if (!isTaxed(kind) || sums.isTaxed || !book::taxIsAdded(taxClass, false))
+        return leftOpen;
+    const double rate = headers.value(u"消費税率"_s).toDouble();
+    const auto tax = book::taxOf(book::taxableGoods(lines, rate), book::Basis::Net);
+    if (!tax || *tax == 0)
+        return leftOpen;
+    return leftOpen + u"消費税 %1 円が計上されていません。「伝票完了」で計上します。"_s.arg(figure(*tax));
+}
+
+base::Status closeLeftOpen(db::Connection &connection, const db::Recordset &headers,
+                           const book::SlipKind &kind, book::TaxClass taxClass)
+{
+    const qint64 id = headers.currentKey();
+    const auto closed =
+        isTaxed(kind)
+            ? book::closeSlip(connection, id, headers.value(u"消費税率"_s).toDouble(), taxClass, false)
+            : book::closeUntaxedSlip(connection, id);
+    return closed ? base::Status() : base::Status(closed.error());
 }
 
 QString totalRemark(const std::vector<book::SlipLine> &lines)

@@ -57,6 +57,18 @@ QString amountRemark(const book::SlipLine &line);
 /// what the tax would be; empty where it fits or there is none.
 QString taxRemark(const std::vector<book::SlipLine> &lines, double taxRate, book::TaxClass taxClass);
 
+/// Whether the slip was left without being closed. Nobody knows it of slips that older programs entered.
+bool isLeftOpen(const db::Recordset &headers);
+
+/// Where the current slip was left open: a sentence, with the tax that was not booked on it. \a taxClass is
+/// its counterpart's.
+QString leftOpenRemark(const db::Recordset &headers, const std::vector<book::SlipLine> &lines,
+                       const book::SlipKind &kind, book::TaxClass taxClass);
+
+/// Closes the slip that was left open, as its own screen would have done.
+base::Status closeLeftOpen(db::Connection &connection, const db::Recordset &headers,
+                           const book::SlipKind &kind, book::TaxClass taxClass);
+
 /// "合計 10,800 円（うち消費税 800 円）".
 QString totalRemark(const std::vector<book::SlipLine> &lines);
 

@@ -97,6 +97,7 @@ void SlipCorrectionScreen::connectControls()
     press(m_ui->cmdMasterCancel, &SlipCorrectionScreen::deleteSlip);
     press(m_ui->cmdLineAdd, &SlipCorrectionScreen::addLine);
     press(m_ui->cmdLineDelete, &SlipCorrectionScreen::deleteLine);
+    press(m_ui->cmdClose, &SlipCorrectionScreen::closeOpenSlip);
     press(m_ui->Command2, &SlipCorrectionScreen::print);
     connect(m_ui->dbcShain, &QComboBox::activated, this, [this](int index) {
         m_headers.setValue(u"社員ID"_s, m_ui->dbcShain->itemData(index).toLongLong());
@@ -289,23 +290,34 @@ void SlipCorrectionScreen::showRemarks()
         remarks << amountRemark(lines.at(static_cast<std::size_t>(m_lines.currentRow())));
     // A deleted counterpart's class is not known.
     if (!m_counterpart.isEmpty())
-        remarks << taxRemark(lines, m_headers.value(u"消費税率"_s).toDouble(),
-                             book::taxClassFrom(m_counterpart.text(u"消費税区分"_s)));
+        remarks << taxRemark(lines, m_headers.value(u"消費税率"_s).toDouble(), taxClass());
+    remarks << leftOpenRemark(m_headers, lines, m_description.kind, taxClass());
+    m_ui->cmdClose->setEnabled(isLeftOpen(m_headers));
     remarks.removeAll(QString());
     m_ui->lblMessage->setText(remarks.join(u'\n'));
     m_ui->lblTotal->setText(m_headers.currentRow() >= 0 ? totalRemark(lines) : QString());
     m_ui->dgdSub->viewport()->update();
 }
 
+book::TaxClass SlipCorrectionScreen::taxClass() const
+{
+    return book::taxClassFrom(m_counterpart.text(u"消費税区分"_s));
+}
+
 bool SlipCorrectionScreen::designatedForm() const { return m_ui->Check2->isChecked(); }
 
 bool SlipCorrectionScreen::pricesIncludeTax() const
 {
-    return book::taxClassFrom(m_counterpart.text(u"消費税区分"_s)) == book::TaxClass::Included &&
+    return taxClass() == book::TaxClass::Included &&
            std::ranges::none_of(linesIn(m_lines), &book::SlipLine::isTax);
 }
 
-QString SlipCorrectionScreen::memo() const { return m_headers.text(u"備考"_s); }
+// What was remarked on the slip when it was entered; older slips and those of other programs have it in 備考.
+QString SlipCorrectionScreen::memo() const
+{
+    const QString remark = m_headers.text(u"摘要"_s);
+    return remark.isEmpty() ? m_headers.text(u"備考"_s) : remark;
+}
 
 // --- Corrections ---
 
@@ -427,6 +439,14 @@ void SlipCorrectionScreen::deleteLine()
     if (!tell(deleteCurrentLine(m_headers, m_lines)))
         showAsStored();
     m_ui->dgdSub->setFocus();
+}
+
+void SlipCorrectionScreen::closeOpenSlip()
+{
+    if (!isLeftOpen(m_headers) || !saved())
+        return;
+    tell(closeLeftOpen(workspace().connection, m_headers, m_description.kind, taxClass()));
+    showAsStored();
 }
 
 void SlipCorrectionScreen::print()

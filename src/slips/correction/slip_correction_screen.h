@@ -78,6 +78,7 @@ private:
     [[nodiscard]] book::CounterpartKey counterpart() const; // of the shown slip
     void showRemarks();
     bool editHeader(const QString &column, QLineEdit *box);
+    [[nodiscard]] book::TaxClass taxClass() const;
     [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip
     void tellLater(const QString &refusal);
 
@@ -89,6 +90,7 @@ private:
     void deleteSlip();
     void addLine();
     void deleteLine();
+    void closeOpenSlip();
     void print();
 
     CorrectionDescription m_description;

@@ -43,7 +43,7 @@ void frmMitsumori::clearLines()
 
 void frmMitsumori::print()
 {
-    if (!mayPassOverLine())
+    if (!mayPassOverLine() || !storeRemark())
         return;
     printEstimate(workspace(), this,
                   {.slipId = header().id,

@@ -25,7 +25,7 @@ frmOut::~frmOut() = default;
 
 void frmOut::print()
 {
-    if (!mayPassOverLine())
+    if (!mayPassOverLine() || !storeRemark())
         return;
     printDeliveryNote(workspace(), this,
                       {.slipId = header().id,

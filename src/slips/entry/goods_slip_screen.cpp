@@ -75,6 +75,8 @@ void GoodsSlipScreen::setUpLines()
     connect(m_goods.slip.addLine, &QPushButton::clicked, this, &GoodsSlipScreen::addLine);
     connect(m_goods.slip.removeLine, &QPushButton::clicked, this, &GoodsSlipScreen::removeLine);
     connect(m_goods.inclusive, &QCheckBox::toggled, this, &GoodsSlipScreen::showTax);
+    // Not kept in 備考, which these slips have always left empty.
+    connect(m_goods.memo, &QLineEdit::editingFinished, this, &GoodsSlipScreen::storeRemark);
 }
 
 book::TaxClass GoodsSlipScreen::taxClass() const { return book::taxClassFrom(m_goods.taxClass->text()); }
@@ -186,6 +188,31 @@ void GoodsSlipScreen::foretellTax()
 
 // --- The end of a slip ---
 
+bool GoodsSlipScreen::storeRemark()
+{
+    const bool isOpen = state() == SlipState::HeaderSaved || state() == SlipState::LinesPresent;
+    const QString typed = m_goods.memo->text();
+    if (!isOpen || typed == m_storedRemark)
+        return true;
+    db::Connection &connection = workspace().connection;
+    const base::Status kept =
+        book::onSlip(connection, header(), [&] { return book::keepRemark(connection, header().id, typed); });
+    if (!kept) {
+        tellOfSlip(kept.error());
+        return false;
+    }
+    m_storedRemark = typed;
+    return true;
+}
+
+int GoodsSlipScreen::lineCount() const { return m_lines.rowCount(); }
+
+bool GoodsSlipScreen::taxIsDue() const
+{
+    const auto tax = book::taxOf(m_taxable, book::Basis::Net);
+    return addsTax() && !(tax && *tax == 0);
+}
+
 base::Result<QString> GoodsSlipScreen::closeSlip()
 {
     db::Connection &connection = workspace().connection;
@@ -214,21 +241,7 @@ void GoodsSlipScreen::clearLines()
     for (QLineEdit *box : {m_goods.total, m_goods.tax, m_goods.memo})
         box->clear();
     m_goods.taxFlag->setText(u"ON"_s);
-}
-
-bool GoodsSlipScreen::mayClose()
-{
-    if (!SlipScreen::mayClose())
-        return false;
-    // A slip left open has lines but not the tax on them.
-    if (state() != SlipState::LinesPresent || m_lines.rowCount() == 0 || !addsTax() ||
-        !ui::prompts::ask(this,
-                          u"表示中の伝票には、まだ消費税が計上されていません。計上してから終了しますか。"_s))
-        return true;
-    const auto closed = closeSlip();
-    if (!closed)
-        tellOfSlip(closed.error());
-    return bool(closed);
+    m_storedRemark.clear();
 }
 
 } // namespace slips

@@ -41,8 +41,10 @@ protected:
     void focusLine() override;
     [[nodiscard]] bool lineIsTyped() const override;
     void clearLines() override;
+    bool storeRemark() override;
+    [[nodiscard]] int lineCount() const override;
+    [[nodiscard]] bool taxIsDue() const override;
     base::Result<QString> closeSlip() override;
-    bool mayClose() override;
 
 private:
     void showPreviousLines();
@@ -59,6 +61,7 @@ private:
     LineEntry *m_entry = nullptr;
     std::vector<book::TaxableAmount> m_taxable; // of the lines
     GoodsControls m_goods = {};
+    QString m_storedRemark; // of the open slip
 };
 
 } // namespace slips

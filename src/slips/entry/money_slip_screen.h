@@ -43,6 +43,7 @@ protected:
     void focusLine() override;
     [[nodiscard]] bool lineIsTyped() const override;
     void clearLines() override;
+    [[nodiscard]] int lineCount() const override { return m_lines.rowCount(); }
     base::Result<QString> closeSlip() override;
 
 private:

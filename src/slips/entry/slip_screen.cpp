@@ -178,7 +178,7 @@ bool SlipScreen::mayPassOverLine()
 
 void SlipScreen::next()
 {
-    if (!mayPassOverLine())
+    if (!mayPassOverLine() || !storeRemark())
         return;
     const auto closed = closeSlip();
     if (closed)
@@ -189,8 +189,12 @@ void SlipScreen::next()
 
 void SlipScreen::cancelSlip()
 {
-    if (!ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
-        return;
+    if (ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
+        deleteSlip();
+}
+
+bool SlipScreen::deleteSlip()
+{
     db::Connection &connection = workspace().connection;
     const base::Status deleted =
         book::onSlip(connection, m_header, [&] { return book::deleteSlip(connection, m_header.id); });
@@ -198,6 +202,7 @@ void SlipScreen::cancelSlip()
         leaveSlip(u"伝票 %1 を取り消しました。"_s.arg(m_header.number));
     else
         tellOfSlip(deleted.error());
+    return bool(deleted);
 }
 
 bool SlipScreen::storeLine(const std::function<base::Status(db::Connection &)> &add)
@@ -269,10 +274,55 @@ void SlipScreen::enter(SlipState state)
             set(button, finishingLife);
 }
 
+// Leaving is no command of its own: Esc is pressed to get out of a list or a box, and once too often.
 bool SlipScreen::mayClose()
 {
-    const bool linesCanBeTyped = m_state == SlipState::HeaderSaved || m_state == SlipState::LinesPresent;
-    return !linesCanBeTyped || mayPassOverLine();
+    if (m_state != SlipState::HeaderSaved && m_state != SlipState::LinesPresent)
+        return true;
+    if (!mayPassOverLine() || !storeRemark())
+        return false;
+    return lineCount() > 0 ? leaveWithLines() : leaveWithoutLines();
+}
+
+bool SlipScreen::leaveWithLines()
+{
+    const QString text =
+        taxIsDue() ? u"伝票 %1 はまだ閉じられておらず、消費税が計上されていません。画面を閉じますか。"_s
+                   : u"伝票 %1 はまだ閉じられていません。画面を閉じますか。"_s;
+    const ui::prompts::Ways ways =
+        taxIsDue() ? ui::prompts::Ways{u"計上して閉じる(&S)"_s, u"計上せず閉じる(&D)"_s}
+                   : ui::prompts::Ways{u"伝票を閉じる(&S)"_s, u"伝票を閉じずに残す(&D)"_s};
+    switch (ui::prompts::askHowToLeave(this, text.arg(m_header.number), ways)) {
+    case ui::prompts::Choice::Save:
+        break;
+    case ui::prompts::Choice::Discard:
+        return true;
+    case ui::prompts::Choice::Cancel:
+        focusLine();
+        return false;
+    }
+    const auto closed = closeSlip();
+    if (!closed)
+        tellOfSlip(closed.error());
+    return bool(closed);
+}
+
+// The way out for a customer who was confirmed by mistake: no line can be cancelled yet.
+bool SlipScreen::leaveWithoutLines()
+{
+    switch (ui::prompts::askHowToLeave(
+        this, u"伝票 %1 には明細がありません。伝票を取り消しますか。"_s.arg(m_header.number),
+        {u"伝票を取り消す(&D)"_s, u"伝票を残して閉じる(&L)"_s, true})) {
+    case ui::prompts::Choice::Save:
+        deleteSlip();
+        return false; // the next one is entered here, for the right customer
+    case ui::prompts::Choice::Discard:
+        return true;
+    case ui::prompts::Choice::Cancel:
+        focusLine();
+        break;
+    }
+    return false;
 }
 
 } // namespace slips

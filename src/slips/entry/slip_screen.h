@@ -60,6 +60,12 @@ protected:
     [[nodiscard]] virtual bool lineIsTyped() const = 0;
     /// Empties the part of the lines for the next slip.
     virtual void clearLines() = 0;
+    /// Stores what stands in a box of the open slip and is not in it yet. \return whether it is; told else
+    virtual bool storeRemark() { return true; }
+    /// How many lines the slip has.
+    [[nodiscard]] virtual int lineCount() const = 0;
+    /// Whether closing the slip stores a tax line that is due on it.
+    [[nodiscard]] virtual bool taxIsDue() const { return false; }
     /// Closes the slip in the database. \return the sentence that says so
     virtual base::Result<QString> closeSlip() = 0;
 
@@ -100,8 +106,12 @@ private:
     void checkNumber();
     void saveHeader();
 
+    bool leaveWithLines();
+    bool leaveWithoutLines();
+
     void next();
     void cancelSlip();
+    bool deleteSlip();
     void leaveSlip(const QString &message);
     void clearForNext(const QString &message);
     [[nodiscard]] QString dateRemark() const;

@@ -24,7 +24,7 @@ namespace
 {
 
 const QString missing = u"入力漏れがあります。"_s;
-const QString closeWithout = u"\n変更を保存せずに閉じますか？"_s;
+const QString editsOpen = u"変更が保存されていません。保存しますか？"_s;
 
 // A shop with two categories and four customers, the last of which has no category and is never found.
 struct SmallShop
@@ -207,10 +207,11 @@ private slots:
         ui::prompts::expectInform(missing);
         s.press("Command3");
         QCOMPARE(s.cursor(), u"txtName"_s);
-        ui::prompts::expectAsk(missing + closeWithout, false);
+        ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Save);
+        ui::prompts::expectInform(missing);
         s.screen.reject();
         QVERIFY(s.screen.isVisible());
-        ui::prompts::expectAsk(missing + closeWithout, true);
+        ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Discard);
         s.screen.reject();
         QCOMPARE(s.stored(u"納品先名1"_s, 2), u"鈴木花子"_s);
     }
@@ -243,6 +244,7 @@ private slots:
         s.find(u"メモ"_s, u"改装"_s);
         QCOMPARE(s.listed(), u"1"_s);
         s.type("txtMemo", u"閉店"_s);
+        ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Save);
         s.screen.close();
         QCOMPARE(s.stored(u"メモ"_s, 1), u"閉店"_s);
     }

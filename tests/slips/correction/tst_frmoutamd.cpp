@@ -117,6 +117,30 @@ private slots:
         }
     }
 
+    // A killed program leaves a slip open; one of before the mark is accused of nothing.
+    void aSlipLeftOpenIsClosedHere()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 0 WHERE ID = 9"_s);
+        desk.driver.press("cmdAll");
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"備考"_s));
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 1, u"備考"_s));
+        const auto *button = &desk.driver.the("cmdClose");
+        QVERIFY(desk.message().contains(u"この伝票は閉じられていません。消費税 100 円が"_s));
+        QVERIFY(button->isEnabled());
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"備考"_s));
+        QVERIFY(!desk.message().contains(u"閉じられていません"_s));
+        QVERIFY(!button->isEnabled());
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 1, u"備考"_s));
+        desk.driver.press("cmdClose");
+        QCOMPARE(desk.shop.rows(u"SELECT 商品名, 金額 FROM 入出庫サブ WHERE ID = 9 ORDER BY 明細ID"_s),
+                 (QStringList{u"りんご|2000"_s, u"消費税|100"_s}));
+        QCOMPARE(desk.lines().model()->rowCount(), 2);
+        QVERIFY(!desk.message().contains(u"閉じられていません"_s));
+        QVERIFY(!button->isEnabled());
+    }
+
     void aQuantityIsStoredAndNothingElse()
     {
         Desk desk;

@@ -29,6 +29,7 @@ private slots:
     void cancellingDeletesTheSlip();
     void printingShowsTheNote();
     void previousLinesAreShown();
+    void aBackDatedSlipsDateIsSeen();
 };
 
 void TestFrmOut::lifeOfASlip()
@@ -71,6 +72,29 @@ void TestFrmOut::lifeOfASlip()
     QCOMPARE(desk.the<QTableView>("dgdSub").model()->rowCount(), 0);
     desk.open(1);
     QCOMPARE(desk.text("txtDenNo"), u"O2"_s);
+}
+
+// A pile of Saturday's slips, entered on Wednesday, and then one of today.
+void TestFrmOut::aBackDatedSlipsDateIsSeen()
+{
+    SalesDesk desk;
+    auto *date = &desk.the<QDateEdit>("DTPicker1");
+    const QColor usual = date->palette().color(QPalette::Base);
+    desk.choose(0);
+    date->setFocus();
+    QTest::keyClick(date, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(date, u"2026/3/28"_s);
+    QVERIFY(date->palette().color(QPalette::Base) != usual);
+    desk.press("cmdMasterUpdate");
+    desk.line(u"２"_s, u"500"_s);
+    desk.press("cmdNext");
+    QCOMPARE(date->date(), QDate(2026, 3, 28));
+    QVERIFY(date->palette().color(QPalette::Base) != usual);
+    QCOMPARE(desk.the<QLabel>("lblMessage").text(),
+             u"伝票 O1 を保存しました。　合計 1,000 円　消費税 50 円"
+             "　日付は 2026/3/28 のままです（今日ではありません）。"_s);
+    date->setDate(QDate(2026, 4, 1));
+    QCOMPARE(date->palette().color(QPalette::Base), usual);
 }
 
 void TestFrmOut::worksByKeyboardAlone()

@@ -32,8 +32,8 @@ private slots:
     void slipDeletedElsewhereIsLeft_data();
     void slipDeletedElsewhereIsLeft();
     void linesOfOthersCount();
-    void closingAsksForTheTaxLine_data();
-    void closingAsksForTheTaxLine();
+    void leavingAnOpenSlipAsks_data();
+    void leavingAnOpenSlipAsks();
     void refusedWritesLeaveTheScreenAsItWas();
 };
 
@@ -239,39 +239,69 @@ void TestFrmOutRefusals::linesOfOthersCount()
              u"伝票 O1 を保存しました。　合計 1,500 円　消費税 75 円"_s);
 }
 
-void TestFrmOutRefusals::closingAsksForTheTaxLine_data()
+void TestFrmOutRefusals::leavingAnOpenSlipAsks_data()
 {
     QTest::addColumn<int>("taxClass");
-    QTest::addColumn<bool>("withLine");
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<int>("lines");
-    QTest::newRow("nothing entered: no question") << 0 << false << false << 0;
-    QTest::newRow("all taken back: no question") << 3 << true << false << 0;
-    QTest::newRow("tax added") << 0 << true << true << 2;
-    QTest::newRow("left as it is") << 0 << true << false << 1;
-    QTest::newRow("taxed on the bill: no question") << 1 << true << false << 1;
-    QTest::newRow("tax included: no question") << 2 << true << false << 1;
+    QTest::addColumn<QString>("price"); // empty: no line
+    QTest::addColumn<int>("answer");
+    QTest::addColumn<QString>("question");
+    QTest::addColumn<QStringList>("slip"); // number, then its lines' amounts
+    using enum ui::prompts::Choice;
+    const QString taxDue =
+        u"伝票 O1 はまだ閉じられておらず、消費税が計上されていません。画面を閉じますか。"_s;
+    const QString noneDue = u"伝票 O1 はまだ閉じられていません。画面を閉じますか。"_s;
+    const QString empty = u"伝票 O1 には明細がありません。伝票を取り消しますか。"_s;
+    const auto row = [](const char *name, int taxClass, const char16_t *price, ui::prompts::Choice answer,
+                        const QString &question, const QStringList &slip) {
+        QTest::newRow(name) << taxClass << QString::fromUtf16(price) << static_cast<int>(answer) << question
+                            << slip;
+    };
+    const QString n = u"O1"_s;
+    row("tax added", 0, u"1,000", Save, taxDue, {n, u"1000"_s, u"50"_s});
+    row("left without the tax", 0, u"1,000", Discard, taxDue, {n, u"1000"_s});
+    row("gone back", 0, u"1,000", Cancel, taxDue, {n, u"1000"_s});
+    row("too little for a tax", 0, u"19", Save, noneDue, {n, u"19"_s});
+    row("taxed on the bill", 1, u"1,000", Save, noneDue, {n, u"1000"_s});
+    row("tax included, gone back", 2, u"1,000", Cancel, noneDue, {n, u"1000"_s});
+    row("empty, cancelled", 0, u"", Save, empty, {});
+    row("empty, left there", 0, u"", Discard, empty, {n});
+    row("empty, gone back", 0, u"", Cancel, empty, {n});
+    row("all lines taken back", 3, u"5", Save, empty, {});
 }
 
-void TestFrmOutRefusals::closingAsksForTheTaxLine()
+// Two Esc, the first of which is meant for the list of names.
+void TestFrmOutRefusals::leavingAnOpenSlipAsks()
 {
     QFETCH(int, taxClass);
-    QFETCH(bool, withLine);
-    QFETCH(bool, yes);
-    QFETCH(int, lines);
+    QFETCH(QString, price);
+    QFETCH(int, answer);
+    QFETCH(QString, question);
+    using ui::prompts::Choice;
     SalesDesk desk;
     desk.open(taxClass);
-    if (withLine)
-        desk.line(u"1"_s, u"1000"_s);
+    if (!price.isEmpty())
+        desk.line(u"１"_s, price);
     if (taxClass == 3)
         desk.press("cmdSubCancel");
-    if (withLine && taxClass == 0) {
-        ui::prompts::expectAsk(
-            u"表示中の伝票には、まだ消費税が計上されていません。計上してから終了しますか。"_s, yes);
+    const bool isEmpty = question.contains(u"明細がありません"_s);
+    ui::prompts::expectAskHowToLeave(question, static_cast<Choice>(answer),
+                                     isEmpty ? Choice::Cancel : Choice::Save);
+    QTest::keyClick(&desk.the("dbcShohin"), Qt::Key_Escape);
+    QStringList slip = desk.shop.rows(u"SELECT 伝票番号 FROM 入出庫マスター"_s);
+    slip += desk.shop.rows(u"SELECT 金額 FROM 入出庫サブ ORDER BY rowid"_s);
+    QTEST(slip, "slip");
+    // A cancelled one makes room for the right customer's.
+    const bool cancelled = isEmpty && answer == static_cast<int>(Choice::Save);
+    QCOMPARE(desk.screen().isVisible(), cancelled || answer == static_cast<int>(Choice::Cancel));
+    if (cancelled) {
+        QCOMPARE(desk.usable(), headerOnly);
+        QVERIFY(desk.hasFocus("txtKey1"));
+        desk.open(1);
+        QCOMPARE(desk.text("txtDenNo"), u"O1"_s);
+    } else if (answer == static_cast<int>(Choice::Cancel)) {
+        QVERIFY(desk.hasFocus("dbcShohin"));
+        QVERIFY(desk.usable().contains(u"cmdSubAdd"_s));
     }
-    QVERIFY(desk.screen().close());
-    QCOMPARE(desk.headers().size(), 1);
-    QCOMPARE(desk.shortLines().size(), lines);
 }
 
 void TestFrmOutRefusals::refusedWritesLeaveTheScreenAsItWas()

@@ -107,6 +107,8 @@ private slots:
         QVERIFY(!desk.screen().close());
         // The header stays and comes to nothing.
         ui::prompts::expectAsk(half, true);
+        ui::prompts::expectAskHowToLeave(u"伝票 P1 には明細がありません。伝票を取り消しますか。"_s,
+                                         ui::prompts::Choice::Discard, ui::prompts::Choice::Cancel);
         QVERIFY(desk.screen().close());
         QCOMPARE(desk.headers().size(), 1);
     }

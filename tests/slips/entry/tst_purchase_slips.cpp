@@ -12,6 +12,30 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+// Typed before a line, changed after it, and not carried into the next slip; 備考 stays empty.
+template <class Screen>
+void keepsRemark(SlipDesk<Screen> &desk)
+{
+    const QString kept = u"SELECT 摘要, 備考 FROM 入出庫マスター ORDER BY ID"_s;
+    desk.open(0);
+    desk.driver().type("txtMemo", u"箱つぶれ、返品予定"_s);
+    desk.driver().leave("txtMemo");
+    QCOMPARE(desk.shop.rows(kept), QStringList{u"箱つぶれ、返品予定|-"_s});
+    desk.goods(u"3"_s, u"1,980"_s);
+    desk.driver().type("txtMemo", u"箱つぶれ"_s);
+    desk.driver().press("cmdNext");
+    QCOMPARE(desk.shop.rows(kept), QStringList{u"箱つぶれ|-"_s});
+    desk.open(0);
+    desk.goods(u"1"_s, u"500"_s);
+    desk.driver().press("cmdNext");
+    QCOMPARE(desk.shop.rows(kept), (QStringList{u"箱つぶれ|-"_s, u"-|-"_s}));
+}
+
+} // namespace
+
 class TestPurchaseSlips : public ScriptedTest
 {
     Q_OBJECT
@@ -105,6 +129,16 @@ private slots:
         QCOMPARE(desk.headers(), QStringList{u"T1|2026-04-01|10"_s});
         QCOMPARE(desk.lines().size(), 1);
         QVERIFY(desk.screen().close());
+    }
+
+    void theRemarkIsKeptWithTheSlip()
+    {
+        SlipDesk<slips::frmIn> purchase;
+        SlipDesk<slips::frmTana> stocktake;
+        SlipDesk<slips::frmMitsumori> estimate;
+        keepsRemark(purchase);
+        keepsRemark(stocktake);
+        keepsRemark(estimate);
     }
 
     void estimateIsRefusedWithoutPrice()
