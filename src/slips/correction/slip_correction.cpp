@@ -181,6 +181,9 @@ bool isTaxed(const book::SlipKind &kind)
     return kind == book::sale || kind == book::purchase || kind == book::estimate;
 }
 
+// As the entry screens begin a slip; whether the clerk had changed that is not known any more.
+bool includesTax(book::TaxClass taxClass) { return taxClass == book::TaxClass::Included; }
+
 } // namespace
 
 base::Status openSlips(db::Recordset &headers, const book::SlipKind &kind)
@@ -325,7 +328,7 @@ QString leftOpenRemark(const db::Recordset &headers, const std::vector<book::Sli
         return {};
     const QString leftOpen = u"この伝票は閉じられていません。"_s;
     const Sums sums = sumsOf(lines);
-    if (!isTaxed(kind) || sums.isTaxed || !book::taxIsAdded(taxClass, false))
+    if (!isTaxed(kind) || sums.isTaxed || !book::taxIsAdded(taxClass, includesTax(taxClass)))
         return leftOpen;
     const double rate = headers.value(u"消費税率"_s).toDouble();
     const auto tax = book::taxOf(book::taxableGoods(lines, rate), book::Basis::Net);
@@ -338,10 +341,10 @@ base::Status closeLeftOpen(db::Connection &connection, const db::Recordset &head
                            const book::SlipKind &kind, book::TaxClass taxClass)
 {
     const qint64 id = headers.currentKey();
-    const auto closed =
-        isTaxed(kind)
-            ? book::closeSlip(connection, id, headers.value(u"消費税率"_s).toDouble(), taxClass, false)
-            : book::closeUntaxedSlip(connection, id);
+    const auto closed = isTaxed(kind)
+                            ? book::closeSlip(connection, id, headers.value(u"消費税率"_s).toDouble(),
+                                              taxClass, includesTax(taxClass))
+                            : book::closeUntaxedSlip(connection, id);
     return closed ? base::Status() : base::Status(closed.error());
 }
 

@@ -289,10 +289,11 @@ void SlipCorrectionScreen::showRemarks()
     if (m_lines.currentRow() >= 0)
         remarks << amountRemark(lines.at(static_cast<std::size_t>(m_lines.currentRow())));
     // A deleted counterpart's class is not known.
-    if (!m_counterpart.isEmpty())
+    if (!m_counterpart.isEmpty()) {
         remarks << taxRemark(lines, m_headers.value(u"消費税率"_s).toDouble(), taxClass());
-    remarks << leftOpenRemark(m_headers, lines, m_description.kind, taxClass());
-    m_ui->cmdClose->setEnabled(isLeftOpen(m_headers));
+        remarks << leftOpenRemark(m_headers, lines, m_description.kind, taxClass());
+    }
+    m_ui->cmdClose->setEnabled(isLeftOpen(m_headers) && !m_counterpart.isEmpty());
     remarks.removeAll(QString());
     m_ui->lblMessage->setText(remarks.join(u'\n'));
     m_ui->lblTotal->setText(m_headers.currentRow() >= 0 ? totalRemark(lines) : QString());
