@@ -255,6 +255,18 @@ base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double
     });
 }
 
+base::Result<QStringList> slipsLeftOpen(db::Connection &connection, int most)
+{
+    const auto found = connection.select(
+        u"SELECT 伝票番号 FROM 入出庫マスター WHERE 完了 = 0 ORDER BY ID DESC LIMIT ?"_s, {most});
+    if (!found)
+        return found.error();
+    QStringList numbers;
+    for (const QVariantList &row : found->rows)
+        numbers << row.front().toString();
+    return numbers;
+}
+
 base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
 {
     return closeSlip(connection, id, 0, TaxClass::Included, true);

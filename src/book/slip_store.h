@@ -6,6 +6,7 @@
 #include "db/transaction.h"
 
 #include <QDate>
+#include <QStringList>
 
 #include <optional>
 
@@ -121,6 +122,9 @@ struct ClosedSlip
 /// slip is no longer there.
 base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
                                    bool inclusive);
+
+/// The numbers of the slips that were left without being closed, the newest first, at most \a most of them.
+base::Result<QStringList> slipsLeftOpen(db::Connection &connection, int most);
 
 /// What the slip comes to where no tax is kept; it is closed as well. Fails when the slip is no longer there.
 base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id);

@@ -23,6 +23,8 @@ bool leadsOn(int key)
            key == Qt::Key_PageUp || key == Qt::Key_PageDown;
 }
 
+bool isEnter(const QKeyEvent &event) { return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter; }
+
 } // namespace
 
 CellDelegate::CellDelegate(Grid *grid)
@@ -30,6 +32,7 @@ CellDelegate::CellDelegate(Grid *grid)
     , m_grid(grid)
 {
     grid->setItemDelegate(this);
+    grid->installEventFilter(this);
     grid->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
                           QAbstractItemView::AnyKeyPressed);
 }
@@ -88,20 +91,26 @@ void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
 
 bool CellDelegate::eventFilter(QObject *editor, QEvent *event)
 {
+    // Out of the grid the next Enter would press a button.
+    if (editor == m_grid) {
+        const bool stays = event->type() == QEvent::KeyPress && isEnter(*static_cast<QKeyEvent *>(event));
+        if (stays)
+            moveOn();
+        return stays;
+    }
     // A look at another window does not leave the cell, as it leaves no box.
     if (event->type() == QEvent::FocusOut &&
         static_cast<QFocusEvent *>(event)->reason() == Qt::ActiveWindowFocusReason)
         return false;
     if (event->type() != QEvent::KeyPress)
         return QStyledItemDelegate::eventFilter(editor, event);
-    const int key = static_cast<QKeyEvent *>(event)->key();
-    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    if (!isEnter && !leadsOn(key))
+    const bool entered = isEnter(*static_cast<QKeyEvent *>(event));
+    if (!entered && !leadsOn(static_cast<QKeyEvent *>(event)->key()))
         return QStyledItemDelegate::eventFilter(editor, event);
     auto *box = static_cast<QLineEdit *>(editor);
     if (!take(box))
         return true;
-    if (!isEnter)
+    if (!entered)
         return QStyledItemDelegate::eventFilter(editor, event);
     emit closeEditor(box, NoHint);
     moveOn();
@@ -131,6 +140,8 @@ bool CellDelegate::settle()
 void CellDelegate::moveOn()
 {
     const QModelIndex from = m_grid->currentIndex();
+    if (!from.isValid())
+        return;
     const QHeaderView *header = m_grid->horizontalHeader();
     for (int place = header->visualIndex(from.column()) + 1; place < header->count(); ++place) {
         const QModelIndex next = from.siblingAtColumn(header->logicalIndex(place));

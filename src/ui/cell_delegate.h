@@ -9,7 +9,8 @@ namespace ui
 class Grid;
 
 /// Makes the cells of a grid editable as in a table on paper: typing replaces a cell, F2 and a double click
-/// open it, Enter takes what was typed and goes on to the next cell, Esc leaves it as it was. What the model
+/// open it, Enter takes what was typed and goes on to the next cell, with no cell open too, and never leaves
+/// the row, Esc leaves it as it was. What the model
 /// does not take stays open to be mended. The current cell is framed, since the grid marks whole rows.
 class CellDelegate : public QStyledItemDelegate
 {

@@ -6,6 +6,7 @@
 #include "app/main_window/panel_controls.h"
 #include "app/main_window/shop_facts.h"
 #include "book/slip_counts.h"
+#include "book/slip_store.h"
 #include "masters/name_lists.h"
 #include "masters/own_company.h"
 #include "ui/messages.h"
@@ -84,6 +85,8 @@ void frmAMain::load(const QString &commandLine)
     if (m_session.isOpen()) {
         reloadEmployees(m_workspace.settings.integer(workspace::keys::employee));
         loadPicture();
+        // Once the window stands.
+        QMetaObject::invokeMethod(this, &frmAMain::tellSlipsLeftOpen, Qt::QueuedConnection);
     }
     m_loaded = true;
 }
@@ -250,6 +253,22 @@ void frmAMain::databaseChanged()
     showFile();
     enableCommands();
     offerFormerEmployee();
+}
+
+// A program that was killed, or left without closing its slip, has booked no tax on it.
+void frmAMain::tellSlipsLeftOpen()
+{
+    constexpr int mostNamed = 10;
+    if (!m_session.isOpen())
+        return;
+    const auto found = book::slipsLeftOpen(m_workspace.connection, mostNamed + 1);
+    if (!tell(found.status()) || found->isEmpty())
+        return;
+    const QString more = found->size() > mostNamed ? u"、ほか"_s : QString();
+    ui::prompts::inform(this, u"閉じられていない伝票があります。\n"_s +
+                                  found->mid(0, mostNamed).join(u"、"_s) + more +
+                                  u"\nほかのパソコンで入力中でなければ、伝票の訂正画面の「伝票完了」で"
+                                  "消費税を計上して閉じてください。"_s);
 }
 
 // After a change of file nobody is chosen: the next slip is not to go to somebody's account unseen. Who it

@@ -77,6 +77,7 @@ private:
     void databaseChanged();
     void databaseClosed();
     void offerFormerEmployee();
+    void tellSlipsLeftOpen();
     bool takeFormerEmployee();
     void reloadEmployees(qint64 chosen);
     void reloadCompany();

@@ -47,6 +47,7 @@ private slots:
 
     void nobodyEmployedOpensTheEditor();
     void nobodyChosenPutsTheCursorThere();
+    void slipsLeftOpenAreToldAtTheStart();
     void missingCompanyIsAskedForAndGoesOn();
     void slipGuard_data();
     void slipGuard();
@@ -223,6 +224,19 @@ void TestMainWindow::nobodyChosenPutsTheCursorThere()
         stage.find<QAction>(item)->trigger();
         QVERIFY(stage.opened.isEmpty());
     }
+}
+
+// Of a program that was killed; nothing is said of slips from before the mark.
+void TestMainWindow::slipsLeftOpenAreToldAtTheStart()
+{
+    ui::prompts::expectInform(
+        u"閉じられていない伝票があります。\nO12、I9\nほかのパソコンで入力中でなければ、伝票の訂正画面の"
+        "「伝票完了」で消費税を計上して閉じてください。"_s);
+    const Stage stage([](FreshShop &shop) {
+        shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号, 完了) VALUES (8, 'O8', NULL), (9, 'I9', 0), "
+                 "(10, 'O10', 1), (12, 'O12', 0)"_s);
+    });
+    QTest::qWait(20);
 }
 
 void TestMainWindow::missingCompanyIsAskedForAndGoesOn()

@@ -117,6 +117,19 @@ private slots:
         }
     }
 
+    void enterStaysInTheGrid()
+    {
+        Desk desk;
+        const QStringList before = desk.shop.book();
+        desk.lines().setFocus();
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"商品名"_s));
+        for (int presses = 0; presses < 12; ++presses)
+            QTest::keyClick(desk.driver.the("dgdSub").window()->focusWidget(), Qt::Key_Return);
+        QVERIFY(desk.lines().hasFocus());
+        QCOMPARE(desk.lines().currentIndex(), Desk::cell(desk.lines(), 0, u"金額"_s));
+        QCOMPARE(desk.shop.book(), before);
+    }
+
     // A killed program leaves a slip open; one of before the mark is accused of nothing.
     void aSlipLeftOpenIsClosedHere()
     {
