@@ -89,7 +89,7 @@ base::Status Connection::open(const QString &fileName)
     if (const base::Status marked = m_mark.set(fileName, UseMark::Kind::Shared); !marked)
         return marked;
     QSqlDatabase database = QSqlDatabase::database(m_name, false);
-    database.setDatabaseName(fileName);
+    database.setDatabaseName(QFileInfo(fileName).absoluteFilePath()); // never ":memory:"
     database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=5000"_s);
     if (!database.open()) {
         m_mark.release();
@@ -149,6 +149,9 @@ base::Status Connection::configure()
     sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, &defensive);
     if (defensive != 1)
         return base::Error{u"データベースの動作を設定できないため、開けませんでした。(DEFENSIVE)"_s};
+    // What passes the check of foreign definitions under another name is not carried out either.
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(handle(), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, longestValue);
     if (const int code = installLike(handle()); code != SQLITE_OK)
         return errorFromCode(code, u"LIKE"_s);
@@ -236,7 +239,7 @@ base::Status Connection::checkDefinitions()
     const bool isOwn =
         generated->count() == 1 && declaresOwnGeneratedColumn(generated->rows.front().front().toString());
     const auto foreign =
-        select(u"SELECT name FROM sqlite_schema WHERE type IN ('trigger', 'view') OR rootpage = 0 "
+        select(u"SELECT name FROM sqlite_schema WHERE type NOT IN ('table', 'index') OR rootpage = 0 "
                "UNION ALL SELECT c.name FROM sqlite_schema t, pragma_table_xinfo(t.name) c "
                "WHERE t.type = 'table' AND c.hidden <> 0 AND NOT (? AND t.name = ? AND c.name = ?)"_s,
                {isOwn ? 1 : 0, table, column});

@@ -19,7 +19,7 @@ base::Status createDatabase(const QString &fileName)
     if (QFileInfo::exists(fileName) && QFileInfo(fileName).size() > 0)
         return base::Error{u"同じ名前のファイルがあるため、作成できませんでした。("_s + fileName + u")"_s};
     sqlite3 *handle = nullptr;
-    const QByteArray utf8 = fileName.toUtf8();
+    const QByteArray utf8 = QFileInfo(fileName).absoluteFilePath().toUtf8();
     const QByteArray statements =
         "BEGIN;" + schemaSql().toUtf8() + QByteArrayLiteral("PRAGMA application_id = ") +
         QByteArray::number(applicationId) + ";" + QByteArrayLiteral("PRAGMA user_version = ") +

@@ -9,6 +9,9 @@ namespace db
 
 base::Error errorFromCode(int code, const QString &detail)
 {
+    if (code == SQLITE_READONLY_DBMOVED)
+        return {
+            u"データベースファイルが移動または削除されたため、保存できませんでした。元の場所に戻すか、バックアップを開いてから、もう一度実行してください。"_s};
     switch (code & 0xff) {
     case SQLITE_FULL:
         return {

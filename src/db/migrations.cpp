@@ -87,7 +87,8 @@ base::Status migrate(const QString &fileName, const QDate &today, const Migratio
         return notMigrated(version.error());
     if (*version <= 0 || *version >= target)
         return {};
-    const auto foreign = file.number("SELECT count(*) FROM sqlite_schema WHERE type IN ('trigger', 'view')");
+    const auto foreign =
+        file.number("SELECT count(*) FROM sqlite_schema WHERE type NOT IN ('table', 'index')");
     if (!foreign || *foreign > 0)
         return foreign ? base::Status(base::Error{u"このプログラムのものではない定義が含まれているため、"
                                                   "データベースを開けませんでした。"_s})

@@ -398,6 +398,7 @@ void TestSlipStore::failureLeavesNothingHalfWritten()
 
     // A temporary trigger lets the first statement of an action pass and fails the second one.
     const auto fails = [&](const QString &event, const auto &action) {
+        shop.fireTriggers();
         shop.run(u"CREATE TEMP TRIGGER failing BEFORE "_s + event +
                  u" BEGIN SELECT RAISE(ABORT, 'full'); END"_s);
         const bool done = action();

@@ -66,6 +66,9 @@ private slots:
     void refusedFiles_data();
     void refusedFiles();
     void damagedFilesNeverCrash();
+    void hiddenTriggersNeverFire_data();
+    void hiddenTriggersNeverFire();
+    void movedFileIsTold();
     void readOnlyFileIsRefused();
     void lockedFileIsRefused();
     void writeAheadLogIsGivenUp();
@@ -190,6 +193,50 @@ void TestConnection::damagedFilesNeverCrash()
         (void)shop.connection.execute(u"DELETE FROM 社員"_s);
     }
     shop.connection.close();
+}
+
+void TestConnection::hiddenTriggersNeverFire_data()
+{
+    QTest::addColumn<QByteArray>("disguise");
+    QTest::newRow("in capitals") << QByteArray("type = 'TRIGGER'");
+    QTest::newRow("as a table") << QByteArray("type = 'table', rootpage = 2");
+    QTest::newRow("as an index") << QByteArray("type = 'index', rootpage = 2");
+    QTest::newRow("as nothing known") << QByteArray("type = 'note', rootpage = 2");
+}
+
+// SQLite reads the statement of a definition, not what the file calls it.
+void TestConnection::hiddenTriggersNeverFire()
+{
+    QFETCH(QByteArray, disguise);
+    FreshShop shop;
+    shop.run(u"INSERT INTO 納品先 (納品先ID) VALUES (1)"_s);
+    shop.connection.close();
+    sqlite3 *other = nullptr;
+    QCOMPARE(sqlite3_open(QFile::encodeName(shop.path(u"shop.cdb"_s)).constData(), &other), SQLITE_OK);
+    const QByteArray statements = "CREATE TRIGGER t AFTER INSERT ON 社員 BEGIN DELETE FROM 納品先; END;"
+                                  "PRAGMA writable_schema = ON; UPDATE sqlite_schema SET " +
+                                  disguise + " WHERE name = 't'";
+    QCOMPARE(sqlite3_exec(other, statements.constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(other);
+    if (shop.connection.open(shop.path(u"shop.cdb"_s)))
+        (void)shop.connection.execute(u"INSERT INTO 社員 (社員ID) VALUES (1)"_s);
+    shop.connection.close();
+    QCOMPARE(sqlite3_open(QFile::encodeName(shop.path(u"shop.cdb"_s)).constData(), &other), SQLITE_OK);
+    sqlite3_stmt *count = nullptr;
+    QCOMPARE(sqlite3_prepare_v2(other, "SELECT count(*) FROM 納品先", -1, &count, nullptr), SQLITE_OK);
+    QCOMPARE(sqlite3_step(count), SQLITE_ROW);
+    QCOMPARE(sqlite3_column_int(count, 0), 1);
+    sqlite3_finalize(count);
+    sqlite3_close(other);
+}
+
+void TestConnection::movedFileIsTold()
+{
+    FreshShop shop;
+    QVERIFY(QFile::rename(shop.path(u"shop.cdb"_s), shop.path(u"moved.cdb"_s)));
+    const auto saved = shop.connection.execute(u"INSERT INTO 単位 VALUES (1, '個')"_s);
+    QVERIFY(!saved);
+    QVERIFY2(saved.error().text.contains(u"移動または削除"_s), qPrintable(saved.error().text));
 }
 
 void TestConnection::readOnlyFileIsRefused()
@@ -400,7 +447,10 @@ void TestConnection::backupReplacesOnlyWhenComplete()
     QVERIFY(!QFile::exists(backup + u"-journal"_s));
 
     const QByteArray before = contentsOf(backup);
-    QVERIFY(!db::copyDatabase(shop.connection, backup, [](qint64, qint64) { return false; }));
+    db::Connection elsewhere;
+    QVERIFY(elsewhere.open(backup));
+    QVERIFY(!db::copyDatabase(shop.connection, backup));
+    elsewhere.close();
     QCOMPARE(QDir(shop.folder.path()).entryList({u"*.tmp*"_s}), QStringList());
     QCOMPARE(contentsOf(backup), before);
     QVERIFY(!db::copyFile(shop.path(u"shop.cdb"_s), backup));

@@ -2,6 +2,8 @@
 
 #include "db/create.h"
 
+#include <sqlite3.h>
+
 using namespace Qt::StringLiterals;
 
 FreshShop::FreshShop()
@@ -19,6 +21,11 @@ void FreshShop::run(const QString &sql, const QVariantList &values)
 {
     if (const auto done = connection.execute(sql, values); !done)
         qFatal("%s: %s", qPrintable(sql), qPrintable(done.error().text));
+}
+
+void FreshShop::fireTriggers()
+{
+    sqlite3_db_config(connection.handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 1, nullptr);
 }
 
 QVariant FreshShop::value(const QString &sql, const QVariantList &values)

@@ -17,6 +17,8 @@ public:
 
     /// Runs a statement that prepares the shop; a failure ends the test program.
     void run(const QString &sql, const QVariantList &values = {});
+    /// Lets triggers fire, which a test takes to have an action fail in its middle; the program has them off.
+    void fireTriggers();
     /// The single value of a query.
     QVariant value(const QString &sql, const QVariantList &values = {});
     /// The rows of a query as "a|b|c" lines, NULL as "-".

@@ -30,6 +30,8 @@ base::Status PlainHandle::open(const QString &fileName)
     }
     sqlite3_busy_timeout(m_handle, 5000);
     sqlite3_db_config(m_handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    sqlite3_db_config(m_handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
     return run("PRAGMA trusted_schema = OFF; PRAGMA cell_size_check = ON");
 }
 

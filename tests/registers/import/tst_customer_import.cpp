@@ -300,9 +300,11 @@ private slots:
             shop.run(u"INSERT INTO 納品先 (納品先ID) VALUES (?)"_s, {db::highestKey - 2});
         if (fault == u"category"_s)
             shop.run(u"DELETE FROM 登録区分 WHERE 区分ID = 2"_s);
-        if (fault == u"row"_s)
+        if (fault == u"row"_s) {
+            shop.fireTriggers();
             shop.run(u"CREATE TEMP TRIGGER t BEFORE INSERT ON 納品先 WHEN NEW.納品先名1 = 'c' "
                      "BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
+        }
         const int before = number();
         const auto count =
             shop.store(candidates, [&](qint64 done, qint64) { return fault != u"stop"_s || done < 1; });

@@ -166,6 +166,7 @@ private slots:
     {
         FreshShop shop;
         fill(shop);
+        shop.fireTriggers();
         shop.run(u"CREATE TRIGGER broken BEFORE DELETE ON 納品先 WHEN old.納品先ID = 5 "
                  "BEGIN SELECT raise(ABORT, 'broken'); END"_s);
         QVERIFY(!registers::deleteCustomers(shop.connection, {3, 4, 5, 6}, WithSlips::Keep));
