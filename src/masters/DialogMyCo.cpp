@@ -6,11 +6,13 @@
 #include "masters/rich_text/rtf_file.h"
 #include "text/numbers.h"
 #include "ui/file_dialogs.h"
+#include "ui/messages.h"
 #include "ui/prompts.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
 #include "ui_DialogMyCo.h"
+#include "workspace/workspace_targets.h"
 
 #include <QAction>
 #include <QApplication>
@@ -322,6 +324,10 @@ bool DialogMyCo::mayLeaveText()
 
 bool DialogMyCo::mayReplace(const QString &fileName)
 {
+    if (workspace::isDatabase(workspace(), fileName)) {
+        ui::prompts::inform(this, ui::messages::databaseTarget());
+        return false;
+    }
     const QFileInfo file(fileName);
     if (!file.exists() || file == QFileInfo(m_fileName))
         return true;

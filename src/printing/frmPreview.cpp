@@ -4,9 +4,11 @@
 
 #include "printing/pdf.h"
 #include "ui/file_dialogs.h"
+#include "ui/messages.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
 #include "workspace/workspace.h"
+#include "workspace/workspace_targets.h"
 
 #include <QAction>
 #include <QFileInfo>
@@ -150,6 +152,10 @@ void frmPreview::savePdf()
                                    ui::file_dialogs::proposedFile(m_document.title, u"pdf"_s));
     if (fileName.isEmpty())
         return;
+    if (workspace::isDatabase(workspace(), fileName)) {
+        ui::prompts::inform(this, ui::messages::databaseTarget());
+        return;
+    }
     if (QFileInfo::exists(fileName) &&
         !ui::prompts::ask(this,
                           u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))

@@ -21,10 +21,13 @@ constexpr int dotsPerInch = 1440; // one to the twip
 base::Status writeWhole(const QString &fileName, const QByteArray &content)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
-        return base::Error{u"PDF を保存できませんでした。保存先を確かめてください。("_s + file.errorString() +
-                           u")"_s};
-    return {};
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush())
+        return {};
+    if (file.error() == QFileDevice::ResourceError)
+        return base::Error{u"ディスクの空き容量が足りないため、PDF を保存できませんでした。"
+                           "不要なファイルを削除してから、もう一度実行してください。"_s};
+    return base::Error{u"PDF を保存できませんでした。保存先を確かめてください。("_s + file.errorString() +
+                       u")"_s};
 }
 
 } // namespace

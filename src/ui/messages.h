@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileInfo>
 #include <QString>
 
 // Sentences that several screens say. A sentence of one screen alone stands in that screen.
@@ -18,6 +19,19 @@ inline QString databaseNotUsable()
 {
     return QStringLiteral(
         "データベースの接続に失敗しました。データベースが使用可能になってから再度実行してください。");
+}
+
+/// What becomes of a file that another one replaces; \a name is that under which it stays.
+inline QString keptUnder(const QString &name)
+{
+    return QStringLiteral("今のファイルは「%1」という名前で残します。").arg(QFileInfo(name).fileName());
+}
+
+/// A target of papers and lists that nothing but a database may replace.
+inline QString databaseTarget()
+{
+    return QStringLiteral(
+        "データベースやバックアップのファイルには書き込めません。別の名前を指定してください。");
 }
 
 inline QString noOwnCompany()

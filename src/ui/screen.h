@@ -22,6 +22,8 @@ class Screen : public QDialog
 public:
     explicit Screen(workspace::Workspace &workspace, QWidget *parent = nullptr);
 
+    workspace::Workspace &workspace() const { return m_workspace; }
+
 protected:
     /// To be called at the end of a screen's constructor, after setupUi(): sizes, grids, buttons.
     void setUp();
@@ -35,8 +37,6 @@ protected:
 
     /// Tells the error of a failed action, where it has a text. \return whether the action was done
     bool tell(const base::Status &status);
-
-    workspace::Workspace &workspace() const { return m_workspace; }
 
     /// "frmOut": the screen's object name, under which its layout is kept.
     [[nodiscard]] QString layoutName() const { return objectName(); }

@@ -2,8 +2,11 @@
 
 #include "ui/desktop.h"
 #include "ui/file_dialogs.h"
+#include "ui/messages.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
+#include "ui/screen.h"
+#include "workspace/workspace_targets.h"
 
 #include <QDir>
 
@@ -19,6 +22,11 @@ const QString filters = u"xls ﾌｧｲﾙ (*.xls);;xlsx ﾌｧｲﾙ (*.xlsx);;
 
 bool mayBeWritten(QWidget *parent, const QString &fileName, const TableExport &table)
 {
+    const auto *screen = qobject_cast<const Screen *>(parent);
+    if (screen && workspace::isDatabase(screen->workspace(), fileName)) {
+        prompts::inform(parent, messages::databaseTarget());
+        return false;
+    }
     if (const base::Status possible = table.check(fileName); !possible) {
         prompts::inform(parent, possible.error().text);
         return false;
