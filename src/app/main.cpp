@@ -5,6 +5,7 @@
 #include "app/main_window/frmAMain.h"
 #include "app/main_window/frmSplash.h"
 #include "app/main_window/pictures.h"
+#include "app/main_window/sudden_end.h"
 #include "db/connection.h"
 #include "ui/prompts.h"
 #include "workspace/settings.h"
@@ -112,6 +113,7 @@ int main(int argc, char *argv[])
     workspace::Workspace workspace(connection, settings, folder.path);
     app::frmAMain window(workspace, app::screenOpeners());
     window.load(options.commandLine);
+    const app::SuddenEnd suddenEnd([&window] { window.endSilently(); });
     splash.close();
     window.show();
     return QApplication::exec();

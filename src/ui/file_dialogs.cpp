@@ -24,6 +24,7 @@ struct Script
     bool running = false;
     QQueue<QVariant> choices; // an invalid one cancels
     QStringList unexpected;
+    QString lastFolder;
 };
 
 Script &script()
@@ -44,11 +45,12 @@ QVariant scripted(const QString &title)
 
 } // namespace
 
-QString openFile(QWidget *parent, const QString &title, const QString &filters)
+QString openFile(QWidget *parent, const QString &title, const QString &filters, const QString &folder)
 {
+    script().lastFolder = folder;
     if (script().running)
         return scripted(title).toString();
-    return QFileDialog::getOpenFileName(parent, title, {}, filters);
+    return QFileDialog::getOpenFileName(parent, title, folder, filters);
 }
 
 QString saveFile(QWidget *parent, const QString &title, const QString &filters, const QString &suffix,
@@ -126,6 +128,8 @@ void expectFont(const std::optional<QFont> &font)
 }
 
 void expectPrinter(const QString &fileName) { expectFile(fileName); }
+
+QString lastFolder() { return script().lastFolder; }
 
 QString takeUnexpected()
 {

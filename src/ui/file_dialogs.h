@@ -14,8 +14,9 @@ class QWidget;
 namespace ui::file_dialogs
 {
 
-/// The file to open; empty when the user cancelled. \a filters as "text (*.ext);;text (*.*)".
-QString openFile(QWidget *parent, const QString &title, const QString &filters);
+/// The file to open; empty when the user cancelled. The dialog begins in \a folder. \a filters as "text
+/// (*.ext);;text (*.*)".
+QString openFile(QWidget *parent, const QString &title, const QString &filters, const QString &folder = {});
 
 /// The file to save to; empty when the user cancelled. Does not ask about overwriting: the caller does, in
 /// its own words. \a suffix is appended to a name without one.
@@ -45,6 +46,8 @@ void expectColor(const std::optional<QColor> &color);
 void expectFont(const std::optional<QFont> &font);
 /// The next print dialog accepts and prints into the PDF \a fileName; empty: cancelled.
 void expectPrinter(const QString &fileName);
+/// Where the last dialog for a file to open began.
+QString lastFolder();
 /// As ui::prompts::takeUnexpected().
 QString takeUnexpected();
 

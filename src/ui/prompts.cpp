@@ -1,5 +1,7 @@
 #include "ui/prompts.h"
 
+#include "ui/messages.h"
+
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
@@ -87,12 +89,12 @@ QMessageBox::StandardButton show(QWidget *parent, const QString &text, const QSt
 
 } // namespace
 
-void inform(QWidget *parent, const QString &text, const QString &title, Icon icon)
+void inform(QWidget *parent, const QString &text, const QString &title, Icon icon, const QString &remark)
 {
     if (script().running)
-        scripted(Kind::Inform, text, 0);
+        scripted(Kind::Inform, text, 0, remark);
     else
-        show(parent, text, title, icon, QMessageBox::Ok, QMessageBox::Ok);
+        show(parent, text, title, icon, QMessageBox::Ok, QMessageBox::Ok, remark);
 }
 
 bool ask(QWidget *parent, const QString &text, const QString &title, const QString &remark)
@@ -103,10 +105,13 @@ bool ask(QWidget *parent, const QString &text, const QString &title, const QStri
                 remark) == QMessageBox::Yes;
 }
 
-bool askToOverwrite(QWidget *parent, const QString &fileName)
+bool askToOverwrite(QWidget *parent, const QString &fileName, const QString &kept)
 {
-    return !QFileInfo::exists(fileName) ||
-           ask(parent, u"指定した名前のファイルが存在します。\n上書きしますか？"_s);
+    const QString question = u"指定した名前のファイルが存在します。\n上書きしますか？"_s;
+    if (!QFileInfo::exists(fileName))
+        return true;
+    return kept.isEmpty() ? ask(parent, question)
+                          : askCautiously(parent, question, messages::keptUnder(kept));
 }
 
 bool askCautiously(QWidget *parent, const QString &text, const QString &remark)
@@ -171,7 +176,10 @@ Choice askHowToLeave(QWidget *parent, const QString &text, const Ways &ways, con
 
 void beginScript() { script().running = true; }
 
-void expectInform(const QString &text) { script().expected.enqueue({Kind::Inform, text, 0}); }
+void expectInform(const QString &text, const QString &remark)
+{
+    script().expected.enqueue({Kind::Inform, text, 0, remark});
+}
 
 void expectAsk(const QString &text, bool yes, const QString &remark)
 {

@@ -16,9 +16,9 @@ inline constexpr const char16_t *information = u"Information";
 inline constexpr const char16_t *question = u"Question";
 inline constexpr const char16_t *errorCheck = u"Error check";
 
-/// Tells \a text with an OK button.
+/// Tells \a text with an OK button. \a remark stands below it, in a paragraph of its own.
 void inform(QWidget *parent, const QString &text, const QString &title = QString::fromUtf16(information),
-            Icon icon = Icon::Information);
+            Icon icon = Icon::Information, const QString &remark = {});
 
 /// Asks \a text with Yes and No. \a remark stands below the question, in a paragraph of its own.
 /// \return true for Yes
@@ -26,8 +26,8 @@ bool ask(QWidget *parent, const QString &text, const QString &title = QString::f
          const QString &remark = {});
 
 /// Asks whether the file \a fileName may be replaced where there is one already. \return whether it may be
-/// written
-bool askToOverwrite(QWidget *parent, const QString &fileName);
+/// written. A database is replaced with more care: the old one stays as \a kept, which is said.
+bool askToOverwrite(QWidget *parent, const QString &fileName, const QString &kept = {});
 
 /// As ask(), where Yes deletes something, drops what was typed or stores what may be a slip of the hand:
 /// Enter alone says No.
@@ -61,7 +61,7 @@ Choice askHowToLeave(QWidget *parent, const QString &text, const Ways &ways, con
 /// Puts all boxes under script until the process ends: none is shown any more.
 void beginScript();
 /// Expects a box with \a text (compared whole) next; \a yes answers a question. An empty text fits any box.
-void expectInform(const QString &text);
+void expectInform(const QString &text, const QString &remark = {});
 void expectAsk(const QString &text, bool yes, const QString &remark = {});
 /// As expectAsk() for a question that Enter alone must not say Yes to.
 void expectAskCautiously(const QString &text, bool yes, const QString &remark = {});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/files/backups.h"
+#include "app/files/backup_list.h"
 #include "ui/screen.h"
 
 #include <memory>

@@ -1,10 +1,12 @@
 #include "app/files/DialogCompile.h"
 
 #include "app/files/database_files.h"
+#include "base/dated_name.h"
 #include "base/replacement.h"
 #include "db/care/backup.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
+#include "ui/messages.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
 #include "ui_DialogCompile.h"
@@ -82,7 +84,14 @@ QString DialogCompile::askForTarget()
         ui::prompts::inform(this, u"ファイル名が不正です。"_s);
         return {};
     }
-    return ui::prompts::askToOverwrite(this, chosen) ? QFileInfo(chosen).absoluteFilePath() : QString();
+    return ui::prompts::askToOverwrite(this, chosen, keptNameOf(chosen))
+               ? QFileInfo(chosen).absoluteFilePath()
+               : QString();
+}
+
+QString DialogCompile::keptNameOf(const QString &fileName) const
+{
+    return base::datedName(fileName, u"上書き前"_s, workspace().today());
 }
 
 // Beside the target first: a file of that name is lost only when the new one is complete.
@@ -95,7 +104,8 @@ base::Result<db::Salvage> DialogCompile::build(const QString &target)
                                        return begun.error();
                                    const auto outcome = db::rebuild(m_source, file.name(), progress);
                                    const base::Status done =
-                                       outcome ? db::replaceDatabase(file) : outcome.status();
+                                       outcome ? db::replaceDatabase(file, db::keptAs(keptNameOf(target)))
+                                               : outcome.status();
                                    return done ? outcome : done.error();
                                });
 }

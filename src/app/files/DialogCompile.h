@@ -32,6 +32,7 @@ public:
 private:
     void compile();
     [[nodiscard]] QString askForTarget();
+    [[nodiscard]] QString keptNameOf(const QString &fileName) const;
     base::Result<db::Salvage> build(const QString &target);
     void showOutcome(const db::Salvage &outcome);
 

@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -42,10 +43,16 @@ base::Status putOlderAside(const QString &initial, const QString &source)
     return base::Error{u"以前の版の初期設定用のファイルの名前を変更できませんでした。("_s + initial + u")"_s};
 }
 
+constexpr int longestFilling = 20000; // ms
+
 ApplicationFolder filled(const QString &folder, const FolderPlaces &places)
 {
     if (!QDir().mkpath(folder))
         return {folder, u"フォルダ「"_s + folder + u"」を作成できませんでした。"_s};
+    // Two programs that are started at once fill it one after the other. Where it cannot be locked, nothing
+    // can be written either.
+    QLockFile lock(workspace::joinPath(folder, u"Kanbalore.lock"_s));
+    (void)lock.tryLock(longestFilling);
     const QString source = holdsInitialFile(places.executable) ? places.executable : places.installed;
     const QStringList files = deliveredFiles();
     // The earlier program's own initial file is no use here, but may hold someone's data.

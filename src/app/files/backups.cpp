@@ -1,19 +1,17 @@
 #include "app/files/backups.h"
 
+#include "app/files/backup_origin.h"
+#include "app/files/backup_places.h"
 #include "app/files/database_files.h"
+#include "base/dated_name.h"
+#include "base/file_rights.h"
 #include "db/care/backup.h"
-#include "db/care/file_repair.h"
 #include "db/care/use_mark.h"
 #include "db/connection.h"
-#include "db/file_header.h"
 #include "db/old_files/old_file.h"
-#include "db/schema.h"
-#include "workspace/workspace.h"
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -25,128 +23,126 @@ namespace app
 namespace
 {
 
-QString backupFolder(const QString &applicationFolder)
+constexpr int patience = 3000; // ms; other programs end at the same time
+
+// In this file each backup has its line when it is made. The dates in the names are those of a clock, which
+// may have been wrong for a while.
+QString orderFileIn(const QDir &folder) { return folder.filePath(u"order.txt"_s); }
+
+void noteOrder(const QDir &folder, const QString &name)
 {
-    return workspace::joinPath(applicationFolder, u"Backup"_s);
+    QFile file(orderFileIn(folder));
+    if (file.open(QIODevice::WriteOnly | QIODevice::Append))
+        file.write(name.toUtf8() + '\n');
 }
 
-// "shop~1a2b3c ": two files of one name in two folders are two databases.
-QString prefixFor(const QString &fileName)
+// Those without a line were made before there was such a file; their order is that of their days.
+QStringList inOrderOfMaking(const QDir &folder, QStringList names)
 {
-    const QFileInfo info(fileName);
-    const QString path =
-        info.canonicalFilePath().isEmpty() ? info.absoluteFilePath() : info.canonicalFilePath();
-    const QByteArray hash =
-        QCryptographicHash::hash(path.toUtf8(), QCryptographicHash::Sha1).toHex().first(6);
-    return info.completeBaseName() + u'~' + QString::fromLatin1(hash) + u' ';
+    QFile file(orderFileIn(folder));
+    const QStringList made = file.open(QIODevice::ReadOnly)
+                                 ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                                 : QStringList();
+    names.sort();
+    std::stable_sort(names.begin(), names.end(), [&made](const QString &one, const QString &other) {
+        return made.lastIndexOf(one) < made.lastIndexOf(other);
+    });
+    return names;
 }
 
-const QRegularExpression &datedPattern()
-{
-    static const QRegularExpression pattern(uR"(^(?<database>.+)~[0-9a-f]{6} \d{4}-\d\d-\d\d\.cdb$)"_s);
-    return pattern;
-}
-
-// Their dates are part of the names, so that their order is that of the names.
-void removeOld(const QDir &folder, const QString &prefix)
+QStringList ownBackups(const QDir &folder, const QString &prefix)
 {
     QStringList own;
-    const QStringList all = folder.entryList(QDir::Files, QDir::Name);
+    const QStringList all = folder.entryList(QDir::Files);
     for (const QString &name : all) {
-        if (name.startsWith(prefix) && datedPattern().match(name).hasMatch())
+        if (name.startsWith(prefix) && !readDatedName(name).day.isEmpty())
             own << name;
     }
-    while (own.size() > daysKept)
+    return own;
+}
+
+void removeOld(const QDir &folder, const QString &prefix, const QString &justMade)
+{
+    QStringList own = inOrderOfMaking(folder, ownBackups(folder, prefix));
+    own.removeOne(justMade);
+    while (own.size() >= daysKept)
         QFile::remove(folder.filePath(own.takeFirst()));
 }
 
-Backup described(const QString &fileName, const QString &database)
+// Whichever clock was wrong, that one or today's: they are out of the way of the rotation and stay.
+QStringList putFutureAside(const QDir &folder, const QString &prefix, const QDate &today)
 {
-    const QFileInfo info(fileName);
-    return {fileName, database, info.lastModified(), info.size(), false, u"破損"_s};
+    QStringList aside;
+    const QStringList own = ownBackups(folder, prefix);
+    for (const QString &name : own) {
+        if (!isAfter(readDatedName(name).day, today))
+            continue;
+        const QString to = base::datedName(folder.filePath(name), u"未来の日付"_s, today);
+        if (QFile::rename(folder.filePath(name), to))
+            aside << QFileInfo(to).fileName();
+    }
+    return aside;
 }
 
-std::vector<Backup> foundBackups(const QString &applicationFolder)
+// Each of them is a dated backup of that file too.
+void removeKeptOfOthers(const QString &backup)
 {
-    std::vector<Backup> found;
-    const QString last = workspace::joinPath(applicationFolder, QString::fromUtf16(db::backupFileName));
-    if (QFileInfo(last).isFile())
-        found.push_back(described(last, u"（終了時）"_s));
-    const QDir folder(backupFolder(applicationFolder));
-    const QStringList names = folder.entryList(QDir::Files);
-    for (const QString &name : names) {
-        if (const auto match = datedPattern().match(name); match.hasMatch())
-            found.push_back(described(folder.filePath(name), match.captured(u"database"_s)));
-    }
-    std::stable_sort(found.begin(), found.end(),
-                     [](const Backup &one, const Backup &other) { return one.written > other.written; });
-    return found;
-}
-
-// A damaged one is no failure: it is listed as such.
-base::Status look(Backup &backup, const base::Progress &progress)
-{
-    if (!db::checkHeader(backup.fileName)) {
-        if (db::oldFormatOf(backup.fileName) != db::OldFormat::None)
-            backup.finding = u"以前の形式"_s;
-        else if (db::storedVersion(backup.fileName) > db::schemaVersion)
-            backup.finding = u"新しい版"_s;
-        return {};
-    }
-    db::PlainHandle file;
-    if (!file.open(backup.fileName))
-        return {};
-    const auto faults = db::countFaults(file, progress);
-    if (!faults)
-        return faults.error().cancelled ? base::Status(faults.error()) : base::Status();
-    const auto customers = file.number("SELECT count(*) FROM 納品先");
-    const auto slips = file.number("SELECT count(*) FROM 入出庫マスター");
-    backup.isSound = *faults == 0 && customers && slips;
-    if (backup.isSound) {
-        backup.finding = u"正常"_s;
-        backup.customers = *customers;
-        backup.slips = *slips;
-    }
-    return {};
+    const QFileInfo info(backup);
+    const QDir folder(info.path());
+    const QFileInfoList kept =
+        folder.entryInfoList({info.completeBaseName() + u' ' + ofAnotherFile + u" *.cdb"_s}, QDir::Files,
+                             QDir::Time | QDir::Reversed);
+    for (qsizetype i = 0; i < kept.size() - daysKept; ++i)
+        QFile::remove(kept.at(i).filePath());
 }
 
 } // namespace
 
-base::Status backUpDated(db::Connection &connection, const QString &applicationFolder, const QDate &today,
-                         const base::Progress &progress)
+base::Status backUpAtExit(db::Connection &connection, const QString &applicationFolder, const QDate &today,
+                          const base::Progress &progress)
 {
-    const QDir folder(backupFolder(applicationFolder));
     const QString fileName = connection.fileName();
-    if (isBackupFile(fileName, applicationFolder) ||
-        isSameFile(QFileInfo(fileName).absolutePath(), folder.absolutePath()))
+    if (!connection.isOpen() || isBackupFile(fileName, applicationFolder) ||
+        isInitialFile(fileName, applicationFolder))
         return {};
-    if (!folder.mkpath(u"."_s))
-        return base::Error{u"フォルダ「"_s + folder.path() + u"」を作成できませんでした。"_s};
-    const QString prefix = prefixFor(fileName);
-    const QString target = folder.filePath(prefix + today.toString(Qt::ISODate) + u".cdb"_s);
-    if (const base::Status copied = db::copyDatabase(connection, target, progress); !copied)
-        return copied;
-    removeOld(folder, prefix);
-    return {};
+    const QString backup = base::linkedFile(backupFileIn(applicationFolder));
+    if (const base::Status aside = db::putOldFileAside(backup); !aside)
+        return aside;
+    const auto keepAs = [&](const QString &copy) {
+        const QString why = QFileInfo::exists(backup) ? reasonToKeepLast(backup, connection) : QString();
+        noteOrigin(backup, fileName, copy);
+        return why.isEmpty() ? QString() : base::datedName(backup, why, today);
+    };
+    const base::Status done = db::copyDatabase(connection, backup, progress, {keepAs, patience});
+    if (done)
+        removeKeptOfOthers(backup);
+    return done;
 }
 
-base::Result<std::vector<Backup>> checkedBackups(const QString &applicationFolder,
-                                                 const base::Progress &progress)
+base::Result<QStringList> backUpDated(db::Connection &connection, const QString &applicationFolder,
+                                      const QDate &today, const base::Progress &progress)
 {
-    std::vector<Backup> backups = foundBackups(applicationFolder);
-    qint64 total = 0;
-    for (const Backup &backup : backups)
-        total += backup.size;
-    qint64 done = 0;
-    for (Backup &backup : backups) {
-        const auto checking = [&](qint64, qint64) { return progress(done, total); };
-        if (const base::Status looked = look(backup, checking); !looked)
-            return looked.error();
-        done += backup.size;
-        if (!progress(done, total))
-            return base::cancelled();
-    }
-    return backups;
+    const QDir folder(backupFolderIn(applicationFolder));
+    const QString fileName = connection.fileName();
+    if (!connection.isOpen() || isInitialFile(fileName, applicationFolder) ||
+        isStoredBackup(fileName, applicationFolder))
+        return QStringList();
+    if (!base::makeSharedFolder(folder.path()))
+        return base::Error{u"フォルダ「"_s + folder.path() + u"」を作成できませんでした。"_s};
+    const QString prefix = datedPrefix(fileName);
+    const QString name = prefix + base::isoDay(today) + u".cdb"_s;
+    const QString target = folder.filePath(name);
+    const auto keepAs = [&](const QString &) {
+        const QString why = QFileInfo::exists(target) ? reasonToKeepDated(target, connection) : QString();
+        return why.isEmpty() ? QString() : base::datedName(target, why, today);
+    };
+    if (const base::Status copied = db::copyDatabase(connection, target, progress, {keepAs, patience});
+        !copied)
+        return copied.error();
+    noteOrder(folder, name);
+    const QStringList aside = putFutureAside(folder, prefix, today);
+    removeOld(folder, prefix, name);
+    return aside;
 }
 
 base::Status restoreBackup(const QString &from, const QString &target, const QString &kept,

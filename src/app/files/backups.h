@@ -3,10 +3,8 @@
 #include "base/progress.h"
 #include "base/result.h"
 
-#include <QDateTime>
+#include <QDate>
 #include <QStringList>
-
-#include <vector>
 
 namespace db
 {
@@ -19,30 +17,21 @@ namespace app
 /// So many days worked are kept of each database.
 inline constexpr int daysKept = 10;
 
+/// The copy at exit: the open file to the backup file. Nothing is done when it is the backup file itself,
+/// when it is the initial file, which nobody works in, or when nothing is open: a file that was refused must
+/// not take the place of a good backup. After a failure the old backup is still there. One that is of another
+/// file, that someone worked in, or that has more rows by a tenth in any table stays under a dated name.
+base::Status backUpAtExit(db::Connection &connection, const QString &applicationFolder, const QDate &today,
+                          const base::Progress &progress = base::unwatched);
+
 /// Copies the open database to the file of \a today in the folder Backup of \a applicationFolder, and then
-/// removes this database's backups beyond the last ten days worked. A backup itself is not backed up.
-base::Status backUpDated(db::Connection &connection, const QString &applicationFolder, const QDate &today,
-                         const base::Progress &progress = base::unwatched);
+/// removes this database's backups beyond the last ten days worked. Those of a day to come are put aside.
+/// \return the new names of these
+base::Result<QStringList> backUpDated(db::Connection &connection, const QString &applicationFolder,
+                                      const QDate &today, const base::Progress &progress = base::unwatched);
 
-/// A backup as it is listed.
-struct Backup
-{
-    QString fileName;
-    QString database; // of which it is a copy: the name of that file
-    QDateTime written;
-    qint64 size = 0; // bytes
-    bool isSound = false;
-    QString finding;      // "正常", or what keeps it from being opened
-    qint64 customers = 0; // of a sound one
-    qint64 slips = 0;
-};
-
-/// All backups in \a applicationFolder and its folder Backup, the newest first, each after SQLite's integrity
-/// check.
-base::Result<std::vector<Backup>> checkedBackups(const QString &applicationFolder,
-                                                 const base::Progress &progress);
-
-/// Puts a copy of the backup \a from in the place of the closed file \a target, which stays as \a kept.
+/// Puts a copy of the backup \a from in the place of the closed file \a target, which stays as \a kept. From
+/// the beginning no other program may have \a target open.
 base::Status restoreBackup(const QString &from, const QString &target, const QString &kept,
                            const base::Progress &progress);
 

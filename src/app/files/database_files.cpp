@@ -2,14 +2,11 @@
 
 #include "app/files/start_options.h"
 #include "db/care/backup.h"
-#include "db/connection.h"
-#include "db/old_files/old_file.h"
 #include "db/schema.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -25,11 +22,6 @@ QString initialFileIn(const QString &folder)
     return workspace::joinPath(folder, QString::fromUtf16(db::initialFileName));
 }
 
-QString backupFileIn(const QString &folder)
-{
-    return workspace::joinPath(folder, QString::fromUtf16(db::backupFileName));
-}
-
 } // namespace
 
 QString databaseToOpen(const workspace::Settings &settings, const QString &commandLine,
@@ -39,8 +31,7 @@ QString databaseToOpen(const workspace::Settings &settings, const QString &comma
                                          : databaseInCommandLine(commandLine);
     // A NUL would end the name for the operating system but not on the screen.
     name.remove(QChar(0));
-    return name.isEmpty() ? initialFileIn(applicationFolder)
-                          : QDir::cleanPath(QFileInfo(name).absoluteFilePath());
+    return name.isEmpty() ? initialFileIn(applicationFolder) : QDir::cleanPath(pathOfFile(name));
 }
 
 bool isInitialFile(const QString &fileName, const QString &applicationFolder)
@@ -48,27 +39,12 @@ bool isInitialFile(const QString &fileName, const QString &applicationFolder)
     return isSameFile(fileName, initialFileIn(applicationFolder));
 }
 
-bool isBackupFile(const QString &fileName, const QString &applicationFolder)
-{
-    return isSameFile(fileName, backupFileIn(applicationFolder));
-}
-
 QString databaseFileFilters() { return u"すべてのファイル (*.*);;cdb ﾌｧｲﾙ (*.cdb)"_s; }
 
-base::Status makeFromInitialFile(const QString &target, const QString &applicationFolder)
+base::Status makeFromInitialFile(const QString &target, const QString &applicationFolder, const QString &kept)
 {
-    return db::copyDatabase(initialFileIn(applicationFolder), target);
-}
-
-base::Status backUpAtExit(db::Connection &connection, const QString &fileName,
-                          const QString &applicationFolder, const base::Progress &progress)
-{
-    if (isBackupFile(fileName, applicationFolder) || !connection.isOpen())
-        return {};
-    const QString backup = backupFileIn(applicationFolder);
-    if (const base::Status aside = db::putOldFileAside(backup); !aside)
-        return aside;
-    return db::copyDatabase(connection, backup, progress);
+    return db::copyDatabase(initialFileIn(applicationFolder), target, base::unwatched,
+                            kept.isEmpty() ? db::Replacing() : db::keptAs(kept));
 }
 
 } // namespace app

@@ -1,10 +1,15 @@
 #include "app/files/database_session.h"
 
+#include "app/files/backup_places.h"
 #include "app/files/backups.h"
 #include "app/files/database_files.h"
 #include "app/files/old_file_opening.h"
+#include "app/files/recent_files.h"
+#include "base/dated_name.h"
+#include "base/file_rights.h"
 #include "db/care/backup.h"
 #include "db/connection.h"
+#include "db/file_header.h"
 #include "db/migrations.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
@@ -16,6 +21,7 @@
 #include "workspace/workspace_targets.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -32,6 +38,13 @@ QString proposedFolder()
 {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+// Whatever can be seen without opening it.
+base::Status mayBeOpened(const QString &fileName)
+{
+    const int version = db::storedVersion(fileName);
+    return version > 0 && version <= db::schemaVersion ? base::Status() : db::checkHeader(fileName);
 }
 
 } // namespace
@@ -66,6 +79,8 @@ void DatabaseSession::start(const QString &fileName)
     m_fileName = fileName;
     if (!connectTo(fileName))
         ui::prompts::inform(&m_window, u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
+    else if (!isInitial())
+        rememberFile(m_workspace.settings, fileName);
     emit changed();
 }
 
@@ -92,15 +107,59 @@ void DatabaseSession::reopen()
 
 void DatabaseSession::switchTo(const QString &fileName)
 {
-    m_fileName = fileName;
     if (fileName.isEmpty()) {
+        m_fileName.clear();
         ui::prompts::inform(&m_window, u"データベースファイル名が入力されていません。"_s);
         return;
     }
-    m_workspace.settings.write(workspace::keys::mdbFileName, fileName);
-    m_workspace.settings.flush();
-    if (!connectTo(fileName))
-        ui::prompts::inform(&m_window, ui::messages::databaseNotUsable(), u"Kanbalore"_s);
+    const bool isCurrent = isOpen() && isSameFile(fileName, m_fileName);
+    if (const base::Status possible = isCurrent ? base::Status() : mayBeOpened(fileName); !possible) {
+        refuse(fileName, possible.error().text);
+        return;
+    }
+    backUpOnLeaving();
+    if (!goTo(fileName))
+        refuse(fileName, m_refused);
+}
+
+// On failure the file of before is open again.
+bool DatabaseSession::goTo(const QString &fileName)
+{
+    const bool wasOpen = isOpen();
+    const QString reasonBefore = m_reason;
+    close();
+    const bool opened = connectTo(fileName);
+    if (opened) {
+        m_fileName = fileName;
+        m_workspace.settings.write(workspace::keys::mdbFileName, fileName);
+        rememberFile(m_workspace.settings, fileName);
+        m_workspace.settings.flush();
+    } else {
+        m_refused = std::exchange(m_reason, reasonBefore);
+        if (wasOpen)
+            (void)connectTo(m_fileName);
+    }
+    emit changed();
+    return opened;
+}
+
+// A damaged file has to be the current one to be repaired; it is not the one to start with for that.
+void DatabaseSession::refuse(const QString &fileName, const QString &why)
+{
+    ui::prompts::inform(&m_window, ui::messages::databaseNotUsable(), u"Kanbalore"_s,
+                        ui::prompts::Icon::Information, why);
+    if (!QFileInfo(fileName).isFile() || isSameFile(fileName, m_fileName) ||
+        db::storedVersion(fileName) > db::schemaVersion)
+        return;
+    if (!ui::prompts::askCautiously(
+            &m_window,
+            u"「%1」を、修復または再作成するために選びますか？"_s.arg(QFileInfo(fileName).fileName()),
+            u"今のデータベースは閉じます。次に起動するときは、また今のデータベースを開きます。"_s))
+        return;
+    backUpOnLeaving();
+    close();
+    m_fileName = fileName;
+    m_reason = why;
     emit changed();
 }
 
@@ -109,14 +168,26 @@ void DatabaseSession::createNew()
     const QString chosen = askForTarget(u"新しいファイル名"_s);
     if (chosen.isEmpty())
         return;
-    close();
-    if (const base::Status made = makeFromInitialFile(chosen, m_workspace.applicationFolder()); !made) {
-        m_reason = made.error().text;
-        ui::prompts::inform(&m_window, m_reason);
-        emit changed();
+    // Neither can stay open: the one is copied, the other replaced.
+    if (isInitial() || isSameFile(chosen, m_fileName)) {
+        backUpOnLeaving();
+        close();
+    }
+    const base::Status made =
+        makeFromInitialFile(chosen, m_workspace.applicationFolder(), keptNameOf(chosen));
+    if (made) {
+        switchTo(chosen);
         return;
     }
-    switchTo(chosen);
+    if (!isOpen())
+        reopen();
+    ui::prompts::inform(&m_window, made.error().text);
+}
+
+QString DatabaseSession::keptNameOf(const QString &fileName) const
+{
+    return QFileInfo::exists(fileName) ? base::datedName(fileName, u"上書き前"_s, m_workspace.today())
+                                       : QString();
 }
 
 QString DatabaseSession::askForTarget(const QString &title)
@@ -131,11 +202,13 @@ QString DatabaseSession::askForTarget(const QString &title)
         ui::prompts::inform(&m_window, u"ファイル名が不正です。"_s);
         return {};
     }
-    return ui::prompts::askToOverwrite(&m_window, chosen) ? QFileInfo(chosen).absoluteFilePath() : QString();
+    return ui::prompts::askToOverwrite(&m_window, chosen, keptNameOf(chosen))
+               ? QFileInfo(chosen).absoluteFilePath()
+               : QString();
 }
 
-// The copy is SQLite's own, so that it is whole also while another program writes to the file. As with a new
-// file, a failure leaves nothing open: the name in the window is that of the file that is still there.
+// The copy is SQLite's own, so that it is whole also while another program writes to the file. Until it is
+// complete the file stays open.
 void DatabaseSession::saveAs()
 {
     if (!isOpen())
@@ -143,39 +216,66 @@ void DatabaseSession::saveAs()
     const QString chosen = askForTarget(u"名前を付けて保存"_s);
     if (chosen.isEmpty())
         return;
-    close();
+    const QString kept = keptNameOf(chosen);
     const base::Status copied = ui::runWithProgress(
-        &m_window, u"データベースをコピーしています。"_s,
-        [&](const base::Progress &progress) { return db::copyDatabase(m_fileName, chosen, progress); });
-    if (copied) {
+        &m_window, u"データベースをコピーしています。"_s, [&](const base::Progress &progress) {
+            return db::copyDatabase(m_workspace.connection, chosen, progress,
+                                    kept.isEmpty() ? db::Replacing() : db::keptAs(kept));
+        });
+    if (copied)
         switchTo(chosen);
-        return;
-    }
-    if (copied.error().cancelled) {
-        reopen();
-        return;
-    }
-    m_reason = copied.error().text;
-    ui::prompts::inform(&m_window, m_reason);
-    emit changed();
+    else if (!copied.error().cancelled)
+        ui::prompts::inform(&m_window, copied.error().text);
 }
 
 void DatabaseSession::openOther()
 {
+    const QString folder = m_fileName.isEmpty() ? proposedFolder() : QFileInfo(m_fileName).absolutePath();
     const QString chosen =
-        ui::file_dialogs::openFile(&m_window, u"データベースの変更"_s, databaseFileFilters());
-    if (chosen.isEmpty())
-        return;
-    if (isInitialFile(chosen, m_workspace.applicationFolder())) {
-        leaveInitialFile();
-        return;
-    }
-    openInstead(chosen);
+        ui::file_dialogs::openFile(&m_window, u"データベースの変更"_s, databaseFileFilters(), folder);
+    if (!chosen.isEmpty())
+        openRecent(chosen);
 }
 
-void DatabaseSession::openBackup()
+void DatabaseSession::openRecent(const QString &fileName)
 {
-    openInstead(m_workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName)));
+    const QString folder = m_workspace.applicationFolder();
+    if (isInitialFile(fileName, folder))
+        leaveInitialFile();
+    else if (isStoredBackup(fileName, folder) && QFileInfo(fileName).isFile() &&
+             !isSameFile(fileName, m_fileName))
+        openCopyOfBackup(fileName);
+    else
+        openInstead(fileName);
+}
+
+void DatabaseSession::openBackup() { openInstead(backupFileIn(m_workspace.applicationFolder())); }
+
+bool DatabaseSession::isBackup() const
+{
+    return isOpen() && isAnyBackup(m_fileName, m_workspace.applicationFolder());
+}
+
+// What is worked in is not to be cleared away as an old backup, nor to be replaced by the next one.
+void DatabaseSession::openCopyOfBackup(const QString &fileName)
+{
+    const QString folder = openedBackupsIn(m_workspace.applicationFolder());
+    const QString copy =
+        base::datedName(folder + u'/' + QFileInfo(fileName).fileName(), u"写し"_s, m_workspace.today());
+    const base::Status copied = ui::runWithProgress(
+        &m_window, u"バックアップをコピーしています。"_s,
+        [&](const base::Progress &progress) -> base::Status {
+            if (!base::makeSharedFolder(backupFolderIn(m_workspace.applicationFolder())) ||
+                !base::makeSharedFolder(folder))
+                return base::Error{u"フォルダ「"_s + folder + u"」を作成できませんでした。"_s};
+            return isSameFile(fileName, m_fileName) && isOpen()
+                       ? db::copyDatabase(m_workspace.connection, copy, progress)
+                       : db::copyDatabase(fileName, copy, progress);
+        });
+    if (copied)
+        switchTo(copy);
+    else if (!copied.error().cancelled)
+        ui::prompts::inform(&m_window, copied.error().text);
 }
 
 // One of the earlier program is converted first; nothing is closed when the user gives up.
@@ -185,10 +285,8 @@ void DatabaseSession::openInstead(const QString &chosen)
     const QString openable = isOpen() && isSameFile(chosen, m_fileName)
                                  ? chosen
                                  : openableFile(&m_window, chosen, m_workspace.applicationFolder());
-    if (openable.isEmpty())
-        return;
-    close();
-    switchTo(QFileInfo(openable).absoluteFilePath());
+    if (!openable.isEmpty())
+        switchTo(QFileInfo(openable).absoluteFilePath());
 }
 
 void DatabaseSession::leaveInitialFile()
@@ -198,23 +296,79 @@ void DatabaseSession::leaveInitialFile()
     createNew();
 }
 
+base::Result<QStringList> DatabaseSession::bothBackups(const base::Progress &progress)
+{
+    const QString folder = m_workspace.applicationFolder();
+    const QDate today = m_workspace.today();
+    const base::Status last = backUpAtExit(m_workspace.connection, folder, today, progress);
+    if (!last && last.error().cancelled)
+        return last.error();
+    auto dated = backUpDated(m_workspace.connection, folder, today, progress);
+    return last ? dated : last.error();
+}
+
 void DatabaseSession::backUp()
 {
     if (!isOpen())
         return;
-    const QString folder = m_workspace.applicationFolder();
-    const QDate today = m_workspace.today();
-    const auto bothCopies = [&](const base::Progress &progress) -> base::Status {
-        const base::Status last = backUpAtExit(m_workspace.connection, m_fileName, folder, progress);
-        if (isInitial() || (!last && last.error().cancelled))
-            return last;
-        const base::Status dated = backUpDated(m_workspace.connection, folder, today, progress);
-        return last ? dated : last;
-    };
-    const base::Status done = ui::runWithProgress(&m_window, u"バックアップを作成しています。"_s, bothCopies);
-    // Stopped by someone who has no time: the earlier backups are still there.
-    if (!done && !done.error().cancelled)
-        ui::prompts::inform(&m_window, u"データベースのバックアップに失敗しました。"_s);
+    (void)tellOfBackup(
+        ui::runWithProgress(&m_window, u"バックアップを作成しています。"_s,
+                            [this](const base::Progress &progress) { return bothBackups(progress); }));
+}
+
+void DatabaseSession::backUpNow()
+{
+    if (!isUsable())
+        return;
+    const auto done =
+        ui::runWithProgress(&m_window, u"バックアップを作成しています。"_s,
+                            [this](const base::Progress &progress) { return bothBackups(progress); });
+    if (tellOfBackup(done))
+        ui::prompts::inform(&m_window, u"バックアップを作成しました。"_s,
+                            QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Information,
+                            backupFolderIn(m_workspace.applicationFolder()));
+}
+
+// What is under way is taken back; nothing of it goes on.
+void DatabaseSession::backUpSilently()
+{
+    constexpr qint64 timeLeft = 1500; // ms, until the operating system loses its patience
+    if (!isOpen())
+        return;
+    if (m_workspace.connection.inTransaction())
+        (void)m_workspace.connection.execute(u"ROLLBACK"_s);
+    QElapsedTimer time;
+    time.start();
+    (void)bothBackups([&time](qint64, qint64) { return time.elapsed() < timeLeft; });
+}
+
+// Only the day's: the other one may be what is about to be opened.
+void DatabaseSession::backUpOnLeaving()
+{
+    if (!isUsable())
+        return;
+    (void)tellOfBackup(ui::runWithProgress(
+        &m_window, u"バックアップを作成しています。"_s, [this](const base::Progress &progress) {
+            return backUpDated(m_workspace.connection, m_workspace.applicationFolder(), m_workspace.today(),
+                               progress);
+        }));
+}
+
+// Stopped by someone who has no time: the earlier backups are still there.
+bool DatabaseSession::tellOfBackup(const base::Result<QStringList> &done)
+{
+    if (!done) {
+        if (!done.error().cancelled)
+            ui::prompts::inform(&m_window, u"データベースのバックアップに失敗しました。"_s,
+                                QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Information,
+                                done.error().text);
+        return false;
+    }
+    if (!done->isEmpty())
+        ui::prompts::inform(&m_window, u"今日より後の日付のバックアップが %1 個ありました。"
+                                       "名前を変えて残しました。\n"
+                                       "コンピュータの日付が正しいか確かめてください。"_s.arg(done->size()));
+    return true;
 }
 
 } // namespace app

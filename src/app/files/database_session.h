@@ -1,7 +1,10 @@
 #pragma once
 
+#include "base/progress.h"
+
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -42,6 +45,11 @@ public:
     /// Copies the file to a new name and goes on in the copy.
     void saveAs();
     void openBackup();
+    void openRecent(const QString &fileName);
+    /// Goes on in a copy of the backup \a fileName, which stays as it is.
+    void openCopyOfBackup(const QString &fileName);
+    /// Whether a backup is the current file, or the copy of one.
+    [[nodiscard]] bool isBackup() const;
 
     /// The initial file is never worked in: tells so and has a new file made of it.
     void leaveInitialFile();
@@ -50,11 +58,15 @@ public:
     void close();
     /// Opens the current file again.
     void reopen();
-    /// Makes the closed \a fileName the current file and opens it; tells when it cannot be opened.
+    /// Leaves the current file and goes on in \a fileName; tells when that cannot be opened, and stays.
     void switchTo(const QString &fileName);
 
     /// The copies at exit, the last one and the day's; tells when one fails.
     void backUp();
+    /// The same at any time; tells when it is done too.
+    void backUpNow();
+    /// The same at once and without a box, for an end that nobody asked for.
+    void backUpSilently();
 
 signals:
     /// Another file is the current one, opened or not.
@@ -67,11 +79,18 @@ private:
     QString askForTarget(const QString &title);
     void openInstead(const QString &chosen);
     bool connectTo(const QString &fileName);
+    bool goTo(const QString &fileName);
+    void refuse(const QString &fileName, const QString &why);
+    void backUpOnLeaving();
+    bool tellOfBackup(const base::Result<QStringList> &done);
+    base::Result<QStringList> bothBackups(const base::Progress &progress);
+    [[nodiscard]] QString keptNameOf(const QString &fileName) const;
 
     workspace::Workspace &m_workspace;
     QWidget &m_window;
     QString m_fileName;
-    QString m_reason; // why it could not be opened
+    QString m_reason;  // why it could not be opened
+    QString m_refused; // why another one could not
 };
 
 } // namespace app

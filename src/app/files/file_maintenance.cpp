@@ -6,6 +6,7 @@
 #include "app/files/database_session.h"
 #include "app/files/table_emptying.h"
 #include "base/dated_name.h"
+#include "db/care/backup.h"
 #include "db/care/file_repair.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
@@ -130,7 +131,6 @@ void FileMaintenance::buildAnew()
     dialog.exec();
     if (dialog.chosenFile().isEmpty())
         return;
-    m_session.close();
     m_session.switchTo(dialog.chosenFile());
 }
 
@@ -141,8 +141,24 @@ void FileMaintenance::emptyTable()
         tell(u"削除するテーブルを選択してください。"_s);
         return;
     }
-    if (!ui::prompts::ask(&m_window, item + u" を削除します。よろしいですか？"_s))
+    const QString kept = base::datedName(m_session.fileName(), u"削除前"_s, m_workspace.today());
+    const auto rows = rowsToDelete(m_workspace.connection, item);
+    if (!rows) {
+        tell(rows.error().text);
         return;
+    }
+    if (!ui::prompts::askCautiously(
+            &m_window, item + u" を削除します。よろしいですか？"_s,
+            *rows + u"\n削除する前の内容は「%1」に残します。"_s.arg(QFileInfo(kept).fileName())))
+        return;
+    const base::Status copied = ui::runWithProgress(
+        &m_window, u"削除する前の内容をコピーしています。"_s, [&](const base::Progress &progress) {
+            return db::copyDatabase(m_workspace.connection, kept, progress);
+        });
+    if (!copied) {
+        tell(copied.error().text + u"\n何も削除していません。"_s);
+        return;
+    }
     const auto done = emptyTables(m_workspace.connection, item);
     if (done)
         emit emptied();
@@ -162,8 +178,7 @@ void FileMaintenance::listBackups()
     DialogBackups dialog(m_workspace, std::move(*backups), m_session.hasFile(), &m_window);
     dialog.exec();
     if (dialog.wish() == DialogBackups::Wish::Open) {
-        m_session.close();
-        m_session.switchTo(dialog.chosen().fileName);
+        m_session.openCopyOfBackup(dialog.chosen().fileName);
     } else if (dialog.wish() == DialogBackups::Wish::Restore) {
         restore(dialog.chosen().fileName, dialog.chosen().written.toString(u"yyyy/MM/dd HH:mm"_s));
     }

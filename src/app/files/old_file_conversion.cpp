@@ -1,5 +1,6 @@
 #include "app/files/old_file_conversion.h"
 
+#include "app/files/start_options.h"
 #include "registers/customer.h"
 #include "registers/supplier.h"
 
@@ -76,7 +77,7 @@ base::Status saveSummary(const db::ConversionSummary &summary, const QString &fi
 
 ConversionExit convertAtCommandLine(const QString &source, const QString &target)
 {
-    const auto summary = convertOldFile(source, target, base::unwatched);
+    const auto summary = convertOldFile(pathOfFile(source), pathOfFile(target), base::unwatched);
     if (!summary) {
         QTextStream(stderr) << summary.error().text << '\n';
         return ConversionExit::Failed;

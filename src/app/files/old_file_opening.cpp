@@ -1,6 +1,7 @@
 #include "app/files/old_file_opening.h"
 
 #include "app/files/DialogConversion.h"
+#include "app/files/backup_places.h"
 #include "app/files/database_files.h"
 #include "app/files/old_file_conversion.h"
 #include "db/old_files/old_file.h"

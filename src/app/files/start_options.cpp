@@ -1,5 +1,7 @@
 #include "app/files/start_options.h"
 
+#include <QDir>
+
 using namespace Qt::StringLiterals;
 
 namespace app
@@ -58,6 +60,13 @@ StartOptions readStartOptions(const QStringList &arguments)
 QString databaseInCommandLine(const QString &commandLine)
 {
     return commandLine.size() > 2 ? commandLine.sliced(1, commandLine.size() - 2) : QString();
+}
+
+// What begins with a colon means something else to the toolkit and to the database engine.
+QString pathOfFile(const QString &name)
+{
+    const bool isAbsolute = QDir::isAbsolutePath(name) && !name.startsWith(u':');
+    return isAbsolute ? name : QDir::currentPath() + u'/' + name;
 }
 
 QString usageText()

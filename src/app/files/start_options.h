@@ -25,6 +25,9 @@ StartOptions readStartOptions(const QStringList &arguments);
 /// The file name within a command-line text: the text less its first and last character.
 QString databaseInCommandLine(const QString &commandLine);
 
+/// The absolute path of \a name, given by someone who means a file: ":memory:" is the name of one, too.
+QString pathOfFile(const QString &name);
+
 /// The text of --help.
 QString usageText();
 

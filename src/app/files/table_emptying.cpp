@@ -5,6 +5,7 @@
 #include "db/transaction.h"
 
 #include <algorithm>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -35,11 +36,31 @@ const struct Emptying
 };
 
 // Only along with everything else: the slips, and the shipping categories, so that no table keeps a row.
-const QString furtherStatements[] = {
-    u"DELETE FROM 入出庫マスター"_s,
-    u"DELETE FROM 入出庫サブ"_s,
-    u"DELETE FROM 発送区分"_s,
+const std::pair<QString, QString> furtherStatements[] = {
+    {u"伝票"_s, u"DELETE FROM 入出庫マスター"_s},
+    {u"伝票の明細"_s, u"DELETE FROM 入出庫サブ"_s},
+    {u"発送区分"_s, u"DELETE FROM 発送区分"_s},
 };
+
+// With what each of them deletes.
+std::vector<std::pair<QString, QString>> statementsOf(const QString &item)
+{
+    std::vector<std::pair<QString, QString>> statements;
+    for (const Emptying &emptying : emptyings) {
+        if (item == everything || item == emptying.item)
+            statements.emplace_back(emptying.item, emptying.statement);
+    }
+    if (item == everything)
+        statements.insert(statements.end(), std::begin(furtherStatements), std::end(furtherStatements));
+    return statements;
+}
+
+QString messageOf(const QString &item)
+{
+    const auto *found = std::find_if(std::begin(emptyings), std::end(emptyings),
+                                     [&item](const Emptying &emptying) { return emptying.item == item; });
+    return found == std::end(emptyings) ? u"すべて選択を削除しました。"_s : found->message;
+}
 
 } // namespace
 
@@ -51,28 +72,30 @@ QStringList emptyingItems()
     return items;
 }
 
+base::Result<QString> rowsToDelete(db::Connection &connection, const QString &item)
+{
+    QStringList lines;
+    for (const auto &[what, statement] : statementsOf(item)) {
+        const auto rows = connection.select(u"SELECT count(*) "_s + statement.sliced(u"DELETE "_s.size()));
+        if (!rows)
+            return rows.error();
+        if (const qint64 count = rows->rows.front().front().toLongLong(); count > 0)
+            lines << u"%1：%2 行"_s.arg(what).arg(count);
+    }
+    return lines.isEmpty() ? u"行はありません。"_s : lines.join(u'\n');
+}
+
 base::Result<QString> emptyTables(db::Connection &connection, const QString &item)
 {
-    QStringList statements;
-    QString message = u"すべて選択を削除しました。"_s;
-    for (const Emptying &emptying : emptyings) {
-        if (item != everything && item != emptying.item)
-            continue;
-        statements << emptying.statement;
-        if (item != everything)
-            message = emptying.message;
-    }
-    if (item == everything)
-        std::copy(std::begin(furtherStatements), std::end(furtherStatements), std::back_inserter(statements));
-    if (statements.isEmpty())
+    const auto statements = statementsOf(item);
+    if (statements.empty())
         return base::Error{u"削除するテーブルを選択してください。"_s};
-
     return db::atomically(connection, [&]() -> base::Result<QString> {
-        for (const QString &statement : statements) {
+        for (const auto &[what, statement] : statements) {
             if (const auto done = db::deleteRows(connection, statement); !done)
                 return done.error();
         }
-        return message;
+        return messageOf(item);
     });
 }
 

@@ -36,6 +36,8 @@ Commands fileCommands()
         {Action::OpenBackup, u"mnuBackupOpen", u"バックアップファイルを開く(&B)", u"mnuFileOpen"},
         {Action::Backups, u"mnuBackups", u"バックアップの一覧(&L)", u"mnuFileOpen", none,
          {{u"cmdBackups", u"バックアップの一覧", Page::Settings, u"データベース"}}},
+        {Action::BackupNow, u"mnuBackupNow", u"今すぐバックアップ(&K)", u"mnuFileOpen", none,
+         {{u"cmdBackupNow", u"今すぐバックアップ", Page::Settings, u"データベース"}}},
         {Action::Quit, u"mnuDenQuit", u"終了(&X)", u"mnuFileOpen", none, {}, {}, "Ctrl+Q"},
 
         {Action::None, u"mnuPic", u"表示(&V)"},

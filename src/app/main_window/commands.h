@@ -21,6 +21,7 @@ enum class Action {
     SaveFileAs,
     OpenBackup,
     Backups,
+    BackupNow,
     RepairFile,
     RebuildFile,
     EmptyTable,

@@ -1,5 +1,6 @@
 #include "app/main_window/companions.h"
 
+#include "base/file_rights.h"
 #include "text/cp932.h"
 #include "workspace/workspace.h"
 
@@ -39,7 +40,7 @@ QString companionFile(const QString &applicationFolder, Companion companion)
 bool isCompanionInstalled(const QString &applicationFolder, Companion companion)
 {
     const QFileInfo file(companionFile(applicationFolder, companion));
-    return file.isFile() && file.isExecutable();
+    return file.isFile() && file.isExecutable() && base::isTrusted(file.filePath(), applicationFolder);
 }
 
 base::Status writeHandOver(const QString &applicationFolder, const HandOver &values)

@@ -49,6 +49,8 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
         *this);
     const auto further = buildOptionBoxes();
     buildColoursMenu();
+    buildRecentMenu();
+    buildBackupNotice();
     m_controls = new PanelControls(*this, workspace,
                                    {.checks = {m_ui->Check1, m_ui->Check2, m_ui->Check3, m_ui->Check4,
                                                m_ui->Check5, further[0], further[1], further[2]},
@@ -251,6 +253,8 @@ void frmAMain::databaseChanged()
         reloadCompany();
     }
     showFile();
+    showRecentFiles();
+    m_backupNotice->setVisible(m_session.isBackup());
     enableCommands();
     offerFormerEmployee();
 }
@@ -366,9 +370,16 @@ void frmAMain::showSupplier()
 
 void frmAMain::closeEvent(QCloseEvent *event)
 {
-    saveSettings();
+    if (!saveSettings())
+        ui::prompts::inform(this, u"設定を保存できませんでした。設定ファイルの権限を確認してください。"_s);
     m_session.backUp();
     QMainWindow::closeEvent(event);
+}
+
+void frmAMain::endSilently()
+{
+    (void)saveSettings();
+    m_session.backUpSilently();
 }
 
 // Enter presses the button with the cursor and leaves any other control as Tab does, as on all screens.
@@ -400,6 +411,7 @@ frmAMain::Builtin frmAMain::builtinFor(Action action)
         {Action::SaveFileAs, &frmAMain::saveFileAs},
         {Action::OpenBackup, &frmAMain::openBackup},
         {Action::Backups, &frmAMain::listBackups},
+        {Action::BackupNow, &frmAMain::backUpNow},
         {Action::RepairFile, &frmAMain::repairFile},
         {Action::RebuildFile, &frmAMain::buildFileAnew},
         {Action::EmptyTable, &frmAMain::emptyTable},

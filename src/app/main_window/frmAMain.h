@@ -14,6 +14,7 @@
 
 class QCheckBox;
 class QLabel;
+class QMenu;
 
 namespace Ui
 {
@@ -39,6 +40,10 @@ public:
     /// The load step: settings, postal index, database, employees, picture. \a commandLine holds a database
     /// file name between its quotes, or is empty.
     void load(const QString &commandLine);
+
+    /// Saves the settings and makes the backups at once and without a word, because the program is about to
+    /// end without being asked.
+    void endSilently();
 
     /// What is done each time the window becomes the active one.
     void focusStep();
@@ -69,6 +74,7 @@ private:
     void openFile() { m_session.openOther(); }
     void saveFileAs() { m_session.saveAs(); }
     void openBackup() { m_session.openBackup(); }
+    void backUpNow() { m_session.backUpNow(); }
     void listBackups() { m_maintenance->listBackups(); }
     void repairFile() { m_maintenance->repair(); }
     void buildFileAnew() { m_maintenance->buildAnew(); }
@@ -88,12 +94,15 @@ private:
     // The window itself
     std::array<QCheckBox *, 3> buildOptionBoxes();
     void buildColoursMenu();
+    void buildRecentMenu();
+    void showRecentFiles();
+    void buildBackupNotice();
     void colour(int colours);
     void loadFixedLists();
     void loadPlace();
     void loadPostalIndex();
     void loadPicture();
-    void saveSettings();
+    bool saveSettings();
     void showPrinters();
     void showFile();
     void choosePicture();
@@ -118,6 +127,8 @@ private:
     CommandPanel *m_commands;
     FileMaintenance *m_maintenance;
     PanelControls *m_controls;
+    QMenu *m_recentFiles = nullptr;
+    QWidget *m_backupNotice = nullptr;
     QString m_pictureFile;
     QString m_pictureProblem; // a sentence for the status bar
     QString m_slipFont;

@@ -1,6 +1,7 @@
 // What of the main window shows and is kept: place, picture, calendar, printers, header.
 #include "app/main_window/frmAMain.h"
 
+#include "app/files/recent_files.h"
 #include "app/main_window/appearance.h"
 #include "app/main_window/command_panel.h"
 #include "app/main_window/frmAbout.h"
@@ -18,9 +19,12 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
 #include <QTextCharFormat>
 #include <QToolButton>
 
@@ -103,6 +107,48 @@ void frmAMain::buildColoursMenu()
         colour(stored);
 }
 
+void frmAMain::buildRecentMenu()
+{
+    auto *menu = menuBar()->findChild<QMenu *>(u"mnuFileOpen"_s);
+    m_recentFiles = new QMenu(u"最近使ったファイル(&F)"_s, menu);
+    m_recentFiles->setObjectName(u"mnuRecent"_s);
+    menu->insertMenu(m_commands->menuItem(Action::SaveFileAs), m_recentFiles);
+}
+
+void frmAMain::showRecentFiles()
+{
+    m_recentFiles->clear();
+    const QStringList files = recentFiles(m_workspace.settings);
+    for (const QString &file : files) {
+        QString shown = QDir::toNativeSeparators(file);
+        QAction *item = m_recentFiles->addAction(shown.replace(u'&', u"&&"_s));
+        // Once the menu is closed: opening the file fills it anew.
+        connect(
+            item, &QAction::triggered, this, [this, file] { m_session.openRecent(file); },
+            Qt::QueuedConnection);
+    }
+    m_recentFiles->setEnabled(!files.isEmpty());
+}
+
+// Stands as long as a backup is worked in.
+void frmAMain::buildBackupNotice()
+{
+    m_backupNotice = new QFrame(this);
+    m_backupNotice->setObjectName(u"fraBackup"_s);
+    auto *row = new QHBoxLayout(m_backupNotice);
+    auto *text = new QLabel(
+        u"バックアップを開いています。このまま作業を続けるときは、名前を付けて保存してください。"_s,
+        m_backupNotice);
+    text->setWordWrap(true);
+    auto *save = new QPushButton(u"名前を付けて保存"_s, m_backupNotice);
+    save->setObjectName(u"cmdSaveBackup"_s);
+    connect(save, &QPushButton::clicked, this, &frmAMain::saveFileAs);
+    row->addWidget(text, 1);
+    row->addWidget(save);
+    m_ui->centralLayout->insertWidget(1, m_backupNotice);
+    m_backupNotice->hide();
+}
+
 void frmAMain::colour(int colours)
 {
     m_workspace.settings.writeLayout(coloursLayout, QString::number(colours));
@@ -149,7 +195,7 @@ void frmAMain::loadPicture()
     showFile();
 }
 
-void frmAMain::saveSettings()
+bool frmAMain::saveSettings()
 {
     workspace::Settings &settings = m_workspace.settings;
     const QRect place = isMaximized() ? normalGeometry() : geometry();
@@ -168,8 +214,7 @@ void frmAMain::saveSettings()
     settings.write(workspace::keys::kuroPrinterFont, m_slipFont);
     if (m_session.isOpen())
         settings.write(workspace::keys::employee, m_ui->txtShainID->text());
-    if (!settings.flush())
-        ui::prompts::inform(this, u"設定を保存できませんでした。設定ファイルの権限を確認してください。"_s);
+    return settings.flush();
 }
 
 void frmAMain::showPrinters()

@@ -1,9 +1,11 @@
 #include "registers/lists/frmNouhinSub.h"
 
+#include "base/dated_name.h"
 #include "db/connection.h"
 #include "registers/lists/supplementary_file.h"
 #include "text/numbers.h"
 #include "ui/file_dialogs.h"
+#include "ui/messages.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
 #include "ui_frmNouhinSub.h"
@@ -41,7 +43,12 @@ QString frmNouhinSub::chosenFile()
         ui::prompts::inform(this, u"ファイル名が不正です。"_s);
         return {};
     }
-    return ui::prompts::askToOverwrite(this, name) ? name : QString();
+    return ui::prompts::askToOverwrite(this, name, keptNameOf(name)) ? name : QString();
+}
+
+QString frmNouhinSub::keptNameOf(const QString &fileName) const
+{
+    return base::datedName(fileName, u"上書き前"_s, workspace().today());
 }
 
 void frmNouhinSub::make()
@@ -52,7 +59,7 @@ void frmNouhinSub::make()
     const auto written =
         ui::runWithProgress(this, u"補助名簿を作成しています。"_s, [&](const base::Progress &progress) {
             return writeSupplementaryFile(workspace().connection, m_ui->panel->ticks().ticked(), fileName,
-                                          progress);
+                                          progress, keptNameOf(fileName));
         });
     if (tell(written.status()))
         ui::prompts::inform(this, text::formatAmount(*written) + u" 件の納品先を「"_s +

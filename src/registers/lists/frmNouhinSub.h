@@ -26,6 +26,7 @@ private:
     void make();
     /// The file to write to; empty when the clerk gave up or it may not be written over.
     QString chosenFile();
+    [[nodiscard]] QString keptNameOf(const QString &fileName) const;
     void showStates();
 
     std::unique_ptr<Ui::frmNouhinSub> m_ui;

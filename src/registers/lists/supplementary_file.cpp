@@ -109,7 +109,8 @@ base::Result<int> fill(const QString &fileName, db::Connection &from, const std:
 } // namespace
 
 base::Result<int> writeSupplementaryFile(db::Connection &connection, const std::vector<qint64> &ids,
-                                         const QString &target, const base::Progress &progress)
+                                         const QString &target, const base::Progress &progress,
+                                         const QString &kept)
 {
     if (base::isSameFile(target, connection.fileName()))
         return base::Error{u"使用中のファイルには書き出せません。別の名前を指定してください。"_s};
@@ -119,7 +120,7 @@ base::Result<int> writeSupplementaryFile(db::Connection &connection, const std::
     if (const base::Status created = db::createDatabase(file.name()); !created)
         return created.error();
     const auto filled = fill(file.name(), connection, ids, progress);
-    const base::Status done = filled ? db::replaceDatabase(file) : filled.status();
+    const base::Status done = filled ? db::replaceDatabase(file, db::keptAs(kept)) : filled.status();
     return done ? filled : done.error();
 }
 

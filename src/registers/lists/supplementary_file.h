@@ -22,6 +22,7 @@ namespace registers
 /// \return how many customers it holds: one deleted meanwhile by another program is missing
 base::Result<int> writeSupplementaryFile(db::Connection &connection, const std::vector<qint64> &ids,
                                          const QString &target,
-                                         const base::Progress &progress = base::unwatched);
+                                         const base::Progress &progress = base::unwatched,
+                                         const QString &kept = {});
 
 } // namespace registers

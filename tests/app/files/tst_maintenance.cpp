@@ -8,6 +8,7 @@
 #include "db/create.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
+#include "ui/messages.h"
 #include "ui/prompts.h"
 #include "workspace/settings.h"
 
@@ -95,12 +96,13 @@ void TestMaintenance::saveAsGoesOnInTheCopy()
     const QString copy = stage.shop.path(u"copy.cdb"_s);
     write(copy, "old");
     ui::file_dialogs::expectFile(copy);
-    ui::prompts::expectAsk(overwrite, false);
+    const QString remark = ui::messages::keptUnder(u"copy 上書き前 2026-04-01.cdb"_s);
+    ui::prompts::expectAskCautiously(overwrite, false, remark);
     stage.choose("mnuSave");
     QCOMPARE(contentOf(copy), QByteArray("old"));
 
     ui::file_dialogs::expectFile(copy);
-    ui::prompts::expectAsk(overwrite, true);
+    ui::prompts::expectAskCautiously(overwrite, true, remark);
     stage.choose("mnuSave");
     QCOMPARE(stage.shop.connection.fileName(), copy);
     QCOMPARE(stage.find<QLineEdit>("txtFileName")->text(), copy);
@@ -139,7 +141,8 @@ void TestMaintenance::saveAsOverAFileInUse()
     db::Connection elsewhere;
     QVERIFY(elsewhere.open(other));
     ui::file_dialogs::expectFile(other);
-    ui::prompts::expectAsk(overwrite, true);
+    ui::prompts::expectAskCautiously(overwrite, true,
+                                     ui::messages::keptUnder(u"other 上書き前 2026-04-01.cdb"_s));
     ui::prompts::expectInform({});
     stage.choose("mnuSave");
     QVERIFY(elsewhere.execute(u"INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')"_s));
@@ -176,7 +179,10 @@ void TestMaintenance::emptyingItem()
         stage.shop.run(u"INSERT OR IGNORE INTO %1 (%2) VALUES (1)"_s.arg(each.name, each.key));
     }
     stage.find<QComboBox>("Combo3")->setCurrentText(item);
-    ui::prompts::expectAsk(item + u" を削除します。よろしいですか？"_s, true);
+    const int deleted = stage.shop.value(u"SELECT count(*) FROM "_s + table).toInt();
+    ui::prompts::expectAskCautiously(
+        item + u" を削除します。よろしいですか？"_s, true,
+        u"%1：%2 行\n削除する前の内容は「shop 削除前 2026-04-01.cdb」に残します。"_s.arg(item).arg(deleted));
     ui::prompts::expectInform(message);
     stage.click("Command58");
     for (const db::Table &each : db::tables()) {
@@ -193,10 +199,10 @@ void TestMaintenance::emptyingEverything()
     ui::prompts::expectInform(u"削除するテーブルを選択してください。"_s);
     stage.click("Command58");
     stage.find<QComboBox>("Combo3")->setCurrentIndex(0);
-    ui::prompts::expectAsk(u"すべて選択 を削除します。よろしいですか？"_s, false);
+    ui::prompts::expectAskCautiously({}, false);
     stage.click("Command58");
     QCOMPARE(stage.customers(), 300);
-    ui::prompts::expectAsk(u"すべて選択 を削除します。よろしいですか？"_s, true);
+    ui::prompts::expectAskCautiously({}, true);
     ui::prompts::expectInform(u"すべて選択を削除しました。"_s);
     stage.click("Command58");
     for (const db::Table &table : db::tables())
@@ -209,6 +215,7 @@ void TestMaintenance::refusedEmptyingKeepsAll()
 {
     FreshShop shop;
     Stage::fill(shop);
+    shop.fireTriggers();
     shop.run(u"CREATE TRIGGER t BEFORE DELETE ON 社員 BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
     QVERIFY(!emptyTables(shop.connection, u"すべて選択"_s));
     QCOMPARE(shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 300);
@@ -362,7 +369,7 @@ void TestMaintenance::datedBackups()
     // Every other day, so that it is days worked that count.
     for (int day = 0; day < 24; day += 2)
         QVERIFY(backUpDated(stage.shop.connection, stage.shop.folder.path(), QDate(2026, 4, 1).addDays(day)));
-    QStringList names = folder.entryList(QDir::Files, QDir::Name);
+    QStringList names = folder.entryList({u"*.cdb"_s}, QDir::Files, QDir::Name);
     QCOMPARE(names.size(), daysKept);
     QVERIFY(names.first().endsWith(u" 2026-04-05.cdb"_s));
     // Another database of the same name is counted by itself, and a failed copy removes none.
@@ -371,12 +378,12 @@ void TestMaintenance::datedBackups()
     QVERIFY(db::createDatabase(branch));
     QVERIFY(stage.shop.connection.open(branch));
     QVERIFY(backUpDated(stage.shop.connection, stage.shop.folder.path(), QDate(2026, 4, 23)));
-    names = folder.entryList(QDir::Files, QDir::Name);
+    names = folder.entryList({u"*.cdb"_s}, QDir::Files, QDir::Name);
     QCOMPARE(names.size(), daysKept + 1);
     // A backup that is worked in is not backed up in its turn.
     QVERIFY(stage.shop.connection.open(folder.filePath(names.first())));
     QVERIFY(backUpDated(stage.shop.connection, stage.shop.folder.path(), QDate(2026, 5, 1)));
-    QCOMPARE(folder.entryList(QDir::Files, QDir::Name), names);
+    QCOMPARE(folder.entryList({u"*.cdb"_s}, QDir::Files, QDir::Name), names);
 }
 
 void TestMaintenance::listOfBackups()

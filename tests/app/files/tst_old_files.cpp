@@ -234,6 +234,7 @@ void TestOldFiles::commandLine()
         QProcess program;
         program.setProcessEnvironment(withoutScreen);
         program.setProcessChannelMode(QProcess::MergedChannels);
+        program.setWorkingDirectory(shop.folder.path());
         program.start(QStringLiteral(KANBALORE_PROGRAM), QStringList{u"--convert"_s} + arguments);
         program.waitForFinished();
         output = QString::fromUtf8(program.readAll());
@@ -252,6 +253,10 @@ void TestOldFiles::commandLine()
     QCOMPARE(run({shop.path(u"nowhere.cdb"_s), shop.path(u"again.cdb"_s)}), 1);
     QCOMPARE(run({shop.old}), 2);
     QVERIFY(!QFile::exists(shop.path(u"again.cdb"_s)));
+    for (const QString &name : {u":memory:"_s, u"file:new.cdb?mode=memory"_s}) {
+        QCOMPARE(run({shop.old, name}), 0);
+        QVERIFY2(QFileInfo(shop.folder.path() + u'/' + name).size() > 100'000, qPrintable(name));
+    }
 
     // The name of a table that this program does not know.
     QByteArray content = contentOf(shop.old);

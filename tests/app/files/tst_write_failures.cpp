@@ -129,7 +129,7 @@ void expectTarget(Scene &scene)
 {
     const QString target = scene.stage->shop.path(u"other.cdb"_s);
     if (QFile::exists(target))
-        ui::prompts::expectAsk(u"指定した名前のファイルが存在します。\n上書きしますか？"_s, true);
+        ui::prompts::expectAskCautiously({}, true);
     ui::file_dialogs::expectFile(target);
 }
 
@@ -152,11 +152,6 @@ QString createNew(Scene &scene)
 
 QString saveAs(Scene &scene)
 {
-    // A failure closes the file; the user opens it again.
-    if (!scene.stage->shop.connection.isOpen()) {
-        ui::file_dialogs::expectFile(scene.stage->file);
-        scene.stage->choose("mnuOpen");
-    }
     expectTarget(scene);
     scene.stage->choose("mnuSave");
     return told();
@@ -182,7 +177,7 @@ QString repairDamage(Scene &scene)
 QString emptyAll(Scene &scene)
 {
     scene.stage->find<QComboBox>("Combo3")->setCurrentIndex(0);
-    ui::prompts::expectAsk(u"すべて選択 を削除します。よろしいですか？"_s, true);
+    ui::prompts::expectAskCautiously({}, true);
     ui::prompts::expectInform(u"すべて選択を削除しました。"_s);
     scene.stage->click("Command58");
     return told();

@@ -1,4 +1,5 @@
 #include "app/files/application_folder.h"
+#include "app/files/backups.h"
 #include "app/files/database_files.h"
 #include "app/files/start_options.h"
 #include "app/main_window/appearance.h"
@@ -12,6 +13,7 @@
 #include "support/scripted_test.h"
 #include "support/version_1.h"
 #include "ui/file_dialogs.h"
+#include "ui/messages.h"
 #include "ui/prompts.h"
 
 #include <QComboBox>
@@ -33,7 +35,6 @@ namespace
 const QString connectionFailed = u"データベースの接続に失敗しました。ファイル名を変更してください。"_s;
 const QString initialFileChosen =
     u"現在、初期設定用のファイルが選択されていますので、新規にデータベースを作成します。"_s;
-const QString backupFailed = u"データベースのバックアップに失敗しました。"_s;
 
 void write(const QString &fileName, const QByteArray &content)
 {
@@ -159,6 +160,7 @@ void TestStartup::choiceOfTheDatabase_data()
     QTest::newRow("command line wins") << u"/a/shop.cdb"_s << u"\"/b/b.cdb\""_s << u"/b/b.cdb"_s;
     QTest::newRow("empty quotes") << u"/a/shop.cdb"_s << u"\"\""_s << u"/folder/Kanbalore.cdb"_s;
     QTest::newRow("relative") << QString() << u"\"shop.cdb\""_s << QDir::current().filePath(u"shop.cdb"_s);
+    QTest::newRow("not in memory") << QString() << u"\":memory:\""_s << QDir::currentPath() + u"/:memory:"_s;
     QTest::newRow("NUL") << u"/a/sh\0op.cdb"_s << QString() << u"/a/shop.cdb"_s;
 }
 
@@ -398,7 +400,8 @@ void TestStartup::newAsksBeforeItOverwrites()
     window.findChild<QLineEdit *>(u"txtShiireID"_s)->setText(u"3"_s);
 
     ui::file_dialogs::expectFile(old);
-    ui::prompts::expectAsk(u"指定した名前のファイルが存在します。\n上書きしますか？"_s, yes);
+    ui::prompts::expectAskCautiously(u"指定した名前のファイルが存在します。\n上書きしますか？"_s, yes,
+                                     ui::messages::keptUnder(u"old 上書き前 2026-04-01.cdb"_s));
     window.findChild<QAction *>(u"mnuNew"_s)->trigger();
     QCOMPARE(shop.connection.fileName(), yes ? old : shop.path(u"shop.cdb"_s));
     QCOMPARE(window.findChild<QLineEdit *>(u"txtShiireID"_s)->text(), yes ? QString() : u"3"_s);
@@ -456,7 +459,7 @@ void TestStartup::backupOfTheBackupIsSkipped()
     window.findChild<QAction *>(u"mnuBackupOpen"_s)->trigger();
     QCOMPARE(shop.connection.fileName(), backup);
     const QByteArray before = contentOf(backup);
-    QVERIFY(backUpAtExit(shop.connection, shop.path(u"BACKUPKanbalore.cdb"_s), shop.folder.path()));
+    QVERIFY(backUpAtExit(shop.connection, shop.folder.path(), shop.now.date()));
     QVERIFY(window.close());
     QCOMPARE(contentOf(backup), before);
 }
@@ -469,7 +472,10 @@ void TestStartup::failedBackupStillCloses()
     frmAMain window(shop.workspace, screenOpeners());
     window.load(quoted(shop.path(u"shop.cdb"_s)));
     window.show();
-    ui::prompts::expectInform(backupFailed);
+    ui::prompts::expectInform(
+        u"データベースのバックアップに失敗しました。"_s,
+        u"ファイルをコピーできませんでした。空き容量と、書き込みのできる場所かどうかを確かめてください。("_s +
+            shop.path(u"BackupKanbalore 変更あり 2026-04-01.cdb"_s) + u')');
     QVERIFY(window.close());
     QCOMPARE(QDir(shop.folder.path()).entryList({u"*.tmp"_s}), QStringList());
 }

@@ -6,6 +6,7 @@
 #include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
 #include "ui/grid.h"
+#include "ui/messages.h"
 #include "ui/prompts.h"
 
 #include <QComboBox>
@@ -144,10 +145,11 @@ private slots:
         QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
         old.close();
         r.makeAs({});
-        ui::prompts::expectAsk(overwrite, false);
+        const QString remark = ui::messages::keptUnder(u"old 上書き前 2026-04-01.cdb"_s);
+        ui::prompts::expectAskCautiously(overwrite, false, remark);
         r.makeAs(name);
         QCOMPARE(contents(name), QByteArray("old"));
-        ui::prompts::expectAsk(overwrite, true);
+        ui::prompts::expectAskCautiously(overwrite, true, remark);
         ui::prompts::expectInform(u"2 件の納品先を「old.cdb」に書き出しました。"_s);
         r.makeAs(name);
         QVERIFY(contents(name).startsWith("SQLite format 3"));
