@@ -1,6 +1,7 @@
 #pragma once
 
 #include "measuring.h"
+#include "table_reporter.h"
 
 namespace bench
 {

@@ -107,11 +107,10 @@ bool ask(QWidget *parent, const QString &text, const QString &title, const QStri
 
 bool askToOverwrite(QWidget *parent, const QString &fileName, const QString &kept)
 {
-    const QString question = u"指定した名前のファイルが存在します。\n上書きしますか？"_s;
+    const QString text = u"指定した名前のファイルが存在します。\n上書きしますか？"_s;
     if (!QFileInfo::exists(fileName))
         return true;
-    return kept.isEmpty() ? ask(parent, question)
-                          : askCautiously(parent, question, messages::keptUnder(kept));
+    return kept.isEmpty() ? ask(parent, text) : askCautiously(parent, text, messages::keptUnder(kept));
 }
 
 bool askCautiously(QWidget *parent, const QString &text, const QString &remark)

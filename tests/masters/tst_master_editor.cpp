@@ -470,10 +470,12 @@ private slots:
         QVERIFY(other.open(desk.shop.path(u"shop.cdb"_s)));
         desk.nameBox()->setText(u"mine"_s);
         QVERIFY(other.execute(u"UPDATE 納品商品 SET 単価 = 120, 版 = 5"_s));
+        ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Save);
         ui::prompts::expectAskWhichVersion({}, ui::prompts::Version::Undecided);
         desk.screen->close();
         QVERIFY(desk.screen->isVisible());
         QCOMPARE(desk.nameBox()->text(), u"mine"_s);
+        ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Save);
         ui::prompts::expectAskWhichVersion({}, ui::prompts::Version::Mine);
         desk.screen->close();
         QVERIFY(!desk.screen->isVisible());

@@ -366,7 +366,7 @@ private slots:
         QVERIFY(r.box(box).hasFocus());
         QCOMPARE(r.box(box).text(), tooWide);
         // It is not kept when the screen closes either.
-        ui::prompts::expectAsk(limit + closeWithout, true);
+        ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Discard);
         r.screen.reject();
         QVERIFY(!r.screen.isVisible());
         QVERIFY(!r.stored(u"*"_s, 3).contains(tooWide));

@@ -186,7 +186,8 @@ void TestHouse::rulesFindFaults_data()
     row("order of rows", u"book/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {u"engine 1"_s});
     row("NULL or a value", u"book/a.cpp"_s, u"f(u\"相手先ID IS ?\"_s);"_s, {u"engine 1"_s});
     row("SQLite's dates", u"book/a.cpp"_s, u"f(u\"date(日付) > 1\"_s);"_s, {u"engine 1"_s});
-    row("columns not named", u"book/a.cpp"_s, u"f(u\"INSERT INTO 単位 VALUES (1)\"_s);"_s, {u"engine 1"_s});
+    row("columns not named", u"book/a.cpp"_s, u"f(u\"INSERT INTO 単位 VALUES (1)\"_s);"_s,
+        {u"sql 1"_s, u"engine 1"_s});
     row("the same in db", u"db/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {});
     row("a heading", u"reports/bill.cpp"_s, u"f(u\"種別\"_s, u\"消費税\"_s);"_s, {});
     row("widget", u"book/tax.h"_s, u"#include <QString>\n#include <QLabel>"_s, {u"widget 2"_s});

@@ -57,7 +57,7 @@ void lookIntoLedgers(Walker &walker, QWidget &window, const QDir &folder)
         QApplication::processEvents();
         walker.picture(stock, u"stock-ledger"_s);
         walker.visit(
-            u"goods"_s, [&] { walker.click(stock, u"Command4"_s); },
+            u"goods"_s, [&] { walker.on(stock).press(u"Command4"_s); },
             [&](QDialog &goods) { walker.picture(goods, u"goods-ledger"_s); });
     });
     const std::pair<QString, QString> others[] = {{u"mnuReportInZandaka"_s, u"payable-balances"_s},

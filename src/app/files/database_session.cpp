@@ -211,6 +211,9 @@ QString DatabaseSession::askForTarget(const QString &title)
 // complete the file stays open.
 void DatabaseSession::saveAs()
 {
+    // A disk that was full may have kept it from being opened again.
+    if (!isOpen() && hasFile())
+        reopen();
     if (!isOpen())
         return;
     const QString chosen = askForTarget(u"名前を付けて保存"_s);

@@ -2,6 +2,7 @@
 
 #include "app/files/DialogBackups.h"
 #include "app/files/DialogCompile.h"
+#include "app/files/backups.h"
 #include "app/files/database_files.h"
 #include "app/files/database_session.h"
 #include "app/files/table_emptying.h"

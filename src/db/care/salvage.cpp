@@ -20,6 +20,9 @@ namespace db
 namespace
 {
 
+// Far beyond what a shop reaches, far below where numbers end: a greater one is damage.
+constexpr qint64 highestCounter = qint64(1) << 50;
+
 constexpr int deepestTree = 40; // levels; SQLite's own limit is 20
 
 QString textIn(const StoredRecord &record, std::size_t index, int encoding)
@@ -55,6 +58,9 @@ bool SourceTable::canHold(const StoredRecord &record) const
 {
     const auto size = static_cast<qsizetype>(record.values.size());
     if (size > columns.size() || size < (table->firstColumns > 0 ? table->firstColumns : columns.size()))
+        return false;
+    // Whose row it is stands first where that is not the key: a line is a slip's.
+    if (columns.front() != table->key && record.isNull(0))
         return false;
     for (std::size_t i = 0; i < record.values.size(); ++i) {
         const QString &column = columns.at(qsizetype(i));
@@ -392,20 +398,24 @@ base::Result<Salvage> Salvager::run()
     return m_outcome;
 }
 
-// Where the counter is lost it goes on after the highest number that a row bears.
+// One number, not below any that a row bears: of a damaged file the counter may be lost, or be any value.
 base::Status Salvager::settleCounter()
 {
     QStringList highest;
     for (const SourceTable &table : m_tables) {
-        if (table.table->name == counterTable && table.outcome.carried > 0)
-            return {};
-        if (table.table->columns.contains(versionColumn))
-            highest << u"SELECT max(%1) AS n FROM %2 WHERE typeof(%1) = 'integer'"_s.arg(
-                QString::fromUtf16(versionColumn), table.table->name);
+        const bool isCounter = table.table->name == counterTable;
+        if (isCounter || table.table->columns.contains(versionColumn))
+            highest << u"SELECT max(%1) AS n FROM %2 WHERE typeof(%1) = 'integer' AND %1 BETWEEN 0 AND %3"_s
+                           .arg(isCounter ? u"最終"_s : QString::fromUtf16(versionColumn), table.table->name,
+                                QString::number(highestCounter));
     }
-    const QString statement = u"UPDATE %1 SET 最終 = (SELECT coalesce(max(n), 0) FROM (%2))"_s.arg(
-        QString::fromUtf16(counterTable), highest.join(u" UNION ALL "_s));
-    return m_target.run(statement.toUtf8());
+    const QString counter = QString::fromUtf16(counterTable);
+    const auto last = m_target.number(
+        u"SELECT coalesce(max(n), 0) FROM (%1)"_s.arg(highest.join(u" UNION ALL "_s)).toUtf8());
+    if (!last)
+        return last.error();
+    return m_target.run(
+        u"DELETE FROM %1; INSERT INTO %1 (版数ID, 最終) VALUES (1, %2)"_s.arg(counter).arg(*last).toUtf8());
 }
 
 base::Result<Salvage> carryOver(sqlite3 *source, const QString &target, const base::Progress &progress)

@@ -152,6 +152,14 @@ QString createNew(Scene &scene)
 
 QString saveAs(Scene &scene)
 {
+    // It was done, and told was that the file left behind could not be backed up.
+    if (scene.shop().connection.fileName().endsWith(u"/other.cdb"_s))
+        return {};
+    // Where the disk stayed full, neither file could be opened: the clerk opens his own again.
+    if (!scene.shop().connection.isOpen()) {
+        ui::file_dialogs::expectFile(scene.stage->file);
+        scene.stage->choose("mnuOpen");
+    }
     expectTarget(scene);
     scene.stage->choose("mnuSave");
     return told();
