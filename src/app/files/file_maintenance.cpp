@@ -7,8 +7,8 @@
 #include "app/files/database_session.h"
 #include "app/files/table_emptying.h"
 #include "base/dated_name.h"
-#include "db/care/backup.h"
 #include "db/care/file_repair.h"
+#include "ui/deletion.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
 #include "workspace/workspace.h"
@@ -142,24 +142,13 @@ void FileMaintenance::emptyTable()
         tell(u"削除するテーブルを選択してください。"_s);
         return;
     }
-    const QString kept = base::datedName(m_session.fileName(), u"削除前"_s, m_workspace.today());
     const auto rows = rowsToDelete(m_workspace.connection, item);
     if (!rows) {
         tell(rows.error().text);
         return;
     }
-    if (!ui::prompts::askCautiously(
-            &m_window, item + u" を削除します。よろしいですか？"_s,
-            *rows + u"\n削除する前の内容は「%1」に残します。"_s.arg(QFileInfo(kept).fileName())))
+    if (!ui::askToDeleteMany(&m_window, m_workspace, item + u" を削除します。よろしいですか？"_s, *rows))
         return;
-    const base::Status copied = ui::runWithProgress(
-        &m_window, u"削除する前の内容をコピーしています。"_s, [&](const base::Progress &progress) {
-            return db::copyDatabase(m_workspace.connection, kept, progress);
-        });
-    if (!copied) {
-        tell(copied.error().text + u"\n何も削除していません。"_s);
-        return;
-    }
     const auto done = emptyTables(m_workspace.connection, item);
     if (done)
         emit emptied();

@@ -26,6 +26,14 @@ base::Result<SlipsLeft> slipsLeftBy(db::Connection &connection, const QString &t
     return SlipsLeft{static_cast<int>(*count), next && *next == id + 1};
 }
 
+base::Result<Extent> extentOf(db::Connection &connection, std::size_t chosen)
+{
+    const auto all = connection.select(u"SELECT count(*) FROM 納品先"_s);
+    if (!all)
+        return all.error();
+    return Extent{static_cast<int>(chosen), all->rows.front().front().toInt()};
+}
+
 base::Result<int> deleteCustomers(db::Connection &connection, const std::vector<qint64> &ids,
                                   WithSlips withSlips, const base::Progress &progress)
 {

@@ -30,6 +30,17 @@ struct SlipsLeft
 /// What the row \a id of \a table ("納品先" or "仕入先") would leave behind.
 base::Result<SlipsLeft> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id);
 
+/// How much of the register goes with \a chosen of its customers.
+struct Extent
+{
+    int chosen = 0;
+    int all = 0;
+
+    /// Too many to be typed again: a tenth of all.
+    [[nodiscard]] bool isGreatPart() const { return chosen * 10 >= all; }
+};
+base::Result<Extent> extentOf(db::Connection &connection, std::size_t chosen);
+
 /// What becomes of a customer that has slips. The slips stay in any case.
 enum class WithSlips { Keep, Delete };
 

@@ -2,6 +2,7 @@
 
 #include "registers/lists/customer_deletion.h"
 #include "text/numbers.h"
+#include "ui/deletion.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
 #include "ui_frmNouhinDel.h"
@@ -28,20 +29,28 @@ frmNouhinDel::frmNouhinDel(workspace::Workspace &workspace, QWidget *parent)
 
 frmNouhinDel::~frmNouhinDel() = default;
 
-bool frmNouhinDel::confirmed(int chosen)
+QString frmNouhinDel::question(int chosen) const
 {
-    QString question =
-        u"対象の納品先 "_s + text::formatAmount(chosen) + u" 件を削除します。よろしいですか。"_s;
+    QString text = u"対象の納品先 "_s + text::formatAmount(chosen) + u" 件を削除します。よろしいですか。"_s;
     if (const int withSlips = m_ui->panel->ticks().tickedWithSlips(); withSlips > 0)
-        question += u"\nこのうち "_s + text::formatAmount(withSlips) +
-                    u" 件には伝票があります。伝票は残りますが、納品先の名前は分からなくなります。"_s;
-    return ui::prompts::askCautiously(this, question);
+        text += u"\nこのうち "_s + text::formatAmount(withSlips) +
+                u" 件には伝票があります。伝票は残りますが、納品先の名前は分からなくなります。"_s;
+    return text;
+}
+
+bool frmNouhinDel::confirmed(const Extent &extent)
+{
+    const QString what = u"納品先情報：%1 行（全 %2 行のうち）"_s.arg(text::formatAmount(extent.chosen),
+                                                                      text::formatAmount(extent.all));
+    return extent.isGreatPart() ? ui::askToDeleteMany(this, workspace(), question(extent.chosen), what)
+                                : ui::prompts::askCautiously(this, question(extent.chosen), what);
 }
 
 void frmNouhinDel::removeTicked()
 {
     const std::vector<qint64> ids = m_ui->panel->ticks().ticked();
-    if (!confirmed(static_cast<int>(ids.size())))
+    const auto extent = extentOf(workspace().connection, ids.size());
+    if (!tell(extent.status()) || !confirmed(*extent))
         return;
     const WithSlips withSlips = m_ui->chkSlips->isChecked() ? WithSlips::Delete : WithSlips::Keep;
     const auto deleted =

@@ -12,6 +12,8 @@ class frmNouhinDel;
 namespace registers
 {
 
+struct Extent;
+
 /// Deletes many customers at once: they are searched for, shown, and ticked. Those that have slips are
 /// protected until the clerk says otherwise.
 class frmNouhinDel : public ui::Screen
@@ -24,7 +26,8 @@ public:
 
 private:
     void removeTicked();
-    bool confirmed(int chosen);
+    [[nodiscard]] QString question(int chosen) const;
+    bool confirmed(const Extent &extent);
     void showStates();
 
     std::unique_ptr<Ui::frmNouhinDel> m_ui;

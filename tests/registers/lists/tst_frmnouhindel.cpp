@@ -1,3 +1,4 @@
+#include "db/care/plain_handle.h"
 #include "registers/lists/customer_deletion.h"
 #include "registers/lists/frmNouhinDel.h"
 #include "support/fresh_shop.h"
@@ -9,6 +10,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QtTest>
 
@@ -82,6 +84,13 @@ struct Deletion : ScreenDriver
 };
 
 QString question(int count) { return u"対象の納品先 %1 件を削除します。よろしいですか。"_s.arg(count); }
+// What stands below the question: of six customers two are a great part.
+QString kept(int count, int all, const QString &name)
+{
+    return u"納品先情報：%1 行（全 %2 行のうち）\n削除する前の内容は「%3」に残します。"_s.arg(count)
+        .arg(all)
+        .arg(name);
+}
 QString done(int count) { return u"%1 件の納品先を削除しました。"_s.arg(count); }
 
 } // namespace
@@ -106,14 +115,33 @@ private slots:
         QVERIFY(!d.the("cmdDelete").isEnabled());
         d.press("cmdTickAll");
         d.toggle(3);
-        ui::prompts::expectAsk(question(3), false);
+        const QString copy = u"shop 削除前 2026-04-01.cdb"_s;
+        ui::prompts::expectAskCautiously(question(3), false, kept(3, 6, copy));
         d.press("cmdDelete");
         QCOMPARE(d.left(), u"1 2 3 4 5 6"_s);
-        ui::prompts::expectAsk(question(3), true);
+        QVERIFY(!QFile::exists(d.shop.path(copy)));
+        ui::prompts::expectAskCautiously(question(3), true, kept(3, 6, copy));
         ui::prompts::expectInform(done(3));
         d.press("cmdDelete");
         QCOMPARE(d.left(), u"1 2 4"_s);
         QCOMPARE(d.listed(), u"1- 2- 4x"_s);
+        db::PlainHandle before;
+        QVERIFY(before.open(d.shop.path(copy)));
+        QCOMPARE(*before.number("SELECT count(*) FROM 納品先"), 6);
+    }
+
+    void fewNeedNoCopy()
+    {
+        Deletion d;
+        d.shop.run(
+            u"WITH RECURSIVE n(i) AS (SELECT 7 UNION ALL SELECT i + 1 FROM n WHERE i < 40) "
+            "INSERT INTO 納品先 (納品先ID, 納品先名1, TEL1, 区分ID) SELECT i, '客' || i, '07', 1 FROM n"_s);
+        d.searchTelephone(u"06-"_s);
+        ui::prompts::expectAskCautiously(question(3), true, u"納品先情報：3 行（全 40 行のうち）"_s);
+        ui::prompts::expectInform(done(3));
+        d.press("cmdDelete");
+        QCOMPARE(d.shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 37);
+        QCOMPARE(QDir(d.shop.folder.path()).entryList({u"*削除前*"_s}), QStringList());
     }
 
     void protectedOnesGoWhenTheClerkSaysSo()
@@ -127,7 +155,7 @@ private slots:
         ui::prompts::expectAsk(question(2) +
                                    u"\nこのうち 1 件には伝票があります。伝票は残りますが、納品先の名前は"
                                    "分からなくなります。"_s,
-                               true);
+                               true, kept(2, 6, u"shop 削除前 2026-04-01.cdb"_s));
         ui::prompts::expectInform(done(2));
         d.press("cmdDelete");
         QCOMPARE(d.left(), u"1 4 5 6"_s);
