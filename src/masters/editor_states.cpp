@@ -28,6 +28,7 @@ constexpr Line lines[] = {
     {EditorStep::Opened, {}, To::On, To::Off, To::Off, To::IfRows},
     // Deleting is refused while a new row is open, but the button is left alone.
     {EditorStep::Added, {}, To::Off, To::On, To::On, To::Same},
+    {EditorStep::Edited, {}, To::Same, To::On, To::Same, To::Same},
     {EditorStep::Confirmed, {}, To::On, To::Off, To::Off, To::IfRows},
     {EditorStep::Cancelled, {}, To::On, To::Off, To::Off, To::IfRows},
     {EditorStep::Deleted, {}, To::Same, To::Same, To::Off, To::IfRows},

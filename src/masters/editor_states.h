@@ -7,7 +7,7 @@ namespace masters
 enum class EditorKind { Plain, Categories, OwnCompany };
 
 /// What has just been done in an editor.
-enum class EditorStep { Opened, Added, Confirmed, Cancelled, Deleted };
+enum class EditorStep { Opened, Added, Edited, Confirmed, Cancelled, Deleted };
 
 /// Which buttons can be pressed.
 struct EditorButtons

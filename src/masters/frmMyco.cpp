@@ -16,6 +16,7 @@ frmMyco::frmMyco(workspace::Workspace &workspace, QWidget *parent)
     for (QLineEdit *box : {form.txtName1, form.txtName2, form.txtAddress1, form.txtAddress2})
         ui::WidthCheck::guard(box, ui::nameWidth);
     Controls controls = buttonsOf(form);
+    controls.edit = form.cmdEdit;
     controls.fields = {
         {form.txtID, u"会社ID"_s},       {form.txtName1, u"会社名1"_s},   {form.txtName2, u"会社名2"_s},
         {form.txtZip, u"郵便番号"_s},    {form.txtAddress1, u"住所1"_s},  {form.txtAddress2, u"住所2"_s},

@@ -8,6 +8,8 @@
 #include "ui/width_check.h"
 #include "workspace/workspace.h"
 
+#include <QShortcut>
+
 using namespace Qt::StringLiterals;
 
 namespace masters
@@ -44,6 +46,13 @@ void MasterEditor::start(Controls controls)
     connect(m_controls.confirm, &QPushButton::clicked, this, &MasterEditor::confirm);
     connect(m_controls.cancel, &QPushButton::clicked, this, &MasterEditor::cancel);
     connect(m_controls.remove, &QPushButton::clicked, this, &MasterEditor::remove);
+    connect(m_controls.undo, &QPushButton::clicked, this, &MasterEditor::undo);
+    connect(&m_rows, &db::Recordset::edited, this, &MasterEditor::showUndo);
+    connect(&m_rows, &db::Recordset::currentRowChanged, this, &MasterEditor::showUndo);
+    if (m_controls.edit) {
+        connect(m_controls.edit, &QPushButton::clicked, this, &MasterEditor::edit);
+        connect(new QShortcut(Qt::Key_F2, this), &QShortcut::activated, m_controls.edit, &QPushButton::click);
+    }
     setUp();
 }
 
@@ -104,6 +113,14 @@ void MasterEditor::add()
     entered(EditorStep::Added);
     m_boxes.first()->setFocus();
 }
+
+void MasterEditor::edit()
+{
+    entered(EditorStep::Edited);
+    m_boxes.first()->setFocus();
+}
+
+void MasterEditor::undo() { m_rows.revert(); }
 
 void MasterEditor::confirm()
 {
@@ -193,14 +210,23 @@ void MasterEditor::entered(EditorStep step)
     m_controls.confirm->setEnabled(buttons.confirm);
     m_controls.cancel->setEnabled(buttons.cancel);
     m_controls.remove->setEnabled(buttons.remove);
-    // What is typed without a row would be lost.
-    for (QLineEdit *box : std::as_const(m_boxes))
-        box->setEnabled(hasRows);
+    // Enter and a slip of the hand change nothing of a row that is there to be read.
+    m_onlyShown = m_controls.edit && !m_newRow && step != EditorStep::Edited;
+    if (m_controls.edit)
+        m_controls.edit->setEnabled(m_onlyShown && hasRows);
+    for (QLineEdit *box : std::as_const(m_boxes)) {
+        box->setEnabled(hasRows); // what is typed without a row would be lost
+        setReadOnly(box, m_onlyShown);
+    }
     // Moving on would leave the new row behind, neither confirmed nor given up.
     if (m_controls.grid)
         m_controls.grid->setEnabled(!m_newRow);
+    showUndo();
     showHint();
 }
+
+// A new row is given up as a whole.
+void MasterEditor::showUndo() { m_controls.undo->setEnabled(!m_newRow && m_rows.isDirty()); }
 
 void MasterEditor::showHint()
 {
@@ -208,10 +234,12 @@ void MasterEditor::showHint()
         m_controls.hint->setText(u"入力して「登録」を押してください。「取消」でやめます。"_s);
     else if (m_rows.isEmpty())
         m_controls.hint->setText(u"「新規登録」で入力を始めます。"_s);
+    else if (m_onlyShown)
+        m_controls.hint->setText(u"見るだけの状態です。直すときは「訂正」(F2) を押してください。"_s);
     else if (m_controls.grid)
         m_controls.hint->setText(u"変更は、行を移るときに保存されます。"_s);
     else
-        m_controls.hint->setText(u"変更は、画面を閉じるときに、保存するか尋ねます。"_s);
+        m_controls.hint->setText(u"直したら「登録」を押してください。「元に戻す」でやめます。"_s);
 }
 
 void MasterEditor::tellThatListFailed(const base::Error &error)

@@ -42,16 +42,19 @@ protected:
         QPushButton *confirm;
         QPushButton *cancel;
         QPushButton *remove;
+        QPushButton *undo; // takes back what was typed into an existing row
         QLabel *hint;
         std::vector<Field> fields = {}; // the key first
-        ui::Grid *grid = nullptr;       // shows the list as well; not in every form
+        // Lets the row be edited, which is only shown until then; not in every form.
+        QPushButton *edit = nullptr;
+        ui::Grid *grid = nullptr; // shows the list as well; not in every form
     };
 
     /// Those of a form but for its boxes and its grid, under the names that the editors' forms share.
     template <class Form>
     static Controls buttonsOf(const Form &form)
     {
-        return {form.cmdAdd, form.cmdUpdate, form.cmdCancel, form.cmdDelete, form.lblHint};
+        return {form.cmdAdd, form.cmdUpdate, form.cmdCancel, form.cmdDelete, form.cmdUndo, form.lblHint};
     }
 
     /// Opens the list and shows its first row in the controls.
@@ -65,6 +68,8 @@ private:
     void openList();
 
     void add();
+    void edit();
+    void undo();
     void confirm();
     void cancel();
     void remove();
@@ -73,6 +78,7 @@ private:
     bool saveRow();
     bool dropNewRow();
     void entered(EditorStep step);
+    void showUndo();
     void showHint();
     void tellThatListFailed(const base::Error &error);
 
@@ -82,6 +88,7 @@ private:
     Controls m_controls = {};
     QList<QLineEdit *> m_boxes; // the key's box is not among them
     bool m_newRow = false;      // the current row is a new one, not confirmed yet
+    bool m_onlyShown = false;   // nothing can be typed
     qint64 m_keyBefore = 0;     // of the row shown before the new one
 };
 

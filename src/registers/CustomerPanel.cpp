@@ -15,6 +15,8 @@
 
 #include <QEvent>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace registers
@@ -149,6 +151,8 @@ void CustomerPanel::showRow()
 void CustomerPanel::showCategory()
 {
     const QVariant category = m_customers->value(u"区分ID"_s);
+    if (std::exchange(m_shown, m_customers->currentKey()) != m_shown)
+        m_categoryBefore = category;
     m_ui->dbcKubun->setCurrentIndex(category.isNull() ? -1 : m_ui->dbcKubun->findData(category.toLongLong()));
 }
 
@@ -160,6 +164,28 @@ void CustomerPanel::chooseCategory(int index)
         showCategory();
         ui::prompts::inform(window(), saved.error().text);
     }
+}
+
+bool CustomerPanel::canTakeBack() const
+{
+    const bool otherCategory =
+        !m_categoryBefore.isNull() && m_customers->value(u"区分ID"_s) != m_categoryBefore;
+    return m_customers->isDirty() || otherCategory;
+}
+
+void CustomerPanel::takeBack()
+{
+    const bool otherDay = m_customers->isEdited(u"締め日"_s);
+    m_customers->revert();
+    // An empty closing day leaves its list as it is, which is now the day that was taken back.
+    if (otherDay && m_ui->Text2->text().isEmpty())
+        m_ui->cmdBill->setCurrentIndex(-1);
+    if (!canTakeBack())
+        return;
+    const base::Status saved = saveCategory(*m_connection, *m_customers, m_categoryBefore.toLongLong());
+    showCategory();
+    if (!saved)
+        ui::prompts::inform(window(), saved.error().text);
 }
 
 void CustomerPanel::warnOfSharedCode()

@@ -3,6 +3,7 @@
 #include "masters/name_lists.h"
 #include "ui/record_panel.h"
 
+#include <QVariant>
 #include <QWidget>
 
 #include <memory>
@@ -62,6 +63,12 @@ public:
     /// Never does it: another customer stands in them.
     void forget();
 
+    /// Whether the customer was changed since the row was shown; the category, which is stored when it is
+    /// chosen, counts among what was changed.
+    [[nodiscard]] bool canTakeBack() const;
+    /// Takes it all back. A category that cannot be stored again is told.
+    void takeBack();
+
     /// Makes ready for typing a new customer.
     void beginEntry();
 
@@ -86,6 +93,8 @@ private:
     ui::LeaveWatch *m_codeWatch = nullptr;
     db::Connection *m_connection = nullptr;
     db::Recordset *m_customers = nullptr;
+    qint64 m_shown = 0;        // whose row is shown
+    QVariant m_categoryBefore; // of that customer when the row was shown
 };
 
 } // namespace registers

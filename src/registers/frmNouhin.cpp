@@ -69,6 +69,7 @@ void frmNouhin::setUpList()
     rows().setCaption(u"FAX"_s, u"ＦＡＸ"_s);
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
+    bindUndo(m_ui->cmdUndo);
 }
 
 void frmNouhin::connectButtons()
@@ -227,6 +228,10 @@ std::optional<RegisterScreen::Failure> frmNouhin::refusal() const
 
 base::Status frmNouhin::store() { return registers::saveCustomer(rows(), workspace().today()); }
 
+bool frmNouhin::canTakeBack() const { return m_ui->panel->canTakeBack(); }
+
+void frmNouhin::takeBack() { m_ui->panel->takeBack(); }
+
 void frmNouhin::showRow() { m_ui->panel->showRow(); }
 
 void frmNouhin::focusColumn(const QString &column) { m_ui->panel->focusColumn(column); }
@@ -239,9 +244,9 @@ std::vector<RegisterScreen::State> frmNouhin::states() const
         {m_ui->Frame2, true, true, false},     {m_ui->DataGrid1, true, true, false},
         {m_ui->panel, false, true, true},      {m_ui->cmdAdd, true, true, false},
         {m_ui->cmdUpdate, false, false, true}, {m_ui->cmdNewDate, false, true, false},
-        {m_ui->cmdCancel, false, false, true}, {m_ui->cmdDelete, false, true, false},
-        {m_ui->Command7, true, true, false},   {m_ui->Command1, true, true, false},
-        {m_ui->Command2, true, true, false},
+        {m_ui->cmdCancel, false, false, true}, {m_ui->cmdUndo, false, true, false},
+        {m_ui->cmdDelete, false, true, false}, {m_ui->Command7, true, true, false},
+        {m_ui->Command1, true, true, false},   {m_ui->Command2, true, true, false},
     };
 }
 

@@ -35,6 +35,8 @@ protected:
     void forgetBoxes() override;
     [[nodiscard]] std::optional<Failure> refusal() const override;
     base::Status store() override;
+    [[nodiscard]] bool canTakeBack() const override;
+    void takeBack() override;
     void showRow() override;
     void focusColumn(const QString &column) override;
     void entryEnded() override;

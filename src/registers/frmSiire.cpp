@@ -90,6 +90,7 @@ void frmSiire::setUpList()
         rows().setCaption(column, caption);
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
+    bindUndo(m_ui->cmdUndo);
 }
 
 void frmSiire::connectButtons()

@@ -10,6 +10,7 @@
 #include "workspace/workspace.h"
 
 #include <QLabel>
+#include <QPushButton>
 
 #include <utility>
 
@@ -34,6 +35,18 @@ void RegisterScreen::bindList(ui::Grid *list, QLabel *count)
     list->bind(m_rows, [this](const QString &) { tellFailure(); });
     connect(&m_rows, &db::Recordset::currentRowChanged, this, &RegisterScreen::followRow);
     connect(&m_rows, &db::Recordset::extended, this, [this] { m_count->setText(countText()); });
+}
+
+void RegisterScreen::bindUndo(QPushButton *undo)
+{
+    m_undo = undo;
+    connect(&m_rows, &db::Recordset::edited, this, &RegisterScreen::showUndo);
+    connect(undo, &QPushButton::clicked, this, [this] {
+        forgetBoxes();
+        takeBack();
+        showRow();
+        showUndo();
+    });
 }
 
 // --- Opening and closing ---
@@ -180,7 +193,11 @@ void RegisterScreen::showStates()
         state.control->setEnabled(m_mode == Mode::Entry ? state.entry : whileBrowsing);
     }
     m_count->setText(countText());
+    showUndo();
 }
+
+// A new row is given up as a whole.
+void RegisterScreen::showUndo() { m_undo->setEnabled(m_mode == Mode::Browsing && canTakeBack()); }
 
 QString RegisterScreen::countText() const
 {

@@ -7,6 +7,7 @@
 #include <vector>
 
 class QLabel;
+class QPushButton;
 
 namespace ui
 {
@@ -50,6 +51,9 @@ protected:
     /// To be called by the constructor: \a list shows the rows, \a count their number.
     void bindList(ui::Grid *list, QLabel *count);
 
+    /// \a undo takes back what was typed into the row that is browsed, for as long as that can be done.
+    void bindUndo(QPushButton *undo);
+
     [[nodiscard]] db::Recordset &rows() { return m_rows; }
     [[nodiscard]] const db::Recordset &rows() const { return m_rows; }
     [[nodiscard]] Mode mode() const { return m_mode; }
@@ -73,6 +77,10 @@ protected:
     /// What keeps the current row from being saved.
     [[nodiscard]] virtual std::optional<Failure> refusal() const { return std::nullopt; }
     virtual base::Status store() = 0;
+    /// Whether the row on the screen was changed since it was shown.
+    [[nodiscard]] virtual bool canTakeBack() const { return m_rows.isDirty(); }
+    /// Takes these changes back.
+    virtual void takeBack() { m_rows.revert(); }
     /// Shows the current row in the boxes again.
     virtual void showRow() = 0;
     virtual void focusColumn(const QString &) {}
@@ -101,10 +109,12 @@ private:
     void followRow();
     [[nodiscard]] QString removalRemark() const;
     void setMode(Mode mode);
+    void showUndo();
 
     db::Recordset m_rows;
     QString m_entryOpen;
     QLabel *m_count = nullptr;
+    QPushButton *m_undo = nullptr;
     Mode m_mode = Mode::Browsing;
     bool m_startsNew = false;
     bool m_opened = false;

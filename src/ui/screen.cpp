@@ -36,22 +36,29 @@ void Screen::setUp()
     const auto buttons = findChildren<QPushButton *>();
     for (QPushButton *button : buttons)
         button->setAutoDefault(false);
-    // What only shows does not look like a box to type in, and stays legible in a frame that is switched off.
     const auto boxes = findChildren<QLineEdit *>();
     for (QLineEdit *box : boxes) {
         box->installEventFilter(this);
-        if (box->isReadOnly()) {
-            QPalette colours = box->palette();
-            colours.setColor(QPalette::Base, colours.color(QPalette::Window));
-            colours.setColor(QPalette::Disabled, QPalette::Text,
-                             colours.color(QPalette::Active, QPalette::Text));
-            box->setPalette(colours);
-        }
+        if (box->isReadOnly())
+            setReadOnly(box, true);
     }
     ignoreWheelInPassing(this);
     const auto grids = findChildren<Grid *>();
     for (Grid *grid : grids)
         grid->setUp(m_workspace, layoutName() + u'/' + grid->objectName());
+}
+
+// What only shows does not look like a box to type in, and stays legible in a frame that is switched off.
+void Screen::setReadOnly(QLineEdit *box, bool readOnly)
+{
+    box->setReadOnly(readOnly);
+    box->setPalette({});
+    if (!readOnly)
+        return;
+    QPalette colours = box->palette();
+    colours.setColor(QPalette::Base, colours.color(QPalette::Window));
+    colours.setColor(QPalette::Disabled, QPalette::Text, colours.color(QPalette::Active, QPalette::Text));
+    box->setPalette(colours);
 }
 
 bool Screen::tell(const base::Status &status)

@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+class QLineEdit;
+
 namespace workspace
 {
 class Workspace;
@@ -34,6 +36,9 @@ protected:
 
     /// Whether the screen may close now; a screen settles here what is unsaved.
     virtual bool mayClose() { return true; }
+
+    /// Lets \a box only show its text, and look like it, or takes it back.
+    static void setReadOnly(QLineEdit *box, bool readOnly);
 
     /// Tells the error of a failed action, where it has a text. \return whether the action was done
     bool tell(const base::Status &status);

@@ -72,6 +72,13 @@ struct Desk
     QLineEdit *nameBox() { return box(c.nameBox); }
     ui::Grid *grid() { return screen->findChild<ui::Grid *>(u"DataGrid1"_s); }
 
+    /// Begins editing where the row is only shown at first.
+    void edit()
+    {
+        if (c.master == Master::OwnCompany)
+            click(u"cmdEdit"_s);
+    }
+
     void click(const QString &name) { QTest::mouseClick(button(name), Qt::LeftButton); }
 
     /// "1=n1 2=" as the file holds it.
@@ -174,6 +181,8 @@ private slots:
         QVERIFY(desk.open());
         if (isNew)
             desk.click(u"cmdAdd"_s);
+        else
+            desk.edit();
         desk.nameBox()->setFocus();
         desk.nameBox()->selectAll();
         QTest::keyClicks(desk.nameBox(), u"abc"_s);
@@ -360,6 +369,7 @@ private slots:
         Desk desk(cases.at(index));
         desk.store({1});
         QVERIFY(desk.open());
+        desk.edit();
         desk.nameBox()->setText(text);
         text.remove(QChar(u'\0')); // no box takes it
         ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Save);
@@ -386,6 +396,7 @@ private slots:
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.enabled(), u"Add Delete"_s);
 
+        desk.edit();
         QTest::keyClicks(desk.nameBox(), u"x"_s);
         if (ui::Grid *grid = desk.grid()) {
             ui::prompts::expectInform(readOnlyText);
@@ -482,6 +493,47 @@ private slots:
         QCOMPARE(desk.shop.rows(u"SELECT 商品名, 単価 FROM 納品商品"_s), QStringList{u"mine|120"_s});
     }
 
+    void whatWasTypedCanBeTakenBack_data() { addCases(); }
+    void whatWasTypedCanBeTakenBack()
+    {
+        QFETCH(int, index);
+        Desk desk(cases.at(index));
+        desk.store({1, 2});
+        QVERIFY(desk.open());
+        desk.edit();
+        QVERIFY(!desk.button(u"cmdUndo"_s)->isEnabled());
+        desk.nameBox()->setFocus();
+        desk.nameBox()->selectAll();
+        QTest::keyClicks(desk.nameBox(), u"abc"_s);
+        desk.click(u"cmdUndo"_s);
+        QCOMPARE(desk.nameBox()->text(), u"n1"_s);
+        QVERIFY(desk.nameBox()->hasFocus());
+        QVERIFY(!desk.button(u"cmdUndo"_s)->isEnabled());
+        desk.screen->close(); // there is nothing to ask about
+        QVERIFY(!desk.screen->isVisible());
+        QCOMPARE(desk.stored(), u"1=n1 2=n2"_s);
+    }
+
+    // Enter on the way through, a cat on the keys.
+    void theOwnCompanyIsReadFirst()
+    {
+        Desk desk(cases.at(7));
+        desk.store({1});
+        QVERIFY(desk.open());
+        for (const char *keys : {"\r", "x", "\r", "7", " "})
+            QTest::keyClicks(desk.screen->focusWidget(), QString::fromLatin1(keys));
+        QCOMPARE(desk.nameBox()->text(), u"n1"_s);
+        QVERIFY(!desk.box(u"txtZip"_s)->isModified());
+        QTest::keyClick(desk.screen.get(), Qt::Key_F2);
+        QVERIFY(desk.nameBox()->hasFocus());
+        QCOMPARE(desk.enabled(), u"Add Update Delete"_s);
+        QTest::keyClicks(desk.nameBox(), u"abc"_s);
+        desk.click(u"cmdUpdate"_s);
+        QCOMPARE(desk.stored(), u"1=n1abc"_s);
+        QVERIFY(desk.nameBox()->isReadOnly());
+        QCOMPARE(desk.enabled(), u"Add Delete"_s);
+    }
+
     void columnsAndCaptionsOfTheirOwn()
     {
         Desk products(cases.at(6));
@@ -537,6 +589,7 @@ private slots:
         Desk desk(cases.at(7));
         desk.store({1});
         QVERIFY(desk.open());
+        desk.edit();
         QLineEdit *line = desk.box(box);
         line->setFocus();
         line->setText(QString(limit, u'a'));
@@ -554,7 +607,7 @@ private slots:
         // The buttons can be pressed by a key without leaving the box.
         ui::prompts::expectInform(refusal);
         QTest::keyClick(line, Qt::Key_N, Qt::AltModifier);
-        QTRY_COMPARE(desk.enabled(), u"Add Delete"_s);
+        QTRY_COMPARE(desk.enabled(), u"Add Update Delete"_s);
         QTest::qWait(200);
         QCOMPARE(desk.stored(), u"1=n1"_s);
         ui::prompts::expectAskToSave(editQuestion, ui::prompts::Choice::Discard);

@@ -614,6 +614,32 @@ private slots:
                  answer == int(ui::prompts::Choice::Discard) ? QString() : u"改装中"_s);
     }
 
+    // The category is stored when it is chosen, and belongs to what was changed all the same.
+    void whatWasChangedCanBeTakenBack()
+    {
+        Register r;
+        const QString before = r.stored(u"*"_s, 3);
+        QVERIFY(!r.the("cmdUndo").isEnabled());
+        r.type("txtName", u"田"_s);
+        r.type("txtCode", u"A1"_s); // its warning is not due any more either
+        r.choose("cmdBill", 20);
+        r.choose("dbcKubun", 1);
+        QCOMPARE(r.stored(u"区分ID, 納品先名1"_s, 3), u"2|田中次郎"_s);
+        QTest::keyClick(r.screen.focusWidget(), Qt::Key_B, Qt::AltModifier);
+        QTRY_COMPARE(r.box("txtName").text(), u"田中次郎"_s);
+        QCOMPARE(r.list("dbcKubun").currentText(), u"得意先"_s);
+        QCOMPARE(r.list("cmdBill").currentIndex(), -1);
+        QVERIFY(!r.the("cmdUndo").isEnabled());
+        r.goTo(1);
+        QCOMPARE(r.stored(u"*"_s, 3).section(u'|', 0, -2), before.section(u'|', 0, -2)); // but for the 版
+        r.goTo(0); // left in between: what is there now is what it is
+        QVERIFY(!r.the("cmdUndo").isEnabled());
+        r.press("cmdAdd");
+        r.type("txtName", u"佐藤"_s);
+        QVERIFY(!r.the("cmdUndo").isEnabled());
+        r.press("cmdCancel");
+    }
+
     void closingDuringEntry_data()
     {
         QTest::addColumn<bool>("typed");

@@ -199,6 +199,19 @@ private slots:
         QCOMPARE(r.stored(u"仕入先名1, 仕入先名キー"_s, 6), u"京都茶舗|京都茶舗  "_s);
     }
 
+    void whatWasTypedCanBeTakenBack()
+    {
+        Register r;
+        const QString before = r.stored(u"*"_s, 2);
+        r.type("txtTel1", u"06-1"_s);
+        r.choose("Combo1", 2);
+        r.press("cmdUndo");
+        QCOMPARE(r.box("txtTel1").text(), QString());
+        QCOMPARE(r.list("Combo1").currentText(), u"外税 （請求時）"_s);
+        r.goTo(1);
+        QCOMPARE(r.stored(u"*"_s, 2), before);
+    }
+
     void tabGoesInReadingOrder()
     {
         Register r([](Register &opened) { opened.shop.run(u"UPDATE 仕入先 SET コード = NULL"_s); });

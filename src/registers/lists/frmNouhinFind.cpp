@@ -80,6 +80,7 @@ void frmNouhinFind::setUpList()
     rows().setNames(u"元帳出力"_s, {{0, u"しない"_s}, {1, u"する"_s}});
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
+    bindUndo(m_ui->cmdUndo);
 }
 
 bool frmNouhinFind::categoriesReady()
@@ -140,6 +141,10 @@ std::optional<RegisterScreen::Failure> frmNouhinFind::refusal() const
 }
 
 base::Status frmNouhinFind::store() { return saveCustomer(rows(), workspace().today()); }
+
+bool frmNouhinFind::canTakeBack() const { return m_ui->panel->canTakeBack(); }
+
+void frmNouhinFind::takeBack() { m_ui->panel->takeBack(); }
 
 void frmNouhinFind::showRow() { m_ui->panel->showRow(); }
 

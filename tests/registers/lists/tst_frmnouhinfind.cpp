@@ -116,6 +116,19 @@ class TestFrmNouhinFind : public ScriptedTest
     Q_OBJECT
 
 private slots:
+    void whatWasTypedCanBeTakenBack()
+    {
+        Search s;
+        s.findAll();
+        s.goTo(0);
+        const QString name = s.box("txtName").text();
+        s.type("txtName", u"別人"_s);
+        s.press("cmdUndo");
+        QCOMPARE(s.box("txtName").text(), name);
+        s.goTo(1);
+        QCOMPARE(s.shop.value(u"SELECT COUNT(*) FROM 納品先 WHERE 納品先名1 = '別人'"_s).toInt(), 0);
+    }
+
     void opensEmpty()
     {
         Search s;
