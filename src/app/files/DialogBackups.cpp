@@ -1,7 +1,10 @@
 #include "app/files/DialogBackups.h"
 
+#include "app/files/backup_places.h"
 #include "ui_DialogBackups.h"
+#include "workspace/workspace.h"
 
+#include <QDir>
 #include <QHeaderView>
 #include <QLocale>
 #include <QStandardItemModel>
@@ -32,6 +35,9 @@ DialogBackups::DialogBackups(workspace::Workspace &workspace, std::vector<Backup
 {
     m_ui->setupUi(this);
     fill();
+    m_ui->lblCopies->setText(
+        u"「開く」は、フォルダ「%1」に作る写しを開きます。写しは、変更しなければ、ほかのファイルを開いたときに消えます。"_s
+            .arg(QDir::toNativeSeparators(openedBackupsIn(workspace.applicationFolder()))));
     connect(m_ui->cmdOpen, &QPushButton::clicked, this, [this] { choose(Wish::Open); });
     connect(m_ui->cmdRestore, &QPushButton::clicked, this, [this] { choose(Wish::Restore); });
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &DialogBackups::close);

@@ -32,14 +32,6 @@ QByteArray pathOf(const QString &database)
     return (info.canonicalFilePath().isEmpty() ? info.absoluteFilePath() : info.canonicalFilePath()).toUtf8();
 }
 
-// SQLite counts the changes of a file in its header: it is another one as soon as somebody saved something.
-QByteArray stateOf(const QString &fileName)
-{
-    constexpr qint64 headerSize = 100; // bytes
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.read(headerSize).toHex() : QByteArray();
-}
-
 QByteArray note(const QByteArray &path, const QByteArray &state) { return path + '\n' + state + '\n'; }
 
 // By a tenth in any table: rows that a day's work does not delete.
@@ -58,6 +50,14 @@ bool hasMore(const QString &backup, db::Connection &connection)
 }
 
 } // namespace
+
+// SQLite counts the changes of a file in its header.
+QByteArray stateOf(const QString &fileName)
+{
+    constexpr qint64 headerSize = 100; // bytes
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.read(headerSize).toHex() : QByteArray();
+}
 
 void noteOrigin(const QString &backup, const QString &database, const QString &copy)
 {

@@ -11,6 +11,10 @@ class Connection;
 namespace app
 {
 
+/// What the closed file \a fileName is like: another text as soon as somebody saved something in it. Empty
+/// when it cannot be read.
+QByteArray stateOf(const QString &fileName);
+
 /// Writes down beside \a backup that it is about to be replaced by the complete \a copy of \a database. Where
 /// that fails, the backup counts as one of another file the next time, and is kept.
 void noteOrigin(const QString &backup, const QString &database, const QString &copy);

@@ -4,6 +4,7 @@
 #include "app/files/backups.h"
 #include "app/files/database_files.h"
 #include "app/files/old_file_opening.h"
+#include "app/files/opened_backups.h"
 #include "app/files/recent_files.h"
 #include "base/dated_name.h"
 #include "base/file_rights.h"
@@ -118,8 +119,28 @@ void DatabaseSession::switchTo(const QString &fileName)
         return;
     }
     backUpOnLeaving();
+    const QString left = m_fileName;
     if (!goTo(fileName))
         refuse(fileName, m_refused);
+    else if (!isCurrent)
+        tellOfCopy(left);
+}
+
+// One that was only looked into is not worth a word.
+void DatabaseSession::tellOfCopy(const QString &left)
+{
+    switch (leaveCopy(left, m_workspace.applicationFolder())) {
+    case LeftCopy::None:
+        break;
+    case LeftCopy::Cleared:
+        forgetFile(m_workspace.settings, left);
+        emit changed();
+        break;
+    case LeftCopy::Kept:
+        ui::prompts::inform(&m_window, u"バックアップの写しで行った作業は、次のファイルに残っています。"_s,
+                            QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Information,
+                            left);
+    }
 }
 
 // On failure the file of before is open again.
@@ -271,9 +292,10 @@ void DatabaseSession::openCopyOfBackup(const QString &fileName)
             if (!base::makeSharedFolder(backupFolderIn(m_workspace.applicationFolder())) ||
                 !base::makeSharedFolder(folder))
                 return base::Error{u"フォルダ「"_s + folder + u"」を作成できませんでした。"_s};
-            return isSameFile(fileName, m_fileName) && isOpen()
-                       ? db::copyDatabase(m_workspace.connection, copy, progress)
-                       : db::copyDatabase(fileName, copy, progress);
+            const base::Status made = isSameFile(fileName, m_fileName) && isOpen()
+                                          ? db::copyDatabase(m_workspace.connection, copy, progress)
+                                          : db::copyDatabase(fileName, copy, progress);
+            return made ? readyToBeOpened(copy, m_workspace.today()) : made;
         });
     if (copied)
         switchTo(copy);

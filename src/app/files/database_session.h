@@ -81,6 +81,7 @@ private:
     bool connectTo(const QString &fileName);
     bool goTo(const QString &fileName);
     void refuse(const QString &fileName, const QString &why);
+    void tellOfCopy(const QString &left);
     void backUpOnLeaving();
     bool tellOfBackup(const base::Result<QStringList> &done);
     base::Result<QStringList> bothBackups(const base::Progress &progress);

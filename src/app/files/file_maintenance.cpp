@@ -183,10 +183,10 @@ void FileMaintenance::restore(const QString &backup, const QString &described)
         return;
     }
     const QString kept = base::datedName(target, u"復元前"_s, m_workspace.today());
-    if (!ui::prompts::ask(&m_window,
-                          u"「%1」を %2 のバックアップに戻します。\n"
-                          "現在の内容は「%3」に残します。よろしいですか？"_s.arg(
-                              QFileInfo(target).fileName(), described, QFileInfo(kept).fileName())))
+    if (!ui::prompts::askCautiously(&m_window,
+                                    u"「%1」を %2 のバックアップに戻します。\n"
+                                    "現在の内容は「%3」に残します。よろしいですか？"_s.arg(
+                                        QFileInfo(target).fileName(), described, QFileInfo(kept).fileName())))
         return;
     m_session.close();
     const base::Status restored = ui::runWithProgress(

@@ -28,4 +28,11 @@ void rememberFile(workspace::Settings &settings, const QString &fileName)
     settings.writeLayout(layout, files.mid(0, filesKept).join(u'\n'));
 }
 
+void forgetFile(workspace::Settings &settings, const QString &fileName)
+{
+    QStringList files = recentFiles(settings);
+    files.removeAll(fileName);
+    settings.writeLayout(layout, files.join(u'\n'));
+}
+
 } // namespace app

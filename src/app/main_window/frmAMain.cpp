@@ -19,6 +19,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
 #include <QKeyEvent>
 #include <QPushButton>
 
@@ -254,6 +255,9 @@ void frmAMain::databaseChanged()
     }
     showFile();
     showRecentFiles();
+    m_backupText->setText(
+        u"バックアップ「%1」を開いています。このまま作業を続けるときは、名前を付けて保存してください。"_s.arg(
+            QDir::toNativeSeparators(m_session.fileName())));
     m_backupNotice->setVisible(m_session.isBackup());
     enableCommands();
     offerFormerEmployee();

@@ -129,6 +129,7 @@ private:
     PanelControls *m_controls;
     QMenu *m_recentFiles = nullptr;
     QWidget *m_backupNotice = nullptr;
+    QLabel *m_backupText = nullptr;
     QString m_pictureFile;
     QString m_pictureProblem; // a sentence for the status bar
     QString m_slipFont;

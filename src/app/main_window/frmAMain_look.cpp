@@ -136,14 +136,14 @@ void frmAMain::buildBackupNotice()
     m_backupNotice = new QFrame(this);
     m_backupNotice->setObjectName(u"fraBackup"_s);
     auto *row = new QHBoxLayout(m_backupNotice);
-    auto *text = new QLabel(
-        u"バックアップを開いています。このまま作業を続けるときは、名前を付けて保存してください。"_s,
-        m_backupNotice);
-    text->setWordWrap(true);
+    m_backupText = new QLabel(m_backupNotice);
+    m_backupText->setObjectName(u"lblBackup"_s);
+    m_backupText->setTextFormat(Qt::PlainText);
+    m_backupText->setWordWrap(true);
     auto *save = new QPushButton(u"名前を付けて保存"_s, m_backupNotice);
     save->setObjectName(u"cmdSaveBackup"_s);
     connect(save, &QPushButton::clicked, this, &frmAMain::saveFileAs);
-    row->addWidget(text, 1);
+    row->addWidget(m_backupText, 1);
     row->addWidget(save);
     m_ui->centralLayout->insertWidget(1, m_backupNotice);
     m_backupNotice->hide();

@@ -1,10 +1,8 @@
 #include "support/scripted_test.h"
 
-#include "app/shop_window.h"
+#include "app/shop_files.h"
 
 #include "app/files/application_folder.h"
-#include "app/files/backup_list.h"
-#include "app/files/backups.h"
 #include "app/main_window/companions.h"
 #include "base/dated_name.h"
 #include "db/care/file_repair.h"
@@ -14,232 +12,35 @@
 #include "workspace/workspace_targets.h"
 
 #include <QComboBox>
-#include <QDirIterator>
-#include <QFrame>
 #include <QLineEdit>
 #include <QMenu>
-#include <QProcess>
 #include <QTest>
 
-#include <algorithm>
-#include <csignal>
 #include <sys/stat.h>
 #include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace app;
 
-namespace
-{
-
-void write(const QString &fileName, const QByteArray &content)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(fileName));
-}
-
-int customersIn(const QString &fileName)
-{
-    db::PlainHandle file;
-    if (!file.open(fileName))
-        return -1;
-    const auto count = file.number("SELECT count(*) FROM 納品先");
-    return count ? int(*count) : -1;
-}
-
-void change(const QString &fileName, const QByteArray &sql)
-{
-    db::PlainHandle file;
-    if (!file.open(fileName) || !file.run(sql))
-        qFatal("cannot change %s", qPrintable(fileName));
-}
-
-// The clerk's hands at the next start and end of the program.
-void openAndClose(Stage &stage, const QString &fileName)
-{
-    stage.file = fileName;
-    stage.load();
-    QVERIFY(stage.window->close());
-    stage.window.reset();
-    stage.shop.connection.close();
-}
-
-} // namespace
-
-/// What is not to be lost when files are opened, left, replaced and backed up.
+/// What is not to be lost when files are opened, left and replaced.
 class TestFileCare : public ScriptedTest
 {
     Q_OBJECT
 
 private slots:
-    void initialFileIsNoBackup();
-    void backupOfAnotherFileIsKept();
-    void workInABackupIsKept();
-    void emptiedFileKeepsItsBackups();
-    void unchangedFileKeepsNothing();
-    void olderVersionIsListed();
-    void leavingMakesABackup_data();
-    void leavingMakesABackup();
-    void listOpensACopy();
     void wrongChoices_data();
     void wrongChoices();
     void damagedFileCanBeChosenForRepair();
     void recentFiles();
     void emptyingKeepsACopy();
-    void backUpNow();
     void twoCompactionsInOneFolder();
-    void restoringHoldsTheFile();
-    void restoringThroughALink();
-    void clockThatWasWrong();
     void failedSaveAsStays();
     void overwrittenDatabaseIsKept();
     void papersAreNoDatabases();
-    void killedProgramBacksUp_data();
-    void killedProgramBacksUp();
     void twoFirstStarts();
     void companionsOfStrangers_data();
     void companionsOfStrangers();
 };
-
-void TestFileCare::initialFileIsNoBackup()
-{
-    Stage stage;
-    const QString backup = stage.shop.path(u"BackupKanbalore.cdb"_s);
-    QVERIFY(QFile::copy(stage.file, backup));
-    ui::prompts::expectInform({});
-    ui::file_dialogs::expectFile({});
-    stage.file = stage.shop.path(u"Kanbalore.cdb"_s);
-    stage.load();
-    QTRY_VERIFY(stage.window->isActiveWindow());
-    QTest::qWait(50);
-    QVERIFY(stage.window->close());
-    QCOMPARE(customersIn(backup), 300);
-    QCOMPARE(stage.files(u"BackupKanbalore*.cdb"_s).size(), 1);
-}
-
-void TestFileCare::backupOfAnotherFileIsKept()
-{
-    Stage stage;
-    const QString other = stage.shop.path(u"other.cdb"_s);
-    QVERIFY(db::createDatabase(other));
-    openAndClose(stage, stage.file);
-    openAndClose(stage, other);
-    QCOMPARE(customersIn(stage.shop.path(u"BackupKanbalore.cdb"_s)), 0);
-    QCOMPARE(customersIn(stage.shop.path(u"BackupKanbalore 別のファイル 2026-04-01.cdb"_s)), 300);
-    // Two files in turns do not fill the disk.
-    for (int i = 0; i < 2 * daysKept; ++i)
-        openAndClose(stage, stage.shop.path(i % 2 ? u"other.cdb"_s : u"shop.cdb"_s));
-    QCOMPARE(stage.files(u"BackupKanbalore 別のファイル*.cdb"_s).size(), daysKept);
-}
-
-void TestFileCare::workInABackupIsKept()
-{
-    Stage stage;
-    const QString backup = stage.shop.path(u"BackupKanbalore.cdb"_s);
-    openAndClose(stage, stage.file);
-    change(backup, "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')");
-    openAndClose(stage, stage.file);
-    const QStringList kept = stage.files(u"BackupKanbalore 変更あり*.cdb"_s);
-    QCOMPARE(kept.size(), 1);
-    QVERIFY(stage.shop.connection.open(stage.shop.path(kept.front())));
-    QCOMPARE(stage.shop.value(u"SELECT 単位 FROM 単位"_s).toString(), u"箱"_s);
-}
-
-// On the first day both backups are of that day.
-void TestFileCare::emptiedFileKeepsItsBackups()
-{
-    Stage stage;
-    openAndClose(stage, stage.file);
-    change(stage.file, "DELETE FROM 納品先 WHERE 納品先ID > 200");
-    openAndClose(stage, stage.file);
-    QCOMPARE(customersIn(stage.shop.path(u"BackupKanbalore.cdb"_s)), 200);
-    QCOMPARE(customersIn(stage.shop.path(u"BackupKanbalore 削除前 2026-04-01.cdb"_s)), 300);
-    const QDir folder(stage.shop.path(u"Backup"_s));
-    QList<int> customers;
-    const QStringList dated = folder.entryList({u"shop~* 2026-04-01*.cdb"_s}, QDir::Files, QDir::Name);
-    for (const QString &name : dated)
-        customers << customersIn(folder.filePath(name));
-    std::sort(customers.begin(), customers.end());
-    QCOMPARE(customers, (QList<int>{200, 300}));
-    const auto listed = checkedBackups(stage.shop.folder.path(), base::unwatched);
-    QCOMPARE(listed->size(), std::size_t(4));
-}
-
-void TestFileCare::unchangedFileKeepsNothing()
-{
-    Stage stage;
-    for (int i = 0; i < 3; ++i) {
-        change(stage.file, "DELETE FROM 納品先 WHERE 納品先ID = " + QByteArray::number(300 - i));
-        openAndClose(stage, stage.file);
-    }
-    QCOMPARE(stage.files(u"BackupKanbalore*.cdb"_s).size(), 1);
-    QCOMPARE(QDir(stage.shop.path(u"Backup"_s)).entryList({u"*.cdb"_s}, QDir::Files).size(), 1);
-}
-
-// Opening or restoring it brings it up to date.
-void TestFileCare::olderVersionIsListed()
-{
-    Stage stage;
-    const QString backup = stage.shop.path(u"BackupKanbalore.cdb"_s);
-    QVERIFY(QFile::copy(stage.file, backup));
-    change(backup, "PRAGMA user_version = 1");
-    const auto listed = checkedBackups(stage.shop.folder.path(), base::unwatched);
-    QCOMPARE(listed->size(), std::size_t(1));
-    QVERIFY(listed->front().isSound);
-    QCOMPARE(listed->front().customers, 300);
-}
-
-void TestFileCare::leavingMakesABackup_data()
-{
-    QTest::addColumn<QString>("command");
-    for (const char *command : {"mnuOpen", "mnuNew", "mnuSave", "mnuBackupOpen"})
-        QTest::newRow(command) << QString::fromLatin1(command);
-}
-
-void TestFileCare::leavingMakesABackup()
-{
-    QFETCH(QString, command);
-    Stage stage;
-    const QString backup = stage.shop.path(u"BackupKanbalore.cdb"_s);
-    QVERIFY(db::createDatabase(stage.shop.path(u"other.cdb"_s)) && db::createDatabase(backup));
-    stage.load();
-    if (command != "mnuBackupOpen"_L1)
-        ui::file_dialogs::expectFile(
-            stage.shop.path(command == "mnuOpen"_L1 ? u"other.cdb"_s : u"new.cdb"_s));
-    stage.choose(command.toLatin1().constData());
-    QVERIFY(stage.shop.connection.fileName() != stage.file);
-    const QDir folder(stage.shop.path(u"Backup"_s));
-    const QStringList made = folder.entryList({u"shop~* 2026-04-01.cdb"_s});
-    QCOMPARE(made.size(), 1);
-    QCOMPARE(customersIn(folder.filePath(made.front())), 300);
-    QCOMPARE(customersIn(backup), 0); // which may be the one that was to be opened
-}
-
-void TestFileCare::listOpensACopy()
-{
-    Stage stage;
-    QVERIFY(stage.shop.connection.open(stage.file));
-    QVERIFY(backUpDated(stage.shop.connection, stage.shop.folder.path(), QDate(2026, 3, 30)));
-    stage.load();
-    auto *notice = stage.find<QFrame>("fraBackup");
-    QVERIFY(!notice->isVisible());
-    const QString backup = QDir(stage.shop.path(u"Backup"_s)).entryInfoList({u"*.cdb"_s}).front().filePath();
-    ui::file_dialogs::expectFile(backup); // as from the list
-    stage.choose("mnuOpen");
-    QVERIFY(stage.shop.connection.fileName() != backup);
-    QVERIFY(notice->isVisible());
-    stage.shop.run(u"DELETE FROM 納品先"_s);
-    ui::file_dialogs::expectFile(stage.shop.path(u"saved.cdb"_s));
-    stage.click("cmdSaveBackup");
-    QCOMPARE(stage.shop.connection.fileName(), stage.shop.path(u"saved.cdb"_s));
-    QVERIFY(!notice->isVisible());
-    QCOMPARE(customersIn(backup), 300);
-    // The prescribed command opens the backup itself; that is said all the same.
-    QVERIFY(QFile::copy(stage.file, stage.shop.path(u"BackupKanbalore.cdb"_s)));
-    stage.choose("mnuBackupOpen");
-    QVERIFY(notice->isVisible());
-}
 
 void TestFileCare::wrongChoices_data()
 {
@@ -322,16 +123,6 @@ void TestFileCare::emptyingKeepsACopy()
     QCOMPARE(customersIn(stage.shop.path(u"shop 削除前 2026-04-01.cdb"_s)), 300);
 }
 
-void TestFileCare::backUpNow()
-{
-    Stage stage;
-    stage.load();
-    ui::prompts::expectInform(u"バックアップを作成しました。"_s, stage.shop.path(u"Backup"_s));
-    stage.choose("mnuBackupNow");
-    QCOMPARE(customersIn(stage.shop.path(u"BackupKanbalore.cdb"_s)), 300);
-    QCOMPARE(QDir(stage.shop.path(u"Backup"_s)).entryList({u"shop~*.cdb"_s}).size(), 1);
-}
-
 void TestFileCare::twoCompactionsInOneFolder()
 {
     Stage stage;
@@ -346,62 +137,6 @@ void TestFileCare::twoCompactionsInOneFolder()
     QVERIFY(two.finish({}));
     QCOMPARE(customersIn(stage.file), 300);
     QCOMPARE(customersIn(other), 0);
-}
-
-// A slip that a second program saved meanwhile would be in neither file.
-void TestFileCare::restoringHoldsTheFile()
-{
-    Stage stage;
-    const QString backup = stage.shop.path(u"backup.cdb"_s);
-    const QString kept = stage.shop.path(u"kept.cdb"_s);
-    QVERIFY(QFile::copy(stage.file, backup));
-    db::Connection second;
-    int refused = 0;
-    const auto during = [&](qint64, qint64) {
-        refused += second.open(stage.file) ? 0 : 1;
-        return true;
-    };
-    QVERIFY(restoreBackup(backup, stage.file, kept, during));
-    QVERIFY(refused > 0);
-    QCOMPARE(customersIn(kept), 300);
-    QVERIFY(second.open(stage.file));
-    QVERIFY(!restoreBackup(backup, stage.file, kept, base::unwatched));
-}
-
-void TestFileCare::restoringThroughALink()
-{
-    Stage stage;
-    const QString backup = stage.shop.path(u"backup.cdb"_s);
-    const QString link = stage.shop.path(u"link.cdb"_s);
-    QVERIFY(QFile::copy(stage.file, backup));
-    change(stage.file, "DELETE FROM 納品先");
-    QVERIFY(QFile::link(stage.file, link));
-    QVERIFY(restoreBackup(backup, link, stage.shop.path(u"kept.cdb"_s), base::unwatched));
-    QVERIFY(QFileInfo(link).isSymLink());
-    QCOMPARE(customersIn(stage.file), 300);
-}
-
-void TestFileCare::clockThatWasWrong()
-{
-    Stage stage;
-    QVERIFY(stage.shop.connection.open(stage.file));
-    const auto backUpOn = [&](const QDate &day) {
-        return backUpDated(stage.shop.connection, stage.shop.folder.path(), day);
-    };
-    for (int i = 0; i < daysKept; ++i)
-        QVERIFY(backUpOn(QDate(10026, 1, 1).addDays(i)));
-    const auto aside = backUpOn(QDate(2026, 4, 1));
-    QVERIFY(aside);
-    QCOMPARE(aside->size(), daysKept);
-    const QDir folder(stage.shop.path(u"Backup"_s));
-    QCOMPARE(folder.entryList({u"* 2026-04-01.cdb"_s}).filter(u"未来"_s, Qt::CaseSensitive).size(), daysKept);
-    // A clock far behind: what was made last stays, whatever its name says.
-    for (int i = 1; i < daysKept; ++i)
-        QVERIFY(backUpOn(QDate(2026, 4, 1).addDays(i)));
-    stage.shop.run(u"DELETE FROM 納品先"_s);
-    QVERIFY(backUpOn(QDate(1970, 1, 1)));
-    QVERIFY(backUpOn(QDate(2026, 4, 12)));
-    QCOMPARE(folder.entryList({u"shop~?????? 1970-01-01.cdb"_s}).size(), 1);
 }
 
 void TestFileCare::failedSaveAsStays()
@@ -449,45 +184,6 @@ void TestFileCare::papersAreNoDatabases()
         QVERIFY2(workspace::isDatabase(stage.shop.workspace, stage.shop.path(name)), qPrintable(name));
     for (const QString &name : {u"list.csv"_s, u"shop.pdf"_s})
         QVERIFY2(!workspace::isDatabase(stage.shop.workspace, stage.shop.path(name)), qPrintable(name));
-}
-
-void TestFileCare::killedProgramBacksUp_data()
-{
-    QTest::addColumn<int>("signal");
-    QTest::newRow("told to end") << SIGTERM;
-    QTest::newRow("terminal closed") << SIGHUP;
-}
-
-void TestFileCare::killedProgramBacksUp()
-{
-    QFETCH(int, signal);
-    Stage stage;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"XDG_CONFIG_HOME"_s, stage.shop.settingsFolder.path());
-    QProcess program;
-    program.setProcessEnvironment(environment);
-    program.setProcessChannelMode(QProcess::ForwardedChannels);
-    program.start(QStringLiteral(KANBALORE_PROGRAM),
-                  {u"--application-folder"_s, stage.shop.folder.path(), stage.file});
-    QVERIFY(program.waitForStarted());
-    // Its settings name the file once it is open.
-    const auto isOpen = [&] {
-        QDirIterator files(stage.shop.settingsFolder.path(), {u"*.ini"_s}, QDir::Files,
-                           QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            QFile file(files.next());
-            if (file.open(QIODevice::ReadOnly) && file.readAll().contains("shop.cdb"))
-                return true;
-        }
-        return false;
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(isOpen(), 60000);
-    QTest::qWait(1500); // the window stands
-    ::kill(static_cast<pid_t>(program.processId()), signal);
-    QVERIFY(program.waitForFinished(30000));
-    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(program.exitCode(), 0);
-    QCOMPARE(customersIn(stage.shop.path(u"BackupKanbalore.cdb"_s)), 300);
 }
 
 void TestFileCare::twoFirstStarts()
