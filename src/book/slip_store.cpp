@@ -56,13 +56,16 @@ base::Status stampCustomer(db::Connection &connection, qint64 customer, const QD
     return stamped.status();
 }
 
+// 1, 0, or NULL where nothing is known.
+QVariant storedMark(const std::optional<bool> &mark) { return mark ? QVariant(*mark ? 1 : 0) : QVariant(); }
+
 base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
 {
     const auto inserted = connection.execute(
-        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 完了, 版) "
-        "VALUES (?, ?, ?, ?, ?, ?, ?, (SELECT 最終 FROM 版数))"_s,
+        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 内税, 完了, 版) "
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, (SELECT 最終 FROM 版数))"_s,
         {header.id, text::stored(slip.date), header.number, slip.counterpart, slip.employee, slip.taxRate,
-         slip.needsClosing ? 0 : 1});
+         storedMark(slip.inclusive), slip.needsClosing ? 0 : 1});
     return inserted.status();
 }
 
@@ -106,9 +109,23 @@ double sumOf(const std::vector<RateTax> &taxes)
                            [](double sum, const RateTax &tax) { return sum + tax.tax; });
 }
 
-base::Status markClosed(db::Connection &connection, qint64 id)
+base::Status markClosed(db::Connection &connection, qint64 id, const std::optional<bool> &inclusive)
 {
-    return connection.execute(u"UPDATE 入出庫マスター SET 完了 = 1 WHERE ID = ?"_s, {id}).status();
+    return connection
+        .execute(u"UPDATE 入出庫マスター SET 完了 = 1, 内税 = COALESCE(?, 内税) WHERE ID = ?"_s,
+                 {storedMark(inclusive), id})
+        .status();
+}
+
+// What a slip that is to be closed comes to.
+base::Result<SlipSums> sumsForClosing(db::Connection &connection, qint64 id, double taxRate)
+{
+    const auto there = slipExists(connection, id);
+    if (!there)
+        return there.error();
+    if (!*there)
+        return gone(u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
+    return slipSums(connection, id, taxRate);
 }
 
 } // namespace
@@ -232,12 +249,7 @@ base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double
                                    bool inclusive)
 {
     return db::atomically(connection, [&]() -> base::Result<ClosedSlip> {
-        const auto there = slipExists(connection, id);
-        if (!there)
-            return there.error();
-        if (!*there)
-            return gone(u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
-        const auto sums = slipSums(connection, id, taxRate);
+        const auto sums = sumsForClosing(connection, id, taxRate);
         if (!sums)
             return sums.error();
         ClosedSlip closed{sums->total, 0};
@@ -249,9 +261,21 @@ base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double
                 return added.error();
             closed.tax = sumOf(*taxes);
         }
-        if (const base::Status marked = markClosed(connection, id); !marked)
+        if (const base::Status marked = markClosed(connection, id, inclusive); !marked)
             return marked.error();
         return closed;
+    });
+}
+
+base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
+{
+    return db::atomically(connection, [&]() -> base::Result<ClosedSlip> {
+        const auto sums = sumsForClosing(connection, id, 0);
+        if (!sums)
+            return sums.error();
+        if (const base::Status marked = markClosed(connection, id, std::nullopt); !marked)
+            return marked.error();
+        return ClosedSlip{sums->total, 0};
     });
 }
 
@@ -265,11 +289,6 @@ base::Result<QStringList> slipsLeftOpen(db::Connection &connection, int most)
     for (const QVariantList &row : found->rows)
         numbers << row.front().toString();
     return numbers;
-}
-
-base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id)
-{
-    return closeSlip(connection, id, 0, TaxClass::Included, true);
 }
 
 base::Result<bool> holdsTaxAlone(db::Connection &connection, const SavedHeader &saved, double tax)
@@ -293,6 +312,17 @@ base::Status keepRemark(db::Connection &connection, qint64 id, const QString &te
         return kept.error();
     if (*kept == 0)
         return gone(u"この伝票はほかのプログラムで削除されたため、備考を保存できませんでした。"_s);
+    return {};
+}
+
+base::Status keepInclusive(db::Connection &connection, qint64 id, bool inclusive)
+{
+    const auto kept =
+        connection.execute(u"UPDATE 入出庫マスター SET 内税 = ? WHERE ID = ?"_s, {inclusive ? 1 : 0, id});
+    if (!kept)
+        return kept.error();
+    if (*kept == 0)
+        return gone(u"この伝票はほかのプログラムで削除されたため、内税かどうかを保存できませんでした。"_s);
     return {};
 }
 

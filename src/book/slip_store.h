@@ -20,9 +20,10 @@ struct NewSlip
 {
     SlipKind kind = sale;
     QDate date;
-    qint64 counterpart = 0; // 納品先ID or 仕入先ID; 0: none is chosen
-    qint64 employee = 0;    // 社員ID of the person in charge; 0: nobody is chosen
-    double taxRate = 0;     // percent
+    qint64 counterpart = 0;        // 納品先ID or 仕入先ID; 0: none is chosen
+    qint64 employee = 0;           // 社員ID of the person in charge; 0: nobody is chosen
+    double taxRate = 0;            // percent
+    std::optional<bool> inclusive; // whether its prices include the tax; empty where no tax is kept
 
     QString infix;                       // of an automatic number
     std::optional<QString> manualNumber; // the typed number in place of an automatic one
@@ -116,15 +117,24 @@ struct ClosedSlip
     double tax = 0;   // yen of the tax lines, 0 when none was appended
 };
 
-/// Closes the slip: marks it in 完了 (1; 0 as long as it is open; slips of older files have no mark), and
-/// appends a tax line for each rate when tax is added to such a slip (see taxIsAdded), it is not 0 and the
-/// slip has no tax line yet. \a taxRate: percent, of lines that have no rate of their own. Fails when the
-/// slip is no longer there.
+/// Keeps on the slip whether its prices include the tax. Fails when the slip is no longer there.
+base::Status keepInclusive(db::Connection &connection, qint64 id, bool inclusive);
+
+/// Closes the slip: marks it in 完了 (1; 0 as long as it is open; slips of older files have no mark), keeps
+/// \a inclusive on it, and appends a tax line for each rate when tax is added to such a slip (see
+/// taxIsAdded), it is not 0 and the slip has no tax line yet. \a taxRate: percent, of lines that have no rate
+/// of their own. Fails when the slip is no longer there.
 base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,
                                    bool inclusive);
 
 /// The numbers of the slips that were left without being closed, the newest first, at most \a most of them.
 base::Result<QStringList> slipsLeftOpen(db::Connection &connection, int most);
+
+/// The numbers of closed sales and purchases of the day \a from and later that have no tax line, though their
+/// prices do not include the tax and their counterpart is not charged it on the bill: the newest first, at
+/// most \a most of them. Slips of which nobody knows whether their prices include it are not among them, nor
+/// are those whose tax would be nothing.
+base::Result<QStringList> slipsWithoutTax(db::Connection &connection, const QDate &from, int most);
 
 /// What the slip comes to where no tax is kept; it is closed as well. Fails when the slip is no longer there.
 base::Result<ClosedSlip> closeUntaxedSlip(db::Connection &connection, qint64 id);

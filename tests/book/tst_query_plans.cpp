@@ -111,6 +111,9 @@ private slots:
         QTest::newRow("whether a customer has slips") << Reading([customers](db::Connection &connection) {
             return bool(book::countSlips(connection, {.kinds = customers, .counterpart = 7}));
         }) << QStringList{byCounterpart()};
+        QTest::newRow("closed without their tax") << Reading([](db::Connection &connection) {
+            return bool(book::slipsWithoutTax(connection, {2026, 3, 1}, 10));
+        }) << QStringList{byKind(u" AND 日付>?"_s)};
         QTest::newRow("whether there are slips of a kind") << Reading([](db::Connection &connection) {
             return bool(book::hasSlips(connection, book::estimate));
         }) << QStringList{byKind()};

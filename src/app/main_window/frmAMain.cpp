@@ -5,8 +5,8 @@
 #include "app/main_window/command_panel.h"
 #include "app/main_window/panel_controls.h"
 #include "app/main_window/shop_facts.h"
+#include "app/main_window/slips_to_look_at.h"
 #include "book/slip_counts.h"
-#include "book/slip_store.h"
 #include "masters/name_lists.h"
 #include "masters/own_company.h"
 #include "ui/messages.h"
@@ -89,7 +89,7 @@ void frmAMain::load(const QString &commandLine)
         reloadEmployees(m_workspace.settings.integer(workspace::keys::employee));
         loadPicture();
         // Once the window stands.
-        QMetaObject::invokeMethod(this, &frmAMain::tellSlipsLeftOpen, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &frmAMain::tellSlipsToLookAt, Qt::QueuedConnection);
     }
     m_loaded = true;
 }
@@ -263,20 +263,13 @@ void frmAMain::databaseChanged()
     offerFormerEmployee();
 }
 
-// A program that was killed, or left without closing its slip, has booked no tax on it.
-void frmAMain::tellSlipsLeftOpen()
+void frmAMain::tellSlipsToLookAt()
 {
-    constexpr int mostNamed = 10;
     if (!m_session.isOpen())
         return;
-    const auto found = book::slipsLeftOpen(m_workspace.connection, mostNamed + 1);
-    if (!tell(found.status()) || found->isEmpty())
-        return;
-    const QString more = found->size() > mostNamed ? u"、ほか"_s : QString();
-    ui::prompts::inform(this, u"閉じられていない伝票があります。\n"_s +
-                                  found->mid(0, mostNamed).join(u"、"_s) + more +
-                                  u"\nほかのパソコンで入力中でなければ、伝票の訂正画面の「伝票完了」で"
-                                  "消費税を計上して閉じてください。"_s);
+    const auto told = slipsToLookAt(m_workspace.connection, m_workspace.today());
+    if (tell(told.status()) && !told->isEmpty())
+        ui::prompts::inform(this, *told);
 }
 
 // After a change of file nobody is chosen: the next slip is not to go to somebody's account unseen. Who it

@@ -83,7 +83,7 @@ private:
     void databaseChanged();
     void databaseClosed();
     void offerFormerEmployee();
-    void tellSlipsLeftOpen();
+    void tellSlipsToLookAt();
     bool takeFormerEmployee();
     void reloadEmployees(qint64 chosen);
     void reloadCompany();

@@ -75,6 +75,7 @@ void GoodsSlipScreen::setUpLines()
     connect(m_goods.slip.addLine, &QPushButton::clicked, this, &GoodsSlipScreen::addLine);
     connect(m_goods.slip.removeLine, &QPushButton::clicked, this, &GoodsSlipScreen::removeLine);
     connect(m_goods.inclusive, &QCheckBox::toggled, this, &GoodsSlipScreen::showTax);
+    connect(m_goods.inclusive, &QCheckBox::clicked, this, &GoodsSlipScreen::keepInclusive);
     // Not kept in 備考, which these slips have always left empty.
     connect(m_goods.memo, &QLineEdit::editingFinished, this, &GoodsSlipScreen::storeRemark);
 }
@@ -95,11 +96,18 @@ void GoodsSlipScreen::counterpartShown(bool chosen)
 
 // --- The lines ---
 
+std::optional<bool> GoodsSlipScreen::pricesIncludeTax() const
+{
+    if (!m_description.isTaxed)
+        return std::nullopt;
+    return taxClass() == book::TaxClass::Included;
+}
+
 void GoodsSlipScreen::beginLines()
 {
     if (m_goods.taxClass->text().isEmpty())
         m_goods.taxClass->setText(u"0"_s);
-    m_goods.inclusive->setChecked(taxClass() == book::TaxClass::Included);
+    m_goods.inclusive->setChecked(pricesIncludeTax().value_or(false));
     showPreviousLines();
 }
 
@@ -184,6 +192,18 @@ void GoodsSlipScreen::foretellTax()
     say(isUnseen && tax && *tax != 0
             ? u"この伝票を閉じるときに、消費税 %1 円が計上されます。"_s.arg(text::formatAmount(*tax))
             : QString());
+}
+
+// A slip that is left open, or corrected, is taxed by what the clerk has ticked.
+void GoodsSlipScreen::keepInclusive()
+{
+    db::Connection &connection = workspace().connection;
+    const base::Status kept = book::onSlip(
+        connection, header(), [&] { return book::keepInclusive(connection, header().id, inclusive()); });
+    if (kept)
+        return;
+    m_goods.inclusive->setChecked(!inclusive());
+    tellOfSlip(kept.error());
 }
 
 // --- The end of a slip ---

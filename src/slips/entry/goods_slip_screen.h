@@ -37,6 +37,7 @@ protected:
 
     void setUpLines() override;
     void counterpartShown(bool chosen) override;
+    [[nodiscard]] std::optional<bool> pricesIncludeTax() const override;
     void beginLines() override;
     void focusLine() override;
     [[nodiscard]] bool lineIsTyped() const override;
@@ -53,6 +54,7 @@ private:
     void showTotals();
     void showTax();
     void foretellTax();
+    void keepInclusive();
     [[nodiscard]] bool addsTax() const;
 
     GoodsSlipDescription m_description;

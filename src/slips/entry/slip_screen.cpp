@@ -138,6 +138,7 @@ void SlipScreen::saveHeader()
     slip.counterpart = counterpart();
     slip.employee = panel.employeeId;
     slip.taxRate = panel.taxRate;
+    slip.inclusive = pricesIncludeTax();
     slip.infix = panel.numberInfix;
     if (!panel.automaticNumbers)
         slip.manualNumber = m_controls.number->text();

@@ -52,6 +52,8 @@ protected:
     virtual void setUpLines() = 0;
     /// Another counterpart is shown, or none.
     virtual void counterpartShown(bool /*chosen*/) {}
+    /// Whether the prices of a new slip include the tax; empty where no tax is kept.
+    [[nodiscard]] virtual std::optional<bool> pricesIncludeTax() const { return std::nullopt; }
     /// The header was saved; the first line can be typed.
     virtual void beginLines() = 0;
     /// Puts the cursor where a line begins.

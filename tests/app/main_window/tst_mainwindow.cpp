@@ -47,7 +47,7 @@ private slots:
 
     void nobodyEmployedOpensTheEditor();
     void nobodyChosenPutsTheCursorThere();
-    void slipsLeftOpenAreToldAtTheStart();
+    void slipsToLookAtAreToldAtTheStart();
     void missingCompanyIsAskedForAndGoesOn();
     void slipGuard_data();
     void slipGuard();
@@ -226,15 +226,23 @@ void TestMainWindow::nobodyChosenPutsTheCursorThere()
     }
 }
 
-// Of a program that was killed; nothing is said of slips from before the mark.
-void TestMainWindow::slipsLeftOpenAreToldAtTheStart()
+// Of a program that was killed, and of a tax line that is gone; nothing is said of slips from before the
+// marks.
+void TestMainWindow::slipsToLookAtAreToldAtTheStart()
 {
     ui::prompts::expectInform(
         u"閉じられていない伝票があります。\nO12、I9\nほかのパソコンで入力中でなければ、伝票の訂正画面の"
-        "「伝票完了」で消費税を計上して閉じてください。"_s);
+        "「伝票完了」で消費税を計上して閉じてください。\n\n"
+        "外税の相手先への伝票に、消費税の行のないものがあります。\nO13\n伝票の訂正画面の「伝票完了」で"
+        "消費税を計上するか、税込の伝票なら「内税」に直してください。"_s);
     const Stage stage([](FreshShop &shop) {
+        shop.run(u"INSERT INTO 納品先 (納品先ID, 消費税区分) VALUES (1, 0)"_s);
         shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号, 完了) VALUES (8, 'O8', NULL), (9, 'I9', 0), "
                  "(10, 'O10', 1), (12, 'O12', 0)"_s);
+        shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率, 内税, 完了) VALUES "
+                 "(13, '2026-02-01', 'O13', 1, 10, 0, 1), (14, '2026-01-31', 'O14', 1, 10, 0, 1)"_s);
+        shop.run(
+            u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (13, 'りんご', 10), (14, 'りんご', 10)"_s);
     });
     QTest::qWait(20);
 }

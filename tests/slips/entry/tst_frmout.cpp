@@ -169,9 +169,13 @@ void TestFrmOut::taxOfClassAndBox()
     desk.line(u"1"_s, u"10500"_s);
     if (toggle)
         inclusive->click();
+    // On the slip at once: a program that is killed now leaves it to be taxed by that.
+    const auto kept = [&] { return desk.shop.value(u"SELECT 内税 FROM 入出庫マスター"_s); };
+    QCOMPARE(kept(), QVariant(inclusive->isChecked() ? 1 : 0));
     QCOMPARE(desk.text("Text2"), shown);
     QCOMPARE(desk.the<QLabel>("lblMessage").text().contains(u"消費税 525 円"_s), taxLine && shown.isEmpty());
     desk.press("cmdNext");
+    QCOMPARE(kept(), QVariant(ticked != toggle ? 1 : 0));
     QCOMPARE(desk.shortLines().size(), taxLine ? 2 : 1);
     if (taxLine)
         QCOMPARE(desk.shortLines().last(), u"1|消費税|-|-|525"_s);

@@ -3,6 +3,7 @@
 #include "support/scripted_test.h"
 #include "ui/prompts.h"
 
+#include <QCheckBox>
 #include <QDateEdit>
 #include <QLabel>
 #include <QTableView>
@@ -328,6 +329,9 @@ void TestFrmOutRefusals::refusedWritesLeaveTheScreenAsItWas()
     QCOMPARE(desk.the<QTableView>("dgdSub").model()->rowCount(), 0);
     desk.press("cmdSubAdd");
 
+    refused("Check1");
+    QVERIFY(!desk.the<QCheckBox>("Check1").isChecked());
+    QCOMPARE(desk.text("Text2"), u"50"_s);
     refused("cmdSubCancel");
     QCOMPARE(desk.text("txtTotal"), u"1,000"_s);
     refused("cmdNext");
