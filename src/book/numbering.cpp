@@ -1,23 +1,12 @@
 #include "book/numbering.h"
 
 #include "db/connection.h"
+#include "text/like.h"
 
 using namespace Qt::StringLiterals;
 
 namespace book
 {
-
-namespace
-{
-
-QString literalPattern(QString text)
-{
-    for (const QChar special : {u'\\', u'%', u'_'})
-        text.replace(special, QString(u'\\') + special);
-    return text;
-}
-
-} // namespace
 
 QString automaticNumber(const SlipKind &kind, const QString &infix, qint64 id)
 {
@@ -30,7 +19,7 @@ base::Status checkManualNumber(db::Connection &connection, const QString &number
         return base::Error{u"伝票番号に誤りがあります。"_s};
     const auto found = connection.integers(
         u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' AND ID <> ? LIMIT 1"_s,
-        {literalPattern(number), own});
+        {text::literalPattern(number), own});
     if (!found)
         return found.error();
     if (!found->empty())

@@ -6,6 +6,7 @@
 #include "db/transaction.h"
 #include "registers/counterpart.h"
 #include "text/dates.h"
+#include "text/like.h"
 #include "text/width.h"
 
 #include <QRegularExpression>
@@ -95,7 +96,8 @@ base::Status openEveryCustomer(db::Recordset &customers) { return customers.open
 
 base::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text)
 {
-    return customers.openIfAny(customersWhere(u"(納品先名キー LIKE ?)"_s, {u'%' + text + u'%'}));
+    return customers.openIfAny(
+        customersWhere(u"(納品先名キー LIKE ? ESCAPE '\\')"_s, {u'%' + text::literalPattern(text) + u'%'}));
 }
 
 base::Status openCustomer(db::Recordset &customers, qint64 id)

@@ -157,6 +157,13 @@ std::u16string folded(QStringView s)
     return result.toStdU16String();
 }
 
+QString literalPattern(QString typed)
+{
+    for (const QChar special : {u'\\', u'%', u'_'})
+        typed.replace(special, QString(u'\\') + special);
+    return typed;
+}
+
 LikePattern::LikePattern(std::string_view utf8Pattern, char32_t escape)
 {
     const Folds &table = folds();

@@ -17,6 +17,10 @@ namespace text
 /// The folded form of \a s: what two texts share when LIKE treats them as equal.
 std::u16string folded(QStringView s);
 
+/// \a typed as a part of a LIKE pattern with ESCAPE '\\', in which each of its characters stands for itself:
+/// a clerk who types 50% means the sign.
+QString literalPattern(QString typed);
+
 /// A LIKE pattern made ready for many texts: "%" any run, "_" any one character.
 /// A \a escape character other than 0 makes the character after it stand for itself.
 class LikePattern

@@ -64,6 +64,18 @@ QStringList findInCode(const Source &source, const QRegularExpression &pattern, 
     return findings;
 }
 
+void addLiteral(Source &source, int line, const QString &text, qsizetype begin, qsizetype end)
+{
+    static const QRegularExpression nothing(uR"(^\s*u?$)"_s);
+    const qsizetype former = source.literals.isEmpty() ? -1 : source.literals.back().end;
+    if (former >= 0 && source.code.sliced(former, begin - former).contains(nothing)) {
+        source.literals.back().text += text;
+        source.literals.back().end = end;
+    } else {
+        source.literals.append({line, text, end});
+    }
+}
+
 } // namespace
 
 Source takeApart(const QString &path, const QString &text)
@@ -85,7 +97,8 @@ Source takeApart(const QString &path, const QString &text)
         const auto match = matches.next();
         for (const QString &group : {u"raw"_s, u"plain"_s}) {
             if (match.hasCaptured(group)) {
-                source.literals.append({lineAt(text, match.capturedStart()), match.captured(group)});
+                addLiteral(source, lineAt(text, match.capturedStart()), match.captured(group),
+                           match.capturedStart(), match.capturedEnd());
             }
         }
         for (qsizetype at = match.capturedStart(); at < match.capturedEnd(); ++at) {
@@ -192,11 +205,31 @@ QStringList checkEngines(const Source &source)
         return {};
     static const QRegularExpression ofOneEngine(
         uR"(\browid\b|\bIS (NOT )?\?|\b(date|datetime|strftime)\(|\bNOT INDEXED\b|\bINSERT OR\b|)"
-        uR"(\bINSERT INTO \S+ +(VALUES|SELECT)\b)"_s);
+        uR"(\bINSERT INTO \S+ +(VALUES|SELECT)\b|\bLIKE \?(?! ESCAPE))"_s);
     QStringList findings;
     for (const Source::Literal &literal : source.literals) {
         if (literal.text.contains(ofOneEngine))
             findings += finding(source, literal.line, u"SQL of one engine outside db"_s);
+    }
+    return findings;
+}
+
+QStringList checkOrders(const Source &source)
+{
+    if (source.path.startsWith(u"db/"_s))
+        return {};
+    // Up to the end of the list: a limit, the end of a derived table or of the text.
+    static const QRegularExpression order(uR"(\bORDER BY\b\s*([^()]*?)\s*(\)|\bLIMIT\b|$))"_s);
+    static const QRegularExpression key(uR"((ID|行)( ASC| DESC)?$)"_s);
+    static const QRegularExpression keyFollows(uR"(^(_s)?\s*\+\s*[\w:]*[kK]ey\b)"_s);
+    QStringList findings;
+    for (const Source::Literal &literal : source.literals) {
+        for (auto orders = order.globalMatch(literal.text); orders.hasNext();) {
+            const QString terms = orders.next().captured(1);
+            const bool goesOn = terms.isEmpty() && source.code.mid(literal.end, 60).contains(keyFollows);
+            if (!goesOn && !terms.contains(key))
+                findings += finding(source, literal.line, u"an order that does not end in the key"_s);
+        }
     }
     return findings;
 }

@@ -21,12 +21,13 @@ struct Source
     {
         int line;
         QString text;
+        qsizetype end; // in the code, behind the last quote
     };
 
     QString path; // relative to src/
     QString code; // comments and the insides of literals are blanks; lines stay where they were
     QList<Include> includes;
-    QList<Literal> literals;
+    QList<Literal> literals; // those that only blanks part are one, as the language has it
 };
 
 Source takeApart(const QString &path, const QString &text);
@@ -52,6 +53,9 @@ QStringList checkNoSql(const Source &source);
 
 /// SQL outside db/ is what more than one engine understands, and an INSERT names its columns.
 QStringList checkEngines(const Source &source);
+
+/// An ORDER BY of the statements outside db/ ends in a key, so that rows of equal values keep their places.
+QStringList checkOrders(const Source &source);
 
 /// What a slip is stands in SQL in book/ alone: its kind by its letter, a line of tax by its name, a valid
 /// day.

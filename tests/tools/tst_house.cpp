@@ -93,6 +93,7 @@ private slots:
     void logicSeesNoWidgets();
     void screensHoldNoSql();
     void everyEngineUnderstands() { expectNone(checkAll(house::checkEngines)); }
+    void everyOrderEndsInTheKey() { expectNone(checkAll(house::checkOrders)); }
     void bookAloneKnowsSlips() { expectNone(checkAll(house::checkSlipSql)); }
     void formsAreInOrder();
 
@@ -180,10 +181,18 @@ void TestHouse::rulesFindFaults_data()
     row("raw SQL", u"slips/frmOut.cpp"_s, u"f(uR\"sql(\nDELETE FROM x)sql\");"_s, {u"sql 1"_s});
     row("SQL in a comment", u"slips/frmOut.cpp"_s, u"// \"SELECT 1\"\n"_s, {});
     row("a slip's kind", u"reports/bill.cpp"_s, u"f(u\"WHERE 伝票番号 LIKE ?\"_s,\nu\" AND 種別 = ?\"_s);"_s,
-        {u"slip 1"_s, u"slip 2"_s});
+        {u"slip 1"_s, u"slip 2"_s, u"engine 1"_s});
     row("a slip's kind in the book", u"book/bill.cpp"_s, u"f(u\"WHERE 種別 IN (?)\"_s);"_s, {});
     row("a line of tax", u"reports/bill.cpp"_s, u"f(u\"商品名 = '消費税'\"_s);"_s, {u"slip 1"_s});
-    row("order of rows", u"book/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {u"engine 1"_s});
+    row("order of rows", u"book/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {u"engine 1"_s, u"order 1"_s});
+    row("order without the key", u"book/a.cpp"_s,
+        u"f(u\"SELECT 1 FROM x ORDER BY 日付, \"\n  \"ID DESC LIMIT ?\"_s + u\" ORDER BY 日付 DESC, \"\n\"コード\"_s);"_s,
+        {u"sql 1"_s, u"order 2"_s});
+    row("order goes on in the code", u"book/a.cpp"_s,
+        u"f(u\" ORDER BY \"_s + columns::lineKey);\ng(u\"(SELECT 1 ORDER BY 日付)\"_s);\nh(u\" ORDER BY \"_s + term);"_s,
+        {u"sql 2"_s, u"order 2"_s, u"order 3"_s});
+    row("typed signs", u"book/a.cpp"_s,
+        u"f(u\"a LIKE ? ESCAPE '\\\\' AND b = 1\"_s);\ng(u\"(b LIKE ?)\"_s);"_s, {u"engine 2"_s});
     row("NULL or a value", u"book/a.cpp"_s, u"f(u\"相手先ID IS ?\"_s);"_s, {u"engine 1"_s});
     row("SQLite's dates", u"book/a.cpp"_s, u"f(u\"date(日付) > 1\"_s);"_s, {u"engine 1"_s});
     row("columns not named", u"book/a.cpp"_s, u"f(u\"INSERT INTO 単位 VALUES (1)\"_s);"_s,
@@ -213,6 +222,7 @@ void TestHouse::rulesFindFaults()
     note(u"sql"_s, house::checkNoSql(source));
     note(u"slip"_s, house::checkSlipSql(source));
     note(u"engine"_s, house::checkEngines(source));
+    note(u"order"_s, house::checkOrders(source));
     note(u"widget"_s, house::checkNoWidgets(source, {u"QLabel"_s}));
     QCOMPARE(found, faultyLines);
 }

@@ -3,6 +3,7 @@
 #include "db/connection.h"
 #include "db/recordset.h"
 #include "text/dates.h"
+#include "text/like.h"
 #include "text/numbers.h"
 #include "text/width.h"
 
@@ -105,24 +106,25 @@ Piece numberCondition(const QString &column, const QString &typed)
 }
 
 // LIKE here too: a name typed in full width is exactly the one that is stored in half width.
-Piece exactTextCondition(const QString &column, QString typed)
+Piece exactTextCondition(const QString &column, const QString &typed)
 {
-    for (const QChar special : {u'\\', u'%', u'_'})
-        typed.replace(special, u'\\' + QString(special));
-    return {column + u" LIKE ? ESCAPE '\\'"_s, {typed}};
+    return {column + u" LIKE ? ESCAPE '\\'"_s, {text::literalPattern(typed)}};
 }
 
 Piece textCondition(const QString &column, const QString &typed, bool anywhere)
 {
-    return {column + u" LIKE ?"_s, {(anywhere ? u"%"_s : QString()) + typed + u'%'}};
+    return {column + u" LIKE ? ESCAPE '\\'"_s,
+            {(anywhere ? u"%"_s : QString()) + text::literalPattern(typed) + u'%'}};
 }
 
 // Stored are yyyy-MM-dd and, as birthdays, whatever was typed: with and without leading zeros.
 Piece dateCondition(const QString &column, const QString &typed, bool exact)
 {
     const QString shown = u"replace("_s + column + u", '-', '/')"_s;
-    if (!exact)
-        return {shown + u" LIKE ?"_s, {u'%' + text::toHalfWidthAscii(typed).replace(u'-', u'/') + u'%'}};
+    if (!exact) {
+        const QString part = text::toHalfWidthAscii(typed).replace(u'-', u'/');
+        return {shown + u" LIKE ? ESCAPE '\\'"_s, {u'%' + text::literalPattern(part) + u'%'}};
+    }
     const auto date = text::parseDate(typed);
     const auto form = [&](const QString &format) {
         return date ? QVariant(date->toString(format)) : QVariant();
