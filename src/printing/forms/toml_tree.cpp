@@ -3,6 +3,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <array>
 
 #define TOML_EXCEPTIONS 0
 #define TOML_ENABLE_FORMATTERS 0
@@ -102,6 +103,41 @@ TomlFile faultAt(int line, const QString &text)
     return file;
 }
 
+/// A part of the parser's message on what it met, and what that means to who writes a layout.
+struct Meaning
+{
+    std::string_view met;
+    const char16_t *text;
+};
+constexpr auto meanings = std::to_array<Meaning>({
+    {"cannot redefine", u"同じ名前が前にもあります"},
+    {"saw closing", u"区切りの「,」が余っています"},
+    {"expected value", u"「=」の後に値がありません"},
+    {"key-value pair: encountered end-of-file", u"「=」の後に値がありません"},
+    {"encountered end-of-file", u"「\"」「]」「}」などで閉じられていません"},
+    {"control characters", u"「\"」で閉じられていないか、使えない文字があります"},
+    {"expected '='", u"名前の後に「=」がありません"},
+    {"decimal integer", u"数は半角の数字と小数点だけで書きます"},
+    {"floating-point", u"数は半角の数字と小数点だけで書きます"},
+    {"value type", u"値は半角の数か、「\"」で囲んだ文字です"},
+    {"boolean", u"値は true か false です"},
+    {"expected keys", u"名前は半角の英数字で書きます"},
+    {"expected a comment", u"値の後に余分な文字があります"},
+    {"escape sequence", u"「\\」の後の文字が正しくありません"},
+    {"parsing array", u"「,」で区切られていないか、「]」がありません"},
+});
+
+/// What \a fault is, in words of our own, with its place in the line.
+QString textOf(const toml::parse_error &fault)
+{
+    const auto meaning = std::find_if(meanings.begin(), meanings.end(), [&](const Meaning &each) {
+        return fault.description().find(each.met) != std::string_view::npos;
+    });
+    const QString what =
+        meaning == meanings.end() ? u"記号を確かめてください"_s : QString::fromUtf16(meaning->text);
+    return u"書き方が正しくありません（%1 文字目：%2）。"_s.arg(fault.source().begin.column).arg(what);
+}
+
 } // namespace
 
 TomlFile readToml(const QByteArray &content)
@@ -116,7 +152,7 @@ TomlFile readToml(const QByteArray &content)
         toml::parse(std::string_view(content.constData(), static_cast<std::size_t>(content.size())));
     if (!result)
         return faultAt(std::max(1, static_cast<int>(result.error().source().begin.line)),
-                       u"書き方が正しくありません（%1）。"_s.arg(textOf(result.error().description())));
+                       textOf(result.error()));
     TomlFile file;
     file.root = nodeOf(result.table());
     return file;

@@ -141,9 +141,21 @@ void TestFormFaults::damagedFiles_data()
     damage("text is a table", "[[text]]", "[text]", "own.toml:7: 「text」には [[ ]] の表");
     damage("array of numbers", "[[body.column]]\nitem = \"明細.品\"\nx = 10\nwidth = 100", "column = [1, 2]",
            "own.toml:21: 「column」は [[ ]] の表");
-    damage("key twice", "x = 20", "x = 20\nx = 21", "own.toml:10: 書き方が正しくありません");
-    damage("unclosed text", "name = \"試し\"", "name = \"試し", "own.toml:2: 書き方が正しくありません");
-    damage("nothing behind the sign", "y = 40", "y =", "own.toml:18: 書き方が正しくありません");
+    damage("key twice", "x = 20", "x = 20\nx = 21",
+           "own.toml:10: 書き方が正しくありません（5 文字目：同じ名前が前にもあります）。");
+    damage("unclosed text", "name = \"試し\"", "name = \"試し",
+           "own.toml:2: 書き方が正しくありません（11 文字目：「\"」で閉じられていないか");
+    damage("nothing behind the sign", "y = 40",
+           "y =", "own.toml:18: 書き方が正しくありません（4 文字目：「=」の後に値が");
+    damage("a unit behind a number", "y = 40", "y = 40mm",
+           "own.toml:18: 書き方が正しくありません（7 文字目：数は");
+    damage("decimal comma", "y = 40", "y = 40,5",
+           "own.toml:18: 書き方が正しくありません（7 文字目：値の後に");
+    damage("number in full width", "y = 40", "y = ４０",
+           "own.toml:18: 書き方が正しくありません（5 文字目：値は");
+    damage("no sign", "y = 40", "y 40", "own.toml:18: 書き方が正しくありません（3 文字目：名前の後に");
+    damage("text without quotes", "name = \"試し\"", "name = 試し",
+           "own.toml:2: 書き方が正しくありません（8 文字目：値は");
 
     QTest::newRow("empty") << true << QByteArray() << u"own.toml:1: "_s;
     QTest::newRow("over a megabyte") << true << sound + QByteArray(1024 * 1024, '#')
