@@ -3,6 +3,7 @@
 #include "book/tax.h"
 #include "db/recordset.h"
 #include "db/schema.h"
+#include "registers/postal/postal_lookup.h"
 #include "text/width.h"
 
 using namespace Qt::StringLiterals;
@@ -39,6 +40,9 @@ base::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,
                              QString (*keyOf)(const db::Recordset &), QVariantMap values)
 {
     values.insert(keyColumn, keyOf(rows));
+    const QString zip = u"郵便番号"_s;
+    if (const auto code = completePostalCode(rows.text(zip)); code && rows.isEdited(zip))
+        values.insert(zip, *code);
     QVariantMap old;
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
         old.insert(value.key(), rows.value(value.key()));

@@ -64,7 +64,10 @@ QString customerKey(const QString &name1, const QString &name2, const QString &c
     return counterpartKey(name1, name2, {code, tel1, reading});
 }
 
-QString normalisedPhone(const QString &typed) { return halfWidth(typed, phoneLength); }
+QString normalisedPhone(const QString &typed)
+{
+    return halfWidth(text::withPlainHyphens(typed), phoneLength);
+}
 
 QString normalisedMail(const QString &typed)
 {

@@ -99,7 +99,8 @@ void frmSiire::connectButtons()
     connect(m_ui->cmdUpdate, &QPushButton::clicked, this, &frmSiire::saveAndBrowse);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &frmSiire::cancelEntry);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmSiire::removeRow);
-    m_postal = new PostalBoxes(workspace(), m_ui->txtZip, m_ui->txtAddress1);
+    m_postal = new PostalBoxes(
+        workspace(), {.zip = m_ui->txtZip, .address = m_ui->txtAddress1, .remark = m_ui->cmdZipSearch});
     connect(m_ui->Command3, &QPushButton::clicked, m_postal, &PostalBoxes::lookUp);
 }
 

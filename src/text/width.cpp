@@ -122,6 +122,13 @@ QString toKatakana(QStringView s)
 
 QString normalisedReading(QStringView s) { return eachConverted(toHalfWidth(s), readingCharacter); }
 
+QString withPlainHyphens(QString number)
+{
+    for (const QChar dash : QStringView(u"‐‑‒–—―−ーｰ－"))
+        number.replace(dash, u'-');
+    return number;
+}
+
 QString withoutFullWidthBlanks(QStringView s) { return s.toString().remove(u'\u3000').trimmed(); }
 
 } // namespace text

@@ -24,6 +24,10 @@ QString toKatakana(QStringView s);
 /// (ｬ→ﾔ, ｯ→ﾂ …) and the long-vowel mark ｰ as "-", so that ｷｬｯﾁｰ becomes ｷﾔﾂﾁ-.
 QString normalisedReading(QStringView s);
 
+/// \a number with "-" for all that input methods deliver for it between digits (ー, −, ‐ and the like). For
+/// telephone numbers and codes only: ー is a vowel mark elsewhere.
+QString withPlainHyphens(QString number);
+
 /// \a s without any full-width blank (U+3000), trimmed of blanks at both ends.
 QString withoutFullWidthBlanks(QStringView s);
 

@@ -440,7 +440,8 @@ private slots:
             QTest::newRow(name) << standing << address << offered;
         };
         row("the city's general code", u"906-0012"_s, u"沖縄県宮古島市平良字西里１８６"_s);
-        row("over an office's own", u"906-8501"_s, u"沖縄県宮古島市平良字西里1140"_s);
+        row("over an office's own", u"906-8501"_s, u"沖縄県宮古島市城辺字福里600-1"_s);
+        row("a town behind 字", u"906-8501"_s, u"沖縄県宮古島市平良字西里1140"_s, u"906-0012"_s);
         row("over another city's", u"324-0600"_s, u"沖縄県宮古島市荷川取1"_s, u"906-0000"_s);
         row("another town's", u"９０６００１２"_s, u"沖縄県宮古島市平良下里３-1"_s, u"906-0013"_s);
         row("an office's own", u"906-8501"_s, u"沖縄県宮古島市平良下里1140"_s, u"906-0013"_s);

@@ -7,8 +7,10 @@
 #include "ui/width_check.h"
 #include "workspace/workspace.h"
 
+#include <QAbstractButton>
 #include <QLineEdit>
 #include <QMenu>
+#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -25,14 +27,21 @@ PostalData dataOf(const workspace::Workspace &workspace)
 
 } // namespace
 
-PostalBoxes::PostalBoxes(workspace::Workspace &workspace, QLineEdit *zip, QLineEdit *address)
-    : QObject(zip)
+PostalBoxes::PostalBoxes(workspace::Workspace &workspace, const Controls &controls)
+    : QObject(controls.zip)
     , m_workspace(workspace)
-    , m_zip(zip)
-    , m_address(address)
-    , m_zipWatch(new ui::LeaveWatch(zip))
+    , m_zip(controls.zip)
+    , m_address(controls.address)
+    , m_remark(controls.remark)
+    , m_zipWatch(new ui::LeaveWatch(controls.zip))
 {
     connect(m_zipWatch, &ui::LeaveWatch::left, this, &PostalBoxes::zipLeft);
+    connect(m_zip, &QLineEdit::textChanged, m_remark, &QWidget::hide);
+    connect(m_remark, &QAbstractButton::clicked, this, &PostalBoxes::searchInWindow);
+    for (QLineEdit *box : {m_zip, m_address}) {
+        connect(new QShortcut(Qt::Key_F4, box, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
+                this, &PostalBoxes::searchInWindow);
+    }
 }
 
 // A row is left by a click into the list: the code must be there before.
@@ -60,6 +69,7 @@ void PostalBoxes::forget()
     m_zipWatch->forget();
     if (m_addressWatch)
         m_addressWatch->forget();
+    m_remark->hide();
     // Two rows with the same text: nothing was written into the box.
     m_zip->setModified(false);
     m_address->setModified(false);
@@ -68,15 +78,25 @@ void PostalBoxes::forget()
 void PostalBoxes::lookUp()
 {
     const QString code = postalCodeOf(dataOf(m_workspace), m_address->text());
-    if (!code.isEmpty()) {
-        m_zip->setText(code);
-        return;
-    }
+    if (code.isEmpty())
+        searchInWindow();
+    else
+        fillCode(code);
+}
+
+void PostalBoxes::searchInWindow()
+{
     ZipCodeConv window(m_workspace, m_address->window());
     window.serve(m_address->text());
     window.exec();
     if (!window.code().isEmpty())
         m_zip->setText(window.code());
+}
+
+void PostalBoxes::fillCode(const QString &code)
+{
+    m_zip->setText(code);
+    m_remark->setVisible(isOfWholeCity(dataOf(m_workspace), code));
 }
 
 QString PostalBoxes::codeOfAddress() const
@@ -92,7 +112,7 @@ void PostalBoxes::fillEmptyCode()
     if (!m_zip->text().isEmpty())
         return;
     if (const QString code = codeOfAddress(); !code.isEmpty())
-        m_zip->setText(code);
+        fillCode(code);
 }
 
 // Passing through with the cursor is no edit.
@@ -104,7 +124,7 @@ void PostalBoxes::addressLeft()
     const QString standing = m_zip->text();
     const QString code = codeOfAddress();
     if (!code.isEmpty() && mayReplace(standing, code))
-        m_zip->setText(code);
+        fillCode(code);
     m_address->setModified(false);
 }
 

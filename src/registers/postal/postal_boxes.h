@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+class QAbstractButton;
 class QLineEdit;
 
 namespace ui
@@ -17,7 +18,8 @@ class Workspace;
 namespace registers
 {
 
-/// Helps to fill in the two boxes 郵便番号 and 住所1 of a register from each other. Lives as long as \a zip.
+/// Helps to fill in the two boxes 郵便番号 and 住所1 of a register from each other. Lives as long as the
+/// first. F4 in the boxes searches the address in the window of the postal codes.
 ///
 /// Leaving 郵便番号 with a complete code just typed, while 住所1 is empty, fills in the area's address, or
 /// lists the areas to choose from when the code has several. An address that stands there is never touched.
@@ -26,7 +28,15 @@ class PostalBoxes : public QObject
     Q_OBJECT
 
 public:
-    PostalBoxes(workspace::Workspace &workspace, QLineEdit *zip, QLineEdit *address);
+    struct Controls
+    {
+        QLineEdit *zip;
+        QLineEdit *address;
+        /// Remarks that a code that was looked up is the one of a whole city, and opens the window as F4
+        /// does. Hidden at other times.
+        QAbstractButton *remark;
+    };
+    PostalBoxes(workspace::Workspace &workspace, const Controls &controls);
 
     /// From now on leaving 住所1 fills in its code where there is none. After its text was changed another
     /// code that stands there is asked about: it may well be the right one, which an office or a part of a
@@ -42,8 +52,11 @@ public:
     /// What the register's button 郵便番号 does: fills in the code of 住所1, or opens the search window on it
     /// when the address alone does not say.
     void lookUp();
+    /// Opens the search window on 住所1; the code that is chosen there is filled in.
+    void searchInWindow();
 
 private:
+    void fillCode(const QString &code);
     void fillEmptyCode();
     void addressLeft();
     void zipLeft();
@@ -56,6 +69,7 @@ private:
     workspace::Workspace &m_workspace;
     QLineEdit *m_zip;
     QLineEdit *m_address;
+    QAbstractButton *m_remark;
     ui::LeaveWatch *m_zipWatch;
     ui::LeaveWatch *m_addressWatch = nullptr; // where leaving 住所1 looks its code up
 };

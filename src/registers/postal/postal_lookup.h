@@ -45,7 +45,7 @@ base::Result<PostalFinds> searchOffices(const PostalData &data, const QString &t
                                         const base::Progress &progress);
 
 /// "NNN-NNNN" when \a typed is a complete postal code: seven digits in full or half width, with a hyphen
-/// after the third or without.
+/// after the third or without, behind 〒 or not.
 std::optional<QString> completePostalCode(const QString &typed);
 
 /// The addresses of the areas that have the code \a code ("NNN-NNNN"), each once, as "ZipCode1.txt" has them.
@@ -53,6 +53,9 @@ base::Result<QStringList> addressesOf(const PostalData &data, const QString &cod
 
 /// Whether an area has both codes; a large town has several, and the address alone does not tell which.
 bool shareAnArea(const PostalData &data, const QString &code, const QString &otherCode);
+
+/// Whether an area that has \a code is a whole city: the code of all that has none of its own there.
+bool isOfWholeCity(const PostalData &data, const QString &code);
 
 /// Whether \a code stands for the rest of a city in which \a standing lies: it says less then. A code that
 /// no area has, as an office has one of its own, may lie anywhere.

@@ -1,5 +1,7 @@
 #include "registers/postal/postal_spellings.h"
 
+#include "registers/postal/postal_characters.h"
+
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -14,8 +16,6 @@ namespace
 
 // A name with several such places would otherwise get hundreds of spellings.
 constexpr qsizetype mostSpellings = 24;
-
-bool isKanji(QChar c) { return (c >= u'一' && c <= u'\u9fff') || c == u'々'; }
 
 bool isKatakana(QChar c) { return c >= u'ァ' && c <= u'ー' && c != u'ヶ' && c != u'ヵ'; }
 
@@ -58,20 +58,6 @@ void widen(QStringList &all, bool (*matches)(const QString &, qsizetype), QStrin
 
 // --- Forms of a character ---
 
-struct Forms
-{
-    char16_t old;
-    char16_t modern;
-};
-
-// Either form is met where the list has the other.
-constexpr auto bothWays = std::to_array<Forms>(
-    {{u'龍', u'竜'}, {u'檜', u'桧'}, {u'曾', u'曽'}, {u'舘', u'館'}, {u'冨', u'富'}, {u'嶋', u'島'},
-     {u'槇', u'槙'}, {u'籠', u'篭'}, {u'藪', u'薮'}, {u'祇', u'祗'}, {u'諫', u'諌'}, {u'條', u'条'},
-     {u'澤', u'沢'}, {u'瀧', u'滝'}, {u'嶽', u'岳'}, {u'濱', u'浜'}, {u'櫻', u'桜'}, {u'廣', u'広'},
-     {u'國', u'国'}, {u'邊', u'辺'}, {u'鹽', u'塩'}, {u'萬', u'万'}, {u'壽', u'寿'}, {u'驛', u'駅'},
-     {u'髙', u'高'}, {u'﨑', u'崎'}, {u'德', u'徳'}, {u'蘆', u'芦'}, {u'礒', u'磯'}, {u'溪', u'渓'}});
-
 // From the modern form the old one is tried only where the character is rare: half of all places have an 島.
 constexpr QStringView rareModern = u"竜桧曽館槙篭薮祗諌芦";
 
@@ -81,7 +67,7 @@ void widenForms(QStringList &all)
     for (const QString &text : before) {
         QString modern = text;
         QString old = text;
-        for (const Forms &forms : bothWays) {
+        for (const KanjiForms &forms : kanjiForms) {
             modern.replace(QChar(forms.old), QChar(forms.modern));
             if (rareModern.contains(QChar(forms.modern)))
                 old.replace(QChar(forms.modern), QChar(forms.old));
@@ -95,28 +81,6 @@ void widenForms(QStringList &all)
 // --- Numbers ---
 
 constexpr QStringView kanjiDigits = u"〇一二三四五六七八九";
-
-// What a number is followed by where it is one, and not a part of a name such as 三鷹.
-bool countsAfter(QStringView rest)
-{
-    return !rest.isEmpty() && QStringView(u"条丁番号線区地").contains(rest.front());
-}
-
-// 二十一 → 21; with neither 十 nor 百, digit by digit.
-int valueOf(QStringView kanji)
-{
-    int sum = 0;
-    int digit = 0;
-    for (const QChar c : kanji) {
-        if (c == u'十' || c == u'百') {
-            sum += std::max(digit, 1) * (c == u'十' ? 10 : 100);
-            digit = 0;
-        } else {
-            digit = digit * 10 + static_cast<int>(kanjiDigits.indexOf(c));
-        }
-    }
-    return sum + digit;
-}
 
 QString inKanji(int value)
 {
@@ -150,7 +114,7 @@ QString withNumbers(const QString &s, QStringView digits, bool counted,
         const QStringView run = QStringView(s).sliced(i, end - i);
         if (run.isEmpty())
             text += s[i++];
-        else if (counted && !countsAfter(QStringView(s).sliced(end)))
+        else if (counted && !countsBefore(QStringView(s).sliced(end)))
             text += run;
         else
             text += write(run);
@@ -172,7 +136,7 @@ void widenNumbers(QStringList &all)
     const QStringList before = all;
     for (const QString &text : before) {
         const auto fromKanji = [](char16_t zero) {
-            return [zero](QStringView run) { return inDigits(valueOf(run), zero); };
+            return [zero](QStringView run) { return inDigits(valueOfKanji(run), zero); };
         };
         const QStringList others = {
             withNumbers(text, kanji, true, fromKanji(u'0')),

@@ -129,6 +129,29 @@ void TestPostalNational::hardOnes_data()
     row(u"札幌市北区北１０条西３丁目", u"001-0010");
     row(u"ニセコ町字富士見47", u"048-1501");
     row(u"北海道虻田郡ニセコ町大字富士見47", u"048-1501");
+    row(u"東京都杉並区阿佐ケ谷南1-15-1", u"166-0004");
+    row(u"杉並区阿佐が谷南１丁目", u"166-0004");
+    row(u"東京都大田区雪ガ谷大塚町1", u"145-0067");
+    row(u"東京都新宿区四ッ谷1-1", u"160-0004");
+    row(u"新宿区四ツ谷1-1", u"160-0004");
+    row(u"東京都千代田区麴町1-1", u"102-0083");
+    row(u"渋谷区恵比須1-1", u"150-0013");
+    row(u"宮城県塩釜市本町1-1", u"985-0052");
+    row(u"宮城県鹽竈市本町1-1", u"985-0052");
+    row(u"高知県高岡郡梼原町太郎川", u"785-0621");
+    row(u"福岡県糟屋郡須恵町須恵771", u"811-2113");
+    row(u"千葉県鎌ガ谷市中央1", u"273-0124");
+    row(u"横浜市保土ガ谷区岩間町1-1", u"240-0004");
+    row(u"東京都　杉並区　阿佐ヶ谷南　1-15-1", u"166-0004");
+    // 字 behind the name of what was a town once
+    row(u"宮城県登米市迫町字佐沼1", u"987-0511");
+    row(u"岩手県奥州市水沢字大町1", u"023-0045");
+    row(u"岩手県奥州市江刺字岩谷堂1-2", u"023-1101");
+    row(u"福島県伊達市保原町字大泉1", u"960-0634");
+    // Wards that were divided anew
+    row(u"静岡県浜松市中央区板屋町100", u"430-0928");
+    row(u"浜松市中央区鍛冶町1-1", u"430-0933");
+    row(u"浜松市浜名区細江町気賀1", u"431-1305");
     // Cities whose names hold others, or that towns hold
     row(u"滋賀県草津市草津1", u"525-0034");
     row(u"草津市草津1", u"525-0034");
@@ -165,6 +188,8 @@ void TestPostalNational::hardOnes_data()
     // A village that has become a town, and another town of its name in another prefecture
     row(u"福岡県筑紫郡那珂川町西隈1-1", u"");
     row(u"東京都筑紫郡 那珂川町片縄1", u"");
+    row(u"筑紫郡那珂川町西隈1-1", u"");
+    row(u"埼玉県大宮市桜木町1", u"");
 }
 
 void TestPostalNational::hardOnes()

@@ -36,9 +36,9 @@ void writeFiles(const FreshShop &shop)
                                        {"3812200", u"長野県長野市能登"_s},
                                        {"3812200", u"長野県長野市能登町"_s}}}});
     PostalFiles::writeEntries(folder, u"ZipCode1.txt"_s,
-                              {u"100-0013  霞が関"_s, u"380-0823  長野県長野市南千歳"_s,
-                               u"380-0899  長野県長野市南千歳"_s, u"381-2200  長野県長野市能登"_s,
-                               u"381-2200  長野県長野市能登町"_s});
+                              {u"100-0013  霞が関"_s, u"380-0000  長野県長野市"_s,
+                               u"380-0823  長野県長野市南千歳"_s, u"380-0899  長野県長野市南千歳"_s,
+                               u"381-2200  長野県長野市能登"_s, u"381-2200  長野県長野市能登町"_s});
     PostalFiles::writeEntries(folder, u"ZIPCODE2.txt"_s, {u"380-8570 長野県庁"_s, u"100-8111 宮内庁"_s});
 }
 
@@ -93,12 +93,13 @@ struct Boxes : ScreenDriver
         writeFiles(shop);
         loadIndex(shop);
         auto *layout = new QVBoxLayout(&window);
-        for (QLineEdit *edit : {zip, address, other})
+        for (QWidget *edit : std::initializer_list<QWidget *>{zip, address, other, remark})
             layout->addWidget(edit);
+        remark->hide();
         zip->setObjectName(u"zip"_s);
         address->setObjectName(u"address"_s);
         other->setObjectName(u"other"_s);
-        boxes = new registers::PostalBoxes(shop.workspace, zip, address);
+        boxes = new registers::PostalBoxes(shop.workspace, {zip, address, remark});
         boxes->fillOnLeavingAddress();
         show();
         zip->setFocus();
@@ -116,6 +117,7 @@ struct Boxes : ScreenDriver
     QLineEdit *zip = new QLineEdit(&window);
     QLineEdit *address = new QLineEdit(&window);
     QLineEdit *other = new QLineEdit(&window);
+    QPushButton *remark = new QPushButton(&window);
     registers::PostalBoxes *boxes = nullptr;
 };
 
@@ -299,6 +301,37 @@ private slots:
         QCOMPARE(b.address->text(), u"長野県長野市南千歳1-2"_s);
         b.enter("zip", u"3800824"_s);
         QCOMPARE(b.address->text(), u"長野県長野市南千歳1-2"_s);
+    }
+
+    void aCitysOwnCodeIsRemarkedOn()
+    {
+        Boxes b;
+        b.enter("address", u"長野県長野市稲葉1"_s);
+        QCOMPARE(b.zip->text(), u"380-0000"_s);
+        QVERIFY(b.remark->isVisible());
+        b.boxes->forget();
+        QVERIFY(!b.remark->isVisible());
+
+        b.zip->clear();
+        b.enter("address", u"長野県長野市字南千歳1"_s);
+        QCOMPARE(b.zip->text(), u"380-0823"_s);
+        QVERIFY(!b.remark->isVisible());
+    }
+
+    void f4SearchesTheAddressInTheWindow()
+    {
+        Boxes b;
+        b.type("address", u"長野県長野市能登町1"_s);
+        QTimer::singleShot(0, this, [] {
+            auto *window = qobject_cast<registers::ZipCodeConv *>(QApplication::activeModalWidget());
+            QVERIFY(window);
+            auto *lines = window->findChild<QListWidget *>(u"List2"_s);
+            QTRY_COMPARE(lines->count(), 3);
+            QTest::keyClick(lines, Qt::Key_Return);
+        });
+        QTest::keyClick(b.address, Qt::Key_F4);
+        QCOMPARE(b.zip->text(), u"381-2200"_s);
+        QVERIFY(!b.remark->isVisible());
     }
 
     void severalTownsAreOfferedAsAList()
