@@ -101,6 +101,7 @@ void Recordset::show(KeySet keys, int current)
     m_keys = std::move(keys);
     m_rows.reset(m_query);
     m_edits.clear();
+    m_newRow = {};
     m_current = std::min(current, count() - 1);
     endResetModel();
     goOnReading(0);
@@ -300,13 +301,15 @@ void Recordset::setCurrent(int row)
     m_edits.clear();
     m_current = row;
     emit currentRowChanged(row);
+    dropLeftRow();
 }
 
 void Recordset::refresh()
 {
     if (m_current < 0)
         return;
-    m_rows.refresh(currentKey());
+    if (!isNewRow())
+        m_rows.refresh(currentKey());
     rowChanged(m_current);
     emit currentRowChanged(m_current);
 }
@@ -324,6 +327,8 @@ QVariant Recordset::stored(int row, int column) const
 const RowCache::Row &Recordset::rowAt(int row) const
 {
     const qint64 key = keyAt(row);
+    if (key == newRowKey)
+        return m_newRow;
     if (!m_rows.has(key)) {
         QVariantList keys;
         const int first = row - row % RowCache::blockSize;

@@ -11,6 +11,7 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <limits>
 
 namespace db
 {
@@ -112,7 +113,7 @@ public:
     [[nodiscard]] base::Result<std::vector<Difference>> differences() const;
 
     /// Drops the edits of the current row.
-    void revert();
+    void revert() override;
 
     /// Appends a row with the next free key and \a values, saved at once; it becomes the current one.
     /// \return its key. Only for a table whose keys the program gives out.
@@ -120,6 +121,14 @@ public:
 
     /// Appends a row of a table whose keys the database gives out, saved at once; it becomes the current one.
     base::Status append(const QVariantMap &values);
+
+    /// Shows one more row at the end, with \a values, that is not in the file: it becomes the current one,
+    /// after the edits of the present one were settled. update() stores it once something was typed into it;
+    /// without that it goes when it is left, as it does with revert() and remove(). For a table whose keys
+    /// the database gives out.
+    base::Status beginRow(const QVariantMap &values);
+    /// Whether the current row is not in the file yet.
+    [[nodiscard]] bool isNewRow() const;
 
     /// Deletes the current row from the table, after \a before, which is done in the same transaction. The
     /// next row becomes the current one, or the last one.
@@ -171,6 +180,9 @@ private:
         QList<QMetaType::Type> types;
     };
 
+    // Of the row that is not in the file yet. No row that is has it: SQLite counts up from 1.
+    static constexpr qint64 newRowKey = std::numeric_limits<qint64>::min();
+
     // "?, ?, ?"
     static QString placeholders(qsizetype count);
 
@@ -191,7 +203,9 @@ private:
     [[nodiscard]] base::Result<QVariantList> readCurrent() const;
     [[nodiscard]] QString versionAsRead(QVariantList &values) const;
     base::Status insert(const QVariantMap &values);
+    base::Status insertNewRow();
     base::Status write();
+    void dropLeftRow();
     void written();
     void setCurrent(int row);
     void rowChanged(int row);
@@ -208,6 +222,9 @@ private:
     QTimer m_reading; // until all keys are known
     int m_current = -1;
     QHash<int, QVariant> m_edits; // by column
+    QVariantMap m_newValues;      // of the row that is not in the file yet
+    RowCache::Row m_newRow;       // the same as a row, read where there is one
+    qint64 m_newKey = 0;          // under which it was stored
     Step m_saver;
     Step m_leaving;
     QStringList m_editable;

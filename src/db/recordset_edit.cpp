@@ -103,6 +103,8 @@ base::Status Recordset::updateWith(Recordset &other, const Step &before)
 // The edits into the file, inside the transaction of the caller.
 base::Status Recordset::write()
 {
+    if (isNewRow())
+        return insertNewRow();
     if (m_rows.has(currentKey()) && !m_rows.at(currentKey()).isRead) {
         refresh();
         return base::Error{
@@ -152,6 +154,11 @@ QString Recordset::versionAsRead(QVariantList &values) const
 void Recordset::written()
 {
     m_edits.clear();
+    if (isNewRow()) {
+        m_newRow = {};
+        m_keys.remove(m_current);
+        m_keys.append(m_newKey);
+    }
     refresh();
 }
 
@@ -171,6 +178,8 @@ base::Result<QVariantList> Recordset::readCurrent() const
 
 base::Status Recordset::checkAsRead() const
 {
+    if (isNewRow())
+        return {};
     const auto now = readCurrent();
     if (!now)
         return now.error();
@@ -183,6 +192,8 @@ base::Status Recordset::checkAsRead() const
 
 base::Result<std::vector<Recordset::Difference>> Recordset::differences() const
 {
+    if (isNewRow())
+        return std::vector<Difference>();
     const auto now = readCurrent();
     if (!now)
         return now.error();
@@ -198,11 +209,15 @@ base::Result<std::vector<Recordset::Difference>> Recordset::differences() const
 
 void Recordset::revert()
 {
-    if (!isDirty())
+    if (isNewRow()) {
+        removed();
+    } else if (isDirty()) {
+        m_edits.clear();
+        rowChanged(m_current);
+        emit currentRowChanged(m_current);
+    } else {
         return;
-    m_edits.clear();
-    rowChanged(m_current);
-    emit currentRowChanged(m_current);
+    }
     emit edited();
 }
 
@@ -270,6 +285,10 @@ base::Status Recordset::remove(const Step &before)
 {
     if (m_current < 0)
         return {};
+    if (isNewRow()) {
+        removed();
+        return {};
+    }
     bool isThere = true;
     const base::Status done = atomically(m_connection, [&]() -> base::Status {
         if (const base::Status same = checkAsRead(); !same) {
@@ -298,6 +317,8 @@ void Recordset::removed()
     m_edits.clear();
     // Grids move off the row that goes; nothing of it is to be settled any more.
     Step leaving = std::exchange(m_leaving, {});
+    if (isNewRow())
+        m_newRow = {};
     beginRemoveRows({}, row, row);
     m_rows.forget(keyAt(row));
     m_keys.remove(row);
@@ -305,6 +326,55 @@ void Recordset::removed()
     endRemoveRows();
     m_leaving = std::move(leaving);
     emit currentRowChanged(m_current);
+}
+
+// --- A row that is not in the file yet ---
+
+bool Recordset::isNewRow() const { return m_current >= 0 && keyAt(m_current) == newRowKey; }
+
+base::Status Recordset::beginRow(const QVariantMap &values)
+{
+    if (isNewRow() && !isDirty())
+        return {};
+    if (const base::Status read = readAll(); !read)
+        return read;
+    if (const base::Status settled = settle(); !settled)
+        return settled;
+    m_newValues = values;
+    m_newRow = {{}, true};
+    for (const QString &column : std::as_const(m_columns))
+        m_newRow.values << values.value(column);
+    const int row = count();
+    beginInsertRows({}, row, row);
+    m_keys.append(newRowKey);
+    endInsertRows();
+    setCurrent(row);
+    return {};
+}
+
+base::Status Recordset::insertNewRow()
+{
+    QVariantMap values = m_newValues;
+    for (auto edit = m_edits.cbegin(); edit != m_edits.cend(); ++edit)
+        values.insert(m_columns.at(edit.key()), edit.value());
+    if (const base::Status inserted = insert(values); !inserted)
+        return inserted;
+    const auto key = m_connection.integers(u"SELECT last_insert_rowid()"_s);
+    if (key)
+        m_newKey = key->front();
+    return key.status();
+}
+
+// Nothing was typed into it, or what was is not wanted.
+void Recordset::dropLeftRow()
+{
+    const int last = count() - 1;
+    if (!m_newRow.isRead || last == m_current)
+        return;
+    m_newRow = {};
+    beginRemoveRows({}, last, last);
+    m_keys.remove(last);
+    endRemoveRows();
 }
 
 } // namespace db

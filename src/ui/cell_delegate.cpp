@@ -104,6 +104,11 @@ bool CellDelegate::eventFilter(QObject *editor, QEvent *event)
         return false;
     if (event->type() != QEvent::KeyPress)
         return QStyledItemDelegate::eventFilter(editor, event);
+    // The view would have the model take back all edits of the row.
+    if (static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+        giveUp();
+        return true;
+    }
     const bool entered = isEnter(*static_cast<QKeyEvent *>(event));
     if (!entered && !leadsOn(static_cast<QKeyEvent *>(event)->key()))
         return QStyledItemDelegate::eventFilter(editor, event);
@@ -135,6 +140,12 @@ bool CellDelegate::settle()
         return false;
     emit closeEditor(m_editor, NoHint);
     return true;
+}
+
+void CellDelegate::giveUp()
+{
+    if (m_editor && !m_editor->isHidden())
+        emit closeEditor(m_editor, NoHint);
 }
 
 void CellDelegate::moveOn()

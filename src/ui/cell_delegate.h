@@ -23,6 +23,8 @@ public:
     /// Takes what stands in the open cell and closes it, as before an action that works on what was entered.
     /// \return whether it was taken, or no cell is open
     bool settle();
+    /// Closes the open cell, and what stands in it is not taken.
+    void giveUp();
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;

@@ -198,7 +198,7 @@ void Grid::reachFor(CursorAction action, Qt::KeyboardModifiers modifiers)
         m_recordset->reach(row - page);
     else if (byControl && (action == MoveHome || action == MoveEnd))
         moved = action == MoveHome ? m_recordset->moveFirst() : m_recordset->moveLast();
-    if (!moved && m_refused)
+    if (!moved && m_refused && !moved.error().text.isEmpty())
         m_refused(moved.error().text);
 }
 

@@ -1,6 +1,7 @@
 #include "slips/correction/correction_grids.h"
 
 #include "book/counterpart_name.h"
+#include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
 #include "ui/grid.h"
 
@@ -18,8 +19,8 @@ namespace
 {
 
 const QList<ui::GridColumn> headerColumns{{u"日付"_s, 10},   {u"伝票番号"_s, 14}, {u"相手先ID"_s, 36},
-                                          {u"社員ID"_s, 14}, {u"消費税率"_s, 8},  {u"備考"_s, 36},
-                                          {u"摘要"_s, 36}};
+                                          {u"社員ID"_s, 14}, {u"消費税率"_s, 8},  {u"内税"_s, 6},
+                                          {u"備考"_s, 36},   {u"摘要"_s, 36}};
 const QList<ui::GridColumn> goodsColumns{{u"商品名"_s, 40}, {u"規格"_s, 20}, {u"数量"_s, 10},
                                          {u"単位"_s, 8},    {u"単価"_s, 12}, {u"金額"_s, 14}};
 const QList<ui::GridColumn> moneyColumns{{u"商品名"_s, 30}, {u"規格"_s, 24}, {u"金額"_s, 16}};
@@ -89,7 +90,11 @@ void showHeadersIn(ui::Grid &grid, db::Recordset &headers, db::Connection &conne
     headers.setNames(u"相手先ID"_s, [names](qint64 id) { return names->nameOf(id); });
     headers.setNames(u"社員ID"_s,
                      [employees](qint64 id) { return employees.value(id, book::deletedEmployeeName(id)); });
-    grid.setColumns(headerColumns);
+    headers.setNames(u"内税"_s, {{0, u"外税"_s}, {1, u"内税"_s}});
+    QList<ui::GridColumn> shown = headerColumns;
+    if (!isTaxed(kind))
+        shown.removeIf([](const ui::GridColumn &column) { return column.column == u"内税"; });
+    grid.setColumns(shown);
     grid.bind(headers, std::move(refused));
 }
 

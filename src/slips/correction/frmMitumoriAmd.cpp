@@ -18,6 +18,9 @@ frmMitumoriAmd::frmMitumoriAmd(workspace::Workspace &workspace, QWidget *parent)
                             .reprints = true})
 {}
 
-void frmMitumoriAmd::reprint(qint64 id) { printEstimate(workspace(), this, {.slipId = id, .memo = memo()}); }
+void frmMitumoriAmd::reprint(qint64 id)
+{
+    printEstimate(workspace(), this, {.slipId = id, .inclusive = knownInclusive(), .memo = memo()});
+}
 
 } // namespace slips

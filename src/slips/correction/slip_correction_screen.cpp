@@ -1,13 +1,13 @@
 #include "slips/correction/slip_correction_screen.h"
 
 #include "book/counterpart_name.h"
-#include "book/slip_store.h"
 #include "book/tax.h"
 #include "masters/name_lists.h"
+#include "slips/correction/correction_cells.h"
 #include "slips/correction/correction_grids.h"
+#include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
 #include "slips/entry/counterpart_box.h"
-#include "ui/both_versions.h"
 #include "ui/cell_delegate.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -26,9 +26,7 @@ SlipCorrectionScreen::SlipCorrectionScreen(workspace::Workspace &workspace, QWid
     : Screen(workspace, parent)
     , m_description(description)
     , m_ui(std::make_unique<Ui::CorrectionForm>())
-    , m_headers(workspace.connection)
-    , m_lines(workspace.connection)
-    , m_counterpart(workspace.connection)
+    , m_slip(workspace.connection, description.kind, description.search, this)
 {
     m_ui->setupUi(this);
     setCaptions();
@@ -74,16 +72,13 @@ void SlipCorrectionScreen::setCaptions()
 void SlipCorrectionScreen::setUpGrids()
 {
     const book::SlipKind kind = m_description.kind;
-    const auto refused = [this](const QString &reason) { ui::prompts::inform(this, reason); };
-    makeHeadersEditable(m_headers, workspace().connection, kind);
-    m_headers.setSaver([this] { return save(); });
-    m_headers.setLeaving([this] { return m_lines.isDirty() ? save() : base::Status(); });
+    const auto refused = [this](const QString &reason) { tell(base::Error{reason}); };
+    makeHeadersEditable(m_slip.headers, workspace().connection, kind);
     m_headerCells = new ui::CellDelegate(m_ui->DataGrid1);
-    showHeadersIn(*m_ui->DataGrid1, m_headers, workspace().connection, kind, employeeNames(), refused);
-    makeLinesEditable(m_lines);
-    m_lines.setSaver([this] { return save(); });
+    showHeadersIn(*m_ui->DataGrid1, m_slip.headers, workspace().connection, kind, employeeNames(), refused);
+    makeLinesEditable(m_slip.lines);
     m_lineCells = new ui::CellDelegate(m_ui->dgdSub);
-    showLinesIn(*m_ui->dgdSub, m_lines, kind, refused);
+    showLinesIn(*m_ui->dgdSub, m_slip.lines, kind, refused);
 }
 
 void SlipCorrectionScreen::connectControls()
@@ -94,13 +89,14 @@ void SlipCorrectionScreen::connectControls()
     press(m_ui->Command1, &SlipCorrectionScreen::search);
     press(m_ui->cmdAll, &SlipCorrectionScreen::showAll);
     press(m_ui->Command3, &SlipCorrectionScreen::update);
+    connect(m_ui->cmdUndo, &QPushButton::clicked, this, &SlipCorrectionScreen::takeBack);
     press(m_ui->cmdMasterCancel, &SlipCorrectionScreen::deleteSlip);
     press(m_ui->cmdLineAdd, &SlipCorrectionScreen::addLine);
     press(m_ui->cmdLineDelete, &SlipCorrectionScreen::deleteLine);
     press(m_ui->cmdClose, &SlipCorrectionScreen::closeOpenSlip);
     press(m_ui->Command2, &SlipCorrectionScreen::print);
     connect(m_ui->dbcShain, &QComboBox::activated, this, [this](int index) {
-        m_headers.setValue(u"社員ID"_s, m_ui->dbcShain->itemData(index).toLongLong());
+        m_slip.headers.setValue(u"社員ID"_s, m_ui->dbcShain->itemData(index).toLongLong());
     });
     const auto box = [this](QLineEdit *edit, const QString &column) {
         connect(edit, &QLineEdit::editingFinished, this, [this, edit, column] { editHeader(column, edit); });
@@ -113,13 +109,13 @@ void SlipCorrectionScreen::connectControls()
     connect(new QShortcut(Qt::Key_Insert, m_ui->dgdSub, nullptr, nullptr, Qt::WidgetShortcut),
             &QShortcut::activated, this, &SlipCorrectionScreen::addLine);
 
-    connect(&m_headers, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showSlip);
-    connect(&m_headers, &db::Recordset::extended, this, &SlipCorrectionScreen::showCount);
-    connect(&m_headers, &db::Recordset::edited, this, &SlipCorrectionScreen::showHeader);
-    connect(&m_headers, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
-    connect(&m_lines, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showRemarks);
-    connect(&m_lines, &db::Recordset::edited, this, &SlipCorrectionScreen::showRemarks);
-    connect(&m_lines, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
+    connect(&m_slip.headers, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showSlip);
+    connect(&m_slip.headers, &db::Recordset::extended, this, &SlipCorrectionScreen::showCount);
+    connect(&m_slip.headers, &db::Recordset::edited, this, &SlipCorrectionScreen::showHeader);
+    connect(&m_slip.headers, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
+    connect(&m_slip.lines, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showRemarks);
+    connect(&m_slip.lines, &db::Recordset::edited, this, &SlipCorrectionScreen::showRemarks);
+    connect(&m_slip.lines, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
     // Changing the shown slip's counterpart brings up who that is.
     connect(m_ui->Text4, &QLineEdit::textChanged, this, &SlipCorrectionScreen::showCounterpart);
 }
@@ -147,15 +143,15 @@ QHash<qint64, QString> SlipCorrectionScreen::employeeNames() const
 
 void SlipCorrectionScreen::showAll()
 {
-    if (!saved())
+    if (!mayLeave())
         return;
-    const qint64 shown = std::exchange(m_shown, -1);
-    if (!tell(openSlips(m_headers, m_description.kind))) {
-        m_shown = shown;
+    const qint64 shown = m_slip.forgetLines();
+    if (!tell(openSlips(m_slip.headers, m_description.kind))) {
+        (void)m_slip.forgetLines(shown);
         return;
     }
     // What is corrected is nearly always one of the last slips.
-    (void)m_headers.moveLast();
+    (void)m_slip.headers.moveLast();
     m_ui->dbcNouhin->clear();
     m_ui->DataGrid1->setFocus();
 }
@@ -176,12 +172,12 @@ void SlipCorrectionScreen::search()
 
 void SlipCorrectionScreen::narrowTo(book::CounterpartKey counterpart)
 {
-    if (!saved())
+    if (!mayLeave())
         return;
-    const qint64 shown = std::exchange(m_shown, -1);
-    const auto any = openSlipsOf(m_headers, m_description.kind, counterpart);
+    const qint64 shown = m_slip.forgetLines();
+    const auto any = openSlipsOf(m_slip.headers, m_description.kind, counterpart);
     if (!any || !*any)
-        m_shown = shown;
+        (void)m_slip.forgetLines(shown);
     if (!any) {
         tell(any.error());
         return;
@@ -191,15 +187,15 @@ void SlipCorrectionScreen::narrowTo(book::CounterpartKey counterpart)
         m_ui->dbcNouhin->setFocus();
         return;
     }
-    (void)m_headers.moveLast();
+    (void)m_slip.headers.moveLast();
     m_ui->DataGrid1->setFocus();
 }
 
 bool SlipCorrectionScreen::openSlip(qint64 id)
 {
-    if (!tell(m_headers.moveToKey(id)))
+    if (!tell(m_slip.headers.moveToKey(id)))
         return false;
-    if (m_headers.currentKey() == id) {
+    if (m_slip.headers.currentKey() == id) {
         m_ui->dgdSub->setFocus();
         return true;
     }
@@ -211,61 +207,57 @@ bool SlipCorrectionScreen::openSlip(qint64 id)
 
 void SlipCorrectionScreen::showSlip()
 {
-    const qint64 id = m_headers.currentKey();
-    const bool any = m_headers.currentRow() >= 0;
+    const bool any = m_slip.headers.currentRow() >= 0;
     const std::initializer_list<QWidget *> needed{
         m_ui->Frame2,        m_ui->Command3, m_ui->cmdMasterCancel, m_ui->cmdLineAdd,
         m_ui->cmdLineDelete, m_ui->Check2,   m_ui->Command2};
     for (QWidget *control : needed)
         control->setEnabled(any);
     // The same slip was only saved or read anew: its lines, and the place among them, stay.
-    if (id != m_shown)
-        tell(openLines(m_lines, id));
-    m_shown = id;
+    const auto opened = m_slip.openLines();
+    tell(opened.status());
     showCount();
     showHeader();
+    if (!opened || *opened)
+        m_slip.acceptTax();
 }
 
 // A slip has its number among the others once all are known.
 void SlipCorrectionScreen::showCount()
 {
-    const int count = m_headers.count();
-    if (m_headers.currentRow() < 0)
+    const int count = m_slip.headers.count();
+    if (m_slip.headers.currentRow() < 0)
         m_ui->lblCount->setText(u"伝票はありません。"_s);
-    else if (m_headers.isComplete())
-        m_ui->lblCount->setText(u"%1 / %2 枚"_s.arg(m_headers.currentRow() + 1).arg(count));
+    else if (m_slip.headers.isComplete())
+        m_ui->lblCount->setText(u"%1 / %2 枚"_s.arg(m_slip.headers.currentRow() + 1).arg(count));
     else
         m_ui->lblCount->setText(u"%1 枚以上"_s.arg(count));
 }
 
 void SlipCorrectionScreen::showHeader()
 {
-    m_ui->txtDenNo->setText(m_headers.text(u"伝票番号"_s));
+    m_ui->txtDenNo->setText(m_slip.headers.text(u"伝票番号"_s));
     m_ui->txtDate->setText(headerCell(u"日付"_s).data().toString());
-    const int employee = m_ui->dbcShain->findData(m_headers.value(u"社員ID"_s).toLongLong());
+    const int employee = m_ui->dbcShain->findData(m_slip.headers.value(u"社員ID"_s).toLongLong());
     m_ui->dbcShain->setPlaceholderText(employee < 0 ? headerCell(u"社員ID"_s).data().toString() : QString());
     m_ui->dbcShain->setCurrentIndex(employee);
-    m_ui->Text4->setText(m_headers.text(u"相手先ID"_s));
+    m_ui->Text4->setText(m_slip.headers.text(u"相手先ID"_s));
     // Without a counterpart the box above is as empty as without a slip.
-    if (m_counterpart.isEmpty())
-        m_ui->txtNouhinsaki1->setText(
-            m_headers.currentRow() < 0 ? QString() : book::unknownCounterpartName(counterpart()));
+    if (m_slip.counterpart.isEmpty())
+        m_ui->txtNouhinsaki1->setText(m_slip.headers.currentRow() < 0
+                                          ? QString()
+                                          : book::unknownCounterpartName(m_slip.counterpartKey()));
     showRemarks();
-}
-
-book::CounterpartKey SlipCorrectionScreen::counterpart() const
-{
-    const QVariant key = m_headers.value(u"相手先ID"_s);
-    return key.isNull() ? book::CounterpartKey() : book::CounterpartKey(key.toLongLong());
 }
 
 void SlipCorrectionScreen::showCounterpart()
 {
-    tell(book::openCounterpart(m_counterpart, m_description.search, m_ui->Text4->text().toLongLong()));
+    tell(m_slip.openCounterpart(m_ui->Text4->text().toLongLong()));
     const QString party = QString::fromUtf16(m_description.party);
-    m_ui->Text2->setText(m_counterpart.isEmpty() ? QString() : QString::number(m_counterpart.currentKey()));
+    m_ui->Text2->setText(m_slip.counterpart.isEmpty() ? QString()
+                                                      : QString::number(m_slip.counterpart.currentKey()));
     const auto show = [this](QLineEdit *box, const QString &column) {
-        box->setText(m_counterpart.text(column));
+        box->setText(m_slip.counterpart.text(column));
         box->setCursorPosition(0);
     };
     show(m_ui->txtNouhinsaki1, party + u"名1"_s);
@@ -276,48 +268,35 @@ void SlipCorrectionScreen::showCounterpart()
     show(m_ui->txtAddress2, u"住所2"_s);
     show(m_ui->txtTel, u"TEL1"_s);
     show(m_ui->txtTaxK, u"消費税区分"_s);
-    m_ui->lblTaxClass->setText(m_counterpart.isEmpty() ? QString()
-                                                       : nameOf(book::taxClassFrom(m_ui->txtTaxK->text())));
+    m_ui->lblTaxClass->setText(
+        m_slip.counterpart.isEmpty() ? QString() : nameOf(book::taxClassFrom(m_ui->txtTaxK->text())));
 }
 
 void SlipCorrectionScreen::showRemarks()
 {
-    const std::vector<book::SlipLine> lines = linesIn(m_lines);
-    QStringList remarks;
-    if (m_headers.isDirty() || m_lines.isDirty())
-        remarks << u"変更があります。行を移るか「更新」で保存します。"_s;
-    if (m_lines.currentRow() >= 0)
-        remarks << amountRemark(lines.at(static_cast<std::size_t>(m_lines.currentRow())));
-    // A deleted counterpart's class is not known.
-    if (!m_counterpart.isEmpty()) {
-        remarks << taxRemark(lines, m_headers.value(u"消費税率"_s).toDouble(), taxClass());
-        remarks << leftOpenRemark(m_headers, lines, m_description.kind, taxClass());
-    }
-    m_ui->cmdClose->setEnabled(isLeftOpen(m_headers) && !m_counterpart.isEmpty());
-    remarks.removeAll(QString());
-    m_ui->lblMessage->setText(remarks.join(u'\n'));
-    m_ui->lblTotal->setText(m_headers.currentRow() >= 0 ? totalRemark(lines) : QString());
+    m_ui->cmdClose->setEnabled(m_slip.canBeClosed());
+    m_ui->cmdUndo->setEnabled(m_slip.canTakeBack());
+    m_ui->lblMessage->setText(m_slip.remarks().join(u'\n'));
+    m_ui->lblTotal->setText(m_slip.headers.currentRow() >= 0 ? totalRemark(linesIn(m_slip.lines))
+                                                             : QString());
     m_ui->dgdSub->viewport()->update();
-}
-
-book::TaxClass SlipCorrectionScreen::taxClass() const
-{
-    return book::taxClassFrom(m_counterpart.text(u"消費税区分"_s));
 }
 
 bool SlipCorrectionScreen::designatedForm() const { return m_ui->Check2->isChecked(); }
 
 bool SlipCorrectionScreen::pricesIncludeTax() const
 {
-    return taxClass() == book::TaxClass::Included &&
-           std::ranges::none_of(linesIn(m_lines), &book::SlipLine::isTax);
+    return includesTax(m_slip.headers, m_slip.taxClass()) &&
+           std::ranges::none_of(linesIn(m_slip.lines), &book::SlipLine::isTax);
 }
+
+std::optional<bool> SlipCorrectionScreen::knownInclusive() const { return inclusiveIn(m_slip.headers); }
 
 // What was remarked on the slip when it was entered; older slips and those of other programs have it in 備考.
 QString SlipCorrectionScreen::memo() const
 {
-    const QString remark = m_headers.text(u"摘要"_s);
-    return remark.isEmpty() ? m_headers.text(u"備考"_s) : remark;
+    const QString remark = m_slip.headers.text(u"摘要"_s);
+    return remark.isEmpty() ? m_slip.headers.text(u"備考"_s) : remark;
 }
 
 // --- Corrections ---
@@ -328,12 +307,12 @@ bool SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
     const QModelIndex cell = headerCell(column);
     // Untouched, it stays as it is, whether it would be taken today or not.
     if (!cell.isValid() || box->text() == cell.data().toString() ||
-        m_headers.setData(cell, box->text(), Qt::EditRole))
+        m_slip.headers.setData(cell, box->text(), Qt::EditRole))
         return true;
     box->setText(cell.data().toString());
     // The correction goes on here, unless another slip's row was what the box was left for.
-    const auto goBack = [this, box, slip = m_headers.currentKey()] {
-        if (m_headers.currentKey() != slip)
+    const auto goBack = [this, box, slip = m_slip.headers.currentKey()] {
+        if (m_slip.headers.currentKey() != slip)
             return;
         box->setFocus();
         box->selectAll();
@@ -344,26 +323,15 @@ bool SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
 
 QModelIndex SlipCorrectionScreen::headerCell(const QString &column) const
 {
-    const int row = m_headers.currentRow();
-    return row < 0 ? QModelIndex() : m_headers.index(row, m_headers.columnOf(column));
+    const int row = m_slip.headers.currentRow();
+    return row < 0 ? QModelIndex() : m_slip.headers.index(row, m_slip.headers.columnOf(column));
 }
 
 // A box put up while a cell is being left would take the focus from under it.
 void SlipCorrectionScreen::tellLater(const QString &refusal)
 {
     QMetaObject::invokeMethod(
-        this, [this, refusal] { ui::prompts::inform(this, refusal); }, Qt::QueuedConnection);
-}
-
-base::Status SlipCorrectionScreen::save()
-{
-    const base::Status done = ui::saveBesideOthers(this, {&m_headers, &m_lines}, [this] {
-        return saveCorrections(m_headers, m_lines, workspace().connection, m_description.kind);
-    });
-    // A row is perhaps just being left; it is looked after when that is refused.
-    if (!done && !done.error().cancelled)
-        QMetaObject::invokeMethod(this, &SlipCorrectionScreen::showAsStored, Qt::QueuedConnection);
-    return done;
+        this, [this, refusal] { tell(base::Error{refusal}); }, Qt::QueuedConnection);
 }
 
 // A mnemonic, Esc and the window's own button come before a cell or a box is left.
@@ -373,108 +341,75 @@ bool SlipCorrectionScreen::settled()
            editHeader(u"日付"_s, m_ui->txtDate);
 }
 
-bool SlipCorrectionScreen::saved() { return settled() && tell(save()); }
+bool SlipCorrectionScreen::mayLeave() { return settled() && tell(m_slip.leave()); }
 
-// What another program has made of the slip is seen, and the edits stay over it; those of what is gone go.
-void SlipCorrectionScreen::showAsStored()
-{
-    const auto there = book::slipExists(workspace().connection, m_headers.currentKey());
-    if (!there)
-        return; // nothing can be read now
-    if (!*there) {
-        m_headers.revert();
-        m_lines.revert();
-        m_shown = -1;
-        const int row = m_headers.currentRow();
-        const int beside = row + 1 < m_headers.count() ? row + 1 : row - 1;
-        const qint64 neighbour = beside >= 0 ? m_headers.keyAt(beside) : 0;
-        if (tell(m_headers.requery()))
-            (void)m_headers.moveToKey(neighbour);
-        return;
-    }
-    m_headers.refresh();
-    m_lines.refresh();
-    const bool isGone = m_lines.currentRow() >= 0 && m_lines.value(u"ID"_s).isNull();
-    if (isGone || !m_lines.isDirty())
-        tell(m_lines.requery());
-}
-
+// A command of its own: what is edited is stored as it stands, and the remarks stay.
 void SlipCorrectionScreen::update()
 {
-    if (!saved())
+    if (!settled() || !tell(m_slip.store()))
         return;
     // There may have been nothing to save, and the slip may be gone all the same.
-    if (tell(m_headers.checkAsRead()))
-        m_ui->lblMessage->setText(u"伝票 %1 を更新しました。"_s.arg(m_headers.text(u"伝票番号"_s).left(30)) +
-                                  u'\n' + m_ui->lblMessage->text());
+    if (tell(m_slip.headers.checkAsRead()))
+        m_ui->lblMessage->setText(
+            u"伝票 %1 を更新しました。"_s.arg(m_slip.headers.text(u"伝票番号"_s).left(30)) + u'\n' +
+            m_ui->lblMessage->text());
     else
-        showAsStored();
+        m_slip.showAsStored();
+}
+
+void SlipCorrectionScreen::takeBack()
+{
+    // What stands in an open cell goes with the rest.
+    m_headerCells->giveUp();
+    m_lineCells->giveUp();
+    m_slip.takeBack();
 }
 
 void SlipCorrectionScreen::deleteSlip()
 {
     if (!ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
         return;
-    if (tell(deleteCurrentSlip(m_headers, workspace().connection)))
+    if (tell(deleteCurrentSlip(m_slip.headers, workspace().connection)))
         m_ui->DataGrid1->setFocus();
     else
-        showAsStored();
+        m_slip.showAsStored();
 }
 
+// Only what was typed into it goes into the slip.
 void SlipCorrectionScreen::addLine()
 {
-    if (m_headers.currentRow() < 0 || !saved())
-        return;
-    if (!tell(appendEmptyLine(workspace().connection, m_description.kind, m_headers.currentKey())))
-        showAsStored();
-    else if (tell(m_lines.requery()))
-        (void)m_lines.moveLast();
+    if (m_slip.headers.currentRow() >= 0 && settled())
+        tell(m_slip.addLine());
     m_ui->dgdSub->setFocus();
 }
 
 void SlipCorrectionScreen::deleteLine()
 {
-    if (m_lines.currentRow() < 0 ||
-        !ui::prompts::askCautiously(this, u"この明細を削除します。よろしいですか。"_s))
+    const bool isEmpty = m_slip.lines.isNewRow() && !m_slip.lines.isDirty();
+    if (m_slip.lines.currentRow() < 0 ||
+        (!isEmpty && !ui::prompts::askCautiously(this, u"この明細を削除します。よろしいですか。"_s)))
         return;
-    if (!tell(deleteCurrentLine(m_headers, m_lines)))
-        showAsStored();
+    if (!tell(deleteCurrentLine(m_slip.headers, m_slip.lines)))
+        m_slip.showAsStored();
     m_ui->dgdSub->setFocus();
 }
 
 void SlipCorrectionScreen::closeOpenSlip()
 {
-    if (!isLeftOpen(m_headers) || !saved())
-        return;
-    tell(closeLeftOpen(workspace().connection, m_headers, m_description.kind, taxClass()));
-    showAsStored();
+    if (m_slip.canBeClosed() && settled())
+        tell(m_slip.close());
 }
 
 void SlipCorrectionScreen::print()
 {
-    if (m_headers.currentRow() < 0 || !saved())
+    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeKnowingly()))
         return;
     // The paper says what the file says, and so does the screen that goes by it.
-    const qint64 id = m_headers.currentKey();
-    showAsStored();
+    const qint64 id = m_slip.id();
+    m_slip.showAsStored();
     reprint(id);
 }
 
-bool SlipCorrectionScreen::mayClose()
-{
-    if (!settled())
-        return false;
-    if (!m_headers.isDirty() && !m_lines.isDirty())
-        return true;
-    switch (ui::prompts::askToSave(this, u"伝票の変更が保存されていません。保存しますか。"_s)) {
-    case ui::prompts::Choice::Save:
-        return saved();
-    case ui::prompts::Choice::Discard:
-        return true;
-    case ui::prompts::Choice::Cancel:
-        break;
-    }
-    return false;
-}
+bool SlipCorrectionScreen::mayClose() { return settled() && m_slip.mayClose(); }
 
 } // namespace slips

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "book/counterpart_name.h"
-#include "book/counterpart_search.h"
+#include "slips/correction/edited_slip.h"
 #include "ui/screen.h"
 
 #include <memory>
@@ -36,7 +36,8 @@ struct CorrectionDescription
 };
 
 /// The screens that correct stored slips of one kind: headers in DataGrid1, the shown one's lines in dgdSub,
-/// both edited in place. What was edited is saved when its row is left or by Command3.
+/// both edited in place. What was edited is saved when its row is left, after a question where it is
+/// doubtful, or by Command3.
 class SlipCorrectionScreen : public ui::Screen
 {
     Q_OBJECT
@@ -56,6 +57,7 @@ protected:
     /// What a reprint asks of the shown slip.
     [[nodiscard]] bool designatedForm() const;
     [[nodiscard]] bool pricesIncludeTax() const;
+    [[nodiscard]] std::optional<bool> knownInclusive() const; // empty where nobody knows
     [[nodiscard]] QString memo() const;
 
     bool mayClose() override;
@@ -75,18 +77,15 @@ private:
     void showCount();
     void showHeader();
     void showCounterpart();
-    [[nodiscard]] book::CounterpartKey counterpart() const; // of the shown slip
     void showRemarks();
     bool editHeader(const QString &column, QLineEdit *box);
-    [[nodiscard]] book::TaxClass taxClass() const;
     [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip
     void tellLater(const QString &refusal);
 
-    base::Status save();
     bool settled();
-    bool saved();
-    void showAsStored();
+    bool mayLeave();
     void update();
+    void takeBack();
     void deleteSlip();
     void addLine();
     void deleteLine();
@@ -97,10 +96,7 @@ private:
     std::unique_ptr<Ui::CorrectionForm> m_ui;
     ui::CellDelegate *m_headerCells = nullptr;
     ui::CellDelegate *m_lineCells = nullptr;
-    db::Recordset m_headers;
-    db::Recordset m_lines;
-    db::Recordset m_counterpart; // that of the shown slip
-    qint64 m_shown = 0;          // whose lines are shown
+    EditedSlip m_slip;
 };
 
 } // namespace slips

@@ -1,5 +1,7 @@
 #include "slips/correction/correction_desk.h"
 
+#include "slips/correction/correction_cells.h"
+#include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
 
 #include <QtTest>
@@ -88,6 +90,9 @@ private slots:
         row("no such employee", u"社員ID"_s, u"3"_s, refused);
         row("no employee", u"社員ID"_s, u" "_s, refused);
         row("no counterpart", u"相手先ID"_s, u""_s, refused);
+        row("tax included", u"内税"_s, u"内税"_s, 1);
+        row("tax added", u"内税"_s, u"０"_s, 0);
+        row("neither", u"内税"_s, u"2"_s, refused);
     }
     void cells()
     {

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "book/counterpart_name.h"
+#include "book/counterpart_search.h"
+#include "db/recordset.h"
+
+#include <utility>
+
+class QWidget;
+
+namespace slips
+{
+
+/// The slip that a correction screen shows, with what is edited and not saved yet: its header among all
+/// headers of the list, its lines, its counterpart. Before edits are stored that leave the slip's figures in
+/// disagreement, and before such a slip is left, the clerk is asked.
+class EditedSlip : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// \a screen is behind the questions.
+    EditedSlip(db::Connection &connection, const book::SlipKind &kind,
+               const book::CounterpartSearch &counterparts, QWidget *screen);
+
+    db::Recordset headers;
+    db::Recordset lines;
+    db::Recordset counterpart;
+
+    [[nodiscard]] const book::SlipKind &kind() const { return m_kind; }
+    [[nodiscard]] qint64 id() const { return headers.currentKey(); }
+    [[nodiscard]] book::CounterpartKey counterpartKey() const;
+    [[nodiscard]] book::TaxClass taxClass() const; // of a counterpart that is known
+    [[nodiscard]] bool isDirty() const { return headers.isDirty() || lines.isDirty(); }
+    /// Whether there is anything that takeBack() would take back.
+    [[nodiscard]] bool canTakeBack() const { return isDirty() || lines.isNewRow(); }
+
+    /// Opens the lines of the current header, unless they are open already. \return whether they had to be
+    base::Result<bool> openLines();
+    /// From now on the lines that are open are no slip's. \return whose they were
+    qint64 forgetLines(qint64 instead = noSlip) { return std::exchange(m_shown, instead); }
+    /// Brings up the counterpart \a key.
+    base::Status openCounterpart(qint64 key);
+    /// What disagrees now is how the slip was found, or was agreed to.
+    void acceptTax() { m_acceptedTax = taxDoubt(); }
+
+    /// What is to be said of the slip as it stands, edits and all.
+    [[nodiscard]] QStringList remarks() const;
+    /// Whether it can be closed here: it was left open, or its tax line is missing.
+    [[nodiscard]] bool canBeClosed() const;
+
+    /// Saves header and line as they stand. After a failure that is to be told, the screen shows what the
+    /// file holds, below the edits.
+    base::Status store();
+    /// Saves them, after a question where they are doubtful or a new line is among them; the clerk may also
+    /// drop them. The error is `cancelled` when they stay as they are.
+    base::Status storeKnowingly();
+    /// The same, before another slip is shown; asks of a tax that does not fit any more, too.
+    base::Status leave();
+    /// Before another line becomes current: saves this one, or asks.
+    base::Status leaveLine();
+    /// Before the screen closes. \return whether it may; what went wrong was told
+    bool mayClose();
+
+    void takeBack();
+    base::Status addLine();
+    base::Status close();
+
+    /// Reads anew what is not edited; a slip that is gone leaves the list.
+    void showAsStored();
+
+private:
+    static constexpr qint64 noSlip = -1;
+
+    [[nodiscard]] std::optional<double> taxDue() const;
+    [[nodiscard]] QString taxDoubt() const;
+    [[nodiscard]] QString newTaxDoubt() const;
+    [[nodiscard]] QString lineDoubt() const;
+    [[nodiscard]] QString doubt() const;
+    base::Status saveWith(const std::function<base::Status()> &save);
+    bool tell(const base::Status &status);
+
+    db::Connection &m_connection;
+    const book::SlipKind m_kind;
+    const book::CounterpartSearch &m_counterparts;
+    QWidget *m_screen;
+    qint64 m_shown = 0;    // whose lines are open
+    QString m_acceptedTax; // what disagreed when the slip was found
+};
+
+} // namespace slips

@@ -1,0 +1,445 @@
+#include "slips/correction/correction_screen_desk.h"
+
+#include "support/scripted_test.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+
+#include <QComboBox>
+
+using namespace slips;
+using Desk = CorrectionDesk;
+using ui::prompts::Choice;
+
+namespace
+{
+
+const QString taxRemark =
+    u"消費税の行は 100 円ですが、いまの明細（3,000 円、税率 5 %）では 150 円になります。"_s;
+const QString taxQuestion = u"消費税が合っていません。このままにしますか。"_s;
+
+// What is doubtful stands in a remark of the question; Enter alone goes back.
+void expectDoubt(Choice answer) { ui::prompts::expectAskHowToLeave({}, answer, Choice::Cancel); }
+
+} // namespace
+
+// What is typed into stored slips: when it is kept, and when the clerk is asked first.
+class TestCorrectionEdits : public ScriptedTest
+{
+    Q_OBJECT
+
+private slots:
+    void enterStaysInTheGrid()
+    {
+        Desk desk;
+        const QStringList before = desk.shop.book();
+        desk.lines().setFocus();
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"商品名"_s));
+        for (int presses = 0; presses < 12; ++presses)
+            QTest::keyClick(desk.driver.the("dgdSub").window()->focusWidget(), Qt::Key_Return);
+        QVERIFY(desk.lines().hasFocus());
+        QCOMPARE(desk.lines().currentIndex(), Desk::cell(desk.lines(), 0, u"金額"_s));
+        QCOMPARE(desk.shop.book(), before);
+    }
+
+    void aSlipLeftOpenIsClosedHere()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 0 WHERE ID = 9"_s);
+        desk.driver.press("cmdAll");
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"備考"_s));
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 1, u"備考"_s));
+        const auto *button = &desk.driver.the("cmdClose");
+        QVERIFY(desk.message().contains(u"この伝票は閉じられていません。消費税 100 円が"_s));
+        QVERIFY(button->isEnabled());
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"備考"_s));
+        QVERIFY(!desk.message().contains(u"閉じられていません"_s));
+        QVERIFY(!button->isEnabled());
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 1, u"備考"_s));
+        desk.driver.press("cmdClose");
+        QCOMPARE(desk.shop.rows(u"SELECT 商品名, 金額 FROM 入出庫サブ WHERE ID = 9 ORDER BY 明細ID"_s),
+                 (QStringList{u"りんご|2000"_s, u"消費税|100"_s}));
+        QCOMPARE(desk.lines().model()->rowCount(), 2);
+        QVERIFY(!desk.message().contains(u"閉じられていません"_s));
+        QVERIFY(!button->isEnabled());
+    }
+
+    void aQuantityIsStoredAndNothingElse()
+    {
+        Desk desk;
+        QStringList expected = desk.shop.book();
+        desk.type(desk.lines(), 0, u"数量"_s, u"３"_s);
+        QCOMPARE(desk.shop.book(), expected); // held back
+        QVERIFY(desk.message().contains(u"3,000 円"_s));
+        QVERIFY(Desk::cell(desk.lines(), 0, u"金額"_s).data(Qt::BackgroundRole).isValid());
+        QVERIFY(!Desk::cell(desk.lines(), 1, u"金額"_s).data(Qt::BackgroundRole).isValid());
+        desk.driver.press("Command3");
+        expected.replaceInStrings(u"9|りんご|箱|2|"_s, u"9|りんご|箱|3|"_s);
+        QCOMPARE(desk.shop.book(), expected);
+        // With its amount mended the line is right, and the tax line is not any more.
+        desk.type(desk.lines(), 0, u"金額"_s, u"3,000"_s);
+        QVERIFY(!Desk::cell(desk.lines(), 0, u"金額"_s).data(Qt::BackgroundRole).isValid());
+        QVERIFY(desk.message().contains(u"150 円になります"_s));
+        expectDoubt(Choice::Save);
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"伝票番号"_s)); // leaves the row
+        QCOMPARE(desk.shop.value(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = 9"_s).toInt(), 3100);
+        QCOMPARE(desk.shop.value(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = 1"_s).toInt(), 2100);
+        QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
+    }
+
+    void badInputStaysInItsCell()
+    {
+        Desk desk;
+        ui::prompts::expectInform(u"単価には数字を入力してください。"_s);
+        desk.type(desk.lines(), 0, u"単価"_s, u"1e308"_s);
+        auto *editor = desk.lines().viewport()->findChild<QLineEdit *>();
+        QVERIFY(editor && editor->hasFocus());
+        QCOMPARE(editor->text(), u"1e308"_s);
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Down, Qt::Key_PageUp}) {
+            ui::prompts::expectInform(u"単価には数字を入力してください。"_s);
+            QTest::keyClick(editor, key);
+            QTest::qWait(1);
+            QCOMPARE(editor->text(), u"1e308"_s);
+            QVERIFY(editor->hasFocus());
+        }
+        QTest::keyClick(editor, Qt::Key_Escape);
+        QVERIFY(desk.screen->isVisible());
+        QVERIFY(desk.message().isEmpty());
+        ui::prompts::expectInform({});
+        desk.driver.type("txtDate", u"2026/13/1"_s);
+        desk.driver.leave("txtDate");
+        QCOMPARE(desk.driver.box("txtDate").text(), u"2026/03/01"_s);
+        QTRY_COMPARE(desk.driver.cursor(), u"txtDate"_s);
+    }
+
+    void whatIsHalfTypedIsNotPassedOver()
+    {
+        Desk desk;
+        QTest::keyClick(desk.typeInto(desk.lines(), 0, u"数量"_s, u"7"_s), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(desk.shop.value(u"SELECT 数量 FROM 入出庫サブ WHERE ID = 9"_s).toInt(), 7);
+        desk.driver.type("txtDate", u"2026/5/5"_s);
+        QTest::keyClick(&desk.driver.box("txtDate"), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(desk.shop.value(u"SELECT 日付 FROM 入出庫マスター WHERE ID = 9"_s).toString(),
+                     u"2026-05-05"_s);
+        desk.driver.type("txtDenNo", u"O-9"_s);
+        ui::prompts::expectAskToSave({}, ui::prompts::Choice::Cancel);
+        QTest::keyClick(&desk.driver.box("txtDenNo"), Qt::Key_Escape);
+        QVERIFY(desk.screen->isVisible());
+        desk.typeInto(desk.lines(), 0, u"数量"_s, u"8個"_s);
+        QWidget calculator; // a look at another window
+        for (QWidget *window : {&calculator, static_cast<QWidget *>(desk.screen.get())}) {
+            window->show();
+            window->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(window));
+        }
+        ui::prompts::expectInform({});
+        desk.screen->close(); // refused, and the cell is still open
+        QTest::qWait(1);
+        QVERIFY(desk.screen->isVisible());
+        desk.lines().viewport()->findChild<QLineEdit *>()->setText(u"8"_s);
+        ui::prompts::expectAskToSave({}, ui::prompts::Choice::Save);
+        desk.screen->close();
+        QCOMPARE(desk.shop
+                     .rows(u"SELECT 伝票番号, 数量 FROM 入出庫マスター, 入出庫サブ WHERE "
+                           "入出庫サブ.ID = 9 AND 入出庫マスター.ID = 9"_s)
+                     .front(),
+                 u"O-9|8"_s);
+    }
+
+    void aLockedFileCostsNothingTyped()
+    {
+        Desk desk;
+        auto &key = desk.driver.list("dbcNouhin");
+        ui::prompts::expectInform(u"複数の入金先が選択されています。"_s);
+        key.setEditText(u"key"_s);
+        desk.driver.press("Command1");
+        ui::prompts::expectInform(u"現在、該当する伝票はありません。"_s);
+        key.setEditText(u"客3"_s);
+        desk.driver.press("Command1"); // the slips of before stay
+        desk.type(desk.lines(), 0, u"数量"_s, u"7"_s);
+        desk.type(desk.headers(), 1, u"備考"_s, u"至急"_s);
+        desk.shop.run(u"PRAGMA busy_timeout = 0"_s);
+        db::Connection other;
+        QVERIFY(other.open(desk.shop.connection.fileName()));
+        QVERIFY(other.execute(u"BEGIN EXCLUSIVE"_s));
+        for (const char *button :
+             {"Command3", "cmdMasterCancel", "cmdLineAdd", "cmdLineDelete", "cmdAll", "Command2"}) {
+            if (QLatin1StringView(button) == "cmdMasterCancel"_L1 ||
+                QLatin1StringView(button) == "cmdLineDelete"_L1)
+                ui::prompts::expectAsk({}, true);
+            if (QLatin1StringView(button) == "cmdLineAdd"_L1)
+                expectDoubt(Choice::Save);
+            if (QLatin1StringView(button) == "cmdAll"_L1 || QLatin1StringView(button) == "Command2"_L1)
+                expectDoubt(Choice::Save);
+            ui::prompts::expectInform({});
+            desk.driver.press(button);
+            QTest::qWait(1);
+            QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"7"_s);
+            QCOMPARE(Desk::cell(desk.headers(), 1, u"備考"_s).data().toString(), u"至急"_s);
+        }
+        QVERIFY(other.execute(u"ROLLBACK"_s));
+        desk.driver.press("Command3");
+        QCOMPARE(desk.shop
+                     .rows(u"SELECT 数量, 備考 FROM 入出庫サブ, 入出庫マスター WHERE "
+                           "入出庫サブ.ID = 9 AND 入出庫マスター.ID = 9"_s)
+                     .front(),
+                 u"7|至急"_s);
+    }
+
+    void linesComeAndGo()
+    {
+        Desk desk;
+        desk.lines().setFocus();
+        QTest::keyClick(&desk.lines(), Qt::Key_Insert);
+        desk.type(desk.lines(), 2, u"商品名"_s, u"みかん"_s);
+        desk.type(desk.lines(), 2, u"金額"_s, u"500"_s);
+        desk.driver.press("Command3");
+        QCOMPARE(desk.lines().currentIndex().row(), 2);
+        QCOMPARE(
+            desk.shop.rows(u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = 9"_s)
+                .last(),
+            u"9|みかん||0||0|500"_s);
+        ui::prompts::expectAskCautiously(u"この明細を削除します。よろしいですか。"_s, true);
+        desk.lines().setFocus();
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"商品名"_s));
+        QTest::keyClick(&desk.lines(), Qt::Key_Delete);
+        QCOMPARE(desk.shop.rows(u"SELECT 商品名 FROM 入出庫サブ WHERE ID = 9"_s),
+                 (QStringList{u"消費税"_s, u"みかん"_s}));
+    }
+
+    void typingGoesThroughTheRow()
+    {
+        Desk desk;
+        QCOMPARE(desk.driver.cursor(), u"DataGrid1"_s);
+        QTest::keyClick(&desk.headers(), Qt::Key_Up); // to O1
+        QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
+        desk.lines().setFocus();
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"数量"_s));
+        for (const char key : {'5', '\r', '\r'}) {
+            QWidget *target = desk.lines().viewport()->findChild<QLineEdit *>();
+            QTest::keyClick(target ? target : &desk.lines(), key == '\r' ? '\r' : key);
+        }
+        QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"5"_s);
+        // Enter without an open cell goes on in the row, and presses nothing below it.
+        QCOMPARE(desk.driver.cursor(), u"dgdSub"_s);
+        QCOMPARE(desk.lines().currentIndex(), Desk::cell(desk.lines(), 0, u"単価"_s));
+        desk.driver.press("Command3");
+    }
+
+    void aNewLineIsHeldBack_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("stored");
+        const QString goods = u"%1|みかん||0||0|500"_s;
+        const QString money = u"%1|みかん||-|-|-|500"_s;
+        const QString payment = u"%1|みかん||-||-|500"_s;
+        for (int kind = 0; kind < int(std::size(book::allKinds)); ++kind) {
+            const book::SlipKind &of = book::allKinds[std::size_t(kind)];
+            const bool isMoney =
+                !(of == book::sale || of == book::purchase || of == book::estimate || of == book::stocktake);
+            QTest::addRow("%c", char(of.letter)) << kind
+                                                 << (of == book::payment ? payment
+                                                     : isMoney           ? money
+                                                                         : goods);
+        }
+    }
+
+    // Only what was typed into it, and only with 更新, goes into the slip.
+    void aNewLineIsHeldBack()
+    {
+        QFETCH(int, kind);
+        QFETCH(QString, stored);
+        const book::SlipKind &of = book::allKinds[std::size_t(kind)];
+        Desk desk(of);
+        const QString name = stored.contains(u"-|-|"_s) || of == book::payment ? u"適用"_s : u"商品名"_s;
+        const QStringList before = desk.shop.book();
+        desk.type(desk.headers(), int(desk.numbers().size()) - 1, u"備考"_s, u"至急"_s);
+        desk.driver.press("cmdLineAdd");
+        desk.driver.press("cmdLineAdd");
+        QCOMPARE(desk.lines().model()->rowCount(), 3);
+        QCOMPARE(desk.lines().currentIndex().row(), 2);
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"金額"_s)); // left empty
+        QCOMPARE(desk.lines().model()->rowCount(), 2);
+        desk.driver.press("cmdLineAdd");
+        desk.driver.press("cmdLineDelete"); // no question for nothing
+        QCOMPARE(desk.lines().model()->rowCount(), 2);
+        QCOMPARE(desk.shop.book(), before);
+
+        desk.driver.press("cmdLineAdd");
+        desk.type(desk.lines(), 2, name, u"みかん"_s);
+        desk.type(desk.lines(), 2, u"金額"_s, u"500"_s);
+        QCOMPARE(desk.shop.book(), before);
+        desk.driver.press("Command3");
+        const QString id = desk.shop.value(u"SELECT ID FROM 入出庫マスター WHERE 備考 = '至急'"_s).toString();
+        QCOMPARE(
+            desk.shop.rows(
+                u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ ORDER BY 明細ID DESC LIMIT 1"_s),
+            QStringList{stored.arg(id)});
+        QCOMPARE(desk.lines().currentIndex().row(), 2);
+        desk.type(desk.lines(), 2, u"金額"_s, u"600"_s); // a row like any other now
+        desk.driver.press("Command3");
+        QCOMPARE(desk.shop.value(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = ?"_s, {id}).toInt(), 2700);
+        QCOMPARE(desk.shop.book().size(), before.size() + 1);
+    }
+
+    void aNewLineWithSomethingInItIsAskedAbout_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<int>("lines");
+        QTest::newRow("kept") << int(Choice::Save) << 3;
+        QTest::newRow("dropped") << int(Choice::Discard) << 2;
+        QTest::newRow("gone back") << int(Choice::Cancel) << 2;
+    }
+
+    void aNewLineWithSomethingInItIsAskedAbout()
+    {
+        QFETCH(int, answer);
+        QFETCH(int, lines);
+        Desk desk;
+        const auto stored = [&] {
+            return desk.shop.value(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = 9"_s).toInt();
+        };
+        desk.driver.press("cmdLineAdd");
+        desk.type(desk.lines(), 2, u"商品名"_s, u"みかん"_s);
+        expectDoubt(Choice(answer));
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"商品名"_s));
+        QCOMPARE(stored(), lines);
+        const bool stays = answer == int(Choice::Cancel);
+        QCOMPARE(desk.lines().currentIndex().row(), stays ? 2 : 0);
+        QCOMPARE(desk.lines().model()->rowCount(), stays ? 3 : lines);
+        if (!stays)
+            return;
+        desk.driver.press("cmdUndo"); // and that is how it goes again
+        QCOMPARE(desk.lines().model()->rowCount(), 2);
+        QTest::keyClick(desk.screen.get(), Qt::Key_Escape);
+        QVERIFY(!desk.screen->isVisible());
+        QCOMPARE(stored(), 2);
+    }
+
+    void editsOfAnotherLineAreNotStoredByANewOne()
+    {
+        Desk desk;
+        const QStringList before = desk.shop.book();
+        desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+        expectDoubt(Choice::Cancel);
+        desk.driver.press("cmdLineAdd");
+        QCOMPARE(desk.lines().model()->rowCount(), 2);
+        QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"3"_s);
+        expectDoubt(Choice::Discard);
+        desk.driver.press("cmdLineAdd");
+        QCOMPARE(desk.lines().model()->rowCount(), 3);
+        QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"2"_s);
+        QCOMPARE(desk.shop.book(), before);
+    }
+
+    // By the arrow keys, by a click into the slips, by Esc: Enter on the box alone goes back each time.
+    void aDoubtfulLineIsNotLeftUnasked()
+    {
+        Desk desk;
+        const QStringList before = desk.shop.book();
+        desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+        expectDoubt(Choice::Cancel);
+        QTest::keyClick(&desk.lines(), Qt::Key_Down);
+        QCOMPARE(desk.lines().currentIndex().row(), 0);
+        const auto clickOtherSlip = [&] {
+            QTest::mouseClick(
+                desk.headers().viewport(), Qt::LeftButton, {},
+                desk.headers().visualRect(Desk::cell(desk.headers(), 0, u"伝票番号"_s)).center());
+        };
+        expectDoubt(Choice::Cancel);
+        clickOtherSlip();
+        QCOMPARE(desk.driver.box("txtDenNo").text(), u"O9"_s);
+        QCOMPARE(desk.headers().currentIndex().row(), 1);
+        expectDoubt(Choice::Cancel);
+        QTest::keyClick(desk.screen.get(), Qt::Key_Escape);
+        QVERIFY(desk.screen->isVisible());
+        QCOMPARE(desk.shop.book(), before);
+        expectDoubt(Choice::Discard);
+        clickOtherSlip();
+        QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
+        QCOMPARE(desk.shop.book(), before);
+    }
+
+    // Stored by 更新 or line by line, the slip is not left before somebody has said that it is meant.
+    void theTaxIsAnsweredBeforeTheSlipIsLeft()
+    {
+        Desk desk;
+        desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+        desk.type(desk.lines(), 0, u"金額"_s, u"3000"_s);
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 1, u"金額"_s));
+        QVERIFY(desk.message().contains(u"150 円になります"_s));
+        const auto leave = [&] {
+            desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"伝票番号"_s));
+            return desk.driver.box("txtDenNo").text() == u"O1"_s;
+        };
+        ui::prompts::expectAskCautiously(taxQuestion, false, taxRemark);
+        QVERIFY(!leave());
+        ui::prompts::expectAskCautiously({}, false);
+        desk.screen->close();
+        QVERIFY(desk.screen->isVisible());
+        desk.type(desk.lines(), 1, u"金額"_s, u"150"_s);
+        QVERIFY(leave());
+        QCOMPARE(desk.shop.rows(u"SELECT 金額 FROM 入出庫サブ WHERE ID = 9"_s),
+                 (QStringList{u"3000"_s, u"150"_s}));
+        // One that was found so is looked at without a word.
+        desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 7 WHERE ID = 9 AND 商品名 = '消費税'"_s);
+        desk.driver.press("cmdAll");
+        QVERIFY(desk.message().contains(u"消費税の行は 7 円ですが"_s));
+        QVERIFY(leave());
+    }
+
+    void aClosedSlipWithoutItsTaxIsMended()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE ID = 9 AND 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 1, 内税 = 0 WHERE ID = 9"_s);
+        desk.driver.press("cmdAll");
+        const QString missing = u"消費税の行がありません。いまの明細では 100 円です。"_s;
+        QVERIFY(desk.message().contains(missing));
+        // Its prices include the tax, says the clerk.
+        desk.type(desk.headers(), 1, u"内税"_s, u"税込"_s);
+        QVERIFY(!desk.message().contains(missing));
+        QVERIFY(!desk.driver.the("cmdClose").isEnabled());
+        desk.driver.press("cmdUndo");
+        QVERIFY(desk.message().contains(missing));
+        desk.driver.press("cmdClose");
+        QCOMPARE(desk.shop.rows(u"SELECT 商品名, 金額 FROM 入出庫サブ WHERE ID = 9"_s),
+                 (QStringList{u"りんご|2000"_s, u"消費税|100"_s}));
+        QVERIFY(desk.message().isEmpty());
+    }
+
+    void escInACellTakesBackNothingElse()
+    {
+        Desk desk;
+        desk.type(desk.headers(), 1, u"備考"_s, u"至急"_s);
+        QTest::keyClick(desk.typeInto(desk.headers(), 1, u"摘要"_s, u"x"_s), Qt::Key_Escape);
+        QCOMPARE(Desk::cell(desk.headers(), 1, u"備考"_s).data().toString(), u"至急"_s);
+        QCOMPARE(Desk::cell(desk.headers(), 1, u"摘要"_s).data().toString(), QString());
+        desk.driver.press("cmdLineAdd");
+        desk.type(desk.lines(), 2, u"商品名"_s, u"みかん"_s);
+        QTest::keyClick(desk.typeInto(desk.lines(), 2, u"金額"_s, u"5"_s), Qt::Key_Escape);
+        QCOMPARE(desk.lines().model()->rowCount(), 3);
+        QCOMPARE(Desk::cell(desk.lines(), 2, u"商品名"_s).data().toString(), u"みかん"_s);
+    }
+
+    void allEditsCanBeTakenBack()
+    {
+        Desk desk;
+        const QStringList before = desk.shop.book();
+        QVERIFY(!desk.driver.the("cmdUndo").isEnabled());
+        desk.type(desk.headers(), 1, u"納品先"_s, u"key1"_s);
+        desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+        desk.typeInto(desk.lines(), 0, u"単価"_s, u"x"_s); // still open
+        QTest::keyClick(desk.screen.get(), Qt::Key_B, Qt::AltModifier);
+        QTRY_VERIFY(desk.message().isEmpty());
+        QCOMPARE(desk.driver.box("txtNouhinsaki1").text(), u"客2"_s);
+        QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"2"_s);
+        QVERIFY(!desk.driver.the("cmdUndo").isEnabled());
+        QTest::keyClick(desk.screen.get(), Qt::Key_Escape);
+        QVERIFY(!desk.screen->isVisible());
+        QCOMPARE(desk.shop.book(), before);
+    }
+};
+
+QTEST_MAIN(TestCorrectionEdits)
+#include "tst_correction_edits.moc"
