@@ -1,6 +1,7 @@
 #include "app/files/DialogCompile.h"
 
 #include "app/files/database_files.h"
+#include "app/files/doubtful_rows.h"
 #include "base/dated_name.h"
 #include "base/replacement.h"
 #include "db/care/backup.h"
@@ -65,7 +66,7 @@ void DialogCompile::compile()
     const auto outcome = build(target);
     if (!tell(outcome.status()))
         return;
-    showOutcome(*outcome);
+    showOutcome(*outcome, target);
     const QString whole = outcome->isComplete() ? u"すべての行を新しいファイルに移しました。"_s
                                                 : u"読み取れる行を新しいファイルに移しました。"_s;
     if (!ui::prompts::ask(this, whole + u"\n新しいファイルで作業を続けますか？"_s))
@@ -110,7 +111,7 @@ base::Result<db::Salvage> DialogCompile::build(const QString &target)
                                });
 }
 
-void DialogCompile::showOutcome(const db::Salvage &outcome)
+void DialogCompile::showOutcome(const db::Salvage &outcome, const QString &target)
 {
     int row = 0;
     for (const db::SalvagedTable &table : outcome.tables) {
@@ -118,9 +119,8 @@ void DialogCompile::showOutcome(const db::Salvage &outcome)
         m_tables->item(row, 2)->setText(db::unreadText(table));
         ++row;
     }
-    m_ui->lblStray->setText(outcome.strayRows == 0
-                                ? QString()
-                                : u"どのテーブルのものか分からない行：%1"_s.arg(outcome.strayRows));
+    const auto listed = listDoubtfulRows(outcome, target, workspace().today());
+    m_ui->lblStray->setText(listed ? *listed : listed.error().text);
 }
 
 } // namespace app

@@ -5,6 +5,7 @@
 #include "app/files/backups.h"
 #include "app/files/database_files.h"
 #include "app/files/database_session.h"
+#include "app/files/doubtful_rows.h"
 #include "app/files/table_emptying.h"
 #include "base/dated_name.h"
 #include "db/care/file_repair.h"
@@ -40,8 +41,6 @@ QString outcomeText(const db::Salvage &outcome)
         if (table.unread > 0 || table.isOpenEnd)
             text += u"\n「%1」で読めなかった行：%2"_s.arg(table.table, db::unreadText(table));
     }
-    if (outcome.strayRows > 0)
-        text += u"\nどのテーブルのものか分からない行：%1"_s.arg(outcome.strayRows);
     return text;
 }
 
@@ -107,8 +106,16 @@ bool FileMaintenance::repairFile()
     if (const base::Status finished = repair.finish(kept); !finished)
         return tell(finished.error().text);
     if (outcome)
-        tell(outcomeText(*outcome) + u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));
+        tell(outcomeText(*outcome) + doubtfulText(*outcome) +
+             u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));
     return true;
+}
+
+QString FileMaintenance::doubtfulText(const db::Salvage &outcome) const
+{
+    const auto listed = listDoubtfulRows(outcome, m_session.fileName(), m_workspace.today());
+    const QString text = listed ? *listed : listed.error().text;
+    return text.isEmpty() ? text : u'\n' + text;
 }
 
 // Nothing when it failed, which is told then.

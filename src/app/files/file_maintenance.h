@@ -51,6 +51,7 @@ signals:
 
 private:
     bool repairFile();
+    [[nodiscard]] QString doubtfulText(const db::Salvage &outcome) const;
     std::optional<db::Salvage> salvaged(db::FileRepair &repair, int faults);
     void restore(const QString &backup, const QString &described);
     bool tell(const QString &text);

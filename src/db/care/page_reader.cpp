@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <sqlite3.h>
+#include <unordered_set>
 
 namespace db
 {
@@ -155,11 +156,23 @@ QByteArray PageReader::read(quint32 number) const
                : QByteArray();
 }
 
+bool PageReader::addChild(TreePage &page, quint32 cell)
+{
+    page.children.push_back(number32(page.bytes, cell));
+    if (page.kind != TreePage::TableInterior)
+        return true;
+    qsizetype at = qsizetype(cell) + 4;
+    quint64 key = 0;
+    const bool isRead = readVarint(page.bytes, at, key);
+    page.keys.push_back(static_cast<qint64>(key));
+    return isRead;
+}
+
 std::optional<TreePage> PageReader::page(quint32 number) const
 {
     if (number == 0 || number > m_pageCount)
         return std::nullopt;
-    TreePage page{TreePage::TableLeaf, read(number), {}, {}};
+    TreePage page{number, TreePage::TableLeaf, read(number), {}, {}, {}};
     if (page.bytes.isEmpty())
         return std::nullopt;
     const qsizetype start = number == 1 ? fileHeaderSize : 0;
@@ -178,8 +191,8 @@ std::optional<TreePage> PageReader::page(quint32 number) const
         if (cell + 4 > m_usable || qsizetype(cell) < cells + 2 * qsizetype(count))
             return std::nullopt;
         page.cells.push_back(cell);
-        if (!isLeaf)
-            page.children.push_back(number32(page.bytes, cell));
+        if (!isLeaf && !addChild(page, cell))
+            return std::nullopt;
     }
     if (!isLeaf)
         page.children.push_back(number32(page.bytes, start + 8));
@@ -199,7 +212,7 @@ std::optional<StoredRecord> PageReader::record(const TreePage &page, quint32 cel
             return std::nullopt;
         record.rowid = static_cast<qint64>(rowid);
     }
-    const auto payload = this->payload(page, at, size);
+    const auto payload = this->payload(page, cell, at, size);
     if (!payload)
         return std::nullopt;
     record.payload = *payload;
@@ -207,8 +220,10 @@ std::optional<StoredRecord> PageReader::record(const TreePage &page, quint32 cel
 }
 
 // What does not fit into the page goes on in a chain of further pages.
-std::optional<QByteArray> PageReader::payload(const TreePage &page, qsizetype at, quint64 size)
+std::optional<QByteArray> PageReader::payload(const TreePage &page, quint32 cell, qsizetype at, quint64 size)
 {
+    const quint64 owner = (quint64(page.number) << 32) | cell;
+    std::unordered_set<quint32> chain;
     if (size > quint64(m_pageCount) * m_usable || size > 0x7fffffff)
         return std::nullopt;
     const quint32 most = page.kind == TreePage::TableLeaf ? m_usable - 35 : (m_usable - 12) * 64 / 255 - 23;
@@ -223,9 +238,11 @@ std::optional<QByteArray> PageReader::payload(const TreePage &page, qsizetype at
     QByteArray whole = page.bytes.mid(at, static_cast<qsizetype>(local));
     quint32 next = local < size ? number32(page.bytes, at + static_cast<qsizetype>(local)) : 0;
     while (quint64(whole.size()) < size) {
-        if (next == 0 || next > m_pageCount || m_chained[next])
+        const bool isFree =
+            next != 0 && next <= m_pageCount && (m_chained[next] == 0 || m_chained[next] == owner);
+        if (!isFree || !chain.insert(next).second)
             return std::nullopt;
-        m_chained[next] = true;
+        m_chained[next] = owner;
         const QByteArray more = read(next);
         if (more.isEmpty())
             return std::nullopt;

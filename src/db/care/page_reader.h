@@ -19,10 +19,12 @@ struct TreePage
 {
     enum Kind : quint8 { IndexInterior = 2, TableInterior = 5, IndexLeaf = 10, TableLeaf = 13 };
 
+    quint32 number;
     Kind kind;
     QByteArray bytes;
     std::vector<quint32> cells;    // their offsets
     std::vector<quint32> children; // page numbers, from left to right
+    std::vector<qint64> keys;      // of a table's inner page: the highest key below each child but the last
 };
 
 /// A row, or an index's entry, as stored.
@@ -66,8 +68,8 @@ public:
     [[nodiscard]] std::optional<TreePage> page(quint32 number) const;
 
     /// The row or entry in a cell of a leaf, or the entry in one of an index's interior pages; nothing when
-    /// it is damaged. To be read once: a page of a long row belongs to that one alone, so that chains that
-    /// run into each other cannot be followed for ever.
+    /// it is damaged. A page of a long row belongs to the cell alone that asked for it first, so that chains
+    /// that run into each other cannot be followed for ever.
     [[nodiscard]] std::optional<StoredRecord> record(const TreePage &page, quint32 cell);
 
     /// Which pages hold nothing any more, by their numbers; nothing when their list is damaged.
@@ -75,7 +77,9 @@ public:
 
 private:
     [[nodiscard]] QByteArray read(quint32 number) const;
-    [[nodiscard]] std::optional<QByteArray> payload(const TreePage &page, qsizetype at, quint64 size);
+    [[nodiscard]] static bool addChild(TreePage &page, quint32 cell);
+    [[nodiscard]] std::optional<QByteArray> payload(const TreePage &page, quint32 cell, qsizetype at,
+                                                    quint64 size);
     void readHeader();
 
     sqlite3 *m_handle;
@@ -86,7 +90,7 @@ private:
     quint32 m_freeCount = 0;
     int m_encoding;
     int m_version = 0;
-    std::vector<bool> m_chained; // pages that long rows go on in
+    std::vector<quint64> m_chained; // for each page the cell whose long row goes on in it; 0: none
     bool m_hasHeader = false;
 };
 

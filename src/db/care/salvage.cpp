@@ -3,6 +3,9 @@
 #include "base/flush.h"
 #include "db/care/page_reader.h"
 #include "db/care/plain_handle.h"
+#include "db/care/row_writer.h"
+#include "db/care/source_table.h"
+#include "db/care/tree_walk.h"
 #include "db/create.h"
 #include "db/errors.h"
 #include "db/schema.h"
@@ -11,6 +14,7 @@
 
 #include <algorithm>
 #include <sqlite3.h>
+#include <unordered_set>
 
 using namespace Qt::StringLiterals;
 
@@ -23,130 +27,42 @@ namespace
 // Far beyond what a shop reaches, far below where numbers end: a greater one is damage.
 constexpr qint64 highestCounter = qint64(1) << 50;
 
-constexpr int deepestTree = 40; // levels; SQLite's own limit is 20
+// Of a doubtful row's value that is kept to be looked at.
+constexpr qsizetype longestShown = 2000; // bytes
 
-QString textIn(const StoredRecord &record, std::size_t index, int encoding)
+QString shownValue(const StoredRecord &record, std::size_t index, int encoding)
 {
-    if (!record.isText(index))
+    if (record.isNull(index))
         return {};
-    const QByteArray bytes = record.bytes(index);
-    if (encoding == SQLITE_UTF8)
-        return QString::fromUtf8(bytes);
-    return QStringDecoder(encoding == SQLITE_UTF16LE ? QStringDecoder::Utf16LE
-                                                     : QStringDecoder::Utf16BE)(bytes);
+    if (record.isInteger(index))
+        return QString::number(record.integer(index));
+    if (record.isReal(index))
+        return QString::number(record.real(index), 'g', QLocale::FloatingPointShortest);
+    if (record.isText(index))
+        return textIn(record, index, encoding).left(longestShown);
+    return QString::fromLatin1(record.bytes(index).left(longestShown).toHex());
 }
 
-/// One of our tables in the damaged file.
-struct SourceTable
+// The rows of a leaf that can be read.
+struct Leaf
 {
-    const Table *table = nullptr;
-    QStringList columns; // as the file has them
-    quint32 root = 0;    // 0: lost
-    std::vector<quint32> indexRoots;
-    bool isDamaged = false; // pages are missing from its tree
-    bool isAbsent = false;  // the file is of a version that had no such table
-    std::vector<qint64> carried;
-    SalvagedTable outcome;
+    std::vector<StoredRecord> records;
+    qint64 broken = 0;
 
-    [[nodiscard]] bool canHold(const StoredRecord &record) const;
+    [[nodiscard]] bool isAscending() const
+    {
+        return std::is_sorted(
+            records.begin(), records.end(),
+            [](const StoredRecord &one, const StoredRecord &other) { return one.rowid <= other.rowid; });
+    }
 };
 
-// Whether a loose row looks like one of this table: a key is stored as NULL, the row's number stands for it;
-// numbers and texts stand in columns of their kind. A row that was written before columns were added ends
-// where the table ended then.
-bool SourceTable::canHold(const StoredRecord &record) const
+// The keys of the rows that an index names.
+struct IndexedKeys
 {
-    const auto size = static_cast<qsizetype>(record.values.size());
-    if (size > columns.size() || size < (table->firstColumns > 0 ? table->firstColumns : columns.size()))
-        return false;
-    // Whose row it is stands first where that is not the key: a line is a slip's.
-    if (columns.front() != table->key && record.isNull(0))
-        return false;
-    for (std::size_t i = 0; i < record.values.size(); ++i) {
-        const QString &column = columns.at(qsizetype(i));
-        const bool isNumber = record.isInteger(i) || record.isReal(i);
-        if (column == table->key) {
-            if (!record.isNull(i))
-                return false;
-        } else if (!record.isNull(i) && isNumber != table->numbers.contains(column)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// Writes rows of one table into the new file.
-class RowWriter
-{
-public:
-    RowWriter(const PlainHandle &target, const SourceTable &table, int encoding)
-        : m_target(target)
-        , m_encoding(encoding)
-        , m_insert(target, statementFor(table))
-    {}
-
-    /// \return whether the row was new; false also when a row of its key is there already
-    base::Result<bool> write(const StoredRecord &record)
-    {
-        sqlite3_stmt *insert = m_insert.get();
-        if (!insert)
-            return m_target.error();
-        sqlite3_reset(insert);
-        sqlite3_clear_bindings(insert);
-        sqlite3_bind_int64(insert, 1, record.rowid);
-        for (std::size_t i = 0; i < m_sources.size() && int(i) < sqlite3_bind_parameter_count(insert) - 1;
-             ++i) {
-            if (m_sources[i] < record.values.size())
-                bind(static_cast<int>(i) + 2, record, m_sources[i]);
-        }
-        if (sqlite3_step(insert) != SQLITE_DONE)
-            return m_target.error();
-        return sqlite3_changes(m_target.get()) == 1;
-    }
-
-private:
-    // The columns' names are our own; one that the file calls otherwise stays empty.
-    QByteArray statementFor(const SourceTable &table)
-    {
-        QStringList names = {u"rowid"_s};
-        for (qsizetype i = 0; i < table.columns.size(); ++i) {
-            const QString &column = table.columns.at(i);
-            if (column == table.table->key || !table.table->columns.contains(column))
-                continue;
-            names << column;
-            m_sources.push_back(std::size_t(i));
-        }
-        const QString marks = QStringList(names.size(), u"?"_s).join(u", "_s);
-        return u"INSERT OR IGNORE INTO %1 (%2) VALUES (%3)"_s
-            .arg(table.table->name, names.join(u", "_s), marks)
-            .toUtf8();
-    }
-
-    void bind(int parameter, const StoredRecord &record, std::size_t index)
-    {
-        sqlite3_stmt *insert = m_insert.get();
-        if (record.isInteger(index)) {
-            sqlite3_bind_int64(insert, parameter, record.integer(index));
-        } else if (record.isReal(index)) {
-            sqlite3_bind_double(insert, parameter, record.real(index));
-        } else if (!record.isNull(index)) {
-            QByteArray bytes = record.bytes(index);
-            // No text of ours holds a NUL: from there on it stood on an emptied page.
-            if (record.isText(index) && m_encoding == SQLITE_UTF8 && bytes.contains('\0'))
-                bytes.truncate(bytes.indexOf('\0'));
-            const auto size = static_cast<sqlite3_uint64>(bytes.size());
-            if (record.isText(index))
-                sqlite3_bind_text64(insert, parameter, bytes.constData(), size, SQLITE_TRANSIENT,
-                                    static_cast<unsigned char>(m_encoding));
-            else
-                sqlite3_bind_blob64(insert, parameter, bytes.constData(), size, SQLITE_TRANSIENT);
-        }
-    }
-
-    const PlainHandle &m_target;
-    int m_encoding;
-    std::vector<std::size_t> m_sources; // for each parameter after the row's number, the value of the record
-    PlainStatement m_insert;            // built after m_sources, which its text fills
+    std::unordered_set<qint64> keys;
+    bool isWhole = true; // as far as it can be read
+    bool isOwn = true;   // nothing in it is another index's
 };
 
 class Salvager
@@ -155,109 +71,46 @@ public:
     Salvager(sqlite3 *source, PlainHandle &target, const base::Progress &progress)
         : m_reader(source)
         , m_target(target)
-        , m_progress(progress)
-        , m_seen(m_reader.pageCount() + 1u)
+        , m_trees(m_reader, progress)
     {}
 
     base::Result<Salvage> run();
 
 private:
-    using Visitor = std::function<base::Status(const TreePage &)>;
-
-    void readSchema();
-    base::Status settleCounter();
-    base::Status walk(quint32 root, bool isTable, bool &isDamaged, const Visitor &visit, int depth = 0);
-    base::Status carry(SourceTable &table, const StoredRecord &record);
+    Leaf readLeaf(const TreePage &page);
     base::Status carryTree(SourceTable &table);
+    base::Result<bool> carryOwn(SourceTable &table, const TreePage &page, const KeyRange &range);
+    [[nodiscard]] bool isOwn(const SourceTable &table, const std::vector<StoredRecord> &inPlace,
+                             std::size_t all) const;
+    [[nodiscard]] bool isAnothers(const SourceTable &table, const std::vector<StoredRecord> &records) const;
+    base::Status carry(SourceTable &table, const StoredRecord &record);
+    void doubt(const StoredRecord &record, const QString &table);
     base::Status carryLooseLeaves();
-    SourceTable *ownerOf(const TreePage &leaf, std::vector<StoredRecord> &records);
+    base::Status carryLooseLeaf(const TreePage &page);
+    SourceTable *onlyOne(const Leaf &leaf, bool (SourceTable::*fits)(qint64, qint64) const);
+    SourceTable *ownerOf(const Leaf &leaf);
     base::Status countUnread(SourceTable &table);
-    base::Status looked();
+    base::Result<IndexedKeys> readIndex(quint32 root);
+    base::Status settleCounter();
 
     PageReader m_reader;
     PlainHandle &m_target;
-    const base::Progress &m_progress;
-    std::vector<bool> m_seen; // pages that some tree has reached
-    qint64 m_looks = 0;
+    TreeWalk m_trees;
     std::vector<SourceTable> m_tables;
     std::vector<std::unique_ptr<RowWriter>> m_writers;
-    bool m_lostSchema = false;
     Salvage m_outcome;
 };
 
-base::Status Salvager::looked()
+Leaf Salvager::readLeaf(const TreePage &page)
 {
-    return m_progress(qMin<qint64>(++m_looks, m_reader.pageCount()), m_reader.pageCount())
-               ? base::Status()
-               : base::cancelled();
-}
-
-// Visits the sound leaves, and of an index its inner pages too, in order. No page is visited twice.
-base::Status Salvager::walk(quint32 root, bool isTable, bool &isDamaged, const Visitor &visit, int depth)
-{
-    const auto page = root < m_seen.size() && !m_seen[root] ? m_reader.page(root) : std::nullopt;
-    const bool isOurs =
-        page && isTable == (page->kind == TreePage::TableLeaf || page->kind == TreePage::TableInterior);
-    if (!isOurs || depth > deepestTree) {
-        isDamaged = true;
-        return {};
+    Leaf leaf;
+    for (const quint32 cell : page.cells) {
+        if (auto record = m_reader.record(page, cell))
+            leaf.records.push_back(std::move(*record));
+        else
+            ++leaf.broken;
     }
-    m_seen[root] = true;
-    if (const base::Status going = looked(); !going)
-        return going;
-    if (page->kind != TreePage::TableInterior) {
-        if (const base::Status visited = visit(*page); !visited)
-            return visited;
-    }
-    for (const quint32 child : page->children) {
-        if (const base::Status walked = walk(child, isTable, isDamaged, visit, depth + 1); !walked)
-            return walked;
-    }
-    return {};
-}
-
-// The list of tables is itself a table, whose root is the first page: type, name, table, root page,
-// statement.
-void Salvager::readSchema()
-{
-    struct Entry
-    {
-        QString type, name, table, statement;
-        quint32 root;
-    };
-    std::vector<Entry> entries;
-    const auto note = [&](const TreePage &page) -> base::Status {
-        for (const quint32 cell : page.cells) {
-            const auto record = m_reader.record(page, cell);
-            if (!record || record->values.size() != 5 || !record->isInteger(3)) {
-                m_lostSchema = true;
-                continue;
-            }
-            const auto text = [&](std::size_t index) { return textIn(*record, index, m_reader.encoding()); };
-            entries.push_back({text(0), text(1), text(2), text(4), static_cast<quint32>(record->integer(3))});
-        }
-        return {};
-    };
-    (void)walk(1, true, m_lostSchema, note);
-    for (const Table &known : declaredTables()) {
-        SourceTable table;
-        table.table = &known;
-        table.columns = known.columns;
-        table.outcome.table = known.name;
-        for (const Entry &entry : entries) {
-            if (entry.type == "table"_L1 && entry.name == known.name) {
-                table.root = entry.root;
-                const auto declared = tablesDeclaredBy(entry.statement.toUtf8());
-                if (declared.size() == 1 && declared.front().name == known.name)
-                    table.columns = declared.front().columns;
-            } else if (entry.type == "index"_L1 && entry.table == known.name) {
-                table.indexRoots.push_back(entry.root);
-            }
-        }
-        const bool isOlder = m_reader.hasHeader() && m_reader.version() < 2;
-        table.isAbsent = table.root == 0 && known.firstColumns == 0 && (isOlder || !m_lostSchema);
-        m_tables.push_back(std::move(table));
-    }
+    return leaf;
 }
 
 base::Status Salvager::carry(SourceTable &table, const StoredRecord &record)
@@ -275,44 +128,105 @@ base::Status Salvager::carry(SourceTable &table, const StoredRecord &record)
         ++table.outcome.carried;
         table.carried.push_back(record.rowid);
     } else {
-        ++table.outcome.unread;
+        doubt(record, table.table->name);
     }
     return {};
 }
 
-base::Status Salvager::carryTree(SourceTable &table)
+void Salvager::doubt(const StoredRecord &record, const QString &table)
 {
-    if (table.root == 0) {
-        table.isDamaged = !table.isAbsent;
-        return {};
-    }
-    return walk(table.root, true, table.isDamaged, [&](const TreePage &page) -> base::Status {
-        for (const quint32 cell : page.cells) {
-            const auto record = m_reader.record(page, cell);
-            if (!record || record->values.size() > std::size_t(table.columns.size()))
-                ++table.outcome.unread;
-            else if (const base::Status carried = carry(table, *record); !carried)
-                return carried;
-        }
-        return {};
+    ++m_outcome.strayRows;
+    if (m_outcome.doubtful.size() >= doubtfulRowsKept)
+        return;
+    DoubtfulRow row{table, record.rowid, {}};
+    for (std::size_t i = 0; i < record.values.size(); ++i)
+        row.values << shownValue(record, i, m_reader.encoding());
+    m_outcome.doubtful.push_back(std::move(row));
+}
+
+// Whether most rows of a leaf are in place, and either look like those of the table it was found in, or at
+// least not like another one's: what a companion program stored may be of another kind than ours.
+bool Salvager::isOwn(const SourceTable &table, const std::vector<StoredRecord> &inPlace,
+                     std::size_t all) const
+{
+    if (inPlace.size() * 2 <= all)
+        return false;
+    const auto alike = std::count_if(inPlace.begin(), inPlace.end(),
+                                     [&](const StoredRecord &record) { return table.canHold(record); });
+    return std::size_t(alike) * 2 > inPlace.size() || !isAnothers(table, inPlace);
+}
+
+bool Salvager::isAnothers(const SourceTable &table, const std::vector<StoredRecord> &records) const
+{
+    return std::any_of(m_tables.begin(), m_tables.end(), [&](const SourceTable &other) {
+        return &other != &table &&
+               std::all_of(records.begin(), records.end(),
+                           [&](const StoredRecord &record) { return other.canHold(record); });
     });
 }
 
-// The one damaged table that can hold all the rows of a loose leaf; null when there is none, or several.
-SourceTable *Salvager::ownerOf(const TreePage &leaf, std::vector<StoredRecord> &records)
+// \return whether the leaf is one of the table's
+base::Result<bool> Salvager::carryOwn(SourceTable &table, const TreePage &page, const KeyRange &range)
 {
-    for (const quint32 cell : leaf.cells) {
-        if (auto record = m_reader.record(leaf, cell))
-            records.push_back(std::move(*record));
+    Leaf leaf = readLeaf(page);
+    std::vector<StoredRecord> inPlace;
+    std::vector<StoredRecord> others;
+    KeyRange left = range;
+    for (StoredRecord &record : leaf.records) {
+        const bool fits = left.contains(record.rowid) && table.hasWidthOf(record);
+        if (fits)
+            left.low = record.rowid == left.high ? record.rowid : record.rowid + 1;
+        (fits ? inPlace : others).push_back(std::move(record));
     }
-    SourceTable *owner = nullptr;
+    // Only a tree that is one empty leaf has an empty one.
+    const bool isEmpty = page.cells.empty() && range.isWhole();
+    if (!isEmpty && !isOwn(table, inPlace, inPlace.size() + others.size()))
+        return false;
+    for (const StoredRecord &record : inPlace) {
+        if (const base::Status carried = carry(table, record); !carried)
+            return carried.error();
+    }
+    for (const StoredRecord &record : others)
+        doubt(record, table.table->name);
+    if (!inPlace.empty())
+        table.addLeaf(inPlace.front().rowid, inPlace.back().rowid);
+    table.outcome.unread += leaf.broken;
+    return true;
+}
+
+base::Status Salvager::carryTree(SourceTable &table)
+{
+    if (table.root == 0)
+        return {};
+    return m_trees.table(
+        table.root, [&](const TreePage &page, const KeyRange &range) { return carryOwn(table, page, range); },
+        table.gaps);
+}
+
+SourceTable *Salvager::onlyOne(const Leaf &leaf, bool (SourceTable::*fits)(qint64, qint64) const)
+{
+    SourceTable *only = nullptr;
     for (SourceTable &table : m_tables) {
-        const bool fits = table.isDamaged && !records.empty() &&
-                          std::all_of(records.begin(), records.end(),
-                                      [&](const StoredRecord &record) { return table.canHold(record); });
-        if (fits && std::exchange(owner, &table))
+        const bool isOne = (table.*fits)(leaf.records.front().rowid, leaf.records.back().rowid) &&
+                           std::all_of(leaf.records.begin(), leaf.records.end(),
+                                       [&](const StoredRecord &record) { return table.canHold(record); });
+        if (isOne && std::exchange(only, &table))
             return nullptr;
     }
+    return only;
+}
+
+// The one table that can hold all the rows of a loose leaf and lacks them; null when there is none, or
+// several. A tree whose root is a part of it looks whole: then the leaf itself shows that it is not.
+SourceTable *Salvager::ownerOf(const Leaf &leaf)
+{
+    if (leaf.records.empty() || !leaf.isAscending())
+        return nullptr;
+    if (SourceTable *owner = onlyOne(leaf, &SourceTable::lacks))
+        return owner;
+    SourceTable *owner = onlyOne(leaf, &SourceTable::goesOnBeside);
+    if (owner && !owner->isDamaged())
+        owner->gaps.push_back({});
     return owner;
 }
 
@@ -321,64 +235,92 @@ SourceTable *Salvager::ownerOf(const TreePage &leaf, std::vector<StoredRecord> &
 base::Status Salvager::carryLooseLeaves()
 {
     const auto free = m_reader.freePages();
-    const bool isAnyDamaged = std::any_of(m_tables.begin(), m_tables.end(),
-                                          [](const SourceTable &table) { return table.isDamaged; });
-    if (!isAnyDamaged || (!free && m_reader.hasHeader()))
+    if (!free && m_reader.hasHeader())
         return {};
     for (quint32 number = 2; number <= m_reader.pageCount(); ++number) {
-        if (m_seen[number] || (free && (*free)[number]))
+        if (m_trees.isReached(number) || (free && (*free)[number]))
             continue;
-        if (const base::Status going = looked(); !going)
+        if (const base::Status going = m_trees.looked(); !going)
             return going;
         const auto page = m_reader.page(number);
         if (!page || page->kind != TreePage::TableLeaf)
             continue;
-        std::vector<StoredRecord> records;
-        SourceTable *owner = ownerOf(*page, records);
-        if (!owner)
-            m_outcome.strayRows += static_cast<qint64>(records.size());
-        for (const StoredRecord &record : records) {
-            if (const base::Status carried = owner ? carry(*owner, record) : base::Status(); !carried)
-                return carried;
-        }
-        if (owner)
-            owner->outcome.unread += static_cast<qint64>(page->cells.size() - records.size());
+        if (const base::Status carried = carryLooseLeaf(*page); !carried)
+            return carried;
     }
     return {};
 }
 
-// An index that is sound names every row of its table, also those that were lost.
+base::Status Salvager::carryLooseLeaf(const TreePage &page)
+{
+    const Leaf leaf = readLeaf(page);
+    SourceTable *owner = ownerOf(leaf);
+    for (const StoredRecord &record : leaf.records) {
+        if (!owner)
+            doubt(record, {});
+        else if (const base::Status carried = carry(*owner, record); !carried)
+            return carried;
+    }
+    if (owner) {
+        owner->addLeaf(leaf.records.front().rowid, leaf.records.back().rowid);
+        owner->outcome.unread += leaf.broken;
+    }
+    return {};
+}
+
+base::Result<IndexedKeys> Salvager::readIndex(quint32 root)
+{
+    IndexedKeys found;
+    std::size_t width = 0;
+    const auto isWhole = m_trees.index(root, [&](const TreePage &page) {
+        for (const quint32 cell : page.cells) {
+            const auto entry = m_reader.record(page, cell);
+            if (!entry || entry->values.empty() || !entry->isInteger(entry->values.size() - 1)) {
+                found.isWhole = false;
+                continue;
+            }
+            width = width == 0 ? entry->values.size() : width;
+            // An entry of another width, or for a row that has one, is another index's.
+            found.isOwn = found.isOwn && entry->values.size() == width &&
+                          found.keys.insert(entry->integer(width - 1)).second;
+        }
+    });
+    if (!isWhole)
+        return isWhole.error();
+    found.isWhole = found.isWhole && *isWhole;
+    return found;
+}
+
+// An index that is sound names every row of its table, those that were carried as well as those that were
+// lost.
 base::Status Salvager::countUnread(SourceTable &table)
 {
-    std::sort(table.carried.begin(), table.carried.end());
+    const std::unordered_set<qint64> carried(table.carried.begin(), table.carried.end());
     table.outcome.isOpenEnd = true;
     for (const quint32 root : table.indexRoots) {
-        qint64 missing = 0;
-        bool isDamaged = false;
-        const base::Status walked = walk(root, false, isDamaged, [&](const TreePage &page) -> base::Status {
-            for (const quint32 cell : page.cells) {
-                const auto entry = m_reader.record(page, cell);
-                if (!entry || entry->values.empty() || !entry->isInteger(entry->values.size() - 1))
-                    isDamaged = true;
-                else if (!std::binary_search(table.carried.begin(), table.carried.end(),
-                                             entry->integer(entry->values.size() - 1)))
-                    ++missing;
-            }
-            return {};
-        });
-        if (!walked)
-            return walked;
-        table.outcome.unread = qMax(table.outcome.unread, missing);
-        table.outcome.isOpenEnd = table.outcome.isOpenEnd && isDamaged;
+        const auto found = readIndex(root);
+        if (!found)
+            return found.error();
+        if (!found->isOwn)
+            continue;
+        const auto missing = std::count_if(found->keys.begin(), found->keys.end(),
+                                           [&](qint64 key) { return !carried.contains(key); });
+        table.outcome.unread = qMax<qint64>(table.outcome.unread, missing);
+        const bool namesAll = found->keys.size() == carried.size() + std::size_t(missing);
+        table.outcome.isOpenEnd = table.outcome.isOpenEnd && !(found->isWhole && namesAll);
     }
     return {};
 }
 
 base::Result<Salvage> Salvager::run()
 {
-    readSchema();
+    auto tables = readSourceTables(m_reader, m_trees);
+    if (!tables)
+        return tables.error();
+    m_tables = std::move(*tables);
     for (const SourceTable &table : m_tables)
-        m_writers.push_back(std::make_unique<RowWriter>(m_target, table, m_reader.encoding()));
+        m_writers.push_back(
+            std::make_unique<RowWriter>(m_target, *table.table, table.columns, m_reader.encoding()));
     for (SourceTable &table : m_tables) {
         if (const base::Status carried = carryTree(table); !carried)
             return carried.error();
@@ -386,7 +328,7 @@ base::Result<Salvage> Salvager::run()
     if (const base::Status carried = carryLooseLeaves(); !carried)
         return carried.error();
     for (SourceTable &table : m_tables) {
-        if (table.isDamaged) {
+        if (table.isDamaged()) {
             if (const base::Status counted = countUnread(table); !counted)
                 return counted.error();
         }
@@ -395,7 +337,7 @@ base::Result<Salvage> Salvager::run()
     }
     if (const base::Status settled = settleCounter(); !settled)
         return settled.error();
-    return m_outcome;
+    return std::move(m_outcome);
 }
 
 // One number, not below any that a row bears: of a damaged file the counter may be lost, or be any value.
@@ -428,7 +370,7 @@ base::Result<Salvage> carryOver(sqlite3 *source, const QString &target, const ba
             written.run("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF; BEGIN");
         !begun)
         return begun.error();
-    const auto done = Salvager(source, written, progress).run();
+    auto done = Salvager(source, written, progress).run();
     if (!done)
         return done;
     if (const base::Status committed = written.run("COMMIT"); !committed)

@@ -3,7 +3,7 @@
 #include "base/progress.h"
 #include "base/result.h"
 
-#include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -11,6 +11,9 @@ namespace db
 {
 
 class PlainHandle;
+
+/// So many doubtful rows are kept with their values.
+inline constexpr std::size_t doubtfulRowsKept = 20000;
 
 /// What became of the rows of one table.
 struct SalvagedTable
@@ -21,10 +24,19 @@ struct SalvagedTable
     bool isOpenEnd = false; // pages are lost, and nothing tells how many rows were on them
 };
 
+/// A row that can be read, but that nothing puts into a table for certain.
+struct DoubtfulRow
+{
+    QString table; // in whose place it stood; empty: in none
+    qint64 key = 0;
+    QStringList values; // as texts, in their order
+};
+
 struct Salvage
 {
     std::vector<SalvagedTable> tables; // in the order of schema.sql
-    qint64 strayRows = 0;              // readable, but nothing tells any more which table they belong to
+    qint64 strayRows = 0;              // those in doubt; they are in no table
+    std::vector<DoubtfulRow> doubtful; // the first of them, at most doubtfulRowsKept
 
     [[nodiscard]] bool isComplete() const;
     [[nodiscard]] qint64 carried() const;
@@ -35,8 +47,10 @@ QString unreadText(const SalvagedTable &table);
 
 /// Carries the rows of the database file open in \a source into a new file \a target, which must not exist:
 /// page by page, so that damage costs only what stood on the damaged pages. Each table's tree is walked from
-/// its root; of a tree whose inner pages are damaged the loose leaves are found by what their rows look
-/// like. Keys stay, lines keep their order. A failed or stopped run leaves no target.
+/// its root; a leaf counts as its own when the keys are those that its place allows and the rows have the
+/// table's shape. The others, and those that no tree leads to, are given to the one damaged table whose rows
+/// they look like and that lacks just these keys. Keys stay, lines keep their order. A failed or stopped run
+/// leaves no target.
 base::Result<Salvage> salvage(const PlainHandle &source, const QString &target,
                               const base::Progress &progress);
 

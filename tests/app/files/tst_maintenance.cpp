@@ -80,6 +80,7 @@ private slots:
     void repairShrinks();
     void repairOfADamagedFile_data();
     void repairOfADamagedFile();
+    void repairListsWhatItDoubts();
     void repairBesideAnotherProgram();
     void hopelessFileStays();
     void foreignDefinitionsNeedANewFile();
@@ -279,6 +280,23 @@ void TestMaintenance::repairOfADamagedFile()
     QCOMPARE(stage.shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
     QVERIFY(stage.customers() > 100);
     QCOMPARE(contentOf(stage.shop.path(u"shop 破損 2026-04-01.cdb"_s)), bytes);
+}
+
+// A page of slip lines stands where customers were.
+void TestMaintenance::repairListsWhatItDoubts()
+{
+    Stage stage;
+    QByteArray bytes = contentOf(stage.file);
+    const auto pageWith = [&bytes](const QByteArray &mark) { return bytes.lastIndexOf(mark) / 4096 * 4096; };
+    bytes.replace(pageWith("顧客150"), 4096, bytes.mid(pageWith("りんご"), 4096));
+    write(stage.file, bytes);
+    stage.load();
+    ui::prompts::expectInform({}); // what the check found
+    ui::prompts::expectInform({}); // what was carried over
+    ui::prompts::expectInform(optimised);
+    stage.click("Command22");
+    QCOMPARE(stage.shop.value(u"SELECT count(*) FROM 入出庫サブ"_s).toInt(), 300);
+    QVERIFY(contentOf(stage.shop.path(u"shop 判断できない行 2026-04-01.csv"_s)).contains("りんご"));
 }
 
 void TestMaintenance::repairBesideAnotherProgram()

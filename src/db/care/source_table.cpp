@@ -1,0 +1,182 @@
+#include "db/care/source_table.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+
+namespace db
+{
+
+namespace
+{
+
+// An entry in the list of tables.
+struct Entry
+{
+    QString type, name, table, statement;
+    quint32 root;
+};
+
+struct Schema
+{
+    std::vector<Entry> entries;
+    bool isWhole = true;
+};
+
+// The list is itself a table, whose root is the first page: type, name, table, root page, statement.
+base::Result<Schema> readSchema(PageReader &reader, TreeWalk &trees)
+{
+    Schema schema;
+    const auto note = [&](const TreePage &page, const KeyRange &) -> base::Result<bool> {
+        for (const quint32 cell : page.cells) {
+            const auto record = reader.record(page, cell);
+            if (!record || record->values.size() != 5 || !record->isInteger(3)) {
+                schema.isWhole = false;
+                continue;
+            }
+            const auto text = [&](std::size_t index) { return textIn(*record, index, reader.encoding()); };
+            schema.entries.push_back(
+                {text(0), text(1), text(2), text(4), static_cast<quint32>(record->integer(3))});
+        }
+        return true;
+    };
+    std::vector<KeyRange> gaps;
+    if (const base::Status walked = trees.table(1, note, gaps); !walked)
+        return walked.error();
+    schema.isWhole = schema.isWhole && gaps.empty();
+    return schema;
+}
+
+// So that their leaves do not pass for lost ones of ours.
+base::Status walkOthers(const Schema &schema, TreeWalk &trees)
+{
+    const auto &ours = declaredTables();
+    for (const Entry &entry : schema.entries) {
+        const bool isOurs = std::any_of(ours.begin(), ours.end(),
+                                        [&](const Table &table) { return table.name == entry.name; });
+        std::vector<KeyRange> gaps;
+        const auto pass = [](const TreePage &, const KeyRange &) -> base::Result<bool> { return true; };
+        if (entry.type != "table"_L1 || isOurs)
+            continue;
+        if (const base::Status walked = trees.table(entry.root, pass, gaps); !walked)
+            return walked;
+    }
+    return {};
+}
+
+SourceTable describe(const Table &known, const Schema &schema)
+{
+    SourceTable table;
+    table.table = &known;
+    table.columns = known.columns;
+    table.outcome.table = known.name;
+    for (const Entry &entry : schema.entries) {
+        if (entry.type == "table"_L1 && entry.name == known.name) {
+            table.root = entry.root;
+            const auto declared = tablesDeclaredBy(entry.statement.toUtf8());
+            if (declared.size() == 1 && declared.front().name == known.name)
+                table.columns = declared.front().columns;
+        } else if (entry.type == "index"_L1 && entry.table == known.name) {
+            table.indexRoots.push_back(entry.root);
+        }
+    }
+    return table;
+}
+
+bool holdsDays(const QString &column)
+{
+    static const QStringList endings{u"日付"_s,   u"更新日"_s, u"登録日"_s, u"受付日"_s,
+                                     u"開始日"_s, u"終了日"_s, u"印刷日"_s};
+    return std::any_of(endings.begin(), endings.end(),
+                       [&](const QString &ending) { return column.endsWith(ending); });
+}
+
+// "2026-04-01", or nothing. In a file with two bytes a character it may be anything of that length.
+bool isDay(const QByteArray &text)
+{
+    return text.isEmpty() || text.size() == 20 ||
+           (text.size() == 10 && text.at(4) == '-' && text.at(7) == '-');
+}
+
+bool isOfKind(const StoredRecord &record, std::size_t index, const Table &table, const QString &column)
+{
+    const bool isNumber = record.isInteger(index) || record.isReal(index);
+    if (column == table.key)
+        return record.isNull(index);
+    // What a file has beside our columns may be anything.
+    if (record.isNull(index) || !table.columns.contains(column))
+        return true;
+    if (isNumber != table.numbers.contains(column))
+        return false;
+    return isNumber || !holdsDays(column) || isDay(record.bytes(index));
+}
+
+} // namespace
+
+QString textIn(const StoredRecord &record, std::size_t index, int encoding)
+{
+    if (!record.isText(index))
+        return {};
+    const QByteArray bytes = record.bytes(index);
+    if (encoding == SQLITE_UTF8)
+        return QString::fromUtf8(bytes);
+    return QStringDecoder(encoding == SQLITE_UTF16LE ? QStringDecoder::Utf16LE
+                                                     : QStringDecoder::Utf16BE)(bytes);
+}
+
+bool SourceTable::hasWidthOf(const StoredRecord &record) const
+{
+    const auto size = static_cast<qsizetype>(record.values.size());
+    return size == columns.size() || (table->firstColumns > 0 && size == table->firstColumns);
+}
+
+bool SourceTable::canHold(const StoredRecord &record) const
+{
+    if (!hasWidthOf(record))
+        return false;
+    // Whose row it is stands first where that is not the key: a line is a slip's.
+    if (columns.front() != table->key && record.isNull(0))
+        return false;
+    for (std::size_t i = 0; i < record.values.size(); ++i) {
+        if (!isOfKind(record, i, *table, columns.at(qsizetype(i))))
+            return false;
+    }
+    return true;
+}
+
+bool SourceTable::lacks(qint64 first, qint64 last) const
+{
+    return hasRoomFor(first, last) && std::any_of(gaps.begin(), gaps.end(), [&](const KeyRange &gap) {
+               return gap.contains(first) && gap.contains(last);
+           });
+}
+
+bool SourceTable::hasRoomFor(qint64 first, qint64 last) const
+{
+    const auto after = leaves.upper_bound(last);
+    return after == leaves.begin() || std::prev(after)->second < first;
+}
+
+base::Result<std::vector<SourceTable>> readSourceTables(PageReader &reader, TreeWalk &trees)
+{
+    const auto schema = readSchema(reader, trees);
+    if (!schema)
+        return schema.error();
+    if (const base::Status walked = walkOthers(*schema, trees); !walked)
+        return walked.error();
+    const bool isOlder = reader.hasHeader() && reader.version() < 2;
+    std::vector<SourceTable> tables;
+    for (const Table &known : declaredTables()) {
+        SourceTable table = describe(known, *schema);
+        table.isAbsent = table.root == 0 && known.firstColumns == 0 && (isOlder || schema->isWhole);
+        if (table.root == 0 && !table.isAbsent)
+            table.gaps.push_back({});
+        tables.push_back(std::move(table));
+    }
+    return tables;
+}
+
+} // namespace db
