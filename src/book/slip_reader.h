@@ -24,6 +24,7 @@ struct SlipLine
     std::optional<double> taxRate{};    // percent; empty: the slip's own
 
     [[nodiscard]] bool isTax() const { return product == QStringView(taxLineName); }
+    bool operator==(const SlipLine &) const = default;
 };
 
 /// A stored slip with what a printed form needs of its counterpart and the person in charge.
@@ -48,6 +49,8 @@ struct Slip
     TaxClass taxClass = TaxClass::OnDelivery;
 
     std::vector<SlipLine> lines; // in the order of entry
+
+    bool operator==(const Slip &) const = default;
 };
 
 /// The slip \a id, whose 相手先ID is of \a party: a sales slip numbered by hand may bear another kind's

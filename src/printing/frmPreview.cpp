@@ -136,6 +136,7 @@ void frmPreview::print()
         ui::runWithProgress(this, u"印刷しています。"_s, [&](const base::Progress &progress) {
             return printDocument(job, m_document, m_look, progress);
         });
+    m_issued = m_issued || printed;
     if (printed)
         accept();
     else if (printed.error().cancelled)
@@ -160,10 +161,12 @@ void frmPreview::savePdf()
         !ui::prompts::ask(this,
                           u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))
         return;
-    if (carryOut(u"PDF に保存しています。"_s, [&](const base::Progress &progress) {
+    if (!carryOut(u"PDF に保存しています。"_s, [&](const base::Progress &progress) {
             return writePdf(m_document, m_look, fileName, progress);
         }))
-        m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
+        return;
+    m_issued = true;
+    m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
 }
 
 int frmPreview::page() const { return m_preview->currentPage(); }
@@ -195,10 +198,11 @@ void frmPreview::keyPressEvent(QKeyEvent *event)
     }
 }
 
-void showPreview(workspace::Workspace &workspace, QWidget *parent, Document document)
+bool showPreview(workspace::Workspace &workspace, QWidget *parent, Document document)
 {
     frmPreview dialog(workspace, std::move(document), installedPrinters(), parent);
     dialog.exec();
+    return dialog.isIssued();
 }
 
 } // namespace printing

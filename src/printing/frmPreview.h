@@ -29,6 +29,8 @@ public:
     ~frmPreview() override;
 
     [[nodiscard]] int page() const; // counted from 1
+    /// Whether the document was printed or saved as PDF.
+    [[nodiscard]] bool isIssued() const { return m_issued; }
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -49,11 +51,12 @@ private:
     const bool m_hasPrinter;
     Look m_look;
     int m_pages; // in the preview
+    bool m_issued = false;
     std::unique_ptr<QPrinter> m_printer;
     QPrintPreviewWidget *m_preview = nullptr;
 };
 
-/// Shows the preview of \a document until the user closes it.
-void showPreview(workspace::Workspace &workspace, QWidget *parent, Document document);
+/// Shows the preview of \a document until the user closes it. \return whether it was printed or saved as PDF
+bool showPreview(workspace::Workspace &workspace, QWidget *parent, Document document);
 
 } // namespace printing

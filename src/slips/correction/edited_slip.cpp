@@ -41,7 +41,6 @@ EditedSlip::EditedSlip(db::Connection &connection, const book::SlipKind &kind,
     , m_counterparts(counterparts)
     , m_screen(screen)
 {
-    headers.setLeaving([this] { return leave(); });
     lines.setSaver([this] { return leaveLine(); });
 }
 
@@ -205,6 +204,7 @@ bool EditedSlip::mayClose()
         case ui::prompts::Choice::Save:
             return tell(store());
         case ui::prompts::Choice::Discard:
+            takeBack();
             return true;
         case ui::prompts::Choice::Cancel:
             return false;

@@ -18,9 +18,9 @@ frmMitumoriAmd::frmMitumoriAmd(workspace::Workspace &workspace, QWidget *parent)
                             .reprints = true})
 {}
 
-void frmMitumoriAmd::reprint(qint64 id)
+bool frmMitumoriAmd::reprint(qint64 id)
 {
-    printEstimate(workspace(), this, {.slipId = id, .inclusive = knownInclusive(), .memo = memo()});
+    return printEstimate(workspace(), this, {.slipId = id, .inclusive = knownInclusive(), .memo = memo()});
 }
 
 } // namespace slips

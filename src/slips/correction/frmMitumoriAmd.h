@@ -14,7 +14,7 @@ public:
     explicit frmMitumoriAmd(workspace::Workspace &workspace, QWidget *parent = nullptr);
 
 protected:
-    void reprint(qint64 id) override;
+    bool reprint(qint64 id) override;
 };
 
 } // namespace slips

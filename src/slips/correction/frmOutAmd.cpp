@@ -31,14 +31,14 @@ frmOutAmd::frmOutAmd(workspace::Workspace &workspace, QWidget *parent, const boo
                             .hasDesignatedForm = kind == book::sale})
 {}
 
-void frmOutAmd::reprint(qint64 id)
+bool frmOutAmd::reprint(qint64 id)
 {
-    printDeliveryNote(workspace(), this,
-                      {.slipId = id,
-                       .inclusive = pricesIncludeTax(),
-                       .closed = true,
-                       .designatedForm = designatedForm(),
-                       .memo = memo()});
+    return printDeliveryNote(workspace(), this,
+                             {.slipId = id,
+                              .inclusive = pricesIncludeTax(),
+                              .closed = true,
+                              .designatedForm = designatedForm(),
+                              .memo = memo()});
 }
 
 } // namespace slips

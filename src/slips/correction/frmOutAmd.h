@@ -15,7 +15,7 @@ public:
                        const book::SlipKind &kind = book::sale);
 
 protected:
-    void reprint(qint64 id) override;
+    bool reprint(qint64 id) override;
 };
 
 } // namespace slips

@@ -73,6 +73,7 @@ void SlipCorrectionScreen::setUpGrids()
 {
     const book::SlipKind kind = m_description.kind;
     const auto refused = [this](const QString &reason) { tell(base::Error{reason}); };
+    m_slip.headers.setLeaving([this] { return leaveSlip(); });
     makeHeadersEditable(m_slip.headers, workspace().connection, kind);
     m_headerCells = new ui::CellDelegate(m_ui->DataGrid1);
     showHeadersIn(*m_ui->DataGrid1, m_slip.headers, workspace().connection, kind, employeeNames(), refused);
@@ -341,7 +342,15 @@ bool SlipCorrectionScreen::settled()
            editHeader(u"日付"_s, m_ui->txtDate);
 }
 
-bool SlipCorrectionScreen::mayLeave() { return settled() && tell(m_slip.leave()); }
+base::Status SlipCorrectionScreen::leaveSlip()
+{
+    const base::Status left = m_slip.leave();
+    if (left)
+        offerReprint();
+    return left;
+}
+
+bool SlipCorrectionScreen::mayLeave() { return settled() && tell(leaveSlip()); }
 
 // A command of its own: what is edited is stored as it stands, and the remarks stay.
 void SlipCorrectionScreen::update()
@@ -405,11 +414,41 @@ void SlipCorrectionScreen::print()
     if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeKnowingly()))
         return;
     // The paper says what the file says, and so does the screen that goes by it.
-    const qint64 id = m_slip.id();
     m_slip.showAsStored();
-    reprint(id);
+    showAndRemember();
 }
 
-bool SlipCorrectionScreen::mayClose() { return settled() && m_slip.mayClose(); }
+base::Result<PaperState> SlipCorrectionScreen::paperNow()
+{
+    return paperState(workspace().connection, m_slip.id(), {pricesIncludeTax(), std::nullopt}, memo());
+}
+
+void SlipCorrectionScreen::showAndRemember()
+{
+    const auto state = paperNow();
+    if (tell(state.status()) && reprint(m_slip.id()))
+        m_printed = *state;
+}
+
+// Another correction may have followed the paper.
+void SlipCorrectionScreen::offerReprint()
+{
+    if (!m_printed || m_printed->slip.id != m_slip.id())
+        return;
+    const auto now = paperNow();
+    if (tell(now.status()) && *now != *m_printed &&
+        ui::prompts::ask(this, u"伝票 %1 は、印刷した後で変わりました。もう一度印刷しますか。"_s.arg(
+                                   m_slip.headers.text(u"伝票番号"_s).left(30))))
+        showAndRemember();
+    m_printed.reset();
+}
+
+bool SlipCorrectionScreen::mayClose()
+{
+    if (!settled() || !m_slip.mayClose())
+        return false;
+    offerReprint();
+    return true;
+}
 
 } // namespace slips

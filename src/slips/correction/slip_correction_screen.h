@@ -2,6 +2,7 @@
 
 #include "book/counterpart_name.h"
 #include "slips/correction/edited_slip.h"
+#include "slips/documents/paper_state.h"
 #include "ui/screen.h"
 
 #include <memory>
@@ -52,8 +53,9 @@ protected:
     SlipCorrectionScreen(workspace::Workspace &workspace, QWidget *parent,
                          const CorrectionDescription &description);
 
-    /// Prints the slip \a id anew; where the description says that the screen reprints.
-    virtual void reprint(qint64 /*id*/) {}
+    /// Prints the slip \a id anew; where the description says that the screen reprints. \return whether there
+    /// is a paper now
+    virtual bool reprint(qint64 /*id*/) { return false; }
     /// What a reprint asks of the shown slip.
     [[nodiscard]] bool designatedForm() const;
     [[nodiscard]] bool pricesIncludeTax() const;
@@ -90,13 +92,18 @@ private:
     void addLine();
     void deleteLine();
     void closeOpenSlip();
+    base::Status leaveSlip();
+    [[nodiscard]] base::Result<PaperState> paperNow();
     void print();
+    void showAndRemember();
+    void offerReprint();
 
     CorrectionDescription m_description;
     std::unique_ptr<Ui::CorrectionForm> m_ui;
     ui::CellDelegate *m_headerCells = nullptr;
     ui::CellDelegate *m_lineCells = nullptr;
     EditedSlip m_slip;
+    std::optional<PaperState> m_printed; // of the slip that was printed last
 };
 
 } // namespace slips

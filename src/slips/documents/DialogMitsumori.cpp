@@ -109,8 +109,10 @@ void DialogMitsumori::preview()
                                                          QString::fromUtf16(estimateLayout), estimateItems());
     document.sheets = estimateSheets(entered(), layout.form);
     document.remark = layout.complaint;
-    if (tell(addCompanyName(document, workspace(), m_data.companyName)))
-        printing::showPreview(workspace(), this, std::move(document));
+    if (!tell(addCompanyName(document, workspace(), m_data.companyName)))
+        return;
+    const bool issued = printing::showPreview(workspace(), this, std::move(document));
+    m_issued = m_issued || issued;
 }
 
 } // namespace slips

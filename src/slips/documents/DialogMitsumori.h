@@ -23,6 +23,9 @@ public:
     DialogMitsumori(workspace::Workspace &workspace, EstimateData estimate, QWidget *parent = nullptr);
     ~DialogMitsumori() override;
 
+    /// Whether the estimate was printed or saved as PDF.
+    [[nodiscard]] bool isIssued() const { return m_issued; }
+
 private:
     void showData();
     void showSettings();
@@ -33,6 +36,7 @@ private:
 
     std::unique_ptr<Ui::DialogMitsumori> m_ui;
     EstimateData m_data;
+    bool m_issued = false;
 };
 
 } // namespace slips

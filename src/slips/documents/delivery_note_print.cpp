@@ -64,14 +64,14 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
     return document;
 }
 
-void printDeliveryNote(workspace::Workspace &workspace, QWidget *parent, const NoteRequest &request)
+bool printDeliveryNote(workspace::Workspace &workspace, QWidget *parent, const NoteRequest &request)
 {
     auto document = deliveryNoteDocument(workspace, request);
     if (!document) {
         ui::prompts::inform(parent, document.error().text);
-        return;
+        return false;
     }
-    printing::showPreview(workspace, parent, std::move(*document));
+    return printing::showPreview(workspace, parent, std::move(*document));
 }
 
 } // namespace slips

@@ -30,6 +30,7 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
                                                       const NoteRequest &request);
 
 /// Shows the delivery note's preview, from which it is printed or saved as PDF. Tells its failures itself.
-void printDeliveryNote(workspace::Workspace &workspace, QWidget *parent, const NoteRequest &request);
+/// \return whether there is a paper now
+bool printDeliveryNote(workspace::Workspace &workspace, QWidget *parent, const NoteRequest &request);
 
 } // namespace slips

@@ -27,7 +27,7 @@ QString remarksOf(const EstimateRequest &request, const book::Slip &slip)
 
 } // namespace
 
-void printEstimate(workspace::Workspace &workspace, QWidget *parent, const EstimateRequest &request)
+bool printEstimate(workspace::Workspace &workspace, QWidget *parent, const EstimateRequest &request)
 {
     EstimateReading reading{request.inclusive, std::nullopt};
     if (!request.closed)
@@ -35,11 +35,13 @@ void printEstimate(workspace::Workspace &workspace, QWidget *parent, const Estim
     auto data = readEstimate(workspace.connection, request.slipId, reading);
     if (!data) {
         ui::prompts::inform(parent, data.error().text);
-        return;
+        return false;
     }
     data->companyName = companyNameOf(workspace);
     data->terms.remarks = remarksOf(request, data->slip);
-    DialogMitsumori(workspace, std::move(*data), parent).exec();
+    DialogMitsumori dialog(workspace, std::move(*data), parent);
+    dialog.exec();
+    return dialog.isIssued();
 }
 
 } // namespace slips

@@ -26,6 +26,7 @@ struct EstimateRequest
 };
 
 /// Shows the dialog from which the estimate is previewed, printed or saved as PDF. Tells its failures itself.
-void printEstimate(workspace::Workspace &workspace, QWidget *parent, const EstimateRequest &request);
+/// \return whether there is a paper now
+bool printEstimate(workspace::Workspace &workspace, QWidget *parent, const EstimateRequest &request);
 
 } // namespace slips

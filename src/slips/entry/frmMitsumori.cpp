@@ -41,17 +41,20 @@ void frmMitsumori::clearLines()
     m_ui->Text5->clear();
 }
 
-void frmMitsumori::print()
+bool frmMitsumori::showPaper()
 {
-    if (!mayPassOverLine() || !storeRemark())
-        return;
-    printEstimate(workspace(), this,
-                  {.slipId = header().id,
-                   .closed = false,
-                   .inclusive = inclusive(),
-                   .memo = m_ui->txtMemo->text(),
-                   .remark1 = m_ui->Text4->text(),
-                   .remark2 = m_ui->Text5->text()});
+    return printEstimate(workspace(), this,
+                         {.slipId = header().id,
+                          .closed = false,
+                          .inclusive = inclusive(),
+                          .memo = m_ui->txtMemo->text(),
+                          .remark1 = m_ui->Text4->text(),
+                          .remark2 = m_ui->Text5->text()});
+}
+
+QString frmMitsumori::paperRemarks() const
+{
+    return m_ui->txtMemo->text() + u'\n' + m_ui->Text4->text() + u'\n' + m_ui->Text5->text();
 }
 
 } // namespace slips

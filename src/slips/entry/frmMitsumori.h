@@ -23,10 +23,10 @@ public:
 
 protected:
     void clearLines() override;
+    bool showPaper() override;
+    [[nodiscard]] QString paperRemarks() const override;
 
 private:
-    void print();
-
     std::unique_ptr<Ui::frmMitsumori> m_ui;
 };
 

@@ -23,16 +23,14 @@ frmOut::frmOut(workspace::Workspace &workspace, QWidget *parent)
 
 frmOut::~frmOut() = default;
 
-void frmOut::print()
+bool frmOut::showPaper()
 {
-    if (!mayPassOverLine() || !storeRemark())
-        return;
-    printDeliveryNote(workspace(), this,
-                      {.slipId = header().id,
-                       .inclusive = inclusive(),
-                       .closed = false,
-                       .designatedForm = m_ui->Check2->isChecked(),
-                       .memo = m_ui->txtMemo->text()});
+    return printDeliveryNote(workspace(), this,
+                             {.slipId = header().id,
+                              .inclusive = inclusive(),
+                              .closed = false,
+                              .designatedForm = m_ui->Check2->isChecked(),
+                              .memo = m_ui->txtMemo->text()});
 }
 
 } // namespace slips

@@ -21,9 +21,10 @@ public:
     explicit frmOut(workspace::Workspace &workspace, QWidget *parent = nullptr);
     ~frmOut() override;
 
-private:
-    void print();
+protected:
+    bool showPaper() override;
 
+private:
     std::unique_ptr<Ui::frmOut> m_ui;
 };
 

@@ -225,6 +225,46 @@ bool GoodsSlipScreen::storeRemark()
     return true;
 }
 
+// --- Its paper ---
+
+QString GoodsSlipScreen::paperRemarks() const { return m_goods.memo->text(); }
+
+base::Result<PaperState> GoodsSlipScreen::paperNow()
+{
+    return paperState(workspace().connection, header().id, {inclusive(), taxRatesOf(workspace())},
+                      paperRemarks());
+}
+
+void GoodsSlipScreen::print()
+{
+    if (mayPassOverLine() && storeRemark())
+        showAndRemember();
+}
+
+void GoodsSlipScreen::showAndRemember()
+{
+    const auto state = paperNow();
+    if (tell(state.status()) && showPaper())
+        m_printed = *state;
+}
+
+// Lines may have been added or taken out since then.
+void GoodsSlipScreen::slipEnds()
+{
+    if (!m_printed)
+        return;
+    const auto now = paperNow();
+    if (tell(now.status()) && *now != *m_printed &&
+        ui::prompts::ask(
+            this, u"伝票 %1 は、印刷した後で変わりました。もう一度印刷しますか。"_s.arg(header().number)))
+        showAndRemember();
+}
+
+QString GoodsSlipScreen::cancelRemark() const
+{
+    return m_printed ? u"この伝票は印刷されています。印刷した紙は使わないでください。"_s : QString();
+}
+
 int GoodsSlipScreen::lineCount() const { return m_lines.rowCount(); }
 
 bool GoodsSlipScreen::taxIsDue() const
@@ -262,6 +302,7 @@ void GoodsSlipScreen::clearLines()
         box->clear();
     m_goods.taxFlag->setText(u"ON"_s);
     m_storedRemark.clear();
+    m_printed.reset();
 }
 
 } // namespace slips

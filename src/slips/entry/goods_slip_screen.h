@@ -1,6 +1,7 @@
 #pragma once
 
 #include "book/tax.h"
+#include "slips/documents/paper_state.h"
 #include "slips/entry/goods_controls.h"
 #include "slips/entry/slip_screen.h"
 #include "ui/slip_grid_model.h"
@@ -32,6 +33,13 @@ protected:
     /// To be called at the end of the constructor of the screen's own class, after setupUi().
     void setUpGoods(const GoodsControls &controls);
 
+    /// Shows the slip's paper, where it has one. \return whether it was printed
+    virtual bool showPaper() { return false; }
+    /// What is remarked on the paper.
+    [[nodiscard]] virtual QString paperRemarks() const;
+    /// Prints the slip, and remembers what its paper says.
+    void print();
+
     [[nodiscard]] book::TaxClass taxClass() const;
     [[nodiscard]] bool inclusive() const;
 
@@ -43,6 +51,8 @@ protected:
     [[nodiscard]] bool lineIsTyped() const override;
     void clearLines() override;
     bool storeRemark() override;
+    void slipEnds() override;
+    [[nodiscard]] QString cancelRemark() const override;
     [[nodiscard]] int lineCount() const override;
     [[nodiscard]] bool taxIsDue() const override;
     base::Result<QString> closeSlip() override;
@@ -55,6 +65,8 @@ private:
     void showTax();
     void foretellTax();
     void keepInclusive();
+    [[nodiscard]] base::Result<PaperState> paperNow();
+    void showAndRemember();
     [[nodiscard]] bool addsTax() const;
 
     GoodsSlipDescription m_description;
@@ -64,6 +76,7 @@ private:
     std::vector<book::TaxableAmount> m_taxable; // of the lines
     GoodsControls m_goods = {};
     QString m_storedRemark; // of the open slip
+    std::optional<PaperState> m_printed;
 };
 
 } // namespace slips

@@ -182,15 +182,17 @@ void SlipScreen::next()
     if (!mayPassOverLine() || !storeRemark())
         return;
     const auto closed = closeSlip();
-    if (closed)
-        leaveSlip(*closed);
-    else
+    if (!closed) {
         tellOfSlip(closed.error());
+        return;
+    }
+    slipEnds();
+    leaveSlip(*closed);
 }
 
 void SlipScreen::cancelSlip()
 {
-    if (ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
+    if (ui::prompts::askCautiously(this, ui::messages::deleteQuestion(), cancelRemark()))
         deleteSlip();
 }
 
@@ -297,13 +299,16 @@ bool SlipScreen::leaveWithLines()
     case ui::prompts::Choice::Save:
         break;
     case ui::prompts::Choice::Discard:
+        slipEnds();
         return true;
     case ui::prompts::Choice::Cancel:
         focusLine();
         return false;
     }
     const auto closed = closeSlip();
-    if (!closed)
+    if (closed)
+        slipEnds();
+    else
         tellOfSlip(closed.error());
     return bool(closed);
 }

@@ -64,6 +64,10 @@ protected:
     virtual void clearLines() = 0;
     /// Stores what stands in a box of the open slip and is not in it yet. \return whether it is; told else
     virtual bool storeRemark() { return true; }
+    /// The slip is done with on this screen: it was closed, or is left as it is.
+    virtual void slipEnds() {}
+    /// What is to be considered before the slip is deleted.
+    [[nodiscard]] virtual QString cancelRemark() const { return {}; }
     /// How many lines the slip has.
     [[nodiscard]] virtual int lineCount() const = 0;
     /// Whether closing the slip stores a tax line that is due on it.

@@ -2,10 +2,12 @@
 
 #include "printing/frmPreview.h"
 #include "support/scripted_test.h"
+#include "ui/file_dialogs.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 
 #include <QComboBox>
+#include <QFileInfo>
 #include <QTimer>
 
 using namespace slips;
@@ -248,6 +250,38 @@ private slots:
         desk.driver.press("Command2");
         QCOMPARE(title, u"印刷プレビュー　納品書 O9"_s);
         QCOMPARE(desk.shop.value(u"SELECT 商品名 FROM 入出庫サブ WHERE ID = 9"_s).toString(), u"みかん"_s);
+    }
+
+    void aCorrectionAfterAReprintOffersAnotherPaper()
+    {
+        Desk desk;
+        const auto saveNextPaper = [&](const QString &name) {
+            QTimer::singleShot(0, qApp, [file = desk.shop.path(name)] {
+                ui::file_dialogs::expectFile(file);
+                ScreenDriver(QApplication::activeModalWidget()).press("cmdPdf");
+                QApplication::activeModalWidget()->close();
+            });
+        };
+        const QString question = u"伝票 O9 は、印刷した後で変わりました。もう一度印刷しますか。"_s;
+        saveNextPaper(u"first.pdf"_s);
+        desk.driver.press("Command2");
+        desk.type(desk.headers(), 1, u"摘要"_s, u"至急"_s);
+        ui::prompts::expectAsk(question, true);
+        saveNextPaper(u"second.pdf"_s);
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"伝票番号"_s));
+        QVERIFY(QFileInfo(desk.shop.path(u"second.pdf"_s)).size() > 1000);
+        QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
+        saveNextPaper(u"third.pdf"_s);
+        desk.driver.press("Command2");
+        desk.driver.press("Command3");
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 1, u"伝票番号"_s)); // nothing changed
+        saveNextPaper(u"fourth.pdf"_s);
+        desk.driver.press("Command2");
+        desk.type(desk.lines(), 0, u"規格"_s, u"大"_s);
+        ui::prompts::expectAskToSave({}, ui::prompts::Choice::Save);
+        ui::prompts::expectAsk(question, false);
+        desk.screen->close();
+        QVERIFY(!desk.screen->isVisible());
     }
 };
 

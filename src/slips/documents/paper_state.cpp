@@ -1,0 +1,18 @@
+#include "slips/documents/paper_state.h"
+
+namespace slips
+{
+
+base::Result<PaperState> paperState(db::Connection &connection, qint64 id, const book::PrintedTax &tax,
+                                    const QString &remarks)
+{
+    const auto slip = book::readSlip(connection, id, book::Party::Customer);
+    if (!slip)
+        return slip.error();
+    auto printed = book::taxedForPrint(*slip, tax);
+    if (!printed)
+        return printed.error();
+    return PaperState{std::move(printed->slip), printed->total, printed->includedTax, remarks};
+}
+
+} // namespace slips
