@@ -18,6 +18,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QShortcut>
 
 #include <cmath>
 
@@ -51,6 +52,7 @@ DialogMyCo::DialogMyCo(workspace::Workspace &workspace, QWidget *parent)
     connectControls();
     setUp();
 
+    setOnlyShown(false);
     const QString registered = workspace.settings.text(workspace::keys::richTextFileName);
     ui->Text1->setText(registered);
     if (!registered.isEmpty()) {
@@ -59,6 +61,7 @@ DialogMyCo::DialogMyCo(workspace::Workspace &workspace, QWidget *parent)
         if (text) {
             m_fileName = registered;
             ui->RichTextBox1->setRichDocument(std::move(text->document));
+            setOnlyShown(true);
         }
     }
     showFormat();
@@ -133,6 +136,25 @@ void DialogMyCo::connectControls()
     connect(ui->Command1, &QPushButton::clicked, this, &DialogMyCo::insertObject);
     connect(ui->Command2, &QPushButton::clicked, this, &DialogMyCo::saveAs);
     connect(ui->Command3, &QPushButton::clicked, this, &DialogMyCo::browse);
+    connect(ui->cmdEdit, &QPushButton::clicked, this, [this] {
+        setOnlyShown(false);
+        ui->RichTextBox1->setFocus();
+    });
+    connect(new QShortcut(Qt::Key_F2, this), &QShortcut::activated, ui->cmdEdit, &QPushButton::click);
+}
+
+// The registered name is there to be read first: Enter and a slip of the hand change nothing on the papers.
+void DialogMyCo::setOnlyShown(bool onlyShown)
+{
+    ui->RichTextBox1->setReadOnly(onlyShown);
+    setReadOnly(ui->Text1, onlyShown);
+    for (QWidget *part : std::initializer_list<QWidget *>{ui->Text7, ui->Text3, ui->Command1, ui->Command3})
+        part->setEnabled(!onlyShown);
+    const auto actions = ui->Toolbar1->actions();
+    for (QAction *action : actions)
+        action->setEnabled(!onlyShown || action->objectName() == u"新規作成" ||
+                           action->objectName() == u"開く");
+    ui->cmdEdit->setEnabled(onlyShown);
 }
 
 void DialogMyCo::becameActive()
@@ -154,6 +176,7 @@ void DialogMyCo::clearText()
     if (!mayLeaveText())
         return;
     m_fileName.clear();
+    setOnlyShown(false);
     ui->RichTextBox1->setRichDocument(std::make_unique<RichTextDocument>());
     showFormat();
 }
@@ -164,8 +187,10 @@ void DialogMyCo::open()
         return;
     const QString fileName =
         ui::file_dialogs::openFile(this, openTitle(), rtfFilter() + u";;"_s + allFilter());
-    if (!fileName.isEmpty() && load(fileName))
-        ui->Text1->setText(QDir::toNativeSeparators(fileName));
+    if (fileName.isEmpty() || !load(fileName))
+        return;
+    ui->Text1->setText(QDir::toNativeSeparators(fileName));
+    setOnlyShown(false);
 }
 
 bool DialogMyCo::saveAs()
@@ -331,7 +356,7 @@ bool DialogMyCo::mayReplace(const QString &fileName)
     const QFileInfo file(fileName);
     if (!file.exists() || file == QFileInfo(m_fileName))
         return true;
-    return ui::prompts::ask(this, u"「%1」は既にあります。置き換えますか。"_s.arg(file.fileName()));
+    return ui::prompts::askCautiously(this, u"「%1」は既にあります。置き換えますか。"_s.arg(file.fileName()));
 }
 
 bool DialogMyCo::hasSelection()

@@ -46,6 +46,7 @@ private:
     void fillToolbar();
     void connectControls();
 
+    void setOnlyShown(bool onlyShown);
     void clearText();
     void open();
     bool saveAs();

@@ -193,7 +193,8 @@ bool MasterEditor::mayClose()
 bool MasterEditor::dropNewRow()
 {
     if (const base::Status removed = m_rows.remove(); !removed)
-        return ui::prompts::ask(this, removed.error().text + u"\n確定していない行を残したまま閉じますか。"_s);
+        return ui::prompts::askCautiously(this, removed.error().text +
+                                                    u"\n確定していない行を残したまま閉じますか。"_s);
     entered(EditorStep::Cancelled);
     return true;
 }

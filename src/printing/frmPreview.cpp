@@ -158,8 +158,8 @@ void frmPreview::savePdf()
         return;
     }
     if (QFileInfo::exists(fileName) &&
-        !ui::prompts::ask(this,
-                          u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))
+        !ui::prompts::askCautiously(
+            this, u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))
         return;
     if (!carryOut(u"PDF に保存しています。"_s, [&](const base::Progress &progress) {
             return writePdf(m_document, m_look, fileName, progress);

@@ -33,6 +33,7 @@ private slots:
     void cleanup();
 
     void opensTheRegisteredFile();
+    void theRegisteredNameIsEditedOnlyWhenAsked();
     void tellsWhyTheRegisteredFileIsNotShown();
     void formattingNeedsASelection_data();
     void formattingNeedsASelection();
@@ -127,9 +128,27 @@ void tst_DialogMyCo::opensTheRegisteredFile()
     show();
     QCOMPARE(control<QLineEdit>(u"Text1"_s)->text(), name);
     QCOMPARE(described(box()->richDocument()), u"^{ＭＳ 明朝 12 -}山"_s);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_X, Qt::Key_Delete})
+        QTest::keyClick(box(), key);
+    QTest::keyClick(control<QLineEdit>(u"Text1"_s), Qt::Key_X);
     m_screen->close(); // nothing was changed, nothing is asked
     QVERIFY(!m_screen->isVisible());
     QCOMPARE(registered(), name);
+}
+
+void tst_DialogMyCo::theRegisteredNameIsEditedOnlyWhenAsked()
+{
+    const QString name = writeFile(u"社名.rtf"_s, "{\\rtf1\\ansi\\ansicpg932 a}");
+    m_shop->settings.write(workspace::keys::richTextFileName, name);
+    show();
+    QVERIFY(!control<QAction>(u"太字"_s)->isEnabled());
+    QTest::keyClick(m_screen.get(), Qt::Key_F2);
+    QVERIFY(box()->hasFocus());
+    QVERIFY(control<QAction>(u"太字"_s)->isEnabled());
+    QTest::keyClick(box(), Qt::Key_X);
+    QVERIFY(box()->richDocument().isModified());
+    ui::prompts::expectAskToSave({}, ui::prompts::Choice::Discard);
+    m_screen->close();
 }
 
 void tst_DialogMyCo::tellsWhyTheRegisteredFileIsNotShown()

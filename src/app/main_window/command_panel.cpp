@@ -202,4 +202,17 @@ void CommandPanel::showPageOf(Action action)
     }
 }
 
+void CommandPanel::focusButtonOf(Action action)
+{
+    showPageOf(action);
+    for (const Command &command : commands()) {
+        if (command.action != action || command.buttons.empty())
+            continue;
+        const QString name = QString::fromUtf16(command.buttons.front().name);
+        if (auto *button = m_controls.tabs->findChild<QPushButton *>(name))
+            button->setFocus();
+        return;
+    }
+}
+
 } // namespace app

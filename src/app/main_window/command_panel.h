@@ -42,6 +42,8 @@ public:
 
     /// Turns the tab panel to the page on which the button of \a action is.
     void showPageOf(Action action);
+    /// The same, with the cursor on the button of \a action, where it has one.
+    void focusButtonOf(Action action);
 
     /// Puts \a widget above or below the buttons of a group.
     void addToGroup(Page page, const QString &group, QWidget *widget, PanelSide side);

@@ -28,6 +28,26 @@ using namespace Qt::StringLiterals;
 namespace app
 {
 
+namespace
+{
+
+// What enters slips of \a kind, where it has a button.
+std::optional<Action> entryOf(const book::SlipKind &kind)
+{
+    const std::pair<book::SlipKind, Action> entries[] = {{book::sale, Action::Sales},
+                                                         {book::receipt, Action::Receipt},
+                                                         {book::estimate, Action::Estimate},
+                                                         {book::purchase, Action::Purchase},
+                                                         {book::payment, Action::Payment}};
+    for (const auto &[entered, action] : entries) {
+        if (entered == kind)
+            return action;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *parent)
     : QMainWindow(parent)
     , m_workspace(workspace)
@@ -192,6 +212,7 @@ bool frmAMain::employeeChosen()
     }
     m_commands->showPageOf(Action::Employees);
     open(Action::Employees);
+    m_ui->dbcShain->setFocus(); // whoever was registered is to be chosen
     return false;
 }
 
@@ -212,9 +233,12 @@ bool frmAMain::slipsExist(const book::SlipKind &kind)
     const auto found = book::hasSlips(m_workspace.connection, kind);
     if (!found)
         return tell(found.error());
-    if (!*found)
-        ui::prompts::inform(this, u"現在、該当する伝票はありません。"_s);
-    return *found;
+    if (*found)
+        return true;
+    ui::prompts::inform(this, u"現在、該当する伝票はありません。"_s);
+    if (const auto entry = entryOf(kind))
+        m_commands->focusButtonOf(*entry);
+    return false;
 }
 
 void frmAMain::open(Action action)

@@ -210,6 +210,7 @@ void TestMainWindow::nobodyEmployedOpensTheEditor()
     QCOMPARE(stage.find<QTabWidget>("SSTab1")->currentIndex(), static_cast<int>(Page::Settings));
     QVERIFY(stage.find<QComboBox>("dbcShain")->findText(u"佐藤"_s) >= 0);
     QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), QString());
+    QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
 }
 
 void TestMainWindow::nobodyChosenPutsTheCursorThere()
@@ -299,6 +300,14 @@ void TestMainWindow::slipGuard()
     ui::prompts::expectInform(noSlips);
     item->trigger();
     QVERIFY(stage.opened.isEmpty());
+    // The cursor goes where such slips are entered.
+    const QMap<QString, QString> entries{{u"O"_s, u"Command45"_s},
+                                         {u"R"_s, u"Command1"_s},
+                                         {u"I"_s, u"Command39"_s},
+                                         {u"P"_s, u"Command41"_s},
+                                         {u"M"_s, u"Command48"_s}};
+    if (entries.contains(letter))
+        QCOMPARE(stage.window->focusWidget()->objectName(), entries.value(letter));
 
     stage.shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (?, ?)"_s, {++id, letter + u"2"_s});
     item->trigger();
