@@ -3,11 +3,23 @@
 namespace tables
 {
 
-bool CsvReader::atLineEnd() const { return m_rest.front() == u'\r' || m_rest.front() == u'\n'; }
+bool CsvReader::isAtEnd()
+{
+    while (m_rest.isEmpty() && m_source) {
+        if (m_source(m_piece))
+            m_rest = m_piece;
+        else
+            m_source = {};
+    }
+    return m_rest.isEmpty();
+}
 
 void CsvReader::skipLineEnd()
 {
-    m_rest = m_rest.sliced(m_rest.startsWith(u"\r\n") ? 2 : 1);
+    const bool isReturn = m_rest.front() == u'\r';
+    skip();
+    if (isReturn && isAt(u'\n'))
+        skip();
     ++m_line;
 }
 
@@ -15,27 +27,27 @@ bool CsvReader::next(QStringList &record)
 {
     record.clear();
     m_isCut = false;
-    while (!m_rest.isEmpty() && atLineEnd())
+    while (isAtLineEnd())
         skipLineEnd();
-    if (m_rest.isEmpty())
+    if (isAtEnd())
         return false;
     m_recordLine = m_line;
     record += field();
-    while (!m_rest.isEmpty() && m_rest.front() == m_separator) {
-        m_rest = m_rest.sliced(1);
+    while (isAt(m_separator)) {
+        skip();
         const QString next = field();
         m_isCut = m_isCut || record.size() >= m_highestFields;
         if (!m_isCut)
             record += next;
     }
-    if (!m_rest.isEmpty())
+    if (!isAtEnd())
         skipLineEnd();
     return true;
 }
 
 QString CsvReader::field()
 {
-    if (!m_rest.startsWith(u'"'))
+    if (!isAt(u'"'))
         return plainField();
     // What stands between the closing quote and the separator is kept: a stray quote must cost no text.
     const QString quoted = quotedField();
@@ -44,31 +56,39 @@ QString CsvReader::field()
 
 QString CsvReader::plainField()
 {
-    qsizetype length = 0;
-    while (length < m_rest.size() && m_rest[length] != m_separator && m_rest[length] != u'\r' &&
-           m_rest[length] != u'\n')
-        ++length;
-    return take(length).toString();
+    QString field;
+    while (!isAtEnd()) {
+        qsizetype length = 0;
+        while (length < m_rest.size() && m_rest[length] != m_separator && m_rest[length] != u'\r' &&
+               m_rest[length] != u'\n')
+            ++length;
+        field += take(length);
+        if (!m_rest.isEmpty())
+            break;
+    }
+    return field;
 }
 
 QString CsvReader::quotedField()
 {
-    m_rest = m_rest.sliced(1);
+    skip();
     QString field;
     while (true) {
         const qsizetype quote = m_rest.indexOf(u'"');
-        m_endsInQuotes = quote < 0;
-        const QStringView piece = take(m_endsInQuotes ? m_rest.size() : quote);
+        const QStringView piece = take(quote < 0 ? m_rest.size() : quote);
         // A CR LF counts once, by its LF.
         m_line += static_cast<int>(piece.count(u'\n'));
         field += piece;
+        m_endsInQuotes = isAtEnd();
         if (m_endsInQuotes)
             return field;
-        m_rest = m_rest.sliced(1);
-        if (!m_rest.startsWith(u'"'))
+        if (quote < 0)
+            continue;
+        skip();
+        if (!isAt(u'"'))
             return field;
         field += u'"';
-        m_rest = m_rest.sliced(1);
+        skip();
     }
 }
 

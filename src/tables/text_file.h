@@ -3,7 +3,9 @@
 #include "base/result.h"
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
+#include <QStringDecoder>
 
 namespace tables
 {
@@ -14,5 +16,31 @@ base::Result<QString> decodeText(const QByteArray &content);
 
 /// The text of a whole file of at most \a highestSize bytes.
 base::Result<QString> readTextFile(const QString &fileName, qint64 highestSize);
+
+/// The same piece by piece, so that the size of a file costs no memory.
+class TextFile
+{
+public:
+    /// Opens a file of at most \a highestSize bytes, and finds out how its text is written.
+    base::Status open(const QString &fileName, qint64 highestSize);
+
+    /// Begins anew with the first piece.
+    void rewind();
+
+    /// Puts the next piece in place of \a piece. \return false after the last one, and when state() says why
+    bool next(QString &piece);
+
+    [[nodiscard]] const base::Status &state() const { return m_state; }
+
+private:
+    bool decode(const QByteArray &bytes, QString &piece);
+    base::Status findEncoding();
+
+    QFile m_file;
+    qsizetype m_mark = 0;                               // bytes before the text
+    std::optional<QStringDecoder::Encoding> m_encoding; // none: the code page
+    QStringDecoder m_decoder;
+    base::Status m_state;
+};
 
 } // namespace tables

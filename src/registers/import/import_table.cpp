@@ -4,6 +4,8 @@
 #include "tables/csv_reader.h"
 #include "tables/text_file.h"
 
+#include <QLocale>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -17,6 +19,9 @@ namespace
 constexpr qint64 highestFileSize = 64 * 1024 * 1024;
 // More than any register of customers has; a table of the clerk's with more is no such register.
 constexpr qsizetype highestColumns = 256;
+// Of what is kept in memory until it is imported: some hundred megabytes.
+constexpr qsizetype highestRows = 200'000;
+constexpr qsizetype highestCells = 3'000'000;
 
 bool isBlank(const QString &cell) { return cell.trimmed().isEmpty(); }
 
@@ -27,14 +32,18 @@ void dropBlankEnd(QStringList &cells)
         cells.removeLast();
 }
 
-base::Result<ImportTable> tableFrom(const QString &text, QChar separator, QString (*plain)(const QString &),
+base::Error tooMuch(const QString &what, qsizetype most)
+{
+    return {u"%1が多すぎるため（%2 まで）、読み込みませんでした。いくつかに分けて取り込んでください。"_s.arg(
+        what, QLocale(QLocale::Japanese).toString(most))};
+}
+
+base::Result<ImportTable> tableFrom(tables::CsvReader reader, QString (*plain)(const QString &),
                                     const base::Progress &progress)
 {
-    if (text.contains(QChar(u'\0')))
-        return base::Error{u"表の形をしたテキストではないため、読み込みませんでした。"_s};
     ImportTable table;
-    tables::CsvReader reader(text, separator);
     reader.limitFields(highestColumns);
+    qsizetype cellsRead = 0;
     QStringList cells;
     while (reader.next(cells)) {
         if (reader.isCut())
@@ -45,8 +54,13 @@ base::Result<ImportTable> tableFrom(const QString &text, QChar separator, QStrin
             continue;
         for (QString &cell : cells)
             cell = plain(cell);
+        cellsRead += cells.size();
         table.columns = std::max(table.columns, cells.size());
         table.rows.push_back({reader.line(), std::move(cells)});
+        if (table.rows.size() > std::size_t(highestRows))
+            return tooMuch(u"行"_s, highestRows);
+        if (cellsRead > highestCells)
+            return tooMuch(u"セル"_s, highestCells);
         if (!progress(static_cast<qint64>(table.rows.size()), 0))
             return base::cancelled();
     }
@@ -58,11 +72,30 @@ base::Result<ImportTable> tableFrom(const QString &text, QChar separator, QStrin
     return table;
 }
 
+base::Error noTable() { return {u"表の形をしたテキストではないため、読み込みませんでした。"_s}; }
+
+// The pieces of a file up to one that is no text.
+struct Pieces
+{
+    tables::TextFile file;
+    bool isText = true;
+
+    tables::CsvReader::Source source()
+    {
+        file.rewind();
+        return [this](QString &piece) {
+            const bool goesOn = file.next(piece);
+            isText = isText && !(goesOn && piece.contains(QChar(u'\0')));
+            return goesOn && isText;
+        };
+    }
+};
+
 QString asItStands(const QString &cell) { return cell; }
 
-qsizetype fieldsOfFirstRecord(const QString &text, QChar separator)
+qsizetype fieldsOfFirstRecord(Pieces &pieces, QChar separator)
 {
-    tables::CsvReader reader(text, separator);
+    tables::CsvReader reader(pieces.source(), separator);
     reader.limitFields(highestColumns);
     QStringList cells;
     reader.next(cells);
@@ -71,26 +104,34 @@ qsizetype fieldsOfFirstRecord(const QString &text, QChar separator)
 
 // Other programs call tables with tabs or semicolons CSV, too; the first record shows it. A semicolon is the
 // weakest sign, as it may be part of a text; a text with a tab stands in quotes.
-QChar separatorOf(const QString &text)
+QChar separatorOf(Pieces &pieces)
 {
-    const qsizetype byComma = fieldsOfFirstRecord(text, u',');
-    const qsizetype byTab = fieldsOfFirstRecord(text, u'\t');
+    const qsizetype byComma = fieldsOfFirstRecord(pieces, u',');
+    const qsizetype byTab = fieldsOfFirstRecord(pieces, u'\t');
     if (byTab > 1 && byTab >= byComma)
         return u'\t';
-    return byComma <= 1 && fieldsOfFirstRecord(text, u';') > 1 ? u';' : u',';
+    return byComma <= 1 && fieldsOfFirstRecord(pieces, u';') > 1 ? u';' : u',';
 }
 
 } // namespace
 
 base::Result<ImportTable> readImportFile(const QString &fileName, const base::Progress &progress)
 {
-    const auto text = tables::readTextFile(fileName, highestFileSize);
-    return text ? tableFrom(*text, separatorOf(*text), tables::unguarded, progress) : text.error();
+    Pieces pieces;
+    if (const base::Status opened = pieces.file.open(fileName, highestFileSize); !opened)
+        return opened.error();
+    const QChar separator = separatorOf(pieces);
+    auto table = tableFrom(tables::CsvReader(pieces.source(), separator), tables::unguarded, progress);
+    if (!pieces.isText)
+        return noTable();
+    return pieces.file.state() ? table : pieces.file.state().error();
 }
 
 base::Result<ImportTable> tableFromClipboard(const QString &text)
 {
-    return tableFrom(text, u'\t', asItStands, base::unwatched);
+    if (text.contains(QChar(u'\0')))
+        return noTable();
+    return tableFrom(tables::CsvReader(text, u'\t'), asItStands, base::unwatched);
 }
 
 } // namespace registers

@@ -117,6 +117,52 @@ private slots:
         QVERIFY(!table.error().text.isEmpty());
     }
 
+    // Rows of one letter, many more than bytes in a page of memory: what is not kept costs none.
+    void boundsWhatItKeeps_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("said");
+        const QByteArray row = QByteArray("a,").repeated(99) + "b\n";
+        QTest::newRow("rows") << QByteArray("a\n").repeated(2'000'000)
+                              << u"行が多すぎるため（200,000 まで）"_s;
+        QTest::newRow("cells") << row.repeated(40'000) << u"セルが多すぎるため（3,000,000 まで）"_s;
+    }
+    void boundsWhatItKeeps()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, said);
+        Shop shop;
+        const auto table = readImportFile(shop.file(u"in.csv"_s, content), base::unwatched);
+        QVERIFY(!table);
+        QVERIFY2(table.error().text.startsWith(said), qPrintable(table.error().text));
+    }
+
+    // A piece may end within a character, a line end or doubled quotes.
+    void readsAcrossPieces_data()
+    {
+        QTest::addColumn<int>("shift");
+        QTest::addColumn<bool>("isCodePage");
+        for (int shift = 0; shift < 12; ++shift) {
+            QTest::addRow("UTF-8, %d", shift) << shift << false;
+            QTest::addRow("code page, %d", shift) << shift << true;
+        }
+    }
+    void readsAcrossPieces()
+    {
+        QFETCH(int, shift);
+        QFETCH(bool, isCodePage);
+        const QString end = u"\"東\"\"京\"\r\n髙橋,表\r\n"_s;
+        const QString text = QString((1 << 20) - shift - 5, u'x') + u"\n1,\r\n"_s + end;
+        Shop shop;
+        const auto table = readImportFile(
+            shop.file(u"in.csv"_s, isCodePage ? *text::toCp932(text) : text.toUtf8()), base::unwatched);
+        QVERIFY(table);
+        QCOMPARE(table->rows.size(), 4U);
+        QCOMPARE(table->rows[2].cells, QStringList{u"東\"京"_s});
+        QCOMPARE(table->rows[3].cells, (QStringList{u"髙橋"_s, u"表"_s}));
+        QCOMPARE(table->rows[3].line, 4);
+    }
+
     void assignsByHeadings_data()
     {
         QTest::addColumn<QString>("headings");
