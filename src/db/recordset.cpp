@@ -396,7 +396,8 @@ void Recordset::setEditable(const QStringList &columns, CellReader reader)
 
 Qt::ItemFlags Recordset::flags(const QModelIndex &index) const
 {
-    const bool editable = index.isValid() && m_editable.contains(m_columns.at(index.column()));
+    const bool editable = index.isValid() && m_editable.contains(m_columns.at(index.column())) &&
+                          !isCut(index.row(), index.column());
     return QAbstractTableModel::flags(index) | (editable ? Qt::ItemIsEditable : Qt::NoItemFlags);
 }
 

@@ -80,6 +80,9 @@ public:
 
     /// The current row's value, as edited; invalid for NULL, an unknown column or without a row.
     [[nodiscard]] QVariant value(const QString &column) const;
+    /// Whether only the beginning of the current row's value is there, since it is too long for a screen. It
+    /// cannot be edited.
+    [[nodiscard]] bool isCut(const QString &column) const;
     [[nodiscard]] QString text(const QString &column) const { return value(column).toString(); }
 
     /// Edits the current row. Text becomes a number where the column holds numbers (NULL when it is none).
@@ -196,6 +199,7 @@ private:
     base::Status moveToEnd(KeySet::End end);
     base::Result<Columns> readColumns(const Query &query);
     [[nodiscard]] QVariant stored(int row, int column) const;
+    [[nodiscard]] bool isCut(int row, int column) const { return rowAt(row).cut.contains(column); }
     [[nodiscard]] const RowCache::Row &rowAt(int row) const;
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
     [[nodiscard]] bool isText(int column) const;

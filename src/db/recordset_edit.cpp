@@ -1,5 +1,6 @@
 // Rows of a record set edited, written, added and removed.
 #include "db/keys.h"
+#include "db/long_value.h"
 #include "db/recordset.h"
 #include "db/schema.h"
 #include "db/transaction.h"
@@ -35,10 +36,18 @@ QVariant Recordset::value(const QString &column) const
     return edit != m_edits.constEnd() ? *edit : stored(m_current, index);
 }
 
+bool Recordset::isCut(const QString &column) const
+{
+    const int index = columnOf(column);
+    return m_current >= 0 && index >= 0 && isCut(m_current, index);
+}
+
 void Recordset::setValue(const QString &column, const QVariant &value)
 {
     const int index = columnOf(column);
     if (m_current < 0 || index < 0)
+        return;
+    if (isCut(m_current, index))
         return;
     const QVariant old = stored(m_current, index);
     const QVariant now = coerced(index, value);
@@ -164,15 +173,16 @@ void Recordset::written()
 
 base::Result<QVariantList> Recordset::readCurrent() const
 {
-    const auto now = m_connection.select(u"SELECT "_s + m_query.columns + u" FROM "_s + m_query.table +
-                                             u" WHERE "_s + m_key + u" = ?"_s,
-                                         {currentKey()});
+    auto now = m_connection.select(u"SELECT "_s + m_query.columns + u" FROM "_s + m_query.table +
+                                       u" WHERE "_s + m_key + u" = ?"_s,
+                                   {currentKey()});
     if (!now)
         return now.error();
     if (now->isEmpty())
         return base::Error{.text =
                                u"表示中のデータはほかのプログラムで削除されたため、変更できませんでした。"_s,
                            .gone = true};
+    (void)shorten(now->rows.front()); // as the row here is
     return now->rows.front();
 }
 

@@ -1,6 +1,7 @@
 #include "db/row_cache.h"
 
 #include "db/connection.h"
+#include "db/long_value.h"
 
 using namespace Qt::StringLiterals;
 
@@ -44,8 +45,11 @@ void RowCache::read(const QVariantList &keys, qint64 kept)
         m_rows.insert(key.toLongLong(), {{}, bool(rows)});
     if (!rows)
         return;
-    for (const QVariantList &row : rows->rows)
-        m_rows.insert(row.constFirst().toLongLong(), {row.mid(1), true});
+    for (const QVariantList &row : rows->rows) {
+        QVariantList values = row.mid(1);
+        const QList<int> cut = shorten(values);
+        m_rows.insert(row.constFirst().toLongLong(), {values, true, cut});
+    }
 }
 
 void RowCache::refresh(qint64 key)

@@ -15,11 +15,13 @@ class RowCache
 public:
     static constexpr int blockSize = 64; // rows that are read together
 
-    /// A row as it was read. One that could not be read, or that is gone, is without values.
+    /// A row as it was read. One that could not be read, or that is gone, is without values. Of values that
+    /// are too long for a screen only the beginning is there.
     struct Row
     {
         QVariantList values;
         bool isRead = false;
+        QList<int> cut = {}; // the places of those
     };
 
     explicit RowCache(Connection &connection)

@@ -8,6 +8,9 @@ namespace ui
 namespace
 {
 
+// Characters: a grid that lays out megabytes stands still.
+constexpr qsizetype longestShown = 2000;
+
 int alignmentOf(const base::Column &column)
 {
     return int((base::isNumber(column.format) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
@@ -19,7 +22,7 @@ QVariant cellOf(const base::Column &column, const QVariant &value, int role)
 {
     switch (role) {
     case Qt::DisplayRole:
-        return text::formatValue(column.format, value);
+        return text::formatValue(column.format, value).left(longestShown);
     case Qt::EditRole:
         return value;
     case Qt::TextAlignmentRole:

@@ -34,11 +34,25 @@ void RecordPanel::bind(QCheckBox *box, const QString &column)
     });
 }
 
+// What is not shown whole is not to be edited.
+void RecordPanel::lockIfCut(QLineEdit &box, bool isCut)
+{
+    if (isCut == m_locked.contains(&box))
+        return;
+    box.setReadOnly(isCut);
+    if (isCut)
+        m_locked.insert(&box);
+    else
+        m_locked.remove(&box);
+}
+
 void RecordPanel::show()
 {
     const QScopedValueRollback showing(m_showing, true);
     for (const Field &field : std::as_const(m_fields)) {
         const QVariant value = m_recordset.value(field.column);
+        if (field.line)
+            lockIfCut(*field.line, m_recordset.isCut(field.column));
         if (field.check)
             field.check->setChecked(value.toInt() == 1);
         else if (field.line->text() != value.toString())

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QSet>
 #include <QString>
 
 class QCheckBox;
@@ -33,6 +34,8 @@ public:
     void show();
 
 private:
+    void lockIfCut(QLineEdit &box, bool isCut);
+
     struct Field
     {
         QLineEdit *line;
@@ -42,6 +45,7 @@ private:
 
     db::Recordset &m_recordset;
     QList<Field> m_fields;
+    QSet<QLineEdit *> m_locked;
     bool m_showing = false;
 };
 
