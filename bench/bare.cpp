@@ -65,10 +65,10 @@ std::int64_t Bare::saveHeader(std::int64_t customer)
     sqlite3_stmt *stamp = prepared(m_handle, "UPDATE 納品先 SET 更新日 = '2026-04-01' WHERE 納品先ID = ?");
     sqlite3_bind_int64(stamp, 1, customer);
     readAll(m_handle, stamp);
-    sqlite3_stmt *header =
-        prepared(m_handle, "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率) "
-                           "SELECT max(ID) + 1, '2026-04-01', 'O' || (max(ID) + 1), ?, 1, 5 "
-                           "FROM 入出庫マスター");
+    sqlite3_stmt *header = prepared(
+        m_handle, "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 社員ID, 消費税率, 完了, 版) "
+                  "SELECT max(ID) + 1, '2026-04-01', 'O' || (max(ID) + 1), ?, 1, 5, 0, "
+                  "(SELECT 最終 FROM 版数) FROM 入出庫マスター");
     sqlite3_bind_int64(header, 1, customer);
     readAll(m_handle, header);
     const std::int64_t id = sqlite3_last_insert_rowid(m_handle);
@@ -79,8 +79,10 @@ std::int64_t Bare::saveHeader(std::int64_t customer)
 void Bare::saveLine(std::int64_t slip)
 {
     run("BEGIN IMMEDIATE");
-    sqlite3_stmt *insert = prepared(m_handle, "INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, "
-                                              "金額) VALUES (?, 'りんご', '贈答用', 2, '箱', 3980, 7960)");
+    sqlite3_stmt *insert =
+        prepared(m_handle, "INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単位, 単価, 金額, 版) "
+                           "VALUES (?, 'りんご', '贈答用', 2, '箱', 3980, 7960, "
+                           "(SELECT 最終 FROM 版数))");
     sqlite3_bind_int64(insert, 1, slip);
     readAll(m_handle, insert);
     run("COMMIT");

@@ -80,4 +80,10 @@ double secondsToPress(QAbstractButton &button)
 
 void settle() { QCoreApplication::processEvents(); }
 
+void settleWholly()
+{
+    for (int quiet = 0; quiet < 5;)
+        quiet = secondsOf(settle) < 0.0005 ? quiet + 1 : 0;
+}
+
 } // namespace bench

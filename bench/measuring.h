@@ -64,4 +64,7 @@ double secondsToPress(QAbstractButton &button);
 /// opens: SQLite has nothing to set against it.
 void settle();
 
+/// Until no screen, of other rows either, has anything left to read or to paint.
+void settleWholly();
+
 } // namespace bench

@@ -231,6 +231,7 @@ private:
             for (const auto &[at, file] : {std::pair(small, smallFile), std::pair(large, largeFile)}) {
                 auto shop = std::make_shared<OpenShop>(file);
                 add(at, "ours", [shop, action] {
+                    settleWholly();
                     std::unique_ptr<Screen> screen;
                     const double opened = secondsOf([&] {
                         screen = std::make_unique<Screen>(shop->workspace);

@@ -111,6 +111,7 @@ base::Status Connection::open(const QString &fileName)
 void Connection::close()
 {
     m_statements.clear();
+    m_readers.clear();
     QSqlDatabase database = QSqlDatabase::database(m_name, false);
     if (database.isOpen())
         database.close();
@@ -210,7 +211,7 @@ base::Status Connection::checkEdges()
                 return edge.error();
         }
     }
-    // A partial one would need its own condition; none of ours is.
+    // A partial one would need its own condition; ours holds a few slips.
     const auto indexes = select(u"SELECT l.name, t.name FROM sqlite_schema t, pragma_index_list(t.name) l "
                                 "WHERE t.type = 'table' AND l.partial = 0"_s);
     if (!indexes)
@@ -342,14 +343,21 @@ base::Result<std::vector<qint64>> Connection::integers(const QString &sql, const
 {
     if (!m_open)
         return errorFromCode(SQLITE_CANTOPEN, {});
-    Statement row(handle(), sql);
-    row.bind(values);
+    if (m_readers.size() > statementsKept)
+        m_readers.clear();
+    std::unique_ptr<Statement> &row = m_readers[isKept(sql) ? sql : QString()];
+    if (!row)
+        row = std::make_unique<Statement>(handle(), sql);
+    row->bind(values);
     std::vector<qint64> found;
-    while (row.next())
-        found.push_back(row.integer(0));
-    if (row.code() != SQLITE_DONE)
-        return errorFrom(handle());
-    return found;
+    while (row->next())
+        found.push_back(row->integer(0));
+    const base::Status done = row->code() == SQLITE_DONE ? base::Status() : errorFrom(handle());
+    if (done && isKept(sql))
+        row->reset();
+    else
+        row.reset();
+    return done ? base::Result<std::vector<qint64>>(std::move(found)) : done.error();
 }
 
 } // namespace db

@@ -16,6 +16,8 @@ struct sqlite3;
 namespace db
 {
 
+class Statement;
+
 /// The rows of a small result, read whole, so that no statement stays open and holds a lock on the file.
 struct Rows
 {
@@ -91,6 +93,7 @@ private:
     UseMark m_mark;
     bool m_open = false;
     std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_statements; // prepared, by their text
+    std::unordered_map<QString, std::unique_ptr<Statement>> m_readers;    // of integers(), the same
 };
 
 } // namespace db

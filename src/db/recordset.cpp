@@ -15,6 +15,9 @@ namespace db
 namespace
 {
 
+// The first page is drawn before the keys of further ones are read; milliseconds.
+constexpr int beforeReadingOn = 20;
+
 // A file that cannot be read now, as it is locked perhaps, is tried again; milliseconds.
 constexpr int firstPause = 50;
 constexpr int longestPause = 2000;
@@ -63,11 +66,11 @@ Recordset::~Recordset() = default;
 
 // --- Opening ---
 
-base::Status Recordset::open(const Query &query)
+base::Status Recordset::open(const Query &query, KeySet::End end)
 {
     KeySet keys(m_connection, m_pace);
-    const base::Status opened = keys.open(query, KeySet::End::First);
-    return opened ? adopt(std::move(keys), query) : opened;
+    const base::Status opened = keys.open(query, end);
+    return opened ? adopt(std::move(keys), query, end) : opened;
 }
 
 base::Result<bool> Recordset::openIfAny(const Query &query)
@@ -77,11 +80,11 @@ base::Result<bool> Recordset::openIfAny(const Query &query)
         return opened.error();
     if (keys.count() == 0)
         return false;
-    const base::Status adopted = adopt(std::move(keys), query);
+    const base::Status adopted = adopt(std::move(keys), query, KeySet::End::First);
     return adopted ? base::Result<bool>(true) : base::Result<bool>(adopted.error());
 }
 
-base::Status Recordset::adopt(KeySet keys, const Query &query)
+base::Status Recordset::adopt(KeySet keys, const Query &query, KeySet::End current)
 {
     const auto columns = readColumns(query);
     if (!columns)
@@ -91,7 +94,8 @@ base::Status Recordset::adopt(KeySet keys, const Query &query)
     m_key = query.key();
     m_columns = columns->names;
     m_types = columns->types;
-    show(std::move(keys), 0);
+    const int row = current == KeySet::End::First ? 0 : keys.count() - 1;
+    show(std::move(keys), row);
     return {};
 }
 
@@ -104,7 +108,7 @@ void Recordset::show(KeySet keys, int current)
     m_newRow = {};
     m_current = std::min(current, count() - 1);
     endResetModel();
-    goOnReading(0);
+    goOnReading(beforeReadingOn);
     emit currentRowChanged(m_current);
 }
 

@@ -33,9 +33,9 @@ public:
     explicit Recordset(Connection &connection, QObject *parent = nullptr, Pace pace = {});
     ~Recordset() override;
 
-    /// Reads the first rows of \a query; the first one becomes the current one. A query of one row or none is
-    /// known to be one when it is open. After a failure the record set holds what it held before.
-    base::Status open(const Query &query);
+    /// Reads the rows at \a end of \a query; the outermost one becomes the current one. A query of one row or
+    /// none is known to be one when it is open. After a failure the record set holds what it held before.
+    base::Status open(const Query &query, KeySet::End end = KeySet::End::First);
 
     /// As open(), but a query without a row leaves the record set as it was. \return whether it has rows
     base::Result<bool> openIfAny(const Query &query);
@@ -189,7 +189,7 @@ private:
     // "?, ?, ?"
     static QString placeholders(qsizetype count);
 
-    base::Status adopt(KeySet keys, const Query &query);
+    base::Status adopt(KeySet keys, const Query &query, KeySet::End current);
     void show(KeySet keys, int current);
     void extend(KeySet::End end, const KeySet::Found &found);
     void goOnReading(int afterMilliseconds);

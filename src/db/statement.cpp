@@ -46,6 +46,14 @@ Statement::Statement(sqlite3 *handle, const QString &sql)
 
 Statement::~Statement() { sqlite3_finalize(m_statement); }
 
+// A failure of the last run was told then.
+void Statement::reset()
+{
+    (void)sqlite3_reset(m_statement);
+    m_code = sqlite3_clear_bindings(m_statement);
+    m_bound = 0;
+}
+
 void Statement::bind(const QVariant &value)
 {
     if (m_code == SQLITE_OK)

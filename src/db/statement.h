@@ -23,6 +23,9 @@ public:
     Statement(const Statement &) = delete;
     Statement &operator=(const Statement &) = delete;
 
+    /// To be run again: nothing is bound, and no lock on the file is held.
+    void reset();
+
     /// Binds to the next "?".
     void bind(const QVariant &value);
     void bind(const QVariantList &values);

@@ -149,6 +149,25 @@ void Grid::followRecordset(int row)
     m_following = false;
 }
 
+// With each new row the view would draw all of them anew, and the clerk would wait for it at every line.
+void Grid::showAppended(const std::function<void()> &append)
+{
+    executeDelayedItemsLayout();
+    const QSize size = viewport()->size();
+    const int top = verticalScrollBar()->value();
+    const bool isDrawn = viewport()->updatesEnabled();
+    viewport()->setAttribute(Qt::WA_UpdatesDisabled);
+    append();
+    executeDelayedItemsLayout();
+    viewport()->setAttribute(Qt::WA_UpdatesDisabled, !isDrawn);
+    const int last = model()->rowCount() - 1;
+    if (viewport()->size() != size || verticalScrollBar()->value() != top)
+        viewport()->update();
+    else
+        viewport()->update(0, rowViewportPosition(last), size.width(), rowHeight(last));
+    scrollToBottom();
+}
+
 // The arrow keys move from a column that shows only.
 int Grid::cursorColumn() const
 {

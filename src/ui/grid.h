@@ -46,6 +46,9 @@ public:
     /// cannot be left, \a refused gets the reason and the grid stays.
     void bind(db::Recordset &recordset, std::function<void(const QString &)> refused);
 
+    /// Scrolls to the row that \a append puts at the end, and draws that one alone.
+    void showAppended(const std::function<void()> &append);
+
     /// The selected rows as tab-separated lines.
     [[nodiscard]] QString selectedText() const;
 

@@ -39,6 +39,9 @@ void Screen::setUp()
     const auto boxes = findChildren<QLineEdit *>();
     for (QLineEdit *box : boxes) {
         box->installEventFilter(this);
+        // Each letter typed would draw the frames beneath the box anew, which takes longer than the box.
+        box->setBackgroundRole(QPalette::Window);
+        box->setAutoFillBackground(true);
         if (box->isReadOnly())
             setReadOnly(box, true);
     }

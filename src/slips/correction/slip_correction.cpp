@@ -27,7 +27,8 @@ base::Status openSlips(db::Recordset &headers, const book::SlipKind &kind)
     return headers.open({.table = u"入出庫マスター"_s,
                          .where = condition.sql,
                          .order = {u"ID"_s},
-                         .values = condition.values});
+                         .values = condition.values},
+                        db::KeySet::End::Last);
 }
 
 base::Result<bool> openSlipsOf(db::Recordset &headers, const book::SlipKind &kind,

@@ -151,8 +151,6 @@ void SlipCorrectionScreen::showAll()
         (void)m_slip.forgetLines(shown);
         return;
     }
-    // What is corrected is nearly always one of the last slips.
-    (void)m_slip.headers.moveLast();
     m_ui->dbcNouhin->clear();
     m_ui->DataGrid1->setFocus();
 }

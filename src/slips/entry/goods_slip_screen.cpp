@@ -136,9 +136,10 @@ void GoodsSlipScreen::addLine()
         return;
     if (!storeLine([&](db::Connection &file) { return book::addLine(file, header().id, *line); }))
         return;
-    m_lines.append(
-        {line->product, line->specification, line->quantity, line->unit, line->price, line->amount});
-    m_goods.lines->scrollToBottom();
+    m_goods.lines->showAppended([&] {
+        m_lines.append(
+            {line->product, line->specification, line->quantity, line->unit, line->price, line->amount});
+    });
     m_entry->clear();
     m_goods.taxFlag->setText(u"OFF"_s);
     enter(SlipState::LinesPresent);

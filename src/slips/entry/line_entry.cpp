@@ -124,7 +124,8 @@ bool LineEntry::isTyped() const
 void LineEntry::clear()
 {
     for (QComboBox *picker : {m_boxes.product, m_boxes.specification, m_boxes.unit}) {
-        picker->setCurrentIndex(-1);
+        if (picker->currentIndex() >= 0)
+            picker->setCurrentIndex(-1);
         picker->clearEditText();
     }
     for (QLineEdit *box : {m_boxes.quantity, m_boxes.price})

@@ -123,8 +123,7 @@ void MoneySlipScreen::addLine()
         return;
     if (!storeLine([&](db::Connection &file) { return book::addLine(file, header().id, kind(), *line); }))
         return;
-    m_lines.append({line->item, line->means, line->amount});
-    m_ui->dgdSub->scrollToBottom();
+    m_ui->dgdSub->showAppended([&] { m_lines.append({line->item, line->means, line->amount}); });
     clearEntry();
     enter(SlipState::LinesPresent);
     focusLine();
