@@ -49,12 +49,12 @@ MovementSum sumFrom(const QVariantList &row)
     sum.isSince = row.at(2).toBool();
     sum.taxClass = goodsTaxFrom(row.at(3));
     sum.taxRate = storedNumber(row.at(4));
-    sum.amount = ExactSum::ofTenThousandths(row.at(5).toDouble());
+    sum.amount = base::ExactSum::ofTenThousandths(row.at(5).toDouble());
     sum.lines = row.at(6).toLongLong();
     sum.firstSlip = row.at(7).toLongLong();
     sum.lastDay = row.at(8).toString();
     sum.taxLines = row.at(9).toLongLong();
-    sum.tax = ExactSum::ofTenThousandths(row.at(10).toDouble());
+    sum.tax = base::ExactSum::ofTenThousandths(row.at(10).toDouble());
     return sum;
 }
 
@@ -73,7 +73,7 @@ base::Status takeSums(db::Connection &connection, const Condition &condition, co
 
 } // namespace
 
-ExactSum MovementSum::inBalance() const { return amount.times(kind.sign); }
+base::ExactSum MovementSum::inBalance() const { return amount.times(kind.sign); }
 
 base::Status sumMovements(db::Connection &connection, const Selection &selection, const Grouping &grouping,
                           const base::Progress &progress, const TakeSum &take)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/exact_sum.h"
 #include "base/progress.h"
-#include "book/exact_sum.h"
 #include "book/slip_selection.h"
 #include "book/tax_rates.h"
 #include "db/connection.h"
@@ -31,15 +31,16 @@ struct MovementSum
     std::optional<GoodsTax> taxClass;
     std::optional<double> taxRate; // percent; a book from elsewhere may have none
 
-    ExactSum amount; // yen, as written: a receipt is positive; none where one of the lines has no number
-    ExactSum tax;    // what tax lines make of that
+    base::ExactSum
+        amount;         // yen, as written: a receipt is positive; none where one of the lines has no number
+    base::ExactSum tax; // what tax lines make of that
     qint64 lines = 0;
     qint64 taxLines = 0;
     QString lastDay;      // yyyy-MM-dd; empty where no slip has a day; slips without lines count
     qint64 firstSlip = 0; // the lowest ID among the lines; 0 without any
 
     /// Its amount in the balance of the counterpart.
-    [[nodiscard]] ExactSum inBalance() const;
+    [[nodiscard]] base::ExactSum inBalance() const;
 };
 
 using TakeSum = std::function<void(const MovementSum &)>;

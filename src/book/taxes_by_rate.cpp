@@ -1,6 +1,6 @@
 #include "book/taxes_by_rate.h"
 
-#include "book/exact_sum.h"
+#include "base/exact_sum.h"
 #include "book/tax.h"
 
 #include <cmath>
@@ -25,8 +25,8 @@ struct Group
 
 struct Sums
 {
-    ExactSum net;
-    ExactSum gross;
+    base::ExactSum net;
+    base::ExactSum gross;
     bool hasNet = false;
     bool hasGross = false;
 };

@@ -6,7 +6,7 @@
 /// cannot be read ends the program.
 inline double balanceOf(db::Connection &connection, book::Party party, qint64 counterpart)
 {
-    book::ExactSum sum;
+    base::ExactSum sum;
     const base::Status summed = book::sumMovements(
         connection, {.kinds = book::balanceKindsOf(party), .counterpart = counterpart}, {}, base::unwatched,
         [&sum](const book::MovementSum &part) { sum.add(part.inBalance()); });

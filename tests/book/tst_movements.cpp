@@ -32,8 +32,8 @@ QStringList groupsOf(db::Connection &connection, const Selection &selected, cons
 {
     struct Sum
     {
-        book::ExactSum amount;
-        book::ExactSum tax;
+        base::ExactSum amount;
+        base::ExactSum tax;
         qint64 lines = 0;
         qint64 taxLines = 0;
     };

@@ -1,7 +1,7 @@
 #include "reports/ledgers/ledger.h"
 
+#include "base/exact_sum.h"
 #include "book/counterpart_name.h"
-#include "book/exact_sum.h"
 #include "book/movement_sums.h"
 #include "book/movements.h"
 #include "db/transaction.h"
@@ -27,15 +27,15 @@ Movement movementOf(const book::SlipKind &kind)
 
 // --- One counterpart ---
 
-base::Result<book::ExactSum> balanceBefore(db::Connection &connection, book::Party party,
+base::Result<base::ExactSum> balanceBefore(db::Connection &connection, book::Party party,
                                            book::CounterpartKey counterpart, const QDate &day)
 {
-    book::ExactSum balance;
+    base::ExactSum balance;
     const base::Status summed = book::sumMovements(
         connection,
         {.kinds = book::balanceKindsOf(party), .counterpart = counterpart, .days = book::Days::before(day)},
         {}, base::unwatched, [&balance](const book::MovementSum &part) { balance.add(part.inBalance()); });
-    return summed ? base::Result<book::ExactSum>(balance) : summed.error();
+    return summed ? base::Result<base::ExactSum>(balance) : summed.error();
 }
 
 LedgerLine lineFrom(book::Movement &&movement)
@@ -59,7 +59,7 @@ LedgerLine lineFrom(book::Movement &&movement)
 class Totals
 {
 public:
-    explicit Totals(const book::ExactSum &brought)
+    explicit Totals(const base::ExactSum &brought)
         : m_carried(brought)
         , m_balance(brought)
     {}
@@ -67,7 +67,7 @@ public:
     /// \a isTax: the line is a slip's tax.
     void add(LedgerLine &line, bool isTax)
     {
-        book::ExactSum &sum = line.movement == Movement::Settled   ? m_settled
+        base::ExactSum &sum = line.movement == Movement::Settled   ? m_settled
                               : line.movement == Movement::Charged ? m_charged
                                                                    : m_carried;
         sum.add(line.amount);
@@ -83,11 +83,11 @@ public:
     }
 
 private:
-    book::ExactSum m_carried;
-    book::ExactSum m_charged;
-    book::ExactSum m_tax;
-    book::ExactSum m_settled;
-    book::ExactSum m_balance;
+    base::ExactSum m_carried;
+    base::ExactSum m_charged;
+    base::ExactSum m_tax;
+    base::ExactSum m_settled;
+    base::ExactSum m_balance;
 };
 
 // --- All counterparts ---
@@ -105,7 +105,7 @@ QString namesStatement(book::Party party)
 // A balance on its way: every part of a counterpart's sums goes into it.
 struct Account
 {
-    book::ExactSum sum;
+    base::ExactSum sum;
     QString lastCharged;
     QString lastSettled;
 

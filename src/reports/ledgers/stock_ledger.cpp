@@ -1,7 +1,7 @@
 #include "reports/ledgers/stock_ledger.h"
 
+#include "base/exact_sum.h"
 #include "book/counterpart_name.h"
-#include "book/exact_sum.h"
 #include "book/movement_sums.h"
 #include "book/movements.h"
 #include "book/tax.h"
@@ -22,7 +22,7 @@ namespace
 base::Result<StocktakeReport> reportOf(db::Connection &connection, const std::vector<book::Movement> &found)
 {
     StocktakeReport report;
-    book::ExactSum total;
+    base::ExactSum total;
     std::map<book::CounterpartKey, QString> suppliers;
     for (const book::Movement &movement : found) {
         QString &supplier = suppliers[movement.counterpart];
@@ -64,9 +64,9 @@ struct Price
 struct Account
 {
     QString counted;
-    book::ExactSum stocktake;
-    book::ExactSum in;
-    book::ExactSum out;
+    base::ExactSum stocktake;
+    base::ExactSum in;
+    base::ExactSum out;
     Price purchasePrice;
     Price stocktakePrice;
 };
@@ -116,7 +116,7 @@ StockLine lineOf(const book::Goods &goods, const Account &account)
     line.stocktake = account.stocktake.value();
     line.in = account.in.value();
     line.out = account.out.value();
-    book::ExactSum stock = account.stocktake;
+    base::ExactSum stock = account.stocktake;
     stock.add(line.in);
     stock.add(-line.out);
     line.stock = stock.value();
@@ -169,7 +169,7 @@ base::Result<StockLedger> readStock(db::Connection &connection, const QDate &day
         return moved.error();
 
     StockLedger ledger;
-    book::ExactSum total;
+    base::ExactSum total;
     for (const auto &[goods, account] : accounts) {
         ledger.lines.push_back(lineOf(goods, account));
         total.add(ledger.lines.back().amount);

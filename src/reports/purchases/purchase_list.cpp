@@ -1,7 +1,7 @@
 #include "reports/purchases/purchase_list.h"
 
+#include "base/exact_sum.h"
 #include "book/counterpart_name.h"
-#include "book/exact_sum.h"
 #include "book/movement_sums.h"
 #include "book/tax.h"
 #include "book/taxes_by_rate.h"
@@ -20,7 +20,7 @@ namespace
 
 double difference(double one, double other)
 {
-    book::ExactSum sum;
+    base::ExactSum sum;
     sum.add(one);
     sum.add(-other);
     return sum.value();
@@ -84,11 +84,11 @@ private:
         return tax ? std::optional(*tax) : std::nullopt;
     }
 
-    book::ExactSum m_previous;
-    book::ExactSum m_purchases;
-    book::ExactSum m_tax;
-    book::ExactSum m_payments;
-    std::map<std::pair<book::GoodsTax, std::optional<double>>, book::ExactSum> m_byRate;
+    base::ExactSum m_previous;
+    base::ExactSum m_purchases;
+    base::ExactSum m_tax;
+    base::ExactSum m_payments;
+    std::map<std::pair<book::GoodsTax, std::optional<double>>, base::ExactSum> m_byRate;
     bool m_hasTaxLine = false;
 };
 
