@@ -355,41 +355,14 @@ QVariant Recordset::data(const QModelIndex &index, int role) const
     if (!index.isValid() || index.row() >= count())
         return {};
     if (role == Qt::TextAlignmentRole)
-        return int((isText(index.column()) ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
+        return int((m_types.at(index.column()) == QMetaType::QString ? Qt::AlignLeft : Qt::AlignRight) |
+                   Qt::AlignVCenter);
     if (role != Qt::DisplayRole && role != Qt::EditRole)
         return m_decorator ? m_decorator(index.row(), index.column(), role) : QVariant();
     const auto edit = m_edits.constFind(index.column());
     const bool isEdited = index.row() == m_current && edit != m_edits.constEnd();
     const QVariant value = isEdited ? *edit : stored(index.row(), index.column());
-    return role == Qt::EditRole ? value : QVariant(shown(index.column(), value));
-}
-
-bool Recordset::isText(int column) const
-{
-    return m_types.at(column) == QMetaType::QString || m_names.contains(m_columns.at(column));
-}
-
-void Recordset::setNames(const QString &column, const QHash<qint64, QString> &names)
-{
-    setNames(column, [names](qint64 number) { return names.value(number); });
-}
-
-void Recordset::setNames(const QString &column, const std::function<QString(qint64)> &nameOf)
-{
-    m_names.insert(column, nameOf);
-    if (!isEmpty() && columnOf(column) >= 0)
-        emit dataChanged(index(0, columnOf(column)), index(count() - 1, columnOf(column)));
-}
-
-QString Recordset::shown(int column, const QVariant &value) const
-{
-    if (value.isNull())
-        return {};
-    if (const auto names = m_names.constFind(m_columns.at(column)); names != m_names.constEnd()) {
-        if (const QString name = (*names)(value.toLongLong()); !name.isEmpty())
-            return name;
-    }
-    return text::formatValue(m_formats.value(m_columns.at(column)), value);
+    return role == Qt::EditRole || value.isNull() ? value : QVariant(text::formatValue({}, value));
 }
 
 void Recordset::setEditable(const QStringList &columns, CellReader reader)
@@ -430,10 +403,7 @@ QVariant Recordset::headerData(int section, Qt::Orientation orientation, int rol
 {
     if (role != Qt::DisplayRole)
         return QAbstractTableModel::headerData(section, orientation, role);
-    if (orientation == Qt::Vertical)
-        return section + 1;
-    const QString column = m_columns.value(section);
-    return m_captions.value(column, column);
+    return orientation == Qt::Vertical ? QVariant(section + 1) : QVariant(m_columns.value(section));
 }
 
 } // namespace db

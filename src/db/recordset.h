@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/column.h"
 #include "db/connection.h"
 #include "db/key_set.h"
 #include "db/row_cache.h"
@@ -140,13 +139,6 @@ public:
     /// Reads the current row anew from the file, where it can be read; unsaved edits stay.
     void refresh();
 
-    void setCaption(const QString &column, const QString &caption) { m_captions.insert(column, caption); }
-    void setFormat(const QString &column, base::Format format) { m_formats.insert(column, format); }
-    /// Shows \a names in place of the numbers that a column holds; a number without a name shows as it is.
-    void setNames(const QString &column, const QHash<qint64, QString> &names);
-    /// The same where they are too many to be read beforehand: \a nameOf is asked for what is shown.
-    void setNames(const QString &column, const std::function<QString(qint64)> &nameOf);
-
     /// Lets a grid edit \a columns; \a reader turns what was typed into the value to keep, or says why it
     /// cannot be one.
     void setEditable(const QStringList &columns, CellReader reader);
@@ -202,8 +194,6 @@ private:
     [[nodiscard]] bool isCut(int row, int column) const { return rowAt(row).cut.contains(column); }
     [[nodiscard]] const RowCache::Row &rowAt(int row) const;
     [[nodiscard]] QVariant coerced(int column, const QVariant &value) const;
-    [[nodiscard]] bool isText(int column) const;
-    [[nodiscard]] QString shown(int column, const QVariant &value) const;
     [[nodiscard]] base::Result<QVariantList> readCurrent() const;
     [[nodiscard]] QString versionAsRead(QVariantList &values) const;
     base::Status insert(const QVariantMap &values);
@@ -234,9 +224,6 @@ private:
     QStringList m_editable;
     CellReader m_reader;
     Decorator m_decorator;
-    QHash<QString, QString> m_captions;
-    QHash<QString, base::Format> m_formats;
-    QHash<QString, std::function<QString(qint64)>> m_names;
     mutable RowCache m_rows;
 };
 

@@ -20,9 +20,20 @@ namespace
 {
 
 const QList<ui::GridColumn> listColumns = {
-    {u"納品先ID"_s, 7}, {u"コード"_s, 10}, {u"納品先名1"_s, 32}, {u"納品先名2"_s, 22}, {u"フリガナ"_s, 22},
-    {u"TEL1"_s, 15},    {u"住所1"_s, 40},  {u"更新日"_s, 11},    {u"郵便番号"_s, 10},  {u"住所2"_s, 30},
-    {u"TEL2"_s, 15},    {u"FAX"_s, 15},    {u"担当者名"_s, 16},  {u"登録日"_s, 11},
+    {u"納品先ID"_s, 7, u"ID"_s},
+    {u"コード"_s, 10},
+    {u"納品先名1"_s, 32, u"納品先名１"_s},
+    {u"納品先名2"_s, 22, u"納品先名２"_s},
+    {u"フリガナ"_s, 22},
+    {u"TEL1"_s, 15, u"ＴＥＬ１"_s},
+    {u"住所1"_s, 40, u"住所１"_s},
+    {u"更新日"_s, 11},
+    {u"郵便番号"_s, 10},
+    {u"住所2"_s, 30, u"住所２"_s},
+    {u"TEL2"_s, 15, u"ＴＥＬ２"_s},
+    {u"FAX"_s, 15, u"ＦＡＸ"_s},
+    {u"担当者名"_s, 16},
+    {u"登録日"_s, 11},
 };
 
 QString noCategoriesForList()
@@ -59,14 +70,6 @@ frmNouhin::~frmNouhin()
 
 void frmNouhin::setUpList()
 {
-    rows().setCaption(u"納品先ID"_s, u"ID"_s);
-    rows().setCaption(u"納品先名1"_s, u"納品先名１"_s);
-    rows().setCaption(u"納品先名2"_s, u"納品先名２"_s);
-    rows().setCaption(u"住所1"_s, u"住所１"_s);
-    rows().setCaption(u"住所2"_s, u"住所２"_s);
-    rows().setCaption(u"TEL1"_s, u"ＴＥＬ１"_s);
-    rows().setCaption(u"TEL2"_s, u"ＴＥＬ２"_s);
-    rows().setCaption(u"FAX"_s, u"ＦＡＸ"_s);
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
     bindUndo(m_ui->cmdUndo);

@@ -20,9 +20,20 @@ namespace
 {
 
 const QList<ui::GridColumn> listColumns = {
-    {u"仕入先ID"_s, 7}, {u"コード"_s, 10},  {u"仕入先名1"_s, 32}, {u"仕入先名2"_s, 22}, {u"TEL1"_s, 15},
-    {u"住所1"_s, 40},   {u"担当者1"_s, 16}, {u"支払方法"_s, 20},  {u"郵便番号"_s, 10},  {u"住所2"_s, 30},
-    {u"TEL2"_s, 15},    {u"FAX"_s, 15},     {u"担当者2"_s, 16},   {u"振込先"_s, 40},
+    {u"仕入先ID"_s, 7, u"ID"_s},
+    {u"コード"_s, 10},
+    {u"仕入先名1"_s, 32, u"仕入先名"_s},
+    {u"仕入先名2"_s, 22, u"部署・役職"_s},
+    {u"TEL1"_s, 15, u"ＴＥＬ１"_s},
+    {u"住所1"_s, 40, u"住所１"_s},
+    {u"担当者1"_s, 16, u"担当者名１"_s},
+    {u"支払方法"_s, 20},
+    {u"郵便番号"_s, 10},
+    {u"住所2"_s, 30, u"住所２"_s},
+    {u"TEL2"_s, 15, u"ＴＥＬ２"_s},
+    {u"FAX"_s, 15, u"ＦＡＸ"_s},
+    {u"担当者2"_s, 16, u"担当者名２"_s},
+    {u"振込先"_s, 40},
 };
 
 } // namespace
@@ -80,14 +91,6 @@ void frmSiire::bindBoxes()
 
 void frmSiire::setUpList()
 {
-    const std::pair<QString, QString> captions[] = {
-        {u"仕入先ID"_s, u"ID"_s},        {u"仕入先名1"_s, u"仕入先名"_s}, {u"仕入先名2"_s, u"部署・役職"_s},
-        {u"住所1"_s, u"住所１"_s},       {u"住所2"_s, u"住所２"_s},       {u"TEL1"_s, u"ＴＥＬ１"_s},
-        {u"TEL2"_s, u"ＴＥＬ２"_s},      {u"FAX"_s, u"ＦＡＸ"_s},         {u"担当者1"_s, u"担当者名１"_s},
-        {u"担当者2"_s, u"担当者名２"_s},
-    };
-    for (const auto &[column, caption] : captions)
-        rows().setCaption(column, caption);
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
     bindUndo(m_ui->cmdUndo);

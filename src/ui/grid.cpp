@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace ui
@@ -76,7 +78,19 @@ QString Grid::currentWidths() const
 void Grid::setColumns(const QList<GridColumn> &columns)
 {
     m_columns = columns;
+    if (m_rows)
+        m_rows->setColumns(columns);
     arrangeColumns();
+}
+
+void Grid::setNames(const QString &column, const NameOf &nameOf)
+{
+    for (GridColumn &shown : m_columns) {
+        if (shown.column == column)
+            shown.nameOf = nameOf;
+    }
+    if (m_rows)
+        m_rows->setNames(column, nameOf);
 }
 
 void Grid::arrangeColumns()
@@ -113,7 +127,9 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
 {
     m_recordset = &recordset;
     m_refused = std::move(refused);
-    setModel(&recordset);
+    delete std::exchange(m_rows, new GridRows(recordset, this));
+    m_rows->setColumns(m_columns);
+    setModel(m_rows);
     connect(&recordset, &db::Recordset::currentRowChanged, this, &Grid::followRecordset);
     connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this](const QModelIndex &now) {
         if (m_following || !now.isValid() || now.row() == m_recordset->currentRow())
@@ -124,11 +140,11 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
             m_refused(moved.error().text);
     });
     // A header forgets its columns with every new statement.
-    connect(&recordset, &db::Recordset::modelAboutToBeReset, this, [this] {
+    connect(m_rows, &GridRows::modelAboutToBeReset, this, [this] {
         if (model()->columnCount() > 0)
             m_widths = currentWidths();
     });
-    connect(&recordset, &db::Recordset::modelReset, this, &Grid::arrangeColumns);
+    connect(m_rows, &GridRows::modelReset, this, &Grid::arrangeColumns);
     followRecordset(recordset.currentRow());
     arrangeColumns();
 }

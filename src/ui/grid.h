@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/grid_rows.h"
+
 #include <QTableView>
 
 #include <functional>
@@ -16,13 +18,6 @@ class Recordset;
 
 namespace ui
 {
-
-/// A column that a grid shows.
-struct GridColumn
-{
-    QString column;
-    int characters; // width until the user sets another one, in half-width characters
-};
 
 /// The grid of every screen: whole rows selected, column widths remembered, Ctrl+C copies the selected rows
 /// with their headings' columns as tab-separated text, line spacing as the settings panel has it. Tab leaves
@@ -41,6 +36,9 @@ public:
 
     /// Shows only \a columns, in this order, whichever statement the record set opens.
     void setColumns(const QList<GridColumn> &columns);
+
+    /// Shows what \a nameOf gives in place of the numbers of \a column, from now on.
+    void setNames(const QString &column, const NameOf &nameOf);
 
     /// Shows \a recordset and keeps the grid's current row and the record set's one together. When a row
     /// cannot be left, \a refused gets the reason and the grid stays.
@@ -71,6 +69,7 @@ private:
     QString m_widths;
     QList<GridColumn> m_columns;
     db::Recordset *m_recordset = nullptr;
+    GridRows *m_rows = nullptr; // of the record set
     std::function<void(const QString &)> m_refused;
     bool m_following = false;
 };

@@ -1,8 +1,10 @@
 #include "db/recordset.h"
 #include "support/fresh_shop.h"
 #include "ui/grid.h"
+#include "ui/slip_grid_model.h"
 
 #include <QHeaderView>
+#include <QPaintEvent>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +22,20 @@ QStringList shownColumns(const ui::Grid &grid)
     }
     return names;
 }
+
+// Notes what of it is drawn.
+class DrawnGrid : public ui::Grid
+{
+public:
+    QRegion drawn;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        drawn += event->region();
+        ui::Grid::paintEvent(event);
+    }
+};
 
 } // namespace
 
@@ -57,6 +73,71 @@ private slots:
         QCOMPARE(another.columnWidth(1), 321);
     }
 
+    // How values look is the grid's matter: the record set goes on holding what the file holds.
+    void columnsShowHeadingsFormatsAndNames()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 相手先ID, 社員ID) VALUES (1, '2026-04-01', 7, 12), "
+                 "(2, NULL, NULL, 13)"_s);
+        db::Recordset rows(shop.connection);
+        ui::Grid grid;
+        grid.setColumns({{u"日付"_s, 10, {}, base::Format::Date},
+                         {u"相手先ID"_s, 10},
+                         {u"社員ID"_s, 10, u"担当者"_s, base::Format::Text, ui::namesFrom({{12, u"林"_s}})}});
+        grid.bind(rows, {});
+        QVERIFY(rows.open({.table = u"入出庫マスター"_s}));
+        QCOMPARE(shownColumns(grid), (QStringList{u"日付"_s, u"相手先ID"_s, u"担当者"_s}));
+        QCOMPARE(grid.selectedText(), u"2026/04/01\t7\t林"_s);
+        QCOMPARE(rows.text(u"社員ID"_s), u"12"_s);
+        const auto alignment = [&](const QString &column) {
+            return grid.model()->index(0, rows.columnOf(column)).data(Qt::TextAlignmentRole).toInt();
+        };
+        QCOMPARE(alignment(u"相手先ID"_s), int(Qt::AlignRight | Qt::AlignVCenter));
+        QCOMPARE(alignment(u"社員ID"_s), int(Qt::AlignLeft | Qt::AlignVCenter));
+        // A number that has no name, and nothing at all.
+        QVERIFY(rows.moveTo(1));
+        QCOMPARE(grid.selectedText(), u"\t\t13"_s);
+        grid.setNames(u"社員ID"_s, ui::namesFrom({{13, u"森"_s}}));
+        QCOMPARE(grid.selectedText(), u"\t\t森"_s);
+        // An edit shows before it is saved, and the look outlives the statement.
+        rows.setValue(u"社員ID"_s, 12);
+        QCOMPARE(grid.selectedText(), u"\t\t12"_s);
+        QVERIFY(rows.open({.table = u"入出庫マスター"_s, .where = u"(ID = 2)"_s}));
+        QCOMPARE(grid.selectedText(), u"\t\t森"_s);
+        QCOMPARE(shownColumns(grid).constLast(), u"担当者"_s);
+    }
+
+    // The other rows need not be drawn again for a line that is added, unless it moves them.
+    void anAppendedRowIsDrawnAlone()
+    {
+        ui::SlipGridModel lines({{u"商品名"_s}}, nullptr);
+        DrawnGrid grid;
+        grid.setModel(&lines);
+        grid.resize(300, 200);
+        grid.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&grid));
+        const auto append = [&] {
+            QCoreApplication::processEvents();
+            grid.drawn = {};
+            grid.showAppended([&] { lines.append({u"りんご"_s}); });
+            QTRY_VERIFY(!grid.drawn.isEmpty());
+        };
+        append();
+        append();
+        const QRect strip(0, grid.rowViewportPosition(1), grid.viewport()->width(), grid.rowHeight(1));
+        QCOMPARE(grid.drawn.boundingRect(), strip);
+        while (grid.rowViewportPosition(lines.rowCount() - 1) + 2 * grid.rowHeight(0) <
+               grid.viewport()->height())
+            append();
+        for (int i = 0; i < 3; ++i) {
+            append();
+            const int last = lines.rowCount() - 1;
+            QVERIFY(grid.viewport()->rect().contains(
+                QRect(0, grid.rowViewportPosition(last), 1, grid.rowHeight(last))));
+        }
+        QCOMPARE(grid.drawn.boundingRect(), grid.viewport()->rect());
+    }
+
     void arrowKeysMoveBesideAHiddenColumn()
     {
         FreshShop shop;
@@ -72,6 +153,67 @@ private slots:
         // Ctrl on the shown row does not take its mark off.
         QTest::keyClick(&grid, Qt::Key_End, Qt::ControlModifier);
         QCOMPARE(grid.selectedText(), u"林\t12"_s);
+    }
+
+    // Ctrl+End before the rows above are known; as they come in, the rows that are seen stay where they are.
+    void rowsComeInAboveTheShownOnes()
+    {
+        FreshShop shop;
+        fill(shop, 600);
+        db::Recordset rows(shop.connection, nullptr, slow);
+        ui::Grid grid;
+        grid.resize(400, 300);
+        grid.bind(rows, {});
+        QVERIFY(rows.open({.table = u"社員"_s}));
+        grid.show();
+        QTest::keyClick(&grid, Qt::Key_End, Qt::ControlModifier);
+        QCOMPARE(rows.currentKey(), 600);
+        QVERIFY(!rows.isComplete());
+        const int seen = grid.rowAt(grid.viewport()->height() / 2);
+        QVERIFY(seen >= 0);
+        const qint64 inTheMiddle = rows.keyAt(seen);
+        QTRY_VERIFY(rows.isComplete());
+        QCOMPARE(rows.keyAt(grid.rowAt(grid.viewport()->height() / 2)), inTheMiddle);
+        QCOMPARE(grid.currentIndex().row(), 599);
+        QCOMPARE(grid.selectedText().section(u'\t', 0, 0), u"600"_s);
+        QTest::keyClick(&grid, Qt::Key_Home, Qt::ControlModifier);
+        QCOMPARE(rows.currentKey(), 1);
+    }
+
+    // A key pressed early goes as far as it would later.
+    void earlyKeysGoAsFarAsLateOnes()
+    {
+        FreshShop shop;
+        fill(shop, 600);
+        qint64 early = 0;
+        for (const db::Pace &pace : {slow, db::Pace{1000, 1000, std::chrono::minutes(1)}}) {
+            db::Recordset rows(shop.connection, nullptr, pace);
+            ui::Grid grid;
+            grid.resize(400, 600);
+            grid.bind(rows, {});
+            QVERIFY(rows.open({.table = u"社員"_s}));
+            QVERIFY(rows.moveToKey(300));
+            grid.show();
+            for (const Qt::Key key : {Qt::Key_PageDown, Qt::Key_PageDown, Qt::Key_Down, Qt::Key_PageUp})
+                QTest::keyClick(&grid, key);
+            if (early == 0) {
+                QVERIFY(!rows.isComplete());
+                early = rows.currentKey();
+            } else {
+                QVERIFY(rows.isComplete());
+                QCOMPARE(early, rows.currentKey());
+            }
+        }
+    }
+
+private:
+    static constexpr db::Pace slow{10, 20, std::chrono::minutes(1)};
+
+    static void fill(FreshShop &shop, int count)
+    {
+        shop.run(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < ?) "
+                 "INSERT INTO 社員 (社員ID, 社員名) SELECT i, '社員' || i FROM n"_s,
+                 {count});
     }
 };
 

@@ -20,26 +20,35 @@ namespace
 {
 
 const QList<ui::GridColumn> listColumns = {
-    {u"納品先ID"_s, 7},  {u"コード"_s, 10}, {u"納品先名1"_s, 32},  {u"納品先名2"_s, 22},
-    {u"フリガナ"_s, 20}, {u"区分ID"_s, 12}, {u"郵便番号"_s, 10},   {u"住所1"_s, 40},
-    {u"住所2"_s, 30},    {u"TEL1"_s, 15},   {u"TEL2"_s, 15},       {u"FAX"_s, 15},
-    {u"メール"_s, 24},   {u"締め日"_s, 7},  {u"消費税区分"_s, 16}, {u"元帳出力"_s, 9},
-    {u"登録日"_s, 11},   {u"更新日"_s, 11}, {u"誕生日"_s, 11},     {u"メモ"_s, 40},
-};
-
-const std::pair<QString, QString> captions[] = {
-    {u"納品先ID"_s, u"ID"_s},   {u"納品先名1"_s, u"納品先名１"_s}, {u"納品先名2"_s, u"納品先名２"_s},
-    {u"区分ID"_s, u"区分"_s},   {u"住所1"_s, u"住所１"_s},         {u"住所2"_s, u"住所２"_s},
-    {u"TEL1"_s, u"ＴＥＬ１"_s}, {u"TEL2"_s, u"ＴＥＬ２"_s},        {u"FAX"_s, u"ＦＡＸ"_s},
+    {u"納品先ID"_s, 7, u"ID"_s},
+    {u"コード"_s, 10},
+    {u"納品先名1"_s, 32, u"納品先名１"_s},
+    {u"納品先名2"_s, 22, u"納品先名２"_s},
+    {u"フリガナ"_s, 20},
+    {u"区分ID"_s, 12, u"区分"_s},
+    {u"郵便番号"_s, 10},
+    {u"住所1"_s, 40, u"住所１"_s},
+    {u"住所2"_s, 30, u"住所２"_s},
+    {u"TEL1"_s, 15, u"ＴＥＬ１"_s},
+    {u"TEL2"_s, 15, u"ＴＥＬ２"_s},
+    {u"FAX"_s, 15, u"ＦＡＸ"_s},
+    {u"メール"_s, 24},
+    {u"締め日"_s, 7},
+    {u"消費税区分"_s, 16},
+    {u"元帳出力"_s, 9},
+    {u"登録日"_s, 11},
+    {u"更新日"_s, 11},
+    {u"誕生日"_s, 11},
+    {u"メモ"_s, 40},
 };
 
 // By their place, as they are stored.
-QHash<qint64, QString> numbered(const QStringList &names)
+ui::NameOf numbered(const QStringList &names)
 {
     QHash<qint64, QString> byNumber;
     for (const QString &name : names)
         byNumber.insert(byNumber.size(), name);
-    return byNumber;
+    return ui::namesFrom(byNumber);
 }
 
 } // namespace
@@ -73,12 +82,10 @@ frmNouhinFind::~frmNouhinFind()
 
 void frmNouhinFind::setUpList()
 {
-    for (const auto &[column, caption] : captions)
-        rows().setCaption(column, caption);
-    rows().setNames(u"締め日"_s, numbered(closingDayNames()));
-    rows().setNames(u"消費税区分"_s, numbered(taxClassNames()));
-    rows().setNames(u"元帳出力"_s, {{0, u"しない"_s}, {1, u"する"_s}});
     m_ui->DataGrid1->setColumns(listColumns);
+    m_ui->DataGrid1->setNames(u"締め日"_s, numbered(closingDayNames()));
+    m_ui->DataGrid1->setNames(u"消費税区分"_s, numbered(taxClassNames()));
+    m_ui->DataGrid1->setNames(u"元帳出力"_s, numbered({u"しない"_s, u"する"_s}));
     bindList(m_ui->DataGrid1, m_ui->labelCount);
     bindUndo(m_ui->cmdUndo);
 }
@@ -95,7 +102,7 @@ bool frmNouhinFind::categoriesReady()
     QHash<qint64, QString> names;
     for (const masters::Entry &category : categories)
         names.insert(category.id, category.name);
-    rows().setNames(u"区分ID"_s, names);
+    m_ui->DataGrid1->setNames(u"区分ID"_s, ui::namesFrom(names));
     m_ui->searchBar->setCategories(categories);
     return true;
 }

@@ -18,12 +18,31 @@ namespace slips
 namespace
 {
 
-const QList<ui::GridColumn> headerColumns{{u"日付"_s, 10},   {u"伝票番号"_s, 14}, {u"相手先ID"_s, 36},
-                                          {u"社員ID"_s, 14}, {u"消費税率"_s, 8},  {u"内税"_s, 6},
-                                          {u"備考"_s, 36},   {u"摘要"_s, 36}};
-const QList<ui::GridColumn> goodsColumns{{u"商品名"_s, 40}, {u"規格"_s, 20}, {u"数量"_s, 10},
-                                         {u"単位"_s, 8},    {u"単価"_s, 12}, {u"金額"_s, 14}};
-const QList<ui::GridColumn> moneyColumns{{u"商品名"_s, 30}, {u"規格"_s, 24}, {u"金額"_s, 16}};
+using enum base::Format;
+
+const QList<ui::GridColumn> goodsColumns{{u"商品名"_s, 40},
+                                         {u"規格"_s, 20},
+                                         {u"数量"_s, 10, {}, Quantity},
+                                         {u"単位"_s, 8},
+                                         {u"単価"_s, 12, {}, Quantity},
+                                         {u"金額"_s, 14, {}, Quantity}};
+const QList<ui::GridColumn> moneyColumns{
+    {u"商品名"_s, 30, u"適用"_s}, {u"規格"_s, 24}, {u"金額"_s, 16, {}, Quantity}};
+
+QList<ui::GridColumn> headerColumns(const book::SlipKind &kind, const ui::NameOf &counterparts,
+                                    const ui::NameOf &employees)
+{
+    const QString party = kind.party == book::Party::Customer ? u"納品先"_s : u"仕入先"_s;
+    QList<ui::GridColumn> columns{{u"日付"_s, 10, {}, Date},
+                                  {u"伝票番号"_s, 14},
+                                  {u"相手先ID"_s, 36, party, Text, counterparts},
+                                  {u"社員ID"_s, 14, u"担当者"_s, Text, employees},
+                                  {u"消費税率"_s, 8, u"税率 %"_s}};
+    if (isTaxed(kind))
+        columns << ui::GridColumn{u"内税"_s, 6, {}, Text, ui::namesFrom({{0, u"外税"_s}, {1, u"内税"_s}})};
+    columns << ui::GridColumn{u"備考"_s, 36} << ui::GridColumn{u"摘要"_s, 36};
+    return columns;
+}
 
 // The names of counterparts, each read once for as long as a list stands.
 class CounterpartNames : public QObject
@@ -82,30 +101,17 @@ void showHeadersIn(ui::Grid &grid, db::Recordset &headers, db::Connection &conne
                    const book::SlipKind &kind, const QHash<qint64, QString> &employees,
                    std::function<void(const QString &)> refused)
 {
-    headers.setFormat(u"日付"_s, base::Format::Date);
-    headers.setCaption(u"相手先ID"_s, kind.party == book::Party::Customer ? u"納品先"_s : u"仕入先"_s);
-    headers.setCaption(u"社員ID"_s, u"担当者"_s);
-    headers.setCaption(u"消費税率"_s, u"税率 %"_s);
     auto *names = new CounterpartNames(headers, connection, kind.party);
-    headers.setNames(u"相手先ID"_s, [names](qint64 id) { return names->nameOf(id); });
-    headers.setNames(u"社員ID"_s,
-                     [employees](qint64 id) { return employees.value(id, book::deletedEmployeeName(id)); });
-    headers.setNames(u"内税"_s, {{0, u"外税"_s}, {1, u"内税"_s}});
-    QList<ui::GridColumn> shown = headerColumns;
-    if (!isTaxed(kind))
-        shown.removeIf([](const ui::GridColumn &column) { return column.column == u"内税"; });
-    grid.setColumns(shown);
+    grid.setColumns(headerColumns(
+        kind, [names](qint64 id) { return names->nameOf(id); },
+        [employees](qint64 id) { return employees.value(id, book::deletedEmployeeName(id)); }));
     grid.bind(headers, std::move(refused));
 }
 
 void showLinesIn(ui::Grid &grid, db::Recordset &lines, const book::SlipKind &kind,
                  std::function<void(const QString &)> refused)
 {
-    for (const QString &figure : {u"数量"_s, u"単価"_s, u"金額"_s})
-        lines.setFormat(figure, base::Format::Quantity);
     lines.setDecorator([&lines](int row, int, int role) { return lineLook(lines, row, role); });
-    if (!holdsGoods(kind))
-        lines.setCaption(u"商品名"_s, u"適用"_s);
     grid.setColumns(holdsGoods(kind) ? goodsColumns : moneyColumns);
     grid.bind(lines, std::move(refused));
 }
