@@ -97,7 +97,6 @@ CREATE TABLE 版数 (
 DROP INDEX IF EXISTS 入出庫マスター_相手先;
 CREATE INDEX 入出庫マスター_相手先 ON 入出庫マスター (相手先ID, 種別, 日付);
 CREATE INDEX 入出庫マスター_種別 ON 入出庫マスター (種別, 日付, 相手先ID);
-CREATE INDEX 入出庫マスター_種別ID ON 入出庫マスター (種別, ID);
 CREATE INDEX 入出庫マスター_未完了 ON 入出庫マスター (ID) WHERE 完了 = 0;
 CREATE INDEX 発送マスター_受付日 ON 発送マスター (受付日);
 CREATE INDEX 発送マスター_発送区分 ON 発送マスター (発送区分);

@@ -237,8 +237,6 @@ CREATE INDEX 納品先_コード ON 納品先 (コード);
 CREATE INDEX 入出庫マスター_相手先 ON 入出庫マスター (相手先ID, 種別, 日付);
 -- The slips of a kind by date: lists, daily reports, and whether there are any.
 CREATE INDEX 入出庫マスター_種別 ON 入出庫マスター (種別, 日付, 相手先ID);
--- The slips of a kind as they were entered, from either end: the correction screens.
-CREATE INDEX 入出庫マスター_種別ID ON 入出庫マスター (種別, ID);
 -- The few slips that were left open, which are told of at every start.
 CREATE INDEX 入出庫マスター_未完了 ON 入出庫マスター (ID) WHERE 完了 = 0;
 -- Duplicate check.

@@ -105,6 +105,9 @@ private slots:
         QTest::newRow("a month's sums") << sums({.kinds = {book::sale}, .days = Days::within(month)},
                                                 {.byCounterpart = true, .byRate = true})
                                         << QStringList{byKind(span)};
+        QTest::newRow("slips left open")
+            << Reading([](db::Connection &connection) { return bool(book::slipsLeftOpen(connection, 10)); })
+            << QStringList{u"SCAN 入出庫マスター USING INDEX 入出庫マスター_未完了"_s};
         QTest::newRow("earlier sales") << Reading([](db::Connection &connection) {
             return bool(book::previousLines(connection, book::sale, 7));
         }) << QStringList{byCounterpart()};

@@ -32,6 +32,7 @@ private slots:
     void failedOpenKeepsWhatWasShown();
     void manyRowsAreReadInBlocks();
     void opensOnItsFirstPage();
+    void opensOnItsLastPage();
     void movesWhileReading_data();
     void movesWhileReading();
     void editsWhileReading();
@@ -341,6 +342,24 @@ void TestRecordset::opensOnItsFirstPage()
     QCOMPARE(rows.rowCount(), 500);
     QCOMPARE(moves.count(), 0);
     QCOMPARE(rows.index(499, 1).data().toString(), u"社員500"_s);
+}
+
+void TestRecordset::opensOnItsLastPage()
+{
+    FreshShop shop;
+    fill(shop, 500);
+    db::Recordset rows(shop.connection, nullptr, slow);
+    const QAbstractItemModelTester tester(&rows);
+    const db::Query employees{.table = u"社員"_s};
+    QSignalSpy moves(&rows, &db::Recordset::currentRowChanged);
+    QVERIFY(rows.open(employees, db::KeySet::End::Last));
+    QCOMPARE(rows.count(), 10);
+    QCOMPARE(rows.text(u"社員名"_s), u"社員500"_s);
+    QCOMPARE(moves.count(), 1);
+    QTRY_VERIFY(rows.isComplete());
+    QCOMPARE(rows.currentRow(), 499);
+    QVERIFY(rows.open({.table = u"社員"_s, .where = u"社員ID < 1"_s}, db::KeySet::End::Last));
+    QCOMPARE(rows.currentRow(), -1);
 }
 
 void TestRecordset::movesWhileReading_data()

@@ -5,6 +5,7 @@
 
 #include <QHeaderView>
 #include <QPaintEvent>
+#include <QScrollBar>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -132,10 +133,11 @@ private slots:
         for (int i = 0; i < 3; ++i) {
             append();
             const int last = lines.rowCount() - 1;
-            QVERIFY(grid.viewport()->rect().contains(
-                QRect(0, grid.rowViewportPosition(last), 1, grid.rowHeight(last))));
+            const QRect place(0, grid.rowViewportPosition(last), 1, grid.rowHeight(last));
+            QVERIFY(grid.viewport()->rect().contains(place));
+            QVERIFY(grid.drawn.boundingRect().contains(place));
         }
-        QCOMPARE(grid.drawn.boundingRect(), grid.viewport()->rect());
+        QVERIFY(grid.verticalScrollBar()->value() > 0);
     }
 
     void arrowKeysMoveBesideAHiddenColumn()
