@@ -74,7 +74,7 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
                         qint64 id)
 {
     const QString places = QStringList(values.size(), u"?"_s).join(u", "_s);
-    return db::atomically(connection, [&]() -> base::Status {
+    const auto insert = [&]() -> base::Status {
         const auto inserted =
             connection.execute(u"INSERT INTO 入出庫サブ (ID, "_s + columns + u", 版) SELECT ID, "_s + places +
                                    u", (SELECT 最終 FROM 版数) FROM 入出庫マスター WHERE ID = ?"_s,
@@ -82,7 +82,9 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
         if (inserted && *inserted == 0)
             return gone(u"この伝票はほかのプログラムで削除されたため、明細を保存できませんでした。"_s);
         return inserted.status();
-    });
+    };
+    // It is done wholly or not at all: within an action it needs no savepoint of its own.
+    return connection.inTransaction() ? insert() : db::atomically(connection, insert);
 }
 
 // One line for each rate. Only where there are several it says which one it is of: a slip of one rate holds

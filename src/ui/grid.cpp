@@ -10,8 +10,6 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 
-#include <utility>
-
 using namespace Qt::StringLiterals;
 
 namespace ui
@@ -127,7 +125,8 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
 {
     m_recordset = &recordset;
     m_refused = std::move(refused);
-    delete std::exchange(m_rows, new GridRows(recordset, this));
+    delete m_rows;
+    m_rows = new GridRows(recordset);
     m_rows->setColumns(m_columns);
     setModel(m_rows);
     connect(&recordset, &db::Recordset::currentRowChanged, this, &Grid::followRecordset);

@@ -2,6 +2,7 @@
 
 #include "ui/grid_rows.h"
 
+#include <QPointer>
 #include <QTableView>
 
 #include <functional>
@@ -69,7 +70,7 @@ private:
     QString m_widths;
     QList<GridColumn> m_columns;
     db::Recordset *m_recordset = nullptr;
-    GridRows *m_rows = nullptr; // of the record set
+    QPointer<GridRows> m_rows; // of the record set, and gone with it
     std::function<void(const QString &)> m_refused;
     bool m_following = false;
 };

@@ -11,8 +11,8 @@ NameOf namesFrom(const QHash<qint64, QString> &names)
     return [names](qint64 number) { return names.value(number); };
 }
 
-GridRows::GridRows(db::Recordset &recordset, QObject *parent)
-    : QIdentityProxyModel(parent)
+GridRows::GridRows(db::Recordset &recordset)
+    : QIdentityProxyModel(&recordset)
     , m_recordset(recordset)
 {
     setSourceModel(&recordset);

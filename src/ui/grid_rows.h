@@ -37,7 +37,8 @@ class GridRows : public QIdentityProxyModel
     Q_OBJECT
 
 public:
-    GridRows(db::Recordset &recordset, QObject *parent);
+    /// Goes with \a recordset, as its views may outlive that.
+    explicit GridRows(db::Recordset &recordset);
 
     /// Columns that are not named here look as they are stored.
     void setColumns(const QList<GridColumn> &columns);

@@ -229,7 +229,7 @@ bool SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
     const QModelIndex cell = headerCell(column);
     // Untouched, it stays as it is, whether it would be taken today or not.
     if (!cell.isValid() || box->text() == cell.data().toString() ||
-        m_slip.headers.setData(cell, box->text(), Qt::EditRole))
+        m_ui->DataGrid1->model()->setData(cell, box->text(), Qt::EditRole))
         return true;
     box->setText(cell.data().toString());
     // The correction goes on here, unless another slip's row was what the box was left for.
@@ -246,7 +246,7 @@ bool SlipCorrectionScreen::editHeader(const QString &column, QLineEdit *box)
 QModelIndex SlipCorrectionScreen::headerCell(const QString &column) const
 {
     const int row = m_slip.headers.currentRow();
-    return row < 0 ? QModelIndex() : m_slip.headers.index(row, m_slip.headers.columnOf(column));
+    return row < 0 ? QModelIndex() : m_ui->DataGrid1->model()->index(row, m_slip.headers.columnOf(column));
 }
 
 // A box put up while a cell is being left would take the focus from under it.
