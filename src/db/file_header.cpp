@@ -30,6 +30,17 @@ bool isOurs(const QByteArray &header)
     return qFromBigEndian<quint32>(header.constData() + applicationIdAt) == applicationId;
 }
 
+// The toolkit knows a name as text: of bytes that are none it keeps a sign alone, and finds no file by it.
+base::Error notThere(const QString &fileName)
+{
+    if (fileName.contains(QChar::ReplacementCharacter))
+        return {
+            u"ファイルまたはフォルダの名前が UTF-8 でない文字コードで付けられているため、開けませんでした。"
+            "名前を付け直してから開いてください。("_s +
+            fileName + u")"_s};
+    return {u"ファイルが見つからないため、開けませんでした。("_s + fileName + u")"_s};
+}
+
 } // namespace
 
 int storedVersion(const QString &fileName)
@@ -44,7 +55,7 @@ base::Status checkHeader(const QString &fileName)
 {
     const QFileInfo info(fileName);
     if (!info.isFile())
-        return base::Error{u"ファイルが見つからないため、開けませんでした。("_s + fileName + u")"_s};
+        return notThere(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return base::Error{u"ファイルを読み取れないため、開けませんでした。("_s + file.errorString() +

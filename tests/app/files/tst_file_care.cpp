@@ -16,8 +16,10 @@
 #include <QMenu>
 #include <QTest>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace app;
@@ -30,6 +32,7 @@ class TestFileCare : public ScriptedTest
 private slots:
     void wrongChoices_data();
     void wrongChoices();
+    void nameInAnotherEncoding();
     void damagedFileCanBeChosenForRepair();
     void recentFiles();
     void emptyingKeepsACopy();
@@ -71,6 +74,26 @@ void TestFileCare::wrongChoices()
     QCOMPARE(stage.find<QLineEdit>("txtFileName")->text(), stage.file);
     if (!name.isEmpty())
         QCOMPARE(ui::file_dialogs::lastFolder(), stage.shop.folder.path());
+}
+
+// As a disk of an old computer has it: Shift-JIS. What is open stays open, and the clerk learns what to do.
+void TestFileCare::nameInAnotherEncoding()
+{
+    Stage stage;
+    const QByteArray bytes = QFile::encodeName(stage.shop.folder.path()) + "/\x93\x58.cdb";
+    const int made = ::open(bytes.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+    QVERIFY(made >= 0);
+    ::close(made);
+    stage.load();
+    const QString name = QFile::decodeName(bytes);
+    ui::file_dialogs::expectFile(name);
+    ui::prompts::expectInform(
+        ui::messages::databaseNotUsable(),
+        u"ファイルまたはフォルダの名前が UTF-8 でない文字コードで付けられているため、開けませんでした。"
+        "名前を付け直してから開いてください。(%1)"_s.arg(name));
+    stage.choose("mnuOpen");
+    QCOMPARE(stage.shop.connection.fileName(), stage.file);
+    QCOMPARE(::unlink(bytes.constData()), 0);
 }
 
 void TestFileCare::damagedFileCanBeChosenForRepair()
