@@ -1,7 +1,6 @@
 #include "book/counterpart_search.h"
 
-#include "text/like.h"
-#include "text/width.h"
+#include "db/condition.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,32 +22,30 @@ QStringList orderOf(Party party)
 const CounterpartSearch customerSearch{
     Party::Customer,
     u"納品先ID, 納品先名1, 納品先名2, 郵便番号, 住所1, 住所2, TEL1, コード, 更新日, 消費税区分, 納品先名キー",
-    u"(納品先名キー LIKE ? ESCAPE '\\')",
 };
 
 const CounterpartSearch supplierSearch{
     Party::Supplier,
     u"仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, 仕入先名キー",
-    u"(仕入先名キー LIKE ? ESCAPE '\\')",
 };
 
 const CounterpartSearch payeeSearch{
     Party::Supplier,
     u"仕入先ID, 仕入先名1, 仕入先名2, 住所1, TEL1, 消費税区分, コード, 仕入先名キー",
-    u"(仕入先名キー LIKE ? ESCAPE '\\')",
 };
 
 QString tableOf(Party party) { return party == Party::Customer ? u"納品先"_s : u"仕入先"_s; }
 
-base::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &text)
+base::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &typed)
 {
-    // Search keys hold no full-width blanks, names as typed often do: 山田　太郎.
-    const QString pattern = u'%' + text::literalPattern(text::withoutFullWidthBlanks(text)) + u'%';
+    const db::Condition holds =
+        db::keyHolds(search.party == Party::Customer ? u"納品先名キー"_s : u"仕入先名キー"_s, typed);
+    const QString beside = QString::fromUtf16(search.condition);
     return found.open({.columns = QString::fromUtf16(search.columns),
                        .table = tableOf(search.party),
-                       .where = QString::fromUtf16(search.condition),
+                       .where = beside.isEmpty() ? holds.sql : holds.sql + u" AND "_s + beside,
                        .order = orderOf(search.party),
-                       .values = {pattern}});
+                       .values = holds.values});
 }
 
 base::Status openCounterpart(db::Recordset &found, const CounterpartSearch &search, qint64 id)

@@ -11,7 +11,7 @@ struct CounterpartSearch
 {
     Party party;
     const char16_t *columns;
-    const char16_t *condition; // on the search key, whose pattern is bound
+    const char16_t *condition = u""; // beside the one on the search key; empty: none
 };
 
 /// Customers, the one served last first.
@@ -24,8 +24,8 @@ extern const CounterpartSearch payeeSearch;
 /// The counterparts' table.
 QString tableOf(Party party);
 
-/// Fills \a found with the rows whose search key contains \a text.
-base::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &text);
+/// Fills \a found with the rows whose search key holds what a clerk \a typed.
+base::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &typed);
 
 /// Fills \a found with the one row \a id; with none, columns kept, for 0.
 base::Status openCounterpart(db::Recordset &found, const CounterpartSearch &search, qint64 id);

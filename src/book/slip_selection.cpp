@@ -49,15 +49,6 @@ Condition ofDays(const Days &days)
 
 } // namespace
 
-Condition &Condition::operator&=(const Condition &other)
-{
-    if (!sql.isEmpty() && !other.sql.isEmpty())
-        sql += u" AND "_s;
-    sql += other.sql;
-    values += other.values;
-    return *this;
-}
-
 Condition slipsOf(const Selection &selection)
 {
     Condition condition = ofKinds(selection.kinds);

@@ -3,6 +3,7 @@
 #include "book/counterpart_name.h"
 #include "book/period.h"
 #include "book/slip_kind.h"
+#include "db/condition.h"
 
 #include <QVariant>
 
@@ -57,15 +58,7 @@ struct Selection
     std::optional<Goods> goods{};
 };
 
-/// An SQL condition, and what is bound to its places.
-struct Condition
-{
-    QString sql;
-    QVariantList values;
-
-    /// Both.
-    Condition &operator&=(const Condition &other);
-};
+using db::Condition;
 
 /// Upon 入出庫マスター: the slips of \a selection, whatever its lines.
 Condition slipsOf(const Selection &selection);

@@ -1,9 +1,11 @@
 #include "registers/counterpart.h"
 
 #include "book/tax.h"
+#include "db/connection.h"
 #include "db/recordset.h"
 #include "db/schema.h"
 #include "registers/postal/postal_lookup.h"
+#include "text/like.h"
 #include "text/width.h"
 
 using namespace Qt::StringLiterals;
@@ -15,6 +17,11 @@ namespace
 {
 
 constexpr int keyLength = 150; // characters
+
+QString nameFolded(const QString &name1, const QString &name2)
+{
+    return QString::fromStdU16String(text::folded(name1 + name2)).remove(u' ');
+}
 
 } // namespace
 
@@ -34,6 +41,27 @@ QStringList taxClassNames()
 {
     using book::TaxClass;
     return {nameOf(TaxClass::OnDelivery), nameOf(TaxClass::OnBill), nameOf(TaxClass::Included)};
+}
+
+base::Result<QString> twinOf(db::Connection &connection, const db::Recordset &rows)
+{
+    const auto column = [&](const QString &name) -> QString { return rows.table() + name; };
+    const QString digits = rows.text(u"TEL1"_s).remove(u'-');
+    const QString name = nameFolded(rows.text(column(u"名1"_s)), rows.text(column(u"名2"_s)));
+    if (digits.isEmpty() || name.isEmpty())
+        return QString();
+    const auto others =
+        connection.select(u"SELECT %1ID, %1名1, %1名2, TEL1 FROM %1 "
+                          "WHERE replace(TEL1, '-', '') = ? AND %1ID <> ? ORDER BY %1ID"_s.arg(rows.table()),
+                          {digits, rows.currentKey()});
+    if (!others)
+        return others.error();
+    for (const QVariantList &other : others->rows) {
+        if (nameFolded(other.at(1).toString(), other.at(2).toString()) == name)
+            return u"ID %1　%2　%3"_s.arg(other.at(0).toString(), other.at(1).toString(),
+                                          other.at(3).toString());
+    }
+    return QString();
 }
 
 base::Status saveCounterpart(db::Recordset &rows, const QString &keyColumn,

@@ -7,8 +7,9 @@
 
 namespace db
 {
+class Connection;
 class Recordset;
-}
+} // namespace db
 
 // What customers and suppliers have in common.
 namespace registers
@@ -24,6 +25,10 @@ QString firstCharacters(const QString &text, int count);
 
 /// By the stored number 消費税区分.
 QStringList taxClassNames();
+
+/// The other row that has the name and the telephone number of the current one of \a rows, however both are
+/// written ("ID 12　高橋　花子　03-1234-5678"); empty when there is none, or no number to tell by.
+base::Result<QString> twinOf(db::Connection &connection, const db::Recordset &rows);
 
 /// Saves the current row with \a values and with what \a keyOf makes of its fields in \a keyColumn, whether
 /// anything was edited or not. After a failure these columns are as before, and the edits are still there.

@@ -1,12 +1,12 @@
 #include "registers/customer.h"
 
+#include "db/condition.h"
 #include "db/connection.h"
 #include "db/keys.h"
 #include "db/recordset.h"
 #include "db/transaction.h"
 #include "registers/counterpart.h"
 #include "text/dates.h"
-#include "text/like.h"
 #include "text/width.h"
 
 #include <QRegularExpression>
@@ -99,8 +99,8 @@ base::Status openEveryCustomer(db::Recordset &customers) { return customers.open
 
 base::Result<bool> openCustomersLike(db::Recordset &customers, const QString &text)
 {
-    return customers.openIfAny(
-        customersWhere(u"(納品先名キー LIKE ? ESCAPE '\\')"_s, {u'%' + text::literalPattern(text) + u'%'}));
+    const db::Condition holds = db::keyHolds(u"納品先名キー"_s, text);
+    return customers.openIfAny(customersWhere(holds.sql, holds.values));
 }
 
 base::Status openCustomer(db::Recordset &customers, qint64 id)

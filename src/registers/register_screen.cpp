@@ -1,5 +1,6 @@
 #include "registers/register_screen.h"
 
+#include "registers/counterpart.h"
 #include "registers/lists/customer_deletion.h"
 #include "text/numbers.h"
 #include "ui/both_versions.h"
@@ -89,11 +90,22 @@ bool RegisterScreen::mayClose()
 
 // --- The row ---
 
+bool RegisterScreen::mayHaveTwin()
+{
+    settleBoxes();
+    // What cannot be looked for is no reason to refuse a row.
+    const auto twin = twinOf(workspace().connection, m_rows);
+    return !twin || twin->isEmpty() ||
+           ui::prompts::askCautiously(
+               this, u"同じ名前と電話番号の%1が登録されています。\n%2\n別の%1として登録しますか？"_s.arg(
+                         m_rows.table(), *twin));
+}
+
 void RegisterScreen::saveAndBrowse()
 {
-    if (!save())
-        return;
     const bool wasEntry = m_mode == Mode::Entry;
+    if ((wasEntry && !mayHaveTwin()) || !save())
+        return;
     setMode(Mode::Browsing);
     if (wasEntry)
         entryEnded();

@@ -104,6 +104,8 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    /// Whether a new row is wanted although one of its name and telephone number is there; asked where it is.
+    bool mayHaveTwin();
     std::optional<Failure> trySave();
     void tellFailure();
     void followRow();

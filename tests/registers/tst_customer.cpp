@@ -119,6 +119,13 @@ private slots:
         QTest::addColumn<QString>("found");
         QTest::newRow("reading in hiragana") << u"やまだ"_s << u"1"_s;
         QTest::newRow("part of the telephone, full width") << u"１２３４"_s << u"1 2"_s;
+        QTest::newRow("small kana for large") << u"しょうじ"_s << u"4"_s;
+        QTest::newRow("small half-width kana") << u"ｼｮｳｼﾞ"_s << u"4"_s;
+        QTest::newRow("long vowel of a reading") << u"らーめん"_s << u"4"_s;
+        QTest::newRow("long vowel in a number") << u"03ー1234"_s << u"1"_s;
+        QTest::newRow("name with its blank") << u"東海林　さだお"_s << u"4"_s;
+        QTest::newRow("a narrow blank") << u"東海林 さだお"_s << u"4"_s;
+        QTest::newRow("reading and number") << u"やまだ 1234"_s << u"1"_s;
         QTest::newRow("code") << u"K7"_s << u"2"_s;
         QTest::newRow("quote") << u"O'Neil"_s << u"3"_s;
         QTest::newRow("statement") << u"'; DROP TABLE 納品先; --"_s << QString();
@@ -134,7 +141,8 @@ private slots:
         shop.run(
             u"INSERT INTO 納品先 (納品先ID, 納品先名キー, フリガナ, 更新日) VALUES "
             "(3, 'O''Neil   ｵﾆｰﾙ', 'ｵﾆｰﾙ', '2026-01-01'), (2, '佐藤 K7 06-1234 ｻﾄｳ', 'ｻﾄｳ', '2026-02-01'), "
-            "(1, '山田  03-1234 ﾔﾏﾀﾞ', 'ｱ', '2026-02-01')"_s);
+            "(1, '山田  03-1234 ﾔﾏﾀﾞ', 'ｱ', '2026-02-01'), "
+            "(4, '東海林さだお  052-99 ｼﾖｳｼﾞｻﾀﾞｵ ﾗ-ﾒﾝ', 'ｼ', '2026-02-01')"_s);
         db::Recordset customers(shop.connection);
         const auto found = registers::openCustomersLike(customers, text);
         QVERIFY(found);

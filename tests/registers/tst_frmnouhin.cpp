@@ -211,6 +211,25 @@ private slots:
         QVERIFY(r.the<QPushButton>("cmdAdd").hasFocus());
     }
 
+    void aCustomerOfTheSameNameAndNumberIsAskedAbout()
+    {
+        Register r;
+        r.shop.run(u"UPDATE 納品先 SET 納品先名1 = '髙橋　花子', TEL1 = '0312345678' WHERE 納品先ID = 2"_s);
+        r.press("cmdAdd");
+        r.type("txtName", u"髙橋 花子"_s);
+        r.type("txtTel", u"０３ー１２３４ー５６７８"_s);
+        r.choose("dbcKubun", 1);
+        const QString question =
+            u"同じ名前と電話番号の納品先が登録されています。\nID 2　髙橋　花子　0312345678\n別の納品先として登録しますか？"_s;
+        ui::prompts::expectAskCautiously(question, false);
+        r.press("cmdUpdate");
+        QCOMPARE(r.stored(u"納品先名1"_s, 4), u"-"_s);
+        ui::prompts::expectAskCautiously(question, true);
+        r.press("cmdUpdate");
+        QCOMPARE(r.stored(u"納品先名1, TEL1"_s, 4), u"髙橋 花子|03-1234-5678"_s);
+        QCOMPARE(r.enabled(), browsing);
+    }
+
     void givingUpDeletesTheNewRow()
     {
         Register r;

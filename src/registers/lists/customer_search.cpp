@@ -1,5 +1,6 @@
 #include "registers/lists/customer_search.h"
 
+#include "db/condition.h"
 #include "db/connection.h"
 #include "db/recordset.h"
 #include "text/dates.h"
@@ -91,14 +92,7 @@ bool isInOwnOrder(const CustomerQuery &query)
     return query.order < 0 || query.order == static_cast<int>(orders.size()) - 1;
 }
 
-// SQL with the values bound to its "?".
-struct Piece
-{
-    QString sql;
-    QVariantList values;
-};
-
-Piece numberCondition(const QString &column, const QString &typed)
+db::Condition numberCondition(const QString &column, const QString &typed)
 {
     // NULL, which equals nothing, where no number was typed.
     const auto number = text::parseNumber(typed);
@@ -106,19 +100,20 @@ Piece numberCondition(const QString &column, const QString &typed)
 }
 
 // LIKE here too: a name typed in full width is exactly the one that is stored in half width.
-Piece exactTextCondition(const QString &column, const QString &typed)
+db::Condition exactTextCondition(const QString &column, const QString &typed)
 {
     return {column + u" LIKE ? ESCAPE '\\'"_s, {text::literalPattern(typed)}};
 }
 
-Piece textCondition(const QString &column, const QString &typed, bool anywhere)
+db::Condition textCondition(const QString &column, const QString &typed, bool anywhere)
 {
-    return {column + u" LIKE ? ESCAPE '\\'"_s,
-            {(anywhere ? u"%"_s : QString()) + text::literalPattern(typed) + u'%'}};
+    if (anywhere)
+        return db::keyHolds(column, typed);
+    return {column + u" LIKE ? ESCAPE '\\'"_s, {text::literalPattern(typed) + u'%'}};
 }
 
 // Stored are yyyy-MM-dd and, as birthdays, whatever was typed: with and without leading zeros.
-Piece dateCondition(const QString &column, const QString &typed, bool exact)
+db::Condition dateCondition(const QString &column, const QString &typed, bool exact)
 {
     const QString shown = u"replace("_s + column + u", '-', '/')"_s;
     if (!exact) {
@@ -132,7 +127,7 @@ Piece dateCondition(const QString &column, const QString &typed, bool exact)
     return {shown + u" IN (?, ?)"_s, {form(u"yyyy/MM/dd"_s), form(u"yyyy/M/d"_s)}};
 }
 
-Piece conditionOf(const CustomerQuery &query, const Item &item)
+db::Condition conditionOf(const CustomerQuery &query, const Item &item)
 {
     const QString column = QString::fromUtf16(item.column);
     switch (item.comparison) {
@@ -187,7 +182,7 @@ base::Status openCustomersFound(db::Recordset &customers, const CustomerQuery &q
     const Item *item = itemAt(query.item);
     if (!item)
         return customers.open({.table = u"納品先"_s, .where = u"0"_s});
-    const Piece condition = conditionOf(query, *item);
+    const db::Condition condition = conditionOf(query, *item);
     const QString join = u"納品先.区分ID = 登録区分.区分ID"_s;
     return customers.open(
         {.columns = u"納品先.*"_s,

@@ -10,12 +10,12 @@ namespace reports
 const book::CounterpartSearch suppliersTaxedOnBill{
     book::Party::Supplier,
     book::supplierSearch.columns,
-    u"(仕入先名キー LIKE ? ESCAPE '\\') AND (消費税区分 = 1)",
+    u"(消費税区分 = 1)",
 };
 
 const book::CounterpartSearch suppliersTaxedOnDelivery{
     book::Party::Supplier, book::supplierSearch.columns,
-    u"(仕入先名キー LIKE ? ESCAPE '\\') AND (COALESCE(消費税区分, 0) = 0)", // empty counts as 0
+    u"(COALESCE(消費税区分, 0) = 0)", // empty counts as 0
 };
 
 base::Result<TaxSlip> enterPurchaseTax(db::Connection &connection, const book::NewSlip &slip, double tax)
