@@ -49,13 +49,12 @@ base::Status readCounterpart(db::Connection &connection, Party party, Slip &slip
     if (!found)
         return found.error();
     if (found->isEmpty()) {
-        slip.name1 = deletedCounterpartName(slip.counterpart);
+        slip.name1 = unknownCounterpartName(slip.counterpart == 0 ? CounterpartKey() : slip.counterpart);
         return {};
     }
     const auto text = [&](const QString &column) { return found->value(0, column).toString(); };
     slip.code = text(u"コード"_s);
-    const CounterpartKey key = slip.counterpart == 0 ? CounterpartKey() : slip.counterpart;
-    slip.name1 = found->isEmpty() ? unknownCounterpartName(key) : text(u"名1"_s);
+    slip.name1 = text(u"名1"_s);
     slip.name2 = text(u"名2"_s);
     slip.zip = text(u"郵便番号"_s);
     slip.address1 = text(u"住所1"_s);

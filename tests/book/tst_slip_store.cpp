@@ -472,6 +472,10 @@ void TestSlipStore::readSlipGivesHeaderLinesAndCounterpart()
     shop.run(u"DELETE FROM 納品先"_s);
     QCOMPARE(book::readSlip(shop.connection, header->id, book::Party::Customer)->name1,
              u"(削除済み) ID %1"_s.arg(slip->counterpart));
+    for (const QString &none : {u"NULL"_s, u"0"_s}) {
+        shop.run(u"UPDATE 入出庫マスター SET 相手先ID = "_s + none);
+        QCOMPARE(book::readSlip(shop.connection, header->id, book::Party::Customer)->name1, u"(相手先なし)"_s);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestSlipStore)
