@@ -30,6 +30,17 @@ bool holdsInitialFile(const QString &folder)
     return QFileInfo(workspace::joinPath(folder, QString::fromUtf16(db::initialFileName))).isFile();
 }
 
+// A database file of somebody's, or the mark of a copy that is carried about with its data. The delivered
+// initial file is neither: it lies in every build, and a shop's backups do not belong there.
+bool holdsShop(const QString &folder)
+{
+    const QString initial = QString::fromUtf16(db::initialFileName);
+    QStringList found =
+        QDir(folder).entryList({u"*.cdb"_s, QString::fromUtf16(portableMark)}, QDir::Files, QDir::NoSort);
+    found.removeAll(initial);
+    return !found.isEmpty();
+}
+
 // An initial file of an older version of this program, which a new one comes to replace.
 base::Status putOlderAside(const QString &initial, const QString &source)
 {
@@ -92,7 +103,8 @@ ApplicationFolder settleApplicationFolder(const FolderPlaces &places)
 {
     if (!places.wanted.isEmpty())
         return filled(QDir::cleanPath(QFileInfo(places.wanted).absoluteFilePath()), places);
-    if (holdsInitialFile(places.executable) && QFileInfo(places.executable).isWritable())
+    if (holdsInitialFile(places.executable) && holdsShop(places.executable) &&
+        QFileInfo(places.executable).isWritable())
         return {places.executable, {}};
     return filled(places.user, places);
 }

@@ -23,9 +23,14 @@ struct ApplicationFolder
     QString problem; // a sentence when the folder could not be made or filled; empty: all is well
 };
 
-/// The wanted folder; else the executable's when it holds the initial file and can be written; else the
-/// user's. A folder other than the executable's gets what it lacks of the delivered files, and newer
-/// postal-code files than those that were delivered to it before.
+/// A file of this name beside the programs says that their folder is the application folder, for a copy that
+/// is carried about with its data.
+inline constexpr char16_t portableMark[] = u"Kanbalore.portable";
+
+/// The wanted folder; else the executable's when it holds the initial file, can be written, and has a shop's
+/// database or the mark of a portable copy in it; else the user's. A folder other than the executable's gets
+/// what it lacks of the delivered files, and newer postal-code files than those that were delivered to it
+/// before.
 ApplicationFolder settleApplicationFolder(const FolderPlaces &places);
 
 } // namespace app

@@ -177,11 +177,15 @@ void TestStartup::applicationFolder_data()
 {
     QTest::addColumn<bool>("delivered"); // the executable's folder holds the initial file
     QTest::addColumn<bool>("wanted");
+    QTest::addColumn<QString>("beside"); // another file beside the executable
     QTest::addColumn<QString>("chosen");
-    QTest::newRow("beside the executable") << true << false << u"bin"_s;
-    QTest::newRow("installed") << false << false << u"user"_s;
-    QTest::newRow("wanted") << true << true << u"wanted/deep"_s;
-    QTest::newRow("wanted, installed") << false << true << u"wanted/deep"_s;
+    QTest::newRow("built") << true << false << u""_s << u"user"_s;
+    QTest::newRow("a shop's file there") << true << false << u"店.cdb"_s << u"bin"_s;
+    QTest::newRow("its backup there") << true << false << u"BackupKanbalore.cdb"_s << u"bin"_s;
+    QTest::newRow("portable") << true << false << u"Kanbalore.portable"_s << u"bin"_s;
+    QTest::newRow("installed") << false << false << u""_s << u"user"_s;
+    QTest::newRow("wanted") << true << true << u"店.cdb"_s << u"wanted/deep"_s;
+    QTest::newRow("wanted, installed") << false << true << u""_s << u"wanted/deep"_s;
 }
 
 void TestStartup::applicationFolder()
@@ -196,6 +200,9 @@ void TestStartup::applicationFolder()
     const QString source = delivered ? places.executable : places.installed;
     write(source + u"/Kanbalore.cdb"_s, "initial");
     write(source + u"/ZIPID1.txt"_s, "index");
+    QFETCH(QString, beside);
+    if (!beside.isEmpty())
+        write(places.executable + u'/' + beside, "");
 
     const ApplicationFolder folder = settleApplicationFolder(places);
     QCOMPARE(folder.problem, QString());
