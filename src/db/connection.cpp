@@ -156,6 +156,8 @@ base::Status Connection::configure()
     sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, longestValue);
     if (const int code = installLike(handle()); code != SQLITE_OK)
         return errorFromCode(code, u"LIKE"_s);
+    if (const int code = installJapaneseOrder(handle()); code != SQLITE_OK)
+        return errorFromCode(code, u"COLLATE"_s);
     if (const int code = installValidDay(handle()); code != SQLITE_OK)
         return errorFromCode(code, u"valid_day"_s);
     const QString cacheSize = u"-65536"_s; // KiB; the pages of a day's work stay in memory

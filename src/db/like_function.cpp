@@ -1,5 +1,6 @@
 #include "db/like_function.h"
 
+#include "text/japanese_order.h"
 #include "text/like.h"
 
 #include <sqlite3.h>
@@ -50,6 +51,15 @@ int installLike(sqlite3 *handle)
             return code;
     }
     return SQLITE_OK;
+}
+
+int installJapaneseOrder(sqlite3 *handle)
+{
+    const auto compare = [](void *, int size, const void *one, int otherSize, const void *other) {
+        return text::compareJapanese({static_cast<const char *>(one), static_cast<std::size_t>(size)},
+                                     {static_cast<const char *>(other), static_cast<std::size_t>(otherSize)});
+    };
+    return sqlite3_create_collation_v2(handle, "japanese", SQLITE_UTF8, nullptr, compare, nullptr);
 }
 
 } // namespace db

@@ -9,4 +9,8 @@ namespace db
 /// \return an SQLite result code
 int installLike(sqlite3 *handle);
 
+/// Gives \a handle the order that inJapaneseOrder() names.
+/// \return an SQLite result code
+int installJapaneseOrder(sqlite3 *handle);
+
 } // namespace db

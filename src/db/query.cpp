@@ -7,6 +7,8 @@ using namespace Qt::StringLiterals;
 namespace db
 {
 
+QString inJapaneseOrder(const QString &column) { return column + u" COLLATE japanese"_s; }
+
 QString Query::key() const { return keyOf(table); }
 
 QString Query::from() const

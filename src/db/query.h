@@ -6,6 +6,10 @@
 namespace db
 {
 
+/// The term of an order in which the texts of \a column stand as a person looks for them
+/// (text/japanese_order.h).
+QString inJapaneseOrder(const QString &column);
+
 /// Rows of one table in an order, in the pieces that SQL words them in; values are bound to "?".
 struct Query
 {

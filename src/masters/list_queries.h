@@ -9,7 +9,7 @@ namespace masters::lists
 inline db::Query units() { return {.table = QStringLiteral("単位")}; }
 inline db::Query specifications()
 {
-    return {.table = QStringLiteral("規格"), .order = {QStringLiteral("規格.規格 ASC")}};
+    return {.table = QStringLiteral("規格"), .order = {db::inJapaneseOrder(QStringLiteral("規格.規格"))}};
 }
 inline db::Query employees() { return {.table = QStringLiteral("社員")}; }
 inline db::Query customerCategories()
@@ -22,11 +22,13 @@ inline db::Query shippingCategories()
 }
 inline db::Query purchaseProducts()
 {
-    return {.table = QStringLiteral("仕入商品"), .order = {QStringLiteral("仕入商品.商品名 ASC")}};
+    return {.table = QStringLiteral("仕入商品"),
+            .order = {db::inJapaneseOrder(QStringLiteral("仕入商品.商品名"))}};
 }
 inline db::Query salesProducts()
 {
-    return {.table = QStringLiteral("納品商品"), .order = {QStringLiteral("納品商品.商品名 ASC")}};
+    return {.table = QStringLiteral("納品商品"),
+            .order = {db::inJapaneseOrder(QStringLiteral("納品商品.商品名"))}};
 }
 inline db::Query ownCompany() { return {.table = QStringLiteral("自社情報")}; }
 

@@ -157,6 +157,8 @@ std::u16string folded(QStringView s)
     return result.toStdU16String();
 }
 
+std::size_t foldUtf8(std::string_view utf8, char32_t *out) { return fold(utf8, out); }
+
 QString literalPattern(QString typed)
 {
     for (const QChar special : {u'\\', u'%', u'_'})

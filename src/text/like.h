@@ -17,6 +17,10 @@ namespace text
 /// The folded form of \a s: what two texts share when LIKE treats them as equal.
 std::u16string folded(QStringView s);
 
+/// The same of UTF-8: writes the characters to \a out, which has room for one a byte, and returns their
+/// number.
+std::size_t foldUtf8(std::string_view utf8, char32_t *out);
+
 /// \a typed as a part of a LIKE pattern with ESCAPE '\\', in which each of its characters stands for itself:
 /// a clerk who types 50% means the sign.
 QString literalPattern(QString typed);

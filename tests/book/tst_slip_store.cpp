@@ -474,7 +474,8 @@ void TestSlipStore::readSlipGivesHeaderLinesAndCounterpart()
              u"(削除済み) ID %1"_s.arg(slip->counterpart));
     for (const QString &none : {u"NULL"_s, u"0"_s}) {
         shop.run(u"UPDATE 入出庫マスター SET 相手先ID = "_s + none);
-        QCOMPARE(book::readSlip(shop.connection, header->id, book::Party::Customer)->name1, u"(相手先なし)"_s);
+        QCOMPARE(book::readSlip(shop.connection, header->id, book::Party::Customer)->name1,
+                 u"(相手先なし)"_s);
     }
 }
 

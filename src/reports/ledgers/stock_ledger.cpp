@@ -6,7 +6,9 @@
 #include "book/movements.h"
 #include "book/tax.h"
 #include "db/transaction.h"
+#include "text/japanese_order.h"
 
+#include <algorithm>
 #include <limits>
 #include <map>
 #include <tuple>
@@ -126,6 +128,15 @@ StockLine lineOf(const book::Goods &goods, const Account &account)
     return line;
 }
 
+bool standsBefore(const StockLine &one, const StockLine &other)
+{
+    if (one.product != other.product)
+        return text::comesBefore(one.product, other.product);
+    if (one.specification != other.specification)
+        return text::comesBefore(one.specification, other.specification);
+    return text::comesBefore(one.unit, other.unit);
+}
+
 } // namespace
 
 base::Result<StocktakeReport> readStocktakes(db::Connection &connection, const book::Period &period)
@@ -175,6 +186,7 @@ base::Result<StockLedger> readStock(db::Connection &connection, const QDate &day
         total.add(ledger.lines.back().amount);
     }
     ledger.total = total.value();
+    std::ranges::sort(ledger.lines, standsBefore);
     return ledger;
 }
 
