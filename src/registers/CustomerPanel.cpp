@@ -61,8 +61,8 @@ void CustomerPanel::bind(db::Connection &connection, db::Recordset &customers)
         m_boxes->bind(box, column);
     m_boxes->bind(m_ui->Check1, u"元帳出力"_s);
 
-    ui::bindDropDown(m_ui->cmdBill, m_ui->Text2);
-    ui::bindDropDown(m_ui->Combo1, m_ui->Text1);
+    ui::bindDropDown(m_ui->cmdBill, m_ui->Text2, m_ui->lblNoDay);
+    ui::bindDropDown(m_ui->Combo1, m_ui->Text1, m_ui->lblNoTax);
     connect(&customers, &db::Recordset::currentRowChanged, this, &CustomerPanel::showCategory);
     connect(m_ui->dbcKubun, &QComboBox::activated, this, &CustomerPanel::chooseCategory);
     connectReading();

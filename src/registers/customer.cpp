@@ -162,6 +162,15 @@ base::Status saveCustomer(db::Recordset &customers, const QDate &today)
     return saveCounterpart(customers, u"納品先名キー"_s, keyOf, {{u"更新日"_s, text::stored(today)}});
 }
 
+base::Status saveNewCustomer(db::Recordset &customers, const QDate &today)
+{
+    storeForms(customers);
+    QVariantMap values{{u"更新日"_s, text::stored(today)}};
+    if (customers.text(u"締め日"_s).isEmpty())
+        values.insert(u"締め日"_s, 0);
+    return saveCounterpart(customers, u"納品先名キー"_s, keyOf, values);
+}
+
 base::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category)
 {
     const base::Status saved = db::atomically(connection, [&]() -> base::Status {

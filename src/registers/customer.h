@@ -73,6 +73,9 @@ std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
 /// of its last change. After a failure its dates and key are as before, and the edits are still there.
 base::Status saveCustomer(db::Recordset &customers, const QDate &today);
 
+/// The same for a new one: without a closing day it gets the month's end, on which it is billed anyway.
+base::Status saveNewCustomer(db::Recordset &customers, const QDate &today);
+
 /// Stores the category alone, at once; other edits of the current customer stay held back.
 base::Status saveCategory(db::Connection &connection, db::Recordset &customers, qint64 category);
 

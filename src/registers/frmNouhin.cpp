@@ -229,7 +229,11 @@ std::optional<RegisterScreen::Failure> frmNouhin::refusal() const
     return refused ? std::optional(Failure{refused->text, u"更新"_s, refused->column}) : std::nullopt;
 }
 
-base::Status frmNouhin::store() { return registers::saveCustomer(rows(), workspace().today()); }
+base::Status frmNouhin::store()
+{
+    return mode() == Mode::Entry ? registers::saveNewCustomer(rows(), workspace().today())
+                                 : registers::saveCustomer(rows(), workspace().today());
+}
 
 bool frmNouhin::canTakeBack() const { return m_ui->panel->canTakeBack(); }
 

@@ -84,7 +84,7 @@ void frmSiire::bindBoxes()
         ui::WidthCheck::guard(box, ui::nameWidth);
 
     m_ui->Combo1->addItems(taxClassNames());
-    ui::bindDropDown(m_ui->Combo1, m_ui->Text1);
+    ui::bindDropDown(m_ui->Combo1, m_ui->Text1, m_ui->lblNoTax);
     m_codeWatch = new ui::LeaveWatch(m_ui->txtCode);
     connect(m_codeWatch, &ui::LeaveWatch::left, this, &frmSiire::warnOfCode);
 }

@@ -1,13 +1,17 @@
 #include "ui/drop_down.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 
 namespace ui
 {
 
-void bindDropDown(QComboBox *shown, QLineEdit *stored)
+void bindDropDown(QComboBox *shown, QLineEdit *stored, QLabel *unset)
 {
+    unset->setVisible(stored->text().isEmpty());
+    QObject::connect(stored, &QLineEdit::textChanged, unset,
+                     [unset](const QString &number) { unset->setVisible(number.isEmpty()); });
     QObject::connect(stored, &QLineEdit::textChanged, shown, [shown](const QString &number) {
         if (!number.isEmpty())
             shown->setCurrentIndex(number.toInt());

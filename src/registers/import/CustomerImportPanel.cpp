@@ -138,6 +138,7 @@ bool CustomerImportPanel::load(ImportTable table, Source source, const QString &
         return false;
     m_table = std::move(table);
     m_ui->labelSource->setText(name + u'：');
+    showCounts();
     return true;
 }
 
@@ -221,9 +222,15 @@ void CustomerImportPanel::toggleSelected()
 void CustomerImportPanel::showCounts()
 {
     using State = ImportCandidate::State;
-    m_ui->labelSummary->setText(u"取り込める行 %1　重複 %2　取り込めない行 %3"_s.arg(
+    QString summary = u"取り込める行 %1　重複 %2　取り込めない行 %3"_s.arg(
         rowCount(m_model->count(State::Ready)), rowCount(m_model->count(State::Duplicate)),
-        rowCount(m_model->count(State::Refused))));
+        rowCount(m_model->count(State::Refused)));
+    const QStringList headings = m_table.rows.empty() ? QStringList() : m_table.firstRow();
+    const QString leftOut = leftOutHeadings(m_assignment, headings).join(u"、"_s);
+    if (!leftOut.isEmpty())
+        summary += u"　取り込まない列：%1"_s.arg(leftOut);
+    m_ui->labelSummary->setText(summary);
+    m_ui->labelSummary->setToolTip(leftOut);
     const bool any = m_model->rowCount() > 0;
     for (QPushButton *button : {m_ui->Command5, m_ui->cmdImportSelected, m_ui->cmdSaveReport})
         button->setEnabled(any);

@@ -37,6 +37,7 @@ struct Places
     int registered = importFieldOf(u"登録日"_s);
     int ledger = importFieldOf(u"元帳出力"_s);
     int tax = importFieldOf(u"消費税区分"_s);
+    int closingDay = importFieldOf(u"締め日"_s);
 };
 
 const Places &places()
@@ -171,6 +172,7 @@ QVariantList rowOf(const ImportCandidate &candidate, qint64 key, const QString &
     fill(places().registered, today);
     fill(places().ledger, 0);
     fill(places().tax, 0);
+    fill(places().closingDay, 0);
     const QStringList &values = candidate.values;
     return row << key
                << customerKey(values.at(places().name1), values.at(places().name2), values.at(places().code),

@@ -116,6 +116,18 @@ int importFieldOf(const QString &column)
 
 bool ImportAssignment::hasName() const { return columnOf(importFieldOf(u"納品先名1"_s)) >= 0; }
 
+QStringList leftOutHeadings(const ImportAssignment &assignment, const QStringList &firstRow)
+{
+    QStringList leftOut;
+    for (qsizetype column = 0; assignment.hasHeadings && column < firstRow.size(); ++column) {
+        const QString heading = firstRow.at(column).simplified();
+        const bool isOurs = ownColumns().contains(heading);
+        if (assignment.fields.value(column, -1) < 0 && !heading.isEmpty() && !isOurs)
+            leftOut += heading;
+    }
+    return leftOut;
+}
+
 QString foldedHeading(const QString &heading)
 {
     QString folded = text::toHalfWidth(heading).toCaseFolded();

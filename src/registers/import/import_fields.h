@@ -52,6 +52,10 @@ struct ImportAssignment
     [[nodiscard]] bool hasName() const;
 };
 
+/// The headings of the columns that \a assignment leaves out, but for those that are made anew for every
+/// customer.
+QStringList leftOutHeadings(const ImportAssignment &assignment, const QStringList &firstRow);
+
 /// What a heading is compared by: upper and lower case, widths, both kana, blanks and marks do not count.
 QString foldedHeading(const QString &heading);
 

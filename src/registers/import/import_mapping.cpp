@@ -20,6 +20,7 @@ const QString headingsKey = u"見出し行"_s;
 const QString withHeadings = u"あり"_s;
 const QString withoutHeadings = u"なし"_s;
 const QString categoryKey = u"区分の既定値"_s;
+const QString leftOutKey = u"取り込まない列"_s;
 const QString byHeading = u"見出し:"_s;
 const QString byNumber = u"列:"_s;
 
@@ -29,6 +30,8 @@ void takeLine(ImportMapping &mapping, const QString &key, const QString &value)
         mapping.hasHeadings = value == withHeadings;
     } else if (key == categoryKey) {
         mapping.defaultCategory = std::max<qint64>(0, value.toLongLong());
+    } else if (key == leftOutKey) {
+        mapping.leftOut += foldedHeading(value);
     } else if (const int field = importFieldOf(key); field >= 0) {
         const QString heading = value.startsWith(byHeading) ? value.sliced(byHeading.size()) : QString();
         const int number = value.startsWith(byNumber) ? value.sliced(byNumber.size()).toInt() : 0;
@@ -69,6 +72,8 @@ base::Status writeImportMapping(const QString &fileName, const ImportMapping &ma
             source.heading.isEmpty() ? byNumber + QString::number(source.number) : byHeading + source.heading;
         lines << importFields().at(source.field).column + u'=' + from;
     }
+    for (const QString &heading : mapping.leftOut)
+        lines << leftOutKey + u'=' + heading;
     const QByteArray content = (lines.join(u"\r\n"_s) + u"\r\n"_s).toUtf8();
     QSaveFile file(fileName);
     if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
@@ -79,7 +84,9 @@ base::Status writeImportMapping(const QString &fileName, const ImportMapping &ma
 
 ImportMapping mappingOf(const ImportAssignment &assignment, const QStringList &firstRow)
 {
-    ImportMapping mapping{assignment.hasHeadings, assignment.defaultCategory, {}};
+    ImportMapping mapping{assignment.hasHeadings, assignment.defaultCategory, {}, {}};
+    for (const QString &heading : leftOutHeadings(assignment, firstRow))
+        mapping.leftOut += foldedHeading(heading);
     QStringList folded;
     for (const QString &heading : firstRow)
         folded << foldedHeading(heading);
@@ -110,6 +117,17 @@ std::optional<ImportAssignment> assignmentByMapping(const ImportMapping &mapping
         const bool isFree = column >= 0 && column < columns && assignment.fields.at(column) < 0;
         if (isFree && assignment.columnOf(source.field) < 0)
             assignment.fields[column] = source.field;
+    }
+    // A file of today may have columns that the one of the settings had not.
+    if (mapping.hasHeadings) {
+        const ImportAssignment byHeadings = assignmentByHeadings(firstRow, columns);
+        for (qsizetype column = 0; column < columns; ++column) {
+            const int field = byHeadings.fields.value(column, -1);
+            const bool isFree =
+                assignment.fields.at(column) < 0 && !mapping.leftOut.contains(folded.value(column));
+            if (isFree && field >= 0 && assignment.columnOf(field) < 0)
+                assignment.fields[column] = field;
+        }
     }
     // A table with headings is not taken for one without, which would make a customer of its headings.
     const bool isOtherKind = !mapping.hasHeadings && assignmentByHeadings(firstRow, columns).hasHeadings;

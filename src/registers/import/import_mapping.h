@@ -22,6 +22,7 @@ struct ImportMapping
     bool hasHeadings = false;
     qint64 defaultCategory = 0;
     QList<Source> sources;
+    QStringList leftOut = {}; // folded headings of columns that are there, and not taken by choice
 };
 
 /// The mapping in \a fileName; nothing when there is no such file. What is wrong in single lines is passed

@@ -72,7 +72,9 @@ ImportValue mail(const QString &cell)
 ImportValue date(const QString &cell)
 {
     // Databases export the day with its time: 2020/04/01 0:00:00.
-    const auto day = text::parseDate(cell.trimmed().section(u' ', 0, 0));
+    auto day = text::parseDate(cell.trimmed().section(u' ', 0, 0));
+    if (!day)
+        day = text::parseWrittenDate(cell);
     return day ? ImportValue{text::stored(*day), {}} : refused(u"日付として読み取れません"_s);
 }
 
@@ -110,10 +112,36 @@ ImportValue listed(const QString &cell, const QStringList &names)
     return refused(u"「%1」から「%2」までのどれでもありません"_s.arg(names.first(), names.last()));
 }
 
+// 月末, 31 and the 99 of other programs are the month's end; 20日締め is the 20th.
+ImportValue closingDay(const QString &cell)
+{
+    static const QStringList ends{u"末"_s, u"月末"_s, u"末日"_s, u"31"_s, u"99"_s};
+    static const QRegularExpression frame(u"^毎月|日?締ﾒ?切?ﾘ?$"_s);
+    const QString day = folded(cell).remove(frame);
+    return ends.contains(day) ? ImportValue{u"0"_s, {}}
+                              : listed(QString(day).remove(u"日"_s),
+                                       closingDayNames().replaceInStrings(u" 日"_s, QString()));
+}
+
+// 外税 alone is what most shops mean by it, added on each delivery.
+ImportValue taxClass(const QString &cell)
+{
+    const QString word = folded(cell);
+    const bool isAdded =
+        word.startsWith(u"外税"_s) || word.startsWith(u"税抜"_s) || word.startsWith(u"税別"_s);
+    if (word.startsWith(u"内税"_s) || word.startsWith(u"税込"_s))
+        return {u"2"_s, {}};
+    if (word.contains(u"請求"_s))
+        return {u"1"_s, {}};
+    return isAdded ? ImportValue{u"0"_s, {}} : listed(cell, taxClassNames());
+}
+
 ImportValue yesNo(const QString &cell)
 {
-    static const QStringList yes{u"1"_s, u"-1"_s, u"true"_s, u"yes"_s, u"ﾊｲ"_s, u"ｱﾘ"_s, u"有"_s, u"○"_s};
-    static const QStringList no{u"0"_s, u"false"_s, u"no"_s, u"ｲｲｴ"_s, u"ﾅｼ"_s, u"無"_s, u"×"_s};
+    static const QStringList yes{u"1"_s,  u"-1"_s, u"true"_s, u"yes"_s, u"ﾊｲ"_s,
+                                 u"ｱﾘ"_s, u"有"_s, u"○"_s,    u"ｽﾙ"_s,  u"出力ｽﾙ"_s};
+    static const QStringList no{u"0"_s,  u"false"_s, u"no"_s,  u"ｲｲｴ"_s,    u"ﾅｼ"_s,
+                                u"無"_s, u"×"_s,     u"ｼﾅｲ"_s, u"出力ｼﾅｲ"_s};
     const QString answer = folded(cell);
     if (yes.contains(answer))
         return {u"1"_s, {}};
@@ -140,9 +168,9 @@ ImportValue byRule(ImportRule rule, const QString &cell, const std::vector<maste
     case ImportRule::Category:
         return category(cell, categories);
     case ImportRule::ClosingDay:
-        return listed(cell, closingDayNames());
+        return closingDay(cell);
     case ImportRule::TaxClass:
-        return listed(cell, taxClassNames());
+        return taxClass(cell);
     case ImportRule::YesNo:
         return yesNo(cell);
     case ImportRule::Text:
@@ -158,8 +186,11 @@ ImportValue importValue(const ImportField &field, const QString &cell,
 {
     if (cell.trimmed().isEmpty())
         return {};
+    // ="0600001" keeps a spreadsheet from taking a code for a number.
+    static const QRegularExpression formulaText(uR"re(\A="(.*)"\z)re"_s);
+    const QRegularExpressionMatch kept = formulaText.match(cell.trimmed());
     // No box of the register holds more than one line.
-    QString line = cell;
+    QString line = kept.hasMatch() ? kept.captured(1) : cell;
     line.replace("\r\n"_L1, " "_L1);
     for (QChar &c : line) {
         if (c.category() == QChar::Other_Control)

@@ -207,6 +207,16 @@ private slots:
         QCOMPARE(assigned(*moved), u"住所1 納品先名1 TEL1"_s);
         QCOMPARE(moved->defaultCategory, 2);
         QVERIFY(!assignmentByMapping(**mapping, {u"番地"_s}, 1)); // no name
+        // What the file has besides is found by its headings, but not what was left out by choice.
+        const QStringList more{u"御社=名"_s, u"携帯"_s, u"x"_s, u"お気に入り"_s};
+        const auto filled = assignmentByMapping(**mapping, more, 4);
+        QVERIFY(filled);
+        QCOMPARE(assigned(*filled), u"納品先名1 TEL2 TEL1 -"_s);
+        QCOMPARE(leftOutHeadings(*filled, more), QStringList{u"お気に入り"_s});
+        ImportAssignment chosen = *filled;
+        chosen.fields[1] = -1;
+        QVERIFY(writeImportMapping(name, mappingOf(chosen, more)));
+        QCOMPARE(assigned(*assignmentByMapping(**readImportMapping(name), more, 4)), u"納品先名1 - TEL1 -"_s);
     }
 
     void survivesDamagedMappings_data()
@@ -260,9 +270,19 @@ private slots:
         row(u"FAX"_s, u"1234567890123456"_s, u"123456789012345"_s);
         row(u"メール"_s, u"mailto:ａ@example.jp"_s, u"a@example.jp"_s);
         row(u"郵便番号"_s, u"〒１０５００１１"_s, u"105-0011"_s);
+        row(u"郵便番号"_s, u"=\"\"0600001\"\""_s,
+            u"060-0001"_s); // as a spreadsheet keeps it from being a number
+        row(u"TEL1"_s, u"=\"\"0312345678\"\""_s, u"0312345678"_s);
         row(u"郵便番号"_s, u"105-0011"_s, u"105-0011"_s);
         row(u"郵便番号"_s, u"SW1A 1AA"_s, u"SW1A 1AA"_s);
         row(u"登録日"_s, u"2020/4/1 0:00:00"_s, u"2020-04-01"_s);
+        row(u"登録日"_s, u"2020年4月1日"_s, u"2020-04-01"_s);
+        row(u"登録日"_s, u"令和２年４月１日"_s, u"2020-04-01"_s);
+        row(u"登録日"_s, u"R2.4.1"_s, u"2020-04-01"_s);
+        row(u"登録日"_s, u"平成31年4月30日"_s, u"2019-04-30"_s);
+        row(u"登録日"_s, u"令和元年5月1日"_s, u"2019-05-01"_s);
+        row(u"登録日"_s, u"平成31年5月1日"_s, u"!"_s);
+        row(u"登録日"_s, u"2年4月1日"_s, u"!"_s);
         row(u"登録日"_s, u"2020/2/30"_s, u"!"_s);
         row(u"登録日"_s, u""_s, u"2026-04-01"_s);
         row(u"区分ID"_s, u"２"_s, u"2"_s);
@@ -270,11 +290,25 @@ private slots:
         row(u"区分ID"_s, u"3"_s, u"!"_s);
         row(u"区分ID"_s, u""_s, u"1"_s);
         row(u"締め日"_s, u"15日"_s, u"15"_s);
-        row(u"締め日"_s, u"31"_s, u"!"_s);
-        row(u"締め日"_s, u""_s, u"-"_s);
+        row(u"締め日"_s, u"月末"_s, u"0"_s);
+        row(u"締め日"_s, u"３１"_s, u"0"_s);
+        row(u"締め日"_s, u"99"_s, u"0"_s);
+        row(u"締め日"_s, u"末日締め"_s, u"0"_s);
+        row(u"締め日"_s, u"毎月２０日締"_s, u"20"_s);
+        row(u"締め日"_s, u"30"_s, u"30"_s);
+        row(u"締め日"_s, u"32"_s, u"!"_s);
+        row(u"締め日"_s, u"随時"_s, u"!"_s);
+        row(u"締め日"_s, u""_s, u"0"_s);
+        row(u"消費税区分"_s, u"外税"_s, u"0"_s);
+        row(u"消費税区分"_s, u"税抜"_s, u"0"_s);
+        row(u"消費税区分"_s, u"内税"_s, u"2"_s);
+        row(u"消費税区分"_s, u"税込み"_s, u"2"_s);
+        row(u"消費税区分"_s, u"請求時"_s, u"1"_s);
         row(u"消費税区分"_s, u"外税(請求時)"_s, u"1"_s);
         row(u"消費税区分"_s, u"x"_s, u"!"_s);
         row(u"元帳出力"_s, u"TRUE"_s, u"1"_s);
+        row(u"元帳出力"_s, u"する"_s, u"1"_s);
+        row(u"元帳出力"_s, u"出力しない"_s, u"0"_s);
         row(u"元帳出力"_s, u""_s, u"0"_s);
     }
     void judgesEachValue()
@@ -375,7 +409,8 @@ private slots:
         QVERIFY(exportCustomers(shop.connection, name, base::unwatched));
         const QString imported =
             u"SELECT コード, 納品先名1, 納品先名2, 納品先名3, フリガナ, 区分ID, 郵便番号, 住所1, 住所2, "
-            "TEL1, TEL2, FAX, メール, メモ, 登録日, 誕生日, 担当者名, 締め日, 消費税区分, 元帳出力 "
+            "TEL1, TEL2, FAX, メール, メモ, 登録日, 誕生日, 担当者名, COALESCE(締め日, 0), 消費税区分, "
+            "元帳出力 "
             "FROM 納品先 ORDER BY 納品先ID"_s;
         const QStringList before = shop.rows(imported);
         shop.run(u"DELETE FROM 納品先"_s);
