@@ -1,0 +1,269 @@
+#include "registers/customer_desk.h"
+#include "registers/postal/postal_index.h"
+#include "support/postal_files.h"
+#include "support/scripted_test.h"
+#include "ui/messages.h"
+#include "ui/prompts.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString editsOpen = u"変更が保存されていません。保存しますか？"_s;
+
+using Register = CustomerDesk;
+
+// Two customers of one city, the second without a code, and a town whose other code an office has.
+void fillMiyako(Register &r)
+{
+    const QString city = u"沖縄県宮古島市"_s;
+    PostalFiles::writeAreas(
+        r.shop.folder.path(),
+        {{city,
+          u"宮古島市"_s,
+          {{"9060000", city}, {"9060012", city + u"平良西里"_s}, {"9060013", city + u"平良下里"_s}}},
+         {u"栃木県那須郡那珂川町"_s, u"那珂川町"_s, {{"3240600", u"那珂川町 栃木県那須郡"_s}}}});
+    PostalFiles::writeEntries(r.shop.folder.path(), u"ZipCode1.txt"_s,
+                              {u"906-0000  "_s + city, u"906-0012  "_s + city + u"平良西里"_s,
+                               u"906-0013  "_s + city + u"平良下里"_s, u"324-0600  栃木県那須郡那珂川町"_s});
+    r.shop.workspace.keep(
+        registers::PostalIndex{{city, u"宮古島市"_s, 1}, {u"栃木県那須郡那珂川町"_s, u"那珂川町"_s, 4}});
+    r.shop.run(u"UPDATE 納品先 SET 住所1 = '沖縄県宮古島市平良下里９'"_s);
+}
+
+void expectMove()
+{
+    ui::prompts::expectAskCautiously(
+        u"郵便番号は「906-0013」ですが、この住所１の郵便番号は「906-0012」のようです。\n"
+        "「906-0012」に変更しますか。"_s,
+        true);
+}
+
+} // namespace
+
+// What leaving a box of the register brings into form, fills in, refuses or asks about.
+class TestFrmNouhinBoxes : public ScriptedTest
+{
+    Q_OBJECT
+
+private slots:
+    void refusesWideTexts_data()
+    {
+        QTest::addColumn<QString>("limit");
+        for (const char *box : {"txtName", "txtName2", "txtAddress", "txtAddress2"})
+            QTest::newRow(box) << ui::messages::widthLimit();
+        QTest::newRow("txtMemo") << ui::messages::memoLimit();
+    }
+
+    void refusesWideTexts()
+    {
+        QFETCH(QString, limit);
+        const char *box = QTest::currentDataTag();
+        const int most = limit == ui::messages::memoLimit() ? 50 : 22;
+        Register r;
+        r.type(box, QString(most, u'山'));
+        r.leave(box);
+        QVERIFY(!r.box(box).hasFocus());
+        r.press("cmdNewDate");
+
+        const QString tooWide(most + 1, u'山');
+        r.type(box, tooWide);
+        ui::prompts::expectInform(limit);
+        r.leave(box);
+        QVERIFY(r.box(box).hasFocus());
+        QCOMPARE(r.box(box).text(), tooWide);
+        // It is not kept when the screen closes either.
+        ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Discard);
+        r.screen.reject();
+        QVERIFY(!r.screen.isVisible());
+        QVERIFY(!r.stored(u"*"_s, 3).contains(tooWide));
+    }
+
+    void fillsTheReading()
+    {
+        Register r;
+        r.press("cmdAdd");
+        for (const QString &composition : {u"や"_s, u"やまだ"_s, u"山田"_s})
+            r.compose("txtName", composition);
+        r.compose("txtName", {}, u"山田"_s);
+        r.compose("txtName", u"きゃっちー"_s);
+        r.compose("txtName", {}, u"キャッチー"_s);
+        QCOMPARE(r.box("txtFurigana").text(), u"ﾔﾏﾀﾞｷｬｯﾁｰ"_s);
+        r.leave("txtName");
+        QCOMPARE(r.box("txtFurigana").text(), u"ﾔﾏﾀﾞｷﾔﾂﾁ-"_s);
+        r.type("txtFurigana", u"ショップ"_s);
+        r.leave("txtFurigana");
+        QCOMPARE(r.box("txtFurigana").text(), u"ｼﾖﾂﾌﾟ"_s);
+        r.clear("txtName");
+        QCOMPARE(r.box("txtFurigana").text(), QString());
+    }
+
+    void bringsIntoFormOnLeaving()
+    {
+        Register r;
+        for (const char *box : {"txtTel", "txtFax", "txtKeitai"}) {
+            r.type(box, u"１２３４５６７８９０１２３４５６"_s);
+            r.leave(box);
+            QCOMPARE(r.box(box).text(), u"123456789012345"_s);
+        }
+        r.type("txtMail", u"mailto:ｔａｒｏ@example.jp"_s);
+        r.leave("txtMail");
+        QCOMPARE(r.box("txtMail").text(), u"taro@example.jp"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"TEL1, FAX, TEL2, メール"_s, 3),
+                 u"123456789012345|123456789012345|123456789012345|taro@example.jp"_s);
+        // Saved by its key while the cursor is still in the box.
+        r.type("txtKeitai", u"０６"_s);
+        QTest::keyClick(&r.box("txtKeitai"), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(r.stored(u"TEL2"_s, 3), u"06"_s);
+        QCOMPARE(r.box("txtKeitai").text(), u"06"_s);
+    }
+
+    void theAddressBringsItsPostalCode()
+    {
+        Register r(Register::Customers, [](Register &opened) {
+            PostalFiles::writeAreas(
+                opened.shop.folder.path(),
+                {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
+            opened.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+        });
+        r.type("txtAddress", u"長野県長野市南千歳1"_s);
+        r.leave("txtAddress");
+        QTRY_COMPARE(r.box("txtZip").text(), u"380-0823"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"郵便番号"_s, 3), u"380-0823"_s);
+        r.clear("txtZip");
+        QTest::keyClick(&r.box("txtZip"), Qt::Key_Z, Qt::AltModifier);
+        QTRY_COMPARE(r.box("txtZip").text(), u"380-0823"_s);
+    }
+
+    void aCodeThatStandsIsNotReplacedUnasked_data()
+    {
+        QTest::addColumn<QString>("standing");
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QString>("offered"); // empty: no question
+        const auto row = [](const char *name, const QString &standing, const QString &address,
+                            const QString &offered = {}) {
+            QTest::newRow(name) << standing << address << offered;
+        };
+        row("the city's general code", u"906-0012"_s, u"沖縄県宮古島市平良字西里１８６"_s);
+        row("over an office's own", u"906-8501"_s, u"沖縄県宮古島市城辺字福里600-1"_s);
+        row("a town behind 字", u"906-8501"_s, u"沖縄県宮古島市平良字西里1140"_s, u"906-0012"_s);
+        row("over another city's", u"324-0600"_s, u"沖縄県宮古島市荷川取1"_s, u"906-0000"_s);
+        row("another town's", u"９０６００１２"_s, u"沖縄県宮古島市平良下里３-1"_s, u"906-0013"_s);
+        row("an office's own", u"906-8501"_s, u"沖縄県宮古島市平良下里1140"_s, u"906-0013"_s);
+        row("half a code", u"906-"_s, u"沖縄県宮古島市平良下里1"_s, u"906-0013"_s);
+        row("in another prefecture", u"811-1242"_s, u"福岡県筑紫郡那珂川町西隈２丁目"_s);
+    }
+
+    void aCodeThatStandsIsNotReplacedUnasked()
+    {
+        QFETCH(QString, standing);
+        QFETCH(QString, address);
+        QFETCH(QString, offered);
+        for (const bool yes : {false, true}) {
+            Register r(Register::Customers, fillMiyako);
+            r.type("txtZip", standing);
+            r.leave("txtZip");
+            r.type("txtAddress", address);
+            if (!offered.isEmpty())
+                ui::prompts::expectAskCautiously(
+                    u"郵便番号は「%1」ですが、この住所１の郵便番号は「%2」のようです。\n「%2」に変更しますか。"_s
+                        .arg(standing, offered),
+                    yes);
+            r.leave("txtAddress");
+            QTest::qWait(10);
+            QCOMPARE(r.box("txtZip").text(), yes && !offered.isEmpty() ? offered : standing);
+            // Asked once: going through the box again is no edit.
+            r.box("txtAddress").setFocus();
+            r.leave("txtAddress");
+            r.press("cmdNewDate");
+        }
+    }
+
+    void theCodeGoesToTheRowThatWasLeft()
+    {
+        Register r(Register::Customers, fillMiyako);
+        r.box("txtAddress").setFocus();
+        clickRow(r, 1);
+        QTest::qWait(60);
+        QCOMPARE(r.stored(u"郵便番号, 更新日"_s, 3), u"906-0013|2026-04-01"_s);
+        QCOMPARE(r.stored(u"郵便番号, 更新日"_s, 1), u"-|2026-02-01"_s);
+        QCOMPARE(r.box("txtZip").text(), QString());
+
+        // Typed, and left by a click on another row, by a button and by its key.
+        r.type("txtZip", u"906-0013"_s);
+        r.type("txtAddress", u"沖縄県宮古島市平良西里5"_s);
+        expectMove();
+        clickRow(r, 2);
+        QTest::qWait(60);
+        QCOMPARE(r.stored(u"郵便番号, 住所1"_s, 1), u"906-0012|沖縄県宮古島市平良西里5"_s);
+        QCOMPARE(r.stored(u"郵便番号, 更新日"_s, 2), u"-|2026-01-01"_s);
+        r.type("txtZip", u"906-0013"_s);
+        r.type("txtAddress", u"沖縄県宮古島市平良西里7"_s);
+        expectMove();
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"郵便番号"_s, 2), u"906-0012"_s);
+        r.type("txtZip", u"906-0013"_s);
+        r.type("txtAddress", u"沖縄県宮古島市平良西里9"_s);
+        expectMove();
+        QTest::keyClick(&r.box("txtAddress"), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(r.stored(u"郵便番号, 住所1"_s, 2), u"906-0012|沖縄県宮古島市平良西里9"_s);
+    }
+
+    void aCodeIsWarnedOfBeforeItsRowIsLeft()
+    {
+        Register r;
+        r.type("txtCode", u"B2"_s);
+        ui::prompts::expectInform(u"納品先コードが重複しています。"_s);
+        clickRow(r, 1); // of another code: nothing is said of that one
+        QTest::qWait(60);
+        QCOMPARE(r.stored(u"コード"_s, 3), u"B2"_s);
+    }
+
+    void warnsOfSharedCodes()
+    {
+        Register r;
+        r.type("txtCode", u"A1"_s);
+        ui::prompts::expectInform(u"納品先コードが重複しています。"_s);
+        r.leave("txtCode");
+        r.type("txtCode", u"Z9"_s);
+        r.leave("txtCode");
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"コード"_s, 3), u"Z9"_s);
+    }
+
+    void showsClosingDayAndTaxClass()
+    {
+        Register r;
+        r.goTo(1);
+        QCOMPARE(r.list("cmdBill").currentText(), u"15 日"_s);
+        QCOMPARE(r.list("Combo1").currentText(), u"外税 （請求時）"_s);
+        QVERIFY(r.the<QCheckBox>("Check1").isChecked());
+        r.goTo(0); // holds no closing day
+        QCOMPARE(r.list("cmdBill").currentText(), u"15 日"_s);
+        r.goTo(2);
+        QCOMPARE(r.list("cmdBill").currentText(), u"末日"_s);
+        QCOMPARE(r.list("Combo1").currentText(), u"内税"_s);
+        QVERIFY(!r.the<QCheckBox>("Check1").isChecked());
+    }
+
+    void aCategoryIsSavedWhenChosen()
+    {
+        Register r;
+        r.type("txtTantou", u"木村"_s);
+        r.choose("dbcKubun", 1);
+        QCOMPARE(r.stored(u"区分ID, 担当者名"_s, 3), u"2|-"_s);
+        QCOMPARE(r.box("txtTantou").text(), u"木村"_s);
+        r.goTo(1);
+        QCOMPARE(r.stored(u"区分ID, 担当者名"_s, 3), u"2|木村"_s);
+    }
+};
+
+QTEST_MAIN(TestFrmNouhinBoxes)
+#include "tst_frmnouhin_boxes.moc"
