@@ -1,4 +1,5 @@
 #include "app/files/application_folder.h"
+#include "app/files/foreign_name.h"
 #include "app/files/old_file_conversion.h"
 #include "app/files/start_options.h"
 #include "app/main_window/appearance.h"
@@ -73,6 +74,27 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext &context, const 
     }
 }
 
+// The arguments that the toolkit left, with files of an old name renamed where the clerk agrees.
+QStringList readableArguments(int argc, char *argv[])
+{
+    QStringList arguments = QApplication::arguments().sliced(1);
+    for (int i = 1; i < argc && i <= arguments.size(); ++i) {
+        const QByteArray raw(argv[i]);
+        const auto name = app::readableName(raw);
+        if (!name ||
+            !ui::prompts::ask(
+                nullptr,
+                u"ファイルの名前が UTF-8 でない文字コードで付けられているため、このままでは開けません。\n"
+                "名前を「%1」に変更して開きますか。"_s.arg(*name)))
+            continue;
+        if (const base::Status renamed = app::giveName(raw, *name))
+            arguments[i - 1] = *name;
+        else
+            ui::prompts::inform(nullptr, renamed.error().text);
+    }
+    return arguments;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -94,7 +116,7 @@ int main(int argc, char *argv[])
     QApplication::setWindowIcon(QIcon(app::programIcon()));
 
     // The toolkit has taken its own options away by now.
-    const app::StartOptions options = app::readStartOptions(QApplication::arguments().sliced(1));
+    const app::StartOptions options = app::readStartOptions(readableArguments(argc, argv));
     if (!options.problem.isEmpty()) {
         QTextStream(stderr) << options.problem << '\n' << app::usageText();
         return 2;

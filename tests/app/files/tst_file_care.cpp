@@ -3,6 +3,7 @@
 #include "app/shop_files.h"
 
 #include "app/files/application_folder.h"
+#include "app/files/foreign_name.h"
 #include "app/main_window/companions.h"
 #include "base/dated_name.h"
 #include "db/care/file_repair.h"
@@ -33,6 +34,8 @@ private slots:
     void wrongChoices_data();
     void wrongChoices();
     void nameInAnotherEncoding();
+    void namesOfOldSystemsBecomeReadable_data();
+    void namesOfOldSystemsBecomeReadable();
     void damagedFileCanBeChosenForRepair();
     void recentFiles();
     void emptyingKeepsACopy();
@@ -94,6 +97,46 @@ void TestFileCare::nameInAnotherEncoding()
     stage.choose("mnuOpen");
     QCOMPARE(stage.shop.connection.fileName(), stage.file);
     QCOMPARE(::unlink(bytes.constData()), 0);
+}
+
+void TestFileCare::namesOfOldSystemsBecomeReadable_data()
+{
+    QTest::addColumn<QByteArray>("raw");
+    QTest::addColumn<QString>("readable"); // empty: left alone
+    QTest::newRow("Shift-JIS") << QByteArray("\x93\x58 2020.cdb") << u"店 2020.cdb"_s;
+    QTest::newRow("half-width kana") << QByteArray("\xc3\xbd\xc4.cdb") << u"ﾃｽﾄ.cdb"_s;
+    QTest::newRow("EUC-JP") << QByteArray("\xc4\xb9\xcc\xee.cdb") << u"長野.cdb"_s;
+    QTest::newRow("neither") << QByteArray("\xff\xfe.cdb") << QString();
+    QTest::newRow("UTF-8") << QByteArray("店.cdb") << QString();
+    QTest::newRow("not there") << QByteArray() << QString();
+}
+
+void TestFileCare::namesOfOldSystemsBecomeReadable()
+{
+    QFETCH(QByteArray, raw);
+    QFETCH(QString, readable);
+    const auto bytesOf = [](const QString &file) {
+        QFile opened(file);
+        return opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray("none");
+    };
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.path()) + '/' + (raw.isEmpty() ? "\x93\x58.cdb" : raw);
+    if (!raw.isEmpty()) {
+        const int made = ::open(path.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+        QVERIFY(made >= 0 && ::write(made, "shop", 4) == 4);
+        ::close(made);
+    }
+    const auto name = app::readableName(path);
+    QCOMPARE(name.value_or(QString()), readable.isEmpty() ? QString() : folder.filePath(readable));
+    if (name) {
+        write(*name, "another");
+        QVERIFY(!app::giveName(path, *name));
+        QCOMPARE(bytesOf(*name), "another");
+        QVERIFY(QFile::remove(*name));
+        QVERIFY(app::giveName(path, *name));
+        QCOMPARE(bytesOf(*name), "shop");
+    }
+    ::unlink(path.constData());
 }
 
 void TestFileCare::damagedFileCanBeChosenForRepair()
