@@ -30,6 +30,8 @@ void convert(const QString &source, const QString &target)
 void printTables(const QString &source)
 {
     for (const db::Table &table : db::tables()) {
+        if (table.firstColumns == 0)
+            continue;
         QProcess reader;
         reader.setStandardOutputFile(QProcess::nullDevice());
         reader.start(QStringLiteral(MDB_EXPORT), {source, table.name});

@@ -20,6 +20,8 @@
 #include <QLocale>
 #include <QTableView>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace bench
@@ -211,19 +213,20 @@ private:
     // end of, milliseconds.
     static constexpr double mostForLength = 10;
 
+    // Away from where a screen opens.
+    struct Leafing
+    {
+        const char *action;
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+    };
+
     template <class Screen>
     void screenOpened(const std::string &what, const std::string &unit, const QString &smallFile,
-                      const QString &largeFile)
+                      const QString &largeFile, const std::array<Leafing, 2> &leafings)
     {
-        const struct
-        {
-            const char *action;
-            std::optional<Qt::Key> key;
-            Qt::KeyboardModifiers modifiers;
-        } actions[] = {{" opened", std::nullopt, Qt::NoModifier},
-                       {", PgDn right after", Qt::Key_PageDown, Qt::NoModifier},
-                       {", Ctrl+End right after", Qt::Key_End, Qt::ControlModifier}};
-        for (const auto &action : actions) {
+        const Leafing opening{" opened", Qt::Key_unknown, Qt::NoModifier};
+        for (const Leafing &action : {opening, leafings[0], leafings[1]}) {
             const std::size_t small = row(what + action.action, "1,000 " + unit, 0);
             const std::size_t large = row(what + action.action, "1,000,000 " + unit, 0);
             m_rows[large].most = mostForLength;
@@ -238,11 +241,11 @@ private:
                         screen->show();
                         settle();
                     });
-                    if (!action.key)
+                    if (action.key == Qt::Key_unknown)
                         return opened;
                     auto *grid = screen->template findChild<QTableView *>(u"DataGrid1"_s);
                     return secondsOf([&] {
-                        QKeyEvent event(QEvent::KeyPress, *action.key, action.modifiers);
+                        QKeyEvent event(QEvent::KeyPress, action.key, action.modifiers);
                         QCoreApplication::sendEvent(grid, &event);
                         settle();
                     });
@@ -254,9 +257,13 @@ private:
     void screensOpened()
     {
         screenOpened<registers::frmNouhin>("customer register", "customers", m_shops.shop(1000, 10000),
-                                           m_shops.shop(1000000, 1000));
+                                           m_shops.shop(1000000, 1000),
+                                           {{{", PgDn right after", Qt::Key_PageDown, Qt::NoModifier},
+                                             {", Ctrl+End right after", Qt::Key_End, Qt::ControlModifier}}});
         screenOpened<slips::frmOutAmd>("sales correction", "slips", m_shops.shop(1000, 1000),
-                                       m_shops.shop(100000, 1000000));
+                                       m_shops.shop(100000, 1000000),
+                                       {{{", PgUp right after", Qt::Key_PageUp, Qt::NoModifier},
+                                         {", Ctrl+Home right after", Qt::Key_Home, Qt::ControlModifier}}});
     }
 
     // Each customer has as many slips in either shop: the second one shows what the others' slips cost.
