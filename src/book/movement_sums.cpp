@@ -3,6 +3,7 @@
 #include "book/slip_columns.h"
 #include "book/slip_slices.h"
 #include "book/stored_values.h"
+#include "db/statement.h"
 #include "text/dates.h"
 
 using namespace Qt::StringLiterals;
@@ -41,20 +42,20 @@ QString sumsStatement(const Condition &condition, const Grouping &grouping)
            linesStatement(condition, grouping) + u") AS 明細 GROUP BY 種, 相手, 以後, 区分, 率"_s;
 }
 
-MovementSum sumFrom(const QVariantList &row)
+MovementSum sumFrom(const db::Statement &row)
 {
     MovementSum sum;
-    sum.kind = kindWith(row.at(0)).value_or(sale);
-    sum.counterpart = row.at(1).isNull() ? CounterpartKey() : row.at(1).toLongLong();
-    sum.isSince = row.at(2).toBool();
-    sum.taxClass = goodsTaxFrom(row.at(3));
-    sum.taxRate = storedNumber(row.at(4));
-    sum.amount = base::ExactSum::ofTenThousandths(row.at(5).toDouble());
-    sum.lines = row.at(6).toLongLong();
-    sum.firstSlip = row.at(7).toLongLong();
-    sum.lastDay = row.at(8).toString();
-    sum.taxLines = row.at(9).toLongLong();
-    sum.tax = base::ExactSum::ofTenThousandths(row.at(10).toDouble());
+    sum.kind = kindWith(row.text(0)).value_or(sale);
+    sum.counterpart = storedKey(row.variant(1));
+    sum.isSince = row.integer(2) != 0;
+    sum.taxClass = goodsTaxFrom(row.variant(3));
+    sum.taxRate = storedNumber(row.variant(4));
+    sum.amount = base::ExactSum::ofTenThousandths(row.real(5));
+    sum.lines = row.integer(6);
+    sum.firstSlip = row.integer(7);
+    sum.lastDay = QString::fromLatin1(row.text(8));
+    sum.taxLines = row.integer(9);
+    sum.tax = base::ExactSum::ofTenThousandths(row.real(10));
     return sum;
 }
 
@@ -63,12 +64,8 @@ base::Status takeSums(db::Connection &connection, const Condition &condition, co
 {
     const QVariantList since =
         grouping.since.isValid() ? QVariantList{text::stored(grouping.since)} : QVariantList();
-    const auto rows = connection.select(sumsStatement(condition, grouping), since + condition.values);
-    if (!rows)
-        return rows.error();
-    for (const QVariantList &row : rows->rows)
-        take(sumFrom(row));
-    return {};
+    return connection.visit(sumsStatement(condition, grouping), since + condition.values,
+                            [&take](const db::Statement &row) { take(sumFrom(row)); });
 }
 
 } // namespace

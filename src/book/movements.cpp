@@ -3,6 +3,10 @@
 #include "book/slip_columns.h"
 #include "book/slip_slices.h"
 #include "book/stored_values.h"
+#include "db/statement.h"
+
+#include <string>
+#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -12,60 +16,73 @@ namespace book
 namespace
 {
 
-// One shape for all rows. What stocks do without is not even read for them.
-QString rowColumns(bool goodsOnly)
-{
-    const auto unlessGoodsOnly = [goodsOnly](const QString &column) {
-        return goodsOnly ? u"NULL"_s : column;
-    };
-    const QStringList list{columns::kind,
-                           u"入出庫マスター.ID"_s,
-                           columns::day + u" AS 日"_s,
-                           u"商品名"_s,
-                           u"規格"_s,
-                           u"数量"_s,
-                           u"単位"_s,
-                           u"単価"_s,
-                           columns::lineKey + u" AS 行"_s,
-                           unlessGoodsOnly(u"伝票番号"_s),
-                           unlessGoodsOnly(u"相手先ID"_s),
-                           unlessGoodsOnly(u"金額"_s),
-                           unlessGoodsOnly(columns::taxClass),
-                           unlessGoodsOnly(columns::taxRate),
-                           unlessGoodsOnly(columns::inclusive)};
-    return list.join(u", "_s);
-}
+// What stocks are made of; they do without the rest.
+const QStringList goodsColumns{columns::kind,
+                               u"入出庫マスター.ID"_s,
+                               columns::day + u" AS 日"_s,
+                               u"商品名"_s,
+                               u"規格"_s,
+                               u"数量"_s,
+                               u"単位"_s,
+                               u"単価"_s,
+                               columns::lineKey + u" AS 行"_s};
+const QStringList furtherColumns{u"伝票番号"_s,     u"相手先ID"_s,    u"金額"_s,
+                                 columns::taxClass, columns::taxRate, columns::inclusive};
 
-QString rowsStatement(const Condition &condition, bool goodsOnly)
+QString rowsStatement(const QStringList &wanted, const Condition &condition)
 {
-    return u"SELECT "_s + rowColumns(goodsOnly) + u" FROM "_s + columns::slipsWithLines + u" WHERE "_s +
+    return u"SELECT "_s + wanted.join(u", "_s) + u" FROM "_s + columns::slipsWithLines + u" WHERE "_s +
            condition.sql;
 }
 
-template <class T>
-std::optional<T> valueOrNone(const QVariant &value)
+// Days and names of goods come again with every line: each is made into a text once.
+class Texts
 {
-    return value.isNull() ? std::optional<T>() : value.value<T>();
-}
+public:
+    QString of(QByteArrayView utf8)
+    {
+        if (utf8.isNull())
+            return {};
+        const std::string_view bytes(utf8.data(), static_cast<std::size_t>(utf8.size()));
+        auto known = m_texts.find(bytes);
+        if (known == m_texts.end())
+            known = m_texts.emplace(bytes, QString::fromUtf8(utf8)).first;
+        return known->second;
+    }
 
-Movement movementFrom(const QVariantList &row)
+private:
+    struct Hash : std::hash<std::string_view>
+    {
+        using is_transparent = void;
+    };
+    std::unordered_map<std::string, QString, Hash, std::equal_to<>> m_texts;
+};
+
+Movement goodsFrom(const db::Statement &row, Texts &texts)
 {
     Movement movement;
-    movement.kind = kindWith(row.at(0)).value_or(sale);
-    movement.slip = row.at(1).toLongLong();
-    movement.date = row.at(2).toString();
-    movement.product = row.at(3).toString();
-    movement.specification = row.at(4).toString();
-    movement.quantity = storedNumber(row.at(5));
-    movement.unit = row.at(6).toString();
-    movement.price = storedNumber(row.at(7));
-    movement.line = row.at(8).toLongLong();
-    movement.number = row.at(9).toString();
-    movement.counterpart = valueOrNone<qint64>(row.at(10));
-    movement.amount = storedNumber(row.at(11)).value_or(0);
-    movement.taxClass = goodsTaxFrom(row.at(12));
-    movement.taxRate = storedNumber(row.at(13));
-    movement.inclusive = valueOrNone<bool>(row.at(14));
+    movement.kind = kindWith(row.text(0)).value_or(sale);
+    movement.slip = row.integer(1);
+    movement.date = texts.of(row.text(2));
+    movement.product = texts.of(row.text(3));
+    movement.specification = texts.of(row.text(4));
+    movement.quantity = storedNumber(row.variant(5));
+    movement.unit = texts.of(row.text(6));
+    movement.price = storedNumber(row.variant(7));
+    movement.line = row.integer(8);
+    return movement;
+}
+
+Movement movementFrom(const db::Statement &row, Texts &texts)
+{
+    Movement movement = goodsFrom(row, texts);
+    movement.number = QString::fromUtf8(row.text(9));
+    movement.counterpart = storedKey(row.variant(10));
+    movement.amount = storedNumber(row.variant(11)).value_or(0);
+    movement.taxClass = goodsTaxFrom(row.variant(12));
+    movement.taxRate = storedNumber(row.variant(13));
+    if (const QVariant inclusive = row.variant(14); !inclusive.isNull())
+        movement.inclusive = inclusive.toBool();
     return movement;
 }
 
@@ -75,15 +92,13 @@ base::Result<std::vector<Movement>> movements(db::Connection &connection, const 
 {
     Condition condition = slipsOf(selection);
     condition &= linesOf(selection);
-    const auto rows = connection.select(
-        rowsStatement(condition, false) + u" ORDER BY 日, 入出庫マスター.ID, 行"_s, condition.values);
-    if (!rows)
-        return rows.error();
+    Texts texts;
     std::vector<Movement> found;
-    found.reserve(rows->rows.size());
-    for (const QVariantList &row : rows->rows)
-        found.push_back(movementFrom(row));
-    return found;
+    const base::Status read = connection.visit(
+        rowsStatement(goodsColumns + furtherColumns, condition) + u" ORDER BY 日, 入出庫マスター.ID, 行"_s,
+        condition.values,
+        [&texts, &found](const db::Statement &row) { found.push_back(movementFrom(row, texts)); });
+    return read ? base::Result<std::vector<Movement>>(std::move(found)) : read.error();
 }
 
 base::Status visitGoodsMovements(db::Connection &connection, const Selection &selection,
@@ -92,15 +107,12 @@ base::Status visitGoodsMovements(db::Connection &connection, const Selection &se
 {
     Condition condition = slipsOf(selection);
     condition &= linesOf(selection);
-    return forSlipSlices(connection, progress, [&](const Condition &slice) -> base::Status {
+    Texts texts;
+    return forSlipSlices(connection, progress, [&](const Condition &slice) {
         Condition within = condition;
         within &= slice;
-        const auto rows = connection.select(rowsStatement(within, true), within.values);
-        if (!rows)
-            return rows.error();
-        for (const QVariantList &row : rows->rows)
-            visit(movementFrom(row));
-        return {};
+        return connection.visit(rowsStatement(goodsColumns, within), within.values,
+                                [&texts, &visit](const db::Statement &row) { visit(goodsFrom(row, texts)); });
     });
 }
 

@@ -47,8 +47,8 @@ struct Movement
 base::Result<std::vector<Movement>> movements(db::Connection &connection, const Selection &selection);
 
 /// Shows \a visit every line of \a selection, in no particular order and a few thousand slips at a time, so
-/// that reading a large book can be watched and stopped. Of each it has what stocks are made of: kind, slip,
-/// date, line, goods, quantity and price; the rest stays empty.
+/// that reading a large book can be watched and stopped; \a visit leaves the connection alone. Of each it has
+/// what stocks are made of: kind, slip, date, line, goods, quantity and price; the rest stays empty.
 base::Status visitGoodsMovements(db::Connection &connection, const Selection &selection,
                                  const base::Progress &progress,
                                  const std::function<void(const Movement &)> &visit);

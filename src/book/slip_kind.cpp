@@ -21,11 +21,10 @@ std::vector<SlipKind> balanceKindsOf(Party party)
                                     : std::vector{payableCarried, purchase, payment};
 }
 
-std::optional<SlipKind> kindWith(const QVariant &letter)
+std::optional<SlipKind> kindWith(QByteArrayView letter)
 {
-    const QString text = letter.toString();
     for (const SlipKind &kind : allKinds) {
-        if (text == QChar(kind.letter))
+        if (letter.size() == 1 && letter.front() == static_cast<char>(kind.letter))
             return kind;
     }
     return std::nullopt;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QVariant>
+#include <QByteArrayView>
+#include <QString>
 
 #include <array>
 #include <optional>
@@ -41,7 +42,7 @@ std::vector<SlipKind> kindsOf(Party party);
 std::vector<SlipKind> balanceKindsOf(Party party);
 
 /// The kind that \a letter, as the column 種別 holds it, stands for.
-std::optional<SlipKind> kindWith(const QVariant &letter);
+std::optional<SlipKind> kindWith(QByteArrayView letter);
 
 /// What pages with slips of several kinds call it.
 QString nameOf(const SlipKind &kind);

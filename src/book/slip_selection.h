@@ -7,8 +7,8 @@
 
 #include <QVariant>
 
+#include <functional>
 #include <optional>
-#include <tuple>
 #include <vector>
 
 // Which slips are read, summed up, listed or guarded: the one place that puts into SQL what a kind, a day or
@@ -38,11 +38,6 @@ struct Goods
     QString unit;
 
     bool operator==(const Goods &) const = default;
-    bool operator<(const Goods &other) const
-    {
-        return std::tie(product, specification, unit) <
-               std::tie(other.product, other.specification, other.unit);
-    }
 };
 
 /// Which lines of the slips.
@@ -67,3 +62,12 @@ Condition slipsOf(const Selection &selection);
 Condition linesOf(const Selection &selection);
 
 } // namespace book
+
+template <>
+struct std::hash<book::Goods>
+{
+    std::size_t operator()(const book::Goods &goods) const noexcept
+    {
+        return qHashMulti(0, goods.product, goods.specification, goods.unit);
+    }
+};

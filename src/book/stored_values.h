@@ -21,4 +21,10 @@ inline std::optional<double> storedNumber(const QVariant &value)
     return isNumber ? value.toDouble() : std::numeric_limits<double>::quiet_NaN();
 }
 
+/// A key; nothing for NULL.
+inline std::optional<qint64> storedKey(const QVariant &value)
+{
+    return value.isNull() ? std::nullopt : std::optional(value.toLongLong());
+}
+
 } // namespace book

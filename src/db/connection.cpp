@@ -343,6 +343,15 @@ base::Result<int> Connection::execute(const QString &sql, const QVariantList &va
 
 base::Result<std::vector<qint64>> Connection::integers(const QString &sql, const QVariantList &values)
 {
+    std::vector<qint64> found;
+    const base::Status read =
+        visit(sql, values, [&found](const Statement &row) { found.push_back(row.integer(0)); });
+    return read ? base::Result<std::vector<qint64>>(std::move(found)) : read.error();
+}
+
+base::Status Connection::visit(const QString &sql, const QVariantList &values,
+                               const std::function<void(const Statement &row)> &visit)
+{
     if (!m_open)
         return errorFromCode(SQLITE_CANTOPEN, {});
     if (m_readers.size() > statementsKept)
@@ -351,15 +360,14 @@ base::Result<std::vector<qint64>> Connection::integers(const QString &sql, const
     if (!row)
         row = std::make_unique<Statement>(handle(), sql);
     row->bind(values);
-    std::vector<qint64> found;
     while (row->next())
-        found.push_back(row->integer(0));
+        visit(*row);
     const base::Status done = row->code() == SQLITE_DONE ? base::Status() : errorFrom(handle());
     if (done && isKept(sql))
         row->reset();
     else
         row.reset();
-    return done ? base::Result<std::vector<qint64>>(std::move(found)) : done.error();
+    return done;
 }
 
 } // namespace db

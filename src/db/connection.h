@@ -6,6 +6,7 @@
 #include <QSqlDatabase>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -65,6 +66,11 @@ public:
     /// The first column of every row as integers; made for hundreds of thousands of them.
     base::Result<std::vector<qint64>> integers(const QString &sql, const QVariantList &values = {});
 
+    /// Shows \a visit each row of a statement while it is read; made for millions of them. \a visit leaves
+    /// the connection alone.
+    base::Status visit(const QString &sql, const QVariantList &values,
+                       const std::function<void(const Statement &row)> &visit);
+
     /// Whether a transaction is under way.
     [[nodiscard]] bool inTransaction() const;
 
@@ -93,7 +99,7 @@ private:
     UseMark m_mark;
     bool m_open = false;
     std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_statements; // prepared, by their text
-    std::unordered_map<QString, std::unique_ptr<Statement>> m_readers;    // of integers(), the same
+    std::unordered_map<QString, std::unique_ptr<Statement>> m_readers;    // of visit(), the same
 };
 
 } // namespace db

@@ -19,6 +19,11 @@ int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
         return sqlite3_bind_int64(statement, index, value.toLongLong());
     case QMetaType::Double:
         return sqlite3_bind_double(statement, index, value.toDouble());
+    case QMetaType::QByteArray: {
+        const QByteArray bytes = value.toByteArray();
+        return sqlite3_bind_blob(statement, index, bytes.constData(), static_cast<int>(bytes.size()),
+                                 SQLITE_TRANSIENT);
+    }
     default: {
         const QByteArray utf8 = bindable(value).toString().toUtf8();
         return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
@@ -80,6 +85,30 @@ bool Statement::next()
 }
 
 qint64 Statement::integer(int column) const { return sqlite3_column_int64(m_statement, column); }
+
+double Statement::real(int column) const { return sqlite3_column_double(m_statement, column); }
+
+QVariant Statement::variant(int column) const
+{
+    switch (sqlite3_column_type(m_statement, column)) {
+    case SQLITE_INTEGER:
+        return integer(column);
+    case SQLITE_FLOAT:
+        return real(column);
+    case SQLITE_NULL:
+        return {};
+    case SQLITE_BLOB:
+        return text(column).toByteArray();
+    default:
+        return QString::fromUtf8(text(column));
+    }
+}
+
+QByteArrayView Statement::text(int column) const
+{
+    const unsigned char *utf8 = sqlite3_column_text(m_statement, column);
+    return {utf8, utf8 ? sqlite3_column_bytes(m_statement, column) : 0};
+}
 
 StoredValue Statement::value(int column) const
 {

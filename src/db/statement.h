@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QVariantList>
 
 #include <memory>
@@ -37,6 +38,11 @@ public:
     [[nodiscard]] int code() const { return m_code; }
 
     [[nodiscard]] qint64 integer(int column) const;
+    [[nodiscard]] double real(int column) const;
+    /// As QtSql gives it.
+    [[nodiscard]] QVariant variant(int column) const;
+    /// UTF-8, valid until the next row; null for NULL.
+    [[nodiscard]] QByteArrayView text(int column) const;
     [[nodiscard]] StoredValue value(int column) const;
 
 private:

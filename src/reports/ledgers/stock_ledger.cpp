@@ -12,6 +12,7 @@
 #include <limits>
 #include <map>
 #include <tuple>
+#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -73,7 +74,7 @@ struct Account
     Price stocktakePrice;
 };
 
-using Accounts = std::map<book::Goods, Account>;
+using Accounts = std::unordered_map<book::Goods, Account>;
 
 Account &accountOf(Accounts &accounts, const book::Movement &movement)
 {

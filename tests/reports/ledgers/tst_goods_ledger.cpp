@@ -6,7 +6,7 @@
 
 #include <QtTest>
 
-#include <map>
+#include <unordered_map>
 
 using namespace Qt::StringLiterals;
 
@@ -98,7 +98,7 @@ private slots:
             const auto before = reports::readStock(shop.connection, period.from.addDays(-1), base::unwatched);
             const auto after = reports::readStock(shop.connection, period.to, base::unwatched);
             QVERIFY(before && after && after->lines.size() > 20);
-            std::map<book::Goods, double> brought;
+            std::unordered_map<book::Goods, double> brought;
             for (const reports::StockLine &line : before->lines)
                 brought[{line.product, line.specification, line.unit}] = line.stock;
             for (const reports::StockLine &line : after->lines) {
