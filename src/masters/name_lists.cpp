@@ -1,6 +1,7 @@
 #include "masters/name_lists.h"
 
 #include "db/connection.h"
+#include "db/long_value.h"
 #include "masters/list_queries.h"
 
 using namespace Qt::StringLiterals;
@@ -18,8 +19,11 @@ base::Result<std::vector<Entry>> entries(db::Connection &connection, const db::Q
     if (!rows)
         return rows.error();
     std::vector<Entry> found;
-    for (int row = 0; row < rows->count(); ++row)
-        found.push_back({rows->value(row, key).toLongLong(), rows->value(row, name).toString()});
+    for (int row = 0; row < rows->count(); ++row) {
+        QVariantList shown{rows->value(row, name)};
+        db::shorten(shown);
+        found.push_back({rows->value(row, key).toLongLong(), shown.front().toString()});
+    }
     return found;
 }
 
@@ -29,8 +33,12 @@ base::Result<QStringList> names(db::Connection &connection, const db::Query &lis
     if (!rows)
         return rows.error();
     QStringList found;
-    for (int row = 0; row < rows->count(); ++row)
-        found << rows->value(row, name).toString();
+    for (int row = 0; row < rows->count(); ++row) {
+        // A list of choices that lays out megabytes stands still, and no slip could be printed with such a
+        // name.
+        if (!db::isTooLong(rows->value(row, name)))
+            found << rows->value(row, name).toString();
+    }
     found.removeAll(QString());
     found.removeDuplicates();
     return found;

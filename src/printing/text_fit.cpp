@@ -52,6 +52,13 @@ QStringList balanced(QStringView text, double width, double points)
     return lines;
 }
 
+// Megabytes in a damaged or hostile file would be laid out for minutes, and nobody could read them.
+QString shortened(QStringView text)
+{
+    constexpr qsizetype longestPrinted = 5'000; // characters; a sheet full of the smallest type
+    return text.size() <= longestPrinted ? text.toString() : text.first(longestPrinted).toString() + u"…"_s;
+}
+
 } // namespace
 
 double textWidth(QStringView text, double points)
@@ -75,9 +82,10 @@ FittedText fitText(QStringView text, double width, double points, double minPoin
 
 FittedText fitBlock(QStringView text, double width, double height, double points, double leading)
 {
+    const QString shown = shortened(text);
     for (;; points -= 0.5) {
         QStringList lines;
-        for (const QStringView paragraph : text.split(u'\n'))
+        for (const QStringView paragraph : QStringView(shown).split(u'\n'))
             lines << broken(singleLine(paragraph), bytesInLine(width, points));
         const double needed = static_cast<double>(lines.size()) * millimetresFromPoints(points) * leading;
         if (needed <= height || points - 0.5 < smallestPoints)
@@ -87,7 +95,7 @@ FittedText fitBlock(QStringView text, double width, double height, double points
 
 QString singleLine(QStringView text)
 {
-    QString line = text.toString();
+    QString line = shortened(text);
     line.replace(u"\r\n"_s, u" "_s);
     for (QChar &c : line) {
         if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||

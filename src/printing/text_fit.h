@@ -23,11 +23,12 @@ struct FittedText
 /// Nothing of the text is lost.
 FittedText fitText(QStringView text, double width, double points, double minPoints);
 
-/// \a text, which may hold line breaks, broken and made smaller until it fits into the block. Lines stand
-/// \a leading times their size apart.
+/// \a text, which may hold line breaks and of which 5,000 characters are printed, broken and made smaller
+/// until it fits into the block. Lines stand \a leading times their size apart.
 FittedText fitBlock(QStringView text, double width, double height, double points, double leading);
 
-/// \a text for one line of print: line breaks, tabs and other control characters become blanks.
+/// \a text, or its first 5,000 characters, for one line of print: line breaks, tabs and other control
+/// characters become blanks.
 QString singleLine(QStringView text);
 
 } // namespace printing

@@ -7,6 +7,14 @@ using base::Format;
 namespace text
 {
 
+namespace
+{
+
+// Characters. A cell that lays out the megabytes of a damaged or hostile file stands still.
+constexpr qsizetype longestShown = 5'000;
+
+} // namespace
+
 QString formatValue(Format format, const QVariant &value)
 {
     if (value.isNull())
@@ -19,7 +27,10 @@ QString formatValue(Format format, const QVariant &value)
         return formatAmount(value.toDouble());
     if (!isText && format == Format::Quantity)
         return formatQuantity(value.toDouble());
-    return type == QMetaType::Double ? formatPlain(value.toDouble()) : value.toString();
+    if (type == QMetaType::Double)
+        return formatPlain(value.toDouble());
+    const QString whole = value.toString();
+    return whole.size() <= longestShown ? whole : whole.first(longestShown) + QChar(u'…');
 }
 
 } // namespace text

@@ -45,6 +45,17 @@ private slots:
         QCOMPARE(categories->front().name, u"法人"_s);
     }
 
+    // Nobody chooses from megabytes, as damage or ill will leave them in a file.
+    void hugeNamesAreNotOffered()
+    {
+        FreshShop shop;
+        const QString huge(5'000'000, u'あ');
+        shop.run(u"INSERT INTO 納品商品 (商品ID, 商品名) VALUES (1, 'りんご'), (2, ?)"_s, {huge});
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, ?)"_s, {huge});
+        QCOMPARE(*masters::salesProductNames(shop.connection), QStringList{u"りんご"_s});
+        QVERIFY(masters::employees(shop.connection)->front().name.size() < 2000);
+    }
+
     void everyListCanBeRead()
     {
         FreshShop shop;

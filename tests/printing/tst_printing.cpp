@@ -182,6 +182,13 @@ private slots:
         QCOMPARE(block.lines.join(QString()), QString(300, u'あ') + u"い う"_s);
     }
 
+    void megabytesAreNotLaidOut()
+    {
+        const QString huge(5'000'000, u'あ');
+        QCOMPARE(singleLine(huge).size(), 5'001);
+        QCOMPARE(fitBlock(huge, 50, 20, 10, 1.3).lines.join(QString()).size(), 5'001);
+    }
+
     void inkStandsWhereTheSheetSays()
     {
         Sheet sheet;
