@@ -111,12 +111,26 @@ double sumOf(const std::vector<RateTax> &taxes)
                            [](double sum, const RateTax &tax) { return sum + tax.tax; });
 }
 
+// \a assignment has one place for \a value; \a whenGone is told of a slip that is no longer there.
+base::Status keepOnHeader(db::Connection &connection, qint64 id, const QString &assignment,
+                          const QVariant &value, const QString &whenGone)
+{
+    return db::atomically(connection, [&]() -> base::Status {
+        const auto version = db::nextVersion(connection);
+        if (!version)
+            return version.error();
+        const auto kept = connection.execute(
+            u"UPDATE 入出庫マスター SET "_s + assignment + u", 版 = ? WHERE ID = ?"_s, {value, *version, id});
+        if (!kept)
+            return kept.error();
+        return *kept == 0 ? base::Status(gone(whenGone)) : base::Status();
+    });
+}
+
 base::Status markClosed(db::Connection &connection, qint64 id, const std::optional<bool> &inclusive)
 {
-    return connection
-        .execute(u"UPDATE 入出庫マスター SET 完了 = 1, 内税 = COALESCE(?, 内税) WHERE ID = ?"_s,
-                 {storedMark(inclusive), id})
-        .status();
+    return keepOnHeader(connection, id, u"完了 = 1, 内税 = COALESCE(?, 内税)"_s, storedMark(inclusive),
+                        u"この伝票はほかのプログラムで削除されたため、閉じることができませんでした。"_s);
 }
 
 // What a slip that is to be closed comes to.
@@ -308,24 +322,15 @@ base::Result<bool> holdsTaxAlone(db::Connection &connection, const SavedHeader &
 
 base::Status keepRemark(db::Connection &connection, qint64 id, const QString &text)
 {
-    const auto kept = connection.execute(u"UPDATE 入出庫マスター SET 摘要 = ? WHERE ID = ?"_s,
-                                         {text.isEmpty() ? QVariant() : QVariant(text), id});
-    if (!kept)
-        return kept.error();
-    if (*kept == 0)
-        return gone(u"この伝票はほかのプログラムで削除されたため、備考を保存できませんでした。"_s);
-    return {};
+    return keepOnHeader(connection, id, u"摘要 = ?"_s, text.isEmpty() ? QVariant() : QVariant(text),
+                        u"この伝票はほかのプログラムで削除されたため、備考を保存できませんでした。"_s);
 }
 
 base::Status keepInclusive(db::Connection &connection, qint64 id, bool inclusive)
 {
-    const auto kept =
-        connection.execute(u"UPDATE 入出庫マスター SET 内税 = ? WHERE ID = ?"_s, {inclusive ? 1 : 0, id});
-    if (!kept)
-        return kept.error();
-    if (*kept == 0)
-        return gone(u"この伝票はほかのプログラムで削除されたため、内税かどうかを保存できませんでした。"_s);
-    return {};
+    return keepOnHeader(
+        connection, id, u"内税 = ?"_s, inclusive ? 1 : 0,
+        u"この伝票はほかのプログラムで削除されたため、内税かどうかを保存できませんでした。"_s);
 }
 
 base::Status deleteSlip(db::Connection &connection, qint64 id)

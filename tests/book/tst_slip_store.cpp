@@ -455,7 +455,18 @@ void TestSlipStore::readSlipGivesHeaderLinesAndCounterpart()
     const auto header = book::saveHeader(shop.connection, manual);
     QVERIFY(header);
     addLine(shop, header->id, 2000);
+    // Every change is seen by who edits the slip beside it.
+    const auto version = [&] {
+        return shop.rows(u"SELECT 版 FROM 入出庫マスター WHERE ID = %1"_s.arg(header->id)).join(QString());
+    };
+    QStringList versions{version()};
+    QVERIFY(book::keepRemark(shop.connection, header->id, u"至急"_s));
+    versions += version();
+    QVERIFY(book::keepInclusive(shop.connection, header->id, false));
+    versions += version();
     QVERIFY(book::closeSlip(shop.connection, header->id, 5, TaxClass::Included, false));
+    versions += version();
+    QCOMPARE(QSet<QString>(versions.cbegin(), versions.cend()).size(), 4);
     const auto slip = book::readSlip(shop.connection, header->id, book::Party::Customer);
     QVERIFY(slip);
     QCOMPARE(slip->date, QDate(2026, 4, 1));
