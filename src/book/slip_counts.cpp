@@ -1,5 +1,7 @@
 #include "book/slip_counts.h"
 
+#include "db/keys.h"
+
 using namespace Qt::StringLiterals;
 
 namespace book
@@ -24,6 +26,17 @@ base::Result<qint64> countSlips(db::Connection &connection, const Selection &sel
     if (!count)
         return count.error();
     return count->front();
+}
+
+base::Result<qint64> keyWithoutSlips(db::Connection &connection, Party party, qint64 next)
+{
+    const Condition condition = slipsOf({.kinds = kindsOf(party)});
+    const auto left = connection.integers(u"SELECT 相手先ID FROM 入出庫マスター WHERE 相手先ID >= ? AND "_s +
+                                              condition.sql + u" ORDER BY 相手先ID DESC LIMIT 1"_s,
+                                          QVariantList{next} + condition.values);
+    if (!left)
+        return left.error();
+    return left->empty() || left->front() >= db::highestKey ? next : left->front() + 1;
 }
 
 base::Result<QHash<qint64, int>> slipsOfEach(db::Connection &connection, Party party)

@@ -149,12 +149,31 @@ base::Result<SlipSums> sumsForClosing(db::Connection &connection, qint64 id, dou
 // An invalid date comes before every other one.
 bool isSlipDate(const QDate &date) { return date >= QDate(1900, 1, 1); }
 
+namespace
+{
+
+// A damaged book may have lost slips and kept their lines, which a new slip under their key would take over.
+base::Result<qint64> nextSlipKey(db::Connection &connection)
+{
+    const auto next = db::nextKey(connection, u"入出庫マスター"_s);
+    if (!next)
+        return next;
+    const auto stray =
+        connection.integers(u"SELECT ID FROM 入出庫サブ WHERE ID >= ? AND ID < ? ORDER BY ID DESC LIMIT 1"_s,
+                            {*next, db::highestKey});
+    if (!stray)
+        return stray.error();
+    return stray->empty() ? *next : stray->front() + 1;
+}
+
+} // namespace
+
 base::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip)
 {
     if (const base::Status complete = checkHeader(slip); !complete)
         return complete.error();
     return db::atomically(connection, [&]() -> base::Result<SavedHeader> {
-        const auto id = db::nextKey(connection, u"入出庫マスター"_s);
+        const auto id = nextSlipKey(connection);
         if (!id)
             return id.error();
         if (slip.manualNumber) {

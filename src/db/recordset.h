@@ -119,7 +119,7 @@ public:
 
     /// Appends a row with the next free key and \a values, saved at once; it becomes the current one.
     /// \return its key. Only for a table whose keys the program gives out.
-    base::Result<qint64> add(const QVariantMap &values = {});
+    base::Result<qint64> add(const QVariantMap &values = {}, qint64 least = 0);
 
     /// Appends a row of a table whose keys the database gives out, saved at once; it becomes the current one.
     base::Status append(const QVariantMap &values);

@@ -1,5 +1,6 @@
 #include "registers/customer.h"
 
+#include "book/slip_counts.h"
 #include "db/condition.h"
 #include "db/connection.h"
 #include "db/keys.h"
@@ -111,7 +112,8 @@ base::Status openCustomer(db::Recordset &customers, qint64 id)
 base::Result<qint64> addCustomer(db::Connection &connection, const QDate &today)
 {
     return db::atomically(connection, [&]() -> base::Result<qint64> {
-        const auto key = db::nextKey(connection, u"納品先"_s);
+        const auto next = db::nextKey(connection, u"納品先"_s);
+        const auto key = next ? book::keyWithoutSlips(connection, book::Party::Customer, *next) : next;
         if (!key)
             return key;
         const QString date = text::stored(today);

@@ -115,7 +115,7 @@ void frmSiire::add()
 {
     if (!leaveRow())
         return;
-    const auto added = registers::addSupplier(rows());
+    const auto added = registers::addSupplier(workspace().connection, rows());
     if (!added) {
         ui::prompts::inform(this, added.error().text);
         return;

@@ -132,15 +132,10 @@ void RegisterScreen::removeRow()
 QString RegisterScreen::removalRemark() const
 {
     const auto left = slipsLeftBy(workspace().connection, m_rows.table(), m_rows.currentKey());
-    if (!left || left->count == 0)
+    if (!left || *left == 0)
         return {};
-    QString remark =
-        u"この%1には伝票が %2 件あります。伝票は残りますが、%1の名前は分からなくなります。"_s.arg(
-            m_rows.table(), text::formatAmount(left->count));
-    if (left->keyIsNext)
-        remark += u"\n次に新規登録する%1は同じ番号になり、残った伝票はその%1のものになります。"_s.arg(
-            m_rows.table());
-    return remark;
+    return u"この%1には伝票が %2 件あります。伝票は残りますが、%1の名前は分からなくなります。"_s.arg(
+        m_rows.table(), text::formatAmount(static_cast<double>(*left)));
 }
 
 std::optional<RegisterScreen::Failure> RegisterScreen::trySave()

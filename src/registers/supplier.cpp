@@ -1,6 +1,8 @@
 #include "registers/supplier.h"
 
+#include "book/slip_counts.h"
 #include "db/connection.h"
+#include "db/keys.h"
 #include "db/recordset.h"
 #include "registers/counterpart.h"
 
@@ -32,7 +34,12 @@ base::Status openSupplier(db::Recordset &suppliers, qint64 id)
     return suppliers.open({.table = u"仕入先"_s, .where = u"(仕入先ID = ?)"_s, .values = {id}});
 }
 
-base::Result<qint64> addSupplier(db::Recordset &suppliers) { return suppliers.add({{u"消費税区分"_s, 0}}); }
+base::Result<qint64> addSupplier(db::Connection &connection, db::Recordset &suppliers)
+{
+    const auto next = db::nextKey(connection, u"仕入先"_s);
+    const auto key = next ? book::keyWithoutSlips(connection, book::Party::Supplier, *next) : next;
+    return key ? suppliers.add({{u"消費税区分"_s, 0}}, *key) : key;
+}
 
 base::Status saveSupplier(db::Recordset &suppliers)
 {

@@ -27,7 +27,7 @@ base::Status openSupplier(db::Recordset &suppliers, qint64 id);
 
 /// Stores a new supplier that has its key and its tax class, as the last and current one of \a suppliers.
 /// \return its key
-base::Result<qint64> addSupplier(db::Recordset &suppliers);
+base::Result<qint64> addSupplier(db::Connection &connection, db::Recordset &suppliers);
 
 /// Saves the current supplier, even an empty one, with a new key. After a failure its key is as before, and
 /// the edits are still there.

@@ -227,7 +227,6 @@ private slots:
     }
 
     // I1 is a slip of the supplier that has the customer's number.
-
     void tellsOfSlipsThatStayBehind()
     {
         Register r;
@@ -235,9 +234,7 @@ private slots:
                    "VALUES (1, 'O1', 1), (2, 'R1', 3), (3, 'I1', 2)"_s);
         const QString stay =
             u"この納品先には伝票が 1 件あります。伝票は残りますが、納品先の名前は分からなくなります。"_s;
-        const QString passOn =
-            u"\n次に新規登録する納品先は同じ番号になり、残った伝票はその納品先のものになります。"_s;
-        const std::pair<int, QString> remarks[] = {{0, stay + passOn}, {1, stay}, {2, {}}};
+        const std::pair<int, QString> remarks[] = {{0, stay}, {1, stay}, {2, {}}};
         for (const auto &[row, remark] : remarks) {
             r.goTo(row);
             ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false, remark);

@@ -1,5 +1,6 @@
 #include "registers/import/customer_import.h"
 
+#include "book/slip_counts.h"
 #include "db/connection.h"
 #include "db/keys.h"
 #include "db/transaction.h"
@@ -206,7 +207,8 @@ base::Result<int> insertCustomers(db::Connection &connection,
     const auto total = static_cast<qint64>(taken.size());
     if (const base::Status known = checkCategories(connection, taken); !known)
         return known.error();
-    const auto firstKey = db::nextKey(connection, u"納品先"_s);
+    const auto next = db::nextKey(connection, u"納品先"_s);
+    const auto firstKey = next ? book::keyWithoutSlips(connection, book::Party::Customer, *next) : next;
     if (!firstKey)
         return firstKey.error();
     if (total > db::highestKey - *firstKey + 1)

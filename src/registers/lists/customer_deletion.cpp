@@ -15,15 +15,11 @@ base::Result<QHash<qint64, int>> slipsOfCustomers(db::Connection &connection)
     return book::slipsOfEach(connection, book::Party::Customer);
 }
 
-base::Result<SlipsLeft> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id)
+base::Result<qint64> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id)
 {
     const auto party = table == u"納品先"_s ? book::Party::Customer : book::Party::Supplier;
-    const auto count = book::countSlips(
-        connection, {.kinds = book::kindsOf(party), .counterpart = book::CounterpartKey(id)});
-    if (!count)
-        return count.error();
-    const auto next = db::nextKey(connection, table);
-    return SlipsLeft{static_cast<int>(*count), next && *next == id + 1};
+    return book::countSlips(connection,
+                            {.kinds = book::kindsOf(party), .counterpart = book::CounterpartKey(id)});
 }
 
 base::Result<Extent> extentOf(db::Connection &connection, std::size_t chosen)

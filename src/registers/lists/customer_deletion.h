@@ -19,16 +19,8 @@ namespace registers
 /// customers by name only and do not count.
 base::Result<QHash<qint64, int>> slipsOfCustomers(db::Connection &connection);
 
-/// The slips that stay behind when a customer or supplier is deleted.
-struct SlipsLeft
-{
-    int count = 0;
-    /// The key is the highest of its table, so the next new row gets it, and these slips with it.
-    bool keyIsNext = false;
-};
-
-/// What the row \a id of \a table ("納品先" or "仕入先") would leave behind.
-base::Result<SlipsLeft> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id);
+/// How many slips the row \a id of \a table ("納品先" or "仕入先") would leave behind if it were deleted.
+base::Result<qint64> slipsLeftBy(db::Connection &connection, const QString &table, qint64 id);
 
 /// How much of the register goes with \a chosen of its customers.
 struct Extent

@@ -48,6 +48,8 @@ public:
     [[nodiscard]] QStringList remarks() const;
     /// Whether it can be closed here: it was left open, or its tax line is missing.
     [[nodiscard]] bool canBeClosed() const;
+    /// What closing the slip would book as its tax, yen; nothing where that cannot be computed.
+    [[nodiscard]] std::optional<double> taxDue() const;
 
     /// Saves header and line as they stand. After a failure that is to be told, the screen shows what the
     /// file holds, below the edits.
@@ -72,7 +74,6 @@ public:
 private:
     static constexpr qint64 noSlip = -1;
 
-    [[nodiscard]] std::optional<double> taxDue() const;
     [[nodiscard]] QString taxDoubt() const;
     [[nodiscard]] QString newTaxDoubt() const;
     [[nodiscard]] QString lineDoubt() const;

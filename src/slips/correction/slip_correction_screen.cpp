@@ -332,11 +332,29 @@ void SlipCorrectionScreen::closeOpenSlip()
 
 void SlipCorrectionScreen::print()
 {
-    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeKnowingly()))
+    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeKnowingly()) || !taxIsSettled())
         return;
     // The paper says what the file says, and so does the screen that goes by it.
     m_slip.showAsStored();
     showAndRemember();
+}
+
+// A slip that a killed program left open would be printed without the tax that is due on it.
+bool SlipCorrectionScreen::taxIsSettled()
+{
+    if (!m_slip.canBeClosed() || m_slip.taxDue() == 0.0)
+        return true;
+    switch (ui::prompts::askHowToLeave(this, u"消費税が計上されていません。計上してから印刷しますか。"_s,
+                                       {u"計上して印刷(&S)"_s, u"このまま印刷(&D)"_s, true},
+                                       m_slip.remarks().join(u'\n'))) {
+    case ui::prompts::Choice::Save:
+        return tell(m_slip.close());
+    case ui::prompts::Choice::Discard:
+        return true;
+    case ui::prompts::Choice::Cancel:
+        break;
+    }
+    return false;
 }
 
 base::Result<PaperState> SlipCorrectionScreen::paperNow()

@@ -95,6 +95,7 @@ private:
     base::Status leaveSlip();
     [[nodiscard]] base::Result<PaperState> paperNow();
     void print();
+    bool taxIsSettled();
     void showAndRemember();
     void offerReprint();
 

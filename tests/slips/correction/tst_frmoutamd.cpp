@@ -252,6 +252,41 @@ private slots:
         QCOMPARE(desk.shop.value(u"SELECT 商品名 FROM 入出庫サブ WHERE ID = 9"_s).toString(), u"みかん"_s);
     }
 
+    void aSlipIsNotPrintedWithoutItsTaxUnasked()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 0 WHERE ID = 9"_s);
+        desk.driver.press("cmdAll");
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"備考"_s));
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 1, u"備考"_s));
+        const auto lines = [&] {
+            return desk.shop.value(u"SELECT count(*) FROM 入出庫サブ WHERE ID = 9"_s).toInt();
+        };
+        ui::prompts::expectAskHowToLeave({}, ui::prompts::Choice::Cancel, ui::prompts::Choice::Cancel);
+        desk.driver.press("Command2"); // no preview comes
+        QCOMPARE(lines(), 1);
+
+        int previews = 0;
+        const auto closePreview = [&previews] {
+            QTimer::singleShot(0, qApp, [&previews] {
+                auto *preview = qobject_cast<printing::frmPreview *>(QApplication::activeModalWidget());
+                previews += preview ? 1 : 0;
+                if (preview)
+                    preview->reject();
+            });
+        };
+        ui::prompts::expectAskHowToLeave({}, ui::prompts::Choice::Discard, ui::prompts::Choice::Cancel);
+        closePreview();
+        desk.driver.press("Command2");
+        QCOMPARE(lines(), 1);
+        ui::prompts::expectAskHowToLeave({}, ui::prompts::Choice::Save, ui::prompts::Choice::Cancel);
+        closePreview();
+        desk.driver.press("Command2");
+        QCOMPARE(lines(), 2);
+        QCOMPARE(previews, 2);
+    }
+
     void aCorrectionAfterAReprintOffersAnotherPaper()
     {
         Desk desk;

@@ -99,7 +99,7 @@ private slots:
         QFETCH(const QString, column);
         QFETCH(const QString, typed);
         QFETCH(const QVariant, stored);
-        static CorrectionShop shop;
+        CorrectionShop shop;
         OpenSale slip(shop, 9);
         db::Recordset &set = slip.lines.columnOf(column) >= 0 ? slip.lines : slip.headers;
         QSignalSpy refusals(&set, &db::Recordset::refused);
