@@ -1,6 +1,7 @@
 #include "masters/MasterGridEditor.h"
 
 #include "ui/grid.h"
+#include "ui/second_letter.h"
 #include "ui_MasterGridEditor.h"
 
 namespace masters
@@ -38,6 +39,7 @@ MasterGridEditor::MasterGridEditor(workspace::Workspace &workspace, Master maste
         connect(form.Command1, &QPushButton::clicked, this, &QDialog::reject);
     else
         delete form.Command1;
+    ui::pressAlsoBy(*form.cmdUpdate, Qt::Key_U);
     start(std::move(controls));
 }
 

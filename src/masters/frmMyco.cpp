@@ -1,5 +1,6 @@
 #include "masters/frmMyco.h"
 
+#include "ui/second_letter.h"
 #include "ui/width_check.h"
 #include "ui_frmMyco.h"
 
@@ -22,6 +23,7 @@ frmMyco::frmMyco(workspace::Workspace &workspace, QWidget *parent)
         {form.txtZip, u"郵便番号"_s},    {form.txtAddress1, u"住所1"_s},  {form.txtAddress2, u"住所2"_s},
         {form.txtTel1, u"TEL1"_s},       {form.txtTel2, u"TEL2"_s},       {form.txtFax, u"FAX"_s},
         {form.txtBank1, u"取引銀行1"_s}, {form.txtBank2, u"取引銀行2"_s}, {form.txtMemo, u"備考"_s}};
+    ui::pressAlsoBy(*form.cmdUpdate, Qt::Key_I);
     start(std::move(controls));
 }
 

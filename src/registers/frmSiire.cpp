@@ -7,6 +7,7 @@
 #include "ui/leave_watch.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
+#include "ui/second_letter.h"
 #include "ui/width_check.h"
 #include "ui_frmSiire.h"
 #include "workspace/workspace.h"
@@ -100,6 +101,7 @@ void frmSiire::connectButtons()
 {
     connect(m_ui->cmdAdd, &QPushButton::clicked, this, &frmSiire::add);
     connect(m_ui->cmdUpdate, &QPushButton::clicked, this, &frmSiire::saveAndBrowse);
+    ui::pressAlsoBy(*m_ui->cmdUpdate, Qt::Key_I);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &frmSiire::cancelEntry);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmSiire::removeRow);
     m_postal = new PostalBoxes(

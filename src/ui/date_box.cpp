@@ -45,7 +45,7 @@ void DateBox::showMark()
     }
     setPalette(colours);
     const QString remark =
-        marked ? u"今日（%1）の日付ではありません。"_s.arg(m_usual.toString(u"yyyy/M/d"_s)) : QString();
+        marked ? u"今日（%1）の日付ではありません。"_s.arg(m_usual.toString(u"yyyy/MM/dd"_s)) : QString();
     setToolTip(remark);
     setAccessibleDescription(remark);
 }

@@ -1,5 +1,7 @@
 #include "form_rules.h"
 
+#include <QHash>
+#include <QRegularExpression>
 #include <QSet>
 #include <QSize>
 #include <QXmlStreamReader>
@@ -100,6 +102,7 @@ public:
         visit(*top, true);
         checkTabStops();
         checkNames();
+        checkLetters(*top);
         return m_findings;
     }
 
@@ -164,6 +167,29 @@ private:
                 report(child.attribute(u"name"_s) + u" lies in no layout"_s);
             }
             visit(child, shown);
+        }
+    }
+
+    /// The letters of \a element and of what is in it: each once.
+    void checkLetters(const Element &element)
+    {
+        static const QRegularExpression mark(u"(?<!&)&([^&])"_s);
+        // Captions that clerks have known for long, and that therefore stay.
+        static const QSet<QString> knownTwice = {u"Frame2 cmdDelete"_s};
+        for (const QString &caption : {element.propertyText(u"text"), element.propertyText(u"title")}) {
+            const QString letter = mark.match(caption).captured(1).toUpper();
+            if (element.tag != u"widget"_s || letter.isEmpty()) {
+                continue;
+            }
+            const QString name = element.attribute(u"name"_s);
+            const QString former = m_letters.value(letter);
+            if (!former.isEmpty() && former != name && !knownTwice.contains(former + u' ' + name)) {
+                report(name + u" has the letter of "_s + former);
+            }
+            m_letters[letter] = name;
+        }
+        for (const Element &child : element.children) {
+            checkLetters(child);
         }
     }
 
@@ -258,6 +284,7 @@ private:
     QString m_path;
     const Element &m_form;
     std::map<QString, QString> m_extends;
+    QHash<QString, QString> m_letters; // who has each
     QSet<QString> m_names;
     QStringList m_buddies;
     std::vector<const Element *> m_controls; // all that can take the focus

@@ -270,6 +270,11 @@ void TestHouse::formRulesFindFaults_data()
         "the tab stop txtB does not exist");
     row("stray buddy", label + button, "", "the buddy txtA does not exist");
     row("twice", button + button, "<tabstop>cmdA</tabstop>", "cmdA is there twice");
+    row("same letter",
+        button + "<item><widget class='QPushButton' name='cmdB'><property name='text'>"
+                 "<string>削除(&amp;s)</string></property></widget></item>",
+        bothStops.mid(bothStops.indexOf("<tabstop>cmdA")) + "<tabstop>cmdB</tabstop>",
+        "cmdB has the letter of cmdA");
     row("sign",
         "<item><widget class='QToolButton' name='cmdB'><property name='text'><string>…</string>"
         "</property></widget></item>",

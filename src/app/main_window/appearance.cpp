@@ -1,11 +1,12 @@
 #include "app/main_window/appearance.h"
 
+#include "ui/focus_style.h"
+
 #include <QApplication>
 #include <QFontDatabase>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPalette>
-#include <QStyleFactory>
 #include <QTranslator>
 
 using namespace Qt::StringLiterals;
@@ -107,7 +108,7 @@ void setUpAppearance(QApplication &application)
     (void)desktopIsDark();
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
     loadTranslations(application);
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    QApplication::setStyle(ui::styleShowingFocus(u"Fusion"_s));
     QApplication::setFont(typeface());
     applyColours(Colours::Automatic);
 }
@@ -159,9 +160,12 @@ QGroupBox::title { subcontrol-origin: margin; left: 12px; padding: 0 5px; color:
 #SSTab1 QPushButton:disabled { color: @faint@; background: transparent; }
 #SSTab1 #Command45:enabled { background: @accent@; color: @accentText@; font-weight: bold; }
 #SSTab1 #Command45:enabled:hover { background: @link@; }
+#SSTab1 #Command45:enabled:focus { background: @soft@; color: @link@; }
 #shortcuts QPushButton, #LblPrinterName, #Label19 { border: none; padding: 3px 8px; color: @link@;
   text-decoration: underline; text-align: left; background: transparent; }
-#shortcuts QPushButton:hover, #shortcuts QPushButton:focus { background: @soft@; border-radius: 4px; }
+#shortcuts QPushButton:hover { background: @soft@; border-radius: 4px; }
+#shortcuts QPushButton:focus, #LblPrinterName:focus, #Label19:focus { background: @soft@;
+  border: 2px solid @accent@; border-radius: 4px; padding: 1px 6px; outline: none; }
 #shortcuts QPushButton:disabled, #LblPrinterName:disabled, #Label19:disabled { color: @faint@;
   text-decoration: none; }
 )"_s;

@@ -1,5 +1,7 @@
 #include "app/main_window/command_panel.h"
 
+#include "app/main_window/menu_letters.h"
+
 #include <QAction>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -67,6 +69,7 @@ void CommandPanel::buildMenus()
             QMenu *menu =
                 parent ? parent->addMenu(string(command.caption)) : bar->addMenu(string(command.caption));
             menu->setObjectName(string(command.menu));
+            heedUnmarkedLetters(*menu);
             continue;
         }
         QAction *item = parent->addAction(string(command.caption));
@@ -190,6 +193,15 @@ QAction *CommandPanel::menuItem(Action action) const
             return item;
     }
     return nullptr;
+}
+
+QPoint CommandPanel::below(Action action) const
+{
+    for (const auto &[button, command] : m_buttons) {
+        if (command->action == action)
+            return button->mapToGlobal(QPoint(0, button->height()));
+    }
+    return {};
 }
 
 void CommandPanel::showPageOf(Action action)

@@ -4,6 +4,7 @@
 #include "app/panel_side.h"
 
 #include <QObject>
+#include <QPoint>
 
 #include <functional>
 
@@ -39,6 +40,9 @@ public:
 
     /// The menu item of \a action.
     [[nodiscard]] QAction *menuItem(Action action) const;
+
+    /// Where a menu belongs that opens at the button of \a action, on the desktop.
+    [[nodiscard]] QPoint below(Action action) const;
 
     /// Turns the tab panel to the page on which the button of \a action is.
     void showPageOf(Action action);

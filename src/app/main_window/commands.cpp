@@ -166,8 +166,8 @@ Commands reportCommands()
          {{u"Command30", u"支払日報", Page::Purchases, u"日報・元帳"}}},
         {Action::BillList, u"", u"", u"", needsEmployee, {{u"Command4", u"月別請求一覧", Page::Sales, u"日報・元帳"}}},
         {Action::ReceivableLedger, u"", u"", u"", none,
-         {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"}},
-         {{u"Label20", u"売掛金・買掛金元帳"}}},
+         {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"}}},
+        {Action::Ledgers, u"", u"", u"", none, {}, {{u"Label20", u"売掛金・買掛金元帳"}}},
         {Action::PayableLedger, u"", u"", u"", none,
          {{u"Command8", u"買掛金元帳", Page::Purchases, u"日報・元帳"}}},
 
@@ -244,6 +244,7 @@ std::optional<Companion> companionOf(Action action)
     case Action::ReceivableCarried:
     case Action::PayableCarried:
     case Action::Stocktake:
+    case Action::Ledgers:
     case Action::ReceivableLedger:
     case Action::ReceivableBalances:
     case Action::PayableLedger:

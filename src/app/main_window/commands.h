@@ -60,6 +60,7 @@ enum class Action {
     PayableCarried,
     Stocktake,
     // ledgers
+    Ledgers, // one of the two, to be chosen
     ReceivableLedger,
     ReceivableBalances,
     PayableLedger,
@@ -116,7 +117,7 @@ std::optional<Companion> companionOf(Action action);
 /// Pages of the tab panel, in their order.
 enum class Page { Sales, Purchases, Shipping, MailOrder, Customers, Registers, Settings };
 inline constexpr const char16_t *pageCaptions[] = {
-    u"売上・請求", u"仕入", u"発送・贈答", u"通信販売", u"顧客", u"台帳登録", u"環境設定",
+    u"売上・請求", u"仕入", u"発送・贈答", u"通信販売", u"顧客", u"新規登録", u"環境設定",
 };
 
 /// The groups of the pages, in the order in which they stand there.

@@ -4,12 +4,9 @@
 #include "app/main_window/appearance.h"
 #include "app/main_window/command_panel.h"
 #include "app/main_window/panel_controls.h"
-#include "app/main_window/shop_facts.h"
 #include "app/main_window/slips_to_look_at.h"
 #include "book/slip_counts.h"
-#include "masters/name_lists.h"
-#include "masters/own_company.h"
-#include "ui/messages.h"
+#include "registers/last_counterparts.h"
 #include "ui/prompts.h"
 #include "ui/screen.h"
 #include "ui/wheel_guard.h"
@@ -44,6 +41,16 @@ std::optional<Action> entryOf(const book::SlipKind &kind)
             return action;
     }
     return std::nullopt;
+}
+
+// Whether the system writes \a day otherwise than with ten characters, where a clerk can set how it does.
+bool shortDateIsCut([[maybe_unused]] const QDate &day)
+{
+#ifdef Q_OS_WIN
+    return QLocale::system().toString(day, QLocale::ShortFormat).size() != 10;
+#else
+    return false; // goes by the language, and no screen of ours by it
+#endif
 }
 
 } // namespace
@@ -107,6 +114,7 @@ void frmAMain::load(const QString &commandLine)
     m_session.start(databaseToOpen(m_workspace.settings, commandLine, m_workspace.applicationFolder()));
     if (m_session.isOpen()) {
         reloadEmployees(m_workspace.settings.integer(workspace::keys::employee));
+        chooseOnlyEmployee();
         loadPicture();
         // Once the window stands.
         QMetaObject::invokeMethod(this, &frmAMain::tellSlipsToLookAt, Qt::QueuedConnection);
@@ -138,8 +146,7 @@ void frmAMain::focusStep()
     m_inFocusStep = true;
     showPrinters();
     showFile();
-    const QString date = QLocale::system().toString(m_workspace.today(), QLocale::ShortFormat);
-    if (date.size() != 10)
+    if (shortDateIsCut(m_workspace.today()))
         warn(u"　システムの日付を１０桁表示に設定してください。(yyyy/MM/dd "_s);
     if (m_session.isOpen()) {
         reloadEmployees(m_workspace.panel.employeeId);
@@ -168,6 +175,8 @@ bool frmAMain::isPossible(const Command &command) const
         return false;
     if (needsFile(command.action) && !m_session.hasFile())
         return false;
+    if (command.action == Action::Ledgers)
+        return installedCompanion(command.action) || m_openers.contains(Action::ReceivableLedger);
     if (builtinFor(command.action))
         return true;
     return installedCompanion(command.action) || m_openers.contains(command.action);
@@ -198,36 +207,6 @@ bool frmAMain::passGuards(const Command &command)
     return !guards.slips || slipsExist(*guards.slips);
 }
 
-bool frmAMain::employeeChosen()
-{
-    if (!m_ui->dbcShain->currentText().isEmpty())
-        return true;
-    ui::prompts::inform(this, u"担当者が選択されていません。"_s);
-    const auto employees = masters::employees(m_workspace.connection);
-    if (!employees)
-        return tell(employees.error());
-    if (!employees->empty()) {
-        m_ui->dbcShain->setFocus();
-        return false;
-    }
-    m_commands->showPageOf(Action::Employees);
-    open(Action::Employees);
-    m_ui->dbcShain->setFocus(); // whoever was registered is to be chosen
-    return false;
-}
-
-bool frmAMain::ownCompanyRegistered()
-{
-    const auto company = masters::ownCompany(m_workspace.connection);
-    if (!company)
-        return tell(company.error());
-    if (!*company) {
-        ui::prompts::inform(this, ui::messages::noOwnCompany());
-        open(Action::OwnCompany);
-    }
-    return true;
-}
-
 bool frmAMain::slipsExist(const book::SlipKind &kind)
 {
     const auto found = book::hasSlips(m_workspace.connection, kind);
@@ -251,7 +230,10 @@ void frmAMain::open(Action action)
         return;
     // The screen may have changed either.
     reloadEmployees(m_workspace.panel.employeeId);
+    if (action == Action::Employees)
+        chooseOnlyEmployee();
     reloadCompany();
+    showCounterparts();
 }
 
 void frmAMain::start(Companion companion)
@@ -271,8 +253,8 @@ void frmAMain::start(Companion companion)
 void frmAMain::databaseChanged()
 {
     m_ui->txtFileName->setText(m_session.fileName());
-    m_ui->txtNouhinID->clear();
-    m_ui->txtShiireID->clear();
+    registers::forgetCounterparts(m_workspace);
+    showCounterparts();
     if (m_session.isOpen()) {
         reloadEmployees(m_workspace.panel.employeeId);
         reloadCompany();
@@ -285,6 +267,19 @@ void frmAMain::databaseChanged()
     m_backupNotice->setVisible(m_session.isBackup());
     enableCommands();
     offerFormerEmployee();
+    if (m_ui->dbcShain->placeholderText().isEmpty())
+        chooseOnlyEmployee();
+}
+
+// The people of the copy are those of the file, and whoever was chosen works on.
+void frmAMain::saveFileAs()
+{
+    const qint64 chosen = m_workspace.panel.employeeId;
+    m_session.saveAs();
+    if (m_workspace.panel.employeeId != 0 || chosen == 0)
+        return;
+    reloadEmployees(chosen);
+    offerFormerEmployee();
 }
 
 void frmAMain::tellSlipsToLookAt()
@@ -294,29 +289,6 @@ void frmAMain::tellSlipsToLookAt()
     const auto told = slipsToLookAt(m_workspace.connection, m_workspace.today());
     if (tell(told.status()) && !told->isEmpty())
         ui::prompts::inform(this, *told);
-}
-
-// After a change of file nobody is chosen: the next slip is not to go to somebody's account unseen. Who it
-// was can be taken again by Enter, which finds the cursor there and not on a button.
-void frmAMain::offerFormerEmployee()
-{
-    QComboBox *box = m_ui->dbcShain;
-    const bool isOffered =
-        box->currentIndex() < 0 && !m_formerEmployee.isEmpty() && box->findText(m_formerEmployee) >= 0;
-    box->setPlaceholderText(isOffered ? u"Enter で %1"_s.arg(m_formerEmployee) : QString());
-    if (isOffered)
-        box->setFocus();
-}
-
-bool frmAMain::takeFormerEmployee()
-{
-    QComboBox *box = m_ui->dbcShain;
-    const int former = m_formerEmployee.isEmpty() ? -1 : box->findText(m_formerEmployee);
-    if (focusWidget() != box || box->currentIndex() >= 0 || former < 0)
-        return false;
-    box->setCurrentIndex(former);
-    m_workspace.settings.write(workspace::keys::employee, m_ui->txtShainID->text());
-    return true;
 }
 
 void frmAMain::tablesEmptied()
@@ -331,62 +303,6 @@ void frmAMain::databaseClosed()
         m_formerEmployee = m_workspace.panel.employeeName;
     m_ui->dbcShain->clear();
     showCompany({});
-}
-
-void frmAMain::reloadEmployees(qint64 chosen)
-{
-    if (!m_session.isOpen())
-        return;
-    const auto employees = masters::employees(m_workspace.connection);
-    if (!tell(employees.status()))
-        return;
-    QComboBox *box = m_ui->dbcShain;
-    {
-        const QSignalBlocker quiet(box);
-        box->clear();
-        for (const masters::Entry &employee : *employees)
-            box->addItem(employee.name, employee.id);
-        box->setCurrentIndex(box->findData(chosen));
-    }
-    employeeSelected();
-}
-
-void frmAMain::employeeSelected()
-{
-    workspace::Panel &panel = m_workspace.panel;
-    panel.employeeId = m_ui->dbcShain->currentData().toLongLong();
-    panel.employeeName = m_ui->dbcShain->currentText();
-    m_ui->txtShainID->setText(panel.employeeId > 0 ? QString::number(panel.employeeId) : QString());
-}
-
-void frmAMain::reloadCompany()
-{
-    const auto company = masters::ownCompany(m_workspace.connection);
-    if (!tell(company.status()))
-        return;
-    showCompany(company->value_or(masters::OwnCompany()));
-    showFile();
-}
-
-void frmAMain::showCompany(const masters::OwnCompany &names)
-{
-    m_workspace.panel.companyName1 = names.name1;
-    m_workspace.panel.companyName2 = names.name2;
-    m_ui->txtName1->setText(names.name1);
-    m_ui->txtName2->setText(names.name2);
-}
-
-void frmAMain::showSupplier()
-{
-    bool isNumber = false;
-    const qint64 id = m_ui->txtShiireID->text().toLongLong(&isNumber);
-    if (!isNumber)
-        return;
-    const auto names = supplierNames(m_workspace.connection, id);
-    if (!tell(names.status()))
-        return;
-    m_ui->Text3->setText(names->name1);
-    m_ui->Text5->setText(names->name2);
 }
 
 void frmAMain::closeEvent(QCloseEvent *event)
@@ -442,6 +358,7 @@ frmAMain::Builtin frmAMain::builtinFor(Action action)
         {Action::CalendarColour, &frmAMain::chooseCalendarColour},
         {Action::ShowCalendar, &frmAMain::toggleCalendar},
         {Action::SlipFont, &frmAMain::chooseSlipFont},
+        {Action::Ledgers, &frmAMain::chooseLedger},
         {Action::About, &frmAMain::showAbout},
     };
     const auto found = builtins.find(action);

@@ -72,7 +72,7 @@ private:
     // The database file
     void newFile() { m_session.createNew(); }
     void openFile() { m_session.openOther(); }
-    void saveFileAs() { m_session.saveAs(); }
+    void saveFileAs();
     void openBackup() { m_session.openBackup(); }
     void backUpNow() { m_session.backUpNow(); }
     void listBackups() { m_maintenance->listBackups(); }
@@ -90,6 +90,8 @@ private:
     void showCompany(const masters::OwnCompany &names);
     void employeeSelected();
     void showSupplier();
+    void showCounterparts();
+    void chooseOnlyEmployee();
 
     // The window itself
     std::array<QCheckBox *, 3> buildOptionBoxes();
@@ -113,6 +115,7 @@ private:
     void showCalendar(bool visible);
     void colourCalendar();
     void chooseSlipFont();
+    void chooseLedger();
     void showAbout();
     void quit() { close(); }
     bool tell(const base::Status &status);

@@ -224,8 +224,8 @@ void frmAMain::showPrinters()
         return printer.isEmpty() ? u"通常使うプリンタ"_s : printer;
     };
     m_ui->LblPrinterName->setText(shown(settings.text(workspace::keys::printerName)));
-    m_ui->LblPrinterName->setToolTip(u"フォント："_s + settings.text(workspace::keys::printerFont));
     m_ui->Label19->setText(shown(settings.text(workspace::keys::kuroPrinterName)));
+    m_ui->txtFontName->setText(settings.text(workspace::keys::printerFont));
     m_ui->txtFontName2->setText(m_slipFont);
 }
 
@@ -264,6 +264,24 @@ void frmAMain::resetPicture()
 {
     keepPicture({});
     ui::prompts::inform(this, u"設定を有効にするには、ｱﾌﾟﾘｹｰｼｮﾝを終了してください。"_s, u"入力事項の確認"_s);
+}
+
+// The shortcut names both ledgers.
+void frmAMain::chooseLedger()
+{
+    if (installedCompanion(Action::Ledgers)) {
+        start(Companion::Ledger);
+        return;
+    }
+    auto *menu = findChild<QMenu *>(u"mnuLedgers"_s);
+    if (!menu) {
+        menu = new QMenu(this);
+        menu->setObjectName(u"mnuLedgers"_s);
+        menu->addAction(m_commands->menuItem(Action::ReceivableLedger));
+        menu->addAction(m_commands->menuItem(Action::PayableLedger));
+    }
+    menu->popup(m_commands->below(Action::Ledgers));
+    menu->setActiveAction(menu->actions().constFirst());
 }
 
 void frmAMain::toggleCalendar() { showCalendar(m_ui->MonthView1->isHidden()); }

@@ -1,5 +1,6 @@
 #include "reports/ledgers/ledger_screen.h"
 
+#include "registers/last_counterparts.h"
 #include "reports/report_actions.h"
 #include "slips/correction/correction_screens.h"
 #include "slips/entry/slip_screen.h"
@@ -191,6 +192,7 @@ void LedgerScreen::choose(const std::optional<LedgerTarget> &whose)
         book::nameOfCounterpart(workspace().connection, m_description.search->party, whose->counterpart);
     if (name)
         m_ui->txtNouhinsaki1->setText(*name);
+    registers::rememberCounterpart(workspace(), m_description.search->party, whose->counterpart.value_or(0));
     m_ui->txtNouhinsaki1->setCursorPosition(0);
     refresh();
 }

@@ -32,7 +32,7 @@ base::Result<QVariant> readDate(const QString &typed)
     const auto date = text::parseDate(typed);
     if (!date || *date < earliestDate)
         return base::Error{
-            u"「%1」は日付として読めません。「2026/4/1」のように入力してください。"_s.arg(typed.left(30))};
+            u"「%1」は日付として読めません。「2026/04/01」のように入力してください。"_s.arg(typed.left(30))};
     return QVariant(text::stored(*date));
 }
 

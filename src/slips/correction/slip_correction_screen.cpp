@@ -3,6 +3,7 @@
 #include "book/counterpart_name.h"
 #include "book/tax.h"
 #include "masters/name_lists.h"
+#include "registers/last_counterparts.h"
 #include "slips/correction/correction_cells.h"
 #include "slips/correction/correction_grids.h"
 #include "slips/correction/correction_remarks.h"
@@ -186,6 +187,7 @@ void SlipCorrectionScreen::narrowTo(book::CounterpartKey counterpart)
         m_ui->dbcNouhin->setFocus();
         return;
     }
+    registers::rememberCounterpart(workspace(), m_description.search.party, counterpart.value_or(0));
     (void)m_slip.headers.moveLast();
     m_ui->DataGrid1->setFocus();
 }

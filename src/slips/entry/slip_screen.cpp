@@ -1,6 +1,7 @@
 #include "slips/entry/slip_screen.h"
 
 #include "book/numbering.h"
+#include "registers/last_counterparts.h"
 #include "ui/date_box.h"
 #include "ui/grid.h"
 #include "ui/leave_watch.h"
@@ -115,6 +116,7 @@ void SlipScreen::showCounterpart()
     }
     counterpartShown(chosen);
     if (chosen) {
+        registers::rememberCounterpart(workspace(), m_description.search.party, counterpart());
         say({});
         enter(SlipState::NoHeader);
     }
@@ -259,7 +261,7 @@ QString SlipScreen::dateRemark() const
 {
     return date() == workspace().today()
                ? QString()
-               : u"　日付は %1 のままです（今日ではありません）。"_s.arg(date().toString(u"yyyy/M/d"_s));
+               : u"　日付は %1 のままです（今日ではありません）。"_s.arg(date().toString(u"yyyy/MM/dd"_s));
 }
 
 void SlipScreen::enter(SlipState state)

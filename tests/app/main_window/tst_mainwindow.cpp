@@ -1,6 +1,7 @@
 #include "app/main_window/command_panel.h"
 #include "app/main_window/companions.h"
 #include "app/main_window/frmAMain.h"
+#include "registers/last_counterparts.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
@@ -46,6 +47,8 @@ private slots:
     void submenusHoldTheirItems();
 
     void nobodyEmployedOpensTheEditor();
+    void oneOfSeveralIsChosenByTheClerk();
+    void theOnlyEmployeeIsInCharge();
     void nobodyChosenPutsTheCursorThere();
     void slipsToLookAtAreToldAtTheStart();
     void missingCompanyIsAskedForAndGoesOn();
@@ -65,6 +68,7 @@ private slots:
 
     void statusBarKeepsTheFile();
     void handOver();
+    void counterpartsAreHandedOver();
     void companionsThatAreMissing();
 
 private:
@@ -201,21 +205,51 @@ void TestMainWindow::submenusHoldTheirItems()
 void TestMainWindow::nobodyEmployedOpensTheEditor()
 {
     Stage stage;
-    stage.whenOpened = [&stage](Action) {
-        stage.shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤')"_s);
-    };
+    // Left without an entry: nobody yet.
     ui::prompts::expectInform(nobodyChosen);
     stage.click("Command45");
     QCOMPARE(stage.opened, QList<Action>{Action::Employees});
     QCOMPARE(stage.find<QTabWidget>("SSTab1")->currentIndex(), static_cast<int>(Page::Settings));
-    QVERIFY(stage.find<QComboBox>("dbcShain")->findText(u"佐藤"_s) >= 0);
+    QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
+
+    // The only one is in charge, and what was asked for comes.
+    stage.opened.clear();
+    stage.whenOpened = [&stage](Action action) {
+        if (action == Action::Employees)
+            stage.shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤')"_s);
+    };
+    ui::prompts::expectInform(nobodyChosen);
+    stage.click("Command27");
+    QCOMPARE(stage.opened, (QList<Action>{Action::Employees, Action::Bill}));
+    QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), u"佐藤"_s);
+    QCOMPARE(stage.shop.workspace.panel.employeeId, 1);
+}
+
+void TestMainWindow::oneOfSeveralIsChosenByTheClerk()
+{
+    Stage stage;
+    stage.whenOpened = [&stage](Action) {
+        stage.shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤'), (2, '木村')"_s);
+    };
+    ui::prompts::expectInform(nobodyChosen);
+    stage.click("Command27");
+    QCOMPARE(stage.opened, QList<Action>{Action::Employees});
     QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), QString());
     QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
 }
 
+void TestMainWindow::theOnlyEmployeeIsInCharge()
+{
+    Stage stage([](FreshShop &shop) { shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (3, '佐藤')"_s); });
+    QCOMPARE(stage.find<QLineEdit>("txtShainID")->text(), u"3"_s);
+    QCOMPARE(stage.shop.workspace.panel.employeeName, u"佐藤"_s);
+}
+
 void TestMainWindow::nobodyChosenPutsTheCursorThere()
 {
-    Stage stage([](FreshShop &shop) { shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤')"_s); });
+    Stage stage([](FreshShop &shop) {
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤'), (2, '木村')"_s);
+    });
     ui::prompts::expectInform(nobodyChosen);
     stage.click("Command27");
     QVERIFY(stage.opened.isEmpty());
@@ -557,6 +591,33 @@ void TestMainWindow::handOver()
     QCOMPARE(file.readAll(), content);
 }
 
+// Whom a screen dealt with last; in another file the numbers mean nobody.
+void TestMainWindow::counterpartsAreHandedOver()
+{
+    Stage stage([](FreshShop &shop) {
+        employOne(shop);
+        shop.run(u"INSERT INTO 仕入先 (仕入先ID, 仕入先名1, 仕入先名2) VALUES (12, '山形果樹', '仙台店')"_s);
+    });
+    stage.whenOpened = [&stage](Action action) {
+        const book::Party party = action == Action::Purchase ? book::Party::Supplier : book::Party::Customer;
+        registers::rememberCounterpart(stage.shop.workspace, party, action == Action::Purchase ? 12 : 34);
+    };
+    stage.click("Command39");
+    stage.click("Command27");
+    QCOMPARE(stage.find<QLineEdit>("txtShiireID")->text(), u"12"_s);
+    QCOMPARE(stage.find<QLineEdit>("Text3")->text(), u"山形果樹"_s);
+    QCOMPARE(stage.find<QLineEdit>("Text5")->text(), u"仙台店"_s);
+    QCOMPARE(stage.find<QLineEdit>("txtNouhinID")->text(), u"34"_s);
+
+    ui::file_dialogs::expectFile(stage.shop.path(u"copy.cdb"_s));
+    stage.find<QAction>("mnuSave")->trigger();
+    QCOMPARE(stage.find<QLineEdit>("txtNouhinID")->text(), QString());
+    QCOMPARE(stage.find<QLineEdit>("txtShiireID")->text(), QString());
+    // The people of the copy are the same.
+    QCOMPARE(stage.shop.workspace.panel.employeeId, 7);
+    QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), u"山田"_s);
+}
+
 void TestMainWindow::companionsThatAreMissing()
 {
     Stage nothing({}, {Action::ReceivableLedger});
@@ -566,10 +627,11 @@ void TestMainWindow::companionsThatAreMissing()
     Stage own;
     own.click("Command5");
     own.click("Label20");
+    QTest::keyClick(own.find<QMenu>("mnuLedgers"), Qt::Key_I);
     own.find<QAction>("mnuZip")->trigger();
     own.click("Label21");
-    QCOMPARE(own.opened, (QList<Action>{Action::ReceivableLedger, Action::ReceivableLedger,
-                                        Action::PostalCodes, Action::PostalCodes}));
+    QCOMPARE(own.opened, (QList<Action>{Action::ReceivableLedger, Action::PayableLedger, Action::PostalCodes,
+                                        Action::PostalCodes}));
     QVERIFY(!QFile::exists(own.shop.path(u"SendData.txt"_s)));
 
     Stage installed([](FreshShop &shop) {
@@ -578,6 +640,8 @@ void TestMainWindow::companionsThatAreMissing()
             qFatal("no program");
         program.setPermissions(program.permissions() | QFile::ExeOwner);
     });
+    installed.click("Label20");
+    QVERIFY(QFile::remove(installed.shop.path(u"SendData.txt"_s)));
     installed.find<QAction>("mnuOutMoto")->trigger();
     QVERIFY(QFile::exists(installed.shop.path(u"SendData.txt"_s)));
     QVERIFY(installed.opened.isEmpty());

@@ -1,4 +1,5 @@
 #include "printing/frmPreview.h"
+#include "registers/last_counterparts.h"
 #include "slips/entry/sales_desk.h"
 #include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
@@ -81,6 +82,7 @@ void TestFrmOut::aBackDatedSlipsDateIsSeen()
     auto *date = &desk.the<QDateEdit>("DTPicker1");
     const QColor usual = date->palette().color(QPalette::Base);
     desk.choose(0);
+    QCOMPARE(registers::lastCounterparts(desk.shop.workspace).customer, 5);
     date->setFocus();
     QTest::keyClick(date, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClicks(date, u"2026/3/28"_s);
@@ -92,7 +94,7 @@ void TestFrmOut::aBackDatedSlipsDateIsSeen()
     QVERIFY(date->palette().color(QPalette::Base) != usual);
     QCOMPARE(desk.the<QLabel>("lblMessage").text(),
              u"伝票 O1 を保存しました。　合計 1,000 円　消費税 50 円"
-             "　日付は 2026/3/28 のままです（今日ではありません）。"_s);
+             "　日付は 2026/03/28 のままです（今日ではありません）。"_s);
     date->setDate(QDate(2026, 4, 1));
     QCOMPARE(date->palette().color(QPalette::Base), usual);
 }
