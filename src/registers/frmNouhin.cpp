@@ -1,5 +1,6 @@
 #include "registers/frmNouhin.h"
 
+#include "masters/MasterGridEditor.h"
 #include "registers/customer.h"
 #include "registers/lists/customer_export.h"
 #include "ui/messages.h"
@@ -125,10 +126,13 @@ bool frmNouhin::categoriesReady(const QString &sentence)
 {
     if (!tell(m_ui->panel->loadCategories()))
         return false;
-    const bool any = !m_ui->panel->categories().empty();
-    if (!any)
+    if (m_ui->panel->categories().empty()) {
         ui::prompts::inform(this, sentence);
-    return any;
+        masters::frmKubun(workspace(), this).exec(); // and back, with what was registered
+        if (!tell(m_ui->panel->loadCategories()))
+            return false;
+    }
+    return !m_ui->panel->categories().empty();
 }
 
 void frmNouhin::search()

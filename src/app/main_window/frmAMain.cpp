@@ -92,6 +92,7 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
                                     .nextTextSize = m_ui->Command37,
                                     .spacing = m_ui->Text4,
                                     .nextSpacing = m_ui->Command15});
+    buildFirstSteps();
     ui::ignoreWheelInPassing(this);
     connect(m_commands, &CommandPanel::triggered, this, &frmAMain::run);
     connect(&m_session, &DatabaseSession::changed, this, &frmAMain::databaseChanged);
@@ -234,6 +235,7 @@ void frmAMain::open(Action action)
         chooseOnlyEmployee();
     reloadCompany();
     showCounterparts();
+    showFirstSteps();
 }
 
 void frmAMain::start(Companion companion)
@@ -269,6 +271,7 @@ void frmAMain::databaseChanged()
     offerFormerEmployee();
     if (m_ui->dbcShain->placeholderText().isEmpty())
         chooseOnlyEmployee();
+    lookForFirstSteps();
 }
 
 // The people of the copy are those of the file, and whoever was chosen works on.
@@ -295,6 +298,7 @@ void frmAMain::tablesEmptied()
 {
     reloadEmployees(m_workspace.panel.employeeId);
     reloadCompany();
+    lookForFirstSteps();
 }
 
 void frmAMain::databaseClosed()

@@ -24,7 +24,9 @@ class frmAMain;
 namespace app
 {
 
+enum class FirstStep;
 class CommandPanel;
+class FirstSteps;
 class PanelControls;
 
 /// The main window: the menu of the system and, through its settings panel, the values that all screens
@@ -99,6 +101,10 @@ private:
     void buildRecentMenu();
     void showRecentFiles();
     void buildBackupNotice();
+    void buildFirstSteps();
+    void lookForFirstSteps();
+    void showFirstSteps();
+    void takeStep(FirstStep step);
     void colour(int colours);
     void loadFixedLists();
     void loadPlace();
@@ -138,6 +144,8 @@ private:
     QString m_slipFont;
     QColor m_calendarColour;
     QLabel *m_platform = nullptr;
+    FirstSteps *m_steps = nullptr;
+    bool m_isNewShop = false; // the open file had no delivery note when it was opened
     bool m_loaded = false;
     QString m_formerEmployee; // chosen before the file was closed
     bool m_inFocusStep = false;

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <array>
+
 // What the main window asks the database beside the masters' lists.
 namespace db
 {
@@ -21,5 +23,14 @@ struct SupplierNames
 
 /// Empty names when there is no such supplier.
 base::Result<SupplierNames> supplierNames(db::Connection &connection, qint64 id);
+
+/// What a new shop registers before its first delivery note, in this order.
+enum class FirstStep { Company, Employees, TaxRate, Categories, Customers, DeliveryNote };
+inline constexpr std::size_t firstStepCount = 6;
+using StepsDone = std::array<bool, firstStepCount>;
+
+/// Which steps are done in the open file. \a taxRateSet: whether that of the tax rate is, which no file
+/// holds.
+base::Result<StepsDone> firstStepsDone(db::Connection &connection, bool taxRateSet);
 
 } // namespace app

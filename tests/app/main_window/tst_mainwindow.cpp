@@ -66,6 +66,9 @@ private slots:
     void noticeNeedsItsCarrier();
     void calendarAndPicture();
 
+    void firstStepsLeadToTheFirstSlip();
+    void firstStepsKeepAway_data();
+    void firstStepsKeepAway();
     void statusBarKeepsTheFile();
     void handOver();
     void counterpartsAreHandedOver();
@@ -558,6 +561,65 @@ void TestMainWindow::calendarAndPicture()
     stage.find<QAction>("mnuPSave")->trigger();
     QVERIFY(stage.window->close());
     QCOMPARE(stage.shop.settings.text(workspace::keys::pictureFile), QString());
+}
+
+void TestMainWindow::firstStepsLeadToTheFirstSlip()
+{
+    Stage stage;
+    auto *steps = stage.find<QFrame>("fraFirstSteps");
+    auto *picture = stage.find<QWidget>("Picture1");
+    QVERIFY(steps->isVisible() && !picture->isVisible());
+    const QMap<Action, QString> entered{
+        {Action::OwnCompany, u"自社情報 (会社ID, 会社名1) VALUES (1, 'ほのぼの商店')"_s},
+        {Action::Employees, u"社員 (社員ID, 社員名) VALUES (4, '佐藤')"_s},
+        {Action::CustomerCategories, u"登録区分 (区分ID, 区分名) VALUES (1, '一般')"_s},
+        {Action::Customers, u"納品先 (納品先ID, 納品先名1) VALUES (1, '東海林太郎')"_s},
+        {Action::Sales, u"入出庫マスター (ID, 伝票番号) VALUES (1, 'O1')"_s}};
+    stage.whenOpened = [&](Action action) { stage.shop.run(u"INSERT INTO "_s + entered.value(action)); };
+    for (int i = 1; i <= 6; ++i) {
+        const QByteArray name = "cmdStep" + QByteArray::number(i);
+        auto *button = stage.find<QPushButton>(name.constData());
+        QVERIFY2(button->text().startsWith(QString::number(i)), qPrintable(button->text()));
+        stage.click(name.constData());
+        if (i == 3) {
+            QCOMPARE(stage.window->focusWidget(), stage.find<QLineEdit>("txtTaxRate"));
+            QTest::keyClicks(stage.window->focusWidget(), u"10"_s);
+            QTest::keyClick(stage.window->focusWidget(), Qt::Key_Return);
+        }
+        QVERIFY2(button->text().startsWith(u'✓'), qPrintable(button->text()));
+        if (i < 6 && i != 3)
+            QCOMPARE(stage.window->focusWidget()->objectName(), u"cmdStep%1"_s.arg(i + 1));
+        QCOMPARE(steps->isVisible(), i < 6);
+    }
+    QVERIFY(picture->isVisible());
+    QCOMPARE(stage.opened, (QList<Action>{Action::OwnCompany, Action::Employees, Action::CustomerCategories,
+                                          Action::Customers, Action::Sales}));
+}
+
+void TestMainWindow::firstStepsKeepAway_data()
+{
+    QTest::addColumn<QString>("row");
+    QTest::newRow("from a shop at work") << u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (1, 'O1')"_s;
+    QTest::newRow("once closed") << QString();
+}
+
+void TestMainWindow::firstStepsKeepAway()
+{
+    QFETCH(QString, row);
+    Stage stage([&row](FreshShop &shop) {
+        employOne(shop);
+        if (!row.isEmpty())
+            shop.run(row);
+    });
+    auto *steps = stage.find<QFrame>("fraFirstSteps");
+    QCOMPARE(steps->isVisible(), row.isEmpty());
+    if (row.isEmpty())
+        stage.click("cmdCloseSteps");
+    QVERIFY(!steps->isVisible() && stage.find<QWidget>("Picture1")->isVisible());
+    // Neither does another file bring them back.
+    ui::file_dialogs::expectFile(stage.shop.path(u"copy.cdb"_s));
+    stage.find<QAction>("mnuSave")->trigger();
+    QVERIFY(!steps->isVisible());
 }
 
 // The file name stands in the status bar, whatever the pointer passes over.
