@@ -135,6 +135,10 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
             return;
         const base::Status moved = m_recordset->moveTo(now.row());
         followRecordset(m_recordset->currentRow());
+        // A click goes on to mark the row that it hit, whichever is current by then.
+        if (m_recordset->currentRow() != now.row())
+            QMetaObject::invokeMethod(
+                this, [this] { followRecordset(m_recordset->currentRow()); }, Qt::QueuedConnection);
         if (!moved && m_refused && !moved.error().text.isEmpty())
             m_refused(moved.error().text);
     });

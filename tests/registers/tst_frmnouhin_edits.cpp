@@ -75,6 +75,20 @@ private slots:
         QCOMPARE(r.stored(u"区分ID"_s, 3), u"1"_s);
     }
 
+    // What is marked in the list is what the boxes show and 削除 deletes.
+    void aRefusedClickMarksTheRowThatIsShown()
+    {
+        Register r;
+        r.clear("txtName");
+        ui::prompts::expectInform({});
+        clickRow(r, 2);
+        QTest::qWait(60);
+        QCOMPARE(r.grid().currentIndex().row(), 0);
+        const QModelIndexList marked = r.grid().selectionModel()->selectedRows();
+        QCOMPARE(marked.size(), 1);
+        QCOMPARE(marked.front().row(), 0);
+    }
+
     void leavingARowSavesIt()
     {
         Register r;
