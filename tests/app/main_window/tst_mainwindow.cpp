@@ -1,38 +1,25 @@
 #include "app/main_window/command_panel.h"
 #include "app/main_window/companions.h"
-#include "app/main_window/frmAMain.h"
+#include "app/main_window/main_window_stage.h"
 #include "registers/last_counterparts.h"
-#include "support/fresh_shop.h"
-#include "support/screen_driver.h"
 #include "support/scripted_test.h"
 #include "text/cp932.h"
 #include "ui/file_dialogs.h"
-#include "ui/prompts.h"
 
 #include <QAction>
-#include <QCalendarWidget>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
-#include <QImage>
-#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
-#include <QTabWidget>
 #include <QTest>
-
-using namespace Qt::StringLiterals;
-using namespace app;
 
 namespace
 {
 
-const QString nobodyChosen = u"担当者が選択されていません。"_s;
-const QString noCompany = u"自社情報が登録されていません。「環境設定」「自社情報登録」を済ませてください。"_s;
-const QString noSlips = u"現在、該当する伝票はありません。"_s;
+using Stage = MainWindowStage;
 
 } // namespace
 
@@ -45,27 +32,7 @@ private slots:
     void commandsWithoutAScreenAreDisabled();
     void submenusHoldTheirItems_data();
     void submenusHoldTheirItems();
-
-    void nobodyEmployedOpensTheEditor();
-    void oneOfSeveralIsChosenByTheClerk();
-    void theOnlyEmployeeIsInCharge();
-    void nobodyChosenPutsTheCursorThere();
-    void slipsToLookAtAreToldAtTheStart();
-    void missingCompanyIsAskedForAndGoesOn();
-    void slipGuard_data();
-    void slipGuard();
-    void employeesFollowTheTable();
-
     void enterPressesAndMovesOn();
-    void settingsRoundTrip();
-    void aWheelTurnedInPassingChoosesNothing();
-    void nonsenseInSettings();
-    void taxRate_data();
-    void taxRate();
-    void sizesAlternate();
-    void noticeNeedsItsCarrier();
-    void calendarAndPicture();
-
     void firstStepsLeadToTheFirstSlip();
     void firstStepsKeepAway_data();
     void firstStepsKeepAway();
@@ -73,59 +40,6 @@ private slots:
     void handOver();
     void counterpartsAreHandedOver();
     void companionsThatAreMissing();
-
-private:
-    // A window on a shop, with openers that only write down what was opened.
-    struct Stage
-    {
-        Stage(const std::function<void(FreshShop &)> &prepare = {}, QSet<Action> missing = {})
-        {
-            if (prepare)
-                prepare(shop);
-            shop.connection.close();
-            Openers openers;
-            for (const Command &command : commands()) {
-                if (command.action != Action::None && !missing.contains(command.action))
-                    openers[command.action] = [this, action = command.action](QWidget *,
-                                                                              workspace::Workspace &) {
-                        opened << action;
-                        if (whenOpened)
-                            whenOpened(action);
-                    };
-            }
-            window = std::make_unique<frmAMain>(shop.workspace, openers);
-            window->load(u'"' + shop.path(u"shop.cdb"_s) + u'"');
-            window->show();
-        }
-
-        void click(const char *name)
-        {
-            auto *button = find<QAbstractButton>(name);
-            if (!button->isEnabled())
-                qFatal("%s is disabled", name);
-            button->click();
-        }
-
-        template <class Widget>
-        Widget *find(const char *name)
-        {
-            auto *found = window->findChild<Widget *>(QLatin1StringView(name));
-            if (!found)
-                qFatal("no %s", name);
-            return found;
-        }
-
-        FreshShop shop;
-        QList<Action> opened;
-        std::function<void(Action)> whenOpened;
-        std::unique_ptr<frmAMain> window;
-    };
-
-    static void employOne(FreshShop &shop)
-    {
-        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (7, '山田')"_s);
-        shop.settings.write(workspace::keys::employee, 7);
-    }
 };
 
 void TestMainWindow::everyCommandHasItsPlace()
@@ -205,174 +119,6 @@ void TestMainWindow::submenusHoldTheirItems()
     QTEST(names.join(u' '), "items");
 }
 
-void TestMainWindow::nobodyEmployedOpensTheEditor()
-{
-    Stage stage;
-    // Left without an entry: nobody yet.
-    ui::prompts::expectInform(nobodyChosen);
-    stage.click("Command45");
-    QCOMPARE(stage.opened, QList<Action>{Action::Employees});
-    QCOMPARE(stage.find<QTabWidget>("SSTab1")->currentIndex(), static_cast<int>(Page::Settings));
-    QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
-
-    // The only one is in charge, and what was asked for comes.
-    stage.opened.clear();
-    stage.whenOpened = [&stage](Action action) {
-        if (action == Action::Employees)
-            stage.shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤')"_s);
-    };
-    ui::prompts::expectInform(nobodyChosen);
-    stage.click("Command27");
-    QCOMPARE(stage.opened, (QList<Action>{Action::Employees, Action::Bill}));
-    QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), u"佐藤"_s);
-    QCOMPARE(stage.shop.workspace.panel.employeeId, 1);
-}
-
-void TestMainWindow::oneOfSeveralIsChosenByTheClerk()
-{
-    Stage stage;
-    stage.whenOpened = [&stage](Action) {
-        stage.shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤'), (2, '木村')"_s);
-    };
-    ui::prompts::expectInform(nobodyChosen);
-    stage.click("Command27");
-    QCOMPARE(stage.opened, QList<Action>{Action::Employees});
-    QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), QString());
-    QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
-}
-
-void TestMainWindow::theOnlyEmployeeIsInCharge()
-{
-    Stage stage([](FreshShop &shop) { shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (3, '佐藤')"_s); });
-    QCOMPARE(stage.find<QLineEdit>("txtShainID")->text(), u"3"_s);
-    QCOMPARE(stage.shop.workspace.panel.employeeName, u"佐藤"_s);
-}
-
-void TestMainWindow::nobodyChosenPutsTheCursorThere()
-{
-    Stage stage([](FreshShop &shop) {
-        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤'), (2, '木村')"_s);
-    });
-    ui::prompts::expectInform(nobodyChosen);
-    stage.click("Command27");
-    QVERIFY(stage.opened.isEmpty());
-    QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
-    for (const char *item : {"mnuUrikakeKurikoshi", "mnuKaikakeKurikoshi", "mnuPreTana"}) {
-        ui::prompts::expectInform(nobodyChosen);
-        stage.find<QAction>(item)->trigger();
-        QVERIFY(stage.opened.isEmpty());
-    }
-}
-
-// Of a program that was killed, and of a tax line that is gone; nothing is said of slips from before the
-// marks.
-void TestMainWindow::slipsToLookAtAreToldAtTheStart()
-{
-    ui::prompts::expectInform(
-        u"閉じられていない伝票があります。\nO12、I9\nほかのパソコンで入力中でなければ、伝票の訂正画面の"
-        "「伝票完了」で消費税を計上して閉じてください。\n\n"
-        "外税の相手先への伝票に、消費税の行のないものがあります。\nO13\n伝票の訂正画面の「伝票完了」で"
-        "消費税を計上するか、税込の伝票なら「内税」に直してください。"_s);
-    const Stage stage([](FreshShop &shop) {
-        shop.run(u"INSERT INTO 納品先 (納品先ID, 消費税区分) VALUES (1, 0)"_s);
-        shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号, 完了) VALUES (8, 'O8', NULL), (9, 'I9', 0), "
-                 "(10, 'O10', 1), (12, 'O12', 0)"_s);
-        shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率, 内税, 完了) VALUES "
-                 "(13, '2026-02-01', 'O13', 1, 10, 0, 1), (14, '2026-01-31', 'O14', 1, 10, 0, 1)"_s);
-        shop.run(
-            u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (13, 'りんご', 10), (14, 'りんご', 10)"_s);
-    });
-    QTest::qWait(20);
-}
-
-void TestMainWindow::missingCompanyIsAskedForAndGoesOn()
-{
-    Stage stage(employOne);
-    stage.whenOpened = [&stage](Action action) {
-        if (action == Action::OwnCompany)
-            stage.shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1) VALUES (1, 'ほのぼの商店')"_s);
-    };
-    ui::prompts::expectInform(noCompany);
-    stage.find<QAction>("mnuDenOut")->trigger();
-    QCOMPARE(stage.opened, (QList<Action>{Action::OwnCompany, Action::Sales}));
-    QCOMPARE(stage.shop.workspace.panel.companyName1, u"ほのぼの商店"_s);
-    QCOMPARE(stage.find<QLineEdit>("txtName1")->text(), u"ほのぼの商店"_s);
-
-    // The employee comes first.
-    stage.opened.clear();
-    stage.shop.run(u"DELETE FROM 自社情報"_s);
-    stage.find<QComboBox>("dbcShain")->setCurrentIndex(-1);
-    ui::prompts::expectInform(nobodyChosen);
-    stage.find<QAction>("mnuDenOut")->trigger();
-    QVERIFY(stage.opened.isEmpty());
-}
-
-void TestMainWindow::slipGuard_data()
-{
-    QTest::addColumn<QString>("menu");
-    QTest::addColumn<QString>("letter");
-    QTest::newRow("sales") << u"mnuDenOutAmd"_s << u"O"_s;
-    QTest::newRow("receipts") << u"mnuReceiptAmd"_s << u"R"_s;
-    QTest::newRow("purchases") << u"mnuDenInAmd"_s << u"I"_s;
-    QTest::newRow("payments") << u"mnuPaymentAmd"_s << u"P"_s;
-    QTest::newRow("estimates") << u"mnuMitsumoriAmd"_s << u"M"_s;
-    QTest::newRow("receivables") << u"mnuUrikakeAMD"_s << u"B"_s;
-    QTest::newRow("payables") << u"mnuKaikakeAMD"_s << u"A"_s;
-    QTest::newRow("stocktake") << u"mnuTanaAmd"_s << u"T"_s;
-}
-
-void TestMainWindow::slipGuard()
-{
-    QFETCH(QString, menu);
-    QFETCH(QString, letter);
-    Stage stage;
-    // Slips of every other kind are no slips of this one.
-    int id = 0;
-    for (const QString &other : u"O I M R P A B T"_s.split(u' ')) {
-        if (other != letter)
-            stage.shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (?, ?)"_s,
-                           {++id, other + u"1"_s});
-    }
-    QAction *item = stage.find<QAction>(menu.toLatin1().constData());
-    ui::prompts::expectInform(noSlips);
-    item->trigger();
-    QVERIFY(stage.opened.isEmpty());
-    // The cursor goes where such slips are entered.
-    const QMap<QString, QString> entries{{u"O"_s, u"Command45"_s},
-                                         {u"R"_s, u"Command1"_s},
-                                         {u"I"_s, u"Command39"_s},
-                                         {u"P"_s, u"Command41"_s},
-                                         {u"M"_s, u"Command48"_s}};
-    if (entries.contains(letter))
-        QCOMPARE(stage.window->focusWidget()->objectName(), entries.value(letter));
-
-    stage.shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (?, ?)"_s, {++id, letter + u"2"_s});
-    item->trigger();
-    QCOMPARE(stage.opened.size(), 1);
-}
-
-void TestMainWindow::employeesFollowTheTable()
-{
-    Stage stage(employOne);
-    auto *box = stage.find<QComboBox>("dbcShain");
-    QCOMPARE(box->currentText(), u"山田"_s);
-    QCOMPARE(stage.find<QLineEdit>("txtShainID")->text(), u"7"_s);
-    QCOMPARE(stage.shop.workspace.panel.employeeId, 7);
-
-    stage.shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (3, '佐藤')"_s);
-    stage.shop.run(u"UPDATE 社員 SET 社員名 = '山田　花子' WHERE 社員ID = 7"_s);
-    stage.window->focusStep();
-    QCOMPARE(box->count(), 2);
-    QCOMPARE(box->currentText(), u"山田　花子"_s);
-    QCOMPARE(stage.shop.workspace.panel.employeeName, u"山田　花子"_s);
-
-    stage.shop.run(u"DELETE FROM 社員 WHERE 社員ID = 7"_s);
-    stage.window->focusStep();
-    QCOMPARE(box->currentText(), QString());
-    QCOMPARE(stage.shop.workspace.panel.employeeId, 0);
-    QCOMPARE(stage.find<QLineEdit>("txtShainID")->text(), QString());
-}
-
 void TestMainWindow::enterPressesAndMovesOn()
 {
     Stage stage(employOne);
@@ -385,182 +131,6 @@ void TestMainWindow::enterPressesAndMovesOn()
     infix->setFocus();
     QTest::keyClick(infix, Qt::Key_Enter, Qt::KeypadModifier);
     QCOMPARE(stage.window->focusWidget(), stage.find<QLineEdit>("txtTaxRate"));
-}
-
-void TestMainWindow::aWheelTurnedInPassingChoosesNothing()
-{
-    Stage stage([](FreshShop &shop) {
-        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (7, '山田'), (8, '木村')"_s);
-        shop.settings.write(workspace::keys::employee, 7);
-    });
-    stage.find<QLineEdit>("txtDenNo")->setFocus();
-    int turned = 0;
-    const auto lists = stage.window->findChildren<QComboBox *>();
-    for (QComboBox *list : lists) {
-        const int before = list->currentIndex();
-        turnWheelOver(*list);
-        QVERIFY2(list->currentIndex() == before, qPrintable(list->objectName()));
-        turned += list->count() > 1 ? 1 : 0;
-    }
-    QVERIFY(turned >= 4);
-    QCOMPARE(stage.shop.settings.text(workspace::keys::employee), u"7"_s);
-}
-
-void TestMainWindow::settingsRoundTrip()
-{
-    Stage stage(employOne);
-    for (int i = 1; i <= 8; ++i) {
-        auto *check = stage.find<QCheckBox>(u"Check%1"_s.arg(i).toLatin1().constData());
-        QCOMPARE(check->isChecked(), i <= 2);
-        check->setChecked(i > 2);
-    }
-    stage.find<QComboBox>("Combo2")->setCurrentText(u"A4 無地"_s);
-    stage.find<QComboBox>("Combo7")->setCurrentText(u"A4 無地"_s);
-    stage.find<QComboBox>("Combo6")->setCurrentText(u"宅急便"_s);
-    stage.find<QLineEdit>("txtDenNo")->setText(u"R8-"_s);
-    stage.click("Command37");
-    stage.click("Command15");
-    const workspace::Panel &panel = stage.shop.workspace.panel;
-    QCOMPARE(panel.automaticNumbers, false);
-    QCOMPARE(panel.omitCompanyName, true);
-    QCOMPARE(panel.deliveryPaper, u"A4 無地"_s);
-    QCOMPARE(panel.numberInfix, u"R8-"_s);
-    QVERIFY(stage.window->close());
-
-    frmAMain again(stage.shop.workspace, {});
-    again.load(u'"' + stage.shop.path(u"shop.cdb"_s) + u'"');
-    for (int i = 1; i <= 8; ++i)
-        QCOMPARE(again.findChild<QCheckBox *>(u"Check%1"_s.arg(i))->isChecked(), i > 2);
-    QCOMPARE(again.findChild<QComboBox *>(u"Combo7"_s)->currentText(), u"A4 無地"_s);
-    QCOMPARE(again.findChild<QComboBox *>(u"Combo6"_s)->currentText(), u"宅急便"_s);
-    QCOMPARE(again.findChild<QLineEdit *>(u"txtDenNo"_s)->text(), u"R8-"_s);
-    QCOMPARE(again.findChild<QLineEdit *>(u"Text6"_s)->text(), u"11"_s);
-    QCOMPARE(again.findChild<QLineEdit *>(u"Text4"_s)->text(), u"グリッドの間隔　中"_s);
-    QCOMPARE(stage.shop.settings.text(workspace::keys::employee), u"7"_s);
-}
-
-void TestMainWindow::nonsenseInSettings()
-{
-    Stage stage([](FreshShop &shop) {
-        for (const workspace::SettingKey &key :
-             {workspace::keys::mainLeft, workspace::keys::mainTop, workspace::keys::fontSize,
-              workspace::keys::taxRate, workspace::keys::gridSize, workspace::keys::monthView,
-              workspace::keys::monthViewColor, workspace::keys::deliveryPaper, workspace::keys::carrier,
-              workspace::keys::employee, workspace::keys::check[0]})
-            shop.settings.write(key, u"1e400 'x\";--"_s);
-        shop.settings.writeLayout(u"frmAMain/size"_s, u"-1 999999999999 max"_s);
-        shop.settings.write(workspace::keys::pictureFile, u"/nowhere/picture.png"_s);
-    });
-    const workspace::Panel &panel = stage.shop.workspace.panel;
-    QCOMPARE(panel.taxRate, 0.0);
-    QCOMPARE(panel.textSize, 10);
-    QCOMPARE(panel.gridSpacing, workspace::GridSpacing::Small);
-    QCOMPARE(panel.deliveryPaper, u"HISAGO 1149"_s);
-    QCOMPARE(panel.carrier, u"佐川急便"_s);
-    QCOMPARE(panel.automaticNumbers, false);
-    QVERIFY(stage.find<QCalendarWidget>("MonthView1")->isHidden());
-}
-
-void TestMainWindow::taxRate_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<double>("rate");
-    QTest::addColumn<bool>("accepted");
-    QTest::newRow("ten") << u"10"_s << 10.0 << true;
-    QTest::newRow("full width") << u"１０．５"_s << 10.5 << true;
-    QTest::newRow("nothing") << u" "_s << 5.0 << false;
-    QTest::newRow("word") << u"abc"_s << 5.0 << false;
-    QTest::newRow("begins well") << u"8x"_s << 5.0 << false;
-    QTest::newRow("infinite") << u"1e400"_s << 5.0 << false;
-    QTest::newRow("dash") << u"-"_s << 5.0 << false;
-    QTest::newRow("negative") << u"-3"_s << 5.0 << false;
-    QTest::newRow("beyond") << u"101"_s << 5.0 << false;
-}
-
-void TestMainWindow::taxRate()
-{
-    QFETCH(QString, typed);
-    QFETCH(bool, accepted);
-    Stage stage;
-    auto *box = stage.find<QLineEdit>("txtTaxRate");
-    box->setFocus();
-    box->selectAll();
-    // As an input method hands it over: key events know no full-width characters.
-    QInputMethodEvent input;
-    input.setCommitString(typed);
-    QCoreApplication::sendEvent(box, &input);
-    if (!accepted)
-        ui::prompts::expectInform({});
-    QTest::keyClick(box, Qt::Key_Return);
-    QTEST(stage.shop.workspace.panel.taxRate, "rate");
-    QCOMPARE(box->text().toDouble(), stage.shop.workspace.panel.taxRate);
-    // Kept at once: a power cut must not bring the old rate back.
-    QCOMPARE(stage.shop.settings.number(workspace::keys::taxRate), stage.shop.workspace.panel.taxRate);
-}
-
-void TestMainWindow::sizesAlternate()
-{
-    Stage stage;
-    auto *size = stage.find<QLineEdit>("Text6");
-    auto *spacing = stage.find<QLineEdit>("Text4");
-    QStringList sizes{size->text()};
-    QStringList spacings{spacing->text()};
-    for (int i = 0; i < 3; ++i) {
-        stage.click("Command37");
-        stage.click("Command15");
-        sizes << size->text();
-        spacings << spacing->text().right(1);
-    }
-    QCOMPARE(sizes.join(u' '), u"10 11 10 11"_s);
-    QCOMPARE(spacings.join(u' '), u"グリッドの間隔　小 中 大 小"_s);
-    QCOMPARE(stage.shop.workspace.panel.textSize, 11);
-    QCOMPARE(stage.shop.workspace.panel.gridSpacing, workspace::GridSpacing::Small);
-}
-
-void TestMainWindow::noticeNeedsItsCarrier()
-{
-    Stage stage;
-    QVERIFY(!stage.find<QCheckBox>("Check7")->isEnabled());
-    stage.find<QComboBox>("Combo6")->setCurrentText(u"ゆうパック"_s);
-    QVERIFY(stage.find<QCheckBox>("Check7")->isEnabled());
-}
-
-void TestMainWindow::calendarAndPicture()
-{
-    Stage stage;
-    auto *calendar = stage.find<QCalendarWidget>("MonthView1");
-    QVERIFY(calendar->isHidden());
-    stage.click("Picture1");
-    QVERIFY(!calendar->isHidden());
-    QVERIFY(stage.find<QAction>("mnuMonthv")->isChecked());
-    ui::file_dialogs::expectColor(QColor(1, 2, 3));
-    stage.find<QAction>("mnuMonthvColor")->trigger();
-    QCoreApplication::processEvents();
-    QVERIFY2(calendar->findChild<QWidget *>(u"qt_calendar_yearbutton"_s)->x() <
-                 calendar->findChild<QWidget *>(u"qt_calendar_monthbutton"_s)->x(),
-             "the year stands before the month");
-
-    const QString picture = stage.shop.path(u"picture.png"_s);
-    QImage image(20, 10, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QVERIFY(image.save(picture));
-    ui::file_dialogs::expectFile(picture);
-    stage.find<QAction>("mnuPicLoad")->trigger();
-    // No picture: told, and the one before stays.
-    ui::file_dialogs::expectFile(stage.shop.path(u"shop.cdb"_s));
-    ui::prompts::expectInform({});
-    stage.find<QAction>("mnuPicLoad")->trigger();
-
-    QVERIFY(stage.window->close());
-    QCOMPARE(stage.shop.settings.integer(workspace::keys::monthView), 1);
-    QCOMPARE(stage.shop.settings.integer(workspace::keys::monthViewColor), 1 + 2 * 256 + 3 * 65536);
-    QCOMPARE(stage.shop.settings.text(workspace::keys::pictureFile), picture);
-
-    ui::prompts::expectInform(u"設定を有効にするには、ｱﾌﾟﾘｹｰｼｮﾝを終了してください。"_s);
-    stage.window->show();
-    stage.find<QAction>("mnuPSave")->trigger();
-    QVERIFY(stage.window->close());
-    QCOMPARE(stage.shop.settings.text(workspace::keys::pictureFile), QString());
 }
 
 void TestMainWindow::firstStepsLeadToTheFirstSlip()

@@ -1,9 +1,8 @@
 #include "base/replacement.h"
 #include "db/care/backup.h"
 #include "db/care/file_repair.h"
-#include "db/care/salvage.h"
+#include "db/care/salvage_shop.h"
 #include "db/migrations.h"
-#include "support/fresh_shop.h"
 #include "support/version_1.h"
 
 #include <QFile>
@@ -23,13 +22,6 @@ QByteArray contentOf(const QString &fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString &fileName, const QByteArray &content)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(fileName));
 }
 
 constexpr int firstRates = 7; // rows of 税率 in a new file
@@ -70,8 +62,9 @@ private:
     // How many rows of the result are not rows of the sound file.
     int inventedRows();
 
-    FreshShop m_shop;
-    FreshShop m_result;
+    SalvageShop m_both;
+    FreshShop &m_shop = m_both.shop;
+    FreshShop &m_result = m_both.result;
     QByteArray m_sound;
     QHash<QString, QSet<QString>> m_rows; // of the sound file
 };
@@ -102,31 +95,20 @@ void TestSalvage::initTestCase()
         const QStringList rows = m_shop.rows(rowsOf(table));
         m_rows[table] = QSet<QString>(rows.begin(), rows.end());
     }
-    m_shop.connection.close();
-    m_result.connection.close();
-    m_sound = contentOf(m_shop.path(u"shop.cdb"_s));
+    m_sound = m_both.close();
 }
 
 db::Salvage TestSalvage::rebuilt(const QByteArray &bytes)
 {
-    const QString damaged = m_shop.path(u"damaged.cdb"_s);
-    const QString target = m_result.path(u"rebuilt.cdb"_s);
-    m_result.connection.close();
-    QFile::remove(target);
-    write(damaged, bytes);
-    const auto done = db::rebuild(damaged, target, base::unwatched);
-    if (!done)
-        qFatal("%s", qPrintable(done.error().text));
-    if (!m_result.connection.open(target))
-        qFatal("the result cannot be opened");
-    for (const db::SalvagedTable &table : done->tables) {
+    const db::Salvage done = m_both.rebuilt(bytes);
+    for (const db::SalvagedTable &table : done.tables) {
         // Where no rate can be read, those that every file begins with stay.
         const bool hasFirstRows = table.table == u"税率"_s && table.carried == 0;
         if (!hasFirstRows &&
             m_result.value(u"SELECT count(*) FROM "_s + table.table).toLongLong() != table.carried)
             qFatal("wrong count of carried rows");
     }
-    return *done;
+    return done;
 }
 
 int TestSalvage::inventedRows()
@@ -262,7 +244,7 @@ void TestSalvage::deletedRowsStayDeleted()
     m_shop.run(u"DELETE FROM 入出庫サブ WHERE ID > 350"_s);
     m_shop.connection.close();
     QByteArray bytes = contentOf(m_shop.path(u"shop.cdb"_s));
-    write(m_shop.path(u"shop.cdb"_s), m_sound);
+    SalvageShop::write(m_shop.path(u"shop.cdb"_s), m_sound);
     for (qsizetype at = pageSize; at < bytes.size(); at += pageSize) {
         if (bytes.at(at) == 5)
             bytes.replace(at, pageSize, QByteArray(pageSize, 0));
@@ -323,7 +305,7 @@ void TestSalvage::foreignFileIsLeftAlone()
 {
     const QString file = m_shop.path(u"letter.cdb"_s);
     const QByteArray letter = QByteArray("Dear Sir, ").repeated(2000);
-    write(file, letter);
+    SalvageShop::write(file, letter);
     db::FileRepair repair(file);
     QVERIFY(repair.begin());
     QVERIFY(*repair.check(base::unwatched) > 0);

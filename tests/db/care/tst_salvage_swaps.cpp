@@ -1,10 +1,8 @@
 // Database files whose pages were written to each other's places, as a broken disk or a copy that went wrong
 // leaves them: no row gets into a table that is not its own, and what is lost is told.
-#include "db/care/salvage.h"
+#include "db/care/salvage_shop.h"
 #include "db/schema.h"
-#include "support/fresh_shop.h"
 
-#include <QFile>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -14,13 +12,6 @@ namespace
 {
 
 constexpr int pageSize = 4096;
-
-void write(const QString &fileName, const QByteArray &content)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("cannot write %s", qPrintable(fileName));
-}
 
 QByteArray pageOf(const QByteArray &bytes, int page)
 {
@@ -79,13 +70,13 @@ private slots:
     void doubtfulRowsAreListed();
 
 private:
-    db::Salvage rebuilt(const QByteArray &bytes);
     [[nodiscard]] QList<int> treePages() const;
     [[nodiscard]] int leafWith(const QByteArray &text) const;
     void trade(QByteArray &bytes, QList<int> &pages, QRandomGenerator &random, bool isCopy) const;
 
-    FreshShop m_shop;
-    FreshShop m_result;
+    SalvageShop m_both;
+    FreshShop &m_shop = m_both.shop;
+    FreshShop &m_result = m_both.result;
     QByteArray m_sound;
     QSet<int> m_alike; // pages of tables of one shape
     QHash<QString, QSet<QString>> m_rows;
@@ -102,26 +93,7 @@ void TestSalvageSwaps::initTestCase()
     QVERIFY(alike.size() > 6);
     for (const QString &page : alike)
         m_alike << page.toInt();
-    m_shop.connection.close();
-    m_result.connection.close();
-    QFile file(m_shop.path(u"shop.cdb"_s));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    m_sound = file.readAll();
-}
-
-db::Salvage TestSalvageSwaps::rebuilt(const QByteArray &bytes)
-{
-    const QString damaged = m_shop.path(u"damaged.cdb"_s);
-    const QString target = m_result.path(u"rebuilt.cdb"_s);
-    m_result.connection.close();
-    QFile::remove(target);
-    write(damaged, bytes);
-    const auto done = db::rebuild(damaged, target, base::unwatched);
-    if (!done)
-        qFatal("%s", qPrintable(done.error().text));
-    if (!m_result.connection.open(target))
-        qFatal("the result cannot be opened");
-    return *done;
+    m_sound = m_both.close();
 }
 
 // Those with rows, inner pages or indexes; never the first one.
@@ -182,7 +154,7 @@ void TestSalvageSwaps::swaps()
         QList<int> pages = treePages();
         for (int i = 0; i < pairs; ++i)
             trade(bytes, pages, random, isCopy);
-        const db::Salvage done = rebuilt(bytes);
+        const db::Salvage done = m_both.rebuilt(bytes);
         for (const db::Table &table : db::tables()) {
             const QSet<QString> now = rowsOf(m_result, table.name);
             const auto told = std::find_if(done.tables.begin(), done.tables.end(),
@@ -206,7 +178,7 @@ void TestSalvageSwaps::doubtfulRowsAreListed()
     const int customers = leafWith("顧客1");
     QByteArray bytes = m_sound;
     put(bytes, customers, pageOf(m_sound, lines));
-    const db::Salvage done = rebuilt(bytes);
+    const db::Salvage done = m_both.rebuilt(bytes);
     QVERIFY(done.strayRows > 20);
     QCOMPARE(qint64(done.doubtful.size()), done.strayRows);
     for (const db::DoubtfulRow &row : done.doubtful)
