@@ -64,7 +64,7 @@ void registerPostalOperations(const QDir &folder, std::vector<Row> &rows)
     const QDir place = folder.exists(index) ? folder : QDir(QCoreApplication::applicationDirPath());
     auto groups = registers::loadPostalIndex(place.filePath(index));
     const QStringList addresses = sampleAddresses(place.filePath(u"ZipCode1.txt"_s));
-    if (!groups || groups->empty() || addresses.isEmpty()) {
+    if (!groups || groups->groups().empty() || addresses.isEmpty()) {
         std::fputs("No postal-code files: the silent lookup is not measured.\n", stderr);
         return;
     }

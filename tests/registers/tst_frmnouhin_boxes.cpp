@@ -32,7 +32,7 @@ void fillMiyako(Register &r)
                               {u"906-0000  "_s + city, u"906-0012  "_s + city + u"平良西里"_s,
                                u"906-0013  "_s + city + u"平良下里"_s, u"324-0600  栃木県那須郡那珂川町"_s});
     r.shop.workspace.keep(
-        registers::PostalIndex{{city, u"宮古島市"_s, 1}, {u"栃木県那須郡那珂川町"_s, u"那珂川町"_s, 4}});
+        registers::PostalIndex({{city, u"宮古島市"_s, 1}, {u"栃木県那須郡那珂川町"_s, u"那珂川町"_s, 4}}));
     r.shop.run(u"UPDATE 納品先 SET 住所1 = '沖縄県宮古島市平良下里９'"_s);
 }
 
@@ -130,7 +130,7 @@ private slots:
             PostalFiles::writeAreas(
                 opened.shop.folder.path(),
                 {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
-            opened.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+            opened.shop.workspace.keep(registers::PostalIndex({{u"長野県長野市"_s, u"長野市"_s, 1}}));
         });
         r.type("txtAddress", u"長野県長野市南千歳1"_s);
         r.leave("txtAddress");

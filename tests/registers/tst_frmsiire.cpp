@@ -58,7 +58,7 @@ private slots:
             PostalFiles::writeAreas(
                 opened.shop.folder.path(),
                 {{u"長野県長野市"_s, u"長野市"_s, {{"3800823", u"長野県長野市南千歳"_s}}}});
-            opened.shop.workspace.keep(registers::PostalIndex{{u"長野県長野市"_s, u"長野市"_s, 1}});
+            opened.shop.workspace.keep(registers::PostalIndex({{u"長野県長野市"_s, u"長野市"_s, 1}}));
         });
         r.type("txtAddress1", u"長野県長野市南千歳1"_s);
         r.leave("txtAddress1");

@@ -173,7 +173,7 @@ int lookUp(const QStringList &options)
     const auto index = registers::loadPostalIndex(QDir(folder).filePath(u"ZIPID1.txt"_s));
     if (!index)
         return fail(index.error());
-    if (index->empty())
+    if (index->groups().empty())
         return fail(
             {u"フォルダ「%1」に郵便番号データがありません。 No postal-code files in %1."_s.arg(folder)});
     const registers::PostalData data{folder, std::make_shared<const registers::PostalIndex>(*index)};

@@ -254,7 +254,7 @@ void FirstDay::lookPostalCodesUp()
 {
     // The data files are made of dictionaries that a machine may lack.
     const auto index = m_workspace.kept<registers::PostalIndex>();
-    if (!index || index->empty())
+    if (!index || index->groups().empty())
         return;
     m_walker.visit(
         u"postal codes"_s, [this] { m_walker.on(m_window).the<QAction>(u"mnuZip"_s).trigger(); },

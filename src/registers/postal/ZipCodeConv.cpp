@@ -73,7 +73,7 @@ void ZipCodeConv::showEvent(QShowEvent *event)
 void ZipCodeConv::firstSearch()
 {
     const auto index = workspace().kept<PostalIndex>();
-    const bool empty = !index || index->empty() || index->front().name.isEmpty();
+    const bool empty = !index || index->groups().empty() || index->groups().front().name.isEmpty();
     if (empty)
         ui::prompts::inform(this, u"ZIPCODE.TXT が見つかりません。確認してください。"_s, u"Error Check"_s);
     if (m_serves || empty)

@@ -77,11 +77,12 @@ void PostalBoxes::forget()
 
 void PostalBoxes::lookUp()
 {
-    const QString code = postalCodeOf(dataOf(m_workspace), m_address->text());
+    const PostalData data = dataOf(m_workspace);
+    const QString code = postalCodeOf(data, m_address->text());
     if (code.isEmpty())
         searchInWindow();
     else
-        fillCode(code);
+        fillCode(data, code);
 }
 
 void PostalBoxes::searchInWindow()
@@ -93,26 +94,29 @@ void PostalBoxes::searchInWindow()
         m_zip->setText(window.code());
 }
 
-void PostalBoxes::fillCode(const QString &code)
+void PostalBoxes::fillCode(const PostalData &data, const QString &code)
 {
     m_zip->setText(code);
-    m_remark->setVisible(isOfWholeCity(dataOf(m_workspace), code));
+    m_remark->setVisible(isOfWholeCity(data, code));
 }
 
-QString PostalBoxes::codeOfAddress() const
+QString PostalBoxes::codeOfAddress(const PostalData &data) const
 {
     // The address that is too wide is mended first.
     if (ui::widthError(m_address->text(), ui::nameWidth))
         return {};
-    return postalCodeOf(dataOf(m_workspace), m_address->text());
+    return postalCodeOf(data, m_address->text());
 }
 
+// What was looked up here need not be looked up again when the box has been left.
 void PostalBoxes::fillEmptyCode()
 {
     if (!m_zip->text().isEmpty())
         return;
-    if (const QString code = codeOfAddress(); !code.isEmpty())
-        fillCode(code);
+    const PostalData data = dataOf(m_workspace);
+    if (const QString code = codeOfAddress(data); !code.isEmpty())
+        fillCode(data, code);
+    m_address->setModified(false);
 }
 
 // Passing through with the cursor is no edit.
@@ -120,17 +124,16 @@ void PostalBoxes::addressLeft()
 {
     if (!m_address->isModified())
         return;
-    fillEmptyCode();
+    const PostalData data = dataOf(m_workspace);
     const QString standing = m_zip->text();
-    const QString code = codeOfAddress();
-    if (!code.isEmpty() && mayReplace(standing, code))
-        fillCode(code);
+    const QString code = codeOfAddress(data);
+    if (!code.isEmpty() && (standing.isEmpty() || mayReplace(data, standing, code)))
+        fillCode(data, code);
     m_address->setModified(false);
 }
 
-bool PostalBoxes::mayReplace(const QString &standing, const QString &code) const
+bool PostalBoxes::mayReplace(const PostalData &data, const QString &standing, const QString &code) const
 {
-    const PostalData data = dataOf(m_workspace);
     const auto complete = completePostalCode(standing);
     if (complete &&
         (*complete == code || shareAnArea(data, *complete, code) || isGeneralFor(data, code, *complete)))

@@ -18,6 +18,8 @@ class Workspace;
 namespace registers
 {
 
+struct PostalData;
+
 /// Helps to fill in the two boxes 郵便番号 and 住所1 of a register from each other. Lives as long as the
 /// first. F4 in the boxes searches the address in the window of the postal codes.
 ///
@@ -56,12 +58,12 @@ public:
     void searchInWindow();
 
 private:
-    void fillCode(const QString &code);
+    void fillCode(const PostalData &data, const QString &code);
     void fillEmptyCode();
     void addressLeft();
     void zipLeft();
-    [[nodiscard]] QString codeOfAddress() const;
-    [[nodiscard]] bool mayReplace(const QString &standing, const QString &code) const;
+    [[nodiscard]] QString codeOfAddress(const PostalData &data) const;
+    [[nodiscard]] bool mayReplace(const PostalData &data, const QString &standing, const QString &code) const;
     [[nodiscard]] QStringList addressesOfTypedCode();
     void fillAddress(const QString &code, const QString &address);
     void offer(const QString &code, const QStringList &addresses);

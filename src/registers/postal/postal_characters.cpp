@@ -5,16 +5,7 @@
 namespace registers
 {
 
-namespace
-{
-
-constexpr QStringView kanjiDigits = u"〇一二三四五六七八九";
-
-} // namespace
-
 bool isKanji(QChar c) { return (c >= u'一' && c <= u'\u9fff') || c == u'々'; }
-
-bool isKanjiDigit(QChar c) { return kanjiDigits.contains(c) || c == u'十' || c == u'百'; }
 
 bool countsBefore(QStringView rest)
 {
@@ -34,6 +25,26 @@ int valueOfKanji(QStringView digits)
         }
     }
     return sum + digit;
+}
+
+QString withNumbers(const QString &name, QStringView digits, bool counted,
+                    const std::function<QString(QStringView)> &write)
+{
+    QString text;
+    for (qsizetype i = 0; i < name.size();) {
+        qsizetype end = i;
+        while (end < name.size() && digits.contains(name[end]) && end - i < 4)
+            ++end;
+        const QStringView run = QStringView(name).sliced(i, end - i);
+        if (run.isEmpty())
+            text += name[i++];
+        else if (counted && !countsBefore(QStringView(name).sliced(end)))
+            text += run;
+        else
+            text += write(run);
+        i = std::max(i, end);
+    }
+    return text;
 }
 
 } // namespace registers

@@ -73,7 +73,7 @@ bool liesElsewhere(const PostalData &data, const PostalSearch &found)
 QString withoutUnknownWard(const PostalData &data, const QString &text)
 {
     static const QRegularExpression wards(u"(?=([^都道府県郡市区]+市)([^都道府県郡市区町村]{1,4}区))"_s);
-    const PostalIndex &groups = postalGroups(data);
+    const std::vector<PostalGroup> &groups = postalGroups(data).groups();
     const QRegularExpressionMatch match = wards.match(text);
     if (!match.hasMatch())
         return text;

@@ -42,23 +42,10 @@ bool isParticle(const QString &s, qsizetype i)
 }
 
 // 北一条 as 北1条.
-QString withDigits(const QString &s)
+QString withDigits(const QString &name)
 {
-    QString text;
-    for (qsizetype i = 0; i < s.size();) {
-        qsizetype end = i;
-        while (end < s.size() && isKanjiDigit(s[end]) && end - i < 4)
-            ++end;
-        if (end == i)
-            text += s[i++];
-        else if (const QStringView run = QStringView(s).sliced(i, end - i);
-                 countsBefore(QStringView(s).sliced(end)))
-            text += QString::number(valueOfKanji(run));
-        else
-            text += run;
-        i = std::max(i, end);
-    }
-    return text;
+    return withNumbers(name, numberKanji, true,
+                       [](QStringView run) { return QString::number(valueOfKanji(run)); });
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "registers/postal/postal_index.h"
 
+#include "registers/postal/postal_folding.h"
 #include "text/cp932.h"
 #include "text/numbers.h"
 #include "text/sequential_fields.h"
@@ -22,6 +23,16 @@ constexpr qint64 highestFileSize = 32 * 1024 * 1024; // bytes
 
 } // namespace
 
+const std::vector<PostalGroup> &PostalIndex::folded() const
+{
+    if (m_folded.empty()) {
+        m_folded.reserve(m_groups.size());
+        for (const PostalGroup &group : m_groups)
+            m_folded.push_back({foldedPlace(group.name), foldedPlace(group.shortName), group.firstRecord});
+    }
+    return m_folded;
+}
+
 base::Result<PostalIndex> loadPostalIndex(const QString &fileName)
 {
     if (!QFileInfo::exists(fileName))
@@ -37,9 +48,9 @@ base::Result<PostalIndex> loadPostalIndex(const QString &fileName)
         return base::Error{u"郵便番号の索引 ZIPID1.txt が大きすぎるため、読み込みませんでした。"_s};
     const QByteArray content = file.readAll();
     text::SequentialFields reader(content);
-    PostalIndex index;
+    std::vector<PostalGroup> groups;
     while (!reader.atEnd()) {
-        if (index.size() == highestPostalGroups)
+        if (groups.size() == highestPostalGroups)
             return base::Error{
                 u"郵便番号の索引 ZIPID1.txt の件数が多すぎるため（５０００１件まで）、読み込みませんでした。"_s};
         const auto name = text::fromCp932(reader.next().toByteArray());
@@ -47,11 +58,11 @@ base::Result<PostalIndex> loadPostalIndex(const QString &fileName)
         const auto first = text::fromCp932(reader.next().toByteArray());
         const qint64 number = text::parseInteger(first.value_or(QString())).value_or(-1);
         if (!name || !shortName || number < 0 || number > 0x7fffffff)
-            return base::Error{u"郵便番号の索引 ZIPID1.txt の"_s + QString::number(index.size() + 1) +
+            return base::Error{u"郵便番号の索引 ZIPID1.txt の"_s + QString::number(groups.size() + 1) +
                                u"件目が正しくないため、読み込みませんでした。"_s};
-        index.push_back({*name, *shortName, static_cast<int>(number)});
+        groups.push_back({*name, *shortName, static_cast<int>(number)});
     }
-    return index;
+    return PostalIndex(std::move(groups));
 }
 
 } // namespace registers

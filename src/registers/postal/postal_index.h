@@ -18,7 +18,22 @@ struct PostalGroup
 };
 
 /// The groups in the file's order, held for the whole run.
-using PostalIndex = std::vector<PostalGroup>;
+class PostalIndex
+{
+public:
+    explicit PostalIndex(std::vector<PostalGroup> groups = {})
+        : m_groups(std::move(groups))
+    {}
+
+    [[nodiscard]] const std::vector<PostalGroup> &groups() const { return m_groups; }
+    /// The same with their names in the form that all spellings of a place share; made when they are first
+    /// asked for.
+    [[nodiscard]] const std::vector<PostalGroup> &folded() const;
+
+private:
+    std::vector<PostalGroup> m_groups;
+    mutable std::vector<PostalGroup> m_folded;
+};
 
 /// As many groups as an index file may hold.
 inline constexpr std::size_t highestPostalGroups = 50001;

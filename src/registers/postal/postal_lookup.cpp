@@ -45,6 +45,18 @@ base::Result<QByteArray> tableContent(const QString &fileName)
     return content;
 }
 
+// Several questions are asked of it about one address.
+base::Result<QByteArray> nationwideTable(const PostalData &data)
+{
+    if (!data.nationwide) {
+        auto content = tableContent(postalFile(data, u"ZipCode1.txt"_s));
+        if (!content)
+            return content.error();
+        data.nationwide = std::move(*content);
+    }
+    return *data.nationwide;
+}
+
 base::Result<PostalFinds> searchEntries(const QString &fileName, const QString &text,
                                         const base::Progress &progress)
 {
@@ -98,7 +110,7 @@ std::optional<QString> completePostalCode(const QString &typed)
 
 base::Result<QStringList> addressesOf(const PostalData &data, const QString &code)
 {
-    const auto content = tableContent(postalFile(data, u"ZipCode1.txt"_s));
+    const auto content = nationwideTable(data);
     if (!content)
         return content.error();
     const QByteArray wanted = code.toLatin1();
@@ -131,9 +143,8 @@ namespace
 
 bool isCity(const PostalData &data, const QString &address)
 {
-    const PostalIndex &groups = postalGroups(data);
-    return std::any_of(groups.cbegin(), groups.cend(),
-                       [&](const PostalGroup &group) { return group.name == address; });
+    return std::ranges::find(postalGroups(data).groups(), address, &PostalGroup::name) !=
+           postalGroups(data).groups().end();
 }
 
 } // namespace

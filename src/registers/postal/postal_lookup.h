@@ -17,6 +17,8 @@ struct PostalData
 {
     QString folder;
     std::shared_ptr<const PostalIndex> index; // none: as an empty one
+    /// "ZipCode1.txt", once it was read for this lookup.
+    mutable std::optional<QByteArray> nationwide{};
 };
 
 /// What a search found.

@@ -32,19 +32,11 @@ const PostalIndex &postalGroups(const PostalData &data)
 QString withoutBlanks(QStringView text) { return text.toString().remove(u' ').remove(u'　'); }
 
 PostalSearch::PostalSearch(const PostalData &data, const base::Progress &progress, Names names)
-    : m_index(postalGroups(data))
+    : m_groups(names == Names::Folded ? postalGroups(data).folded() : postalGroups(data).groups())
     , m_progress(progress)
     , m_names(names)
     , m_areas(postalFile(data, u"ZIPCODE.txt"_s))
-{
-    if (names == Names::AsTheyStand)
-        return;
-    m_foldedNames.reserve(2 * m_index.size());
-    for (const PostalGroup &group : m_index) {
-        m_foldedNames.push_back(foldedPlace(group.name));
-        m_foldedNames.push_back(foldedPlace(group.shortName));
-    }
-}
+{}
 
 QString PostalSearch::inOurNames(const QString &name) const
 {
@@ -58,8 +50,8 @@ base::Status PostalSearch::search(std::size_t k, QStringView text)
             return opened;
         m_open = true;
     }
-    const qint64 first = m_index[k].firstRecord;
-    const qint64 last = k + 1 < m_index.size() ? qint64(m_index[k + 1].firstRecord) - 1 : m_areas.count();
+    const qint64 first = m_groups[k].firstRecord;
+    const qint64 last = k + 1 < m_groups.size() ? qint64(m_groups[k + 1].firstRecord) - 1 : m_areas.count();
     qint64 done = 0;
     return m_areas.read(first, last, [&](const PostalRecord &record) {
         finds.stopped = !m_progress(++done, last - first + 1);
@@ -93,22 +85,21 @@ void PostalSearch::take(std::size_t k, const QString &code, const QString &area,
                         QStringView text)
 {
     const qsizetype at = text.indexOf(compared);
-    const qsizetype end = at + compared.size();
-    const qsizetype reached = withoutBlanks(text.first(end)).size();
-    isDoubtful = m_names == Names::Folded && reached == reach && code != finds.code && area != m_area;
+    const qsizetype reached = withoutBlanks(text.first(at + compared.size())).size();
+    const bool isAnother = code != finds.code && area != m_area;
+    isDoubtful = m_names == Names::Folded && reached == reach && (isDoubtful || isAnother);
     finds.code = code;
     m_area = area;
     reach = reached;
     before = text.first(at).toString();
-    behind = text.sliced(end).toString();
-    isCityAlone = compared == inOurNames(m_index[k].name) || compared == inOurNames(m_index[k].shortName);
+    isCityAlone = compared == m_groups[k].name || compared == m_groups[k].shortName;
 }
 
 // The first group whose first name occurs in \a text.
 std::size_t PostalSearch::groupNamedIn(const QString &text) const
 {
-    for (std::size_t k = 0; k < m_index.size(); ++k) {
-        const QString &name = m_foldedNames.empty() ? m_index[k].name : m_foldedNames[2 * k];
+    for (std::size_t k = 0; k < m_groups.size(); ++k) {
+        const QString &name = m_groups[k].name;
         if (!name.isEmpty() && text.contains(name))
             return k;
     }
@@ -119,8 +110,8 @@ std::size_t PostalSearch::groupNamedIn(const QString &text) const
 std::vector<std::size_t> PostalSearch::groupsByLength(const QString &text) const
 {
     std::vector<std::size_t> groups(static_cast<std::size_t>(text.size()) + 1, noGroup);
-    for (std::size_t k = 0; k < m_index.size(); ++k) {
-        const QString &name = m_foldedNames.empty() ? m_index[k].shortName : m_foldedNames[2 * k + 1];
+    for (std::size_t k = 0; k < m_groups.size(); ++k) {
+        const QString &name = m_groups[k].shortName;
         const qsizetype at = name.isEmpty() ? -1 : text.indexOf(name);
         if (at >= 0) {
             std::size_t &first = groups[static_cast<std::size_t>(at + name.size())];

@@ -23,9 +23,8 @@ public:
     PostalFinds finds;
     /// Up to where in the text the area of the code reaches, in characters, blanks aside.
     qsizetype reach = 0;
-    /// What stands before that area in the text, and behind it.
+    /// What stands before that area in the text.
     QString before;
-    QString behind;
     /// Whether the text names no more of that area than its city.
     bool isCityAlone = false;
     /// Whether the text names another area of another code just as well; only where names are folded.
@@ -41,10 +40,9 @@ private:
     void take(std::size_t k, const QString &code, const QString &area, const QString &compared,
               QStringView text);
 
-    const PostalIndex &m_index;
+    const std::vector<PostalGroup> &m_groups; // with their names as they are compared
     const base::Progress &m_progress;
     Names m_names;
-    std::vector<QString> m_foldedNames; // of the groups, first and second ones in turn; empty: not folded
     PostalAreas m_areas;
     QString m_area; // the one of the code, as the table has it
     bool m_open = false;

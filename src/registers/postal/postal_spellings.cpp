@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -80,8 +79,6 @@ void widenForms(QStringList &all)
 
 // --- Numbers ---
 
-constexpr QStringView kanjiDigits = u"〇一二三四五六七八九";
-
 QString inKanji(int value)
 {
     QString text;
@@ -102,30 +99,8 @@ QString inDigits(int value, char16_t zero)
     return text;
 }
 
-// \a s with each run of characters out of \a digits written by \a write.
-QString withNumbers(const QString &s, QStringView digits, bool counted,
-                    const std::function<QString(QStringView)> &write)
-{
-    QString text;
-    for (qsizetype i = 0; i < s.size();) {
-        qsizetype end = i;
-        while (end < s.size() && digits.contains(s[end]) && end - i < 4)
-            ++end;
-        const QStringView run = QStringView(s).sliced(i, end - i);
-        if (run.isEmpty())
-            text += s[i++];
-        else if (counted && !countsBefore(QStringView(s).sliced(end)))
-            text += run;
-        else
-            text += write(run);
-        i = std::max(i, end);
-    }
-    return text;
-}
-
 void widenNumbers(QStringList &all)
 {
-    static const QString kanji = kanjiDigits.toString() + u"十百"_s;
     static const QString wide = u"０１２３４５６７８９"_s;
     const auto wideValue = [](QStringView run) {
         int value = 0;
@@ -139,8 +114,8 @@ void widenNumbers(QStringList &all)
             return [zero](QStringView run) { return inDigits(valueOfKanji(run), zero); };
         };
         const QStringList others = {
-            withNumbers(text, kanji, true, fromKanji(u'0')),
-            withNumbers(text, kanji, true, fromKanji(u'０')),
+            withNumbers(text, numberKanji, true, fromKanji(u'0')),
+            withNumbers(text, numberKanji, true, fromKanji(u'０')),
             withNumbers(text, wide, false, [&](QStringView run) { return inDigits(wideValue(run), u'0'); }),
             withNumbers(text, wide, true,
                         [&](QStringView run) {

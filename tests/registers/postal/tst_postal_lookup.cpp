@@ -89,10 +89,18 @@ private slots:
                    u"甲市"_s,
                    {{"3000000", u"茨城県甲市"_s},
                     {"3000001", u"茨城県甲市一ノ宮"_s},
-                    {"3000002", u"茨城県甲市一宮"_s}}}});
+                    {"3000002", u"茨城県甲市一宮"_s}}},
+                  {u"茨城県乙市"_s,
+                   u"乙市"_s,
+                   {{"3100000", u"茨城県乙市"_s},
+                    {"3100001", u"茨城県乙市一ノ宮"_s},
+                    {"3100002", u"茨城県乙市一宮"_s},
+                    {"3100003", u"茨城県乙市一宮"_s}}}});
         QCOMPARE(registers::postalCodeOf(m_data, u"茨城県甲市一宮5"_s), u"300-0002"_s);
         QCOMPARE(registers::postalCodeOf(m_data, u"茨城県甲市一ノ宮5"_s), u"300-0001"_s);
         QCOMPARE(registers::postalCodeOf(m_data, u"茨城県甲市一之宮5"_s), u"300-0000"_s);
+        // A second code of the one does not settle which of the two it is.
+        QCOMPARE(registers::postalCodeOf(m_data, u"茨城県乙市一之宮5"_s), u"310-0000"_s);
         useIndex(groups);
     }
 
