@@ -151,17 +151,22 @@ void CustomerPanel::showRow()
 
 void CustomerPanel::showCategory()
 {
+    const qint64 key = m_customers->currentKey();
+    if (std::exchange(m_shown, key) != key)
+        m_categoryBefore.reset();
     const QVariant category = m_customers->value(u"区分ID"_s);
-    if (std::exchange(m_shown, m_customers->currentKey()) != m_shown)
-        m_categoryBefore = category;
     m_ui->dbcKubun->setCurrentIndex(category.isNull() ? -1 : m_ui->dbcKubun->findData(category.toLongLong()));
 }
 
 void CustomerPanel::chooseCategory(int index)
 {
     const qint64 category = m_ui->dbcKubun->itemData(index).toLongLong();
+    const std::optional<QVariant> wayBack = m_categoryBefore;
+    if (!m_categoryBefore)
+        m_categoryBefore = m_customers->value(u"区分ID"_s);
     const base::Status saved = saveCategory(*m_connection, *m_customers, category);
     if (!saved) {
+        m_categoryBefore = wayBack;
         showCategory();
         ui::prompts::inform(window(), saved.error().text);
     }
@@ -169,8 +174,8 @@ void CustomerPanel::chooseCategory(int index)
 
 bool CustomerPanel::canTakeBack() const
 {
-    const bool otherCategory =
-        !m_categoryBefore.isNull() && m_customers->value(u"区分ID"_s) != m_categoryBefore;
+    const bool otherCategory = m_categoryBefore && !m_categoryBefore->isNull() &&
+                               m_customers->value(u"区分ID"_s) != *m_categoryBefore;
     return m_customers->isDirty() || otherCategory;
 }
 
@@ -181,9 +186,11 @@ void CustomerPanel::takeBack()
     // An empty closing day leaves its list as it is, which is now the day that was taken back.
     if (otherDay && m_ui->Text2->text().isEmpty())
         m_ui->cmdBill->setCurrentIndex(-1);
-    if (!canTakeBack())
+    const bool otherCategory = canTakeBack();
+    const std::optional<QVariant> before = std::exchange(m_categoryBefore, std::nullopt);
+    if (!otherCategory)
         return;
-    const base::Status saved = saveCategory(*m_connection, *m_customers, m_categoryBefore.toLongLong());
+    const base::Status saved = saveCategory(*m_connection, *m_customers, before->toLongLong());
     showCategory();
     if (!saved)
         ui::prompts::inform(window(), saved.error().text);

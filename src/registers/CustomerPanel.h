@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace db
@@ -68,6 +69,8 @@ public:
     [[nodiscard]] bool canTakeBack() const;
     /// Takes it all back. A category that cannot be stored again is told.
     void takeBack();
+    /// What the row holds now was saved: there is no way back behind it.
+    void saved() { m_categoryBefore.reset(); }
 
     /// Makes ready for typing a new customer.
     void beginEntry();
@@ -93,8 +96,8 @@ private:
     ui::LeaveWatch *m_codeWatch = nullptr;
     db::Connection *m_connection = nullptr;
     db::Recordset *m_customers = nullptr;
-    qint64 m_shown = 0;        // whose row is shown
-    QVariant m_categoryBefore; // of that customer when the row was shown
+    qint64 m_shown = 0;                       // whose row is shown
+    std::optional<QVariant> m_categoryBefore; // of that customer before another one was chosen here
 };
 
 } // namespace registers

@@ -46,7 +46,8 @@ QStringList taxClassNames()
 base::Result<QString> twinOf(db::Connection &connection, const db::Recordset &rows)
 {
     const auto column = [&](const QString &name) -> QString { return rows.table() + name; };
-    const QString digits = rows.text(u"TEL1"_s).remove(u'-');
+    // It may not have been brought into form yet: its box still has the cursor.
+    const QString digits = text::toHalfWidthAscii(text::withPlainHyphens(rows.text(u"TEL1"_s))).remove(u'-');
     const QString name = nameFolded(rows.text(column(u"名1"_s)), rows.text(column(u"名2"_s)));
     if (digits.isEmpty() || name.isEmpty())
         return QString();

@@ -235,8 +235,12 @@ std::optional<RegisterScreen::Failure> frmNouhin::refusal() const
 
 base::Status frmNouhin::store()
 {
-    return mode() == Mode::Entry ? registers::saveNewCustomer(rows(), workspace().today())
-                                 : registers::saveCustomer(rows(), workspace().today());
+    const base::Status stored = mode() == Mode::Entry
+                                    ? registers::saveNewCustomer(rows(), workspace().today())
+                                    : registers::saveCustomer(rows(), workspace().today());
+    if (stored)
+        m_ui->panel->saved();
+    return stored;
 }
 
 bool frmNouhin::canTakeBack() const { return m_ui->panel->canTakeBack(); }

@@ -78,7 +78,7 @@ bool RegisterScreen::mayClose()
     switch (ui::prompts::askToSave(
         this, m_mode == Mode::Entry ? m_entryOpen : u"変更が保存されていません。保存しますか？"_s)) {
     case ui::prompts::Choice::Save:
-        return save();
+        return (m_mode != Mode::Entry || mayHaveTwin()) && save();
     case ui::prompts::Choice::Discard:
         m_rows.revert();
         return true;
@@ -156,6 +156,7 @@ std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
     else
         m_failure = Failure{stored.error().text, title, {}};
     showRow();
+    showUndo();
     return m_failure;
 }
 
@@ -182,7 +183,8 @@ void RegisterScreen::tellFailure()
 // The same row read anew leaves what was typed into the boxes to be looked after.
 void RegisterScreen::followRow()
 {
-    if (std::exchange(m_shownKey, m_rows.currentKey()) != m_shownKey)
+    const qint64 key = m_rows.currentKey();
+    if (std::exchange(m_shownKey, key) != key)
         forgetBoxes();
     showStates();
 }

@@ -171,6 +171,27 @@ private slots:
         r.press("cmdCancel");
     }
 
+    // What the row holds once it was saved, or what another program made of it, is no way back.
+    void aSavedCategoryStays()
+    {
+        Register r;
+        r.choose("dbcKubun", 1);
+        r.type("txtMemo", u"改装中"_s);
+        r.press("cmdNewDate");
+        QVERIFY(!r.the("cmdUndo").isEnabled());
+        r.type("txtMemo", u"開店"_s);
+        r.press("cmdUndo");
+        QCOMPARE(r.stored(u"区分ID, メモ"_s, 3), u"2|改装中"_s);
+
+        r.goTo(1);
+        r.choose("dbcKubun", 1);
+        r.shop.run(u"UPDATE 納品先 SET 区分ID = 3 WHERE 納品先ID = 1"_s);
+        ui::prompts::expectInform(anyText);
+        r.press("cmdUndo");
+        QVERIFY(!r.the("cmdUndo").isEnabled());
+        QCOMPARE(r.stored(u"区分ID"_s, 1), u"3"_s);
+    }
+
     void closingDuringEntry_data()
     {
         QTest::addColumn<bool>("typed");
@@ -199,6 +220,26 @@ private slots:
         r.screen.reject();
         QTEST(r.stored(u"納品先ID, 納品先名1, 登録日"_s, 4), "stored");
         QTEST(!r.screen.isVisible(), "closed");
+    }
+
+    void closingAsksBeforeACustomerIsEnteredTwice()
+    {
+        Register r;
+        r.shop.run(u"UPDATE 納品先 SET TEL1 = '03-1' WHERE 納品先ID = 2"_s);
+        r.press("cmdAdd");
+        r.choose("dbcKubun", 0);
+        r.type("txtName", u"鈴木　花子"_s);
+        r.type("txtTel", u"０３－１"_s);
+        ui::prompts::expectAskToSave(entryOpen, ui::prompts::Choice::Save);
+        ui::prompts::expectAskCautiously({}, false);
+        r.screen.reject();
+        QVERIFY(r.screen.isVisible());
+        QCOMPARE(r.stored(u"納品先名1"_s, 4), u"-"_s);
+        ui::prompts::expectAskToSave(entryOpen, ui::prompts::Choice::Save);
+        ui::prompts::expectAskCautiously({}, true);
+        r.screen.reject();
+        QVERIFY(!r.screen.isVisible());
+        QCOMPARE(r.stored(u"納品先名1"_s, 4), u"鈴木　花子"_s);
     }
 
     void aFailingDatabaseChangesNothing()

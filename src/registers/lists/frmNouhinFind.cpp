@@ -147,7 +147,13 @@ std::optional<RegisterScreen::Failure> frmNouhinFind::refusal() const
     return refused ? std::optional(Failure{refused->text, u"更新"_s, refused->column}) : std::nullopt;
 }
 
-base::Status frmNouhinFind::store() { return saveCustomer(rows(), workspace().today()); }
+base::Status frmNouhinFind::store()
+{
+    const base::Status stored = saveCustomer(rows(), workspace().today());
+    if (stored)
+        m_ui->panel->saved();
+    return stored;
+}
 
 bool frmNouhinFind::canTakeBack() const { return m_ui->panel->canTakeBack(); }
 
