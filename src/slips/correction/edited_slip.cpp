@@ -226,6 +226,9 @@ base::Status EditedSlip::close()
 {
     if (const base::Status stored = storeKnowingly(); !stored)
         return stored;
+    // Without the edits that were dropped there may be nothing to close.
+    if (!canBeClosed())
+        return {};
     const base::Status closed = closeLeftOpen(m_connection, headers, m_kind, taxClass());
     showAsStored();
     return closed;

@@ -5,6 +5,7 @@
 #include "book/slip_store.h"
 #include "book/stored_values.h"
 #include "db/keys.h"
+#include "db/transaction.h"
 
 using namespace Qt::StringLiterals;
 
@@ -146,12 +147,17 @@ bool includesTax(const db::Recordset &headers, book::TaxClass taxClass)
 base::Status closeLeftOpen(db::Connection &connection, const db::Recordset &headers,
                            const book::SlipKind &kind, book::TaxClass taxClass)
 {
-    const qint64 id = headers.currentKey();
-    const auto closed = isTaxed(kind)
-                            ? book::closeSlip(connection, id, headers.value(u"消費税率"_s).toDouble(),
-                                              taxClass, includesTax(headers, taxClass))
-                            : book::closeUntaxedSlip(connection, id);
-    return closed.status();
+    return db::atomically(connection, [&]() -> base::Status {
+        // The tax goes by what the header says, which must be what the file says.
+        if (const base::Status same = headers.checkAsRead(); !same)
+            return same;
+        const qint64 id = headers.currentKey();
+        const auto closed = isTaxed(kind)
+                                ? book::closeSlip(connection, id, headers.value(u"消費税率"_s).toDouble(),
+                                                  taxClass, includesTax(headers, taxClass))
+                                : book::closeUntaxedSlip(connection, id);
+        return closed.status();
+    });
 }
 
 } // namespace slips

@@ -334,11 +334,16 @@ void SlipCorrectionScreen::closeOpenSlip()
 
 void SlipCorrectionScreen::print()
 {
+    const qint64 id = m_slip.id();
     if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeKnowingly()) || !taxIsSettled())
         return;
-    // The paper says what the file says, and so does the screen that goes by it.
+    // The paper says what the file says, and so does the screen that goes by it: a slip that is gone from
+    // there has left it to its neighbour.
     m_slip.showAsStored();
-    showAndRemember();
+    if (m_slip.id() == id)
+        showAndRemember();
+    else
+        ui::prompts::inform(this, u"表示中の伝票はほかのプログラムで削除されたため、印刷しませんでした。"_s);
 }
 
 // A slip that a killed program left open would be printed without the tax that is due on it.

@@ -64,6 +64,38 @@ private slots:
         QVERIFY(!button->isEnabled());
     }
 
+    // The tax goes by the rate that the file has and the screen shows, after another look at it.
+    void aSlipIsClosedAsItIsShown()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 0 WHERE ID = 9"_s);
+        desk.driver.press("cmdAll");
+        QVERIFY(desk.message().contains(u"消費税 100 円が"_s));
+        desk.shop.run(u"UPDATE 入出庫マスター SET 消費税率 = 10 WHERE ID = 9"_s);
+        ui::prompts::expectInform({});
+        desk.driver.press("cmdClose");
+        QCOMPARE(desk.shop.value(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = 9"_s).toInt(), 1);
+        QVERIFY(desk.message().contains(u"消費税 200 円が"_s));
+        desk.driver.press("cmdClose");
+        QCOMPARE(desk.shop.rows(u"SELECT 商品名, 金額 FROM 入出庫サブ WHERE ID = 9"_s),
+                 (QStringList{u"りんご|2000"_s, u"消費税|200"_s}));
+    }
+
+    // What made it one to be closed was dropped.
+    void aSlipThatNeedsNoClosingIsNotTouched()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 1, 内税 = 1, 版 = 7 WHERE ID = 9"_s);
+        desk.driver.press("cmdAll");
+        desk.type(desk.headers(), 1, u"内税"_s, u"外税"_s);
+        expectDoubt(Choice::Discard);
+        desk.driver.press("cmdClose");
+        QCOMPARE(desk.shop.rows(u"SELECT 内税, 版 FROM 入出庫マスター WHERE ID = 9"_s),
+                 QStringList{u"1|7"_s});
+    }
+
     void aQuantityIsStoredAndNothingElse()
     {
         Desk desk;

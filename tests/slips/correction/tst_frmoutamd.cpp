@@ -287,6 +287,25 @@ private slots:
         QCOMPARE(previews, 2);
     }
 
+    // Neither is its neighbour, which the screen goes to.
+    void aSlipThatIsGoneIsNotPrinted()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE ID = 9"_s);
+        desk.shop.run(u"DELETE FROM 入出庫マスター WHERE ID = 9"_s);
+        bool hasPreview = false;
+        QTimer::singleShot(0, desk.screen.get(), [&hasPreview] {
+            hasPreview = QApplication::activeModalWidget();
+            if (hasPreview)
+                QApplication::activeModalWidget()->close();
+        });
+        ui::prompts::expectInform(u"表示中の伝票はほかのプログラムで削除されたため、印刷しませんでした。"_s);
+        desk.driver.press("Command2");
+        QTest::qWait(1);
+        QVERIFY(!hasPreview);
+        QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
+    }
+
     void aCorrectionAfterAReprintOffersAnotherPaper()
     {
         Desk desk;
