@@ -1,6 +1,7 @@
 #include "tables/text_file.h"
 
 #include "text/cp932.h"
+#include "text/iso_2022_jp.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -66,6 +67,12 @@ base::Status openText(QFile &file, qint64 highestSize)
 
 constexpr qint64 bytesAtOnce = 1 << 20;
 
+// Text of seven bits is UTF-8 as well; what the escape sequences stand for shows by them alone.
+bool hasEscapes(const QString &text)
+{
+    return text.contains(u"\x1b$"_s) || text.contains(u"\x1b(I"_s) || text.endsWith(u'\x1b');
+}
+
 } // namespace
 
 base::Result<QString> decodeText(const QByteArray &content)
@@ -75,7 +82,7 @@ base::Result<QString> decodeText(const QByteArray &content)
             return textOr(decodedAs(encoding, QByteArrayView(content).sliced(mark.size())));
     }
     if (const auto text = decodedAs(QStringDecoder::Utf8, content))
-        return *text;
+        return hasEscapes(*text) ? textOr(text::fromIso2022Jp(content)) : *text;
     return textOr(text::fromCp932(content));
 }
 
@@ -104,18 +111,26 @@ base::Status TextFile::findEncoding()
     for (const auto &[mark, encoding] : marks) {
         if (head.startsWith(mark)) {
             m_mark = mark.size();
-            m_encoding = encoding;
+            m_unicode = encoding;
             const bool isWhole = mark.size() == 3 || m_file.size() % 2 == 0;
             return isWhole ? base::Status() : base::Status(unknownText());
         }
     }
-    m_encoding = QStringDecoder::Utf8;
-    rewind();
-    for (QString piece; next(piece);) {
-    }
-    if (m_file.error() == QFileDevice::NoError && !m_state)
-        m_encoding.reset();
+    bool escaped = false;
+    const bool unicode = isUtf8(escaped);
+    if (escaped && unicode)
+        m_encoding = Encoding::Iso2022Jp;
+    else if (!unicode)
+        m_encoding = Encoding::CodePage;
     return m_file.error() == QFileDevice::NoError ? base::Status() : base::Status(notReadable(m_file));
+}
+
+bool TextFile::isUtf8(bool &escaped)
+{
+    rewind();
+    for (QString piece; next(piece);)
+        escaped = escaped || hasEscapes(piece);
+    return bool(m_state);
 }
 
 void TextFile::rewind()
@@ -123,8 +138,8 @@ void TextFile::rewind()
     if (!m_file.isOpen())
         return;
     m_file.seek(m_mark);
-    if (m_encoding)
-        m_decoder = QStringDecoder(*m_encoding);
+    if (m_encoding == Encoding::Unicode)
+        m_decoder = QStringDecoder(m_unicode);
     m_state = {};
 }
 
@@ -133,8 +148,8 @@ bool TextFile::next(QString &piece)
     if (!m_state || m_file.atEnd())
         return false;
     QByteArray bytes = m_file.read(bytesAtOnce);
-    // A character of the code page is never parted by a line end.
-    if (!m_encoding && !m_file.atEnd() && !bytes.endsWith('\n'))
+    // A character of the other two is never parted by a line end, nor reaches a set of characters beyond it.
+    if (m_encoding != Encoding::Unicode && !m_file.atEnd() && !bytes.endsWith('\n'))
         bytes += m_file.readLine();
     if (m_file.error() != QFileDevice::NoError)
         m_state = notReadable(m_file);
@@ -145,14 +160,14 @@ bool TextFile::next(QString &piece)
 
 bool TextFile::decode(const QByteArray &bytes, QString &piece)
 {
-    if (m_encoding) {
+    if (m_encoding == Encoding::Unicode) {
         piece = m_decoder.decode(bytes);
         // A character that the end cuts short is seen by what follows it.
-        if (m_file.atEnd() && *m_encoding == QStringDecoder::Utf8)
+        if (m_file.atEnd() && m_unicode == QStringDecoder::Utf8)
             (void)QString(m_decoder.decode("\n"));
         return !m_decoder.hasError();
     }
-    const auto text = text::fromCp932(bytes);
+    const auto text = m_encoding == Encoding::CodePage ? text::fromCp932(bytes) : text::fromIso2022Jp(bytes);
     piece = text.value_or(QString());
     return text.has_value();
 }

@@ -1,8 +1,9 @@
 #include "registers/import/CustomerImportPanel.h"
 
 #include "registers/import/DialogCSV.h"
-#include "registers/import/ImportModel.h"
 #include "registers/import/import_mapping.h"
+#include "registers/import/import_matches.h"
+#include "registers/postal/postal_lookup.h"
 #include "text/numbers.h"
 #include "ui/file_dialogs.h"
 #include "ui/progress.h"
@@ -13,8 +14,10 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QShortcut>
+#include <QStandardItemModel>
 
 using namespace Qt::StringLiterals;
 
@@ -28,7 +31,30 @@ const QString csvFilters = u"カンマ区切りのテキストファイル (*.cs
 
 QString rowCount(std::size_t count) { return text::formatAmount(static_cast<double>(count)) + u" 件"_s; }
 
-// Widths in half-width characters.
+QString inWords(const ImportModel::TakenRows &rows)
+{
+    if (rows.added + rows.updated == 0)
+        return u"「取込」に印のある行はありません"_s;
+    QStringList parts;
+    if (rows.added > 0)
+        parts << u"新規登録 %1"_s.arg(rowCount(rows.added));
+    if (rows.updated > 0)
+        parts << u"登録済みの納品先の更新 %1"_s.arg(rowCount(rows.updated));
+    return u"印のある行だけを取り込みます（%1）"_s.arg(parts.join(u"、"_s));
+}
+
+// Of each list of changes; widths in half-width characters.
+const QStringList changeHeadings{u"項目"_s, u"いまの内容"_s, u"取り込み後"_s};
+constexpr int changeWidths[] = {14, 44, 44};
+constexpr int nameWidth = 24;
+
+// Only what the address alone says for certain: the code of a whole city is little more than none.
+QString plainPostalCodeOf(const PostalData &data, const QString &address)
+{
+    const QString code = postalCodeOf(data, address);
+    return code.isEmpty() || isOfWholeCity(data, code) ? QString() : code;
+}
+
 int widthOf(int column, const QString &heading)
 {
     switch (column) {
@@ -48,15 +74,37 @@ CustomerImportPanel::CustomerImportPanel(QWidget *parent)
     : QWidget(parent)
     , m_ui(std::make_unique<Ui::CustomerImportPanel>())
     , m_model(new ImportModel(this))
+    , m_changes(new QStandardItemModel(this))
 {
     m_ui->setupUi(this);
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_ui->MSFlexGrid1);
-    m_ui->comboFilter->addItems({u"すべての行"_s, u"取り込める行"_s, u"重複する行"_s, u"取り込めない行"_s});
-    m_ui->MSFlexGrid1->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_ui->MSFlexGrid1->setModel(m_model);
+    m_ui->comboFilter->addItems({u"すべての行"_s, u"取り込める行"_s, u"重複する行"_s, u"取り込めない行"_s,
+                                 u"更新する行"_s, u"変わらない行"_s});
+    setUpGrids();
     connectControls();
     showCounts();
+}
+
+// The names stay in sight when the other fields are scrolled.
+void CustomerImportPanel::setUpGrids()
+{
+    const int character = fontMetrics().horizontalAdvance(u'0');
+    ui::Grid *grid = m_ui->MSFlexGrid1;
+    grid->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    grid->setModel(m_model);
+    grid->setCornerButtonEnabled(false);
+    grid->verticalHeader()->setFixedWidth(nameWidth * character);
+    grid->verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    grid->verticalHeader()->setTextElideMode(Qt::ElideRight);
+    grid->verticalHeader()->setHighlightSections(false);
+    grid->verticalHeader()->show();
+    m_changes->setHorizontalHeaderLabels(changeHeadings);
+    m_ui->gridChanges->setModel(m_changes);
+    for (int column = 0; column < changeHeadings.size(); ++column)
+        m_ui->gridChanges->setColumnWidth(column, changeWidths[column] * character);
+    m_ui->gridChanges->hide();
+    m_ui->checkNewCategories->hide();
 }
 
 CustomerImportPanel::~CustomerImportPanel() = default;
@@ -67,7 +115,7 @@ void CustomerImportPanel::connectControls()
 {
     const std::pair<QPushButton *, void (CustomerImportPanel::*)()> actions[] = {
         {m_ui->Command5, &CustomerImportPanel::importAll},
-        {m_ui->cmdImportSelected, &CustomerImportPanel::importSelected},
+        {m_ui->cmdTickSelected, &CustomerImportPanel::takeSelected},
         {m_ui->Command4, &CustomerImportPanel::changeSettings},
         {m_ui->cmdSaveReport, &CustomerImportPanel::saveReport},
         {m_ui->cmdBack, &CustomerImportPanel::finished},
@@ -78,6 +126,12 @@ void CustomerImportPanel::connectControls()
         m_model->show(static_cast<ImportModel::Filter>(filter));
         showCounts();
     });
+    connect(m_ui->checkNewCategories, &QCheckBox::clicked, this, &CustomerImportPanel::makeCategories);
+    connect(m_model, &QAbstractItemModel::dataChanged, this, &CustomerImportPanel::showTaken);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &CustomerImportPanel::showTaken);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &CustomerImportPanel::showChanges);
+    connect(m_ui->MSFlexGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &CustomerImportPanel::showChanges);
     connect(new QShortcut(QKeySequence::Paste, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
             &QShortcut::activated, this, &CustomerImportPanel::paste);
     connect(new QShortcut(Qt::Key_Space, m_ui->MSFlexGrid1, nullptr, nullptr, Qt::WidgetShortcut),
@@ -138,6 +192,7 @@ bool CustomerImportPanel::load(ImportTable table, Source source, const QString &
         return false;
     m_table = std::move(table);
     m_ui->labelSource->setText(name + u'：');
+    offerCategories();
     showCounts();
     return true;
 }
@@ -148,17 +203,21 @@ std::optional<ImportAssignment> CustomerImportPanel::assignmentFor(const ImportT
         readImportMapping(m_workspace->inApplicationFolder(QString::fromUtf16(importMappingFileName)));
     const bool isThere = mapping && *mapping;
     ImportAssignment byHeadings = assignmentByHeadings(table.firstRow(), table.columns);
-    byHeadings.defaultCategory = isThere ? (*mapping)->defaultCategory : 0;
+    if (isThere) {
+        byHeadings.defaultCategory = (*mapping)->defaultCategory;
+        byHeadings.match = (*mapping)->match;
+        byHeadings.numbersCodes = (*mapping)->numbersCodes;
+    }
     // Pasted tables speak by their headings; a file goes by the mapping made for it.
-    if (source == Source::Clipboard && byHeadings.hasName())
+    if (source == Source::Clipboard && byHeadings.namesCustomers())
         return byHeadings;
     if (isThere) {
         if (auto mapped = assignmentByMapping(**mapping, table.firstRow(), table.columns))
             return mapped;
-        if (byHeadings.hasName())
+        if (byHeadings.namesCustomers())
             return byHeadings;
     } else if (!mapping) {
-        ui::prompts::inform(window(), mapping.error().text + u"\nインポートの設定を行います。"_s);
+        ui::prompts::inform(window(), mapping.error().text + u"\n取り込みの設定を行います。"_s);
     } else {
         ui::prompts::inform(window(), u"設定ファイルが見つかりませんでした。インポートの設定を行います。"_s);
     }
@@ -185,15 +244,18 @@ std::optional<ImportAssignment> CustomerImportPanel::askAssignment(const ImportT
 
 bool CustomerImportPanel::judge(const ImportTable &table, const ImportAssignment &assignment)
 {
+    const PostalData postal{m_workspace->applicationFolder(), m_workspace->kept<PostalIndex>()};
+    const ImportSources sources{[&](const QString &address) { return plainPostalCodeOf(postal, address); }};
     auto candidates =
         ui::runWithProgress(window(), u"データを確認しています。"_s, [&](const base::Progress &progress) {
-            return importCandidates(m_workspace->connection, table, assignment, progress);
+            return importCandidates(m_workspace->connection, table, assignment, progress, sources);
         });
     if (!tell(candidates.status()))
         return false;
     m_assignment = assignment;
     m_ui->comboFilter->setCurrentIndex(ImportModel::All);
-    m_model->set(table, assignment, std::move(*candidates));
+    m_model->set(assignment, std::move(*candidates));
+    m_ui->gridChanges->setVisible(assignment.match != ImportMatch::None);
     const int character = fontMetrics().horizontalAdvance(u'0');
     for (int column = 0; column < m_model->columnCount(); ++column) {
         const QString heading = m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
@@ -207,9 +269,42 @@ bool CustomerImportPanel::judge(const ImportTable &table, const ImportAssignment
 
 void CustomerImportPanel::changeSettings()
 {
-    if (const auto assignment = askAssignment(m_table, m_assignment))
-        judge(m_table, *assignment);
+    if (const auto assignment = askAssignment(m_table, m_assignment);
+        assignment && judge(m_table, *assignment))
+        offerCategories();
     m_ui->MSFlexGrid1->setFocus();
+}
+
+// --- Categories that are not registered ---
+
+void CustomerImportPanel::offerCategories()
+{
+    const auto categories = masters::customerCategories(m_workspace->connection);
+    m_categories = categories ? *categories : std::vector<masters::Entry>();
+    const QStringList unknown = unknownCategories(m_table, m_assignment, m_categories);
+    m_ui->checkNewCategories->setVisible(!unknown.isEmpty());
+    m_ui->checkNewCategories->setChecked(m_assignment.makesCategories);
+    const QString names = QStringList(unknown.first(std::min<qsizetype>(unknown.size(), 3))).join(u"、"_s);
+    m_ui->checkNewCategories->setText(u"登録されていない区分（%1%2）を新しく登録する(&C)"_s.arg(
+        QString(names).replace(u'&', u"&&"_s), unknown.size() > 3 ? u" など"_s : QString()));
+    m_ui->checkNewCategories->setToolTip(unknown.join(u"、"_s).toHtmlEscaped());
+}
+
+void CustomerImportPanel::makeCategories(bool wanted)
+{
+    ImportAssignment assignment = m_assignment;
+    assignment.makesCategories = wanted;
+    judgeAgain(assignment);
+    m_ui->checkNewCategories->setChecked(m_assignment.makesCategories);
+}
+
+// What the clerk ticked stays ticked.
+void CustomerImportPanel::judgeAgain(const ImportAssignment &assignment)
+{
+    const std::vector<ImportCandidate> before = m_model->candidates();
+    if (judge(m_table, assignment))
+        m_model->takeAsIn(before);
+    showTaken();
 }
 
 // --- The rows ---
@@ -219,58 +314,84 @@ void CustomerImportPanel::toggleSelected()
     m_model->toggle(m_ui->MSFlexGrid1->selectionModel()->selectedRows());
 }
 
+void CustomerImportPanel::takeSelected()
+{
+    m_model->takeOnly(m_ui->MSFlexGrid1->selectionModel()->selectedRows());
+    m_ui->MSFlexGrid1->setFocus();
+}
+
 void CustomerImportPanel::showCounts()
 {
     using State = ImportCandidate::State;
     QString summary = u"取り込める行 %1　重複 %2　取り込めない行 %3"_s.arg(
         rowCount(m_model->count(State::Ready)), rowCount(m_model->count(State::Duplicate)),
         rowCount(m_model->count(State::Refused)));
+    if (m_assignment.match != ImportMatch::None)
+        summary += u"　更新 %1　変わらない行 %2"_s.arg(rowCount(m_model->count(State::Update)),
+                                                       rowCount(m_model->count(State::Same)));
     const QStringList headings = m_table.rows.empty() ? QStringList() : m_table.firstRow();
     const QString leftOut = leftOutHeadings(m_assignment, headings).join(u"、"_s);
     if (!leftOut.isEmpty())
         summary += u"　取り込まない列：%1"_s.arg(leftOut);
     m_ui->labelSummary->setText(summary);
-    m_ui->labelSummary->setToolTip(leftOut);
+    m_ui->labelSummary->setToolTip(leftOut.toHtmlEscaped());
     const bool any = m_model->rowCount() > 0;
-    for (QPushButton *button : {m_ui->Command5, m_ui->cmdImportSelected, m_ui->cmdSaveReport})
+    for (QPushButton *button : {m_ui->Command5, m_ui->cmdTickSelected, m_ui->cmdSaveReport})
         button->setEnabled(any);
     m_ui->Command4->setEnabled(!m_table.rows.empty() || any);
 }
 
+void CustomerImportPanel::showTaken() { m_ui->labelTaken->setText(u"← "_s + inWords(m_model->taken())); }
+
+void CustomerImportPanel::showChanges()
+{
+    m_changes->setRowCount(0);
+    const QModelIndex current = m_ui->MSFlexGrid1->currentIndex();
+    if (!current.isValid() || current.row() >= m_model->rowCount())
+        return;
+    const ImportCandidate &candidate = m_model->candidate(current.row());
+    for (const ImportChange &change : candidate.changes)
+        m_changes->appendRow({new QStandardItem(importFields().at(change.field).column),
+                              new QStandardItem(shownImportValue(change.field, change.before, m_categories)),
+                              new QStandardItem(shownAfter(candidate, change, m_categories))});
+}
+
 void CustomerImportPanel::importAll()
 {
-    if (ui::prompts::ask(window(), u"表示中のデータをすべてインポートします。よろしいですか。"_s))
-        import(m_model->shown());
+    const ImportModel::TakenRows rows = m_model->taken();
+    if (rows.added + rows.updated == 0) {
+        ui::prompts::inform(window(),
+                            u"取り込む行がありません。取り込む行の「取込」の欄に印を付けてください。"_s);
+        return;
+    }
+    const QString question = u"表示中のデータをすべてインポートします。よろしいですか。"_s;
+    const QString remark = inWords(rows) + u"。"_s;
+    // A new customer can be deleted again; what a changed one was before cannot be had back.
+    const bool wanted =
+        rows.updated > 0
+            ? ui::prompts::askCautiously(window(), question, remark)
+            : ui::prompts::ask(window(), question, QString::fromUtf16(ui::prompts::question), remark);
+    if (wanted)
+        import();
 }
 
-void CustomerImportPanel::importSelected()
+void CustomerImportPanel::import()
 {
-    std::vector<const ImportCandidate *> selected;
-    const QModelIndexList rows = m_ui->MSFlexGrid1->selectionModel()->selectedRows();
-    for (const QModelIndex &index : rows)
-        selected.push_back(&m_model->candidate(index.row()));
-    std::sort(selected.begin(), selected.end(),
-              [](const ImportCandidate *a, const ImportCandidate *b) { return a->row < b->row; });
-    if (selected.empty())
-        ui::prompts::inform(window(), u"取り込む行を選んで、反転表示にしてください。"_s);
-    else if (ui::prompts::ask(window(), u"反転表示の行（%1）だけをインポートします。よろしいですか。"_s.arg(
-                                            rowCount(selected.size()))))
-        import(selected);
-}
-
-void CustomerImportPanel::import(const std::vector<const ImportCandidate *> &candidates)
-{
+    const ImportModel::TakenRows rows = m_model->taken();
+    const std::vector<const ImportCandidate *> shown = m_model->shown();
     const auto count =
         ui::runWithProgress(window(), u"納品先を登録しています。"_s, [&](const base::Progress &progress) {
-            return importCustomers(m_workspace->connection, candidates, m_workspace->today(), progress);
+            return importCustomers(m_workspace->connection, shown, m_workspace->today(), progress);
         });
-    if (!tell(count.status()))
+    if (!tell(count.status())) {
+        if (count.error().changed)
+            judgeAgain(m_assignment);
         return;
-    m_model->removeTaken(candidates);
+    }
+    m_model->removeTaken(shown);
     showCounts();
-    if (*count > 0)
-        emit imported();
-    tellImported(*count);
+    emit imported();
+    tellImported(rows);
     if (m_model->candidates().empty())
         emit finished();
     else
@@ -278,21 +399,20 @@ void CustomerImportPanel::import(const std::vector<const ImportCandidate *> &can
 }
 
 // The rows that stay in the grid are those that were not stored, each with its reason.
-void CustomerImportPanel::tellImported(int count)
+void CustomerImportPanel::tellImported(const ImportModel::TakenRows &rows)
 {
-    if (count == 0) {
-        ui::prompts::inform(window(),
-                            u"取り込む行がありません。取り込む行の「取込」の欄に印を付けてください。"_s);
-        return;
-    }
-    QString said = u"%1の納品先を登録しました。"_s.arg(rowCount(static_cast<std::size_t>(count)));
+    QStringList said;
+    if (rows.added > 0)
+        said << u"%1の納品先を登録しました。"_s.arg(rowCount(rows.added));
+    if (rows.updated > 0)
+        said << u"%1の納品先を更新しました。"_s.arg(rowCount(rows.updated));
     using State = ImportCandidate::State;
-    if (const std::size_t waiting = m_model->count(State::Ready); waiting > 0)
-        said += u"\nまだ取り込んでいない行が %1残っています。"_s.arg(rowCount(waiting));
+    if (const std::size_t waiting = m_model->count(State::Ready) + m_model->count(State::Update); waiting > 0)
+        said << u"まだ取り込んでいない行が %1残っています。"_s.arg(rowCount(waiting));
     if (const std::size_t left = m_model->count(State::Duplicate) + m_model->count(State::Refused); left > 0)
-        said += u"\n取り込まなかった行が %1あります。「確認」の欄で理由を確かめてください。"_s.arg(
+        said << u"取り込まなかった行が %1あります。「確認」の欄で理由を確かめてください。"_s.arg(
             rowCount(left));
-    ui::prompts::inform(window(), said);
+    ui::prompts::inform(window(), said.join(u'\n'));
 }
 
 void CustomerImportPanel::saveReport()

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "masters/name_lists.h"
-#include "registers/import/customer_import.h"
+#include "registers/import/ImportModel.h"
 
 #include <QWidget>
 
 #include <memory>
 #include <optional>
+
+class QStandardItemModel;
 
 namespace workspace
 {
@@ -20,8 +22,6 @@ class CustomerImportPanel;
 
 namespace registers
 {
-
-class ImportModel;
 
 /// The import of customers: the rows of a file or of the clipboard as they would be stored, what stands
 /// against each, and the buttons that store them.
@@ -53,6 +53,7 @@ protected:
 private:
     enum class Source { File, Clipboard };
 
+    void setUpGrids();
     void connectControls();
     bool load(ImportTable table, Source source, const QString &name);
     /// The assignment of \a table by the mapping file or by its headings, or by the clerk; nothing when the
@@ -62,17 +63,24 @@ private:
     bool judge(const ImportTable &table, const ImportAssignment &assignment);
 
     void importAll();
-    void importSelected();
-    void import(const std::vector<const ImportCandidate *> &candidates);
-    void tellImported(int count);
+    void import();
+    void tellImported(const ImportModel::TakenRows &rows);
+    void offerCategories();
+    void makeCategories(bool wanted);
+    void judgeAgain(const ImportAssignment &assignment);
+    void showTaken();
+    void showChanges();
     void changeSettings();
     void saveReport();
     void toggleSelected();
+    void takeSelected();
     void showCounts();
     bool tell(const base::Status &status);
 
     std::unique_ptr<Ui::CustomerImportPanel> m_ui;
     ImportModel *m_model;
+    QStandardItemModel *m_changes; // of the current row
+    std::vector<masters::Entry> m_categories;
     workspace::Workspace *m_workspace = nullptr;
     ImportTable m_table;
     ImportAssignment m_assignment;

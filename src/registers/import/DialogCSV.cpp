@@ -36,6 +36,9 @@ DialogCSV::DialogCSV(workspace::Workspace &workspace, const ImportTable &table,
     m_ui->checkHeadings->setChecked(assignment.hasHeadings);
     addColumns(assignment);
     fillCategories(categories, assignment.defaultCategory);
+    m_ui->comboMatch->addItems({u"更新しない"_s, u"納品先IDが同じなら更新"_s, u"コードが同じなら更新"_s});
+    m_ui->comboMatch->setCurrentIndex(static_cast<int>(assignment.match));
+    m_ui->checkNumberCodes->setChecked(assignment.numbersCodes);
     connect(m_ui->checkHeadings, &QCheckBox::toggled, this, &DialogCSV::showSamples);
     connect(m_ui->cmdMatch, &QPushButton::clicked, this, &DialogCSV::assignByHeadings);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &DialogCSV::confirm);
@@ -75,7 +78,7 @@ void DialogCSV::addColumns(const ImportAssignment &assignment)
         m_samples << samples;
         m_fields << fields;
     }
-    setTabOrder(before, m_ui->comboCategory);
+    setTabOrder(before, m_ui->comboMatch);
     m_ui->layoutColumns->setRowStretch(static_cast<int>(m_table.columns) + 1, 1);
     showSamples();
 }
@@ -134,8 +137,10 @@ void DialogCSV::assignByHeadings()
 
 ImportAssignment DialogCSV::assignment() const
 {
-    ImportAssignment assignment{
-        m_ui->checkHeadings->isChecked(), {}, m_ui->comboCategory->currentData().toLongLong()};
+    ImportAssignment assignment{.hasHeadings = m_ui->checkHeadings->isChecked(),
+                                .defaultCategory = m_ui->comboCategory->currentData().toLongLong(),
+                                .match = static_cast<ImportMatch>(m_ui->comboMatch->currentIndex()),
+                                .numbersCodes = m_ui->checkNumberCodes->isChecked()};
     for (const QComboBox *field : m_fields)
         assignment.fields << field->currentIndex() - 1;
     return assignment;
@@ -153,7 +158,13 @@ QString DialogCSV::lack()
             importFields().at(field).column, QString::number(now.columnOf(field) + 1),
             QString::number(column + 1));
     }
-    if (now.hasName())
+    const int matched = now.matchField();
+    if (matched >= 0 && now.columnOf(matched) < 0) {
+        m_fields.first()->setFocus();
+        return u"「%1」が同じ納品先を更新するには、「%1」にする列を指定してください。"_s.arg(
+            importFields().at(matched).column);
+    }
+    if (now.namesCustomers())
         return {};
     m_fields.first()->setFocus();
     return u"「納品先名1」にする列を指定してください。"_s;

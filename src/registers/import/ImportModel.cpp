@@ -3,6 +3,7 @@
 #include <QColor>
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 using namespace Qt::StringLiterals;
@@ -18,18 +19,23 @@ constexpr qsizetype shownCharacters = 300;
 
 } // namespace
 
-void ImportModel::set(const ImportTable &table, const ImportAssignment &assignment,
-                      std::vector<ImportCandidate> candidates)
+void ImportModel::set(const ImportAssignment &assignment, std::vector<ImportCandidate> candidates)
 {
     beginResetModel();
     m_candidates = std::move(candidates);
-    m_lines.clear();
-    m_lines.reserve(table.rows.size());
-    for (const ImportTable::Row &row : table.rows)
-        m_lines.push_back(row.line);
     m_fields.clear();
-    std::copy_if(assignment.fields.begin(), assignment.fields.end(), std::back_inserter(m_fields),
-                 [](int field) { return field >= 0; });
+    const int key = importFieldOf(u"納品先ID"_s);
+    std::copy_if(
+        assignment.fields.begin(), assignment.fields.end(), std::back_inserter(m_fields),
+        [&](int field) { return field >= 0 && (field != key || assignment.match == ImportMatch::Key); });
+    for (const QString &filled : {u"コード"_s, u"フリガナ"_s, u"郵便番号"_s}) {
+        const int field = importFieldOf(filled);
+        const bool isFilled = std::any_of(m_candidates.begin(), m_candidates.end(), [field](const auto &row) {
+            return !row.values.at(field).isEmpty();
+        });
+        if (isFilled && !m_fields.contains(field))
+            m_fields << field;
+    }
     arrange();
     endResetModel();
 }
@@ -62,6 +68,10 @@ bool ImportModel::isShown(const ImportCandidate &candidate) const
         return candidate.state == State::Duplicate;
     case Refused:
         return candidate.state == State::Refused;
+    case Updates:
+        return candidate.state == State::Update;
+    case Same:
+        return candidate.state == State::Same;
     case All:
         break;
     }
@@ -85,10 +95,47 @@ void ImportModel::removeTaken(const std::vector<const ImportCandidate *> &stored
 void ImportModel::toggle(const QModelIndexList &rows)
 {
     const bool taken = std::any_of(rows.begin(), rows.end(), [this](const QModelIndex &index) {
-        return !candidate(index.row()).taken && candidate(index.row()).state != State::Refused;
+        return !candidate(index.row()).taken && candidate(index.row()).canBeTaken();
     });
     for (const QModelIndex &index : rows)
         setData(index.siblingAtColumn(Taken), taken ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
+}
+
+void ImportModel::take(std::size_t candidate, bool taken)
+{
+    m_candidates[candidate].taken = taken && m_candidates[candidate].canBeTaken();
+}
+
+void ImportModel::takeOnly(const QModelIndexList &rows)
+{
+    for (const std::size_t i : m_shown)
+        take(i, false);
+    for (const QModelIndex &index : rows)
+        take(m_shown[static_cast<std::size_t>(index.row())], true);
+    if (rowCount() > 0)
+        emit dataChanged(index(0, Taken), index(rowCount() - 1, Taken), {Qt::CheckStateRole});
+}
+
+ImportModel::TakenRows ImportModel::taken() const
+{
+    TakenRows count;
+    for (const std::size_t i : m_shown) {
+        if (m_candidates[i].taken && m_candidates[i].canBeTaken())
+            ++(m_candidates[i].state == State::Update ? count.updated : count.added);
+    }
+    return count;
+}
+
+void ImportModel::takeAsIn(const std::vector<ImportCandidate> &before)
+{
+    std::unordered_map<std::size_t, const ImportCandidate *> byRow;
+    for (const ImportCandidate &candidate : before)
+        byRow.emplace(candidate.row, &candidate);
+    for (std::size_t i = 0; i < m_candidates.size(); ++i) {
+        const auto found = byRow.find(m_candidates[i].row);
+        if (found != byRow.end() && found->second->state == m_candidates[i].state)
+            take(i, found->second->taken);
+    }
 }
 
 std::vector<const ImportCandidate *> ImportModel::shown() const
@@ -120,12 +167,16 @@ QString ImportModel::text(const ImportCandidate &candidate, int column) const
     case Taken:
         return {};
     case Line:
-        return QString::number(m_lines[candidate.row]);
+        return QString::number(candidate.line);
     case Remark:
         return candidate.remark;
     default:
-        return candidate.values.at(m_fields.at(column - FirstField)).left(shownCharacters);
+        break;
     }
+    const int field = m_fields.at(column - FirstField);
+    const bool makesCategory =
+        importFields().at(field).rule == ImportRule::Category && !candidate.newCategory.isEmpty();
+    return makesCategory ? candidate.newCategory : candidate.values.at(field).left(shownCharacters);
 }
 
 QVariant ImportModel::data(const QModelIndex &index, int role) const
@@ -139,11 +190,11 @@ QVariant ImportModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return row.remark.isEmpty() ? QVariant() : row.remark.toHtmlEscaped();
     case Qt::CheckStateRole:
-        if (index.column() == Taken && row.state != State::Refused)
+        if (index.column() == Taken && row.canBeTaken())
             return row.taken ? Qt::Checked : Qt::Unchecked;
         return {};
     case Qt::ForegroundRole:
-        if (index.column() == Remark && row.state != State::Ready)
+        if (index.column() == Remark && (row.state == State::Refused || row.state == State::Duplicate))
             return QColor(row.state == State::Refused ? 0xb00020 : 0x8a5a00);
         return {};
     default:
@@ -153,6 +204,8 @@ QVariant ImportModel::data(const QModelIndex &index, int role) const
 
 QVariant ImportModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (orientation == Qt::Vertical && role == Qt::DisplayRole && section < rowCount())
+        return candidate(section).values.at(importFieldOf(u"納品先名1"_s)).left(shownCharacters);
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= columnCount())
         return {};
     static const QStringList own{u"取込"_s, u"行"_s, u"確認"_s};
@@ -163,7 +216,7 @@ QVariant ImportModel::headerData(int section, Qt::Orientation orientation, int r
 Qt::ItemFlags ImportModel::flags(const QModelIndex &index) const
 {
     Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    if (index.isValid() && index.column() == Taken && candidate(index.row()).state != State::Refused)
+    if (index.isValid() && index.column() == Taken && candidate(index.row()).canBeTaken())
         flags |= Qt::ItemIsUserCheckable;
     return flags;
 }

@@ -1,18 +1,16 @@
 #include "registers/import/customer_import.h"
 
-#include "book/slip_counts.h"
 #include "db/connection.h"
-#include "db/keys.h"
-#include "db/transaction.h"
-#include "registers/customer.h"
+#include "registers/import/import_fills.h"
+#include "registers/import/import_matches.h"
 #include "registers/import/import_rules.h"
-#include "tables/table_writer.h"
-#include "text/dates.h"
 #include "text/width.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <algorithm>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -31,14 +29,12 @@ struct Places
 {
     int code = importFieldOf(u"コード"_s);
     int name1 = importFieldOf(u"納品先名1"_s);
-    int name2 = importFieldOf(u"納品先名2"_s);
     int reading = importFieldOf(u"フリガナ"_s);
+    int zip = importFieldOf(u"郵便番号"_s);
+    int address = importFieldOf(u"住所1"_s);
     int tel1 = importFieldOf(u"TEL1"_s);
     int category = importFieldOf(u"区分ID"_s);
-    int registered = importFieldOf(u"登録日"_s);
-    int ledger = importFieldOf(u"元帳出力"_s);
-    int tax = importFieldOf(u"消費税区分"_s);
-    int closingDay = importFieldOf(u"締め日"_s);
+    int key = importFieldOf(u"納品先ID"_s);
 };
 
 const Places &places()
@@ -47,46 +43,51 @@ const Places &places()
     return thePlaces;
 }
 
-// --- Judging ---
+// What the rows are judged by.
+struct Bench
+{
+    const ImportTable &table;
+    const ImportAssignment &assignment;
+    const ImportSources &sources;
+    std::vector<masters::Entry> categories;
+};
+
+// --- One row ---
 
 QString identity(const QString &name, const QString &phone)
 {
-    QString folded = text::toHalfWidth(name).toCaseFolded();
-    folded.removeIf([](QChar c) { return c.isSpace(); });
-    folded += u'\n';
+    QString folded = foldedName(name) + u'\n';
     const QString number = text::toHalfWidth(phone);
     std::copy_if(number.begin(), number.end(), std::back_inserter(folded),
                  [](QChar c) { return c.isDigit(); });
     return folded;
 }
 
-void judge(ImportCandidate &candidate, qint64 defaultCategory)
+// A name of the category's own, which a number is none.
+bool canBecomeCategory(const QString &cell)
 {
-    QStringList &values = candidate.values;
-    if (values.at(places().name1).isEmpty())
-        candidate.remark = u"納品先名1：入力されていません"_s;
-    if (values.at(places().category).isEmpty() && candidate.remark.isEmpty()) {
-        if (defaultCategory > 0)
-            values[places().category] = QString::number(defaultCategory);
-        else
-            candidate.remark = u"区分ID：入力されていません（「設定」で既定の区分を選べます）"_s;
-    }
-    if (!candidate.remark.isEmpty())
-        candidate.state = State::Refused;
+    return cell.size() <= 40 && std::any_of(cell.begin(), cell.end(), [](QChar c) { return c.isLetter(); });
 }
 
-ImportCandidate candidateFrom(const QStringList &cells, const ImportAssignment &assignment,
-                              const std::vector<masters::Entry> &categories)
+ImportCandidate candidateFrom(const Bench &bench, std::size_t row)
 {
-    ImportCandidate candidate;
+    const QStringList &cells = bench.table.rows[row].cells;
+    const QList<int> &fields = bench.assignment.fields;
+    ImportCandidate candidate{.row = row, .line = bench.table.rows[row].line};
     candidate.values.resize(importFields().size());
     QStringList refusals;
     QStringList cut;
-    for (qsizetype column = 0; column < std::min(cells.size(), assignment.fields.size()); ++column) {
-        const int field = assignment.fields.at(column);
-        if (field < 0)
+    for (qsizetype column = 0; column < std::min(cells.size(), fields.size()); ++column) {
+        const int field = fields.at(column);
+        if (field < 0 || (field == places().key && bench.assignment.match != ImportMatch::Key))
             continue;
-        const ImportValue value = importValue(importFields().at(field), cells.at(column), categories);
+        const QString cell = cells.at(column).trimmed();
+        const ImportValue value = importValue(importFields().at(field), cells.at(column), bench.categories);
+        if (field == places().category && !value.refusal.isEmpty() && bench.assignment.makesCategories &&
+            canBecomeCategory(cell)) {
+            candidate.newCategory = cell;
+            continue;
+        }
         // What is refused is shown as it came.
         candidate.values[field] = value.refusal.isEmpty() ? value.text : cells.at(column);
         if (!value.refusal.isEmpty())
@@ -95,12 +96,68 @@ ImportCandidate candidateFrom(const QStringList &cells, const ImportAssignment &
             cut << importFields().at(field).column;
     }
     candidate.remark = refusals.join(u"、"_s);
-    judge(candidate, assignment.defaultCategory);
-    if (candidate.state == State::Ready && !cut.isEmpty())
+    candidate.state = refusals.isEmpty() ? State::Ready : State::Refused;
+    if (refusals.isEmpty() && !cut.isEmpty())
         candidate.remark = u"長いため途中まで取り込みます：%1"_s.arg(cut.join(u"、"_s));
-    candidate.taken = candidate.state == State::Ready;
     return candidate;
 }
+
+void refuse(ImportCandidate &candidate, const QString &why)
+{
+    candidate.state = State::Refused;
+    candidate.remark = why;
+}
+
+// What a new customer cannot be without.
+void judgeNew(ImportCandidate &candidate, qint64 defaultCategory)
+{
+    QStringList &values = candidate.values;
+    const bool hasCategory = !values.at(places().category).isEmpty() || !candidate.newCategory.isEmpty();
+    if (values.at(places().name1).isEmpty())
+        refuse(candidate, u"納品先名1：入力されていません"_s);
+    else if (!hasCategory && defaultCategory > 0)
+        values[places().category] = QString::number(defaultCategory);
+    else if (!hasCategory)
+        refuse(candidate, u"区分ID：入力されていません（「設定」で既定の区分を選べます）"_s);
+}
+
+void fill(ImportCandidate &candidate, int field, const QString &value)
+{
+    if (value.isEmpty() || !candidate.values.at(field).isEmpty())
+        return;
+    candidate.values[field] = value;
+    candidate.remark += (candidate.remark.isEmpty() ? u""_s : u"、"_s) +
+                        u"%1を補います：%2"_s.arg(importFields().at(field).column, value);
+}
+
+void fillNew(ImportCandidate &candidate, const ImportSources &sources)
+{
+    const QStringList &values = candidate.values;
+    if (!candidate.newCategory.isEmpty())
+        candidate.remark += (candidate.remark.isEmpty() ? u""_s : u"、"_s) +
+                            u"納品先区分「%1」を新しく登録します"_s.arg(candidate.newCategory);
+    if (values.at(places().reading).isEmpty())
+        fill(candidate, places().reading, readingInName(values.at(places().name1)));
+    if (sources.postalCodeOf && values.at(places().zip).isEmpty() && !values.at(places().address).isEmpty())
+        fill(candidate, places().zip, sources.postalCodeOf(values.at(places().address)));
+}
+
+base::Result<ImportCandidate> judged(db::Connection &connection, const Bench &bench, std::size_t row)
+{
+    ImportCandidate candidate = candidateFrom(bench, row);
+    const base::Status matched =
+        matchCandidate(connection, candidate, bench.assignment.match, bench.categories);
+    if (!matched)
+        return matched.error();
+    if (candidate.state == State::Ready)
+        judgeNew(candidate, bench.assignment.defaultCategory);
+    if (candidate.state == State::Ready)
+        fillNew(candidate, bench.sources);
+    candidate.taken = candidate.taken && candidate.canBeTaken();
+    return candidate;
+}
+
+// --- The rows among each other and among the customers ---
 
 void markDuplicate(ImportCandidate &candidate, const QString &of)
 {
@@ -113,12 +170,13 @@ void markDuplicate(ImportCandidate &candidate, const QString &of)
 
 using Identities = QHash<QString, std::vector<std::size_t>>; // candidates that are the same customer
 
-base::Status markKnownCustomers(db::Connection &connection, std::vector<ImportCandidate> &candidates,
-                                const Identities &identities, const std::function<bool()> &goOn)
+// Shows each customer's key, name, telephone number and code.
+base::Status visitCustomers(db::Connection &connection, const std::function<bool()> &goOn,
+                            const std::function<void(const QVariantList &)> &visit)
 {
     qint64 lastKey = std::numeric_limits<qint64>::min();
     while (true) {
-        const auto block = connection.select(u"SELECT 納品先ID, 納品先名1, TEL1 FROM 納品先 "
+        const auto block = connection.select(u"SELECT 納品先ID, 納品先名1, TEL1, コード FROM 納品先 "
                                              "WHERE 納品先ID > ? ORDER BY 納品先ID LIMIT ?"_s,
                                              {lastKey, blockSize});
         if (!block)
@@ -127,168 +185,115 @@ base::Status markKnownCustomers(db::Connection &connection, std::vector<ImportCa
             return {};
         if (!goOn())
             return base::cancelled();
-        for (const QVariantList &row : block->rows) {
-            const auto same = identities.constFind(identity(row.at(1).toString(), row.at(2).toString()));
-            if (same == identities.cend())
-                continue;
-            for (const std::size_t index : *same)
-                markDuplicate(candidates[index], u"登録済み：納品先ID %1「%2」"_s.arg(row.at(0).toString(),
-                                                                                      row.at(1).toString()));
-        }
+        for (const QVariantList &row : block->rows)
+            visit(row);
         lastKey = block->rows.back().front().toLongLong();
     }
 }
 
-void markRepeatedRows(std::vector<ImportCandidate> &candidates, const ImportTable &table,
-                      const Identities &identities)
+void markKnown(std::vector<ImportCandidate> &candidates, const Identities &identities,
+               const QVariantList &customer)
+{
+    const auto same = identities.constFind(identity(customer.at(1).toString(), customer.at(2).toString()));
+    if (same == identities.cend())
+        return;
+    for (const std::size_t index : *same)
+        markDuplicate(candidates[index], u"登録済み：納品先ID %1「%2」"_s.arg(customer.at(0).toString(),
+                                                                              customer.at(1).toString()));
+}
+
+void markRepeatedRows(std::vector<ImportCandidate> &candidates, const Identities &identities)
 {
     for (const auto &same : identities) {
         for (std::size_t later = 1; later < same.size(); ++later)
             markDuplicate(candidates[same[later]],
-                          u"%1 行目と同じ名前と電話番号です"_s.arg(table.rows[candidates[same[0]].row].line));
+                          u"%1 行目と同じ名前と電話番号です"_s.arg(candidates[same[0]].line));
     }
 }
 
-// --- Storing ---
-
-QString insertStatement()
+// One customer is changed by one row: of two, nobody could tell which is the newer one.
+void refuseRepeatedUpdates(std::vector<ImportCandidate> &candidates)
 {
-    QStringList columns;
-    for (const ImportField &field : importFields())
-        columns << field.column;
-    columns << u"納品先ID"_s << u"納品先名キー"_s << u"更新日"_s;
-    return u"INSERT INTO 納品先 (%1, 版) VALUES (%2, (SELECT 最終 FROM 版数))"_s.arg(
-        columns.join(u", "_s), QStringList(columns.size(), u"?"_s).join(u", "_s));
-}
-
-QVariantList rowOf(const ImportCandidate &candidate, qint64 key, const QString &today)
-{
-    QVariantList row;
-    for (const QString &value : candidate.values)
-        row << (value.isEmpty() ? QVariant() : QVariant(value));
-    const auto fill = [&row](int place, const QVariant &value) {
-        if (row.at(place).isNull())
-            row[place] = value;
-    };
-    fill(places().registered, today);
-    fill(places().ledger, 0);
-    fill(places().tax, 0);
-    fill(places().closingDay, 0);
-    const QStringList &values = candidate.values;
-    return row << key
-               << customerKey(values.at(places().name1), values.at(places().name2), values.at(places().code),
-                              values.at(places().tel1), values.at(places().reading))
-               << today;
-}
-
-// Another program may have removed a category since the rows were looked at.
-base::Status checkCategories(db::Connection &connection,
-                             const std::vector<const ImportCandidate *> &candidates)
-{
-    const auto categories = masters::customerCategories(connection);
-    if (!categories)
-        return categories.error();
-    QSet<QString> known;
-    for (const masters::Entry &entry : *categories)
-        known.insert(QString::number(entry.id));
-    for (const ImportCandidate *candidate : candidates) {
-        const QString &id = candidate->values.at(places().category);
-        if (!known.contains(id))
-            return base::Error{u"納品先区分（区分ID %1）が削除されているため、取り込めませんでした。"
-                               "もう一度読み込んでください。"_s.arg(id)};
+    QHash<qint64, int> lines;
+    for (ImportCandidate &candidate : candidates) {
+        if (candidate.state != State::Update && candidate.state != State::Same)
+            continue;
+        const auto first = lines.constFind(candidate.customer);
+        if (first == lines.cend()) {
+            lines.insert(candidate.customer, candidate.line);
+        } else {
+            refuse(candidate, u"%1 行目と同じ納品先（ID %2）です"_s.arg(*first).arg(candidate.customer));
+            candidate.taken = false;
+        }
     }
-    return {};
 }
 
-base::Result<int> insertCustomers(db::Connection &connection,
-                                  const std::vector<const ImportCandidate *> &taken, const QDate &today,
-                                  const base::Progress &progress)
+void numberCodes(std::vector<ImportCandidate> &candidates, CodeNumbers numbers)
 {
-    const auto total = static_cast<qint64>(taken.size());
-    if (const base::Status known = checkCategories(connection, taken); !known)
-        return known.error();
-    const auto next = db::nextKey(connection, u"納品先"_s);
-    const auto firstKey = next ? book::keyWithoutSlips(connection, book::Party::Customer, *next) : next;
-    if (!firstKey)
-        return firstKey.error();
-    if (total > db::highestKey - *firstKey + 1)
-        return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
-    const QString statement = insertStatement();
-    const QString date = text::stored(today);
-    for (qint64 place = 0; place < total; ++place) {
-        const auto added = connection.execute(
-            statement, rowOf(*taken[static_cast<std::size_t>(place)], *firstKey + place, date));
-        if (!added)
-            return added.error();
-        if (!progress(place, total))
-            return base::cancelled();
+    for (const ImportCandidate &candidate : candidates)
+        numbers.take(candidate.values.at(places().code));
+    for (ImportCandidate &candidate : candidates) {
+        const bool isNew = candidate.state == State::Ready || candidate.state == State::Duplicate;
+        if (isNew && candidate.values.at(places().code).isEmpty())
+            fill(candidate, places().code, numbers.next());
     }
-    return static_cast<int>(total);
 }
 
 } // namespace
 
-base::Result<std::vector<ImportCandidate>> importCandidates(db::Connection &connection,
-                                                            const ImportTable &table,
-                                                            const ImportAssignment &assignment,
-                                                            const base::Progress &progress)
+base::Result<std::vector<ImportCandidate>>
+importCandidates(db::Connection &connection, const ImportTable &table, const ImportAssignment &assignment,
+                 const base::Progress &progress, const ImportSources &sources)
 {
     const auto categories = masters::customerCategories(connection);
     if (!categories)
         return categories.error();
+    const Bench bench{table, assignment, sources, *categories};
     const auto total = static_cast<qint64>(table.rows.size());
     std::vector<ImportCandidate> candidates;
     Identities identities;
     for (std::size_t row = assignment.hasHeadings ? 1 : 0; row < table.rows.size(); ++row) {
-        ImportCandidate candidate = candidateFrom(table.rows[row].cells, assignment, *categories);
-        candidate.row = row;
-        if (candidate.state == State::Ready)
-            identities[identity(candidate.values.at(places().name1), candidate.values.at(places().tel1))]
+        auto candidate = judged(connection, bench, row);
+        if (!candidate)
+            return candidate.error();
+        if (candidate->state == State::Ready)
+            identities[identity(candidate->values.at(places().name1), candidate->values.at(places().tel1))]
                 .push_back(candidates.size());
-        candidates.push_back(std::move(candidate));
+        candidates.push_back(std::move(*candidate));
         if (!progress(static_cast<qint64>(row), total))
             return base::cancelled();
     }
-    const base::Status known =
-        markKnownCustomers(connection, candidates, identities, [&] { return progress(total, total); });
+    CodeNumbers numbers;
+    const base::Status known = visitCustomers(
+        connection, [&] { return progress(total, total); },
+        [&](const QVariantList &customer) {
+            markKnown(candidates, identities, customer);
+            numbers.take(customer.at(3).toString());
+        });
     if (!known)
         return known.error();
-    markRepeatedRows(candidates, table, identities);
+    markRepeatedRows(candidates, identities);
+    refuseRepeatedUpdates(candidates);
+    if (assignment.numbersCodes)
+        numberCodes(candidates, numbers);
     return candidates;
 }
 
-base::Result<int> importCustomers(db::Connection &connection,
-                                  const std::vector<const ImportCandidate *> &candidates, const QDate &today,
-                                  const base::Progress &progress)
+QStringList unknownCategories(const ImportTable &table, const ImportAssignment &assignment,
+                              const std::vector<masters::Entry> &categories)
 {
-    std::vector<const ImportCandidate *> taken;
-    std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(taken),
-                 [](const ImportCandidate *c) { return c->taken && c->state != State::Refused; });
-    return db::atomically(connection, [&] { return insertCustomers(connection, taken, today, progress); });
-}
-
-base::Status writeImportReport(const QString &fileName, const ImportTable &table,
-                               const ImportAssignment &assignment,
-                               const std::vector<const ImportCandidate *> &candidates,
-                               const base::Progress &progress)
-{
-    std::vector<base::Column> columns{{u"行"_s, base::Format::Number}, {u"理由"_s}};
-    for (qsizetype column = 0; column < table.columns; ++column) {
-        const QString heading = assignment.hasHeadings ? table.firstRow().value(column) : QString();
-        columns.push_back({heading.isEmpty() ? u"列%1"_s.arg(column + 1) : heading});
+    QStringList names;
+    QSet<QString> seen;
+    const qsizetype column = assignment.columnOf(places().category);
+    for (std::size_t row = assignment.hasHeadings ? 1 : 0; column >= 0 && row < table.rows.size(); ++row) {
+        const QString cell = table.rows[row].cells.value(column).trimmed();
+        if (!canBecomeCategory(cell) || seen.contains(foldedName(cell)))
+            continue;
+        seen.insert(foldedName(cell));
+        if (!importValue(importFields().at(places().category), cell, categories).refusal.isEmpty())
+            names << cell;
     }
-    auto next = candidates.begin();
-    const auto nextRow = [&](QVariantList &row) -> base::Result<bool> {
-        if (next == candidates.end())
-            return false;
-        const ImportTable::Row &source = table.rows[(*next)->row];
-        row = {source.line, (*next)->remark};
-        for (qsizetype column = 0; column < table.columns; ++column)
-            row << source.cells.value(column);
-        ++next;
-        return true;
-    };
-    return tables::writeTable(fileName, {columns, static_cast<qint64>(candidates.size()), nextRow}, progress);
+    return names;
 }
 
 } // namespace registers

@@ -49,12 +49,13 @@ constexpr Row fieldRows[] = {
     {u"締め日", ClosingDay, u"締日 請求締日 請求書の締め日"},
     {u"元帳出力", YesNo, u""},
     {u"消費税区分", TaxClass, u"税区分"},
+    {u"納品先ID", Key, u""},
 };
 
 // Headings of this program's own export that are made anew for every customer.
 const QStringList &ownColumns()
 {
-    static const QStringList columns{u"納品先ID"_s, u"納品先名キー"_s, u"更新日"_s};
+    static const QStringList columns{u"納品先名キー"_s, u"更新日"_s};
     return columns;
 }
 
@@ -114,14 +115,31 @@ int importFieldOf(const QString &column)
     return found == fields.cend() ? -1 : static_cast<int>(found - fields.cbegin());
 }
 
-bool ImportAssignment::hasName() const { return columnOf(importFieldOf(u"納品先名1"_s)) >= 0; }
+int ImportAssignment::matchField() const
+{
+    switch (match) {
+    case ImportMatch::Key:
+        return importFieldOf(u"納品先ID"_s);
+    case ImportMatch::Code:
+        return importFieldOf(u"コード"_s);
+    case ImportMatch::None:
+        break;
+    }
+    return -1;
+}
+
+bool ImportAssignment::namesCustomers() const
+{
+    const int matched = matchField();
+    return columnOf(importFieldOf(u"納品先名1"_s)) >= 0 || (matched >= 0 && columnOf(matched) >= 0);
+}
 
 QStringList leftOutHeadings(const ImportAssignment &assignment, const QStringList &firstRow)
 {
     QStringList leftOut;
     for (qsizetype column = 0; assignment.hasHeadings && column < firstRow.size(); ++column) {
         const QString heading = firstRow.at(column).simplified();
-        const bool isOurs = ownColumns().contains(heading);
+        const bool isOurs = ownColumns().contains(heading) || heading == importFields().constLast().column;
         if (assignment.fields.value(column, -1) < 0 && !heading.isEmpty() && !isOurs)
             leftOut += heading;
     }

@@ -23,7 +23,8 @@ enum class ImportRule {
     Category,   // key or name
     ClosingDay, // number or name
     TaxClass,   // number or name
-    YesNo
+    YesNo,
+    Key // of a customer that is there
 };
 
 struct ImportField
@@ -33,27 +34,37 @@ struct ImportField
     QStringList headings; // by which tables name it besides the column's own name
 };
 
-/// The fields that are imported. The key, the search key and the day of the last change are made anew.
+/// The fields that are imported. The search key and the day of the last change are made anew, and so is the
+/// key, the last field, which only tells customers that are there.
 const QList<ImportField> &importFields();
 
 /// The place of \a column in importFields(); -1 when it is not imported.
 int importFieldOf(const QString &column);
 
+/// By what a row of a table is taken for a customer that is there, and changes it.
+enum class ImportMatch { None, Key, Code };
+
 /// The columns of a table as fields of a customer.
 struct ImportAssignment
 {
     bool hasHeadings = false;   // the first row holds no customer
-    QList<int> fields;          // of every column, by place in importFields(); -1: left out
+    QList<int> fields = {};     // of every column, by place in importFields(); -1: left out
     qint64 defaultCategory = 0; // 区分ID of rows that name none; 0: such rows are refused
+    ImportMatch match = ImportMatch::None;
+    bool makesCategories = false; // those that are named and not registered are made with their customers
+    bool numbersCodes = false;    // customers without a code get the next numbers
 
     /// The column that \a field comes from; -1 when none does.
     [[nodiscard]] qsizetype columnOf(int field) const { return fields.indexOf(field); }
-    /// Without names there is nothing to import.
-    [[nodiscard]] bool hasName() const;
+    /// The field that customers are matched by; -1 when none is.
+    [[nodiscard]] int matchField() const;
+    /// Whether the rows tell whose they are: by a name, or by what they are matched by. Without it there is
+    /// nothing to import.
+    [[nodiscard]] bool namesCustomers() const;
 };
 
 /// The headings of the columns that \a assignment leaves out, but for those that are made anew for every
-/// customer.
+/// customer and the keys where nothing is matched by them.
 QStringList leftOutHeadings(const ImportAssignment &assignment, const QStringList &firstRow);
 
 /// What a heading is compared by: upper and lower case, widths, both kana, blanks and marks do not count.

@@ -20,9 +20,22 @@ const QString headingsKey = u"見出し行"_s;
 const QString withHeadings = u"あり"_s;
 const QString withoutHeadings = u"なし"_s;
 const QString categoryKey = u"区分の既定値"_s;
+const QString matchKey = u"登録済みの納品先を更新"_s;
+const QString codesKey = u"コードの続き番号"_s;
+const QString numbered = u"付ける"_s;
 const QString leftOutKey = u"取り込まない列"_s;
 const QString byHeading = u"見出し:"_s;
 const QString byNumber = u"列:"_s;
+
+ImportMatch matchBy(const QString &column)
+{
+    for (const ImportMatch match : {ImportMatch::Key, ImportMatch::Code}) {
+        if (importFieldOf(column) >= 0 &&
+            ImportAssignment{.match = match}.matchField() == importFieldOf(column))
+            return match;
+    }
+    return ImportMatch::None;
+}
 
 void takeLine(ImportMapping &mapping, const QString &key, const QString &value)
 {
@@ -30,6 +43,10 @@ void takeLine(ImportMapping &mapping, const QString &key, const QString &value)
         mapping.hasHeadings = value == withHeadings;
     } else if (key == categoryKey) {
         mapping.defaultCategory = std::max<qint64>(0, value.toLongLong());
+    } else if (key == matchKey) {
+        mapping.match = matchBy(value);
+    } else if (key == codesKey) {
+        mapping.numbersCodes = value == numbered;
     } else if (key == leftOutKey) {
         mapping.leftOut += foldedHeading(value);
     } else if (const int field = importFieldOf(key); field >= 0) {
@@ -67,6 +84,10 @@ base::Status writeImportMapping(const QString &fileName, const ImportMapping &ma
     QStringList lines{firstLine, headingsKey + u'=' + (mapping.hasHeadings ? withHeadings : withoutHeadings)};
     if (mapping.defaultCategory > 0)
         lines << categoryKey + u'=' + QString::number(mapping.defaultCategory);
+    if (const int matched = ImportAssignment{.match = mapping.match}.matchField(); matched >= 0)
+        lines << matchKey + u'=' + importFields().at(matched).column;
+    if (mapping.numbersCodes)
+        lines << codesKey + u'=' + numbered;
     for (const ImportMapping::Source &source : mapping.sources) {
         const QString from =
             source.heading.isEmpty() ? byNumber + QString::number(source.number) : byHeading + source.heading;
@@ -84,7 +105,10 @@ base::Status writeImportMapping(const QString &fileName, const ImportMapping &ma
 
 ImportMapping mappingOf(const ImportAssignment &assignment, const QStringList &firstRow)
 {
-    ImportMapping mapping{assignment.hasHeadings, assignment.defaultCategory, {}, {}};
+    ImportMapping mapping{.hasHeadings = assignment.hasHeadings,
+                          .defaultCategory = assignment.defaultCategory,
+                          .match = assignment.match,
+                          .numbersCodes = assignment.numbersCodes};
     for (const QString &heading : leftOutHeadings(assignment, firstRow))
         mapping.leftOut += foldedHeading(heading);
     QStringList folded;
@@ -106,7 +130,10 @@ ImportMapping mappingOf(const ImportAssignment &assignment, const QStringList &f
 std::optional<ImportAssignment> assignmentByMapping(const ImportMapping &mapping, const QStringList &firstRow,
                                                     qsizetype columns)
 {
-    ImportAssignment assignment{mapping.hasHeadings, {}, mapping.defaultCategory};
+    ImportAssignment assignment{.hasHeadings = mapping.hasHeadings,
+                                .defaultCategory = mapping.defaultCategory,
+                                .match = mapping.match,
+                                .numbersCodes = mapping.numbersCodes};
     assignment.fields.fill(-1, columns);
     QStringList folded;
     for (const QString &heading : firstRow)
@@ -131,7 +158,7 @@ std::optional<ImportAssignment> assignmentByMapping(const ImportMapping &mapping
     }
     // A table with headings is not taken for one without, which would make a customer of its headings.
     const bool isOtherKind = !mapping.hasHeadings && assignmentByHeadings(firstRow, columns).hasHeadings;
-    if (isOtherKind || !assignment.hasName())
+    if (isOtherKind || !assignment.namesCustomers())
         return std::nullopt;
     return assignment;
 }

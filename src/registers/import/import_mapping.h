@@ -21,7 +21,9 @@ struct ImportMapping
     };
     bool hasHeadings = false;
     qint64 defaultCategory = 0;
-    QList<Source> sources;
+    ImportMatch match = ImportMatch::None;
+    bool numbersCodes = false;
+    QList<Source> sources = {};
     QStringList leftOut = {}; // folded headings of columns that are there, and not taken by choice
 };
 

@@ -148,6 +148,13 @@ ImportValue yesNo(const QString &cell)
     return no.contains(answer) ? ImportValue{u"0"_s, {}} : refused(u"0 か 1 で指定してください"_s);
 }
 
+ImportValue key(const QString &cell)
+{
+    const auto number = text::parseInteger(cell);
+    return number && *number > 0 ? ImportValue{QString::number(*number), {}}
+                                 : refused(u"番号ではありません"_s);
+}
+
 ImportValue byRule(ImportRule rule, const QString &cell, const std::vector<masters::Entry> &categories)
 {
     switch (rule) {
@@ -173,6 +180,8 @@ ImportValue byRule(ImportRule rule, const QString &cell, const std::vector<maste
         return taxClass(cell);
     case ImportRule::YesNo:
         return yesNo(cell);
+    case ImportRule::Key:
+        return key(cell);
     case ImportRule::Text:
         break;
     }
@@ -200,6 +209,15 @@ ImportValue importValue(const ImportField &field, const QString &cell,
     if (!value.refusal.isEmpty())
         value.refusal = field.column + u"："_s + value.refusal;
     return value;
+}
+
+QVariant boundImportValue(int field, const QString &text)
+{
+    static const QList<ImportRule> numbers{ImportRule::Category, ImportRule::ClosingDay, ImportRule::TaxClass,
+                                           ImportRule::YesNo, ImportRule::Key};
+    if (text.isEmpty())
+        return {};
+    return numbers.contains(importFields().at(field).rule) ? QVariant(text.toLongLong()) : QVariant(text);
 }
 
 } // namespace registers

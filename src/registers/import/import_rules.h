@@ -3,7 +3,7 @@
 #include "masters/name_lists.h"
 #include "registers/import/import_fields.h"
 
-#include <QDate>
+#include <QVariant>
 
 // How a cell of a table becomes the value of a customer's field.
 namespace registers
@@ -20,5 +20,8 @@ struct ImportValue
 /// The value of \a field for what \a cell says. \a categories can be named by key or by name.
 ImportValue importValue(const ImportField &field, const QString &cell,
                         const std::vector<masters::Entry> &categories);
+
+/// \a text of the field at place \a field in the type of its column; NULL when it is empty.
+QVariant boundImportValue(int field, const QString &text);
 
 } // namespace registers

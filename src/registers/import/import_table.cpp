@@ -5,8 +5,10 @@
 #include "tables/text_file.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -102,15 +104,36 @@ qsizetype fieldsOfFirstRecord(Pieces &pieces, QChar separator)
     return cells.size();
 }
 
+// What parts the cells, and whether the file's first line does nothing but say so.
+struct Separator
+{
+    QChar sign;
+    bool isNamed = false;
+};
+
+// "sep=;" as spreadsheet programs write and heed it before a table.
+std::optional<QChar> namedSeparator(Pieces &pieces)
+{
+    static const QRegularExpression line(uR"re(\A"?sep=(.)"?\z)re"_s,
+                                         QRegularExpression::CaseInsensitiveOption);
+    tables::CsvReader reader(pieces.source(), QChar(QChar::Null)); // whole lines
+    QStringList first;
+    reader.next(first);
+    const auto match = line.match(first.value(0).left(8));
+    return match.hasMatch() ? std::optional(match.captured(1).front()) : std::nullopt;
+}
+
 // Other programs call tables with tabs or semicolons CSV, too; the first record shows it. A semicolon is the
 // weakest sign, as it may be part of a text; a text with a tab stands in quotes.
-QChar separatorOf(Pieces &pieces)
+Separator separatorOf(Pieces &pieces)
 {
+    if (const auto named = namedSeparator(pieces))
+        return {*named, true};
     const qsizetype byComma = fieldsOfFirstRecord(pieces, u',');
     const qsizetype byTab = fieldsOfFirstRecord(pieces, u'\t');
     if (byTab > 1 && byTab >= byComma)
-        return u'\t';
-    return byComma <= 1 && fieldsOfFirstRecord(pieces, u';') > 1 ? u';' : u',';
+        return {u'\t'};
+    return {byComma <= 1 && fieldsOfFirstRecord(pieces, u';') > 1 ? u';' : u','};
 }
 
 } // namespace
@@ -120,8 +143,11 @@ base::Result<ImportTable> readImportFile(const QString &fileName, const base::Pr
     Pieces pieces;
     if (const base::Status opened = pieces.file.open(fileName, highestFileSize); !opened)
         return opened.error();
-    const QChar separator = separatorOf(pieces);
-    auto table = tableFrom(tables::CsvReader(pieces.source(), separator), tables::unguarded, progress);
+    const Separator separator = separatorOf(pieces);
+    tables::CsvReader reader(pieces.source(), separator.sign);
+    if (QStringList line; separator.isNamed)
+        reader.next(line);
+    auto table = tableFrom(std::move(reader), tables::unguarded, progress);
     if (!pieces.isText)
         return noTable();
     return pieces.file.state() ? table : pieces.file.state().error();

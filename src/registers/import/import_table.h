@@ -23,8 +23,9 @@ struct ImportTable
     [[nodiscard]] const QStringList &firstRow() const { return rows.front().cells; }
 };
 
-/// The table in a CSV file (UTF-8, UTF-16 or the system's Japanese code page; at most 64 MB), its cells
-/// separated by commas, or by tabs or semicolons where the first row is. Read piece by piece; beyond 200,000
+/// The table in a CSV file (UTF-8, UTF-16, ISO-2022-JP or the system's Japanese code page; at most 64 MB),
+/// its cells separated by what a first line "sep=;" names, else by commas, or by tabs or semicolons where the
+/// first row is. Read piece by piece; beyond 200,000
 /// rows or 3,000,000 cells it is too much. Fails for what is no such table, and for quotes that are never
 /// closed, which would swallow the rows that follow.
 base::Result<ImportTable> readImportFile(const QString &fileName, const base::Progress &progress);

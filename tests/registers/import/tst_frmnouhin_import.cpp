@@ -27,6 +27,8 @@ namespace
 const QString noMapping = u"設定ファイルが見つかりませんでした。インポートの設定を行います。"_s;
 const QString importAll = u"表示中のデータをすべてインポートします。よろしいですか。"_s;
 
+QString taken(int count) { return u"印のある行だけを取り込みます（新規登録 %1 件）。"_s.arg(count); }
+
 // The register of a shop with one customer, and a table of four rows: one to import, one that repeats the
 // customer, one without a name, one more to import.
 struct Import : ScreenDriver
@@ -110,10 +112,11 @@ private slots:
         QCOMPARE(r.cursor(), u"MSFlexGrid1"_s);
         QCOMPARE(r.column(3), u"佐藤|山田　太郎||鈴木"_s);
         QCOMPARE(r.column(2), u"|登録済み：納品先ID 1「山田太郎」|納品先名1：入力されていません|"_s);
-        ui::prompts::expectAsk(importAll, false);
+        QCOMPARE(r.the<QLabel>("labelTaken").text(), u"← 印のある行だけを取り込みます（新規登録 2 件）"_s);
+        ui::prompts::expectAsk(importAll, false, taken(2));
         r.press("Command5");
         QCOMPARE(r.stored(), u"山田太郎"_s);
-        ui::prompts::expectAsk(importAll, true);
+        ui::prompts::expectAsk(importAll, true, taken(2));
         ui::prompts::expectInform(u"2 件の納品先を登録しました。\n取り込まなかった行が 2 件あります。"
                                   "「確認」の欄で理由を確かめてください。"_s);
         QTest::keyClick(r.screen.focusWidget(), Qt::Key_A, Qt::AltModifier);
@@ -143,14 +146,21 @@ private slots:
         r.key(Qt::Key_Space);
         r.key(Qt::Key_Down, Qt::ShiftModifier);
         QCOMPARE(r.model().index(1, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
-        ui::prompts::expectAsk(u"反転表示の行（2 件）だけをインポートします。よろしいですか。"_s, true);
+        // What is selected counts for nothing until it is ticked.
+        r.press("cmdTickSelected");
+        QCOMPARE(r.model().index(3, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
+        ui::prompts::expectAsk(importAll, true, taken(1));
         ui::prompts::expectInform(
             u"1 件の納品先を登録しました。\nまだ取り込んでいない行が 2 件残っています。\n"
             "取り込まなかった行が 1 件あります。「確認」の欄で理由を確かめてください。"_s);
-        r.press("cmdImportSelected");
+        r.press("Command5");
         QCOMPARE(r.stored(), u"山田太郎 山田　太郎"_s);
         QCOMPARE(r.column(3), u"佐藤||鈴木"_s);
-        // Shown are those that can be imported, as "すべて選択" would take them.
+        // The names stay in sight beside the other fields.
+        QCOMPARE(r.model().headerData(0, Qt::Vertical).toString(), u"佐藤"_s);
+        ui::prompts::expectInform(
+            u"取り込む行がありません。取り込む行の「取込」の欄に印を付けてください。"_s);
+        r.press("Command5");
         r.choose("comboFilter", 1);
         QCOMPARE(r.column(3), u"佐藤|鈴木"_s);
     }
@@ -164,7 +174,7 @@ private slots:
         QGuiApplication::clipboard()->setText(u"納品先名1\t区分ID\n=1+1\t1\n"_s);
         r.key(Qt::Key_Insert, Qt::ShiftModifier);
         QCOMPARE(r.column(3), u"=1+1"_s);
-        ui::prompts::expectAsk(importAll, true);
+        ui::prompts::expectAsk(importAll, true, taken(1));
         ui::prompts::expectInform(u"1 件の納品先を登録しました。"_s);
         r.press("Command5");
         QVERIFY(!r.importing());
@@ -196,10 +206,47 @@ private slots:
         });
         r.openFile(u"x,佐藤\ny,鈴木\n"_s);
         QCOMPARE(r.column(3), u"佐藤|鈴木"_s);
-        ui::prompts::expectAsk(importAll, true);
+        ui::prompts::expectAsk(importAll, true, taken(2));
         ui::prompts::expectInform({});
         r.press("Command5");
         QCOMPARE(r.shop.rows(u"SELECT 区分ID FROM 納品先 WHERE 納品先ID > 1"_s).join(u' '), u"2 2"_s);
+    }
+
+    // The register's customer gets what the table says; another program is faster the first time.
+    void updatesAfterShowingWhatChanges()
+    {
+        Import r;
+        ui::prompts::expectInform(noMapping);
+        Import::inSettings([](ScreenDriver &settings) {
+            settings.choose("comboMatch", 2);
+            ui::prompts::expectInform(
+                u"「コード」が同じ納品先を更新するには、「コード」にする列を指定してください。"_s);
+            settings.press("cmdOK");
+            settings.choose("comboMatch", 1);
+            settings.press("cmdOK");
+        });
+        r.openFile(u"納品先ID,電話番号,区分\n1,03-2,特約店\n"_s);
+        QCOMPARE(r.column(2), u"納品先区分に登録されていません"_s.prepend(u"区分ID："_s));
+        r.press("checkNewCategories");
+        QCOMPARE(r.column(2),
+                 u"納品先ID 1「山田太郎」 を更新：TEL1「03-1」→「03-2」、区分ID「得意先」→「特約店」"_s);
+        const QAbstractItemModel &changes = *r.the<ui::Grid>("gridChanges").model();
+        QCOMPARE(changes.rowCount(), 2);
+        QCOMPARE(changes.index(1, 2).data().toString(), u"特約店"_s);
+        r.shop.run(u"UPDATE 納品先 SET TEL1 = '03-7', 版 = 3 WHERE 納品先ID = 1"_s);
+        const QString remark = u"印のある行だけを取り込みます（登録済みの納品先の更新 1 件）。"_s;
+        ui::prompts::expectAskCautiously(importAll, true, remark);
+        ui::prompts::expectInform({});
+        r.press("Command5");
+        QCOMPARE(r.shop.value(u"SELECT TEL1 FROM 納品先"_s).toString(), u"03-7"_s);
+        QCOMPARE(r.shop.value(u"SELECT COUNT(*) FROM 登録区分"_s).toInt(), 2);
+        QVERIFY(r.column(2).contains(u"TEL1「03-7」→「03-2」"_s));
+        ui::prompts::expectAskCautiously(importAll, true, remark);
+        ui::prompts::expectInform(u"1 件の納品先を更新しました。"_s);
+        r.press("Command5");
+        QCOMPARE(r.shop.rows(u"SELECT TEL1, 区分ID, 納品先名キー FROM 納品先"_s),
+                 QStringList{u"03-2|3|山田太郎  03-2 "_s});
+        QVERIFY(!r.importing());
     }
 
     void leavesEverythingWhenGivenUp()

@@ -1,0 +1,194 @@
+#include "book/slip_counts.h"
+#include "db/connection.h"
+#include "db/keys.h"
+#include "db/transaction.h"
+#include "registers/customer.h"
+#include "registers/import/customer_import.h"
+#include "registers/import/import_matches.h"
+#include "registers/import/import_rules.h"
+#include "text/dates.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+namespace
+{
+
+using State = ImportCandidate::State;
+
+int placeOf(const QString &column) { return importFieldOf(column); }
+
+// --- Categories ---
+
+// The keys of the categories that \a candidates make, by folded name.
+using MadeCategories = QHash<QString, qint64>;
+
+base::Status makeCategory(db::Connection &connection, const QString &name, MadeCategories &made)
+{
+    const auto key = db::nextKey(connection, u"登録区分"_s);
+    if (!key)
+        return key.error();
+    made.insert(foldedName(name), *key);
+    return connection
+        .execute(u"INSERT INTO 登録区分 (区分ID, 区分名, 版) VALUES (?, ?, (SELECT 最終 FROM 版数))"_s,
+                 {*key, name})
+        .status();
+}
+
+// One that another program made meanwhile is taken as it is.
+base::Result<MadeCategories> makeCategories(db::Connection &connection,
+                                            const std::vector<const ImportCandidate *> &candidates,
+                                            const std::vector<masters::Entry> &there)
+{
+    MadeCategories made;
+    for (const masters::Entry &entry : there)
+        made.insert(foldedName(entry.name), entry.id);
+    for (const ImportCandidate *candidate : candidates) {
+        const QString &name = candidate->newCategory;
+        if (name.isEmpty() || made.contains(foldedName(name)))
+            continue;
+        if (const base::Status done = makeCategory(connection, name, made); !done)
+            return done.error();
+    }
+    return made;
+}
+
+// Another program may have removed a category since the rows were looked at.
+base::Status checkCategories(const std::vector<const ImportCandidate *> &candidates,
+                             const std::vector<masters::Entry> &there)
+{
+    QSet<QString> known;
+    for (const masters::Entry &entry : there)
+        known.insert(QString::number(entry.id));
+    for (const ImportCandidate *candidate : candidates) {
+        const QString &id = candidate->values.at(placeOf(u"区分ID"_s));
+        if (!id.isEmpty() && !known.contains(id))
+            return base::Error{u"納品先区分（区分ID %1）が削除されているため、取り込めませんでした。"
+                               "もう一度読み込んでください。"_s.arg(id)};
+    }
+    return {};
+}
+
+ImportCandidate withCategory(ImportCandidate candidate, const MadeCategories &made)
+{
+    if (candidate.newCategory.isEmpty())
+        return candidate;
+    const int place = placeOf(u"区分ID"_s);
+    candidate.values[place] = QString::number(made.value(foldedName(candidate.newCategory)));
+    for (ImportChange &change : candidate.changes) {
+        if (change.field == place)
+            change.after = candidate.values.at(place);
+    }
+    return candidate;
+}
+
+// --- New customers ---
+
+// The key is the last field, and the program's own.
+qsizetype storedFields() { return importFields().size() - 1; }
+
+QString insertStatement()
+{
+    QStringList columns;
+    for (const ImportField &field : importFields().first(storedFields()))
+        columns << field.column;
+    columns << u"納品先ID"_s << u"納品先名キー"_s << u"更新日"_s;
+    return u"INSERT INTO 納品先 (%1, 版) VALUES (%2, (SELECT 最終 FROM 版数))"_s.arg(
+        columns.join(u", "_s), QStringList(columns.size(), u"?"_s).join(u", "_s));
+}
+
+QVariantList rowOf(const ImportCandidate &candidate, qint64 key, const QString &today)
+{
+    QVariantList row;
+    for (int field = 0; field < storedFields(); ++field)
+        row << boundImportValue(field, candidate.values.at(field));
+    const auto fill = [&row](const QString &column, const QVariant &value) {
+        if (row.at(placeOf(column)).isNull())
+            row[placeOf(column)] = value;
+    };
+    fill(u"登録日"_s, today);
+    fill(u"元帳出力"_s, 0);
+    fill(u"消費税区分"_s, 0);
+    fill(u"締め日"_s, 0);
+    const auto text = [&](const QString &column) { return candidate.values.at(placeOf(column)); };
+    return row << key
+               << customerKey(text(u"納品先名1"_s), text(u"納品先名2"_s), text(u"コード"_s), text(u"TEL1"_s),
+                              text(u"フリガナ"_s))
+               << today;
+}
+
+base::Result<qint64> firstFreeKey(db::Connection &connection, qint64 newOnes)
+{
+    const auto next = db::nextKey(connection, u"納品先"_s);
+    const auto first = next ? book::keyWithoutSlips(connection, book::Party::Customer, *next) : next;
+    if (first && newOnes > db::highestKey - *first + 1)
+        return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
+    return first;
+}
+
+base::Status storeAll(db::Connection &connection, const std::vector<const ImportCandidate *> &taken,
+                      const MadeCategories &made, qint64 nextKey, const QDate &today,
+                      const base::Progress &progress)
+{
+    const auto version = db::nextVersion(connection);
+    if (!version)
+        return version.error();
+    const QString statement = insertStatement();
+    const QString date = text::stored(today);
+    qint64 done = 0;
+    for (const ImportCandidate *candidate : taken) {
+        const ImportCandidate row = withCategory(*candidate, made);
+        const base::Status stored = row.state == State::Update
+                                        ? updateCustomer(connection, row, *version, date)
+                                        : connection.execute(statement, rowOf(row, nextKey++, date)).status();
+        if (!stored)
+            return stored;
+        if (!progress(done++, static_cast<qint64>(taken.size())))
+            return base::cancelled();
+    }
+    return {};
+}
+
+base::Result<int> storeCustomers(db::Connection &connection,
+                                 const std::vector<const ImportCandidate *> &taken, const QDate &today,
+                                 const base::Progress &progress)
+{
+    const auto there = masters::customerCategories(connection);
+    if (!there)
+        return there.error();
+    if (const base::Status known = checkCategories(taken, *there); !known)
+        return known.error();
+    const auto made = makeCategories(connection, taken, *there);
+    if (!made)
+        return made.error();
+    const auto newOnes = std::count_if(taken.begin(), taken.end(),
+                                       [](const auto *row) { return row->state != State::Update; });
+    const auto firstKey = newOnes > 0 ? firstFreeKey(connection, newOnes) : base::Result<qint64>(0);
+    if (!firstKey)
+        return firstKey.error();
+    const base::Status stored = storeAll(connection, taken, *made, *firstKey, today, progress);
+    return stored ? base::Result<int>(static_cast<int>(taken.size())) : stored.error();
+}
+
+} // namespace
+
+base::Result<int> importCustomers(db::Connection &connection,
+                                  const std::vector<const ImportCandidate *> &candidates, const QDate &today,
+                                  const base::Progress &progress)
+{
+    std::vector<const ImportCandidate *> taken;
+    std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(taken),
+                 [](const ImportCandidate *c) { return c->taken && c->canBeTaken(); });
+    if (taken.empty())
+        return 0;
+    return db::atomically(connection, [&] { return storeCustomers(connection, taken, today, progress); });
+}
+
+} // namespace registers
