@@ -49,6 +49,7 @@ void MasterEditor::start(Controls controls)
     connect(m_controls.undo, &QPushButton::clicked, this, &MasterEditor::undo);
     connect(&m_rows, &db::Recordset::edited, this, &MasterEditor::showUndo);
     connect(&m_rows, &db::Recordset::currentRowChanged, this, &MasterEditor::showUndo);
+    connect(&m_rows, &db::Recordset::currentRowChanged, this, &MasterEditor::showWhatCanBeTyped);
     if (m_controls.edit) {
         connect(m_controls.edit, &QPushButton::clicked, this, &MasterEditor::edit);
         connect(new QShortcut(Qt::Key_F2, this), &QShortcut::activated, m_controls.edit, &QPushButton::click);
@@ -217,13 +218,19 @@ void MasterEditor::entered(EditorStep step)
         m_controls.edit->setEnabled(m_onlyShown && hasRows);
     for (QLineEdit *box : std::as_const(m_boxes)) {
         box->setEnabled(hasRows); // what is typed without a row would be lost
-        setReadOnly(box, m_onlyShown);
     }
+    showWhatCanBeTyped();
     // Moving on would leave the new row behind, neither confirmed nor given up.
     if (m_controls.grid)
         m_controls.grid->setEnabled(!m_newRow);
     showUndo();
     showHint();
+}
+
+void MasterEditor::showWhatCanBeTyped()
+{
+    for (QLineEdit *box : std::as_const(m_boxes))
+        setReadOnly(box, m_onlyShown || m_panel.isLocked(box));
 }
 
 // A new row is given up as a whole.

@@ -79,6 +79,7 @@ private:
     bool dropNewRow();
     void entered(EditorStep step);
     void showUndo();
+    void showWhatCanBeTyped();
     void showHint();
     void tellThatListFailed(const base::Error &error);
 

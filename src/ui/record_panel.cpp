@@ -39,11 +39,12 @@ void RecordPanel::lockIfCut(QLineEdit &box, bool isCut)
 {
     if (isCut == m_locked.contains(&box))
         return;
-    box.setReadOnly(isCut);
-    if (isCut)
-        m_locked.insert(&box);
-    else
-        m_locked.remove(&box);
+    if (isCut) {
+        m_locked.insert(&box, box.isReadOnly());
+        box.setReadOnly(true);
+    } else {
+        box.setReadOnly(m_locked.take(&box));
+    }
 }
 
 void RecordPanel::show()

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QObject>
-#include <QSet>
 #include <QString>
 
 class QCheckBox;
@@ -33,6 +33,9 @@ public:
     /// Shows the current row in all boxes; without a row they are empty.
     void show();
 
+    /// Whether \a box shows only the beginning of its value, which must not be edited then.
+    [[nodiscard]] bool isLocked(QLineEdit *box) const { return m_locked.contains(box); }
+
 private:
     void lockIfCut(QLineEdit &box, bool isCut);
 
@@ -45,7 +48,7 @@ private:
 
     db::Recordset &m_recordset;
     QList<Field> m_fields;
-    QSet<QLineEdit *> m_locked;
+    QHash<QLineEdit *, bool> m_locked; // with what they were before: for reading only, or not
     bool m_showing = false;
 };
 

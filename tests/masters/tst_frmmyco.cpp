@@ -31,6 +31,18 @@ private slots:
         QCOMPARE(desk.enabled(), u"Add Delete"_s);
     }
 
+    // Stored as it stands in the box it would lose its end.
+    void whatIsShownInPartIsNotEdited()
+    {
+        Desk desk(cases.at(7));
+        desk.store({1});
+        desk.shop.run(u"UPDATE 自社情報 SET 備考 = replace(hex(zeroblob(200000)), '00', 'ab')"_s);
+        QVERIFY(desk.open());
+        desk.edit();
+        QVERIFY(desk.box(u"txtMemo"_s)->isReadOnly());
+        QVERIFY(!desk.nameBox()->isReadOnly());
+    }
+
     void theOwnCompanyKeepsAllItsColumns()
     {
         Desk desk(cases.at(7));
