@@ -135,7 +135,7 @@ int main(int argc, char *argv[])
     workspace::Workspace workspace(connection, settings, folder.path);
     app::frmAMain window(workspace, app::screenOpeners());
     window.load(options.commandLine);
-    const app::SuddenEnd suddenEnd([&window] { window.endSilently(); });
+    const app::SuddenEnd suddenEnd([&window](app::Ending ending) { window.endSilently(ending); });
     splash.close();
     window.show();
     return QApplication::exec();

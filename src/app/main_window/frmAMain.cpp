@@ -114,8 +114,10 @@ void frmAMain::load(const QString &commandLine)
     loadPostalIndex();
     m_session.start(databaseToOpen(m_workspace.settings, commandLine, m_workspace.applicationFolder()));
     if (m_session.isOpen()) {
-        reloadEmployees(m_workspace.settings.integer(workspace::keys::employee));
-        chooseOnlyEmployee();
+        const int stored = m_workspace.settings.integer(workspace::keys::employee);
+        reloadEmployees(stored);
+        if (stored == 0)
+            chooseOnlyEmployee();
         loadPicture();
         // Once the window stands.
         QMetaObject::invokeMethod(this, &frmAMain::tellSlipsToLookAt, Qt::QueuedConnection);
@@ -226,12 +228,13 @@ void frmAMain::open(Action action)
     const auto opener = m_openers.find(action);
     if (opener == m_openers.end())
         return;
+    const qint64 inCharge = m_workspace.panel.employeeId;
     opener->second(this, m_workspace);
     if (!m_session.isOpen())
         return;
     // The screen may have changed either.
-    reloadEmployees(m_workspace.panel.employeeId);
-    if (action == Action::Employees)
+    reloadEmployees(inCharge);
+    if (action == Action::Employees && inCharge == 0)
         chooseOnlyEmployee();
     reloadCompany();
     showCounterparts();
@@ -269,7 +272,7 @@ void frmAMain::databaseChanged()
     m_backupNotice->setVisible(m_session.isBackup());
     enableCommands();
     offerFormerEmployee();
-    if (m_ui->dbcShain->placeholderText().isEmpty())
+    if (m_formerEmployee.isEmpty())
         chooseOnlyEmployee();
     lookForFirstSteps();
 }
@@ -317,10 +320,12 @@ void frmAMain::closeEvent(QCloseEvent *event)
     QMainWindow::closeEvent(event);
 }
 
-void frmAMain::endSilently()
+void frmAMain::endSilently(Ending ending)
 {
     (void)saveSettings();
-    m_session.backUpSilently();
+    // Taken back now, an action that goes on would write what is left of it without being one.
+    if (ending == Ending::Certain || !m_workspace.connection.inTransaction())
+        m_session.backUpSilently();
 }
 
 // Enter presses the button with the cursor and leaves any other control as Tab does, as on all screens.

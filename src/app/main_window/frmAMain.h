@@ -4,6 +4,7 @@
 #include "app/files/file_maintenance.h"
 #include "app/main_window/commands.h"
 #include "app/main_window/screens.h"
+#include "app/main_window/sudden_end.h"
 #include "base/result.h"
 #include "masters/own_company.h"
 
@@ -44,8 +45,9 @@ public:
     void load(const QString &commandLine);
 
     /// Saves the settings and makes the backups at once and without a word, because the program is about to
-    /// end without being asked.
-    void endSilently();
+    /// end without being asked. An action under way is taken back only when the end is certain; else it goes
+    /// on, and no backup is made of half of it.
+    void endSilently(Ending ending);
 
     /// What is done each time the window becomes the active one.
     void focusStep();

@@ -103,7 +103,8 @@ void frmAMain::takeStep(FirstStep step)
     const auto command = std::ranges::find(commands(), *action, &Command::action);
     if (command != commands().end())
         run(*command);
-    if (!m_steps->isHidden())
+    // A refusal may have put the cursor where it can be cured.
+    if (!m_steps->isHidden() && m_steps->isAncestorOf(focusWidget()))
         m_steps->focusNext();
 }
 

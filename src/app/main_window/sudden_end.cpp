@@ -19,21 +19,21 @@ namespace
 {
 
 // Neither a signal nor the end of the process knows an object.
-std::function<void()> &lastWork()
+SuddenEnd::Work &lastWork()
 {
-    static std::function<void()> work;
+    static SuddenEnd::Work work;
     return work;
 }
 
 void workOnce()
 {
-    if (const std::function<void()> work = std::exchange(lastWork(), {}))
-        work();
+    if (const SuddenEnd::Work work = std::exchange(lastWork(), {}))
+        work(Ending::Certain);
 }
 
 } // namespace
 
-SuddenEnd::SuddenEnd(std::function<void()> work)
+SuddenEnd::SuddenEnd(Work work)
 {
     lastWork() = std::move(work);
     // The toolkit ends the process by exit() when the display is gone; what this work needs is older than
@@ -42,7 +42,7 @@ SuddenEnd::SuddenEnd(std::function<void()> work)
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [] {
         // Someone may still stop the logout: the program goes on, and closes as always.
         if (lastWork())
-            lastWork()();
+            lastWork()(Ending::Possible);
     });
     listenToSignals();
 }

@@ -1,6 +1,7 @@
 #include "app/main_window/command_panel.h"
 #include "app/main_window/main_window_stage.h"
 #include "support/scripted_test.h"
+#include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
 #include <QAction>
@@ -29,6 +30,8 @@ private slots:
     void nobodyEmployedOpensTheEditor();
     void oneOfSeveralIsChosenByTheClerk();
     void theOnlyEmployeeIsInCharge();
+    void theOnlyOneLeftIsNotChosenUnseen_data();
+    void theOnlyOneLeftIsNotChosenUnseen();
     void nobodyChosenPutsTheCursorThere();
     void slipsToLookAtAreToldAtTheStart();
     void missingCompanyIsAskedForAndGoesOn();
@@ -78,6 +81,39 @@ void TestGuards::theOnlyEmployeeIsInCharge()
     Stage stage([](FreshShop &shop) { shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (3, '佐藤')"_s); });
     QCOMPARE(stage.find<QLineEdit>("txtShainID")->text(), u"3"_s);
     QCOMPARE(stage.shop.workspace.panel.employeeName, u"佐藤"_s);
+}
+
+void TestGuards::theOnlyOneLeftIsNotChosenUnseen_data()
+{
+    QTest::addColumn<QString>("how");
+    for (const char *how : {"deleted in the editor", "deleted before the start", "gone with another file"})
+        QTest::newRow(how) << QString::fromLatin1(how);
+}
+
+// Slips would go to another account.
+void TestGuards::theOnlyOneLeftIsNotChosenUnseen()
+{
+    QFETCH(QString, how);
+    const QString deletion = u"DELETE FROM 社員 WHERE 社員ID = 7"_s;
+    const bool before = how == "deleted before the start"_L1;
+    Stage stage([&](FreshShop &shop) {
+        employOne(shop);
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (3, '佐藤')"_s);
+        if (before)
+            shop.run(deletion);
+    });
+    stage.whenOpened = [&](Action) { stage.shop.run(deletion); };
+    if (how == "deleted in the editor"_L1)
+        stage.click("Command35");
+    if (how == "gone with another file"_L1) {
+        stage.shop.run(deletion);
+        QVERIFY(QFile::copy(stage.shop.path(u"shop.cdb"_s), stage.shop.path(u"without.cdb"_s)));
+        ui::file_dialogs::expectFile(stage.shop.path(u"without.cdb"_s));
+        stage.find<QAction>("mnuOpen")->trigger();
+    }
+    QCOMPARE(stage.find<QComboBox>("dbcShain")->count(), 1);
+    QCOMPARE(stage.find<QComboBox>("dbcShain")->currentText(), QString());
+    QCOMPARE(stage.shop.workspace.panel.employeeId, 0);
 }
 
 void TestGuards::nobodyChosenPutsTheCursorThere()

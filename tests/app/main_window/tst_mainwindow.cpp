@@ -5,6 +5,7 @@
 #include "support/scripted_test.h"
 #include "text/cp932.h"
 #include "ui/file_dialogs.h"
+#include "ui/prompts.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -34,6 +35,7 @@ private slots:
     void submenusHoldTheirItems();
     void enterPressesAndMovesOn();
     void firstStepsLeadToTheFirstSlip();
+    void firstStepLeavesTheCursorAtARefusal();
     void firstStepsKeepAway_data();
     void firstStepsKeepAway();
     void statusBarKeepsTheFile();
@@ -164,6 +166,17 @@ void TestMainWindow::firstStepsLeadToTheFirstSlip()
     QVERIFY(picture->isVisible());
     QCOMPARE(stage.opened, (QList<Action>{Action::OwnCompany, Action::Employees, Action::CustomerCategories,
                                           Action::Customers, Action::Sales}));
+}
+
+void TestMainWindow::firstStepLeavesTheCursorAtARefusal()
+{
+    Stage stage([](FreshShop &shop) {
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '佐藤'), (2, '木村')"_s);
+    });
+    stage.find<QPushButton>("cmdStep6")->setFocus();
+    ui::prompts::expectInform(u"担当者が選択されていません。"_s);
+    stage.click("cmdStep6");
+    QCOMPARE(stage.window->focusWidget(), stage.find<QComboBox>("dbcShain"));
 }
 
 void TestMainWindow::firstStepsKeepAway_data()

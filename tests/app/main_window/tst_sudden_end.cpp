@@ -3,6 +3,7 @@
 #include "app/shop_files.h"
 
 #include "app/main_window/sudden_end.h"
+#include "db/transaction.h"
 #include "slips/entry/frmOut.h"
 #include "support/screen_driver.h"
 #include "ui/file_dialogs.h"
@@ -48,7 +49,7 @@ int sellUntilTheEnd(const QString &folder, bool logsOut)
     workspace::Workspace workspace(connection, settings, folder);
     app::frmAMain window(workspace, app::screenOpeners());
     window.load(u"\"%1/shop.cdb\""_s.arg(folder));
-    const app::SuddenEnd suddenEnd([&window] { window.endSilently(); });
+    const app::SuddenEnd suddenEnd([&window](app::Ending ending) { window.endSilently(ending); });
     window.show();
     workspace.panel.employeeId = 1;
     slips::frmOut screen(workspace);
@@ -101,6 +102,7 @@ class TestSuddenEnd : public ScriptedTest
 private slots:
     void openSlip_data();
     void openSlip();
+    void logoutDuringAnAction();
     void programItself();
 
 private:
@@ -166,6 +168,25 @@ void TestSuddenEnd::openSlip()
     const QStringList dated = backups.entryList({u"shop~*.cdb"_s}, QDir::Files);
     QCOMPARE(dated.size(), 1);
     QCOMPARE(slipIn(backups.filePath(dated.front())), open);
+}
+
+// Someone may stop the logout: the action goes on, and is wholly done or not at all.
+void TestSuddenEnd::logoutDuringAnAction()
+{
+    Stage stage;
+    stage.load();
+    const app::SuddenEnd suddenEnd([&stage](app::Ending ending) { stage.window->endSilently(ending); });
+    const base::Status done = db::atomically(stage.shop.connection, [&]() -> base::Status {
+        stage.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID <= 10"_s);
+        logOut();
+        stage.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID <= 20"_s);
+        return base::Error{u"refused"_s};
+    });
+    QVERIFY(!done);
+    QCOMPARE(stage.customers(), 300);
+    QVERIFY(!QFile::exists(stage.shop.path(u"BackupKanbalore.cdb"_s)));
+    logOut();
+    QCOMPARE(customersIn(stage.shop.path(u"BackupKanbalore.cdb"_s)), 300);
 }
 
 // As it is installed and started.
