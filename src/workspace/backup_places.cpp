@@ -1,4 +1,4 @@
-#include "app/files/backup_places.h"
+#include "workspace/backup_places.h"
 
 #include "base/dated_name.h"
 #include "base/same_file.h"
@@ -11,7 +11,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace app
+namespace workspace
 {
 
 namespace
@@ -34,17 +34,14 @@ bool isKeptBackup(const QString &fileName, const QString &applicationFolder)
 
 QString backupFileIn(const QString &applicationFolder)
 {
-    return workspace::joinPath(applicationFolder, QString::fromUtf16(db::backupFileName));
+    return joinPath(applicationFolder, QString::fromUtf16(db::backupFileName));
 }
 
-QString backupFolderIn(const QString &applicationFolder)
-{
-    return workspace::joinPath(applicationFolder, u"Backup"_s);
-}
+QString backupFolderIn(const QString &applicationFolder) { return joinPath(applicationFolder, u"Backup"_s); }
 
 QString openedBackupsIn(const QString &applicationFolder)
 {
-    return workspace::joinPath(backupFolderIn(applicationFolder), u"開いたバックアップ"_s);
+    return joinPath(backupFolderIn(applicationFolder), u"開いたバックアップ"_s);
 }
 
 bool isBackupFile(const QString &fileName, const QString &applicationFolder)
@@ -89,4 +86,4 @@ bool isAfter(const QString &day, const QDate &today)
     return day.size() > now.size() || (day.size() == now.size() && day > now);
 }
 
-} // namespace app
+} // namespace workspace

@@ -4,7 +4,7 @@
 #include <QString>
 
 // Where the backups are, and what their names say.
-namespace app
+namespace workspace
 {
 
 /// The backup of the last exit.
@@ -39,4 +39,4 @@ DatedName readDatedName(const QString &name);
 /// Whether the day \a day of such a name comes after \a today, whatever the clocks said.
 bool isAfter(const QString &day, const QDate &today);
 
-} // namespace app
+} // namespace workspace

@@ -3,6 +3,7 @@
 #include "base/same_file.h"
 #include "db/connection.h"
 #include "db/schema.h"
+#include "workspace/backup_places.h"
 #include "workspace/workspace.h"
 
 #include <QFileInfo>
@@ -13,18 +14,10 @@ namespace workspace
 namespace
 {
 
-// The folder of the dated ones, and the names of those that were kept beside the last one.
 bool isOwn(const Workspace &workspace, const QString &name)
 {
-    const QString backup = QString::fromUtf16(db::backupFileName);
-    const QString initial = QString::fromUtf16(db::initialFileName);
-    const QFileInfo info(name);
-    const QString folder = info.absolutePath();
-    return base::isSameFile(name, workspace.inApplicationFolder(initial)) ||
-           base::isSameFile(name, workspace.inApplicationFolder(backup)) ||
-           base::isSameFile(folder, workspace.inApplicationFolder(QStringLiteral("Backup"))) ||
-           (base::isSameFile(folder, workspace.applicationFolder()) &&
-            info.fileName().startsWith(QFileInfo(backup).completeBaseName() + u' ', Qt::CaseInsensitive));
+    const QString initial = workspace.inApplicationFolder(QString::fromUtf16(db::initialFileName));
+    return base::isSameFile(name, initial) || isAnyBackup(name, workspace.applicationFolder());
 }
 
 } // namespace

@@ -41,7 +41,7 @@ struct Stage
     void load()
     {
         window = std::make_unique<app::frmAMain>(shop.workspace, app::screenOpeners());
-        window->load(QLatin1Char('"') + file + QLatin1Char('"'));
+        window->load(file.isEmpty() ? QString() : QLatin1Char('"') + file + QLatin1Char('"'));
         window->show();
     }
     void click(const char *name)

@@ -1,7 +1,7 @@
 #include "app/files/DialogBackups.h"
 
-#include "app/files/backup_places.h"
 #include "ui_DialogBackups.h"
+#include "workspace/backup_places.h"
 #include "workspace/workspace.h"
 
 #include <QDir>
@@ -37,7 +37,7 @@ DialogBackups::DialogBackups(workspace::Workspace &workspace, std::vector<Backup
     fill();
     m_ui->lblCopies->setText(
         u"「開く」は、フォルダ「%1」に作る写しを開きます。写しは、変更しなければ、ほかのファイルを開いたときに消えます。"_s
-            .arg(QDir::toNativeSeparators(openedBackupsIn(workspace.applicationFolder()))));
+            .arg(QDir::toNativeSeparators(workspace::openedBackupsIn(workspace.applicationFolder()))));
     connect(m_ui->cmdOpen, &QPushButton::clicked, this, [this] { choose(Wish::Open); });
     connect(m_ui->cmdRestore, &QPushButton::clicked, this, [this] { choose(Wish::Restore); });
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &DialogBackups::close);

@@ -1,10 +1,10 @@
 #include "app/files/backup_list.h"
 
-#include "app/files/backup_places.h"
 #include "db/care/file_repair.h"
 #include "db/file_header.h"
 #include "db/old_files/old_file.h"
 #include "db/schema.h"
+#include "workspace/backup_places.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -33,10 +33,10 @@ std::vector<Backup> foundBackups(const QString &applicationFolder)
         top.entryList({u"BackupKanbalore.cdb"_s, u"BackupKanbalore *.cdb"_s}, QDir::Files);
     for (const QString &name : last)
         found.push_back(described(top.filePath(name), u"（終了時）"_s));
-    const QDir folder(backupFolderIn(applicationFolder));
+    const QDir folder(workspace::backupFolderIn(applicationFolder));
     const QStringList names = folder.entryList(QDir::Files);
     for (const QString &name : names) {
-        if (const QString database = readDatedName(name).database; !database.isEmpty())
+        if (const QString database = workspace::readDatedName(name).database; !database.isEmpty())
             found.push_back(described(folder.filePath(name), database));
     }
     std::stable_sort(found.begin(), found.end(),

@@ -34,9 +34,10 @@ QByteArray pathOf(const QString &database)
 
 QByteArray note(const QByteArray &path, const QByteArray &state) { return path + '\n' + state + '\n'; }
 
-// By a tenth in any table: rows that a day's work does not delete.
+// By a tenth in any table, and by so many rows as a day's work does not delete.
 bool hasMore(const QString &backup, db::Connection &connection)
 {
+    constexpr qint64 fewestRows = 10;
     db::PlainHandle file;
     if (!file.open(backup))
         return false;
@@ -45,7 +46,10 @@ bool hasMore(const QString &backup, db::Connection &connection)
         const QString counting = u"SELECT count(*) FROM "_s + table.name;
         const auto then = file.number(counting.toUtf8());
         const auto now = connection.select(counting);
-        return then && now && *then * 10 > now->rows.front().front().toLongLong() * 11;
+        if (!then || !now)
+            return false;
+        const qint64 rows = now->rows.front().front().toLongLong();
+        return *then - rows >= fewestRows && *then * 10 > rows * 11;
     });
 }
 

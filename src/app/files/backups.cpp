@@ -1,14 +1,15 @@
 #include "app/files/backups.h"
 
 #include "app/files/backup_origin.h"
-#include "app/files/backup_places.h"
 #include "app/files/database_files.h"
 #include "base/dated_name.h"
 #include "base/file_rights.h"
+#include "base/replacement.h"
 #include "db/care/backup.h"
 #include "db/care/use_mark.h"
 #include "db/connection.h"
 #include "db/old_files/old_file.h"
+#include "workspace/backup_places.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -29,20 +30,50 @@ constexpr int patience = 3000; // ms; other programs end at the same time
 // may have been wrong for a while.
 QString orderFileIn(const QDir &folder) { return folder.filePath(u"order.txt"_s); }
 
-void noteOrder(const QDir &folder, const QString &name)
+QStringList notedOrder(const QDir &folder)
 {
     QFile file(orderFileIn(folder));
-    if (file.open(QIODevice::WriteOnly | QIODevice::Append))
-        file.write(name.toUtf8() + '\n');
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
+                                          : QStringList();
+}
+
+// The last line of each backup that is still there.
+void shortenOrder(const QDir &folder)
+{
+    const QStringList made = notedOrder(folder);
+    QStringList kept;
+    for (qsizetype i = 0; i < made.size(); ++i) {
+        if (made.lastIndexOf(made.at(i)) == i && folder.exists(made.at(i)))
+            kept << made.at(i);
+    }
+    const QByteArray text = kept.join(u'\n').toUtf8() + '\n';
+    base::Replacement file(orderFileIn(folder));
+    QFile writing(file.name());
+    if (file.begin() && writing.open(QIODevice::WriteOnly) && writing.write(text) == text.size()) {
+        writing.close();
+        (void)file.finish(); // the long one tells the same
+    }
+}
+
+void noteOrder(const QDir &folder, const QString &name)
+{
+    // Two programs that back up at the same time each add their line; a whole file of one would lose the
+    // other's, so that it is seldom made.
+    constexpr qint64 longest = 20000; // bytes
+    QFile file(orderFileIn(folder));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+        return;
+    file.write(name.toUtf8() + '\n');
+    const bool isLong = file.size() > longest;
+    file.close();
+    if (isLong)
+        shortenOrder(folder);
 }
 
 // Those without a line were made before there was such a file; their order is that of their days.
 QStringList inOrderOfMaking(const QDir &folder, QStringList names)
 {
-    QFile file(orderFileIn(folder));
-    const QStringList made = file.open(QIODevice::ReadOnly)
-                                 ? QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)
-                                 : QStringList();
+    const QStringList made = notedOrder(folder);
     names.sort();
     std::stable_sort(names.begin(), names.end(), [&made](const QString &one, const QString &other) {
         return made.lastIndexOf(one) < made.lastIndexOf(other);
@@ -55,7 +86,7 @@ QStringList ownBackups(const QDir &folder, const QString &prefix)
     QStringList own;
     const QStringList all = folder.entryList(QDir::Files);
     for (const QString &name : all) {
-        if (name.startsWith(prefix) && !readDatedName(name).day.isEmpty())
+        if (name.startsWith(prefix) && !workspace::readDatedName(name).day.isEmpty())
             own << name;
     }
     return own;
@@ -75,7 +106,7 @@ QStringList putFutureAside(const QDir &folder, const QString &prefix, const QDat
     QStringList aside;
     const QStringList own = ownBackups(folder, prefix);
     for (const QString &name : own) {
-        if (!isAfter(readDatedName(name).day, today))
+        if (!workspace::isAfter(workspace::readDatedName(name).day, today))
             continue;
         const QString to = base::datedName(folder.filePath(name), u"未来の日付"_s, today);
         if (QFile::rename(folder.filePath(name), to))
@@ -89,9 +120,9 @@ void removeKeptOfOthers(const QString &backup)
 {
     const QFileInfo info(backup);
     const QDir folder(info.path());
-    const QFileInfoList kept =
-        folder.entryInfoList({info.completeBaseName() + u' ' + ofAnotherFile + u" *.cdb"_s}, QDir::Files,
-                             QDir::Time | QDir::Reversed);
+    const QString stem = info.completeBaseName() + u' ' + ofAnotherFile + u' ';
+    QFileInfoList kept = folder.entryInfoList({u"*.cdb"_s}, QDir::Files, QDir::Time | QDir::Reversed);
+    kept.removeIf([&stem](const QFileInfo &file) { return !file.fileName().startsWith(stem); });
     for (qsizetype i = 0; i < kept.size() - daysKept; ++i)
         QFile::remove(kept.at(i).filePath());
 }
@@ -102,10 +133,10 @@ base::Status backUpAtExit(db::Connection &connection, const QString &application
                           const base::Progress &progress)
 {
     const QString fileName = connection.fileName();
-    if (!connection.isOpen() || isBackupFile(fileName, applicationFolder) ||
+    if (!connection.isOpen() || workspace::isBackupFile(fileName, applicationFolder) ||
         isInitialFile(fileName, applicationFolder))
         return {};
-    const QString backup = base::linkedFile(backupFileIn(applicationFolder));
+    const QString backup = base::linkedFile(workspace::backupFileIn(applicationFolder));
     if (const base::Status aside = db::putOldFileAside(backup); !aside)
         return aside;
     const auto keepAs = [&](const QString &copy) {
@@ -122,14 +153,14 @@ base::Status backUpAtExit(db::Connection &connection, const QString &application
 base::Result<QStringList> backUpDated(db::Connection &connection, const QString &applicationFolder,
                                       const QDate &today, const base::Progress &progress)
 {
-    const QDir folder(backupFolderIn(applicationFolder));
+    const QDir folder(workspace::backupFolderIn(applicationFolder));
     const QString fileName = connection.fileName();
     if (!connection.isOpen() || isInitialFile(fileName, applicationFolder) ||
-        isStoredBackup(fileName, applicationFolder))
+        workspace::isStoredBackup(fileName, applicationFolder))
         return QStringList();
     if (!base::makeSharedFolder(folder.path()))
         return base::Error{u"フォルダ「"_s + folder.path() + u"」を作成できませんでした。"_s};
-    const QString prefix = datedPrefix(fileName);
+    const QString prefix = workspace::datedPrefix(fileName);
     const QString name = prefix + base::isoDay(today) + u".cdb"_s;
     const QString target = folder.filePath(name);
     const auto keepAs = [&](const QString &) {

@@ -20,7 +20,8 @@ inline constexpr int daysKept = 10;
 /// The copy at exit: the open file to the backup file. Nothing is done when it is the backup file itself,
 /// when it is the initial file, which nobody works in, or when nothing is open: a file that was refused must
 /// not take the place of a good backup. After a failure the old backup is still there. One that is of another
-/// file, that someone worked in, or that has more rows by a tenth in any table stays under a dated name.
+/// file, that someone worked in, or that has more rows by a tenth in any table, and by ten at least,
+/// stays under a dated name.
 base::Status backUpAtExit(db::Connection &connection, const QString &applicationFolder, const QDate &today,
                           const base::Progress &progress = base::unwatched);
 

@@ -1,6 +1,5 @@
 #include "app/files/database_session.h"
 
-#include "app/files/backup_places.h"
 #include "app/files/backups.h"
 #include "app/files/database_files.h"
 #include "app/files/old_file_opening.h"
@@ -12,11 +11,13 @@
 #include "db/connection.h"
 #include "db/file_header.h"
 #include "db/migrations.h"
+#include "db/old_files/old_file.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
+#include "workspace/backup_places.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 #include "workspace/workspace_targets.h"
@@ -75,6 +76,11 @@ void DatabaseSession::start(const QString &fileName)
     const QString openable = openableFile(&m_window, fileName, m_workspace.applicationFolder());
     if (!openable.isEmpty() && openable != fileName) {
         switchTo(openable);
+        return;
+    }
+    if (isToBeCopied(fileName)) {
+        openCopyOfBackup(fileName);
+        emit changed();
         return;
     }
     m_fileName = fileName;
@@ -179,9 +185,10 @@ void DatabaseSession::refuse(const QString &fileName, const QString &why)
         return;
     backUpOnLeaving();
     close();
-    m_fileName = fileName;
+    const QString left = std::exchange(m_fileName, fileName);
     m_reason = why;
     emit changed();
+    tellOfCopy(left);
 }
 
 void DatabaseSession::createNew()
@@ -263,33 +270,39 @@ void DatabaseSession::openOther()
 
 void DatabaseSession::openRecent(const QString &fileName)
 {
-    const QString folder = m_workspace.applicationFolder();
-    if (isInitialFile(fileName, folder))
+    if (isInitialFile(fileName, m_workspace.applicationFolder()))
         leaveInitialFile();
-    else if (isStoredBackup(fileName, folder) && QFileInfo(fileName).isFile() &&
-             !isSameFile(fileName, m_fileName))
+    else if (isToBeCopied(fileName))
         openCopyOfBackup(fileName);
     else
         openInstead(fileName);
 }
 
-void DatabaseSession::openBackup() { openInstead(backupFileIn(m_workspace.applicationFolder())); }
+// One of the old format is left as it is by its conversion. The file that is open must not be looked into.
+bool DatabaseSession::isToBeCopied(const QString &fileName) const
+{
+    return workspace::isStoredBackup(fileName, m_workspace.applicationFolder()) &&
+           QFileInfo(fileName).isFile() && !isSameFile(fileName, m_fileName) &&
+           db::oldFormatOf(fileName) == db::OldFormat::None;
+}
+
+void DatabaseSession::openBackup() { openInstead(workspace::backupFileIn(m_workspace.applicationFolder())); }
 
 bool DatabaseSession::isBackup() const
 {
-    return isOpen() && isAnyBackup(m_fileName, m_workspace.applicationFolder());
+    return isOpen() && workspace::isAnyBackup(m_fileName, m_workspace.applicationFolder());
 }
 
 // What is worked in is not to be cleared away as an old backup, nor to be replaced by the next one.
 void DatabaseSession::openCopyOfBackup(const QString &fileName)
 {
-    const QString folder = openedBackupsIn(m_workspace.applicationFolder());
+    const QString folder = workspace::openedBackupsIn(m_workspace.applicationFolder());
     const QString copy =
         base::datedName(folder + u'/' + QFileInfo(fileName).fileName(), u"写し"_s, m_workspace.today());
     const base::Status copied = ui::runWithProgress(
         &m_window, u"バックアップをコピーしています。"_s,
         [&](const base::Progress &progress) -> base::Status {
-            if (!base::makeSharedFolder(backupFolderIn(m_workspace.applicationFolder())) ||
+            if (!base::makeSharedFolder(workspace::backupFolderIn(m_workspace.applicationFolder())) ||
                 !base::makeSharedFolder(folder))
                 return base::Error{u"フォルダ「"_s + folder + u"」を作成できませんでした。"_s};
             const base::Status made = isSameFile(fileName, m_fileName) && isOpen()
@@ -297,10 +310,14 @@ void DatabaseSession::openCopyOfBackup(const QString &fileName)
                                           : db::copyDatabase(fileName, copy, progress);
             return made ? readyToBeOpened(copy, m_workspace.today()) : made;
         });
-    if (copied)
-        switchTo(copy);
-    else if (!copied.error().cancelled)
-        ui::prompts::inform(&m_window, copied.error().text);
+    if (!copied) {
+        if (!copied.error().cancelled)
+            ui::prompts::inform(&m_window, copied.error().text);
+        return;
+    }
+    switchTo(copy);
+    if (!isSameFile(copy, m_fileName))
+        (void)leaveCopy(copy, m_workspace.applicationFolder());
 }
 
 // One of the earlier program is converted first; nothing is closed when the user gives up.
@@ -351,7 +368,7 @@ void DatabaseSession::backUpNow()
     if (tellOfBackup(done))
         ui::prompts::inform(&m_window, u"バックアップを作成しました。"_s,
                             QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Information,
-                            backupFolderIn(m_workspace.applicationFolder()));
+                            workspace::backupFolderIn(m_workspace.applicationFolder()));
 }
 
 // What is under way is taken back; nothing of it goes on.

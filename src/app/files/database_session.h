@@ -25,7 +25,8 @@ public:
     /// \a window: the parent of the boxes and file dialogs.
     DatabaseSession(workspace::Workspace &workspace, QWidget &window);
 
-    /// Opens \a fileName at start; tells when it cannot be opened.
+    /// Opens \a fileName at start, or a copy of it when it is a backup that stays as it is; tells when it
+    /// cannot be opened.
     void start(const QString &fileName);
 
     /// The current file, also when it could not be opened.
@@ -78,6 +79,7 @@ private:
     /// Asks for the file to write to, in the words of the commands that make one; empty: none.
     QString askForTarget(const QString &title);
     void openInstead(const QString &chosen);
+    [[nodiscard]] bool isToBeCopied(const QString &fileName) const;
     bool connectTo(const QString &fileName);
     bool goTo(const QString &fileName);
     void refuse(const QString &fileName, const QString &why);

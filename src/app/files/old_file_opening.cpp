@@ -1,13 +1,13 @@
 #include "app/files/old_file_opening.h"
 
 #include "app/files/DialogConversion.h"
-#include "app/files/backup_places.h"
 #include "app/files/database_files.h"
 #include "app/files/old_file_conversion.h"
 #include "db/old_files/old_file.h"
 #include "ui/file_dialogs.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
+#include "workspace/backup_places.h"
 
 #include <QFileInfo>
 
@@ -28,7 +28,7 @@ QString askForTarget(QWidget *parent, const QString &source, const QString &appl
                                                           u"cdb"_s, proposedName(source));
         if (chosen.isEmpty())
             return {};
-        if (isInitialFile(chosen, applicationFolder) || isBackupFile(chosen, applicationFolder))
+        if (isInitialFile(chosen, applicationFolder) || workspace::isBackupFile(chosen, applicationFolder))
             ui::prompts::inform(parent, u"ファイル名が不正です。"_s);
         else if (QFileInfo::exists(chosen))
             ui::prompts::inform(parent,

@@ -1,10 +1,10 @@
 #include "app/files/opened_backups.h"
 
 #include "app/files/backup_origin.h"
-#include "app/files/backup_places.h"
 #include "base/same_file.h"
 #include "db/care/use_mark.h"
 #include "db/migrations.h"
+#include "workspace/backup_places.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -30,22 +30,28 @@ bool isUntouched(const QString &copy)
     return !noted.isEmpty() && noted == stateOf(copy);
 }
 
-void removeAll(const QDir &folder, const QString &pattern)
+// A pattern made of \a beginning would take the signs in a file's name for wildcards.
+void removeAll(const QDir &folder, const QString &beginning)
 {
-    const QStringList names = folder.entryList({pattern}, QDir::Files);
-    for (const QString &name : names)
-        QFile::remove(folder.filePath(name));
+    const QStringList names = folder.entryList(QDir::Files);
+    for (const QString &name : names) {
+        if (name.startsWith(beginning) && name.endsWith(u".cdb"_s))
+            QFile::remove(folder.filePath(name));
+    }
 }
 
 } // namespace
 
 base::Status readyToBeOpened(const QString &copy, const QDate &today)
 {
-    if (const base::Status upToDate = db::migrate(copy, today); !upToDate)
-        return upToDate;
+    const base::Status upToDate = db::migrate(copy, today);
     // What the copy was like in an older version, the backup itself still is.
     const QFileInfo info(copy);
-    removeAll(info.dir(), info.completeBaseName() + u" 版*.cdb"_s);
+    removeAll(info.dir(), info.completeBaseName() + u" 版"_s);
+    if (!upToDate) {
+        QFile::remove(copy);
+        return upToDate;
+    }
     QFile note(stateNoteOf(copy));
     if (note.open(QIODevice::WriteOnly))
         note.write(stateOf(copy)); // without it the copy stays
@@ -55,16 +61,17 @@ base::Status readyToBeOpened(const QString &copy, const QDate &today)
 LeftCopy leaveCopy(const QString &fileName, const QString &applicationFolder)
 {
     const QFileInfo info(fileName);
-    if (!info.isFile() || !base::isSameFile(info.absolutePath(), openedBackupsIn(applicationFolder)))
+    if (!info.isFile() ||
+        !base::isSameFile(info.absolutePath(), workspace::openedBackupsIn(applicationFolder)))
         return LeftCopy::None;
     db::UseMark mark;
     if (!mark.set(fileName, db::UseMark::Kind::Exclusive) || !isUntouched(fileName))
         return LeftCopy::Kept;
-    const QString backups = datedPrefix(fileName);
+    const QString backups = workspace::datedPrefix(fileName);
     if (!QFile::remove(fileName))
         return LeftCopy::Kept;
     QFile::remove(stateNoteOf(fileName));
-    removeAll(QDir(backupFolderIn(applicationFolder)), backups + u"*.cdb"_s);
+    removeAll(QDir(workspace::backupFolderIn(applicationFolder)), backups);
     return LeftCopy::Cleared;
 }
 

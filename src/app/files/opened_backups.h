@@ -9,7 +9,8 @@
 namespace app
 {
 
-/// Brings the closed copy \a copy of a backup up to date, and writes down beside it what it is like now.
+/// Brings the closed copy \a copy of a backup up to date, and writes down beside it what it is like now. A
+/// copy that cannot be brought up to date is removed.
 base::Status readyToBeOpened(const QString &copy, const QDate &today);
 
 enum class LeftCopy { None, Cleared, Kept };

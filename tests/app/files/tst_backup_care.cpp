@@ -35,6 +35,12 @@ private slots:
     void listOpensACopy();
     void untouchedCopyGoes_data();
     void untouchedCopyGoes();
+    void startOpensACopy_data();
+    void startOpensACopy();
+    void copyThatCannotBeOpenedGoes_data();
+    void copyThatCannotBeOpenedGoes();
+    void damagedFileInsteadOfACopy();
+    void orderStaysShort();
     void backUpNow();
     void restoringHoldsTheFile();
     void restoringThroughALink();
@@ -105,9 +111,13 @@ void TestBackupCare::emptiedFileKeepsItsBackups()
     QCOMPARE(listed->size(), std::size_t(4));
 }
 
+// Nor one from which the one employee of few was deleted.
 void TestBackupCare::unchangedFileKeepsNothing()
 {
     Stage stage;
+    change(stage.file, "INSERT INTO 社員 (社員ID, 社員名) VALUES (2, '佐藤'), (3, '木村'), (4, '林')");
+    openAndClose(stage, stage.file);
+    change(stage.file, "DELETE FROM 社員 WHERE 社員ID = 2");
     for (int i = 0; i < 3; ++i) {
         change(stage.file, "DELETE FROM 納品先 WHERE 納品先ID = " + QByteArray::number(300 - i));
         openAndClose(stage, stage.file);
@@ -221,6 +231,113 @@ void TestBackupCare::untouchedCopyGoes()
     QVERIFY(QFile::exists(backup));
     for (const QAction *recent : stage.find<QMenu>("mnuRecent")->actions())
         QVERIFY(recent->text() != copy);
+}
+
+void TestBackupCare::startOpensACopy_data()
+{
+    QTest::addColumn<bool>("isStored");
+    QTest::addColumn<QString>("name");
+    const QString dated = u"Backup/shop~1a2b3c 2026-03-30.cdb"_s;
+    QTest::newRow("double click") << false << dated;
+    QTest::newRow("where the last run ended") << true << dated;
+    QTest::newRow("a kept one") << false << u"BackupKanbalore 削除前 2026-03-30.cdb"_s;
+}
+
+void TestBackupCare::startOpensACopy()
+{
+    QFETCH(bool, isStored);
+    QFETCH(QString, name);
+    Stage stage;
+    const QString backup = stage.shop.path(name);
+    QDir(stage.shop.folder.path()).mkdir(u"Backup"_s);
+    QVERIFY(QFile::copy(stage.file, backup));
+    stage.file = isStored ? QString() : backup;
+    stage.shop.settings.write(workspace::keys::mdbFileName, isStored ? backup : QString());
+    stage.load();
+    QVERIFY(stage.shop.connection.isOpen());
+    QVERIFY(stage.shop.connection.fileName() != backup);
+    QVERIFY(stage.find<QFrame>("fraBackup")->isVisible());
+    stage.shop.run(u"DELETE FROM 納品先"_s);
+    QCOMPARE(customersIn(backup), 300);
+}
+
+void TestBackupCare::copyThatCannotBeOpenedGoes_data()
+{
+    QTest::addColumn<QByteArray>("damage");
+    QTest::addColumn<bool>("atStart");
+    for (const bool atStart : {false, true}) {
+        const QByteArray when = atStart ? " at start" : "";
+        QTest::newRow(QByteArray("refused" + when).constData())
+            << QByteArray("ALTER TABLE 単位 RENAME TO tani") << atStart;
+        QTest::newRow(QByteArray("not migrated" + when).constData())
+            << QByteArray("PRAGMA user_version = 1") << atStart;
+    }
+}
+
+void TestBackupCare::copyThatCannotBeOpenedGoes()
+{
+    QFETCH(QByteArray, damage);
+    QFETCH(bool, atStart);
+    Stage stage;
+    const QString shop = stage.file;
+    const QString backup = stage.shop.path(u"BackupKanbalore 削除前 2026-03-30.cdb"_s);
+    QVERIFY(QFile::copy(stage.file, backup));
+    change(backup, damage);
+    if (atStart)
+        stage.file = backup;
+    else
+        stage.load();
+    ui::prompts::expectInform({});
+    if (damage.startsWith("ALTER"))
+        ui::prompts::expectAskCautiously({}, false); // not chosen for a repair
+    if (atStart) {
+        stage.load();
+    } else {
+        ui::file_dialogs::expectFile(backup);
+        stage.choose("mnuOpen");
+    }
+    QCOMPARE(stage.shop.connection.fileName(), atStart ? QString() : shop);
+    const QDir copies(stage.shop.path(u"Backup/開いたバックアップ"_s));
+    QCOMPARE(copies.entryList(QDir::Files), QStringList());
+    QVERIFY(QFile::exists(backup));
+}
+
+void TestBackupCare::damagedFileInsteadOfACopy()
+{
+    Stage stage;
+    const QString backup = stage.shop.path(u"BackupKanbalore 削除前 [2026-03-30].cdb"_s);
+    QVERIFY(QFile::copy(stage.file, backup));
+    write(stage.shop.path(u"letter.cdb"_s), "Dear Sir");
+    stage.load();
+    ui::file_dialogs::expectFile(backup);
+    stage.choose("mnuOpen");
+    const QFileInfo copy(stage.shop.connection.fileName());
+    ui::file_dialogs::expectFile(stage.shop.path(u"letter.cdb"_s));
+    ui::prompts::expectInform({});
+    ui::prompts::expectAskCautiously({}, true);
+    stage.choose("mnuOpen");
+    QVERIFY(!stage.shop.connection.isOpen());
+    QCOMPARE(copy.dir().entryList(QDir::Files), QStringList());
+    QCOMPARE(QDir(stage.shop.path(u"Backup"_s)).entryList({u"*写し*"_s}, QDir::Files), QStringList());
+}
+
+void TestBackupCare::orderStaysShort()
+{
+    Stage stage;
+    QVERIFY(stage.shop.connection.open(stage.file));
+    const QString folder = stage.shop.folder.path();
+    const QString order = stage.shop.path(u"Backup/order.txt"_s);
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(backUpDated(stage.shop.connection, folder, QDate(2026, 4, 1 + i)));
+    QFile file(order);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray made = file.readAll();
+    file.close();
+    const QList<QByteArray> lines = made.split('\n');
+    write(order, "gone.cdb\n" + made + (lines[0] + '\n').repeated(5000));
+    QVERIFY(backUpDated(stage.shop.connection, folder, QDate(2026, 4, 3)));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), lines[1] + '\n' + lines[0] + '\n' + lines[2] + '\n');
 }
 
 void TestBackupCare::backUpNow()

@@ -245,8 +245,10 @@ void TestFileCare::papersAreNoDatabases()
     Stage stage;
     QVERIFY(stage.shop.connection.open(stage.file));
     QVERIFY(QFile::link(stage.file, stage.shop.path(u"link.pdf"_s)));
-    for (const QString &name : {u"shop.cdb"_s, u"SHOP.CDB"_s, u"link.pdf"_s, u"BackupKanbalore.cdb"_s,
-                                u"Kanbalore.cdb"_s, u"Backup/list.csv"_s})
+    QDir(stage.shop.folder.path()).mkpath(u"Backup/開いたバックアップ"_s);
+    for (const QString &name :
+         {u"shop.cdb"_s, u"SHOP.CDB"_s, u"link.pdf"_s, u"BackupKanbalore.cdb"_s, u"Kanbalore.cdb"_s,
+          u"Backup/list.csv"_s, u"Backup/開いたバックアップ/list.csv"_s})
         QVERIFY2(workspace::isDatabase(stage.shop.workspace, stage.shop.path(name)), qPrintable(name));
     for (const QString &name : {u"list.csv"_s, u"shop.pdf"_s})
         QVERIFY2(!workspace::isDatabase(stage.shop.workspace, stage.shop.path(name)), qPrintable(name));

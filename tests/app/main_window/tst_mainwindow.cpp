@@ -152,6 +152,7 @@ void TestMainWindow::firstStepsLeadToTheFirstSlip()
         const QByteArray name = "cmdStep" + QByteArray::number(i);
         auto *button = stage.find<QPushButton>(name.constData());
         QVERIFY2(button->text().startsWith(QString::number(i)), qPrintable(button->text()));
+        button->setFocus();
         stage.click(name.constData());
         if (i == 3) {
             QCOMPARE(stage.window->focusWidget(), stage.find<QLineEdit>("txtTaxRate"));
