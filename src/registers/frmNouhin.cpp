@@ -2,6 +2,7 @@
 
 #include "masters/MasterGridEditor.h"
 #include "registers/customer.h"
+#include "registers/duplicates/DialogDuplicates.h"
 #include "registers/lists/customer_export.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -84,7 +85,7 @@ void frmNouhin::connectButtons()
         {m_ui->cmdUpdate, &frmNouhin::saveAndBrowse}, {m_ui->cmdNewDate, &frmNouhin::saveAndBrowse},
         {m_ui->cmdCancel, &frmNouhin::cancelEntry},   {m_ui->cmdDelete, &frmNouhin::removeRow},
         {m_ui->Command7, &frmNouhin::exportAll},      {m_ui->Command1, &frmNouhin::importFile},
-        {m_ui->Command2, &frmNouhin::pasteTable},
+        {m_ui->Command2, &frmNouhin::pasteTable},     {m_ui->cmdDuplicates, &frmNouhin::mergeDuplicates},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
@@ -223,6 +224,15 @@ void frmNouhin::exportAll()
                            }});
 }
 
+void frmNouhin::mergeDuplicates()
+{
+    if (!leaveRow())
+        return;
+    DialogDuplicates(workspace(), this).exec();
+    tell(registers::openEveryCustomer(rows()));
+    m_ui->DataGrid1->setFocus();
+}
+
 void frmNouhin::settleBoxes() { m_ui->panel->settle(); }
 
 void frmNouhin::forgetBoxes() { m_ui->panel->forget(); }
@@ -256,12 +266,13 @@ void frmNouhin::entryEnded() { m_ui->cmdAdd->setFocus(); }
 std::vector<RegisterScreen::State> frmNouhin::states() const
 {
     return {
-        {m_ui->Frame2, true, true, false},     {m_ui->DataGrid1, true, true, false},
-        {m_ui->panel, false, true, true},      {m_ui->cmdAdd, true, true, false},
-        {m_ui->cmdUpdate, false, false, true}, {m_ui->cmdNewDate, false, true, false},
-        {m_ui->cmdCancel, false, false, true}, {m_ui->cmdUndo, false, true, false},
-        {m_ui->cmdDelete, false, true, false}, {m_ui->Command7, true, true, false},
-        {m_ui->Command1, true, true, false},   {m_ui->Command2, true, true, false},
+        {m_ui->Frame2, true, true, false},         {m_ui->DataGrid1, true, true, false},
+        {m_ui->panel, false, true, true},          {m_ui->cmdAdd, true, true, false},
+        {m_ui->cmdUpdate, false, false, true},     {m_ui->cmdNewDate, false, true, false},
+        {m_ui->cmdCancel, false, false, true},     {m_ui->cmdUndo, false, true, false},
+        {m_ui->cmdDelete, false, true, false},     {m_ui->Command7, true, true, false},
+        {m_ui->Command1, true, true, false},       {m_ui->Command2, true, true, false},
+        {m_ui->cmdDuplicates, false, true, false},
     };
 }
 

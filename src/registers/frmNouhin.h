@@ -50,6 +50,7 @@ private:
     void nextSearch();
     void showAll();
     void exportAll();
+    void mergeDuplicates();
 
     void importFile();
     void pasteTable();

@@ -1,5 +1,6 @@
 #include "text/like.h"
 
+#include "text/kanji_forms.h"
 #include "text/width_tables.h"
 
 #include <QVarLengthArray>
@@ -15,6 +16,7 @@ namespace
 constexpr char32_t anyOne = 0xFFFFFFFF; // "_" in a piece of a pattern
 constexpr char32_t malformed = 0xFFFD;  // what a byte that is no part of a character counts as
 constexpr std::size_t planeSize = 0x10000;
+constexpr char32_t longYoshi = 0x20BB7; // 𠮷, the one form of a name's kanji beyond the plane that is common
 
 char16_t foldedCharacter(char16_t c)
 {
@@ -37,14 +39,29 @@ char16_t foldedCharacter(char16_t c)
     return lower < planeSize ? static_cast<char16_t>(lower) : unit;
 }
 
+// Of the block that other standards' doubles were given.
+char16_t unified(char16_t c)
+{
+    const QString other = QString(QChar(c)).normalized(QString::NormalizationForm_C);
+    return other.size() == 1 ? other.front().unicode() : c;
+}
+
 struct Folds
 {
     Folds()
     {
-        for (std::size_t c = 0; c < planeSize; ++c) {
+        for (std::size_t c = 0; c < planeSize; ++c)
             to[c] = foldedCharacter(static_cast<char16_t>(c));
+        for (char16_t c = 0xF900; c < 0xFB00; ++c)
+            to[c] = unified(c);
+        for (const KanjiForms &forms : kanjiForms)
+            to[forms.old] = forms.common;
+        for (char16_t c = 0xF900; c < 0xFB00; ++c)
+            to[c] = to[to[c]];
+        for (std::size_t c = 0; c < planeSize; ++c) {
             spellings[to[c]] = static_cast<std::uint8_t>(spellings[to[c]] + 1);
         }
+        ++spellings[u'吉'];
     }
 
     std::array<char16_t, planeSize> to{};            // by character of the Basic Multilingual Plane
@@ -106,7 +123,12 @@ inline char32_t takeCharacter(const char *&at, const char *end)
     return malformed;
 }
 
-inline char32_t folded(const Folds &table, char32_t c) { return c < planeSize ? table.to[c] : c; }
+inline char32_t folded(const Folds &table, char32_t c)
+{
+    if (c < planeSize)
+        return table.to[c];
+    return c == longYoshi ? U'吉' : c;
+}
 
 // Writes the folded text to \a out, which has room for a character a byte; returns its length.
 std::size_t fold(std::string_view utf8, char32_t *out)

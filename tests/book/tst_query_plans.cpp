@@ -1,6 +1,7 @@
 #include "book/movement_sums.h"
 #include "book/movements.h"
 #include "book/slip_counts.h"
+#include "book/slip_move.h"
 #include "book/slip_store.h"
 #include "support/fresh_shop.h"
 
@@ -113,6 +114,12 @@ private slots:
         }) << QStringList{byCounterpart()};
         QTest::newRow("whether a customer has slips") << Reading([customers](db::Connection &connection) {
             return bool(book::countSlips(connection, {.kinds = customers, .counterpart = 7}));
+        }) << QStringList{byCounterpart()};
+        QTest::newRow("a customer's open slips") << Reading([](db::Connection &connection) {
+            return bool(book::openSlipsOf(connection, book::Party::Customer, 7));
+        }) << QStringList{byCounterpart()};
+        QTest::newRow("slips that go over to another customer") << Reading([](db::Connection &connection) {
+            return bool(book::moveSlips(connection, book::Party::Customer, 7, 8, 1));
         }) << QStringList{byCounterpart()};
         QTest::newRow("closed without their tax") << Reading([](db::Connection &connection) {
             return bool(book::slipsWithoutTax(connection, {2026, 3, 1}, 10));

@@ -324,7 +324,7 @@ private slots:
             order.join(u' '),
             u"txtKey1 cmdFind cmdNext Command6 DataGrid1 txtCode txtName txtName2 txtFurigana dbcKubun "
             "txtTantou txtZip txtAddress txtAddress2 txtTel txtFax txtKeitai txtMail cmdBill Combo1 Check1 "
-            "txtBarth txtMemo cmdAdd cmdNewDate Command7 Command1 Command2 cmdDelete"_s);
+            "txtBarth txtMemo cmdAdd cmdNewDate cmdDuplicates Command7 Command1 Command2 cmdDelete"_s);
     }
 
     void takeLink(const QUrl &link) { m_links << link.toString(); }

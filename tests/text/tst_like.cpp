@@ -69,6 +69,12 @@ void TestLike::likeFolds_data()
     QTest::newRow("long vowel") << u"ｰ"_s << u"ー"_s;
     QTest::newRow("punctuation") << u"｡｢｣､･"_s << u"。「」、・"_s;
     QTest::newRow("wave dash") << u"〜−"_s << u"～－"_s;
+    QTest::newRow("printers' forms") << u"髙﨑"_s << u"高崎"_s;
+    QTest::newRow("old forms") << u"渡邊廣國"_s << u"渡辺広国"_s;
+    QTest::newRow("a third form") << u"渡邉"_s << u"渡邊"_s;
+    QTest::newRow("four forms") << u"齋斎斉齊"_s << u"斉齊齋斎"_s;
+    QTest::newRow("beyond the plane") << u"𠮷野"_s << u"吉野"_s;
+    QTest::newRow("other standards' doubles") << u"神\ufa19德"_s << u"神神徳"_s;
     QTest::newRow("iteration mark") << u"ゞ"_s << u"ヽﾞ"_s;
 }
 
@@ -91,7 +97,8 @@ void TestLike::likeTellsApart_data()
     QTest::newRow("voiced or half-voiced") << u"%バ%"_s << u"ﾊﾟ"_s;
     QTest::newRow("small kana") << u"%や%"_s << u"ゃ"_s;
     QTest::newRow("counter ka") << u"%ケ%"_s << u"ヶ"_s;
-    QTest::newRow("kanji") << u"%高%"_s << u"髙"_s;
+    QTest::newRow("kanji") << u"%土%"_s << u"士"_s;
+    QTest::newRow("kanji that look alike") << u"%渡辺%"_s << u"渡部"_s;
     QTest::newRow("the minus and the long vowel") << u"%-%"_s << u"ー"_s;
     QTest::newRow("supplementary characters") << u"%𠮷%"_s << u"𠮶"_s;
     QTest::newRow("kanji of which the bytes are split") << u"%山田%"_s << u"山川田"_s;

@@ -1,0 +1,230 @@
+#include "registers/duplicates/customer_merge.h"
+
+#include "book/slip_counts.h"
+#include "book/slip_move.h"
+#include "db/connection.h"
+#include "db/keys.h"
+#include "db/transaction.h"
+#include "registers/counterpart.h"
+#include "registers/customer.h"
+#include "text/dates.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace registers
+{
+
+namespace
+{
+
+constexpr int slipsNamed = 3; // in a refusal
+
+// All that a clerk has entered of a customer; key, search key and the day of the last change are the
+// program's.
+const QStringList &mergedColumns()
+{
+    static const QStringList columns{
+        u"コード"_s, u"納品先名1"_s,  u"納品先名2"_s, u"納品先名3"_s, u"フリガナ"_s, u"敬称"_s,
+        u"区分ID"_s, u"郵便番号"_s,   u"住所1"_s,     u"住所2"_s,     u"TEL1"_s,     u"TEL2"_s,
+        u"FAX"_s,    u"メール"_s,     u"メモ"_s,      u"登録日"_s,    u"誕生日"_s,   u"担当者名"_s,
+        u"締め日"_s, u"消費税区分"_s, u"元帳出力"_s};
+    return columns;
+}
+
+base::Result<QVariantList> rowOf(db::Connection &connection, qint64 id)
+{
+    const auto found = connection.select(
+        u"SELECT "_s + mergedColumns().join(u", "_s) + u", 版 FROM 納品先 WHERE 納品先ID = ?"_s, {id});
+    if (!found)
+        return found.error();
+    if (found->isEmpty())
+        return base::Error{
+            .text =
+                u"納品先（ID %1）はほかのプログラムで削除されています。一覧を作り直してください。"_s.arg(id),
+            .gone = true};
+    return found->rows.front();
+}
+
+// Shipments belong by the customer's key. Those from before there was one, by name and address, whether the
+// customer sent them or got them.
+struct Shipments
+{
+    QString where;
+    QVariantList values;
+};
+
+Shipments shipmentsOf(const MergePlan &plan)
+{
+    const auto goneValue = [&plan](const QString &column) {
+        const auto field = std::find_if(plan.fields.begin(), plan.fields.end(),
+                                        [&](const MergedField &each) { return each.column == column; });
+        return field->gone.toString().isNull() ? u""_s : field->gone.toString();
+    };
+    const QString name1 = goneValue(u"納品先名1"_s);
+    const QString address1 = goneValue(u"住所1"_s);
+    Shipments shipments{u"納品先ID = ?"_s, {plan.gone}};
+    if (name1.isEmpty() || address1.isEmpty())
+        return shipments;
+    const QVariantList who{name1, goneValue(u"納品先名2"_s), address1, goneValue(u"住所2"_s)};
+    const QString same =
+        u"(%1名1 = ? AND COALESCE(%1名2, '') = ? AND %1住所1 = ? AND COALESCE(%1住所2, '') = ?)"_s;
+    shipments.where +=
+        u" OR (納品先ID IS NULL AND (%1 OR %2))"_s.arg(same.arg(u"依頼主"_s), same.arg(u"届先"_s));
+    shipments.values += who + who;
+    return shipments;
+}
+
+base::Result<qint64> countShipments(db::Connection &connection, const MergePlan &plan)
+{
+    const Shipments shipments = shipmentsOf(plan);
+    const auto count = connection.integers(u"SELECT COUNT(*) FROM 発送マスター WHERE "_s + shipments.where,
+                                           shipments.values);
+    return count ? base::Result<qint64>(count->front()) : count.error();
+}
+
+base::Result<qint64> countSlipsOf(db::Connection &connection, qint64 customer)
+{
+    return book::countSlips(connection, {.kinds = book::kindsOf(book::Party::Customer),
+                                         .counterpart = book::CounterpartKey(customer)});
+}
+
+const MergedField &fieldOf(const MergePlan &plan, const QString &column)
+{
+    return *std::find_if(plan.fields.begin(), plan.fields.end(),
+                         [&](const MergedField &field) { return field.column == column; });
+}
+
+// A slip that is being entered holds the customer's key on its screen.
+base::Result<QString> openSlipsRefusal(db::Connection &connection, const MergePlan &plan)
+{
+    for (const qint64 customer : {plan.kept, plan.gone}) {
+        const auto open = book::openSlipsOf(connection, book::Party::Customer, customer);
+        if (!open)
+            return open.error();
+        if (!open->isEmpty())
+            return u"納品先ID %1 には入力中（完了していない）の伝票 %2 があるため、統合できません。"
+                   "その伝票を完了してから、もう一度実行してください。"_s.arg(
+                       QString::number(customer), open->mid(0, slipsNamed).join(u"、"_s));
+    }
+    return QString();
+}
+
+// The tax of a slip is charged as its customer's class says: under another one it would be charged twice or
+// never.
+QString taxRefusal(const MergePlan &plan)
+{
+    const MergedField &tax = fieldOf(plan, u"消費税区分"_s);
+    const int kept = tax.kept.toInt();
+    const int gone = tax.gone.toInt();
+    if (plan.slips == 0 || kept == gone)
+        return {};
+    return u"消費税区分が違い（%1 と %2）、伝票の消費税が変わってしまうため、統合できません。"
+           "納品先登録で消費税区分をそろえてから、もう一度実行してください。"_s.arg(
+               taxClassNames().value(kept), taxClassNames().value(gone));
+}
+
+base::Result<QString> refusalOf(db::Connection &connection, const MergePlan &plan)
+{
+    if (plan.kept == plan.gone)
+        return u"同じ納品先どうしは統合できません。"_s;
+    if (const QString tax = taxRefusal(plan); !tax.isEmpty())
+        return tax;
+    return openSlipsRefusal(connection, plan);
+}
+
+QVariantMap filledValues(const MergePlan &plan)
+{
+    QVariantMap values;
+    for (const MergedField &field : plan.fields) {
+        if (field.isFilled())
+            values.insert(field.column, field.gone);
+    }
+    return values;
+}
+
+base::Status storeKept(db::Connection &connection, const MergePlan &plan, const QDate &today, qint64 version)
+{
+    const auto after = [&plan](const QString &column) { return fieldOf(plan, column).after().toString(); };
+    QVariantMap values = filledValues(plan);
+    values.insert(u"納品先名キー"_s, customerKey(after(u"納品先名1"_s), after(u"納品先名2"_s),
+                                                 after(u"コード"_s), after(u"TEL1"_s), after(u"フリガナ"_s)));
+    values.insert(u"更新日"_s, text::stored(today));
+    values.insert(u"版"_s, version);
+    const QString assignments = values.keys().join(u" = ?, "_s) + u" = ?"_s;
+    return connection
+        .execute(u"UPDATE 納品先 SET "_s + assignments + u" WHERE 納品先ID = ?"_s,
+                 values.values() + QVariantList{plan.kept})
+        .status();
+}
+
+base::Status moveShipments(db::Connection &connection, const MergePlan &plan, qint64 version)
+{
+    const Shipments shipments = shipmentsOf(plan);
+    return connection
+        .execute(u"UPDATE 発送マスター SET 納品先ID = ?, 版 = ? WHERE "_s + shipments.where,
+                 QVariantList{plan.kept, version} + shipments.values)
+        .status();
+}
+
+base::Status merge(db::Connection &connection, const MergePlan &plan, const QDate &today)
+{
+    const auto now = planMerge(connection, plan.kept, plan.gone);
+    if (!now)
+        return now.error();
+    if (now->keptVersion != plan.keptVersion || now->goneVersion != plan.goneVersion)
+        return base::Error{.text =
+                               u"ほかのプログラムで納品先が変更されたため、統合しませんでした。いまの内容を"
+                               "確かめてから、もう一度実行してください。"_s,
+                           .changed = true};
+    if (!now->refusal.isEmpty())
+        return base::Error{now->refusal};
+    const auto version = db::nextVersion(connection);
+    if (!version)
+        return version.error();
+    if (const auto moved = book::moveSlips(connection, book::Party::Customer, plan.gone, plan.kept, *version);
+        !moved)
+        return moved.error();
+    if (const base::Status moved = moveShipments(connection, *now, *version); !moved)
+        return moved;
+    if (const base::Status stored = storeKept(connection, *now, today, *version); !stored)
+        return stored;
+    return connection.execute(u"DELETE FROM 納品先 WHERE 納品先ID = ?"_s, {plan.gone}).status();
+}
+
+} // namespace
+
+base::Result<MergePlan> planMerge(db::Connection &connection, qint64 kept, qint64 gone)
+{
+    const auto keptRow = rowOf(connection, kept);
+    const auto goneRow = rowOf(connection, gone);
+    if (!keptRow || !goneRow)
+        return keptRow ? goneRow.error() : keptRow.error();
+    MergePlan plan{.kept = kept,
+                   .gone = gone,
+                   .keptVersion = keptRow->constLast(),
+                   .goneVersion = goneRow->constLast(),
+                   .fields = {},
+                   .refusal = {}};
+    for (qsizetype column = 0; column < mergedColumns().size(); ++column)
+        plan.fields.push_back({mergedColumns().at(column), keptRow->at(column), goneRow->at(column)});
+    const auto slips = countSlipsOf(connection, gone);
+    const auto shipments = slips ? countShipments(connection, plan) : slips;
+    if (!shipments)
+        return shipments.error();
+    plan.slips = *slips;
+    plan.shipments = *shipments;
+    const auto refusal = refusalOf(connection, plan);
+    if (!refusal)
+        return refusal.error();
+    plan.refusal = *refusal;
+    return plan;
+}
+
+base::Status mergeCustomers(db::Connection &connection, const MergePlan &plan, const QDate &today)
+{
+    return db::atomically(connection, [&] { return merge(connection, plan, today); });
+}
+
+} // namespace registers

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "base/result.h"
+
+#include <QDate>
+#include <QVariant>
+
+#include <vector>
+
+namespace db
+{
+class Connection;
+}
+
+// Two rows of the register that are one customer, made one.
+namespace registers
+{
+
+/// A field of both, as it is stored, and whether the one that stays takes the other's.
+struct MergedField
+{
+    QString column; // of 納品先
+    QVariant kept, gone;
+
+    [[nodiscard]] bool isFilled() const { return isEmpty(kept) && !isEmpty(gone); }
+    [[nodiscard]] QVariant after() const { return isFilled() ? gone : kept; }
+    [[nodiscard]] bool isLost() const { return !isEmpty(kept) && !isEmpty(gone) && kept != gone; }
+
+    static bool isEmpty(const QVariant &value) { return value.toString().isEmpty(); }
+};
+
+/// What merging the customer \a gone into \a kept would do, as it is shown before it is done.
+struct MergePlan
+{
+    qint64 kept = 0; // 納品先ID
+    qint64 gone = 0;
+    QVariant keptVersion, goneVersion; // 版, as they were compared
+    std::vector<MergedField> fields;
+    qint64 slips = 0;     // of the one that goes, which follow
+    qint64 shipments = 0; // the same
+    QString refusal;      // why it must not be done; empty: it may
+};
+
+/// Fails when one of them is no longer there.
+base::Result<MergePlan> planMerge(db::Connection &connection, qint64 kept, qint64 gone);
+
+/// Does what \a plan says, in one transaction: the slips and shipments of the one that goes become those of
+/// the other, which gets what it lacks, its search key and \a today as the day of its last change; then the
+/// row goes. Fails, with everything as it was, when one of the two was changed meanwhile, when one of them
+/// has a slip that somebody is entering, and for a plan that is refused.
+base::Status mergeCustomers(db::Connection &connection, const MergePlan &plan, const QDate &today);
+
+} // namespace registers
