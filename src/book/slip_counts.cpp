@@ -30,13 +30,8 @@ base::Result<qint64> countSlips(db::Connection &connection, const Selection &sel
 
 base::Result<qint64> keyWithoutSlips(db::Connection &connection, Party party, qint64 next)
 {
-    const Condition condition = slipsOf({.kinds = kindsOf(party)});
-    const auto left = connection.integers(u"SELECT 相手先ID FROM 入出庫マスター WHERE 相手先ID >= ? AND "_s +
-                                              condition.sql + u" ORDER BY 相手先ID DESC LIMIT 1"_s,
-                                          QVariantList{next} + condition.values);
-    if (!left)
-        return left.error();
-    return left->empty() || left->front() >= db::highestKey ? next : left->front() + 1;
+    return db::unusedKey(connection, next,
+                         {u"入出庫マスター"_s, u"相手先ID"_s, slipsOf({.kinds = kindsOf(party)})});
 }
 
 base::Result<QHash<qint64, int>> slipsOfEach(db::Connection &connection, Party party)

@@ -24,6 +24,23 @@ base::Result<qint64> nextKey(Connection &connection, const QString &table)
     return highest + 1;
 }
 
+// Each number asks for the next one as long as it is named; the last one asked for is free.
+base::Result<qint64> unusedKey(Connection &connection, qint64 next, const References &references)
+{
+    Condition named{references.column + u" = 番号.n"_s, {}};
+    named &= references.condition;
+    const auto last = connection.integers(
+        u"SELECT MAX(n) FROM (WITH RECURSIVE 番号 (n) AS (SELECT ? UNION ALL SELECT n + 1 FROM 番号 "
+        "WHERE n <= ? AND EXISTS (SELECT 1 FROM %1 WHERE %2)) SELECT n FROM 番号) AS 順"_s.arg(
+            references.table, named.sql),
+        QVariantList{next, highestKey} + named.values);
+    if (!last)
+        return last.error();
+    if (last->front() > highestKey)
+        return base::Error{u"番号が上限（2147483647）に達したため、追加できませんでした。"_s};
+    return last->front();
+}
+
 base::Result<qint64> nextVersion(Connection &connection)
 {
     const auto raised = connection.select(u"UPDATE 版数 SET 最終 = 最終 + 1 RETURNING 最終"_s);

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "base/result.h"
-
-#include <QVariantList>
+#include "db/condition.h"
 
 namespace db
 {
@@ -15,6 +14,19 @@ inline constexpr qint64 highestKey = 2147483647;
 /// The next free key of \a table: the highest existing one plus 1, 1 for an empty table. Fails when the
 /// highest key is taken. To be called inside the transaction that uses it.
 base::Result<qint64> nextKey(Connection &connection, const QString &table);
+
+/// Where rows name the keys of another table's.
+struct References
+{
+    QString table;
+    QString column;
+    Condition condition = {}; // empty: every row of the table
+};
+
+/// The lowest key from \a next on that none of \a references names: \a next itself unless rows are left of
+/// what was deleted or lost, which whatever gets their key would take over. A single one far above costs no
+/// other number. Fails when all are named. To be called inside the transaction that uses the key.
+base::Result<qint64> unusedKey(Connection &connection, qint64 next, const References &references);
 
 /// Raises the file's counter and gives its number, which a row that is changed bears from then on as its 版.
 /// To be called inside the transaction of the change. A row that is added bears the number as it is,

@@ -26,6 +26,8 @@ class Recordset : public QAbstractTableModel
 public:
     /// A part of an action.
     using Step = std::function<base::Status()>;
+    /// Inside the transaction that adds a row: its key, given the next free one.
+    using KeyChoice = std::function<base::Result<qint64>(qint64 next)>;
     using CellReader = std::function<base::Result<QVariant>(const QString &column, const QString &typed)>;
     using Decorator = std::function<QVariant(int row, int column, int role)>;
 
@@ -118,8 +120,9 @@ public:
     void revert() override;
 
     /// Appends a row with the next free key and \a values, saved at once; it becomes the current one.
-    /// \return its key. Only for a table whose keys the program gives out.
-    base::Result<qint64> add(const QVariantMap &values = {}, qint64 least = 0);
+    /// \a choice may put a higher key in the place of that one. \return the row's key. Only for a table whose
+    /// keys the program gives out.
+    base::Result<qint64> add(const QVariantMap &values = {}, const KeyChoice &choice = {});
 
     /// Appends a row of a table whose keys the database gives out, saved at once; it becomes the current one.
     base::Status append(const QVariantMap &values);

@@ -231,17 +231,17 @@ void Recordset::revert()
     emit edited();
 }
 
-base::Result<qint64> Recordset::add(const QVariantMap &values, qint64 least)
+base::Result<qint64> Recordset::add(const QVariantMap &values, const KeyChoice &choice)
 {
     const auto added = atomically(m_connection, [&]() -> base::Result<qint64> {
         const auto next = nextKey(m_connection, m_query.table);
-        if (!next)
-            return next;
-        const qint64 key = std::max(*next, least);
+        const auto key = next && choice ? choice(*next) : next;
+        if (!key)
+            return key;
         QVariantMap row = values;
-        row.insert(m_key, key);
+        row.insert(m_key, *key);
         const base::Status done = insert(row);
-        return done ? base::Result<qint64>(key) : done.error();
+        return done ? key : done.error();
     });
     if (added)
         inserted(*added);

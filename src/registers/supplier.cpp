@@ -2,7 +2,6 @@
 
 #include "book/slip_counts.h"
 #include "db/connection.h"
-#include "db/keys.h"
 #include "db/recordset.h"
 #include "registers/counterpart.h"
 
@@ -36,9 +35,9 @@ base::Status openSupplier(db::Recordset &suppliers, qint64 id)
 
 base::Result<qint64> addSupplier(db::Connection &connection, db::Recordset &suppliers)
 {
-    const auto next = db::nextKey(connection, u"仕入先"_s);
-    const auto key = next ? book::keyWithoutSlips(connection, book::Party::Supplier, *next) : next;
-    return key ? suppliers.add({{u"消費税区分"_s, 0}}, *key) : key;
+    return suppliers.add({{u"消費税区分"_s, 0}}, [&connection](qint64 next) {
+        return book::keyWithoutSlips(connection, book::Party::Supplier, next);
+    });
 }
 
 base::Status saveSupplier(db::Recordset &suppliers)

@@ -111,8 +111,9 @@ private slots:
         // concern.
         shop.run(
             u"INSERT INTO 入出庫マスター (ID, 伝票番号, 相手先ID) VALUES (1, 'O1', 5), (2, 'R2', 7), (3, 'I3', 9)"_s);
+        QCOMPARE(*registers::addCustomer(shop.connection, openingDay), 6);
         QCOMPARE(*registers::addCustomer(shop.connection, openingDay), 8);
-        shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 8"_s);
+        shop.run(u"DELETE FROM 納品先 WHERE 納品先ID IN (6, 8)"_s);
         QCOMPARE(
             shop.rows(
                 u"SELECT 納品先ID, 納品先名1, 区分ID, 登録日, 更新日, 締め日, 消費税区分, 元帳出力 FROM 納品先 WHERE 納品先ID = 4"_s),

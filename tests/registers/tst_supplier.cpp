@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <sqlite3.h>
+
 using namespace Qt::StringLiterals;
 
 class TestSupplier : public QObject
@@ -57,6 +59,36 @@ private slots:
         QVERIFY(suppliers.remove());
         QCOMPARE(shop.rows(u"SELECT 消費税区分, 仕入先名キー FROM 仕入先 WHERE 仕入先ID = 10"_s),
                  QStringList{u"0|-"_s});
+    }
+
+    // Between the reading of the keys and the storing no other program may save a slip under one of them.
+    void theKeyIsChosenUnderTheLock()
+    {
+        FreshShop shop;
+        db::Recordset suppliers(shop.connection);
+        QVERIFY(registers::openEverySupplier(suppliers));
+        struct Seen
+        {
+            db::Connection &connection;
+            int statements = 0;
+            int unlocked = 0;
+        } seen{shop.connection};
+        sqlite3_trace_v2(
+            shop.connection.handle(), SQLITE_TRACE_STMT,
+            [](unsigned, void *context, void *statement, void *) {
+                auto &told = *static_cast<Seen *>(context);
+                if (!QByteArray(sqlite3_sql(static_cast<sqlite3_stmt *>(statement))).startsWith("SELECT"))
+                    return 0;
+                ++told.statements;
+                told.unlocked += told.connection.inTransaction() ? 0 : 1;
+                return 0;
+            },
+            &seen);
+        const auto added = registers::addSupplier(shop.connection, suppliers);
+        sqlite3_trace_v2(shop.connection.handle(), 0, nullptr, nullptr);
+        QVERIFY(added);
+        QVERIFY(seen.statements > 0);
+        QCOMPARE(seen.unlocked, 0);
     }
 
     void aFailedSavingKeepsWhatWasTyped()

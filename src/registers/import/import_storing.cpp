@@ -124,17 +124,26 @@ QVariantList rowOf(const ImportCandidate &candidate, qint64 key, const QString &
                << today;
 }
 
-base::Result<qint64> firstFreeKey(db::Connection &connection, qint64 newOnes)
+base::Result<std::vector<qint64>> freeKeys(db::Connection &connection, qint64 count)
 {
     const auto next = db::nextKey(connection, u"納品先"_s);
-    const auto first = next ? book::keyWithoutSlips(connection, book::Party::Customer, *next) : next;
-    if (first && newOnes > db::highestKey - *first + 1)
+    if (!next)
+        return next.error();
+    if (count > db::highestKey - *next + 1)
         return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
-    return first;
+    std::vector<qint64> keys;
+    while (static_cast<qint64>(keys.size()) < count) {
+        const auto key =
+            book::keyWithoutSlips(connection, book::Party::Customer, keys.empty() ? *next : keys.back() + 1);
+        if (!key)
+            return key.error();
+        keys.push_back(*key);
+    }
+    return keys;
 }
 
 base::Status storeAll(db::Connection &connection, const std::vector<const ImportCandidate *> &taken,
-                      const MadeCategories &made, qint64 nextKey, const QDate &today,
+                      const MadeCategories &made, const std::vector<qint64> &keys, const QDate &today,
                       const base::Progress &progress)
 {
     const auto version = db::nextVersion(connection);
@@ -143,11 +152,12 @@ base::Status storeAll(db::Connection &connection, const std::vector<const Import
     const QString statement = insertStatement();
     const QString date = text::stored(today);
     qint64 done = 0;
+    auto key = keys.begin();
     for (const ImportCandidate *candidate : taken) {
         const ImportCandidate row = withCategory(*candidate, made);
         const base::Status stored = row.state == State::Update
                                         ? updateCustomer(connection, row, *version, date)
-                                        : connection.execute(statement, rowOf(row, nextKey++, date)).status();
+                                        : connection.execute(statement, rowOf(row, *key++, date)).status();
         if (!stored)
             return stored;
         if (!progress(done++, static_cast<qint64>(taken.size())))
@@ -170,10 +180,11 @@ base::Result<int> storeCustomers(db::Connection &connection,
         return made.error();
     const auto newOnes = std::count_if(taken.begin(), taken.end(),
                                        [](const auto *row) { return row->state != State::Update; });
-    const auto firstKey = newOnes > 0 ? firstFreeKey(connection, newOnes) : base::Result<qint64>(0);
-    if (!firstKey)
-        return firstKey.error();
-    const base::Status stored = storeAll(connection, taken, *made, *firstKey, today, progress);
+    const auto keys = newOnes > 0 ? freeKeys(connection, newOnes)
+                                  : base::Result<std::vector<qint64>>(std::vector<qint64>());
+    if (!keys)
+        return keys.error();
+    const base::Status stored = storeAll(connection, taken, *made, *keys, today, progress);
     return stored ? base::Result<int>(static_cast<int>(taken.size())) : stored.error();
 }
 
