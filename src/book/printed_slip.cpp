@@ -33,12 +33,12 @@ std::vector<TaxableAmount> taxableLines(const std::vector<SlipLine> &lines, doub
 }
 
 // As closing the slip will store it.
-SlipLine taxLine(const RateTax &tax, bool isOnlyOne)
+SlipLine taxLine(const RateTax &tax, bool isOwn)
 {
     SlipLine line;
     line.product = QString::fromUtf16(taxLineName);
     line.amount = tax.tax;
-    if (!isOnlyOne) {
+    if (!isOwn) {
         line.taxClass = tax.taxClass;
         line.taxRate = tax.rate;
     }
@@ -77,10 +77,11 @@ base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax)
         const auto taxes = taxesByRate(taxableGoods(slip.lines, rate), Basis::Net);
         if (!taxes)
             return taxes.error();
+        const bool isOwn = isSlipsOwn(*taxes, slip.taxRate);
         for (const RateTax &added : *taxes) {
             if (added.tax == 0)
                 continue;
-            slip.lines.push_back(taxLine(added, taxes->size() == 1));
+            slip.lines.push_back(taxLine(added, isOwn));
             printed.total += added.tax;
         }
     }

@@ -84,6 +84,14 @@ base::Status readLines(db::Connection &connection, Slip &slip)
 
 } // namespace
 
+bool SlipLine::operator==(const SlipLine &other) const
+{
+    return product == other.product && specification == other.specification &&
+           isSameNumber(quantity, other.quantity) && unit == other.unit && isSameNumber(price, other.price) &&
+           isSameNumber(amount, other.amount) && taxClass == other.taxClass &&
+           isSameNumber(taxRate, other.taxRate);
+}
+
 base::Result<Slip> readSlip(db::Connection &connection, qint64 id, Party party)
 {
     Slip slip;

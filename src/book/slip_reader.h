@@ -24,7 +24,8 @@ struct SlipLine
     std::optional<double> taxRate{};    // percent; empty: the slip's own
 
     [[nodiscard]] bool isTax() const { return product == QStringView(taxLineName); }
-    bool operator==(const SlipLine &) const = default;
+    /// A number that is none, which a text in its place is read as, equals another one.
+    bool operator==(const SlipLine &other) const;
 };
 
 /// A stored slip with what a printed form needs of its counterpart and the person in charge.

@@ -8,8 +8,6 @@
 #include "db/transaction.h"
 #include "text/dates.h"
 
-#include <numeric>
-
 using namespace Qt::StringLiterals;
 
 namespace book
@@ -59,6 +57,13 @@ base::Status stampCustomer(db::Connection &connection, qint64 customer, const QD
 // 1, 0, or NULL where nothing is known.
 QVariant storedMark(const std::optional<bool> &mark) { return mark ? QVariant(*mark ? 1 : 0) : QVariant(); }
 
+// A damaged book may have lost slips and kept their lines, which a new slip under their key would take over.
+base::Result<qint64> nextSlipKey(db::Connection &connection)
+{
+    const auto next = db::nextKey(connection, u"入出庫マスター"_s);
+    return next ? db::unusedKey(connection, *next, {u"入出庫サブ"_s, u"ID"_s}) : next;
+}
+
 base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
 {
     const auto inserted = connection.execute(
@@ -70,6 +75,8 @@ base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const
 }
 
 // One statement, so that no line is ever stored without its header: another program may have deleted that.
+// The line bears the file's counter as it is, which needs the lock that a transaction that writes has from
+// its beginning: between reading it and storing the line nobody else may raise it.
 base::Status insertLine(db::Connection &connection, const QString &columns, const QVariantList &values,
                         qint64 id)
 {
@@ -87,28 +94,31 @@ base::Status insertLine(db::Connection &connection, const QString &columns, cons
     return connection.inTransaction() ? insert() : db::atomically(connection, insert);
 }
 
-// One line for each rate. Only where there are several it says which one it is of: a slip of one rate holds
-// it itself.
+base::Result<double> headersTaxRate(db::Connection &connection, qint64 id)
+{
+    const auto rate = connection.select(u"SELECT 消費税率 FROM 入出庫マスター WHERE ID = ?"_s, {id});
+    return rate ? base::Result<double>(rate->value(0, u"消費税率"_s).toDouble()) : rate.error();
+}
+
+// One line for each rate. It says which one it is of, unless that is the only one and the slip's own.
 base::Status addTaxLines(db::Connection &connection, qint64 id, const std::vector<RateTax> &taxes)
 {
+    const auto own = headersTaxRate(connection, id);
+    if (!own)
+        return own.error();
     for (const RateTax &tax : taxes) {
         if (tax.tax == 0)
             continue;
-        const base::Status added = taxes.size() == 1 ? addTaxLine(connection, id, tax.tax)
-                                                     : insertLine(connection, u"商品名, 金額, 税区分, 税率"_s,
-                                                                  {QString::fromUtf16(taxLineName), tax.tax,
-                                                                   static_cast<int>(tax.taxClass), tax.rate},
-                                                                  id);
+        const base::Status added = isSlipsOwn(taxes, *own)
+                                       ? addTaxLine(connection, id, tax.tax)
+                                       : insertLine(connection, u"商品名, 金額, 税区分, 税率"_s,
+                                                    {QString::fromUtf16(taxLineName), tax.tax,
+                                                     static_cast<int>(tax.taxClass), tax.rate},
+                                                    id);
         if (!added)
             return added;
     }
     return {};
-}
-
-double sumOf(const std::vector<RateTax> &taxes)
-{
-    return std::accumulate(taxes.begin(), taxes.end(), 0.0,
-                           [](double sum, const RateTax &tax) { return sum + tax.tax; });
 }
 
 // \a assignment has one place for \a value; \a whenGone is told of a slip that is no longer there.
@@ -148,25 +158,6 @@ base::Result<SlipSums> sumsForClosing(db::Connection &connection, qint64 id, dou
 
 // An invalid date comes before every other one.
 bool isSlipDate(const QDate &date) { return date >= QDate(1900, 1, 1); }
-
-namespace
-{
-
-// A damaged book may have lost slips and kept their lines, which a new slip under their key would take over.
-base::Result<qint64> nextSlipKey(db::Connection &connection)
-{
-    const auto next = db::nextKey(connection, u"入出庫マスター"_s);
-    if (!next)
-        return next;
-    const auto stray =
-        connection.integers(u"SELECT ID FROM 入出庫サブ WHERE ID >= ? AND ID < ? ORDER BY ID DESC LIMIT 1"_s,
-                            {*next, db::highestKey});
-    if (!stray)
-        return stray.error();
-    return stray->empty() ? *next : stray->front() + 1;
-}
-
-} // namespace
 
 base::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &slip)
 {

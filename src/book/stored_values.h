@@ -2,6 +2,7 @@
 
 #include <QVariant>
 
+#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -19,6 +20,12 @@ inline std::optional<double> storedNumber(const QVariant &value)
     const int type = value.typeId();
     const bool isNumber = type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int;
     return isNumber ? value.toDouble() : std::numeric_limits<double>::quiet_NaN();
+}
+
+/// Whether \a one and \a other are the same number, neither of them is there, or both are none.
+inline bool isSameNumber(const std::optional<double> &one, const std::optional<double> &other)
+{
+    return one == other || (one && other && std::isnan(*one) && std::isnan(*other));
 }
 
 /// A key; nothing for NULL.

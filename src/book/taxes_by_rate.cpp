@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <map>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 
@@ -96,15 +97,22 @@ base::Result<std::vector<RateTax>> taxesByRate(const std::vector<TaxableAmount> 
     return taxes;
 }
 
+bool isSlipsOwn(const std::vector<RateTax> &taxes, double slipRate)
+{
+    return taxes.size() == 1 && taxes.front().taxClass == GoodsTax::Standard &&
+           taxes.front().rate == slipRate;
+}
+
+double sumOf(const std::vector<RateTax> &taxes)
+{
+    return std::accumulate(taxes.begin(), taxes.end(), 0.0,
+                           [](double sum, const RateTax &tax) { return sum + tax.tax; });
+}
+
 base::Result<double> taxOf(const std::vector<TaxableAmount> &amounts, Basis basis)
 {
     const auto taxes = taxesByRate(amounts, basis);
-    if (!taxes)
-        return taxes.error();
-    double sum = 0;
-    for (const RateTax &tax : *taxes)
-        sum += tax.tax;
-    return sum;
+    return taxes ? base::Result<double>(sumOf(*taxes)) : taxes.error();
 }
 
 base::Result<double> unroundedTaxIn(const std::vector<TaxableAmount> &amounts)

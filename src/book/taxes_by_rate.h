@@ -43,6 +43,13 @@ struct RateTax
 /// and over 100 and for amounts that cannot be counted.
 base::Result<std::vector<RateTax>> taxesByRate(const std::vector<TaxableAmount> &amounts, Basis basis);
 
+/// Whether \a taxes are of the standard rate alone, and that is \a slipRate percent: what a slip says by
+/// itself, so that its tax line need not.
+bool isSlipsOwn(const std::vector<RateTax> &taxes, double slipRate);
+
+/// \a taxes together, yen.
+double sumOf(const std::vector<RateTax> &taxes);
+
 /// The taxes of all rates together, yen.
 base::Result<double> taxOf(const std::vector<TaxableAmount> &amounts, Basis basis);
 

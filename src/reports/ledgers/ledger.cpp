@@ -4,6 +4,7 @@
 #include "book/counterpart_name.h"
 #include "book/movement_sums.h"
 #include "book/movements.h"
+#include "book/stored_values.h"
 #include "db/transaction.h"
 
 #include <algorithm>
@@ -122,11 +123,6 @@ struct Account
 
 using Accounts = std::unordered_map<book::CounterpartKey, Account>;
 
-book::CounterpartKey keyIn(const QVariant &value)
-{
-    return value.isNull() ? book::CounterpartKey() : book::CounterpartKey(value.toLongLong());
-}
-
 base::Result<Accounts> readAccounts(db::Connection &connection, book::Party party, const QDate &day,
                                     const base::Progress &progress)
 {
@@ -162,7 +158,7 @@ std::vector<Listed> namedAccounts(Accounts accounts, const db::Rows &names)
     std::vector<Listed> list;
     list.reserve(accounts.size());
     for (const QVariantList &row : names.rows) {
-        const auto account = accounts.extract(keyIn(row.front()));
+        const auto account = accounts.extract(book::storedKey(row.front()));
         if (!account)
             continue;
         list.push_back(listed(account.key(), account.mapped()));

@@ -1,6 +1,7 @@
 #include "slips/correction/edited_slip.h"
 
 #include "book/slip_store.h"
+#include "book/stored_values.h"
 #include "book/tax.h"
 #include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
@@ -46,8 +47,7 @@ EditedSlip::EditedSlip(db::Connection &connection, const book::SlipKind &kind,
 
 book::CounterpartKey EditedSlip::counterpartKey() const
 {
-    const QVariant key = headers.value(u"相手先ID"_s);
-    return key.isNull() ? book::CounterpartKey() : book::CounterpartKey(key.toLongLong());
+    return book::storedKey(headers.value(u"相手先ID"_s));
 }
 
 book::TaxClass EditedSlip::taxClass() const { return book::taxClassFrom(counterpart.text(u"消費税区分"_s)); }

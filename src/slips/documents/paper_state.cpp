@@ -1,7 +1,15 @@
 #include "slips/documents/paper_state.h"
 
+#include "book/stored_values.h"
+
 namespace slips
 {
+
+bool PaperState::operator==(const PaperState &other) const
+{
+    return slip == other.slip && book::isSameNumber(total, other.total) &&
+           book::isSameNumber(includedTax, other.includedTax) && remarks == other.remarks;
+}
 
 base::Result<PaperState> paperState(db::Connection &connection, qint64 id, const book::PrintedTax &tax,
                                     const QString &remarks)

@@ -15,7 +15,7 @@ struct PaperState
     std::optional<double> includedTax;
     QString remarks;
 
-    bool operator==(const PaperState &) const = default;
+    bool operator==(const PaperState &other) const;
 };
 
 /// That of the customer's slip \a id as the file has it. Closing it with the same \a tax makes no difference.
