@@ -20,16 +20,44 @@ QString textAt(sqlite3_stmt *statement, int column)
     return QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(statement, column)));
 }
 
-// How many columns each table had in version 1.
-const QHash<QString, qsizetype> &firstColumns()
+// How many columns each table had in the versions before this one, from the first on. Rows that were written
+// then end there.
+const QHash<QString, QList<qsizetype>> &earlierColumns()
 {
-    static const QHash<QString, qsizetype> counts{
-        {u"単位"_s, 2},          {u"規格"_s, 2},     {u"社員"_s, 3},           {u"登録区分"_s, 2},
-        {u"発送区分"_s, 2},      {u"仕入商品"_s, 2}, {u"納品商品"_s, 2},       {u"自社情報"_s, 12},
-        {u"納品先"_s, 23},       {u"仕入先"_s, 17},  {u"入出庫マスター"_s, 7}, {u"入出庫サブ"_s, 7},
-        {u"発送マスター"_s, 23},
+    static const QHash<QString, QList<qsizetype>> counts{
+        {u"単位"_s, {2}},          {u"規格"_s, {2}},     {u"社員"_s, {3}},           {u"登録区分"_s, {2}},
+        {u"発送区分"_s, {2}},      {u"仕入商品"_s, {2}}, {u"納品商品"_s, {2}},       {u"自社情報"_s, {12}},
+        {u"納品先"_s, {23}},       {u"仕入先"_s, {17}},  {u"入出庫マスター"_s, {7}}, {u"入出庫サブ"_s, {7}},
+        {u"発送マスター"_s, {23}}, {u"税率"_s, {0}},     {u"発行控"_s, {0}},         {u"版数"_s, {0}},
     };
     return counts;
+}
+
+// A file's own statements could write to other files, or go on for ever.
+void allowDeclarationsAlone(sqlite3 *memory)
+{
+    constexpr int mostSteps = 1'000'000;
+    constexpr int longestValue = 1'000'000; // bytes
+    sqlite3_limit(memory, SQLITE_LIMIT_LENGTH, longestValue);
+    sqlite3_progress_handler(
+        memory, mostSteps, [](void *) { return 1; }, nullptr);
+    sqlite3_set_authorizer(
+        memory,
+        [](void *, int action, const char *, const char *, const char *, const char *) {
+            static constexpr int allowed[] = {SQLITE_CREATE_TABLE, SQLITE_CREATE_INDEX, SQLITE_REINDEX,
+                                              SQLITE_INSERT,       SQLITE_UPDATE,       SQLITE_READ,
+                                              SQLITE_SELECT,       SQLITE_FUNCTION};
+            return std::ranges::find(allowed, action) != std::end(allowed) ? SQLITE_OK : SQLITE_DENY;
+        },
+        nullptr);
+}
+
+bool carryOut(sqlite3 *memory, const QByteArray &statements)
+{
+    allowDeclarationsAlone(memory);
+    const bool done = sqlite3_exec(memory, statements.constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
+    sqlite3_set_authorizer(memory, nullptr, nullptr);
+    return done;
 }
 
 // The generated column as schema.sql declares it, from its name to its end.
@@ -49,13 +77,22 @@ bool Table::isFirst(const QString &column) const
     return index >= 0 && index < firstColumns;
 }
 
+int Table::versionOf(const QString &column) const
+{
+    const qsizetype index = columns.indexOf(column);
+    if (index < 0)
+        return 0;
+    const QList<qsizetype> counts = earlierColumns().value(name);
+    const auto had = std::ranges::find_if(counts, [index](qsizetype count) { return index < count; });
+    return static_cast<int>(had - counts.begin()) + 1;
+}
+
 std::vector<Table> tablesDeclaredBy(const QByteArray &statements)
 {
     std::vector<Table> found;
     sqlite3 *memory = nullptr;
     sqlite3_stmt *statement = nullptr;
-    if (sqlite3_open(":memory:", &memory) == SQLITE_OK &&
-        sqlite3_exec(memory, statements.constData(), nullptr, nullptr, nullptr) == SQLITE_OK &&
+    if (sqlite3_open(":memory:", &memory) == SQLITE_OK && carryOut(memory, statements) &&
         sqlite3_prepare_v2(
             memory,
             "SELECT t.name, c.name, c.pk, c.type FROM sqlite_schema t, pragma_table_info(t.name) c "
@@ -64,7 +101,7 @@ std::vector<Table> tablesDeclaredBy(const QByteArray &statements)
         while (sqlite3_step(statement) == SQLITE_ROW) {
             const QString table = textAt(statement, 0);
             if (found.empty() || found.back().name != table)
-                found.push_back({table, {}, {}, {}, db::firstColumns().value(table)});
+                found.push_back({table, {}, {}, {}, earlierColumns().value(table).value(0)});
             found.back().columns << textAt(statement, 1);
             if (const QString type = textAt(statement, 3); type == u"INTEGER" || type == u"REAL")
                 found.back().numbers << textAt(statement, 1);

@@ -27,6 +27,8 @@ struct Table
 
     /// Whether \a column was in version 1, and so in the files of the earlier program.
     [[nodiscard]] bool isFirst(const QString &column) const;
+    /// The version that brought \a column; 0 when none of ours did.
+    [[nodiscard]] int versionOf(const QString &column) const;
     /// Whether the key is given out by the database, in the order in which rows are added.
     [[nodiscard]] bool hasOwnKeys() const { return !isFirst(key); }
 };
@@ -50,7 +52,8 @@ inline constexpr const char16_t *generatedColumn = u"種別";
 /// as schema.sql does.
 bool declaresOwnGeneratedColumn(const QString &statement);
 
-/// The tables that \a statements declare; empty when they cannot be carried out.
+/// The tables that \a statements declare; empty when they cannot be carried out. They may come out of a
+/// damaged or hostile file: what is no declaration is not carried out.
 std::vector<Table> tablesDeclaredBy(const QByteArray &statements);
 
 /// The key column of \a table; empty when the table is unknown.

@@ -3,7 +3,11 @@
 #include "db/schema.h"
 #include "support/fresh_shop.h"
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +20,9 @@ private slots:
     void otherProgramsStatements();
     void linesAreNumberedAsTheyCome();
     void kindIsTheFirstLetterAsLikeSeesIt();
+    void earlierVersionsAreKnown();
+    void declarationsOfFilesDoNothingElse_data();
+    void declarationsOfFilesDoNothingElse();
 };
 
 void TestSchema::otherProgramsStatements_data()
@@ -102,6 +109,51 @@ void TestSchema::kindIsTheFirstLetterAsLikeSeesIt()
             shop.value(u"SELECT count(*) FROM 入出庫マスター WHERE 種別 = ?"_s, {QString(letter)}).toInt(),
             4);
     }
+}
+
+// Salvage tells by them where a row that was written then may end.
+void TestSchema::earlierVersionsAreKnown()
+{
+    for (int version = 1; version < db::schemaVersion; ++version) {
+        QFile file(QStringLiteral(EARLIER_SCHEMAS "/version-%1.sql").arg(version));
+        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.fileName()));
+        const std::vector<db::Table> earlier = db::tablesDeclaredBy(file.readAll());
+        QVERIFY(!earlier.empty());
+        for (const db::Table &now : db::declaredTables()) {
+            const auto then = std::ranges::find(earlier, now.name, &db::Table::name);
+            const QStringList had = then == earlier.end() ? QStringList() : then->columns;
+            QStringList told;
+            for (const QString &column : now.columns) {
+                if (now.versionOf(column) <= version)
+                    told << column;
+            }
+            QCOMPARE(told, had);
+        }
+    }
+}
+
+void TestSchema::declarationsOfFilesDoNothingElse_data()
+{
+    QTest::addColumn<QByteArray>("statement");
+    QTest::newRow("another file") << QByteArray("VACUUM INTO '%1'");
+    QTest::newRow("another database") << QByteArray("ATTACH '%1' AS a; CREATE TABLE a.t (i)");
+    QTest::newRow("without an end") << QByteArray(
+        "CREATE TABLE t AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) SELECT i FROM n");
+    const QByteArray ten =
+        "(SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 3 UNION ALL SELECT 4 UNION ALL SELECT 5 "
+        "UNION ALL SELECT 6 UNION ALL SELECT 7 UNION ALL SELECT 8 UNION ALL SELECT 9)";
+    QTest::newRow("far too much") << "CREATE TABLE t AS SELECT 1 FROM " + QByteArrayList(12, ten).join(", ");
+}
+
+// They stand in the file that is read, and may have been made with ill will.
+void TestSchema::declarationsOfFilesDoNothingElse()
+{
+    QFETCH(QByteArray, statement);
+    const QTemporaryDir folder;
+    const QString other = folder.filePath(u"other.cdb"_s);
+    statement.replace("%1", other.toUtf8());
+    QVERIFY(db::tablesDeclaredBy("CREATE TABLE 単位 (単位ID INTEGER PRIMARY KEY); " + statement).empty());
+    QVERIFY(!QFile::exists(other));
 }
 
 QTEST_MAIN(TestSchema)

@@ -212,18 +212,36 @@ std::optional<StoredRecord> PageReader::record(const TreePage &page, quint32 cel
             return std::nullopt;
         record.rowid = static_cast<qint64>(rowid);
     }
-    const auto payload = this->payload(page, cell, at, size);
-    if (!payload)
-        return std::nullopt;
-    record.payload = *payload;
-    return takeApart(record) ? std::optional(record) : std::nullopt;
+    Chain chain{(quint64(page.number) << 32) | cell, {}};
+    const auto payload = this->payload(page, at, size, chain);
+    record.payload = payload.value_or(QByteArray());
+    if (payload && takeApart(record)) {
+        claim(chain);
+        return record;
+    }
+    // A damaged row leaves the pages of sound ones alone. A file made so that all its rows run through the
+    // same pages in vain is not followed for ever: from some number on they are taken all the same.
+    m_followedInVain += chain.pages.size();
+    if (m_followedInVain > 4 * quint64(m_pageCount))
+        claim(chain);
+    return std::nullopt;
+}
+
+bool PageReader::isFreeFor(quint64 owner, quint32 number) const
+{
+    return number != 0 && number <= m_pageCount && (m_chained[number] == 0 || m_chained[number] == owner);
+}
+
+void PageReader::claim(const Chain &chain)
+{
+    for (const quint32 number : chain.pages)
+        m_chained[number] = chain.owner;
 }
 
 // What does not fit into the page goes on in a chain of further pages.
-std::optional<QByteArray> PageReader::payload(const TreePage &page, quint32 cell, qsizetype at, quint64 size)
+std::optional<QByteArray> PageReader::payload(const TreePage &page, qsizetype at, quint64 size, Chain &chain)
 {
-    const quint64 owner = (quint64(page.number) << 32) | cell;
-    std::unordered_set<quint32> chain;
+    std::unordered_set<quint32> passed;
     if (size > quint64(m_pageCount) * m_usable || size > 0x7fffffff)
         return std::nullopt;
     const quint32 most = page.kind == TreePage::TableLeaf ? m_usable - 35 : (m_usable - 12) * 64 / 255 - 23;
@@ -238,11 +256,9 @@ std::optional<QByteArray> PageReader::payload(const TreePage &page, quint32 cell
     QByteArray whole = page.bytes.mid(at, static_cast<qsizetype>(local));
     quint32 next = local < size ? number32(page.bytes, at + static_cast<qsizetype>(local)) : 0;
     while (quint64(whole.size()) < size) {
-        const bool isFree =
-            next != 0 && next <= m_pageCount && (m_chained[next] == 0 || m_chained[next] == owner);
-        if (!isFree || !chain.insert(next).second)
+        if (!isFreeFor(chain.owner, next) || !passed.insert(next).second)
             return std::nullopt;
-        m_chained[next] = owner;
+        chain.pages.push_back(next);
         const QByteArray more = read(next);
         if (more.isEmpty())
             return std::nullopt;

@@ -68,8 +68,8 @@ public:
     [[nodiscard]] std::optional<TreePage> page(quint32 number) const;
 
     /// The row or entry in a cell of a leaf, or the entry in one of an index's interior pages; nothing when
-    /// it is damaged. A page of a long row belongs to the cell alone that asked for it first, so that chains
-    /// that run into each other cannot be followed for ever.
+    /// it is damaged. A page of a long row belongs to the cell alone whose row was found whole with it first,
+    /// so that chains that run into each other cannot be followed for ever.
     [[nodiscard]] std::optional<StoredRecord> record(const TreePage &page, quint32 cell);
 
     /// Which pages hold nothing any more, by their numbers; nothing when their list is damaged.
@@ -78,8 +78,17 @@ public:
 private:
     [[nodiscard]] QByteArray read(quint32 number) const;
     [[nodiscard]] static bool addChild(TreePage &page, quint32 cell);
-    [[nodiscard]] std::optional<QByteArray> payload(const TreePage &page, quint32 cell, qsizetype at,
-                                                    quint64 size);
+    // What goes on in further pages, which are noted in the chain.
+    struct Chain
+    {
+        quint64 owner; // the cell
+        std::vector<quint32> pages;
+    };
+
+    [[nodiscard]] std::optional<QByteArray> payload(const TreePage &page, qsizetype at, quint64 size,
+                                                    Chain &chain);
+    [[nodiscard]] bool isFreeFor(quint64 owner, quint32 number) const;
+    void claim(const Chain &chain);
     void readHeader();
 
     sqlite3 *m_handle;
@@ -91,6 +100,7 @@ private:
     int m_encoding;
     int m_version = 0;
     std::vector<quint64> m_chained; // for each page the cell whose long row goes on in it; 0: none
+    quint64 m_followedInVain = 0;   // pages of chains that came to nothing
     bool m_hasHeader = false;
 };
 

@@ -1,6 +1,7 @@
 #include "db/care/salvage.h"
 
 #include "base/flush.h"
+#include "db/care/leaf_rows.h"
 #include "db/care/page_reader.h"
 #include "db/care/plain_handle.h"
 #include "db/care/row_writer.h"
@@ -43,20 +44,6 @@ QString shownValue(const StoredRecord &record, std::size_t index, int encoding)
     return QString::fromLatin1(record.bytes(index).left(longestShown).toHex());
 }
 
-// The rows of a leaf that can be read.
-struct Leaf
-{
-    std::vector<StoredRecord> records;
-    qint64 broken = 0;
-
-    [[nodiscard]] bool isAscending() const
-    {
-        return std::is_sorted(
-            records.begin(), records.end(),
-            [](const StoredRecord &one, const StoredRecord &other) { return one.rowid <= other.rowid; });
-    }
-};
-
 // The keys of the rows that an index names.
 struct IndexedKeys
 {
@@ -77,18 +64,18 @@ public:
     base::Result<Salvage> run();
 
 private:
-    Leaf readLeaf(const TreePage &page);
     base::Status carryTree(SourceTable &table);
     base::Result<bool> carryOwn(SourceTable &table, const TreePage &page, const KeyRange &range);
-    [[nodiscard]] bool isOwn(const SourceTable &table, const std::vector<StoredRecord> &inPlace,
-                             std::size_t all) const;
+    base::Status carryRows(SourceTable &table, const LeafRows &rows);
+    [[nodiscard]] bool isOwn(const SourceTable &table, const LeafRows &rows) const;
     [[nodiscard]] bool isAnothers(const SourceTable &table, const std::vector<StoredRecord> &records) const;
     base::Status carry(SourceTable &table, const StoredRecord &record);
     void doubt(const StoredRecord &record, const QString &table);
     base::Status carryLooseLeaves();
     base::Status carryLooseLeaf(const TreePage &page);
-    SourceTable *onlyOne(const Leaf &leaf, bool (SourceTable::*fits)(qint64, qint64) const);
-    SourceTable *ownerOf(const Leaf &leaf);
+    base::Status clearEmptied(SourceTable &table);
+    SourceTable *onlyOne(const LeafRows &rows, bool (SourceTable::*fits)(qint64, qint64) const);
+    SourceTable *ownerOf(const LeafRows &rows);
     base::Status countUnread(SourceTable &table);
     base::Result<IndexedKeys> readIndex(quint32 root);
     base::Status settleCounter();
@@ -100,18 +87,6 @@ private:
     std::vector<std::unique_ptr<RowWriter>> m_writers;
     Salvage m_outcome;
 };
-
-Leaf Salvager::readLeaf(const TreePage &page)
-{
-    Leaf leaf;
-    for (const quint32 cell : page.cells) {
-        if (auto record = m_reader.record(page, cell))
-            leaf.records.push_back(std::move(*record));
-        else
-            ++leaf.broken;
-    }
-    return leaf;
-}
 
 base::Status Salvager::carry(SourceTable &table, const StoredRecord &record)
 {
@@ -146,14 +121,13 @@ void Salvager::doubt(const StoredRecord &record, const QString &table)
 
 // Whether most rows of a leaf are in place, and either look like those of the table it was found in, or at
 // least not like another one's: what a companion program stored may be of another kind than ours.
-bool Salvager::isOwn(const SourceTable &table, const std::vector<StoredRecord> &inPlace,
-                     std::size_t all) const
+bool Salvager::isOwn(const SourceTable &table, const LeafRows &rows) const
 {
-    if (inPlace.size() * 2 <= all)
+    if (!rows.areMostlyInPlace())
         return false;
-    const auto alike = std::count_if(inPlace.begin(), inPlace.end(),
+    const auto alike = std::count_if(rows.inPlace.begin(), rows.inPlace.end(),
                                      [&](const StoredRecord &record) { return table.canHold(record); });
-    return std::size_t(alike) * 2 > inPlace.size() || !isAnothers(table, inPlace);
+    return std::size_t(alike) * 2 > rows.inPlace.size() || !isAnothers(table, rows.inPlace);
 }
 
 bool Salvager::isAnothers(const SourceTable &table, const std::vector<StoredRecord> &records) const
@@ -168,30 +142,32 @@ bool Salvager::isAnothers(const SourceTable &table, const std::vector<StoredReco
 // \return whether the leaf is one of the table's
 base::Result<bool> Salvager::carryOwn(SourceTable &table, const TreePage &page, const KeyRange &range)
 {
-    Leaf leaf = readLeaf(page);
-    std::vector<StoredRecord> inPlace;
-    std::vector<StoredRecord> others;
-    KeyRange left = range;
-    for (StoredRecord &record : leaf.records) {
-        const bool fits = left.contains(record.rowid) && table.hasWidthOf(record);
-        if (fits)
-            left.low = record.rowid == left.high ? record.rowid : record.rowid + 1;
-        (fits ? inPlace : others).push_back(std::move(record));
-    }
+    const LeafRows rows = readLeaf(m_reader, page, [&](const StoredRecord &record) {
+        return range.contains(record.rowid) && table.hasWidthOf(record);
+    });
     // Only a tree that is one empty leaf has an empty one.
     const bool isEmpty = page.cells.empty() && range.isWhole();
-    if (!isEmpty && !isOwn(table, inPlace, inPlace.size() + others.size()))
+    if (!isEmpty && !isOwn(table, rows))
         return false;
-    for (const StoredRecord &record : inPlace) {
+    const base::Status carried = carryRows(table, rows);
+    return carried ? base::Result<bool>(true) : carried.error();
+}
+
+// The rows of a leaf of the table.
+base::Status Salvager::carryRows(SourceTable &table, const LeafRows &rows)
+{
+    for (const StoredRecord &record : rows.inPlace) {
         if (const base::Status carried = carry(table, record); !carried)
-            return carried.error();
+            return carried;
     }
-    for (const StoredRecord &record : others)
+    for (const StoredRecord &record : rows.others) {
+        table.misplaced += table.canHold(record) ? 1 : 0;
         doubt(record, table.table->name);
-    if (!inPlace.empty())
-        table.addLeaf(inPlace.front().rowid, inPlace.back().rowid);
-    table.outcome.unread += leaf.broken;
-    return true;
+    }
+    if (!rows.inPlace.empty())
+        table.addLeaf(rows.inPlace.front().rowid, rows.inPlace.back().rowid);
+    table.outcome.unread += rows.broken;
+    return {};
 }
 
 base::Status Salvager::carryTree(SourceTable &table)
@@ -203,12 +179,20 @@ base::Status Salvager::carryTree(SourceTable &table)
         table.gaps);
 }
 
-SourceTable *Salvager::onlyOne(const Leaf &leaf, bool (SourceTable::*fits)(qint64, qint64) const)
+// A shop may have emptied a table in which every new file has rows.
+base::Status Salvager::clearEmptied(SourceTable &table)
+{
+    const bool isEmptied =
+        table.root != 0 && !table.isDamaged() && table.carried.empty() && table.outcome.unread == 0;
+    return isEmptied ? m_target.run("DELETE FROM " + table.table->name.toUtf8()) : base::Status();
+}
+
+SourceTable *Salvager::onlyOne(const LeafRows &rows, bool (SourceTable::*fits)(qint64, qint64) const)
 {
     SourceTable *only = nullptr;
     for (SourceTable &table : m_tables) {
-        const bool isOne = (table.*fits)(leaf.records.front().rowid, leaf.records.back().rowid) &&
-                           std::all_of(leaf.records.begin(), leaf.records.end(),
+        const bool isOne = (table.*fits)(rows.inPlace.front().rowid, rows.inPlace.back().rowid) &&
+                           std::all_of(rows.inPlace.begin(), rows.inPlace.end(),
                                        [&](const StoredRecord &record) { return table.canHold(record); });
         if (isOne && std::exchange(only, &table))
             return nullptr;
@@ -216,15 +200,15 @@ SourceTable *Salvager::onlyOne(const Leaf &leaf, bool (SourceTable::*fits)(qint6
     return only;
 }
 
-// The one table that can hold all the rows of a loose leaf and lacks them; null when there is none, or
+// The one table that can hold the rows of a loose leaf and lacks them; null when there is none, or
 // several. A tree whose root is a part of it looks whole: then the leaf itself shows that it is not.
-SourceTable *Salvager::ownerOf(const Leaf &leaf)
+SourceTable *Salvager::ownerOf(const LeafRows &rows)
 {
-    if (leaf.records.empty() || !leaf.isAscending())
+    if (!rows.areMostlyInPlace())
         return nullptr;
-    if (SourceTable *owner = onlyOne(leaf, &SourceTable::lacks))
+    if (SourceTable *owner = onlyOne(rows, &SourceTable::lacks))
         return owner;
-    SourceTable *owner = onlyOne(leaf, &SourceTable::goesOnBeside);
+    SourceTable *owner = onlyOne(rows, &SourceTable::goesOnBeside);
     if (owner && !owner->isDamaged())
         owner->gaps.push_back({});
     return owner;
@@ -253,17 +237,12 @@ base::Status Salvager::carryLooseLeaves()
 
 base::Status Salvager::carryLooseLeaf(const TreePage &page)
 {
-    const Leaf leaf = readLeaf(page);
-    SourceTable *owner = ownerOf(leaf);
-    for (const StoredRecord &record : leaf.records) {
-        if (!owner)
+    const LeafRows rows = readLeaf(m_reader, page, [](const StoredRecord &) { return true; });
+    if (SourceTable *owner = ownerOf(rows))
+        return carryRows(*owner, rows);
+    for (const auto *part : {&rows.inPlace, &rows.others}) {
+        for (const StoredRecord &record : *part)
             doubt(record, {});
-        else if (const base::Status carried = carry(*owner, record); !carried)
-            return carried;
-    }
-    if (owner) {
-        owner->addLeaf(leaf.records.front().rowid, leaf.records.back().rowid);
-        owner->outcome.unread += leaf.broken;
     }
     return {};
 }
@@ -305,7 +284,8 @@ base::Status Salvager::countUnread(SourceTable &table)
             continue;
         const auto missing = std::count_if(found->keys.begin(), found->keys.end(),
                                            [&](qint64 key) { return !carried.contains(key); });
-        table.outcome.unread = qMax<qint64>(table.outcome.unread, missing);
+        // Those under wrong numbers were read, and are among the doubtful ones.
+        table.outcome.unread = qMax<qint64>(table.outcome.unread, missing - table.misplaced);
         const bool namesAll = found->keys.size() == carried.size() + std::size_t(missing);
         table.outcome.isOpenEnd = table.outcome.isOpenEnd && !(found->isWhole && namesAll);
     }
@@ -332,6 +312,8 @@ base::Result<Salvage> Salvager::run()
             if (const base::Status counted = countUnread(table); !counted)
                 return counted.error();
         }
+        if (const base::Status cleared = clearEmptied(table); !cleared)
+            return cleared.error();
         if (table.table->name != counterTable)
             m_outcome.tables.push_back(table.outcome);
     }

@@ -1,5 +1,6 @@
 #include "db/care/source_table.h"
 
+#include <QRegularExpression>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -18,6 +19,21 @@ struct Entry
 {
     QString type, name, table, statement;
     quint32 root;
+
+    [[nodiscard]] bool isTable() const { return type == "table"_L1 || !declared().isEmpty(); }
+
+    // The table that the statement declares; empty for other statements.
+    [[nodiscard]] QString declared() const
+    {
+        static const QRegularExpression form(uR"(\ACREATE TABLE (["'`\[]?)([^\s("'`\]]+))"_s);
+        return form.match(statement).captured(2);
+    }
+
+    // A table's name stands in its entry three times: damage to one of them does not make it a stranger.
+    [[nodiscard]] bool isOf(const Table &known) const
+    {
+        return name == known.name || table == known.name || declared() == known.name;
+    }
 };
 
 struct Schema
@@ -50,21 +66,55 @@ base::Result<Schema> readSchema(PageReader &reader, TreeWalk &trees)
     return schema;
 }
 
+bool isStranger(const Entry &entry)
+{
+    const auto &ours = declaredTables();
+    return entry.isTable() &&
+           std::none_of(ours.begin(), ours.end(), [&](const Table &table) { return entry.isOf(table); });
+}
+
 // So that their leaves do not pass for lost ones of ours.
 base::Status walkOthers(const Schema &schema, TreeWalk &trees)
 {
-    const auto &ours = declaredTables();
     for (const Entry &entry : schema.entries) {
-        const bool isOurs = std::any_of(ours.begin(), ours.end(),
-                                        [&](const Table &table) { return table.name == entry.name; });
         std::vector<KeyRange> gaps;
         const auto pass = [](const TreePage &, const KeyRange &) -> base::Result<bool> { return true; };
-        if (entry.type != "table"_L1 || isOurs)
+        if (!isStranger(entry))
             continue;
         if (const base::Status walked = trees.table(entry.root, pass, gaps); !walked)
             return walked;
     }
     return {};
+}
+
+const Entry *entryOf(const Table &known, const Schema &schema)
+{
+    const Entry *found = nullptr;
+    for (const Entry &entry : schema.entries) {
+        if (entry.isTable() && entry.name == known.name)
+            return &entry;
+        if (entry.isTable() && entry.isOf(known))
+            found = &entry;
+    }
+    return found;
+}
+
+// \a declared with our names in the places of those that are none of ours, where they are as many as ours
+// that are missing: one damaged byte in a name does not empty a column of all rows.
+QStringList withOurNames(QStringList declared, const Table &known)
+{
+    const bool isFirst = std::all_of(declared.begin(), declared.end(), [&](const QString &column) {
+        return known.versionOf(column) < 2 && known.firstColumns > 0;
+    });
+    QStringList missing = isFirst ? known.columns.first(known.firstColumns) : known.columns;
+    QList<qsizetype> unknown;
+    for (qsizetype i = 0; i < declared.size(); ++i) {
+        if (missing.removeAll(declared.at(i)) == 0)
+            unknown << i;
+    }
+    for (qsizetype i = 0; missing.size() == unknown.size() && i < unknown.size(); ++i)
+        declared[unknown.at(i)] = missing.at(i);
+    return declared;
 }
 
 SourceTable describe(const Table &known, const Schema &schema)
@@ -73,15 +123,15 @@ SourceTable describe(const Table &known, const Schema &schema)
     table.table = &known;
     table.columns = known.columns;
     table.outcome.table = known.name;
+    if (const Entry *entry = entryOf(known, schema)) {
+        table.root = entry->root;
+        const auto declared = tablesDeclaredBy(entry->statement.toUtf8());
+        if (declared.size() == 1)
+            table.columns = withOurNames(declared.front().columns, known);
+    }
     for (const Entry &entry : schema.entries) {
-        if (entry.type == "table"_L1 && entry.name == known.name) {
-            table.root = entry.root;
-            const auto declared = tablesDeclaredBy(entry.statement.toUtf8());
-            if (declared.size() == 1 && declared.front().name == known.name)
-                table.columns = declared.front().columns;
-        } else if (entry.type == "index"_L1 && entry.table == known.name) {
+        if (entry.type == "index"_L1 && entry.table == known.name)
             table.indexRoots.push_back(entry.root);
-        }
     }
     return table;
 }
@@ -127,10 +177,15 @@ QString textIn(const StoredRecord &record, std::size_t index, int encoding)
                                                      : QStringDecoder::Utf16BE)(bytes);
 }
 
+// A row ends where its table ended when it was written, and that is not between two columns that one version
+// brought together.
 bool SourceTable::hasWidthOf(const StoredRecord &record) const
 {
     const auto size = static_cast<qsizetype>(record.values.size());
-    return size == columns.size() || (table->firstColumns > 0 && size == table->firstColumns);
+    if (size == 0 || size >= columns.size())
+        return size == columns.size();
+    const int last = table->versionOf(columns.at(size - 1));
+    return last == 0 || last != table->versionOf(columns.at(size));
 }
 
 bool SourceTable::canHold(const StoredRecord &record) const
@@ -168,10 +223,12 @@ base::Result<std::vector<SourceTable>> readSourceTables(PageReader &reader, Tree
     if (const base::Status walked = walkOthers(*schema, trees); !walked)
         return walked.error();
     const bool isOlder = reader.hasHeader() && reader.version() < 2;
+    const bool namesAll =
+        schema->isWhole && std::none_of(schema->entries.begin(), schema->entries.end(), isStranger);
     std::vector<SourceTable> tables;
     for (const Table &known : declaredTables()) {
         SourceTable table = describe(known, *schema);
-        table.isAbsent = table.root == 0 && known.firstColumns == 0 && (isOlder || schema->isWhole);
+        table.isAbsent = table.root == 0 && known.firstColumns == 0 && (isOlder || namesAll);
         if (table.root == 0 && !table.isAbsent)
             table.gaps.push_back({});
         tables.push_back(std::move(table));

@@ -20,12 +20,13 @@ struct SourceTable
     std::vector<KeyRange> gaps;      // where pages are missing from its tree
     std::map<qint64, qint64> leaves; // first and last key of those that were carried
     std::vector<qint64> carried;
+    qint64 misplaced = 0; // rows that look like its own, in its place, under another's number
     SalvagedTable outcome;
 
     [[nodiscard]] bool isDamaged() const { return !gaps.empty(); }
 
-    /// Whether \a record has as many values as a row of this table: of its version, or of the one in which it
-    /// was written.
+    /// Whether \a record has as many values as a row of this table that was written now, or before some of
+    /// its columns were added: SQLite leaves the rows that are there as they are.
     [[nodiscard]] bool hasWidthOf(const StoredRecord &record) const;
 
     /// Whether \a record looks like one of its rows: a key is stored as NULL, the row's number stands for it;

@@ -13,7 +13,7 @@ constexpr int deepestTree = 40; // levels; SQLite's own limit is 20
 // The keys of an inner page part the range that its own place allows.
 bool isParted(const std::vector<qint64> &keys, const KeyRange &range)
 {
-    return std::is_sorted(keys.begin(), keys.end(), std::less_equal<>()) &&
+    return std::ranges::adjacent_find(keys, std::ranges::greater_equal()) == keys.end() &&
            std::all_of(keys.begin(), keys.end(), [&](qint64 key) { return range.contains(key); });
 }
 

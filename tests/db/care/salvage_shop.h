@@ -17,13 +17,18 @@ public:
             qFatal("cannot write %s", qPrintable(fileName));
     }
 
+    static QByteArray read(const QString &fileName)
+    {
+        QFile file(fileName);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     /// To be called once the shop is filled: closes both files. \return the shop's, as it is now
     QByteArray close()
     {
         shop.connection.close();
         result.connection.close();
-        QFile file(shop.path(QStringLiteral("shop.cdb")));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return read(shop.path(QStringLiteral("shop.cdb")));
     }
 
     /// Rebuilds the file \a bytes and opens what comes of it in `result`.
