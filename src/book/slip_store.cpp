@@ -5,6 +5,7 @@
 #include "book/stored_values.h"
 #include "book/tax.h"
 #include "db/keys.h"
+#include "db/statement.h"
 #include "db/transaction.h"
 #include "text/dates.h"
 
@@ -250,25 +251,21 @@ base::Status checkKeyIsNotAnothers(db::Connection &connection, const SavedHeader
 
 base::Result<SlipSums> slipSums(db::Connection &connection, qint64 id, double taxRate)
 {
-    const auto rows =
-        connection.select(u"SELECT "_s + columns::taxClass + u" AS 区分, "_s + columns::ownTaxRate +
-                              u" AS 率, CASE WHEN "_s + columns::isTax +
-                              u" THEN 1 ELSE 0 END AS 税, SUM(金額) FROM 入出庫サブ WHERE ID = ? "
-                              "GROUP BY 区分, 率, 税"_s,
-                          {id});
-    if (!rows)
-        return rows.error();
+    static const QString statement = u"SELECT "_s + columns::taxClass + u" AS 区分, "_s +
+                                     columns::ownTaxRate + u" AS 率, CASE WHEN "_s + columns::isTax +
+                                     u" THEN 1 ELSE 0 END AS 税, SUM(金額) FROM 入出庫サブ WHERE ID = ? "
+                                     "GROUP BY 区分, 率, 税"_s;
     SlipSums sums;
-    for (const QVariantList &row : rows->rows) {
-        const double amount = row.at(3).toDouble();
+    const base::Status read = connection.visit(statement, {id}, [&](const db::Statement &row) {
+        const double amount = row.real(3);
         sums.total += amount;
-        if (row.at(2).toBool())
+        if (row.integer(2) != 0)
             sums.hasTaxLine = true;
         else
-            sums.goods.push_back({amount, storedNumber(row.at(1)).value_or(taxRate),
-                                  goodsTaxFrom(row.at(0)).value_or(GoodsTax::Standard)});
-    }
-    return sums;
+            sums.goods.push_back({amount, storedNumber(row.variant(1)).value_or(taxRate),
+                                  goodsTaxFrom(row.variant(0)).value_or(GoodsTax::Standard)});
+    });
+    return read ? base::Result<SlipSums>(std::move(sums)) : read.error();
 }
 
 base::Result<ClosedSlip> closeSlip(db::Connection &connection, qint64 id, double taxRate, TaxClass taxClass,

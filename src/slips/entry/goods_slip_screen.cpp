@@ -134,7 +134,15 @@ void GoodsSlipScreen::addLine()
     const auto line = m_entry->read();
     if (!line)
         return;
-    if (!storeLine([&](db::Connection &file) { return book::addLine(file, header().id, *line); }))
+    base::Result<book::SlipSums> sums = book::SlipSums();
+    const bool isStored = storeLine([&](db::Connection &file) {
+        const base::Status added = book::addLine(file, header().id, *line);
+        // While the file is in our hands anyway; the line stays where they cannot be worked out.
+        if (added)
+            sums = readSums();
+        return added;
+    });
+    if (!isStored)
         return;
     m_goods.lines->showAppended([&] {
         m_lines.append(
@@ -143,7 +151,7 @@ void GoodsSlipScreen::addLine()
     m_entry->clear();
     m_goods.taxFlag->setText(u"OFF"_s);
     enter(SlipState::LinesPresent);
-    showTotals();
+    showTotals(std::move(sums));
     m_entry->begin();
 }
 
@@ -154,14 +162,18 @@ void GoodsSlipScreen::removeLine()
         return;
     if (*removed)
         m_lines.removeLast();
-    showTotals();
+    showTotals(readSums());
     m_entry->begin();
 }
 
-void GoodsSlipScreen::showTotals()
+base::Result<book::SlipSums> GoodsSlipScreen::readSums()
 {
     const double rate = taxRatesOf(workspace()).on(date()).value_or(0);
-    auto sums = book::slipSums(workspace().connection, header().id, rate);
+    return book::slipSums(workspace().connection, header().id, rate);
+}
+
+void GoodsSlipScreen::showTotals(base::Result<book::SlipSums> sums)
+{
     if (!sums) {
         ui::prompts::inform(this, sums.error().text);
         return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "book/slip_store.h"
 #include "book/tax.h"
 #include "slips/documents/paper_state.h"
 #include "slips/entry/goods_controls.h"
@@ -61,7 +62,8 @@ private:
     void showPreviousLines();
     void addLine();
     void removeLine();
-    void showTotals();
+    base::Result<book::SlipSums> readSums();
+    void showTotals(base::Result<book::SlipSums> sums);
     void showTax();
     void foretellTax();
     void keepInclusive();
