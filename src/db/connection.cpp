@@ -11,7 +11,6 @@
 #include <QSet>
 #include <QSqlDriver>
 #include <QSqlQuery>
-#include <QSqlRecord>
 #include <QUuid>
 
 #include <sqlite3.h>
@@ -111,7 +110,6 @@ base::Status Connection::open(const QString &fileName)
 void Connection::close()
 {
     m_statements.clear();
-    m_readers.clear();
     QSqlDatabase database = QSqlDatabase::database(m_name, false);
     if (database.isOpen())
         database.close();
@@ -137,10 +135,10 @@ bool Connection::hasCommittedAllTheSame() const
 // locks, and the closing of a file in the one would drop those of the other.
 base::Status Connection::checkLibrary()
 {
-    const auto used = select(u"SELECT sqlite_source_id()"_s);
-    if (!used)
-        return used.error();
-    return sameLibrary(used->rows.front().front().toString(), QString::fromLatin1(sqlite3_sourceid()));
+    QSqlQuery used(QSqlDatabase::database(m_name, false));
+    if (!used.exec(u"SELECT sqlite_source_id()"_s) || !used.next())
+        return errorFrom(used.lastError());
+    return sameLibrary(used.value(0).toString(), QString::fromLatin1(sqlite3_sourceid()));
 }
 
 // Each setting is read back: SQLite passes over one that it cannot carry out.
@@ -286,59 +284,46 @@ base::Status Connection::checkTables()
     return checkDefinitions();
 }
 
-base::Result<QSqlQuery *> Connection::run(const QString &sql, const QVariantList &values)
+base::Status Connection::run(const QString &sql, const QVariantList &values,
+                             const std::function<void(Statement &)> &read)
 {
+    if (!m_open)
+        return errorFromCode(SQLITE_CANTOPEN, {});
     if (m_statements.size() > statementsKept)
         m_statements.clear();
-    std::unique_ptr<QSqlQuery> &query = m_statements[isKept(sql) ? sql : QString()];
-    if (!query || !isKept(sql)) {
-        query = std::make_unique<QSqlQuery>(QSqlDatabase::database(m_name, false));
-        query->setForwardOnly(true);
-        if (!query->prepare(sql)) {
-            const base::Error error = errorFrom(query->lastError());
-            query.reset();
-            return error;
-        }
-    }
-    for (qsizetype i = 0; i < values.size(); ++i)
-        query->bindValue(static_cast<int>(i), bindable(values.at(i)));
-    if (!query->exec()) {
-        const base::Error error = errorFrom(query->lastError());
-        query.reset();
-        return error;
-    }
-    return query.get();
+    std::unique_ptr<Statement> &statement = m_statements[isKept(sql) ? sql : QString()];
+    if (!statement)
+        statement = std::make_unique<Statement>(handle(), sql);
+    if (statement->code() == SQLITE_OK && statement->parameters() != values.size())
+        return errorFromCode(SQLITE_RANGE, sql);
+    statement->bind(values);
+    read(*statement);
+    const base::Status done = statement->code() == SQLITE_DONE ? base::Status() : errorFrom(handle());
+    if (done && isKept(sql))
+        statement->reset();
+    else
+        statement.reset();
+    return done;
 }
 
 base::Result<Rows> Connection::select(const QString &sql, const QVariantList &values)
 {
-    const auto query = run(sql, values);
-    if (!query)
-        return query.error();
     Rows result;
-    const QSqlRecord record = (*query)->record();
-    for (int i = 0; i < record.count(); ++i)
-        result.columns << record.fieldName(i);
-    while ((*query)->next()) {
-        QVariantList row;
-        row.reserve(record.count());
-        for (int i = 0; i < record.count(); ++i)
-            row << (*query)->value(i);
-        result.rows.push_back(std::move(row));
-    }
-    const QSqlError error = (*query)->lastError();
-    (*query)->finish();
-    return error.isValid() ? base::Result<Rows>(errorFrom(error)) : base::Result<Rows>(std::move(result));
+    const base::Status read = run(sql, values, [&result](Statement &statement) {
+        result.columns = statement.columns();
+        while (statement.next())
+            result.rows.push_back(statement.row());
+    });
+    return read ? base::Result<Rows>(std::move(result)) : read.error();
 }
 
 base::Result<int> Connection::execute(const QString &sql, const QVariantList &values)
 {
-    const auto query = run(sql, values);
-    if (!query)
-        return query.error();
-    const int changed = (*query)->numRowsAffected();
-    (*query)->finish();
-    return changed;
+    const base::Status done = run(sql, values, [](Statement &statement) {
+        while (statement.next()) {
+        }
+    });
+    return done ? base::Result<int>(sqlite3_changes(handle())) : done.error();
 }
 
 base::Result<std::vector<qint64>> Connection::integers(const QString &sql, const QVariantList &values)
@@ -352,22 +337,10 @@ base::Result<std::vector<qint64>> Connection::integers(const QString &sql, const
 base::Status Connection::visit(const QString &sql, const QVariantList &values,
                                const std::function<void(const Statement &row)> &visit)
 {
-    if (!m_open)
-        return errorFromCode(SQLITE_CANTOPEN, {});
-    if (m_readers.size() > statementsKept)
-        m_readers.clear();
-    std::unique_ptr<Statement> &row = m_readers[isKept(sql) ? sql : QString()];
-    if (!row)
-        row = std::make_unique<Statement>(handle(), sql);
-    row->bind(values);
-    while (row->next())
-        visit(*row);
-    const base::Status done = row->code() == SQLITE_DONE ? base::Status() : errorFrom(handle());
-    if (done && isKept(sql))
-        row->reset();
-    else
-        row.reset();
-    return done;
+    return run(sql, values, [&visit](Statement &statement) {
+        while (statement.next())
+            visit(statement);
+    });
 }
 
 } // namespace db

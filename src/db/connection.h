@@ -11,7 +11,6 @@
 #include <unordered_map>
 #include <vector>
 
-class QSqlQuery;
 struct sqlite3;
 
 namespace db
@@ -82,9 +81,9 @@ public:
     [[nodiscard]] sqlite3 *handle() const;
 
 private:
-    /// Runs a statement, prepared anew or kept from its last run; its result is read and finished by the
-    /// caller.
-    base::Result<QSqlQuery *> run(const QString &sql, const QVariantList &values);
+    /// Runs a statement, prepared anew or kept from its last run: \a read takes its rows, to the last one.
+    base::Status run(const QString &sql, const QVariantList &values,
+                     const std::function<void(Statement &)> &read);
 
     base::Status checkLibrary();
     base::Status configure();
@@ -98,8 +97,7 @@ private:
     QString m_fileName;
     UseMark m_mark;
     bool m_open = false;
-    std::unordered_map<QString, std::unique_ptr<QSqlQuery>> m_statements; // prepared, by their text
-    std::unordered_map<QString, std::unique_ptr<Statement>> m_readers;    // of visit(), the same
+    std::unordered_map<QString, std::unique_ptr<Statement>> m_statements; // prepared, by their text
 };
 
 } // namespace db

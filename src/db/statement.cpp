@@ -8,27 +8,38 @@ namespace db
 namespace
 {
 
+int bindText(sqlite3_stmt *statement, int index, const QString &text)
+{
+    if (text.isNull())
+        return sqlite3_bind_null(statement, index);
+    const QByteArray utf8 = bindable(text).toString().toUtf8();
+    return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
+                             SQLITE_TRANSIENT);
+}
+
+int bindBytes(sqlite3_stmt *statement, int index, const QByteArray &bytes)
+{
+    if (bytes.isNull())
+        return sqlite3_bind_null(statement, index);
+    return sqlite3_bind_blob(statement, index, bytes.constData(), static_cast<int>(bytes.size()),
+                             SQLITE_TRANSIENT);
+}
+
 int bindValue(sqlite3_stmt *statement, int index, const QVariant &value)
 {
-    if (value.isNull())
-        return sqlite3_bind_null(statement, index);
     switch (value.typeId()) {
     case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
     case QMetaType::LongLong:
     case QMetaType::Bool:
         return sqlite3_bind_int64(statement, index, value.toLongLong());
     case QMetaType::Double:
         return sqlite3_bind_double(statement, index, value.toDouble());
-    case QMetaType::QByteArray: {
-        const QByteArray bytes = value.toByteArray();
-        return sqlite3_bind_blob(statement, index, bytes.constData(), static_cast<int>(bytes.size()),
-                                 SQLITE_TRANSIENT);
-    }
-    default: {
-        const QByteArray utf8 = bindable(value).toString().toUtf8();
-        return sqlite3_bind_text(statement, index, utf8.constData(), static_cast<int>(utf8.size()),
-                                 SQLITE_TRANSIENT);
-    }
+    case QMetaType::QByteArray:
+        return bindBytes(statement, index, value.toByteArray());
+    default: // a date that is none has no text
+        return bindText(statement, index, value.toString());
     }
 }
 
@@ -50,6 +61,8 @@ Statement::Statement(sqlite3 *handle, const QString &sql)
 }
 
 Statement::~Statement() { sqlite3_finalize(m_statement); }
+
+int Statement::parameters() const { return sqlite3_bind_parameter_count(m_statement); }
 
 // A failure of the last run was told then.
 void Statement::reset()
@@ -108,6 +121,24 @@ QByteArrayView Statement::text(int column) const
 {
     const unsigned char *utf8 = sqlite3_column_text(m_statement, column);
     return {utf8, utf8 ? sqlite3_column_bytes(m_statement, column) : 0};
+}
+
+QVariantList Statement::row() const
+{
+    QVariantList row;
+    const int count = sqlite3_data_count(m_statement);
+    row.reserve(count);
+    for (int column = 0; column < count; ++column)
+        row << variant(column);
+    return row;
+}
+
+QStringList Statement::columns() const
+{
+    QStringList columns;
+    for (int column = 0; column < sqlite3_column_count(m_statement); ++column)
+        columns << QString::fromUtf8(sqlite3_column_name(m_statement, column));
+    return columns;
 }
 
 StoredValue Statement::value(int column) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QStringList>
 #include <QVariantList>
 
 #include <memory>
@@ -24,10 +25,13 @@ public:
     Statement(const Statement &) = delete;
     Statement &operator=(const Statement &) = delete;
 
+    /// How many "?" it has.
+    [[nodiscard]] int parameters() const;
     /// To be run again: nothing is bound, and no lock on the file is held.
     void reset();
 
-    /// Binds to the next "?".
+    /// Binds to the next "?": an invalid value, a null text, and a date that is none as NULL, a date as
+    /// yyyy-MM-dd.
     void bind(const QVariant &value);
     void bind(const QVariantList &values);
     void bind(const StoredValue &value);
@@ -39,11 +43,15 @@ public:
 
     [[nodiscard]] qint64 integer(int column) const;
     [[nodiscard]] double real(int column) const;
-    /// As QtSql gives it.
+    /// A qint64, a double, a QString, a QByteArray, or an invalid one for NULL.
     [[nodiscard]] QVariant variant(int column) const;
     /// UTF-8, valid until the next row; null for NULL.
     [[nodiscard]] QByteArrayView text(int column) const;
     [[nodiscard]] StoredValue value(int column) const;
+    /// All of the row.
+    [[nodiscard]] QVariantList row() const;
+    /// The headings of the columns.
+    [[nodiscard]] QStringList columns() const;
 
 private:
     sqlite3_stmt *m_statement = nullptr;
