@@ -63,6 +63,20 @@ std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, doub
     return goods;
 }
 
+base::Result<std::vector<SlipLine>> taxLinesFor(const std::vector<SlipLine> &goods, double rate,
+                                                double slipRate)
+{
+    const auto taxes = taxesByRate(taxableGoods(goods, rate), Basis::Net);
+    if (!taxes)
+        return taxes.error();
+    std::vector<SlipLine> lines;
+    for (const RateTax &tax : *taxes) {
+        if (tax.tax != 0)
+            lines.push_back(taxLine(tax, isSlipsOwn(*taxes, slipRate)));
+    }
+    return lines;
+}
+
 base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax)
 {
     const double rate = tax.closing ? tax.closing->on(slip.date).value_or(slip.taxRate) : slip.taxRate;
@@ -74,16 +88,11 @@ base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax)
             return included.error();
         printed.includedTax = *included;
     } else if (tax.closing && !hasTaxLine(slip) && taxIsAdded(slip.taxClass, tax.inclusive)) {
-        const auto taxes = taxesByRate(taxableGoods(slip.lines, rate), Basis::Net);
+        const auto taxes = taxLinesFor(slip.lines, rate, slip.taxRate);
         if (!taxes)
             return taxes.error();
-        const bool isOwn = isSlipsOwn(*taxes, slip.taxRate);
-        for (const RateTax &added : *taxes) {
-            if (added.tax == 0)
-                continue;
-            slip.lines.push_back(taxLine(added, isOwn));
-            printed.total += added.tax;
-        }
+        slip.lines.insert(slip.lines.end(), taxes->begin(), taxes->end());
+        printed.total += sumOf(*taxes);
     }
     printed.slip = std::move(slip);
     return printed;

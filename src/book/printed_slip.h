@@ -29,6 +29,11 @@ bool hasTaxLine(const Slip &slip);
 /// The goods among \a lines with their rates; \a rate, percent, of those that have none of their own.
 std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, double rate);
 
+/// The tax lines that closing a slip of \a goods stores, one for each rate whose tax is not 0. \a rate: as
+/// above; \a slipRate: percent that the slip itself says.
+base::Result<std::vector<SlipLine>> taxLinesFor(const std::vector<SlipLine> &goods, double rate,
+                                                double slipRate);
+
 /// The slip of a customer as its paper shows it: one that is still open gets the tax lines that closing it
 /// will add.
 base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax);

@@ -208,6 +208,15 @@ base::Status addTaxLine(db::Connection &connection, qint64 id, double tax)
     return insertLine(connection, u"商品名, 金額"_s, {QString::fromUtf16(taxLineName), tax}, id);
 }
 
+base::Status addTaxLine(db::Connection &connection, qint64 id, const SlipLine &line)
+{
+    if (!line.taxClass || !line.taxRate)
+        return addTaxLine(connection, id, line.amount);
+    return insertLine(
+        connection, u"商品名, 金額, 税区分, 税率"_s,
+        {QString::fromUtf16(taxLineName), line.amount, static_cast<int>(*line.taxClass), *line.taxRate}, id);
+}
+
 base::Result<bool> slipExists(db::Connection &connection, qint64 id)
 {
     const auto headers = connection.integers(u"SELECT ID FROM 入出庫マスター WHERE ID = ?"_s, {id});

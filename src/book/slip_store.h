@@ -1,6 +1,7 @@
 #pragma once
 
 #include "book/slip_kind.h"
+#include "book/slip_reader.h"
 #include "book/taxes_by_rate.h"
 #include "db/connection.h"
 #include "db/transaction.h"
@@ -76,6 +77,9 @@ base::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind
 
 /// Appends the tax line of \a tax yen to the slip \a id, which must still be there.
 base::Status addTaxLine(db::Connection &connection, qint64 id, double tax);
+
+/// Appends \a line, a tax line, with the class and the rate that it may have for itself.
+base::Status addTaxLine(db::Connection &connection, qint64 id, const SlipLine &line);
 
 /// Whether the slip is still there: another program may have deleted it.
 base::Result<bool> slipExists(db::Connection &connection, qint64 id);

@@ -97,7 +97,7 @@ public:
     base::Status update(const Step &before = {});
 
     /// Saves the edits of this record set's current row and those of \a other's in one transaction, after
-    /// \a before where this one has any.
+    /// \a before. Without edits this one must be in the file as it was read all the same.
     base::Status updateWith(Recordset &other, const Step &before = {});
 
     /// Whether the current row is still in the file as it was read. A row is changed or deleted only then:

@@ -95,17 +95,19 @@ base::Status Recordset::update(const Step &before)
 
 base::Status Recordset::updateWith(Recordset &other, const Step &before)
 {
-    if (!other.isDirty())
-        return update(before);
-    const base::Status done = other.update([&] {
-        if (!isDirty())
-            return checkAsRead();
+    const base::Status done = atomically(m_connection, [&]() -> base::Status {
         if (const base::Status prepared = before ? before() : base::Status(); !prepared)
             return prepared;
-        return write();
+        if (const base::Status kept = isDirty() ? write() : checkAsRead(); !kept)
+            return kept;
+        return other.isDirty() ? other.write() : base::Status();
     });
-    if (done && isDirty())
-        written();
+    if (!done)
+        return done;
+    for (Recordset *written : {&other, this}) {
+        if (written->isDirty())
+            written->written();
+    }
     return done;
 }
 

@@ -8,6 +8,8 @@
 #include <QQueue>
 #include <QStringList>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace ui::prompts
@@ -16,7 +18,7 @@ namespace ui::prompts
 namespace
 {
 
-enum class Kind { Inform, Ask, AskCautiously, AskToSave, AskToGoBack, AskWhichVersion };
+enum class Kind { Inform, Ask, AskCautiously, AskToSave, AskToGoBack, AskWhichVersion, AskWhichWay };
 
 struct Expected
 {
@@ -24,6 +26,7 @@ struct Expected
     QString text;
     int answer;
     QString remark = {};
+    QString way = {}; // of AskWhichWay, without the mark of its letter
 };
 
 struct Script
@@ -173,6 +176,48 @@ Choice askHowToLeave(QWidget *parent, const QString &text, const Ways &ways, con
     return box.clickedButton() == discard ? Choice::Discard : Choice::Cancel;
 }
 
+namespace
+{
+
+// Nothing goes back, which is harmless where nobody expected the question.
+std::optional<qsizetype> scriptedWay(const QString &text, const QStringList &ways, const QString &remark)
+{
+    Script &s = script();
+    const Expected expected = s.expected.isEmpty() ? Expected{} : s.expected.head();
+    const bool fitsText = expected.kind == Kind::AskWhichWay &&
+                          (expected.text.isEmpty() || expected.text == text) &&
+                          (expected.remark.isEmpty() || expected.remark == remark);
+    const auto way = std::ranges::find_if(
+        ways, [&](const QString &caption) { return caption.section(u'(', 0, 0) == expected.way; });
+    if (!fitsText || (way == ways.end() && !expected.way.isEmpty())) {
+        s.unexpected << u"unexpected box: "_s + text + remark + ways.join(u' ');
+        return std::nullopt;
+    }
+    s.expected.dequeue();
+    return way == ways.end() ? std::nullopt : std::optional(way - ways.begin());
+}
+
+} // namespace
+
+std::optional<qsizetype> askWhichWay(QWidget *parent, const QString &text, const QStringList &ways,
+                                     const QString &remark)
+{
+    if (script().running)
+        return scriptedWay(text, ways, remark);
+    QMessageBox box(QMessageBox::Question, QString::fromUtf16(question), text, QMessageBox::NoButton, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(remark);
+    QList<QAbstractButton *> buttons;
+    for (const QString &way : ways)
+        buttons << box.addButton(way, QMessageBox::ActionRole);
+    QPushButton *back = box.addButton(u"戻る(&B)"_s, QMessageBox::RejectRole);
+    box.setDefaultButton(back);
+    box.setEscapeButton(back);
+    box.exec();
+    const qsizetype chosen = buttons.indexOf(box.clickedButton());
+    return chosen < 0 ? std::nullopt : std::optional(chosen);
+}
+
 void beginScript() { script().running = true; }
 
 void expectInform(const QString &text, const QString &remark)
@@ -204,6 +249,11 @@ void expectAskHowToLeave(const QString &text, Choice choice, Choice preset)
 {
     const Kind kind = preset == Choice::Cancel ? Kind::AskToGoBack : Kind::AskToSave;
     script().expected.enqueue({kind, text, static_cast<int>(choice)});
+}
+
+void expectAskWhichWay(const QString &text, const QString &way, const QString &remark)
+{
+    script().expected.enqueue({Kind::AskWhichWay, text, 0, remark, way});
 }
 
 QString takeUnexpected()

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+
+#include <optional>
 
 class QWidget;
 
@@ -56,6 +59,11 @@ struct Ways
 /// As askToSave() with ways of its own. \return Cancel to go back
 Choice askHowToLeave(QWidget *parent, const QString &text, const Ways &ways, const QString &remark = {});
 
+/// Asks \a text with a button for each of \a ways; "戻る", Enter, Esc and the box's close button go back.
+/// \return the way that was chosen, by its place; nothing to go back
+std::optional<qsizetype> askWhichWay(QWidget *parent, const QString &text, const QStringList &ways,
+                                     const QString &remark = {});
+
 // --- For tests ---
 
 /// Puts all boxes under script until the process ends: none is shown any more.
@@ -69,6 +77,9 @@ void expectAskToSave(const QString &text, Choice choice);
 void expectAskWhichVersion(const QString &text, Version version);
 /// As expectAskToSave(); \a preset is what Enter alone must do.
 void expectAskHowToLeave(const QString &text, Choice choice, Choice preset);
+/// Expects a question of several ways, and that \a way is one of them; an empty one goes back. An empty
+/// \a remark fits any.
+void expectAskWhichWay(const QString &text, const QString &way, const QString &remark = {});
 /// What did not go by the script since the last call: boxes nobody expected, and expected ones that never
 /// came. Empty when all went as scripted. Clears the script.
 QString takeUnexpected();

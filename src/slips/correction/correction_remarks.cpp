@@ -48,9 +48,14 @@ Sums sumsOf(const std::vector<book::SlipLine> &lines)
 
 } // namespace
 
+bool isCounted(const book::SlipLine &line)
+{
+    return line.quantity && line.price && (*line.quantity != 0 || *line.price != 0);
+}
+
 QString amountRemark(const book::SlipLine &line)
 {
-    if (!line.quantity || !line.price)
+    if (!isCounted(line))
         return {};
     const auto amount = book::lineAmount(*line.quantity, *line.price);
     if (!amount)

@@ -7,6 +7,10 @@
 namespace slips
 {
 
+/// Whether \a line's 金額 goes by its 数量 and 単価. A line of goods that has neither is one of an amount
+/// alone.
+bool isCounted(const book::SlipLine &line);
+
 /// Where \a line's 金額 is not what its 数量 and 単価 make: a sentence; empty where it is, or nothing tells.
 QString amountRemark(const book::SlipLine &line);
 

@@ -16,14 +16,6 @@ namespace slips
 namespace
 {
 
-// Enter alone goes back: what is asked about may be a slip of the hand.
-ui::prompts::Ways waysOut(bool isNewLine)
-{
-    return {isNewLine ? u"伝票に入れる(&S)"_s : u"このまま保存(&S)"_s, u"変更をやめる(&D)"_s, true};
-}
-
-base::Error stays() { return {.text = {}, .cancelled = true}; }
-
 QString joined(QStringList sentences)
 {
     sentences.removeAll(QString());
@@ -67,30 +59,44 @@ base::Status EditedSlip::openCounterpart(qint64 key)
 
 // --- What disagrees ---
 
+TaxTerms EditedSlip::taxTerms() const
+{
+    return {headers.value(u"消費税率"_s).toDouble(), taxClass(), inclusiveIn(headers), isClosed(headers)};
+}
+
 // A deleted counterpart's class is not known.
 std::optional<double> EditedSlip::taxDue() const
 {
     if (!isTaxed(m_kind) || counterpart.isEmpty())
         return 0;
-    return slips::taxDue(linesIn(lines), headers.value(u"消費税率"_s).toDouble(), taxClass(),
-                         includesTax(headers, taxClass()));
+    return slips::taxDue(linesIn(lines), taxTerms().rate, taxClass(), includesTax(headers, taxClass()));
 }
 
-QString EditedSlip::taxDoubt() const
+QString EditedSlip::taxDoubt(const Lines &shown) const
 {
-    if (counterpart.isEmpty())
+    if (!isTaxed(m_kind) || counterpart.isEmpty())
         return {};
-    const QString wrong =
-        taxRemark(linesIn(lines), headers.value(u"消費税率"_s).toDouble(), taxClass(), inclusiveIn(headers));
+    const TaxTerms terms = taxTerms();
+    const QString wrong = taxRemark(shown, terms.rate, terms.taxClass, terms.inclusive);
     // Of older slips nobody knows whether their prices include it.
-    const bool isKnown = isClosed(headers) && inclusiveIn(headers);
-    return joined({wrong, isKnown ? taxMissingRemark(taxDue()) : QString()});
+    const bool isKnown = terms.isClosed && terms.inclusive;
+    if (!isKnown)
+        return wrong;
+    const QString missing =
+        taxMissingRemark(slips::taxDue(shown, terms.rate, terms.taxClass, *terms.inclusive));
+    return joined({wrong, missing});
+}
+
+void EditedSlip::acceptTax()
+{
+    m_acceptedTax = taxDoubt(linesIn(lines));
+    m_agreed.clear();
 }
 
 // A slip that was found as it is, is left as it is without a word.
-QString EditedSlip::newTaxDoubt() const
+QString EditedSlip::newTaxDoubt(const Lines &shown) const
 {
-    const QString doubt = taxDoubt();
+    const QString doubt = taxDoubt(shown);
     return doubt == m_acceptedTax ? QString() : doubt;
 }
 
@@ -99,9 +105,23 @@ QString EditedSlip::lineDoubt() const
     return lines.currentRow() >= 0 ? amountRemark(lineIn(lines, lines.currentRow())) : QString();
 }
 
+// Of what is edited.
 QString EditedSlip::doubt() const
 {
-    return joined({lines.isDirty() ? lineDoubt() : QString(), newTaxDoubt()});
+    return joined({lines.isDirty() ? lineDoubt() : QString(), newTaxDoubt(linesIn(lines))});
+}
+
+QString EditedSlip::everyDoubt() const
+{
+    constexpr qsizetype mostLines = 5; // more make the question too high for the screen
+    const Lines all = linesIn(lines);
+    QStringList doubts;
+    for (const book::SlipLine &line : all)
+        doubts << amountRemark(line);
+    doubts.removeAll(QString());
+    if (doubts.size() > mostLines)
+        doubts = doubts.first(mostLines) << u"ほか %1 行"_s.arg(doubts.size() - mostLines);
+    return joined(doubts << taxDoubt(all));
 }
 
 QStringList EditedSlip::remarks() const
@@ -111,7 +131,7 @@ QStringList EditedSlip::remarks() const
         remarks << u"変更があります。行を移るか「更新」で保存します。"_s;
     if (lines.isNewRow())
         remarks << u"新しい明細は、入力して「更新」を押すと伝票に入ります。"_s;
-    remarks << lineDoubt() << taxDoubt();
+    remarks << lineDoubt() << taxDoubt(linesIn(lines));
     if (isLeftOpen(headers))
         remarks << leftOpenRemark(taxDue());
     remarks.removeAll(QString());
@@ -124,93 +144,6 @@ bool EditedSlip::canBeClosed() const
         return false;
     const bool isUntaxed = isClosed(headers) && inclusiveIn(headers) && taxDue().value_or(0) != 0;
     return isLeftOpen(headers) || isUntaxed;
-}
-
-// --- Saving ---
-
-base::Status EditedSlip::saveWith(const std::function<base::Status()> &save)
-{
-    const base::Status done = ui::saveBesideOthers(m_screen, {&headers, &lines}, save);
-    // A row is perhaps just being left; it is looked after when that is refused.
-    if (!done && !done.error().cancelled)
-        QMetaObject::invokeMethod(this, &EditedSlip::showAsStored, Qt::QueuedConnection);
-    return done;
-}
-
-base::Status EditedSlip::store()
-{
-    return saveWith([this] { return saveCorrections(headers, lines, m_connection, m_kind); });
-}
-
-base::Status EditedSlip::storeKnowingly()
-{
-    if (!isDirty())
-        return {};
-    const QString remark = doubt();
-    if (remark.isEmpty() && !lines.isNewRow())
-        return store();
-    const QString question = lines.isNewRow()
-                                 ? u"新しい明細と変更は、まだ伝票に入っていません。入れますか。"_s
-                                 : u"伝票の変更が保存されていません。このまま保存しますか。"_s;
-    switch (ui::prompts::askHowToLeave(m_screen, question, waysOut(lines.isNewRow()), remark)) {
-    case ui::prompts::Choice::Save:
-        acceptTax();
-        return store();
-    case ui::prompts::Choice::Discard:
-        takeBack();
-        return {};
-    case ui::prompts::Choice::Cancel:
-        break;
-    }
-    return stays();
-}
-
-base::Status EditedSlip::leave()
-{
-    if (const base::Status stored = storeKnowingly(); !stored)
-        return stored;
-    const QString remark = newTaxDoubt();
-    if (remark.isEmpty() ||
-        ui::prompts::askCautiously(m_screen, u"消費税が合っていません。このままにしますか。"_s, remark))
-        return {};
-    return stays();
-}
-
-// The header is not left: its edits stay edits.
-base::Status EditedSlip::leaveLine()
-{
-    const auto save = [this] { return saveWith([this] { return saveLine(headers, lines); }); };
-    const QString remark = lineDoubt();
-    if (remark.isEmpty() && !lines.isNewRow())
-        return save();
-    const QString question = lines.isNewRow() ? u"新しい明細はまだ伝票に入っていません。入れますか。"_s
-                                              : u"明細の変更が保存されていません。このまま保存しますか。"_s;
-    switch (ui::prompts::askHowToLeave(m_screen, question, waysOut(lines.isNewRow()), remark)) {
-    case ui::prompts::Choice::Save:
-        return save();
-    case ui::prompts::Choice::Discard:
-        lines.revert();
-        return {};
-    case ui::prompts::Choice::Cancel:
-        break;
-    }
-    return stays();
-}
-
-bool EditedSlip::mayClose()
-{
-    if (isDirty() && doubt().isEmpty() && !lines.isNewRow()) {
-        switch (ui::prompts::askToSave(m_screen, u"伝票の変更が保存されていません。保存しますか。"_s)) {
-        case ui::prompts::Choice::Save:
-            return tell(store());
-        case ui::prompts::Choice::Discard:
-            takeBack();
-            return true;
-        case ui::prompts::Choice::Cancel:
-            return false;
-        }
-    }
-    return tell(leave());
 }
 
 void EditedSlip::takeBack()

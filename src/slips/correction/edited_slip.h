@@ -3,6 +3,7 @@
 #include "book/counterpart_name.h"
 #include "book/counterpart_search.h"
 #include "db/recordset.h"
+#include "slips/correction/slip_recalculation.h"
 
 #include <utility>
 
@@ -13,7 +14,7 @@ namespace slips
 
 /// The slip that a correction screen shows, with what is edited and not saved yet: its header among all
 /// headers of the list, its lines, its counterpart. Before edits are stored that leave the slip's figures in
-/// disagreement, and before such a slip is left, the clerk is asked.
+/// disagreement, and before such a slip is left or printed, the clerk is asked.
 class EditedSlip : public QObject
 {
     Q_OBJECT
@@ -41,8 +42,8 @@ public:
     qint64 forgetLines(qint64 instead = noSlip) { return std::exchange(m_shown, instead); }
     /// Brings up the counterpart \a key.
     base::Status openCounterpart(qint64 key);
-    /// What disagrees now is how the slip was found, or was agreed to.
-    void acceptTax() { m_acceptedTax = taxDoubt(); }
+    /// What disagrees now is how the slip was found.
+    void acceptTax();
 
     /// What is to be said of the slip as it stands, edits and all.
     [[nodiscard]] QStringList remarks() const;
@@ -51,14 +52,19 @@ public:
     /// What closing the slip would book as its tax, yen; nothing where that cannot be computed.
     [[nodiscard]] std::optional<double> taxDue() const;
 
-    /// Saves header and line as they stand. After a failure that is to be told, the screen shows what the
-    /// file holds, below the edits.
-    base::Status store();
-    /// Saves them, after a question where they are doubtful or a new line is among them; the clerk may also
-    /// drop them. The error is `cancelled` when they stay as they are.
+    // Where 金額 or the tax does not fit any more, the clerk is asked: computed anew, as they stand, or back.
+    // The error is `cancelled` then. After a failure that is to be told, the screen shows what the file
+    // holds, below the edits.
+
+    /// Saves header and line.
+    base::Status update();
+    /// Saves them where they are edited; a new line among them is asked about as well. The clerk may also
+    /// drop the edits.
     base::Status storeKnowingly();
     /// The same, before another slip is shown; asks of a tax that does not fit any more, too.
     base::Status leave();
+    /// The same, before the slip is printed; asks of all that does not fit, however it was found.
+    base::Status storeForPaper();
     /// Before another line becomes current: saves this one, or asks.
     base::Status leaveLine();
     /// Before the screen closes. \return whether it may; what went wrong was told
@@ -73,12 +79,28 @@ public:
 
 private:
     static constexpr qint64 noSlip = -1;
+    using Lines = std::vector<book::SlipLine>;
 
-    [[nodiscard]] QString taxDoubt() const;
-    [[nodiscard]] QString newTaxDoubt() const;
+    enum class Way { Mend, AsItIs, Drop };
+    struct Question;
+
+    [[nodiscard]] TaxTerms taxTerms() const;
+    [[nodiscard]] QString taxDoubt(const Lines &lines) const;
+    [[nodiscard]] QString newTaxDoubt(const Lines &lines) const;
     [[nodiscard]] QString lineDoubt() const;
     [[nodiscard]] QString doubt() const;
+    [[nodiscard]] QString everyDoubt() const;
+    [[nodiscard]] Recalculation mending(std::optional<qint64> line, bool anyTax) const;
+    [[nodiscard]] Recalculation mendingOfEdits() const;
+    [[nodiscard]] QString mendedRemark(const Recalculation &what) const;
+    void agree();
+
+    std::optional<Way> ask(const Question &question);
     base::Status saveWith(const std::function<base::Status()> &save);
+    base::Status store();
+    base::Status storeMended(const Recalculation &what);
+    base::Status storeAfter(const Question &question, const std::function<base::Status()> &asItIs);
+    [[nodiscard]] Question editsQuestion(const QString &newLine) const;
     bool tell(const base::Status &status);
 
     db::Connection &m_connection;
@@ -86,7 +108,8 @@ private:
     const book::CounterpartSearch &m_counterparts;
     QWidget *m_screen;
     qint64 m_shown = 0;    // whose lines are open
-    QString m_acceptedTax; // what disagreed when the slip was found
+    QString m_acceptedTax; // what disagreed when the slip was found, or was agreed to
+    QString m_agreed;      // all that disagreed when the clerk left it so
 };
 
 } // namespace slips

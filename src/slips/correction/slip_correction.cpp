@@ -50,15 +50,19 @@ base::Status openLines(db::Recordset &lines, qint64 id)
                        .values = {id}});
 }
 
+base::Status checkNumber(const db::Recordset &headers, db::Connection &connection, const book::SlipKind &kind)
+{
+    return headers.isEdited(u"伝票番号"_s) ? book::checkManualNumber(connection, headers.text(u"伝票番号"_s),
+                                                                     kind.letter, headers.currentKey())
+                                           : base::Status();
+}
+
 base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
                              const book::SlipKind &kind)
 {
-    return headers.updateWith(lines, [&] {
-        return headers.isEdited(u"伝票番号"_s)
-                   ? book::checkManualNumber(connection, headers.text(u"伝票番号"_s), kind.letter,
-                                             headers.currentKey())
-                   : base::Status();
-    });
+    if (!headers.isDirty() && !lines.isDirty())
+        return {};
+    return headers.updateWith(lines, [&] { return checkNumber(headers, connection, kind); });
 }
 
 base::Status saveLine(db::Recordset &headers, db::Recordset &lines)

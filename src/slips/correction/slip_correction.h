@@ -20,6 +20,10 @@ base::Result<bool> openSlipsOf(db::Recordset &headers, const book::SlipKind &kin
 /// Fills \a lines with those of the slip \a id in the order of entry, with none for 0.
 base::Status openLines(db::Recordset &lines, qint64 id);
 
+/// Whether the current header may bear the number that was typed into it; the error is the sentence to tell.
+base::Status checkNumber(const db::Recordset &headers, db::Connection &connection,
+                         const book::SlipKind &kind);
+
 /// Saves the edits of the current header and the current line in one transaction. After a failure they are
 /// still there. Fails for a slip number that another slip has.
 base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,

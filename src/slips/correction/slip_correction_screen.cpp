@@ -275,10 +275,9 @@ base::Status SlipCorrectionScreen::leaveSlip()
 
 bool SlipCorrectionScreen::mayLeave() { return settled() && tell(leaveSlip()); }
 
-// A command of its own: what is edited is stored as it stands, and the remarks stay.
 void SlipCorrectionScreen::update()
 {
-    if (!settled() || !tell(m_slip.store()))
+    if (!settled() || !tell(m_slip.update()))
         return;
     // There may have been nothing to save, and the slip may be gone all the same.
     if (tell(m_slip.headers.checkAsRead()))
@@ -335,7 +334,7 @@ void SlipCorrectionScreen::closeOpenSlip()
 void SlipCorrectionScreen::print()
 {
     const qint64 id = m_slip.id();
-    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeKnowingly()) || !taxIsSettled())
+    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeForPaper()) || !taxIsSettled())
         return;
     // The paper says what the file says, and so does the screen that goes by it: a slip that is gone from
     // there has left it to its neighbour.

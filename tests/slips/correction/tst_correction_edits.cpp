@@ -1,5 +1,6 @@
 #include "slips/correction/correction_screen_desk.h"
 
+#include "slips/correction/slip_correction.h"
 #include "support/scripted_test.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -8,17 +9,28 @@
 
 using namespace slips;
 using Desk = CorrectionDesk;
-using ui::prompts::Choice;
 
 namespace
 {
 
 const QString taxRemark =
     u"消費税の行は 100 円ですが、いまの明細（3,000 円、税率 5 %）では 150 円になります。"_s;
-const QString taxQuestion = u"消費税が合っていません。このままにしますか。"_s;
+const QString question = u"金額または消費税が、明細と合っていません。計算し直して更新しますか。"_s;
 
-// What is doubtful stands in a remark of the question; Enter alone goes back.
-void expectDoubt(Choice answer) { ui::prompts::expectAskHowToLeave({}, answer, Choice::Cancel); }
+const QString recalculate = u"計算し直して更新"_s;
+const QString asItIs = u"このまま更新"_s;
+const QString intoTheSlip = u"伝票に入れる"_s;
+const QString drop = u"変更をやめる"_s;
+const QString goBack;
+
+// Enter alone goes back.
+void expectDoubt(const QString &answer) { ui::prompts::expectAskWhichWay(question, answer); }
+void expectNewLine(const QString &answer) { ui::prompts::expectAskWhichWay({}, answer); }
+
+QStringList stored(Desk &desk)
+{
+    return desk.shop.rows(u"SELECT 商品名, 数量, 金額 FROM 入出庫サブ WHERE ID = 9 ORDER BY 明細ID"_s);
+}
 
 } // namespace
 
@@ -90,7 +102,7 @@ private slots:
         desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 1, 内税 = 1, 版 = 7 WHERE ID = 9"_s);
         desk.driver.press("cmdAll");
         desk.type(desk.headers(), 1, u"内税"_s, u"外税"_s);
-        expectDoubt(Choice::Discard);
+        expectDoubt(drop);
         desk.driver.press("cmdClose");
         QCOMPARE(desk.shop.rows(u"SELECT 内税, 版 FROM 入出庫マスター WHERE ID = 9"_s),
                  QStringList{u"1|7"_s});
@@ -105,6 +117,10 @@ private slots:
         QVERIFY(desk.message().contains(u"3,000 円"_s));
         QVERIFY(Desk::cell(desk.lines(), 0, u"金額"_s).data(Qt::BackgroundRole).isValid());
         QVERIFY(!Desk::cell(desk.lines(), 1, u"金額"_s).data(Qt::BackgroundRole).isValid());
+        expectDoubt(goBack);
+        desk.driver.press("Command3");
+        QCOMPARE(desk.shop.book(), expected);
+        expectDoubt(asItIs);
         desk.driver.press("Command3");
         expected.replaceInStrings(u"9|りんご|箱|2|"_s, u"9|りんご|箱|3|"_s);
         QCOMPARE(desk.shop.book(), expected);
@@ -112,7 +128,7 @@ private slots:
         desk.type(desk.lines(), 0, u"金額"_s, u"3,000"_s);
         QVERIFY(!Desk::cell(desk.lines(), 0, u"金額"_s).data(Qt::BackgroundRole).isValid());
         QVERIFY(desk.message().contains(u"150 円になります"_s));
-        expectDoubt(Choice::Save);
+        expectDoubt(asItIs);
         desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"伝票番号"_s)); // leaves the row
         QCOMPARE(desk.shop.value(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = 9"_s).toInt(), 3100);
         QCOMPARE(desk.shop.value(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = 1"_s).toInt(), 2100);
@@ -147,6 +163,7 @@ private slots:
     void whatIsHalfTypedIsNotPassedOver()
     {
         Desk desk;
+        expectDoubt(asItIs);
         QTest::keyClick(desk.typeInto(desk.lines(), 0, u"数量"_s, u"7"_s), Qt::Key_U, Qt::AltModifier);
         QTRY_COMPARE(desk.shop.value(u"SELECT 数量 FROM 入出庫サブ WHERE ID = 9"_s).toInt(), 7);
         desk.driver.type("txtDate", u"2026/5/5"_s);
@@ -169,7 +186,7 @@ private slots:
         QTest::qWait(1);
         QVERIFY(desk.screen->isVisible());
         desk.lines().viewport()->findChild<QLineEdit *>()->setText(u"8"_s);
-        ui::prompts::expectAskToSave({}, ui::prompts::Choice::Save);
+        expectDoubt(asItIs);
         desk.screen->close();
         QCOMPARE(desk.shop
                      .rows(u"SELECT 伝票番号, 数量 FROM 入出庫マスター, 入出庫サブ WHERE "
@@ -199,10 +216,8 @@ private slots:
             if (QLatin1StringView(button) == "cmdMasterCancel"_L1 ||
                 QLatin1StringView(button) == "cmdLineDelete"_L1)
                 ui::prompts::expectAsk({}, true);
-            if (QLatin1StringView(button) == "cmdLineAdd"_L1)
-                expectDoubt(Choice::Save);
-            if (QLatin1StringView(button) == "cmdAll"_L1 || QLatin1StringView(button) == "Command2"_L1)
-                expectDoubt(Choice::Save);
+            else
+                expectDoubt(QLatin1StringView(button) == "Command3"_L1 ? recalculate : asItIs);
             ui::prompts::expectInform({});
             desk.driver.press(button);
             QTest::qWait(1);
@@ -210,6 +225,7 @@ private slots:
             QCOMPARE(Desk::cell(desk.headers(), 1, u"備考"_s).data().toString(), u"至急"_s);
         }
         QVERIFY(other.execute(u"ROLLBACK"_s));
+        expectDoubt(asItIs);
         desk.driver.press("Command3");
         QCOMPARE(desk.shop
                      .rows(u"SELECT 数量, 備考 FROM 入出庫サブ, 入出庫マスター WHERE "
@@ -225,6 +241,7 @@ private slots:
         QTest::keyClick(&desk.lines(), Qt::Key_Insert);
         desk.type(desk.lines(), 2, u"商品名"_s, u"みかん"_s);
         desk.type(desk.lines(), 2, u"金額"_s, u"500"_s);
+        expectDoubt(asItIs);
         desk.driver.press("Command3");
         QCOMPARE(desk.lines().currentIndex().row(), 2);
         QCOMPARE(
@@ -255,6 +272,7 @@ private slots:
         // Enter without an open cell goes on in the row, and presses nothing below it.
         QCOMPARE(desk.driver.cursor(), u"dgdSub"_s);
         QCOMPARE(desk.lines().currentIndex(), Desk::cell(desk.lines(), 0, u"単価"_s));
+        expectDoubt(asItIs);
         desk.driver.press("Command3");
     }
 
@@ -301,6 +319,8 @@ private slots:
         desk.type(desk.lines(), 2, name, u"みかん"_s);
         desk.type(desk.lines(), 2, u"金額"_s, u"500"_s);
         QCOMPARE(desk.shop.book(), before);
+        if (slips::isTaxed(of))
+            expectDoubt(asItIs);
         desk.driver.press("Command3");
         const QString id = desk.shop.value(u"SELECT ID FROM 入出庫マスター WHERE 備考 = '至急'"_s).toString();
         QCOMPARE(
@@ -309,6 +329,8 @@ private slots:
             QStringList{stored.arg(id)});
         QCOMPARE(desk.lines().currentIndex().row(), 2);
         desk.type(desk.lines(), 2, u"金額"_s, u"600"_s); // a row like any other now
+        if (slips::isTaxed(of))
+            expectDoubt(asItIs);
         desk.driver.press("Command3");
         QCOMPARE(desk.shop.value(u"SELECT SUM(金額) FROM 入出庫サブ WHERE ID = ?"_s, {id}).toInt(), 2700);
         QCOMPARE(desk.shop.book().size(), before.size() + 1);
@@ -316,16 +338,16 @@ private slots:
 
     void aNewLineWithSomethingInItIsAskedAbout_data()
     {
-        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("answer");
         QTest::addColumn<int>("lines");
-        QTest::newRow("kept") << int(Choice::Save) << 3;
-        QTest::newRow("dropped") << int(Choice::Discard) << 2;
-        QTest::newRow("gone back") << int(Choice::Cancel) << 2;
+        QTest::newRow("kept") << intoTheSlip << 3;
+        QTest::newRow("dropped") << drop << 2;
+        QTest::newRow("gone back") << goBack << 2;
     }
 
     void aNewLineWithSomethingInItIsAskedAbout()
     {
-        QFETCH(int, answer);
+        QFETCH(QString, answer);
         QFETCH(int, lines);
         Desk desk;
         const auto stored = [&] {
@@ -333,10 +355,10 @@ private slots:
         };
         desk.driver.press("cmdLineAdd");
         desk.type(desk.lines(), 2, u"商品名"_s, u"みかん"_s);
-        expectDoubt(Choice(answer));
+        expectNewLine(answer);
         desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"商品名"_s));
         QCOMPARE(stored(), lines);
-        const bool stays = answer == int(Choice::Cancel);
+        const bool stays = answer == goBack;
         QCOMPARE(desk.lines().currentIndex().row(), stays ? 2 : 0);
         QCOMPARE(desk.lines().model()->rowCount(), stays ? 3 : lines);
         if (!stays)
@@ -353,11 +375,11 @@ private slots:
         Desk desk;
         const QStringList before = desk.shop.book();
         desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
-        expectDoubt(Choice::Cancel);
+        expectDoubt(goBack);
         desk.driver.press("cmdLineAdd");
         QCOMPARE(desk.lines().model()->rowCount(), 2);
         QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"3"_s);
-        expectDoubt(Choice::Discard);
+        expectDoubt(drop);
         desk.driver.press("cmdLineAdd");
         QCOMPARE(desk.lines().model()->rowCount(), 3);
         QCOMPARE(Desk::cell(desk.lines(), 0, u"数量"_s).data().toString(), u"2"_s);
@@ -370,7 +392,7 @@ private slots:
         Desk desk;
         const QStringList before = desk.shop.book();
         desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
-        expectDoubt(Choice::Cancel);
+        expectDoubt(goBack);
         QTest::keyClick(&desk.lines(), Qt::Key_Down);
         QCOMPARE(desk.lines().currentIndex().row(), 0);
         const auto clickOtherSlip = [&] {
@@ -378,15 +400,15 @@ private slots:
                 desk.headers().viewport(), Qt::LeftButton, {},
                 desk.headers().visualRect(Desk::cell(desk.headers(), 0, u"伝票番号"_s)).center());
         };
-        expectDoubt(Choice::Cancel);
+        expectDoubt(goBack);
         clickOtherSlip();
         QCOMPARE(desk.driver.box("txtDenNo").text(), u"O9"_s);
         QCOMPARE(desk.headers().currentIndex().row(), 1);
-        expectDoubt(Choice::Cancel);
+        expectDoubt(goBack);
         QTest::keyClick(desk.screen.get(), Qt::Key_Escape);
         QVERIFY(desk.screen->isVisible());
         QCOMPARE(desk.shop.book(), before);
-        expectDoubt(Choice::Discard);
+        expectDoubt(drop);
         clickOtherSlip();
         QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
         QCOMPARE(desk.shop.book(), before);
@@ -404,9 +426,11 @@ private slots:
             desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"伝票番号"_s));
             return desk.driver.box("txtDenNo").text() == u"O1"_s;
         };
-        ui::prompts::expectAskCautiously(taxQuestion, false, taxRemark);
+        ui::prompts::expectAskWhichWay(
+            question, goBack,
+            taxRemark + u"\n計算し直すと、合計 3,150 円（うち消費税 150 円）になります。"_s);
         QVERIFY(!leave());
-        ui::prompts::expectAskCautiously({}, false);
+        expectDoubt(goBack);
         desk.screen->close();
         QVERIFY(desk.screen->isVisible());
         desk.type(desk.lines(), 1, u"金額"_s, u"150"_s);
@@ -418,6 +442,62 @@ private slots:
         desk.driver.press("cmdAll");
         QVERIFY(desk.message().contains(u"消費税の行は 7 円ですが"_s));
         QVERIFY(leave());
+    }
+
+    // Once the clerk has said so, the slips can be read anew without another word.
+    void theTaxIsAskedAboutOnce()
+    {
+        Desk desk;
+        desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+        desk.type(desk.lines(), 0, u"金額"_s, u"3000"_s);
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 1, u"金額"_s));
+        expectDoubt(asItIs);
+        desk.driver.press("cmdAll");
+        QCOMPARE(stored(desk), (QStringList{u"りんご|3|3000"_s, u"消費税|-|100"_s}));
+    }
+
+    void allIsComputedAnewInOneAction_data()
+    {
+        QTest::addColumn<QString>("heading"); // of the line, of the header where it is none of the line's
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QStringList>("lines");
+        const auto row = [](const char *name, const QString &heading, int line, const QString &typed,
+                            const QStringList &lines) {
+            QTest::newRow(name) << heading << line << typed << lines;
+        };
+        const QString untouched = u"りんご|2|2000"_s;
+        row("quantity", u"数量"_s, 0, u"３"_s, {u"りんご|3|3000"_s, u"消費税|-|150"_s});
+        row("half a yen", u"数量"_s, 0, u"2.1005"_s, {u"りんご|2.1005|2100"_s, u"消費税|-|105"_s});
+        row("price", u"単価"_s, 0, u"999.9"_s, {u"りんご|2|1999"_s, u"消費税|-|99"_s});
+        row("nothing left to tax", u"単価"_s, 0, u"5"_s, {u"りんご|2|10"_s});
+        row("a slip of the finger", u"金額"_s, 0, u"20000"_s, {untouched, u"消費税|-|100"_s});
+        row("the tax itself", u"金額"_s, 1, u"99"_s, {untouched, u"消費税|-|100"_s});
+        row("rate", u"税率 %"_s, 1, u"8"_s, {untouched, u"消費税|-|160"_s});
+        row("prices that include it", u"内税"_s, 1, u"税込"_s, {untouched});
+        row("a customer of the bill", u"納品先"_s, 1, u"3"_s, {untouched});
+    }
+
+    // By 更新, by leaving the row and by leaving the slip.
+    void allIsComputedAnewInOneAction()
+    {
+        QFETCH(QString, heading);
+        QFETCH(int, row);
+        QFETCH(QString, typed);
+        const bool isOfLine = heading == u"数量"_s || heading == u"単価"_s || heading == u"金額"_s;
+        for (const QString &way : {u"Command3"_s, u"cmdAll"_s, u"Down"_s}) {
+            if (way == u"Down"_s && (!isOfLine || row == 1))
+                continue;
+            Desk desk;
+            desk.shop.run(u"UPDATE 納品先 SET 消費税区分 = 1 WHERE 納品先ID = 3"_s);
+            desk.type(isOfLine ? desk.lines() : desk.headers(), row, heading, typed);
+            expectDoubt(recalculate);
+            if (way == u"Down"_s)
+                QTest::keyClick(&desk.lines(), Qt::Key_Down);
+            else
+                desk.driver.press(qPrintable(way));
+            QTEST(stored(desk), "lines");
+        }
     }
 
     void aClosedSlipWithoutItsTaxIsMended()

@@ -3,6 +3,7 @@
 #include "slips/correction/correction_cells.h"
 #include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
+#include "slips/correction/slip_recalculation.h"
 
 #include <QtTest>
 
@@ -199,6 +200,40 @@ private slots:
         QVERIFY(!tax({goods(1, 1999, 1999), taxLine(99)}, OnBill).isEmpty());
         QCOMPARE(tax({goods(1, 1999, 1999)}, OnDelivery), QString());
         QCOMPARE(tax({taxLine(5000)}, OnDelivery), QString()); // a period's tax on a slip of its own
+    }
+
+    // Two rates, one of which is new, and slips whose tax is not of their goods.
+    void taxLinesAreComputedAnew()
+    {
+        using enum book::TaxClass;
+        const auto food = [](double amount) {
+            book::SlipLine line = goods(1, amount, amount);
+            line.taxClass = book::GoodsTax::Food;
+            line.taxRate = 8;
+            return line;
+        };
+        const auto taxes = [](const std::vector<book::SlipLine> &lines, const TaxTerms &terms) {
+            std::vector<KeyedLine> keyed;
+            for (const book::SlipLine &line : lines)
+                keyed.push_back({static_cast<qint64>(keyed.size()) + 1, line});
+            const auto anew = recalculated(keyed, {0, terms});
+            QStringList found;
+            for (const auto &[key, line] : *anew) {
+                if (line.isTax())
+                    found << u"%1:%2"_s.arg(key).arg(line.amount);
+            }
+            return found.join(u' ');
+        };
+        const TaxTerms open{10, OnDelivery, std::nullopt, false};
+        const TaxTerms closed{10, OnDelivery, false, true};
+        const book::SlipLine standard = goods(1, 1000, 1000);
+        QCOMPARE(taxes({standard, taxLine(7)}, open), u"2:100"_s);
+        QCOMPARE(taxes({standard, food(1000), taxLine(100)}, open), u"0:100 0:80"_s);
+        QCOMPARE(taxes({standard}, open), QString()); // gets it when it is closed
+        QCOMPARE(taxes({standard}, closed), u"0:100"_s);
+        QCOMPARE(taxes({taxLine(5000)}, closed), u"1:5000"_s);
+        QCOMPARE(taxes({standard, taxLine(100)}, {10, OnBill, false, true}), QString());
+        QVERIFY(!recalculated({{1, goods(1e9, 1e9, 0)}}, {{}, closed}));
     }
 };
 

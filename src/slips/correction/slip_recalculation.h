@@ -1,0 +1,50 @@
+#pragma once
+
+#include "book/slip_reader.h"
+#include "db/recordset.h"
+
+// Amounts and tax of a stored slip, computed anew where the clerk says so.
+namespace slips
+{
+
+/// A line with the key under which the record set of the lines has it; 0: it is in neither yet.
+struct KeyedLine
+{
+    qint64 key = 0;
+    book::SlipLine line;
+
+    bool operator==(const KeyedLine &) const = default;
+};
+
+/// What a slip's tax goes by besides its lines.
+struct TaxTerms
+{
+    double rate = 0;                                      // percent, of lines without one of their own
+    book::TaxClass taxClass = book::TaxClass::OnDelivery; // of the counterpart
+    std::optional<bool> inclusive;                        // prices include the tax; empty: nobody knows
+    bool isClosed = false;                                // so that a tax line that is not there is missing
+};
+
+/// What of a slip is to be computed anew.
+struct Recalculation
+{
+    std::optional<qint64> line;  // the 金額 of this one alone, of none for 0; empty: of every line
+    std::optional<TaxTerms> tax; // the tax lines too, by these; empty: they stay
+};
+
+/// Those shown, with what is edited and not saved yet.
+std::vector<KeyedLine> keyedLinesIn(const db::Recordset &lines);
+/// Without their keys.
+std::vector<book::SlipLine> withoutKeys(const std::vector<KeyedLine> &lines);
+
+/// \a lines as they are to be. A slip of tax alone, which holds that of a whole period, keeps its tax; one
+/// that was left open gets its tax line when it is closed.
+base::Result<std::vector<KeyedLine>> recalculated(std::vector<KeyedLine> lines, const Recalculation &what);
+
+/// Saves the edits of the current header and the current line, and with them all that \a what makes of the
+/// lines as the file has them, in one transaction. After a failure the edits are still there. The record set
+/// of the lines is to be read anew then.
+base::Status saveRecalculated(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
+                              const book::SlipKind &kind, const Recalculation &what);
+
+} // namespace slips
