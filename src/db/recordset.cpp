@@ -91,6 +91,7 @@ base::Status Recordset::adopt(KeySet keys, const Query &query, KeySet::End curre
         return columns.error();
     beginResetModel();
     m_query = query;
+    m_ownOrder = query.order;
     m_key = query.key();
     m_columns = columns->names;
     m_types = columns->types;
@@ -160,6 +161,27 @@ base::Status Recordset::requery()
     const int row = had ? keys.rowOf(key) : -1;
     beginResetModel();
     show(std::move(keys), std::max(row, 0));
+    return {};
+}
+
+base::Status Recordset::sortBy(const QString &column, Qt::SortOrder direction)
+{
+    if (const base::Status settled = settle(); !settled)
+        return settled;
+    const int place = columnOf(column);
+    Query query = m_query;
+    query.order = m_ownOrder;
+    if (place >= 0) {
+        const QString whole = m_query.table + u'.' + column;
+        const QString term = m_types.at(place) == QMetaType::QString ? inJapaneseOrder(whole) : whole;
+        query.order.prepend(direction == Qt::DescendingOrder ? term + u" DESC"_s : term);
+    }
+    KeySet keys(m_connection, m_pace);
+    if (const base::Status opened = keys.open(query, KeySet::End::First); !opened)
+        return opened;
+    beginResetModel();
+    m_query = query;
+    show(std::move(keys), 0);
     return {};
 }
 

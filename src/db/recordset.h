@@ -48,6 +48,11 @@ public:
     /// are dropped.
     base::Status requery();
 
+    /// Reads the rows anew by \a column, and among rows that are alike there in the order of the query;
+    /// without a column in that alone. The first one becomes the current one, after the edits of the present
+    /// one were settled.
+    base::Status sortBy(const QString &column, Qt::SortOrder direction = Qt::AscendingOrder);
+
     [[nodiscard]] bool isOpen() const { return !m_key.isEmpty(); }
     /// How many rows are known by now.
     [[nodiscard]] int count() const { return m_keys.count(); }
@@ -211,7 +216,8 @@ private:
 
     Connection &m_connection;
     Query m_query;
-    QString m_key; // its key column; empty: nothing is open
+    QStringList m_ownOrder; // of the query as it was opened
+    QString m_key;          // its key column; empty: nothing is open
     QStringList m_columns;
     QList<QMetaType::Type> m_types;
     KeySet m_keys;

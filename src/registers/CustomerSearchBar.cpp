@@ -4,6 +4,8 @@
 #include "ui/prompts.h"
 #include "ui_CustomerSearchBar.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace registers
@@ -17,12 +19,22 @@ CustomerSearchBar::CustomerSearchBar(QWidget *parent)
     // Stands for its boxes in the screen's tab order.
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_ui->Combo1);
-    m_ui->Combo1->addItems(customerSearchItems());
-    m_ui->Combo1->setCurrentIndex(-1);
+    m_terms = {
+        new CustomerTermBoxes(
+            {m_ui->Combo1, m_ui->txtKey, m_ui->comboNames, m_ui->labelTo, m_ui->txtUntil, m_ui->Check1},
+            this),
+        new CustomerTermBoxes({m_ui->comboItem2, m_ui->txtKey2, m_ui->comboNames2, m_ui->labelTo2,
+                               m_ui->txtUntil2, m_ui->checkExact2},
+                              this),
+        new CustomerTermBoxes({m_ui->comboItem3, m_ui->txtKey3, m_ui->comboNames3, m_ui->labelTo3,
+                               m_ui->txtUntil3, m_ui->checkExact3},
+                              this),
+    };
     m_ui->Combo2->addItems(customerSearchOrders());
     m_ui->Combo2->setCurrentIndex(m_ui->Combo2->count() - 1);
+    m_ui->further->hide();
     connect(m_ui->Combo1, &QComboBox::activated, this, &CustomerSearchBar::itemChosen);
-    connect(m_ui->Combo1, &QComboBox::currentIndexChanged, this, &CustomerSearchBar::showHint);
+    connect(m_ui->cmdMore, &QPushButton::toggled, this, &CustomerSearchBar::showFurther);
     connect(m_ui->Command2, &QPushButton::clicked, this, &CustomerSearchBar::search);
 }
 
@@ -30,28 +42,31 @@ CustomerSearchBar::~CustomerSearchBar() = default;
 
 void CustomerSearchBar::setCategories(const std::vector<masters::Entry> &categories)
 {
-    QStringList names;
-    for (const masters::Entry &category : categories)
-        names << QString::number(category.id) + u' ' + category.name;
-    m_categoryHint = names.join(u'　');
-    showHint();
+    for (CustomerTermBoxes *term : m_terms)
+        term->setCategories(categories);
 }
 
 CustomerQuery CustomerSearchBar::query() const
 {
-    return {m_ui->Combo1->currentIndex(), m_ui->txtKey->text(), m_ui->Check1->isChecked(),
-            m_ui->Combo2->currentIndex()};
+    const CustomerTerm first = m_terms.front()->term();
+    CustomerQuery query{first.item, first.condition, first.exact, m_ui->Combo2->currentIndex(), first.until};
+    if (m_ui->cmdMore->isChecked()) {
+        for (std::size_t i = 1; i < m_terms.size(); ++i)
+            query.further.push_back(m_terms[i]->term());
+    }
+    return query;
 }
 
-void CustomerSearchBar::focusCondition()
+void CustomerSearchBar::focusCondition() { m_terms.front()->focusCondition(); }
+
+// What is not seen must not narrow a search.
+void CustomerSearchBar::showFurther(bool shown)
 {
-    const bool isTyped = m_ui->Combo1->currentIndex() > everyCustomerItem;
-    if (isTyped) {
-        m_ui->txtKey->setFocus();
-        m_ui->txtKey->selectAll();
-    } else {
-        m_ui->Combo1->setFocus();
-    }
+    for (std::size_t i = 1; i < m_terms.size() && !shown; ++i)
+        m_terms[i]->clear();
+    m_ui->further->setVisible(shown);
+    if (shown)
+        m_ui->comboItem2->setFocus();
 }
 
 void CustomerSearchBar::itemChosen(int item)
@@ -62,14 +77,14 @@ void CustomerSearchBar::itemChosen(int item)
     search();
 }
 
-void CustomerSearchBar::showHint()
+CustomerTermBoxes *CustomerSearchBar::lacking() const
 {
-    const int item = m_ui->Combo1->currentIndex();
-    const bool namesCategories = item == categoryItem && !m_categoryHint.isEmpty();
-    const QString hint = namesCategories ? m_categoryHint : customerSearchHint(item);
-    m_ui->txtKey->setPlaceholderText(hint);
-    m_ui->txtKey->setToolTip(hint);
-    m_ui->txtKey->setEnabled(item != everyCustomerItem);
+    CustomerQuery first = query();
+    first.further.clear();
+    const auto further = std::find_if(m_terms.begin() + 1, m_terms.end(), [](const CustomerTermBoxes *boxes) {
+        return lackOfFurther(boxes->term()).has_value();
+    });
+    return lackOf(first) || further == m_terms.end() ? m_terms.front() : *further;
 }
 
 void CustomerSearchBar::search()
@@ -81,7 +96,7 @@ void CustomerSearchBar::search()
     }
     ui::prompts::inform(window(), *lack == QueryLack::Item ? u"検索する項目を選んでください。"_s
                                                            : ui::messages::searchEmpty());
-    focusCondition();
+    lacking()->focusCondition();
 }
 
 } // namespace registers

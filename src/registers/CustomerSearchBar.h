@@ -1,7 +1,7 @@
 #pragma once
 
 #include "masters/name_lists.h"
-#include "registers/lists/customer_search.h"
+#include "registers/lists/customer_term_boxes.h"
 
 #include <QWidget>
 
@@ -24,7 +24,7 @@ public:
     explicit CustomerSearchBar(QWidget *parent = nullptr);
     ~CustomerSearchBar() override;
 
-    /// The categories whose numbers can be searched, to be offered as a hint.
+    /// The categories that can be searched, by number or name.
     void setCategories(const std::vector<masters::Entry> &categories);
 
     [[nodiscard]] CustomerQuery query() const;
@@ -38,11 +38,13 @@ signals:
 
 private:
     void itemChosen(int item);
-    void showHint();
+    void showFurther(bool shown);
     void search();
+    /// The first condition that lacks something.
+    [[nodiscard]] CustomerTermBoxes *lacking() const;
 
     std::unique_ptr<Ui::CustomerSearchBar> m_ui;
-    QString m_categoryHint;
+    std::vector<CustomerTermBoxes *> m_terms; // the first one, and those that must be met as well
 };
 
 } // namespace registers

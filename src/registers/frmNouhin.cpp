@@ -3,6 +3,7 @@
 #include "masters/MasterGridEditor.h"
 #include "registers/customer.h"
 #include "registers/duplicates/DialogDuplicates.h"
+#include "registers/lists/chosen_customers.h"
 #include "registers/lists/customer_export.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -72,6 +73,9 @@ frmNouhin::~frmNouhin()
 
 void frmNouhin::setUpList()
 {
+    m_ui->DataGrid1->letSort();
+    m_ui->DataGrid1->letChooseColumns();
+    m_ui->DataGrid1->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
     bindUndo(m_ui->cmdUndo);
@@ -83,15 +87,14 @@ void frmNouhin::connectButtons()
         {m_ui->cmdFind, &frmNouhin::search},          {m_ui->cmdNext, &frmNouhin::nextSearch},
         {m_ui->Command6, &frmNouhin::showAll},        {m_ui->cmdAdd, &frmNouhin::add},
         {m_ui->cmdUpdate, &frmNouhin::saveAndBrowse}, {m_ui->cmdNewDate, &frmNouhin::saveAndBrowse},
-        {m_ui->cmdCancel, &frmNouhin::cancelEntry},   {m_ui->cmdDelete, &frmNouhin::removeRow},
+        {m_ui->cmdCancel, &frmNouhin::cancelEntry},   {m_ui->cmdDelete, &frmNouhin::removeShown},
         {m_ui->Command7, &frmNouhin::exportAll},      {m_ui->Command1, &frmNouhin::importFile},
         {m_ui->Command2, &frmNouhin::pasteTable},     {m_ui->cmdDuplicates, &frmNouhin::mergeDuplicates},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
     connect(m_ui->importPanel, &CustomerImportPanel::finished, this, &frmNouhin::endImport);
-    connect(m_ui->importPanel, &CustomerImportPanel::imported, this,
-            [this] { tell(registers::openEveryCustomer(rows())); });
+    connect(m_ui->importPanel, &CustomerImportPanel::imported, this, &frmNouhin::openEvery);
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] {
         m_ui->txtKey1->setFocus(Qt::ShortcutFocusReason);
         m_ui->txtKey1->selectAll();
@@ -104,6 +107,7 @@ void frmNouhin::openCustomer(qint64 id)
 {
     const base::Status loaded = m_ui->panel->loadCategories();
     opened(loaded ? registers::openCustomer(rows(), id) : loaded);
+    m_isPart = true;
 }
 
 base::Status frmNouhin::openRows()
@@ -147,6 +151,7 @@ void frmNouhin::search()
     if (!leaveRow() || !categoriesReady(noCategoriesForList()))
         return;
     const auto found = registers::openCustomersLike(rows(), text);
+    m_isPart = m_isPart || (found && *found);
     if (!found)
         ui::prompts::inform(this, found.error().text);
     else if (*found)
@@ -166,7 +171,13 @@ void frmNouhin::nextSearch()
 void frmNouhin::showAll()
 {
     if (leaveRow() && categoriesReady(noCategoriesForList()))
-        tell(registers::openEveryCustomer(rows()));
+        openEvery();
+}
+
+void frmNouhin::openEvery()
+{
+    if (tell(registers::openEveryCustomer(rows())))
+        m_isPart = false;
 }
 
 // --- The import ---
@@ -209,6 +220,7 @@ void frmNouhin::add()
     }
     if (!tell(registers::openForEntry(rows(), *added)))
         return;
+    m_isPart = false;
     beginEntry();
     m_ui->panel->beginEntry();
 }
@@ -217,11 +229,31 @@ void frmNouhin::exportAll()
 {
     if (!leaveRow())
         return;
+    ChosenCustomers chosen{.all = true, .keys = {}};
+    const bool hasPart = m_isPart || m_ui->DataGrid1->selectionModel()->selectedRows().size() > 1;
+    if (hasPart) {
+        const auto asked = askWhichCustomers(this, *m_ui->DataGrid1, rows(), u"書き出し"_s, true);
+        if (!asked)
+            return;
+        chosen = *asked;
+    }
     db::Connection &connection = workspace().connection;
-    ui::exportTable(this, {[&](const QString &fileName) { return checkCustomerExport(connection, fileName); },
+    ui::exportTable(this, {[&](const QString &fileName) {
+                               return chosen.all ? checkCustomerExport(connection, fileName)
+                                                 : checkCustomerExport(chosen.keys.size(), fileName);
+                           },
                            [&](const QString &fileName, const base::Progress &progress) {
-                               return exportCustomers(connection, fileName, progress);
+                               return chosen.all
+                                          ? exportCustomers(connection, fileName, progress)
+                                          : exportCustomers(connection, chosen.keys, fileName, progress);
                            }});
+}
+
+// What stands in the boxes goes, and nothing else that is marked in the list.
+void frmNouhin::removeShown()
+{
+    selectShownRow(*m_ui->DataGrid1, rows());
+    removeRow();
 }
 
 void frmNouhin::mergeDuplicates()
@@ -229,7 +261,7 @@ void frmNouhin::mergeDuplicates()
     if (!leaveRow())
         return;
     DialogDuplicates(workspace(), this).exec();
-    tell(registers::openEveryCustomer(rows()));
+    openEvery();
     m_ui->DataGrid1->setFocus();
 }
 

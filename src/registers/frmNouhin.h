@@ -49,7 +49,9 @@ private:
     void search();
     void nextSearch();
     void showAll();
+    void openEvery();
     void exportAll();
+    void removeShown();
     void mergeDuplicates();
 
     void importFile();
@@ -61,6 +63,7 @@ private:
     bool categoriesReady(const QString &sentence);
 
     std::unique_ptr<Ui::frmNouhin> m_ui;
+    bool m_isPart = false; // not all customers are listed
 };
 
 } // namespace registers

@@ -5,9 +5,11 @@
 #include "workspace/workspace.h"
 
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScrollBar>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +47,7 @@ Grid::Grid(QWidget *parent)
     setWordWrap(false);
     setHorizontalScrollMode(ScrollPerPixel);
     horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setContextMenuPolicy(Qt::NoContextMenu); // the grid's
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->hide();
@@ -54,8 +57,10 @@ void Grid::setUp(const workspace::Workspace &workspace, const QString &name)
 {
     m_name = name;
     m_widths = workspace.settings.layout(name + u"/columns"_s);
+    if (m_choosesColumns)
+        m_leftOut = workspace.settings.layout(name + u"/hidden"_s).split(u' ', Qt::SkipEmptyParts);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + spacingOf(workspace.panel.gridSpacing));
-    applyWidths();
+    arrangeColumns();
 }
 
 void Grid::saveLayout(workspace::Workspace &workspace) const
@@ -63,6 +68,8 @@ void Grid::saveLayout(workspace::Workspace &workspace) const
     if (m_name.isEmpty() || !model() || model()->columnCount() == 0)
         return;
     workspace.settings.writeLayout(m_name + u"/columns"_s, currentWidths());
+    if (m_choosesColumns)
+        workspace.settings.writeLayout(m_name + u"/hidden"_s, m_leftOut.join(u' '));
 }
 
 QString Grid::currentWidths() const
@@ -99,7 +106,7 @@ void Grid::arrangeColumns()
         int place = 0;
         for (const GridColumn &shown : std::as_const(m_columns)) {
             const int column = m_recordset->columnOf(shown.column);
-            if (column < 0)
+            if (column < 0 || m_leftOut.contains(shown.column))
                 continue;
             setColumnHidden(column, false);
             setColumnWidth(column, (shown.characters + 2) * fontMetrics().horizontalAdvance(u'0'));
@@ -148,8 +155,96 @@ void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> r
             m_widths = currentWidths();
     });
     connect(m_rows, &GridRows::modelReset, this, &Grid::arrangeColumns);
+    connect(m_rows, &GridRows::modelReset, this, &Grid::showSorting);
     followRecordset(recordset.currentRow());
     arrangeColumns();
+}
+
+// --- Sorting, and columns of the clerk's choice ---
+
+void Grid::letSort()
+{
+    m_sorts = true;
+    horizontalHeader()->setSectionsClickable(true);
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, &Grid::sortBy);
+}
+
+void Grid::sortBy(int column)
+{
+    if (!m_recordset || !m_recordset->isOpen())
+        return;
+    const QString name = m_recordset->columns().value(column);
+    const bool again = name == m_sortedBy;
+    const bool isLast = again && m_direction == Qt::DescendingOrder;
+    const auto direction = again ? Qt::DescendingOrder : Qt::AscendingOrder;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    m_isSorting = true;
+    const QString before = std::exchange(m_sortedBy, isLast ? QString() : name);
+    const auto directionBefore = std::exchange(m_direction, direction);
+    const base::Status sorted = m_recordset->sortBy(m_sortedBy, direction);
+    m_isSorting = false;
+    QGuiApplication::restoreOverrideCursor();
+    if (!sorted) {
+        m_sortedBy = before;
+        m_direction = directionBefore;
+        if (m_refused && !sorted.error().text.isEmpty())
+            m_refused(sorted.error().text);
+    }
+    showSorting();
+}
+
+// A new statement comes in its own order.
+void Grid::showSorting()
+{
+    if (!m_sorts)
+        return;
+    if (!m_isSorting && sender() == m_rows)
+        m_sortedBy.clear();
+    const int column = m_recordset->columnOf(m_sortedBy);
+    horizontalHeader()->setSortIndicatorShown(column >= 0);
+    if (column >= 0)
+        horizontalHeader()->setSortIndicator(column, m_direction);
+}
+
+void Grid::letChooseColumns() { m_choosesColumns = true; }
+
+void Grid::setShown(const QString &column, bool shown)
+{
+    m_widths = currentWidths();
+    if (shown)
+        m_leftOut.removeAll(column);
+    else if (m_leftOut.size() + 1 < m_columns.size())
+        m_leftOut << column;
+    arrangeColumns();
+}
+
+QMenu *Grid::columnMenu()
+{
+    auto *menu = new QMenu(this);
+    const int column = currentIndex().isValid() ? currentIndex().column() : -1;
+    if (m_sorts && column >= 0) {
+        const QString heading = model()->headerData(column, Qt::Horizontal).toString();
+        menu->addAction(u"「%1」で並べ替え(&S)"_s.arg(heading), this, [this, column] { sortBy(column); });
+    }
+    QMenu *columns = menu->addMenu(u"表示する項目(&C)"_s);
+    for (const GridColumn &shown : std::as_const(m_columns)) {
+        QAction *action = columns->addAction(shown.heading.isEmpty() ? shown.column : shown.heading);
+        action->setCheckable(true);
+        action->setChecked(!m_leftOut.contains(shown.column));
+        connect(action, &QAction::toggled, this,
+                [this, name = shown.column](bool wanted) { setShown(name, wanted); });
+    }
+    return menu;
+}
+
+void Grid::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (!m_choosesColumns || !model())
+        return;
+    QMenu *menu = columnMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const QPoint ofCursor = viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
+    menu->popup(event->reason() == QContextMenuEvent::Keyboard ? ofCursor : event->globalPos());
 }
 
 void Grid::followRecordset(int row)

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class QMenu;
+
 namespace workspace
 {
 class Workspace;
@@ -45,6 +47,16 @@ public:
     /// cannot be left, \a refused gets the reason and the grid stays.
     void bind(db::Recordset &recordset, std::function<void(const QString &)> refused);
 
+    /// From now on a click on a heading sorts the record set's rows by its column: up, down, and as before.
+    /// To be called before bind().
+    void letSort();
+
+    /// From now on the clerk chooses with the context menu which of the columns of setColumns() show. They
+    /// are remembered as the widths are.
+    void letChooseColumns();
+    /// That menu, for the column with the cursor. The caller owns it.
+    [[nodiscard]] QMenu *columnMenu();
+
     /// Scrolls to the row that \a append puts at the end, and draws that one alone.
     void showAppended(const std::function<void()> &append);
 
@@ -55,6 +67,7 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
                                                          const QEvent *event) const override;
 
@@ -63,6 +76,9 @@ private:
     void reachFor(CursorAction action, Qt::KeyboardModifiers modifiers);
     [[nodiscard]] int cursorColumn() const;
     void arrangeColumns();
+    void sortBy(int column);
+    void showSorting();
+    void setShown(const QString &column, bool shown);
     void applyWidths();
     [[nodiscard]] QString currentWidths() const;
 
@@ -73,6 +89,13 @@ private:
     QPointer<GridRows> m_rows; // of the record set, and gone with it
     std::function<void(const QString &)> m_refused;
     bool m_following = false;
+
+    bool m_sorts = false;
+    QString m_sortedBy; // empty: in the order of the statement
+    Qt::SortOrder m_direction = Qt::AscendingOrder;
+    bool m_isSorting = false;
+    bool m_choosesColumns = false;
+    QStringList m_leftOut; // columns of setColumns() that the clerk does not want to see
 };
 
 } // namespace ui

@@ -4,6 +4,7 @@
 #include "ui/slip_grid_model.h"
 
 #include <QHeaderView>
+#include <QMenu>
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QtTest>
@@ -45,6 +46,82 @@ class TestGrid : public QObject
     Q_OBJECT
 
 private slots:
+    void sortsByAClickOnTheHeading()
+    {
+        FreshShop shop;
+        shop.run(
+            u"INSERT INTO 社員 (社員ID, 社員名, 内線番号) VALUES (1, 'リンゴ', '1'), (2, 'あんず', '2'), "
+            "(3, 'ｲﾁｺﾞ', '1'), (4, NULL, '2')"_s);
+        db::Recordset rows(shop.connection);
+        ui::Grid grid;
+        grid.letSort();
+        grid.bind(rows, {});
+        QVERIFY(rows.open({.table = u"社員"_s, .order = {u"社員ID DESC"_s}}));
+        grid.show();
+        const auto clicked = [&](const QString &column) {
+            QHeaderView *header = grid.horizontalHeader();
+            const int section = rows.columnOf(column);
+            QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                              QPoint(header->sectionViewportPosition(section) + 9, header->height() / 2));
+            QString keys;
+            for (int row = 0; row < rows.count(); ++row)
+                keys += QString::number(rows.keyAt(row));
+            return keys;
+        };
+        QCOMPARE(clicked(u"社員名"_s), u"4231"_s);
+        QCOMPARE(rows.currentKey(), 4);
+        QCOMPARE(grid.horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
+        QCOMPARE(clicked(u"社員名"_s), u"1324"_s);
+        QCOMPARE(clicked(u"社員名"_s), u"4321"_s); // as it was opened
+        QVERIFY(!grid.horizontalHeader()->isSortIndicatorShown());
+        QCOMPARE(clicked(u"内線番号"_s), u"3142"_s); // among equals too
+        // What is typed is saved first; where it cannot be, nothing moves.
+        rows.setSaver([] { return base::Error{u"x"_s}; });
+        rows.setValue(u"社員名"_s, u"別"_s);
+        QCOMPARE(clicked(u"社員名"_s), u"3142"_s);
+        QVERIFY(rows.isDirty());
+        rows.setSaver({});
+        QCOMPARE(clicked(u"社員ID"_s), u"1234"_s);
+        QCOMPARE(shop.value(u"SELECT 社員名 FROM 社員 WHERE 社員ID = 3"_s).toString(), u"別"_s);
+        QVERIFY(rows.open({.table = u"社員"_s}));
+        QVERIFY(!grid.horizontalHeader()->isSortIndicatorShown());
+    }
+
+    void showsTheColumnsThatAreChosen()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, '木村')"_s);
+        db::Recordset rows(shop.connection);
+        {
+            ui::Grid grid;
+            grid.letChooseColumns();
+            grid.setUp(shop.workspace, u"frmTest/grid"_s);
+            grid.setColumns({{u"社員ID"_s, 8}, {u"社員名"_s, 20, u"名前"_s}, {u"内線番号"_s, 8}});
+            grid.bind(rows, {});
+            QVERIFY(rows.open({.table = u"社員"_s}));
+            const auto toggle = [&](int place) {
+                const std::unique_ptr<QMenu> menu(grid.columnMenu());
+                menu->actions().constLast()->menu()->actions().at(place)->trigger();
+            };
+            grid.setColumnWidth(1, 123);
+            toggle(0);
+            toggle(2);
+            QCOMPARE(shownColumns(grid), QStringList{u"名前"_s});
+            QCOMPARE(grid.columnWidth(1), 123);
+            toggle(1); // the last one stays
+            QCOMPARE(shownColumns(grid), QStringList{u"名前"_s});
+            toggle(2);
+            grid.saveLayout(shop.workspace);
+        }
+        ui::Grid grid;
+        grid.letChooseColumns();
+        grid.setColumns({{u"社員ID"_s, 8}, {u"社員名"_s, 20, u"名前"_s}, {u"内線番号"_s, 8}});
+        grid.bind(rows, {});
+        grid.setUp(shop.workspace, u"frmTest/grid"_s);
+        QCOMPARE(shownColumns(grid), QStringList({u"名前"_s, u"内線番号"_s}));
+        QCOMPARE(grid.columnWidth(1), 123);
+    }
+
     void columnsOutliveTheStatement()
     {
         FreshShop shop;

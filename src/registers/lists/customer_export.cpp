@@ -4,6 +4,8 @@
 #include "db/transaction.h"
 #include "tables/table_writer.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <limits>
 #include <memory>
@@ -53,15 +55,14 @@ constexpr ExportColumn exportColumns[] = {
     {u"消費税区分", u"消費税区分", Number, 11},
 };
 
-constexpr int blockSize = 500; // rows
+constexpr std::size_t blockSize = 500; // rows
 
-QString exportStatement()
+QString exportStatement(const QString &which)
 {
     QStringList columns;
     for (const ExportColumn &column : exportColumns)
         columns << QString::fromUtf16(column.field) + u" AS "_s + QString::fromUtf16(column.heading);
-    return u"SELECT "_s + columns.join(u", "_s) +
-           u" FROM 納品先 WHERE 納品先ID > ? ORDER BY 納品先ID LIMIT ?"_s;
+    return u"SELECT "_s + columns.join(u", "_s) + u" FROM 納品先 WHERE "_s + which + u" ORDER BY 納品先ID"_s;
 }
 
 std::vector<base::Column> columnsOfTable()
@@ -83,7 +84,7 @@ public:
     base::Result<bool> next(QVariantList &row)
     {
         if (m_at == m_block.rows.size()) {
-            auto block = m_connection.select(m_statement, {m_lastKey, blockSize});
+            auto block = m_connection.select(m_statement, {m_lastKey, static_cast<int>(blockSize)});
             if (!block)
                 return block.error();
             m_block = std::move(*block);
@@ -98,10 +99,58 @@ public:
 
 private:
     db::Connection &m_connection;
-    const QString m_statement = exportStatement();
+    const QString m_statement = exportStatement(u"納品先ID > ?"_s) + u" LIMIT ?"_s;
     db::Rows m_block;
     std::size_t m_at = 0;
     qint64 m_lastKey = std::numeric_limits<qint64>::min();
+};
+
+// The same in the order of their keys as they are given.
+class ChosenRows
+{
+public:
+    ChosenRows(db::Connection &connection, const std::vector<qint64> &keys)
+        : m_connection(connection)
+        , m_keys(keys)
+    {}
+
+    base::Result<bool> next(QVariantList &row)
+    {
+        for (; m_at < m_keys.size(); ++m_at) {
+            if (m_at % blockSize == 0) {
+                if (const base::Status read = readBlock(); !read)
+                    return read.error();
+            }
+            const auto found = m_block.constFind(m_keys[m_at]);
+            if (found == m_block.cend())
+                continue;
+            row = *found;
+            ++m_at;
+            return true;
+        }
+        return false;
+    }
+
+private:
+    base::Status readBlock()
+    {
+        QVariantList keys;
+        for (std::size_t i = m_at; i < std::min(m_at + blockSize, m_keys.size()); ++i)
+            keys << m_keys[i];
+        const QString places = QStringList(keys.size(), u"?"_s).join(u", "_s);
+        const auto block = m_connection.select(exportStatement(u"納品先ID IN ("_s + places + u')'), keys);
+        if (!block)
+            return block.error();
+        m_block.clear();
+        for (const QVariantList &row : block->rows)
+            m_block.insert(row.front().toLongLong(), row);
+        return {};
+    }
+
+    db::Connection &m_connection;
+    const std::vector<qint64> &m_keys;
+    QHash<qint64, QVariantList> m_block;
+    std::size_t m_at = 0;
 };
 
 base::Result<qint64> customerCount(db::Connection &connection)
@@ -131,6 +180,24 @@ base::Status exportCustomers(db::Connection &connection, const QString &fileName
     return tables::writeTable(
         fileName, {columnsOfTable(), *count, [&rows](QVariantList &row) { return rows.next(row); }},
         progress);
+}
+
+base::Status checkCustomerExport(std::size_t customers, const QString &fileName)
+{
+    return tables::checkTarget(fileName, static_cast<qint64>(customers));
+}
+
+base::Status exportCustomers(db::Connection &connection, const std::vector<qint64> &keys,
+                             const QString &fileName, const base::Progress &progress)
+{
+    db::ReadTransaction oneMoment(connection);
+    if (const base::Status begun = oneMoment.begin(); !begun)
+        return begun;
+    ChosenRows rows(connection, keys);
+    return tables::writeTable(fileName,
+                              {columnsOfTable(), static_cast<qint64>(keys.size()),
+                               [&rows](QVariantList &row) { return rows.next(row); }},
+                              progress);
 }
 
 } // namespace registers

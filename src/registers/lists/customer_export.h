@@ -2,6 +2,8 @@
 
 #include "base/progress.h"
 
+#include <vector>
+
 namespace db
 {
 class Connection;
@@ -17,5 +19,10 @@ base::Status checkCustomerExport(db::Connection &connection, const QString &file
 /// moment. Reads them in blocks; a file of that name is replaced when the new one is complete.
 base::Status exportCustomers(db::Connection &connection, const QString &fileName,
                              const base::Progress &progress);
+
+/// The same of the customers \a keys (納品先ID) alone, in that order; those that are gone are left out.
+base::Status checkCustomerExport(std::size_t customers, const QString &fileName);
+base::Status exportCustomers(db::Connection &connection, const std::vector<qint64> &keys,
+                             const QString &fileName, const base::Progress &progress);
 
 } // namespace registers

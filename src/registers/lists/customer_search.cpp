@@ -3,10 +3,14 @@
 #include "db/condition.h"
 #include "db/connection.h"
 #include "db/recordset.h"
+#include "registers/counterpart.h"
+#include "registers/customer.h"
 #include "text/dates.h"
 #include "text/like.h"
 #include "text/numbers.h"
 #include "text/width.h"
+
+#include <QRegularExpression>
 
 #include <array>
 
@@ -92,11 +96,41 @@ bool isInOwnOrder(const CustomerQuery &query)
     return query.order < 0 || query.order == static_cast<int>(orders.size()) - 1;
 }
 
+QString foldedName(const QString &name) { return QString::fromStdU16String(text::folded(name)).remove(u' '); }
+
+std::optional<double> numberNamed(const QStringList &names, const QString &typed)
+{
+    for (int number = 0; number < names.size(); ++number) {
+        if (foldedName(names.at(number)) == foldedName(typed))
+            return number;
+    }
+    return std::nullopt;
+}
+
+QStringList namesOfNumbers(const QString &column)
+{
+    if (column == u"消費税区分"_s)
+        return taxClassNames();
+    if (column == u"締め日"_s)
+        return closingDayNames();
+    return column == u"元帳出力"_s ? QStringList{u"しない"_s, u"する"_s} : QStringList();
+}
+
 db::Condition numberCondition(const QString &column, const QString &typed)
 {
+    auto number = text::parseNumber(typed);
+    if (!number)
+        number = numberNamed(namesOfNumbers(column), typed);
     // NULL, which equals nothing, where no number was typed.
-    const auto number = text::parseNumber(typed);
     return {column + u" = ?"_s, {number ? QVariant(*number) : QVariant()}};
+}
+
+// A category by its number or by its whole name.
+db::Condition categoryCondition(const QString &typed)
+{
+    return text::parseNumber(typed)
+               ? numberCondition(u"納品先.区分ID"_s, typed)
+               : db::Condition{u"登録区分.区分名 LIKE ? ESCAPE '\\'"_s, {text::literalPattern(typed)}};
 }
 
 // LIKE here too: a name typed in full width is exactly the one that is stored in half width.
@@ -127,23 +161,63 @@ db::Condition dateCondition(const QString &column, const QString &typed, bool ex
     return {shown + u" IN (?, ?)"_s, {form(u"yyyy/MM/dd"_s), form(u"yyyy/M/d"_s)}};
 }
 
-db::Condition conditionOf(const CustomerQuery &query, const Item &item)
+// The days that \a typed is: one, or those of a month ("2026/4") or of a year.
+std::optional<std::pair<QDate, QDate>> daysOf(const QString &typed)
+{
+    static const QRegularExpression part(uR"(\A([0-9]{4})(?:[/.-]([0-9]{1,2}))?\z)"_s);
+    const QString plain = text::toHalfWidthAscii(typed).trimmed();
+    if (const auto day = text::parseDate(plain))
+        return std::pair(*day, *day);
+    const auto match = part.match(plain);
+    const bool isYear = match.hasMatch() && match.captured(2).isEmpty();
+    const QDate first(match.captured(1).toInt(), isYear ? 1 : match.captured(2).toInt(), 1);
+    if (!match.hasMatch() || !first.isValid())
+        return std::nullopt;
+    return std::pair(first, (isYear ? first.addYears(1) : first.addMonths(1)).addDays(-1));
+}
+
+db::Condition daysCondition(const QString &column, const CustomerTerm &term)
+{
+    const auto first = daysOf(term.condition);
+    const auto last = daysOf(term.until);
+    const auto bound = [](const auto &days, bool isEnd) {
+        return days ? QVariant(text::stored(isEnd ? days->second : days->first)) : QVariant();
+    };
+    db::Condition condition;
+    if (!term.condition.isEmpty())
+        condition &= {column + u" >= ?"_s, {bound(first, false)}};
+    condition &= {column + u" <= ?"_s, {bound(last, true)}};
+    return condition;
+}
+
+db::Condition conditionOf(const CustomerTerm &term, const Item &item, bool isInOwnOrder)
 {
     const QString column = QString::fromUtf16(item.column);
     switch (item.comparison) {
     case Comparison::Number:
-        return numberCondition(column, query.condition);
+        return &item == &items[categoryItem] ? categoryCondition(term.condition)
+                                             : numberCondition(column, term.condition);
     case Comparison::Date:
-        return dateCondition(column, query.condition, query.exact);
+        return term.until.isEmpty() ? dateCondition(column, term.condition, term.exact)
+                                    : daysCondition(column, term);
     case Comparison::Text:
-        if (query.exact)
-            return exactTextCondition(column, query.condition);
-        return textCondition(column, query.condition,
-                             item.partial == PartialMatch::Anywhere || !isInOwnOrder(query));
+        if (term.exact)
+            return exactTextCondition(column, term.condition);
+        return textCondition(column, term.condition, item.partial == PartialMatch::Anywhere || !isInOwnOrder);
     case Comparison::None:
         break;
     }
     return {};
+}
+
+std::optional<QueryLack> lackOfTerm(const CustomerTerm &term)
+{
+    const Item *item = itemAt(term.item);
+    if (!item)
+        return QueryLack::Item;
+    if (item->comparison != Comparison::None && term.condition.isEmpty() && term.until.isEmpty())
+        return QueryLack::Condition;
+    return std::nullopt;
 }
 
 template <class Row, std::size_t count>
@@ -167,13 +241,38 @@ QString customerSearchHint(int item)
     return found ? QString::fromUtf16(found->hint) : QString();
 }
 
+bool isSearchedByDays(int item)
+{
+    // 誕生日 is whatever was typed.
+    const Item *found = itemAt(item);
+    return found && found->comparison == Comparison::Date && QStringView(found->column) != u"誕生日";
+}
+
+std::vector<masters::Entry> customerSearchNames(int item, const std::vector<masters::Entry> &categories)
+{
+    const Item *found = itemAt(item);
+    if (item == categoryItem)
+        return categories;
+    std::vector<masters::Entry> entries;
+    for (const QString &name : found ? namesOfNumbers(QString::fromUtf16(found->column)) : QStringList())
+        entries.push_back({static_cast<qint64>(entries.size()), name});
+    return entries;
+}
+
+std::optional<QueryLack> lackOfFurther(const CustomerTerm &term)
+{
+    const bool isNone = term.item < 0 && term.condition.isEmpty() && term.until.isEmpty();
+    return isNone ? std::nullopt : lackOfTerm(term);
+}
+
 std::optional<QueryLack> lackOf(const CustomerQuery &query)
 {
-    const Item *item = itemAt(query.item);
-    if (!item)
-        return QueryLack::Item;
-    if (item->comparison != Comparison::None && query.condition.isEmpty())
-        return QueryLack::Condition;
+    if (const auto lack = lackOfTerm(query.first()))
+        return lack;
+    for (const CustomerTerm &term : query.further) {
+        if (const auto lack = lackOfFurther(term))
+            return lack;
+    }
     return std::nullopt;
 }
 
@@ -182,7 +281,11 @@ base::Status openCustomersFound(db::Recordset &customers, const CustomerQuery &q
     const Item *item = itemAt(query.item);
     if (!item)
         return customers.open({.table = u"納品先"_s, .where = u"0"_s});
-    const db::Condition condition = conditionOf(query, *item);
+    db::Condition condition = conditionOf(query.first(), *item, isInOwnOrder(query));
+    for (const CustomerTerm &term : query.further) {
+        if (const Item *further = itemAt(term.item); further && further->comparison != Comparison::None)
+            condition &= conditionOf(term, *further, false);
+    }
     const QString join = u"納品先.区分ID = 登録区分.区分ID"_s;
     return customers.open(
         {.columns = u"納品先.*"_s,

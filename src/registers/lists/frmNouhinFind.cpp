@@ -3,9 +3,12 @@
 #include "registers/counterpart.h"
 #include "registers/customer.h"
 #include "registers/lists/DialogMeibo.h"
+#include "registers/lists/chosen_customers.h"
+#include "registers/lists/customer_export.h"
 #include "registers/lists/customer_search.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
+#include "ui/table_export.h"
 #include "ui_frmNouhinFind.h"
 #include "workspace/workspace.h"
 
@@ -63,7 +66,11 @@ frmNouhinFind::frmNouhinFind(workspace::Workspace &workspace, QWidget *parent)
     setUpList();
     connect(m_ui->searchBar, &CustomerSearchBar::searchStarted, this, &frmNouhinFind::search);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmNouhinFind::save);
-    connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmNouhinFind::removeRow);
+    connect(m_ui->cmdDelete, &QPushButton::clicked, this, [this] {
+        selectShownRow(*m_ui->DataGrid1, rows());
+        removeRow();
+    });
+    connect(m_ui->cmdExport, &QPushButton::clicked, this, &frmNouhinFind::exportFound);
     connect(m_ui->Command1, &QPushButton::clicked, this, &frmNouhinFind::printRoster);
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, m_ui->searchBar,
             &CustomerSearchBar::focusCondition);
@@ -82,6 +89,9 @@ frmNouhinFind::~frmNouhinFind()
 
 void frmNouhinFind::setUpList()
 {
+    m_ui->DataGrid1->letSort();
+    m_ui->DataGrid1->letChooseColumns();
+    m_ui->DataGrid1->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_ui->DataGrid1->setColumns(listColumns);
     m_ui->DataGrid1->setNames(u"締め日"_s, numbered(closingDayNames()));
     m_ui->DataGrid1->setNames(u"消費税区分"_s, numbered(taxClassNames()));
@@ -127,12 +137,25 @@ void frmNouhinFind::search()
 void frmNouhinFind::printRoster()
 {
     // What is typed is to be on paper.
-    if (!leaveRow() || !tell(rows().readAll()))
+    if (!leaveRow())
         return;
-    std::vector<qint64> keys;
-    for (int row = 0; row < rows().count(); ++row)
-        keys.push_back(rows().keyAt(row));
-    DialogMeibo(workspace(), std::move(keys), this).exec();
+    auto chosen = askWhichCustomers(this, *m_ui->DataGrid1, rows(), u"印刷し"_s, false);
+    if (chosen)
+        DialogMeibo(workspace(), std::move(chosen->keys), this).exec();
+}
+
+void frmNouhinFind::exportFound()
+{
+    if (!leaveRow())
+        return;
+    const auto chosen = askWhichCustomers(this, *m_ui->DataGrid1, rows(), u"書き出し"_s, false);
+    if (!chosen)
+        return;
+    ui::exportTable(
+        this, {[&](const QString &fileName) { return checkCustomerExport(chosen->keys.size(), fileName); },
+               [&](const QString &fileName, const base::Progress &progress) {
+                   return exportCustomers(workspace().connection, chosen->keys, fileName, progress);
+               }});
 }
 
 // --- The customer ---
@@ -166,8 +189,8 @@ void frmNouhinFind::focusColumn(const QString &column) { m_ui->panel->focusColum
 std::vector<RegisterScreen::State> frmNouhinFind::states() const
 {
     std::vector<State> states;
-    for (QWidget *control :
-         std::initializer_list<QWidget *>{m_ui->panel, m_ui->Command3, m_ui->cmdDelete, m_ui->Command1})
+    for (QWidget *control : std::initializer_list<QWidget *>{m_ui->panel, m_ui->Command3, m_ui->cmdDelete,
+                                                             m_ui->Command1, m_ui->cmdExport})
         states.push_back({control, false, true, true});
     return states;
 }

@@ -37,6 +37,7 @@ private:
     void setUpList();
     void search();
     void printRoster();
+    void exportFound();
 
     /// Reads the categories anew. Without any, that is told. \return whether there are any
     bool categoriesReady();

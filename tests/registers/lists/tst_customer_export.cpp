@@ -138,6 +138,45 @@ private slots:
         r.press("cmdCancel");
     }
 
+    void writesWhatASearchFound()
+    {
+        Register r;
+        r.shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー) VALUES (8, '鈴木', '鈴木')"_s);
+        r.type("txtKey1", u"鈴木"_s);
+        r.press("cmdFind");
+        const auto answer = [&](ui::prompts::Choice choice) {
+            ui::prompts::expectAskHowToLeave(u"一覧に出ている納品先 1 件だけを書き出しますか？"_s, choice,
+                                             ui::prompts::Choice::Save);
+        };
+        answer(ui::prompts::Choice::Save);
+        r.exportTo(u"found.csv"_s);
+        QCOMPARE(records(r.shop.path(u"found.csv"_s)).size(), 2);
+        answer(ui::prompts::Choice::Discard);
+        r.exportTo(u"all.csv"_s);
+        QCOMPARE(records(r.shop.path(u"all.csv"_s)).size(), 3);
+        r.press("Command6"); // no part any more
+        r.exportTo(u"again.csv"_s);
+        QCOMPARE(records(r.shop.path(u"again.csv"_s)).size(), 3);
+        ui::desktop::takeOpened();
+    }
+
+    void writesChosenOnesInTheirOrder()
+    {
+        FreshShop shop;
+        shop.run(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 1300) "
+                 "INSERT INTO 納品先 (納品先ID, 納品先名1) SELECT i, 'n' || i FROM n"_s);
+        std::vector<qint64> keys;
+        for (qint64 key = 1300; key > 0; --key)
+            keys.push_back(key);
+        shop.run(u"DELETE FROM 納品先 WHERE 納品先ID IN (800, 1)"_s); // meanwhile
+        const QString file = shop.path(u"chosen.csv"_s);
+        QVERIFY(registers::exportCustomers(shop.connection, keys, file, base::unwatched));
+        const QStringList lines = records(file);
+        QCOMPARE(lines.size(), 1299);
+        QVERIFY(lines[1].startsWith(u"1300||"_s) && lines[500].startsWith(u"801||"_s));
+        QVERIFY(lines[501].startsWith(u"799||"_s) && lines[1298].startsWith(u"2||"_s));
+    }
+
     void refusesAnotherFileBeforeItAsks()
     {
         Register r;

@@ -75,7 +75,8 @@ private slots:
         row(u"すべて選択", u"", "1 2 3", "1 2 3");
         row(u"納品先区分", u"1", "2 3", "2 3");
         row(u"納品先区分", u"２", "1", "1");
-        row(u"納品先区分", u"得意先", "", "");
+        row(u"納品先区分", u"得意先", "2 3", "2 3");
+        row(u"納品先区分", u"得意", "", "");
         row(u"納品先区分", u"9", "", "");
         row(u"納品先名", u"山田", "1", "");
         row(u"納品先名", u"山田 B12", "1", "1");
@@ -112,7 +113,12 @@ private slots:
         row(u"メモ", u"\\%", "", "");
         row(u"誕生日", u"1970_5", "", "");
         row(u"消費税区分", u"0", "2 3", "2 3");
-        row(u"消費税区分", u"内税", "", "");
+        row(u"消費税区分", u"内税", "1", "1");
+        row(u"消費税区分", u"外税(納品時)", "2 3", "2 3");
+        row(u"締め日", u"末日", "1", "1");
+        row(u"締め日", u"20日", "2", "2");
+        row(u"締め日", u"月", "", "");
+        row(u"元帳出力", u"する", "1 3", "1 3");
         row(u"締め日", u"20", "2", "2");
         row(u"締め日", u"0", "1", "1");
         row(u"元帳出力", u"1", "1 3", "1 3");
@@ -132,6 +138,51 @@ private slots:
         QTEST(found(query), "partial");
         query.exact = true;
         QTEST(found(query), "exact");
+    }
+
+    void findsByDays_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("until");
+        QTest::addColumn<QString>("keys");
+        QTest::newRow("days") << u"2025/12/31"_s << u"2026-1-4"_s << u"2 1"_s;
+        QTest::newRow("a day before the first") << u"2026/1/1"_s << u"２０２６/１/４"_s << u"1"_s;
+        QTest::newRow("months") << u"2026/1"_s << u"2026/4"_s << u"1 3"_s;
+        QTest::newRow("to the end of a month") << u"2025"_s << u"2025/12"_s << u"2"_s;
+        QTest::newRow("a year") << u"2026"_s << u"2026"_s << u"1 3"_s;
+        QTest::newRow("without a first day") << u""_s << u"2026/1/4"_s << u"2 1"_s;
+        QTest::newRow("the wrong way round") << u"2026/4"_s << u"2026/1"_s << u""_s;
+        QTest::newRow("no day") << u"2026/1/1"_s << u"2026/2/30"_s << u""_s;
+        QTest::newRow("no first day") << u"きのう"_s << u"2026/4/1"_s << u""_s;
+    }
+    void findsByDays()
+    {
+        QFETCH(QString, from);
+        QFETCH(QString, until);
+        CustomerQuery query{itemNamed(u"登録日"_s), from};
+        query.until = until;
+        QTEST(found(query), "keys");
+    }
+
+    void findsWhatMeetsAllConditions()
+    {
+        const auto term = [](const QString &item, const QString &condition, bool exact = false) {
+            return registers::CustomerTerm{itemNamed(item), condition, exact, {}};
+        };
+        CustomerQuery query{itemNamed(u"住所1"_s), u"東京"_s};
+        query.further = {term(u"納品先区分"_s, u"得意先"_s), {}};
+        QCOMPARE(found(query), u"2"_s);
+        query.further = {term(u"元帳出力"_s, u"する"_s), term(u"TEL1"_s, u"03-1"_s, true)};
+        QCOMPARE(found(query), u"1"_s);
+        query.further = {term(u"コード"_s, u"12"_s)}; // the prefix is the first condition's alone
+        QCOMPARE(found(query), u"2 1"_s);
+        CustomerQuery every{registers::everyCustomerItem};
+        every.further = {term(u"消費税区分"_s, u"外税（納品時）"_s), term(u"登録日"_s, u"2026"_s)};
+        QCOMPARE(found(every), u"3"_s);
+        every.further = {{-1, u"x"_s}};
+        QCOMPARE(registers::lackOf(every), registers::QueryLack::Item);
+        every.further = {{itemNamed(u"TEL1"_s)}};
+        QCOMPARE(registers::lackOf(every), registers::QueryLack::Condition);
     }
 
     void orders_data()

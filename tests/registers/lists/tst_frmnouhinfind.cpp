@@ -3,6 +3,7 @@
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
+#include "ui/desktop.h"
 #include "ui/file_dialogs.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
@@ -12,6 +13,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
@@ -127,6 +129,72 @@ private slots:
         QCOMPARE(s.box("txtName").text(), name);
         s.goTo(1);
         QCOMPARE(s.shop.value(u"SELECT COUNT(*) FROM 納品先 WHERE 納品先名1 = '別人'"_s).toInt(), 0);
+    }
+
+    void narrowsByFurtherConditionsAndNames()
+    {
+        Search s;
+        s.choose("Combo1", s.list("Combo1").findText(u"納品先区分"_s));
+        s.choose("comboNames", u"得意先"_s);
+        QCOMPARE(s.box("txtKey").text(), u"1"_s);
+        s.press("Command2");
+        QCOMPARE(s.listed(), u"1 3"_s);
+        QVERIFY(!s.list("comboItem2").isVisible());
+        s.press("cmdMore");
+        QCOMPARE(s.cursor(), u"comboItem2"_s);
+        s.choose("comboItem2", s.list("comboItem2").findText(u"更新日"_s));
+        QVERIFY(s.box("txtUntil2").isVisible());
+        s.choose("comboItem3", s.list("comboItem3").findText(u"住所1"_s));
+        ui::prompts::expectInform(ui::messages::searchEmpty());
+        s.press("Command2");
+        QCOMPARE(s.cursor(), u"txtKey2"_s);
+        s.type("txtKey2", u"2026/1"_s);
+        s.type("txtUntil2", u"2026/2"_s);
+        s.type("txtKey3", u"千代田"_s);
+        s.leave("txtKey3"); // Enter searches
+        QCOMPARE(s.listed(), u"3"_s);
+        // Conditions that are no longer seen do not narrow.
+        s.press("cmdMore");
+        s.press("Command2");
+        QCOMPARE(s.listed(), u"1 3"_s);
+    }
+
+    void writesWhatIsFoundOrSelected()
+    {
+        ui::desktop::beginScript();
+        Search s;
+        s.findAll();
+        const auto written = [&](const QString &name) {
+            QFile file(s.shop.path(name));
+            QStringList ids;
+            if (file.open(QIODevice::ReadOnly)) {
+                const QStringList lines =
+                    QString::fromUtf8(file.readAll()).split(u"\r\n"_s, Qt::SkipEmptyParts);
+                for (const QString &line : lines.mid(1))
+                    ids << line.section(u',', 0, 0).remove(u'"');
+            }
+            return ids.join(u' ');
+        };
+        ui::file_dialogs::expectFile(s.shop.path(u"all.csv"_s));
+        s.press("cmdExport");
+        QCOMPARE(written(u"all.csv"_s), s.listed());
+        s.goTo(0);
+        s.grid().setFocus();
+        QTest::keyClick(&s.grid(), Qt::Key_Down, Qt::ShiftModifier);
+        const QString question = u"選んだ納品先 2 件だけを書き出しますか？"_s;
+        ui::prompts::expectAskHowToLeave(question, ui::prompts::Choice::Cancel, ui::prompts::Choice::Save);
+        s.press("cmdExport");
+        ui::prompts::expectAskHowToLeave(question, ui::prompts::Choice::Save, ui::prompts::Choice::Save);
+        ui::file_dialogs::expectFile(s.shop.path(u"two.csv"_s));
+        s.press("cmdExport");
+        QCOMPARE(written(u"two.csv"_s), u"1 2"_s);
+        ui::desktop::takeOpened();
+        // Of what is selected only the customer in the boxes is deleted.
+        const QString shown = s.box("txtID").text();
+        ui::prompts::expectAskCautiously({}, true);
+        s.press("cmdDelete");
+        QCOMPARE(s.shop.value(u"SELECT COUNT(*) FROM 納品先"_s).toInt(), 3);
+        QVERIFY(s.stored(u"納品先ID"_s, shown.toInt()).isEmpty());
     }
 
     void opensEmpty()
@@ -300,9 +368,9 @@ private slots:
             QTest::keyClick(s.screen.focusWidget(), Qt::Key_Tab);
         } while (order.size() < 50 && !s.list("Combo1").hasFocus());
         const QString path = order.join(u' ');
-        QVERIFY2(path.startsWith(u"Combo1 Check1 Combo2 Command2 DataGrid1 txtCode txtName "_s),
+        QVERIFY2(path.startsWith(u"Combo1 Check1 Combo2 Command2 cmdMore DataGrid1 txtCode txtName "_s),
                  qPrintable(path));
-        QVERIFY2(path.endsWith(u" txtMemo Command3 cmdDelete Command1"_s), qPrintable(path));
+        QVERIFY2(path.endsWith(u" txtMemo Command3 cmdDelete cmdExport Command1"_s), qPrintable(path));
     }
 
     void printsTheRoster()
