@@ -1,8 +1,7 @@
 #include "db/recordset.h"
 
+#include "db/no_waiting.h"
 #include "text/format_value.h"
-
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <utility>
@@ -21,26 +20,6 @@ constexpr int beforeReadingOn = 20;
 // A file that cannot be read now, as it is locked perhaps, is tried again; milliseconds.
 constexpr int firstPause = 50;
 constexpr int longestPause = 2000;
-
-// While one lives, a locked file is told at once: nobody waits for what is read in the background.
-class NoWaiting
-{
-public:
-    explicit NoWaiting(Connection &connection)
-        : m_handle(connection.handle())
-    {
-        if (const auto timeout = connection.integers(u"PRAGMA busy_timeout"_s); timeout && !timeout->empty())
-            m_timeout = static_cast<int>(timeout->front());
-        sqlite3_busy_timeout(m_handle, 0);
-    }
-    ~NoWaiting() { sqlite3_busy_timeout(m_handle, m_timeout); }
-    NoWaiting(const NoWaiting &) = delete;
-    NoWaiting &operator=(const NoWaiting &) = delete;
-
-private:
-    sqlite3 *m_handle;
-    int m_timeout = 5000; // milliseconds
-};
 
 QMetaType::Type typeOf(const QString &declared)
 {

@@ -57,8 +57,10 @@ frmNouhin::frmNouhin(workspace::Workspace &workspace, QWidget *parent)
     m_ui->panel->bind(workspace.connection, rows());
     m_ui->panel->connectPostalCodes(workspace);
     m_ui->importPanel->bind(workspace);
+    m_ui->glance->bind(workspace.connection);
     setUpList();
     connectButtons();
+    connectGlance();
     if (workspace.settings.integer(workspace::keys::nouhinWindowState) == Maximised)
         setWindowState(Qt::WindowMaximized);
     setUp();
@@ -99,6 +101,39 @@ void frmNouhin::connectButtons()
         m_ui->txtKey1->setFocus(Qt::ShortcutFocusReason);
         m_ui->txtKey1->selectAll();
     });
+}
+
+// --- What the customer leads to ---
+
+void frmNouhin::setOpeners(const CustomerOpeners &openers) { m_ui->glance->setOpeners(openers); }
+
+void frmNouhin::connectGlance()
+{
+    connect(&rows(), &db::Recordset::currentRowChanged, m_ui->glance,
+            [this](int row) { m_ui->glance->showCustomer(row < 0 ? 0 : rows().currentKey()); });
+    const struct
+    {
+        Qt::Key key;
+        void (CustomerGlancePanel::*wanted)();
+        void (CustomerGlancePanel::*open)(QWidget *);
+    } ways[] = {
+        {Qt::Key_F6, &CustomerGlancePanel::slipWanted, &CustomerGlancePanel::openSlip},
+        {Qt::Key_F7, &CustomerGlancePanel::ledgerWanted, &CustomerGlancePanel::openLedger},
+        {Qt::Key_F8, &CustomerGlancePanel::saleWanted, &CustomerGlancePanel::openSale},
+    };
+    for (const auto &way : ways) {
+        connect(m_ui->glance, way.wanted, this, [this, way] { leadTo(way.open); });
+        connect(new QShortcut(way.key, this), &QShortcut::activated, this, [this, way] { leadTo(way.open); });
+    }
+}
+
+// What was typed is saved first: the other screen shows the customer too.
+void frmNouhin::leadTo(void (CustomerGlancePanel::*way)(QWidget *))
+{
+    if (!m_ui->glance->isEnabled() || !m_ui->glance->isVisible() || !leaveRow())
+        return;
+    (m_ui->glance->*way)(this);
+    rows().refresh();
 }
 
 // --- Opening and closing ---
@@ -304,7 +339,7 @@ std::vector<RegisterScreen::State> frmNouhin::states() const
         {m_ui->cmdCancel, false, false, true},     {m_ui->cmdUndo, false, true, false},
         {m_ui->cmdDelete, false, true, false},     {m_ui->Command7, true, true, false},
         {m_ui->Command1, true, true, false},       {m_ui->Command2, true, true, false},
-        {m_ui->cmdDuplicates, false, true, false},
+        {m_ui->cmdDuplicates, false, true, false}, {m_ui->glance, false, true, false},
     };
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "registers/glance/CustomerGlancePanel.h"
 #include "registers/register_screen.h"
 
 #include <memory>
@@ -23,6 +24,9 @@ public:
 
     /// Shows the customer \a id alone. To be called before the screen is shown.
     void openCustomer(qint64 id);
+
+    /// What its customers lead to. To be called before the screen is shown.
+    void setOpeners(const CustomerOpeners &openers);
 
     /// 納品先ID of the customer saved last on this screen; nothing when none was saved.
     [[nodiscard]] std::optional<qint64> savedCustomer() const { return savedKey(); }
@@ -53,6 +57,8 @@ private:
     void exportAll();
     void removeShown();
     void mergeDuplicates();
+    void connectGlance();
+    void leadTo(void (CustomerGlancePanel::*way)(QWidget *));
 
     void importFile();
     void pasteTable();

@@ -60,7 +60,11 @@ void Grid::setUp(const workspace::Workspace &workspace, const QString &name)
     if (m_choosesColumns)
         m_leftOut = workspace.settings.layout(name + u"/hidden"_s).split(u' ', Qt::SkipEmptyParts);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + spacingOf(workspace.panel.gridSpacing));
-    arrangeColumns();
+    // Widths that a screen gave its columns stay where nothing else is remembered.
+    if (m_leftOut.isEmpty())
+        applyWidths();
+    else
+        arrangeColumns();
 }
 
 void Grid::saveLayout(workspace::Workspace &workspace) const

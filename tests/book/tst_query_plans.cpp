@@ -1,5 +1,6 @@
 #include "book/movement_sums.h"
 #include "book/movements.h"
+#include "book/recent_slips.h"
 #include "book/slip_counts.h"
 #include "book/slip_move.h"
 #include "book/slip_store.h"
@@ -115,6 +116,15 @@ private slots:
         QTest::newRow("whether a customer has slips") << Reading([customers](db::Connection &connection) {
             return bool(book::countSlips(connection, {.kinds = customers, .counterpart = 7}));
         }) << QStringList{byCounterpart()};
+        QTest::newRow("a customer's newest slips") << Reading([](db::Connection &connection) {
+            return bool(book::recentSlips(connection, book::Party::Customer, 7, 8));
+        }) << QStringList{byCounterpart()};
+        QTest::newRow("what a customer buys as a rule") << Reading([](db::Connection &connection) {
+            return bool(book::usualGoods(connection, book::sale, 7, 40, 6));
+        }) << QStringList{byCounterpart()};
+        QTest::newRow("a customer's oldest day") << Reading([](db::Connection &connection) {
+            return bool(book::oldestDay(connection, book::Party::Customer, 7));
+        }) << QStringList{byCounterpart()};
         QTest::newRow("a customer's open slips") << Reading([](db::Connection &connection) {
             return bool(book::openSlipsOf(connection, book::Party::Customer, 7));
         }) << QStringList{byCounterpart()};
@@ -137,6 +147,11 @@ private slots:
         QCOMPARE(waysInto(u"入出庫マスター"_s, own, shop.connection), ways);
         const QStringList ofLines = waysInto(u"入出庫サブ"_s, own, shop.connection);
         QVERIFY2(ofLines.isEmpty() || ofLines == QStringList{linesOfSlip}, qPrintable(ofLines.join(u'\n')));
+        // In the order of an index: the newest of a hundred thousand are found without sorting them.
+        const QStringList sorted =
+            waysInto(u"TEMP"_s, own, shop.connection) + waysInto(u"B-TREE"_s, own, shop.connection);
+        const bool isNewest = QByteArray(QTest::currentDataTag()).contains("est ");
+        QVERIFY2(!isNewest || sorted.isEmpty(), qPrintable(sorted.join(u'\n')));
     }
 
     // The whole book is read in slices of days.

@@ -31,7 +31,7 @@ void onNextScreen(const std::function<void(QDialog &)> &work)
     auto *timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, work] {
         auto *screen = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (!screen)
+        if (!screen || !screen->isActiveWindow()) // it takes no keys yet
             return;
         timer->stop();
         timer->deleteLater();
@@ -324,7 +324,7 @@ private slots:
             order.join(u' '),
             u"txtKey1 cmdFind cmdNext Command6 DataGrid1 txtCode txtName txtName2 txtFurigana dbcKubun "
             "txtTantou txtZip txtAddress txtAddress2 txtTel txtFax txtKeitai txtMail cmdBill Combo1 Check1 "
-            "txtBarth txtMemo cmdAdd cmdNewDate cmdDuplicates Command7 Command1 Command2 cmdDelete"_s);
+            "txtBarth txtMemo cmdAdd cmdNewDate cmdDuplicates Command7 Command1 Command2 cmdDelete gridGlance"_s);
     }
 
     void takeLink(const QUrl &link) { m_links << link.toString(); }

@@ -17,9 +17,12 @@
 #include "slips/entry/frmMitsumori.h"
 #include "slips/entry/frmOut.h"
 #include "slips/entry/money_slips.h"
+#include "ui/prompts.h"
 #include "workspace/workspace.h"
 
 #include <QGuiApplication>
+
+using namespace Qt::StringLiterals;
 
 namespace app
 {
@@ -44,6 +47,41 @@ Opener correction(const book::SlipKind &kind)
     return [kind](QWidget *parent, workspace::Workspace &workspace) {
         slips::openCorrection(workspace, parent, kind);
     };
+}
+
+// A slip needs a person in charge, whom the main window's own way to it asks for.
+void sell(QWidget *parent, workspace::Workspace &workspace, qint64 customer)
+{
+    if (workspace.panel.employeeId == 0) {
+        ui::prompts::inform(
+            parent,
+            u"担当の社員が選ばれていません。\nメイン画面で社員を選んでから、納品書を入力してください。"_s);
+        return;
+    }
+    slips::frmOut screen(workspace, parent);
+    screen.beginFor(customer);
+    screen.exec();
+}
+
+void showLedger(QWidget *parent, workspace::Workspace &workspace, qint64 customer)
+{
+    reports::frmOutMoto screen(workspace, parent);
+    screen.openLedger({customer}, workspace.today());
+    screen.exec();
+}
+
+void openCustomers(QWidget *parent, workspace::Workspace &workspace)
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    registers::frmNouhin screen(workspace, parent);
+    QGuiApplication::restoreOverrideCursor();
+    screen.setOpeners({
+        .slip = [&workspace](QWidget *over, const book::SlipKind &kind,
+                             qint64 slip) { slips::openCorrection(workspace, over, kind, slip); },
+        .ledger = [&workspace](QWidget *over, qint64 customer) { showLedger(over, workspace, customer); },
+        .sale = [&workspace](QWidget *over, qint64 customer) { sell(over, workspace, customer); },
+    });
+    screen.exec();
 }
 
 } // namespace
@@ -75,7 +113,7 @@ Openers screenOpeners()
         {Action::PaymentCorrection, correction(book::payment)},
         {Action::PayableCorrection, correction(book::payableCarried)},
         {Action::StocktakeCorrection, correction(book::stocktake)},
-        {Action::Customers, screen<registers::frmNouhin>()},
+        {Action::Customers, openCustomers},
         {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
         {Action::SupplementaryRoster, screen<registers::frmNouhinSub>()},
         {Action::Suppliers, screen<registers::frmSiire>()},

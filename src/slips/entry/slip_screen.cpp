@@ -98,6 +98,12 @@ void SlipScreen::editNewCounterpart()
         goOnWithHeader();
 }
 
+void SlipScreen::beginFor(qint64 counterpart)
+{
+    if (tell(book::openCounterpart(m_found, m_description.search, counterpart)))
+        goOnWithHeader();
+}
+
 void SlipScreen::goOnWithHeader()
 {
     if (m_controls.number->isReadOnly())

@@ -40,6 +40,9 @@ public:
     /// nothing.
     void setCounterpartEditor(CounterpartEditor editor) { m_counterpartEditor = std::move(editor); }
 
+    /// Chooses \a counterpart for the slip that the screen begins with. To be called before it is shown.
+    void beginFor(qint64 counterpart);
+
 protected:
     SlipScreen(workspace::Workspace &workspace, QWidget *parent, SlipDescription description);
 

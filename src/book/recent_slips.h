@@ -1,0 +1,46 @@
+#pragma once
+
+#include "book/slip_kind.h"
+#include "db/connection.h"
+
+#include <QDate>
+
+#include <optional>
+#include <vector>
+
+// What a counterpart had of late. A book of a million slips answers from the few that are asked for.
+namespace book
+{
+
+struct RecentSlip
+{
+    qint64 id = 0;
+    SlipKind kind = sale;
+    QString date; // yyyy-MM-dd; empty where the slip has none that is a day
+    QString number;
+    double amount = 0; // yen, its tax included; not a number where a line has none
+};
+
+/// The newest \a most slips of \a counterpart, whatever their kinds, the newest first.
+base::Result<std::vector<RecentSlip>> recentSlips(db::Connection &connection, Party party, qint64 counterpart,
+                                                  int most);
+
+/// Goods that come again and again.
+struct UsualGoods
+{
+    QString product;
+    QString specification;
+    int times = 0;               // slips that have it
+    QString lastDate;            // yyyy-MM-dd
+    std::optional<double> price; // of the last time
+};
+
+/// What the newest \a slips slips of \a kind have most often, at most \a most goods; of those that are alike
+/// the one that came last.
+base::Result<std::vector<UsualGoods>> usualGoods(db::Connection &connection, const SlipKind &kind,
+                                                 qint64 counterpart, int slips, int most);
+
+/// The day of the oldest slip of \a counterpart that enters its balance; an invalid one when there is none.
+base::Result<QDate> oldestDay(db::Connection &connection, Party party, qint64 counterpart);
+
+} // namespace book
