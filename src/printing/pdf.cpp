@@ -32,10 +32,8 @@ base::Status writeWhole(const QString &fileName, const QByteArray &content)
 
 } // namespace
 
-base::Status writePdf(const Document &document, const Look &look, const QString &fileName,
-                      const base::Progress &progress)
+base::Result<QByteArray> pdfOf(const Document &document, const Look &look, const base::Progress &progress)
 {
-    // Drawn in memory first: the PDF engine does not report a full disk.
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     {
@@ -45,12 +43,22 @@ base::Status writePdf(const Document &document, const Look &look, const QString 
         writer.setCreator(u"Kanbalore"_s);
         setPage(writer, document);
         if (const base::Status drawn = drawDocument(writer, document, look, progress); !drawn)
-            return drawn;
+            return drawn.error();
     }
+    return buffer.data();
+}
+
+base::Status writePdf(const Document &document, const Look &look, const QString &fileName,
+                      const base::Progress &progress)
+{
+    // Drawn in memory first: the PDF engine does not report a full disk.
+    const auto pdf = pdfOf(document, look, progress);
+    if (!pdf)
+        return pdf.error();
     base::Replacement file(fileName);
     if (const base::Status begun = file.begin(); !begun)
         return base::Error{u"PDF を保存できませんでした。"_s + begun.error().text};
-    const base::Status written = writeWhole(file.name(), buffer.data());
+    const base::Status written = writeWhole(file.name(), *pdf);
     return written ? file.finish() : written;
 }
 

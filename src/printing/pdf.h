@@ -3,6 +3,8 @@
 #include "base/progress.h"
 #include "base/result.h"
 
+#include <QByteArray>
+
 namespace workspace
 {
 class Workspace;
@@ -13,6 +15,10 @@ namespace printing
 
 struct Document;
 struct Look;
+
+/// \a document as PDF, with its fonts embedded.
+base::Result<QByteArray> pdfOf(const Document &document, const Look &look,
+                               const base::Progress &progress = base::unwatched);
 
 /// \a document as PDF in the file \a fileName, with its fonts embedded. Written beside it and renamed over
 /// it, so that an older file is lost only when the new one is complete.

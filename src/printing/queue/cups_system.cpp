@@ -1,0 +1,321 @@
+#include "printing/queue/cups_system.h"
+
+#include <cups/cups.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+namespace
+{
+
+constexpr int longestWait = 5000;  // milliseconds, for the service to answer
+constexpr double unitsPerMm = 100; // CUPS counts in hundredths of a millimetre
+
+struct CloseConnection
+{
+    void operator()(http_t *http) const { httpClose(http); }
+};
+using Http = std::unique_ptr<http_t, CloseConnection>;
+
+struct FreeInfo
+{
+    void operator()(cups_dinfo_t *info) const { cupsFreeDestInfo(info); }
+};
+using Info = std::unique_ptr<cups_dinfo_t, FreeInfo>;
+
+/// Queues, freed together.
+class Destinations
+{
+public:
+    explicit Destinations(http_t *http)
+        : m_count(cupsGetDests2(http, &m_first))
+    {}
+    Destinations(http_t *http, const QString &name)
+        : m_first(cupsGetNamedDest(http, name.toUtf8().constData(), nullptr))
+        , m_count(m_first ? 1 : 0)
+    {}
+    ~Destinations() { cupsFreeDests(m_count, m_first); }
+    Destinations(const Destinations &) = delete;
+    Destinations &operator=(const Destinations &) = delete;
+
+    [[nodiscard]] bool isEmpty() const { return m_count == 0; }
+    [[nodiscard]] cups_dest_t *begin() const { return m_first; }
+    [[nodiscard]] cups_dest_t *end() const { return m_first + m_count; }
+
+private:
+    cups_dest_t *m_first = nullptr;
+    int m_count = 0;
+};
+
+class Options
+{
+public:
+    Options() = default;
+    ~Options() { cupsFreeOptions(m_count, m_first); }
+    Options(const Options &) = delete;
+    Options &operator=(const Options &) = delete;
+
+    void add(const char *name, const QString &value)
+    {
+        m_count = cupsAddOption(name, value.toUtf8().constData(), m_count, &m_first);
+    }
+    [[nodiscard]] int count() const { return m_count; }
+    [[nodiscard]] cups_option_t *first() const { return m_first; }
+
+private:
+    cups_option_t *m_first = nullptr;
+    int m_count = 0;
+};
+
+base::Error lastError(const QString &what)
+{
+    const char *words = cupsLastErrorString();
+    const QString said = words ? QString::fromUtf8(words) : QString();
+    return base::Error{said.isEmpty() ? what : what + u"（"_s + said + u"）"_s};
+}
+
+base::Result<Http> connection()
+{
+    Http http(
+        httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, longestWait, nullptr));
+    if (!http)
+        return base::Error{u"印刷サービス（CUPS）に接続できません。プリンタの設定を確かめるか、PDF に"
+                           "保存してください。"_s};
+    return http;
+}
+
+base::Error noSuchQueue(const QString &queue)
+{
+    return base::Error{u"プリンタ「%1」が見つかりません。プリンタを選び直してください。"_s.arg(queue)};
+}
+
+QStringList keywords(ipp_attribute_t *attribute)
+{
+    QStringList words;
+    for (int i = 0; attribute && i < ippGetCount(attribute); ++i)
+        words << QString::fromUtf8(ippGetString(attribute, i, nullptr));
+    return words;
+}
+
+std::vector<Resolution> resolutions(ipp_attribute_t *attribute)
+{
+    std::vector<Resolution> found;
+    for (int i = 0; attribute && i < ippGetCount(attribute); ++i) {
+        ipp_res_t unit = IPP_RES_PER_INCH;
+        Resolution resolution;
+        resolution.across = ippGetResolution(attribute, i, &resolution.along, &unit);
+        if (unit == IPP_RES_PER_INCH)
+            found.push_back(resolution);
+    }
+    return found;
+}
+
+Medium mediumFrom(const cups_size_t &size)
+{
+    return {
+        QString::fromUtf8(size.media),
+        {size.width / unitsPerMm, size.length / unitsPerMm},
+        {size.left / unitsPerMm, size.top / unitsPerMm, size.right / unitsPerMm, size.bottom / unitsPerMm}};
+}
+
+std::vector<Medium> media(http_t *http, cups_dest_t *queue, cups_dinfo_t *info)
+{
+    std::vector<Medium> found;
+    const int count = cupsGetDestMediaCount(http, queue, info, 0);
+    for (int i = 0; i < count; ++i) {
+        cups_size_t size;
+        if (cupsGetDestMediaByIndex(http, queue, info, i, 0, &size) != 0)
+            found.push_back(mediumFrom(size));
+    }
+    return found;
+}
+
+int mostCopies(ipp_attribute_t *attribute)
+{
+    int most = 1;
+    if (attribute && ippGetValueTag(attribute) == IPP_TAG_RANGE)
+        ippGetRange(attribute, 0, &most);
+    return std::max(1, most);
+}
+
+// Size and bin as one collection: named by a keyword, a size that the queue does not know lands on its
+// default paper, and a bin is passed over.
+QString mediumText(const JobSettings &settings)
+{
+    const auto units = [](double mm) { return QString::number(std::lround(mm * unitsPerMm)); };
+    QString text = u"{media-size={x-dimension=%1 y-dimension=%2}"_s.arg(units(settings.paper.width()),
+                                                                        units(settings.paper.height()));
+    if (!settings.bin.isEmpty())
+        text += u" media-source="_s + settings.bin;
+    return text + u'}';
+}
+
+// The second name of the resolution is for queues whose driver is a PPD file.
+void addResolution(Options &options, const Resolution &resolution)
+{
+    const QString across = QString::number(resolution.across);
+    const QString along = QString::number(resolution.along);
+    options.add("printer-resolution", across + u'x' + along + u"dpi"_s);
+    options.add("Resolution", (across == along ? across : across + u'x' + along) + u"dpi"_s);
+}
+
+void fill(Options &options, const JobSettings &settings)
+{
+    options.add("media-col", mediumText(settings));
+    options.add("copies", QString::number(std::max(1, settings.copies)));
+    // Fitted to the printable area, a form would shrink away from its boxes.
+    options.add("print-scaling", u"none"_s);
+    if (settings.resolution)
+        addResolution(options, *settings.resolution);
+}
+
+bool write(http_t *http, const QByteArray &pdf)
+{
+    constexpr qsizetype piece = 65536;
+    for (qsizetype at = 0; at < pdf.size(); at += piece) {
+        const auto length = static_cast<std::size_t>(std::min(piece, pdf.size() - at));
+        if (cupsWriteRequestData(http, pdf.constData() + at, length) != HTTP_STATUS_CONTINUE)
+            return false;
+    }
+    return true;
+}
+
+JobState stateFrom(ipp_jstate_t state)
+{
+    switch (state) {
+    case IPP_JSTATE_PENDING:
+        return JobState::Waiting;
+    case IPP_JSTATE_HELD:
+        return JobState::Held;
+    case IPP_JSTATE_PROCESSING:
+        return JobState::Printing;
+    case IPP_JSTATE_STOPPED:
+        return JobState::Stopped;
+    case IPP_JSTATE_CANCELED:
+        return JobState::Cancelled;
+    case IPP_JSTATE_ABORTED:
+        return JobState::Failed;
+    case IPP_JSTATE_COMPLETED:
+        return JobState::Done;
+    }
+    return JobState::Failed;
+}
+
+} // namespace
+
+base::Result<QStringList> CupsSystem::queues()
+{
+    const auto http = connection();
+    if (!http)
+        return http.error();
+    QStringList names;
+    for (const cups_dest_t &queue : Destinations(http->get())) {
+        // An instance is a second name of the same queue with options of its own.
+        if (!queue.instance)
+            names << QString::fromUtf8(queue.name);
+    }
+    return names;
+}
+
+base::Result<QString> CupsSystem::usualQueue()
+{
+    const auto http = connection();
+    if (!http)
+        return http.error();
+    for (const cups_dest_t &queue : Destinations(http->get())) {
+        if (queue.is_default != 0)
+            return QString::fromUtf8(queue.name);
+    }
+    return QString();
+}
+
+base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
+{
+    const auto http = connection();
+    if (!http)
+        return http.error();
+    const Destinations found(http->get(), queue);
+    if (found.isEmpty())
+        return noSuchQueue(queue);
+    cups_dest_t *destination = found.begin();
+    const Info info(cupsCopyDestInfo(http->get(), destination));
+    if (!info)
+        return lastError(u"プリンタ「%1」の情報を読み取れません。"_s.arg(queue));
+    const auto supported = [&](const char *option) {
+        return cupsFindDestSupported(http->get(), destination, info.get(), option);
+    };
+    QueueAbilities abilities{.media = media(http->get(), destination, info.get()),
+                             .custom = customSizesFrom(keywords(supported("media"))),
+                             .bins = keywords(supported("media-source")),
+                             .mostCopies = mostCopies(supported("copies")),
+                             .resolutions = resolutions(supported("printer-resolution"))};
+    const auto usual =
+        resolutions(cupsFindDestDefault(http->get(), destination, info.get(), "printer-resolution"));
+    if (!usual.empty())
+        abilities.usualResolution = usual.front();
+    return abilities;
+}
+
+base::Result<int> CupsSystem::print(const QByteArray &pdf, const JobSettings &settings)
+{
+    const auto http = connection();
+    if (!http)
+        return http.error();
+    const QByteArray queue = settings.queue.toUtf8();
+    const QByteArray title = settings.title.toUtf8();
+    const QString refused = u"プリンタ「%1」が受け付けないため、印刷しませんでした。"_s.arg(settings.queue);
+    Options options;
+    fill(options, settings);
+    const int job =
+        cupsCreateJob(http->get(), queue.constData(), title.constData(), options.count(), options.first());
+    if (job == 0)
+        return lastError(refused);
+    const bool isSent = cupsStartDocument(http->get(), queue.constData(), job, title.constData(),
+                                          CUPS_FORMAT_PDF, 1) == HTTP_STATUS_CONTINUE &&
+                        write(http->get(), pdf);
+    if (cupsFinishDocument(http->get(), queue.constData()) <= IPP_STATUS_OK_CONFLICTING && isSent)
+        return job;
+    const base::Error error = lastError(refused);
+    cupsCancelJob2(http->get(), queue.constData(), job, 0);
+    return error;
+}
+
+base::Result<std::vector<PrintJob>> CupsSystem::jobs()
+{
+    const auto http = connection();
+    if (!http)
+        return http.error();
+    cups_job_t *found = nullptr;
+    const int count = cupsGetJobs2(http->get(), &found, nullptr, 1, CUPS_WHICHJOBS_ALL);
+    if (count < 0)
+        return lastError(u"印刷の一覧を読み取れません。"_s);
+    std::vector<PrintJob> jobs;
+    for (int i = 0; i < count; ++i) {
+        const cups_job_t &job = found[i];
+        jobs.push_back({job.id, QString::fromUtf8(job.dest), QString::fromUtf8(job.title),
+                        stateFrom(job.state), QDateTime::fromSecsSinceEpoch(job.creation_time)});
+    }
+    cupsFreeJobs(count, found);
+    std::sort(jobs.begin(), jobs.end(),
+              [](const PrintJob &a, const PrintJob &b) { return a.number > b.number; });
+    return jobs;
+}
+
+base::Status CupsSystem::cancel(const PrintJob &job)
+{
+    const auto http = connection();
+    if (!http)
+        return http.error();
+    if (cupsCancelJob2(http->get(), job.queue.toUtf8().constData(), job.number, 0) <=
+        IPP_STATUS_OK_CONFLICTING)
+        return {};
+    return lastError(u"印刷「%1」を取り消せませんでした。"_s.arg(job.title));
+}
+
+} // namespace printing

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "printing/queue/print_system.h"
+
+namespace printing
+{
+
+/// The queues of CUPS, the one that the environment names (CUPS_SERVER) or the machine's own. Every call has
+/// a connection of its own, so that a service that was started anew is found again.
+class CupsSystem : public PrintSystem
+{
+public:
+    base::Result<QStringList> queues() override;
+    base::Result<QString> usualQueue() override;
+    base::Result<QueueAbilities> abilities(const QString &queue) override;
+    base::Result<int> print(const QByteArray &pdf, const JobSettings &settings) override;
+    base::Result<std::vector<PrintJob>> jobs() override;
+    base::Status cancel(const PrintJob &job) override;
+};
+
+} // namespace printing

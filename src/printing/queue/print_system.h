@@ -1,0 +1,64 @@
+#pragma once
+
+#include "base/result.h"
+#include "printing/queue/queue_abilities.h"
+
+#include <QByteArray>
+#include <QDateTime>
+
+// The way from a finished document to paper.
+namespace printing
+{
+
+/// What a queue is told of a document.
+struct JobSettings
+{
+    QString queue;
+    QString title;
+    QSizeF paper;  // millimetres, as it is fed
+    QString bin{}; // as the system names it; empty: the queue's own choice
+    int copies = 1;
+    std::optional<Resolution> resolution{}; // where the queue's usual one is not to be used
+};
+
+enum class JobState { Waiting, Held, Printing, Stopped, Cancelled, Failed, Done };
+
+/// A document that a queue took.
+struct PrintJob
+{
+    int number = 0; // the system's own
+    QString queue;
+    QString title;
+    JobState state = JobState::Waiting;
+    QDateTime taken; // when the queue took it
+
+    /// Whether it may still come out.
+    [[nodiscard]] bool isUnderWay() const
+    {
+        return state == JobState::Waiting || state == JobState::Held || state == JobState::Printing ||
+               state == JobState::Stopped;
+    }
+};
+
+/// The printers of this machine and what was given to them.
+class PrintSystem
+{
+public:
+    virtual ~PrintSystem() = default;
+
+    /// The names of the queues, as the clerk knows them; none where none is set up.
+    virtual base::Result<QStringList> queues() = 0;
+    /// The queue that the desktop prints on; empty where it has none.
+    virtual base::Result<QString> usualQueue() = 0;
+    /// Fails where there is no such queue, or its printer does not answer.
+    virtual base::Result<QueueAbilities> abilities(const QString &queue) = 0;
+    /// Hands a PDF over. \return the number of the job that the queue made of it. Fails with the queue's own
+    /// words where it takes none; then nothing comes out.
+    virtual base::Result<int> print(const QByteArray &pdf, const JobSettings &settings) = 0;
+    /// This user's jobs, finished ones too as long as the system remembers them; the newest first.
+    virtual base::Result<std::vector<PrintJob>> jobs() = 0;
+    /// Takes a job back. What has reached the printer comes out all the same.
+    virtual base::Status cancel(const PrintJob &job) = 0;
+};
+
+} // namespace printing
