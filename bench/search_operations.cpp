@@ -63,8 +63,7 @@ void registerRoster(const Shops &shops, std::vector<Row> &rows, int customers)
             document.purpose = printing::Purpose::Rosters;
             document.sheets =
                 printing::listSheets(*report, u"2026年4月1日 現在"_s, printing::ListPaper::Upright);
-            preview =
-                std::make_unique<printing::frmPreview>(shop->workspace, std::move(document), QStringList());
+            preview = std::make_unique<printing::frmPreview>(shop->workspace, std::move(document));
             preview->show();
             settle();
         });

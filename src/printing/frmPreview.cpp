@@ -2,6 +2,8 @@
 
 #include "ui_frmPreview.h"
 
+#include "printing/DialogPrint.h"
+#include "printing/DialogPrintJobs.h"
 #include "printing/pdf.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
@@ -23,24 +25,21 @@ using namespace Qt::StringLiterals;
 namespace printing
 {
 
-frmPreview::frmPreview(workspace::Workspace &workspace, Document document, const QStringList &printers,
-                       QWidget *parent)
+frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidget *parent)
     : Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::frmPreview>())
     , m_document(std::move(document))
-    , m_hasPrinter(!printers.isEmpty())
     , m_look{fontFace(workspace.settings, m_document.purpose)}
     , m_pages(static_cast<int>(m_document.sheets.size()))
     , m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     m_ui->setupUi(this);
     setWindowTitle(u"印刷プレビュー　"_s + m_document.title);
-    const QString printer = selectPrinter(*m_printer, workspace.settings, m_document.purpose);
-    m_ui->LblPrinterName->setText(m_hasPrinter ? u"プリンタ："_s + printer
-                                               : u"プリンタが見つかりません。PDF に保存できます。"_s);
+    m_ui->LblPrinterName->setText(printerInWords());
     m_ui->lblRemark->setText(m_document.remark);
     m_ui->lblRemark->setVisible(!m_document.remark.isEmpty());
-    m_printer->setDocName(m_document.title);
+    // As for a PDF: a printer refuses a size that it does not know, and would show the form on another one.
+    m_printer->setOutputFormat(QPrinter::PdfFormat);
     setPage(*m_printer, m_document);
     addPages();
     addShortcuts();
@@ -69,6 +68,8 @@ void frmPreview::addPages()
     connect(m_ui->cmdWholePage, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitInView);
     connect(m_ui->cmdPageWidth, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitToWidth);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &frmPreview::reject);
+    connect(m_ui->cmdJobs, &QPushButton::clicked, this,
+            [this] { DialogPrintJobs(this->workspace(), this).exec(); });
     connect(m_ui->chkGrid, &QCheckBox::toggled, this, [this](bool on) {
         m_look.calibrationGrid = on;
         m_preview->updatePreview();
@@ -117,33 +118,43 @@ bool frmPreview::carryOut(const QString &what,
     return done || done.error().cancelled ? bool(done) : tell(done);
 }
 
+QString frmPreview::printerInWords() const
+{
+    const auto selected = selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose);
+    return selected && !selected->name.isEmpty() ? u"プリンタ："_s + selected->name
+                                                 : u"プリンタが見つかりません。PDF に保存できます。"_s;
+}
+
 void frmPreview::print()
 {
-    if (!m_hasPrinter) {
-        if (ui::prompts::ask(this, u"プリンタが見つかりません。PDF に保存しますか。"_s))
+    const auto printers = printSystem(workspace()).queues();
+    if (!printers || printers->isEmpty()) {
+        const QString none = printers ? u"プリンタが見つかりません。"_s : printers.error().text + u'\n';
+        if (ui::prompts::ask(this, none + u"PDF に保存しますか。"_s))
             savePdf();
         return;
     }
-    // A printer of its own: the preview's one stays as it is when the dialog is cancelled.
-    QPrinter job(QPrinter::HighResolution);
-    selectPrinter(job, workspace().settings, m_document.purpose);
-    job.setDocName(m_document.title);
-    setPage(job, m_document);
-    if (!ui::file_dialogs::setUpPrinter(this, job, u"印刷"_s))
-        return;
-    setPage(job, m_document);
-    const base::Status printed =
-        ui::runWithProgress(this, u"印刷しています。"_s, [&](const base::Progress &progress) {
-            return printDocument(job, m_document, m_look, progress);
-        });
-    m_issued = m_issued || printed;
-    if (printed)
+    DialogPrint dialog(workspace(), m_document, this);
+    dialog.exec();
+    if (dialog.choice() && hand(*dialog.choice())) {
+        m_issued = true;
         accept();
-    else if (printed.error().cancelled)
-        ui::prompts::inform(
-            this, u"印刷を中止しました。途中までの用紙が出てくるときは、プリンタで取り消してください。"_s);
+    }
+}
+
+bool frmPreview::hand(const PrintChoice &choice)
+{
+    Document chosen = m_document;
+    chosen.sheets.erase(chosen.sheets.begin() + choice.lastPage, chosen.sheets.end());
+    chosen.sheets.erase(chosen.sheets.begin(), chosen.sheets.begin() + (choice.firstPage - 1));
+    const auto job = ui::runWithProgress(this, u"印刷しています。"_s, [&](const base::Progress &progress) {
+        return printSystem(workspace()).print(chosen, m_look, choice.settings, progress);
+    });
+    if (!job && job.error().cancelled)
+        ui::prompts::inform(this, u"印刷を中止しました。何も印刷していません。"_s);
     else
-        tell(printed);
+        tell(job.status());
+    return bool(job);
 }
 
 void frmPreview::savePdf()
@@ -200,7 +211,7 @@ void frmPreview::keyPressEvent(QKeyEvent *event)
 
 bool showPreview(workspace::Workspace &workspace, QWidget *parent, Document document)
 {
-    frmPreview dialog(workspace, std::move(document), installedPrinters(), parent);
+    frmPreview dialog(workspace, std::move(document), parent);
     dialog.exec();
     return dialog.isIssued();
 }

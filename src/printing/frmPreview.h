@@ -17,15 +17,15 @@ class frmPreview;
 namespace printing
 {
 
+struct PrintChoice;
+
 /// Shows a document as it will be printed; prints it or saves it as PDF.
 class frmPreview : public ui::Screen
 {
     Q_OBJECT
 
 public:
-    /// \a printers: the names of the printers there are.
-    frmPreview(workspace::Workspace &workspace, Document document, const QStringList &printers,
-               QWidget *parent = nullptr);
+    frmPreview(workspace::Workspace &workspace, Document document, QWidget *parent = nullptr);
     ~frmPreview() override;
 
     [[nodiscard]] int page() const; // counted from 1
@@ -41,18 +41,19 @@ private:
     void draw(QPrinter *printer);
     /// Does long \a work, which may be stopped. \return whether it was done; a failure is told
     bool carryOut(const QString &what, const std::function<base::Status(const base::Progress &)> &work);
+    [[nodiscard]] QString printerInWords() const;
     void print();
+    bool hand(const PrintChoice &choice);
     void savePdf();
     void turnTo(int page);
     void showPage();
 
     const std::unique_ptr<Ui::frmPreview> m_ui;
     const Document m_document;
-    const bool m_hasPrinter;
     Look m_look;
     int m_pages; // in the preview
     bool m_issued = false;
-    std::unique_ptr<QPrinter> m_printer;
+    std::unique_ptr<QPrinter> m_printer; // of the preview alone
     QPrintPreviewWidget *m_preview = nullptr;
 };
 

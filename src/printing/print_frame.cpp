@@ -1,16 +1,16 @@
 #include "printing/print_frame.h"
 
 #include "printing/font_names.h"
+#include "printing/queue/print_system.h"
 #include "printing/sheet.h"
 #include "workspace/settings.h"
 
 #include <QFontDatabase>
 #include <QPainter>
-#include <QPrinter>
-#include <QPrinterInfo>
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace printing
 {
@@ -43,17 +43,21 @@ const workspace::SettingKey &printerKey(Purpose purpose) { return keysOf(purpose
 
 const workspace::SettingKey &fontKey(Purpose purpose) { return keysOf(purpose).font; }
 
-QStringList installedPrinters() { return QPrinterInfo::availablePrinterNames(); }
-
-QString selectPrinter(QPrinter &printer, const workspace::Settings &settings, Purpose purpose)
+base::Result<SelectedPrinter> selectPrinter(PrintSystem &system, const workspace::Settings &settings,
+                                            Purpose purpose)
 {
-    const QString stored = settings.text(printerKey(purpose));
-    const QStringList installed = installedPrinters();
-    if (installed.contains(stored))
-        printer.setPrinterName(stored);
-    else if (const QString usual = QPrinterInfo::defaultPrinterName(); !usual.isEmpty())
-        printer.setPrinterName(usual);
-    return installed.isEmpty() ? QString() : printer.printerName();
+    const auto installed = system.queues();
+    if (!installed)
+        return installed.error();
+    SelectedPrinter selected{*installed, settings.text(printerKey(purpose)), {}};
+    if (installed->contains(selected.name))
+        return selected;
+    selected.missing = std::exchange(selected.name, QString());
+    if (const auto usual = system.usualQueue(); usual && installed->contains(*usual))
+        selected.name = *usual;
+    else if (!installed->isEmpty())
+        selected.name = installed->front();
+    return selected;
 }
 
 QString fontFace(const workspace::Settings &settings, Purpose purpose)

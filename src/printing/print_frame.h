@@ -1,10 +1,11 @@
 #pragma once
 
+#include "base/result.h"
+
 #include <QFont>
 #include <QStringList>
 
 class QPainter;
-class QPrinter;
 
 namespace workspace
 {
@@ -15,6 +16,8 @@ struct SettingKey;
 // What every print routine shares: each purpose keeps its own printer and font in the settings.
 namespace printing
 {
+
+class PrintSystem;
 
 enum class Purpose {
     DeliveryNotesAndBills, // and receipts of goods
@@ -29,13 +32,17 @@ enum class Purpose {
 const workspace::SettingKey &printerKey(Purpose purpose);
 const workspace::SettingKey &fontKey(Purpose purpose);
 
-/// The names of the system's printers, as the clerk knows them.
-QStringList installedPrinters();
+/// The printer of a purpose, and what it was chosen from.
+struct SelectedPrinter
+{
+    QStringList installed;
+    QString name;    // to print on, and to be shown; empty: there is no printer at all
+    QString missing; // the stored one, where it is not installed any more
+};
 
-/// Makes the purpose's stored printer the one \a printer prints on. \return its name, to be shown; where the
-/// stored one is not installed the system's default stays, and its name (empty: no printer at all) is
-/// returned
-QString selectPrinter(QPrinter &printer, const workspace::Settings &settings, Purpose purpose);
+/// The printer that is stored for \a purpose; where that is gone, the usual one.
+base::Result<SelectedPrinter> selectPrinter(PrintSystem &system, const workspace::Settings &settings,
+                                            Purpose purpose);
 
 /// The face to print the purpose with: the stored one, without the "@" of vertical writing, or what stands in
 /// for it on this machine.

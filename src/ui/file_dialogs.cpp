@@ -4,8 +4,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDialog>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QQueue>
 #include <QStandardPaths>
 #include <QStringList>
@@ -95,21 +93,6 @@ std::optional<QFont> chooseFont(QWidget *parent, const QFont &first, const QStri
     return accepted ? std::optional(chosen) : std::nullopt;
 }
 
-bool setUpPrinter(QWidget *parent, QPrinter &printer, const QString &title)
-{
-    if (script().running) {
-        const QString fileName = scripted(title).toString();
-        if (fileName.isEmpty())
-            return false;
-        printer.setOutputFormat(QPrinter::PdfFormat);
-        printer.setOutputFileName(fileName);
-        return true;
-    }
-    QPrintDialog dialog(&printer, parent);
-    dialog.setWindowTitle(title);
-    return dialog.exec() == QDialog::Accepted;
-}
-
 void beginScript() { script().running = true; }
 
 void expectFile(const QString &fileName)
@@ -126,8 +109,6 @@ void expectFont(const std::optional<QFont> &font)
 {
     script().choices.enqueue(font ? QVariant(*font) : QVariant());
 }
-
-void expectPrinter(const QString &fileName) { expectFile(fileName); }
 
 QString lastFolder() { return script().lastFolder; }
 

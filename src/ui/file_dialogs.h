@@ -6,10 +6,9 @@
 
 #include <optional>
 
-class QPrinter;
 class QWidget;
 
-// The one seam for the dialogs in which something is chosen: files, colours, fonts, the printer of a job.
+// The one seam for the dialogs in which something is chosen: files, colours, fonts.
 // Tests put choices into a queue, as with the message boxes.
 namespace ui::file_dialogs
 {
@@ -33,9 +32,6 @@ std::optional<QColor> chooseColor(QWidget *parent, const QColor &first, const QS
 /// A font, or nothing when the user cancelled.
 std::optional<QFont> chooseFont(QWidget *parent, const QFont &first, const QString &title);
 
-/// Shows the print dialog for \a printer. \return false when the user cancelled
-bool setUpPrinter(QWidget *parent, QPrinter &printer, const QString &title);
-
 // --- For tests ---
 
 /// Puts all dialogs under script until the process ends; one that nobody scripted is cancelled and recorded.
@@ -44,8 +40,6 @@ void beginScript();
 void expectFile(const QString &fileName);
 void expectColor(const std::optional<QColor> &color);
 void expectFont(const std::optional<QFont> &font);
-/// The next print dialog accepts and prints into the PDF \a fileName; empty: cancelled.
-void expectPrinter(const QString &fileName);
 /// Where the last dialog for a file to open began.
 QString lastFolder();
 /// As ui::prompts::takeUnexpected().

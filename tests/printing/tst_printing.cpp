@@ -1,24 +1,18 @@
 #include "printing/font_names.h"
-#include "printing/frmPreview.h"
 #include "printing/pdf.h"
 #include "printing/renderer.h"
 #include "printing/text_fit.h"
 #include "support/fresh_shop.h"
 #include "support/scripted_test.h"
-#include "ui/file_dialogs.h"
-#include "ui/prompts.h"
 #include "workspace/settings.h"
 
 #include <QApplication>
 #include <QBuffer>
-#include <QCheckBox>
 #include <QImage>
-#include <QLabel>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QProcess>
-#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -359,67 +353,6 @@ private slots:
         QVERIFY(printDocument(printer, document, Look{u"IPAMincho"_s}));
         const QString text = textOfPdf(fileName).remove(u'\n').remove(u'\f');
         QCOMPARE(text, printer.supportsMultipleCopies() ? u"第2葉第3葉"_s : u"第2葉第3葉第2葉第3葉"_s);
-    }
-
-    void previewTurnsPagesByKeys()
-    {
-        FreshShop shop;
-        frmPreview dialog(shop.workspace, pagesOfText(3), {u"LASER"_s});
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowActive(&dialog));
-        auto *label = dialog.findChild<QLabel *>(u"lblPage"_s);
-        QTRY_COMPARE(label->text(), u"1 / 3 ページ"_s);
-        QTest::keyClick(&dialog, Qt::Key_PageDown);
-        QTest::keyClick(&dialog, Qt::Key_PageDown);
-        QCOMPARE(label->text(), u"3 / 3 ページ"_s);
-        QVERIFY(!dialog.findChild<QPushButton *>(u"cmdNext"_s)->isEnabled());
-        QTest::keyClick(&dialog, Qt::Key_PageUp);
-        QCOMPARE(label->text(), u"2 / 3 ページ"_s);
-        QTest::keyClick(&dialog, Qt::Key_Escape);
-        QVERIFY(!dialog.isVisible());
-    }
-
-    void previewSavesAsPdfAndAsksBeforeOverwriting()
-    {
-        FreshShop shop;
-        frmPreview dialog(shop.workspace, pagesOfText(1), {});
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowActive(&dialog));
-        const QString fileName = shop.path(u"saved.pdf"_s);
-        ui::file_dialogs::expectFile(shop.path(u"saved"_s));
-        QTest::keyClick(&dialog, Qt::Key_S, Qt::ControlModifier);
-        QVERIFY(textOfPdf(fileName).contains(u"第1葉"_s));
-
-        QFile::resize(fileName, 3);
-        ui::file_dialogs::expectFile(fileName);
-        ui::prompts::expectAsk(u"「saved.pdf」は既にあります。上書きしますか。"_s, false);
-        QTest::keyClick(&dialog, Qt::Key_S, Qt::ControlModifier);
-        QCOMPARE(QFile(fileName).size(), 3);
-    }
-
-    void withoutAPrinterThePreviewOffersAPdf()
-    {
-        FreshShop shop;
-        frmPreview dialog(shop.workspace, pagesOfText(1), {});
-        dialog.show();
-        ui::prompts::expectAsk(u"プリンタが見つかりません。PDF に保存しますか。"_s, true);
-        ui::file_dialogs::expectFile(shop.path(u"instead.pdf"_s));
-        QTest::mouseClick(dialog.findChild<QPushButton *>(u"cmdPrint"_s), Qt::LeftButton);
-        QVERIFY(QFile::exists(shop.path(u"instead.pdf"_s)));
-    }
-
-    void previewPrintsThroughThePrintDialog()
-    {
-        FreshShop shop;
-        frmPreview dialog(shop.workspace, pagesOfText(2), {u"LASER"_s});
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowActive(&dialog));
-        dialog.findChild<QCheckBox *>(u"chkGrid"_s)->setChecked(true);
-        ui::file_dialogs::expectPrinter(shop.path(u"printed.pdf"_s));
-        QTest::keyClick(&dialog, Qt::Key_P, Qt::ControlModifier);
-        const QString text = textOfPdf(shop.path(u"printed.pdf"_s));
-        QVERIFY2(text.contains(u"第2葉"_s) && text.contains(u"150"_s), qPrintable(text)); // grid labels
-        QVERIFY(!dialog.isVisible());
     }
 };
 

@@ -1,5 +1,8 @@
 #include "printing/queue/cups_system.h"
 
+#include "printing/pdf.h"
+#include "printing/renderer.h"
+
 #include <cups/cups.h>
 
 #include <algorithm>
@@ -186,6 +189,30 @@ bool write(http_t *http, const QByteArray &pdf)
     return true;
 }
 
+base::Result<int> hand(const QByteArray &pdf, const QString &name, const JobSettings &settings)
+{
+    const auto http = connection();
+    if (!http)
+        return http.error();
+    const QByteArray queue = settings.queue.toUtf8();
+    const QByteArray title = name.toUtf8();
+    const QString refused = u"プリンタ「%1」が受け付けないため、印刷しませんでした。"_s.arg(settings.queue);
+    Options options;
+    fill(options, settings);
+    const int job =
+        cupsCreateJob(http->get(), queue.constData(), title.constData(), options.count(), options.first());
+    if (job == 0)
+        return lastError(refused);
+    const bool isSent = cupsStartDocument(http->get(), queue.constData(), job, title.constData(),
+                                          CUPS_FORMAT_PDF, 1) == HTTP_STATUS_CONTINUE &&
+                        write(http->get(), pdf);
+    if (cupsFinishDocument(http->get(), queue.constData()) <= IPP_STATUS_OK_CONFLICTING && isSent)
+        return job;
+    const base::Error error = lastError(refused);
+    cupsCancelJob2(http->get(), queue.constData(), job, 0);
+    return error;
+}
+
 JobState stateFrom(ipp_jstate_t state)
 {
     switch (state) {
@@ -262,28 +289,11 @@ base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
     return abilities;
 }
 
-base::Result<int> CupsSystem::print(const QByteArray &pdf, const JobSettings &settings)
+base::Result<int> CupsSystem::print(const Document &document, const Look &look, const JobSettings &settings,
+                                    const base::Progress &progress)
 {
-    const auto http = connection();
-    if (!http)
-        return http.error();
-    const QByteArray queue = settings.queue.toUtf8();
-    const QByteArray title = settings.title.toUtf8();
-    const QString refused = u"プリンタ「%1」が受け付けないため、印刷しませんでした。"_s.arg(settings.queue);
-    Options options;
-    fill(options, settings);
-    const int job =
-        cupsCreateJob(http->get(), queue.constData(), title.constData(), options.count(), options.first());
-    if (job == 0)
-        return lastError(refused);
-    const bool isSent = cupsStartDocument(http->get(), queue.constData(), job, title.constData(),
-                                          CUPS_FORMAT_PDF, 1) == HTTP_STATUS_CONTINUE &&
-                        write(http->get(), pdf);
-    if (cupsFinishDocument(http->get(), queue.constData()) <= IPP_STATUS_OK_CONFLICTING && isSent)
-        return job;
-    const base::Error error = lastError(refused);
-    cupsCancelJob2(http->get(), queue.constData(), job, 0);
-    return error;
+    const auto pdf = pdfOf(document, look, progress);
+    return pdf ? hand(*pdf, document.title, settings) : pdf.error();
 }
 
 base::Result<std::vector<PrintJob>> CupsSystem::jobs()

@@ -13,7 +13,8 @@ public:
     base::Result<QStringList> queues() override;
     base::Result<QString> usualQueue() override;
     base::Result<QueueAbilities> abilities(const QString &queue) override;
-    base::Result<int> print(const QByteArray &pdf, const JobSettings &settings) override;
+    base::Result<int> print(const Document &document, const Look &look, const JobSettings &settings,
+                            const base::Progress &progress) override;
     base::Result<std::vector<PrintJob>> jobs() override;
     base::Status cancel(const PrintJob &job) override;
 };

@@ -1,20 +1,29 @@
 #pragma once
 
+#include "base/progress.h"
 #include "base/result.h"
 #include "printing/queue/queue_abilities.h"
 
-#include <QByteArray>
 #include <QDateTime>
+
+#include <memory>
+
+namespace workspace
+{
+class Workspace;
+}
 
 // The way from a finished document to paper.
 namespace printing
 {
 
+struct Document;
+struct Look;
+
 /// What a queue is told of a document.
 struct JobSettings
 {
     QString queue;
-    QString title;
     QSizeF paper;  // millimetres, as it is fed
     QString bin{}; // as the system names it; empty: the queue's own choice
     int copies = 1;
@@ -52,13 +61,21 @@ public:
     virtual base::Result<QString> usualQueue() = 0;
     /// Fails where there is no such queue, or its printer does not answer.
     virtual base::Result<QueueAbilities> abilities(const QString &queue) = 0;
-    /// Hands a PDF over. \return the number of the job that the queue made of it. Fails with the queue's own
-    /// words where it takes none; then nothing comes out.
-    virtual base::Result<int> print(const QByteArray &pdf, const JobSettings &settings) = 0;
+    /// Draws \a document whole and hands it over. \return the number of the job that the queue made of it.
+    /// Fails with the queue's own words where it takes none, and when \a progress stops the drawing; then
+    /// nothing comes out.
+    virtual base::Result<int> print(const Document &document, const Look &look, const JobSettings &settings,
+                                    const base::Progress &progress) = 0;
     /// This user's jobs, finished ones too as long as the system remembers them; the newest first.
     virtual base::Result<std::vector<PrintJob>> jobs() = 0;
     /// Takes a job back. What has reached the printer comes out all the same.
     virtual base::Status cancel(const PrintJob &job) = 0;
 };
+
+/// The print system that the screens work with: this machine's own, unless another one was kept.
+PrintSystem &printSystem(workspace::Workspace &workspace);
+
+/// Keeps another one in its place.
+void keepPrintSystem(workspace::Workspace &workspace, std::shared_ptr<PrintSystem> system);
 
 } // namespace printing

@@ -3,6 +3,7 @@
 #include "printing/font_names.h"
 #include "printing/frmPreview.h"
 #include "printing/list_sheet.h"
+#include "printing/queue/print_system.h"
 #include "ui/file_dialogs.h"
 #include "ui/progress.h"
 #include "ui_DialogMeibo.h"
@@ -30,7 +31,8 @@ DialogMeibo::DialogMeibo(workspace::Workspace &workspace, std::vector<qint64> cu
 {
     m_ui->setupUi(this);
     addColumns();
-    m_ui->Combo2->addItems(printing::installedPrinters());
+    if (const auto printers = printing::printSystem(workspace).queues())
+        m_ui->Combo2->addItems(*printers);
     m_ui->Combo2->setEnabled(m_ui->Combo2->count() > 0);
     showSettings();
     connect(m_ui->Command7, &QPushButton::clicked, this, &DialogMeibo::chooseFont);

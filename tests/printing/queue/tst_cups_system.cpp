@@ -1,5 +1,5 @@
-#include "printing/pdf.h"
 #include "printing/queue/cups_system.h"
+#include "printing/queue/qt_system.h"
 #include "printing/renderer.h"
 #include "support/private_cups.h"
 
@@ -31,8 +31,12 @@ Document note()
 
 JobSettings onto(const QString &queue, const QSizeF &paper)
 {
-    return {
-        .queue = queue, .title = u"納品書 O123"_s, .paper = paper, .bin = {}, .copies = 1, .resolution = {}};
+    return {.queue = queue, .paper = paper, .bin = {}, .copies = 1, .resolution = {}};
+}
+
+base::Result<int> printed(PrintSystem &system, const JobSettings &settings)
+{
+    return system.print(note(), Look{u"IPAMincho"_s}, settings, base::unwatched);
 }
 
 // The left and the upper edge of the first word, points.
@@ -56,7 +60,6 @@ class TestCupsSystem : public QObject
 
     std::unique_ptr<test::PrivateCups> m_cups;
     CupsSystem m_system;
-    QByteArray m_pdf;
 
 private slots:
     void initTestCase()
@@ -67,9 +70,6 @@ private slots:
         QVERIFY(m_cups->addQueue(u"cut"_s, QFINDTESTDATA("../../data/cut-paper.ppd")));
         QVERIFY(m_cups->addQueue(u"any"_s, QFINDTESTDATA("../../data/any-paper.ppd")));
         QVERIFY(m_cups->addQueue(u"needles"_s, u"drv:///sample.drv/epson24.ppd"_s));
-        const auto pdf = pdfOf(note(), Look{u"IPAMincho"_s});
-        QVERIFY(pdf);
-        m_pdf = *pdf;
     }
 
     void cleanupTestCase() { m_cups.reset(); }
@@ -106,7 +106,7 @@ private slots:
         JobSettings settings = onto(u"any"_s, {241.3, 114.3});
         settings.bin = u"manual"_s;
         settings.copies = 3;
-        const auto job = m_system.print(m_pdf, settings);
+        const auto job = printed(m_system, settings);
         QVERIFY2(job, job ? "" : qPrintable(job.error().text));
         const QByteArray arrived = m_cups->arrived(*job);
         const QPointF place = placeOfWord(arrived);
@@ -126,7 +126,7 @@ private slots:
     {
         JobSettings settings = onto(u"needles"_s, {241.3, 114.3});
         settings.resolution = resolutionToAskFor(*m_system.abilities(u"needles"_s));
-        const auto job = m_system.print(m_pdf, settings);
+        const auto job = printed(m_system, settings);
         QVERIFY(job);
         const QByteArray arrived = m_cups->arrived(*job);
         // ESC C n: n lines of a sixth of an inch; 114.3 mm are 27.
@@ -140,17 +140,17 @@ private slots:
     void aRefusalIsToldInTheQueuesOwnWords()
     {
         QVERIFY(test::PrivateCups::run(u"cupsreject"_s, {u"any"_s}));
-        const auto refused = m_system.print(m_pdf, onto(u"any"_s, {241.3, 114.3}));
+        const auto refused = printed(m_system, onto(u"any"_s, {241.3, 114.3}));
         QVERIFY(test::PrivateCups::run(u"cupsaccept"_s, {u"any"_s}));
         QVERIFY(!refused);
         QVERIFY2(refused.error().text.contains(u"not accepting jobs"_s), qPrintable(refused.error().text));
-        QVERIFY(!m_system.print(m_pdf, onto(u"nobody"_s, {210, 297})));
+        QVERIFY(!printed(m_system, onto(u"nobody"_s, {210, 297})));
     }
 
     void aStoppedQueueKeepsTheJobUntilItIsTakenBack()
     {
         QVERIFY(test::PrivateCups::run(u"cupsdisable"_s, {u"any"_s}));
-        const auto number = m_system.print(m_pdf, onto(u"any"_s, {241.3, 114.3}));
+        const auto number = printed(m_system, onto(u"any"_s, {241.3, 114.3}));
         QVERIFY(number);
         const auto job = [&]() -> PrintJob {
             const auto jobs = m_system.jobs();
@@ -170,13 +170,40 @@ private slots:
         QVERIFY(test::PrivateCups::run(u"cupsenable"_s, {u"any"_s}));
     }
 
+    // Nothing that was stopped while it was drawn reaches the queue.
+    void aJobThatIsStoppedInTimeIsNone()
+    {
+        Document notes = note();
+        notes.sheets.resize(3, notes.sheets.front());
+        const auto before = m_system.jobs();
+        const auto stopped = m_system.print(notes, Look{u"IPAMincho"_s}, onto(u"any"_s, {241.3, 114.3}),
+                                            [](qint64 done, qint64) { return done < 2; });
+        QVERIFY(!stopped && stopped.error().cancelled);
+        QCOMPARE(m_system.jobs()->size(), before->size());
+    }
+
+    void theToolkitsWayKnowsTheSameQueues()
+    {
+        QtSystem toolkit;
+        const auto queues = toolkit.queues();
+        QVERIFY(queues->contains(u"any"_s) && queues->contains(u"cut"_s));
+        const auto cut = toolkit.abilities(u"cut"_s);
+        QVERIFY(takesPaper(*cut, {210, 297}) && !takesPaper(*cut, {241.3, 114.3}));
+        QVERIFY(takesPaper(*toolkit.abilities(u"any"_s), {241.3, 114.3}));
+        QVERIFY(!toolkit.abilities(u"nobody"_s));
+        const auto before = m_system.jobs();
+        QVERIFY(printed(toolkit, onto(u"any"_s, {241.3, 114.3})));
+        QTRY_COMPARE(m_system.jobs()->size(), before->size() + 1);
+        QVERIFY(!printed(toolkit, onto(u"nobody"_s, {241.3, 114.3})));
+    }
+
     void noServiceIsAMessage()
     {
         const QByteArray server = qgetenv("CUPS_SERVER");
         qputenv("CUPS_SERVER", "/no such folder/cups.sock");
         cupsForget();
         QVERIFY(!m_system.queues());
-        QVERIFY(m_system.print(m_pdf, onto(u"any"_s, {210, 297})).error().text.contains(u"CUPS"_s));
+        QVERIFY(printed(m_system, onto(u"any"_s, {210, 297})).error().text.contains(u"CUPS"_s));
         QVERIFY(!m_system.jobs());
         qputenv("CUPS_SERVER", server);
         cupsForget();

@@ -1,0 +1,141 @@
+#include "printing/DialogPrint.h"
+
+#include "printing/print_frame.h"
+#include "printing/queue/queue_words.h"
+#include "ui/prompts.h"
+#include "ui_DialogPrint.h"
+#include "workspace/workspace.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+namespace
+{
+
+constexpr int manyCopies = 20; // more are rather a slip of the hand
+
+QSizeF paperOf(const Document &document)
+{
+    const Sheet &sheet = document.sheets.front();
+    return {sheet.paperWidth, sheet.paperHeight};
+}
+
+} // namespace
+
+DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &document, QWidget *parent)
+    : Screen(workspace, parent)
+    , m_ui(std::make_unique<Ui::DialogPrint>())
+    , m_document(document)
+{
+    m_ui->setupUi(this);
+    const int pages = static_cast<int>(document.sheets.size());
+    for (QSpinBox *page : {m_ui->spnFirst, m_ui->spnLast})
+        page->setRange(1, pages);
+    m_ui->spnLast->setValue(pages);
+    m_ui->lblPages->setText(u"/ 全 %1 ページ"_s.arg(pages));
+    m_ui->lblPaper->setText(paperInWords(paperOf(document)));
+    fillQueues();
+    connect(m_ui->cboQueue, &QComboBox::currentIndexChanged, this, &DialogPrint::readQueue);
+    for (QSpinBox *page : {m_ui->spnFirst, m_ui->spnLast})
+        connect(page, &QSpinBox::valueChanged, this, [this] { m_ui->optRange->setChecked(true); });
+    connect(m_ui->cmdPrint, &QPushButton::clicked, this, &DialogPrint::print);
+    connect(m_ui->cmdCancel, &QPushButton::clicked, this, &DialogPrint::reject);
+    setUp();
+    readQueue();
+    m_ui->cmdPrint->setFocus();
+}
+
+DialogPrint::~DialogPrint() = default;
+
+void DialogPrint::fillQueues()
+{
+    const auto selected = selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose);
+    if (!selected) {
+        m_failure = selected.error().text;
+        return;
+    }
+    m_ui->cboQueue->addItems(selected->installed);
+    m_ui->cboQueue->setCurrentText(selected->name);
+    m_missing = selected->missing;
+    if (selected->installed.isEmpty())
+        m_failure = u"プリンタが見つかりません。プリンタを設定するか、PDF に保存してください。"_s;
+}
+
+void DialogPrint::readQueue()
+{
+    m_abilities.reset();
+    if (m_ui->cboQueue->currentIndex() >= 0) {
+        const auto abilities = printSystem(workspace()).abilities(m_ui->cboQueue->currentText());
+        if (abilities)
+            m_abilities = *abilities;
+        m_failure = abilities ? QString() : abilities.error().text;
+    }
+    m_ui->spnCopies->setMaximum(m_abilities ? m_abilities->mostCopies : 1);
+    showBins();
+    showRemark();
+}
+
+void DialogPrint::showBins()
+{
+    m_ui->cboBin->clear();
+    m_ui->cboBin->addItem(u"自動（プリンタの設定のまま）"_s, QString());
+    if (m_abilities) {
+        for (const QString &bin : m_abilities->bins)
+            m_ui->cboBin->addItem(binInWords(bin), bin);
+    }
+    m_ui->cboBin->setEnabled(m_ui->cboBin->count() > 1);
+}
+
+QString DialogPrint::obstacle() const
+{
+    if (!m_abilities)
+        return m_failure;
+    if (takesPaper(*m_abilities, paperOf(m_document)))
+        return {};
+    return u"プリンタ「%1」は、%2の用紙を受け付けません。この用紙を使えるプリンタを選ぶか、"
+           "プリンタの設定で用紙を加えてください。"_s.arg(m_ui->cboQueue->currentText(),
+                                                          paperInWords(paperOf(m_document)));
+}
+
+void DialogPrint::showRemark()
+{
+    QStringList remarks;
+    if (!m_missing.isEmpty())
+        remarks << u"設定されているプリンタ「%1」が見つからないため、ほかのプリンタを選んでいます。"_s.arg(
+            m_missing);
+    if (const QString hindrance = obstacle(); !hindrance.isEmpty())
+        remarks << hindrance;
+    m_ui->lblRemark->setText(remarks.join(u'\n'));
+    m_ui->lblRemark->setVisible(!remarks.isEmpty());
+}
+
+void DialogPrint::print()
+{
+    if (const QString hindrance = obstacle(); !hindrance.isEmpty()) {
+        ui::prompts::inform(this, hindrance);
+        m_ui->cboQueue->setFocus();
+        return;
+    }
+    const int copies = m_ui->spnCopies->value();
+    if (copies > manyCopies &&
+        !ui::prompts::askCautiously(this, u"%1 部印刷します。よろしいですか。"_s.arg(copies))) {
+        m_ui->spnCopies->setFocus();
+        return;
+    }
+    const bool isRange = m_ui->optRange->isChecked();
+    const auto [first, last] = std::minmax({m_ui->spnFirst->value(), m_ui->spnLast->value()});
+    m_choice = PrintChoice{{.queue = m_ui->cboQueue->currentText(),
+                            .paper = paperOf(m_document),
+                            .bin = m_ui->cboBin->currentData().toString(),
+                            .copies = copies,
+                            .resolution = resolutionToAskFor(*m_abilities)},
+                           isRange ? first : 1,
+                           isRange ? last : m_ui->spnFirst->maximum()};
+    accept();
+}
+
+} // namespace printing

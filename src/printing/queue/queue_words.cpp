@@ -1,0 +1,82 @@
+#include "printing/queue/queue_words.h"
+
+#include <QRegularExpression>
+
+#include <array>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+QString binInWords(const QString &bin)
+{
+    // The names of PWG 5101.1, "media-source".
+    static const std::array<std::pair<QString, QString>, 14> names{{
+        {u"auto"_s, u"自動"_s},
+        {u"main"_s, u"標準トレイ"_s},
+        {u"top"_s, u"上段トレイ"_s},
+        {u"upper"_s, u"上段トレイ"_s},
+        {u"middle"_s, u"中段トレイ"_s},
+        {u"bottom"_s, u"下段トレイ"_s},
+        {u"lower"_s, u"下段トレイ"_s},
+        {u"manual"_s, u"手差し"_s},
+        {u"by-pass-tray"_s, u"手差しトレイ"_s},
+        {u"envelope"_s, u"封筒フィーダ"_s},
+        {u"large-capacity"_s, u"大容量トレイ"_s},
+        {u"photo"_s, u"写真トレイ"_s},
+        {u"main-roll"_s, u"ロール紙"_s},
+        {u"tractor"_s, u"トラクタフィーダ"_s},
+    }};
+    for (const auto &[name, words] : names) {
+        if (bin == name)
+            return words;
+    }
+    static const QRegularExpression numbered(u"^tray-(\\d{1,3})$"_s);
+    const auto match = numbered.match(bin);
+    return match.hasMatch() ? u"トレイ "_s + match.captured(1) : bin;
+}
+
+QString paperInWords(const QSizeF &paper)
+{
+    struct Named
+    {
+        const char16_t *name;
+        QSizeF size;
+    };
+    static const std::array<Named, 5> papers{{{u"A4", {210, 297}},
+                                              {u"A5", {148, 210}},
+                                              {u"B5", {182, 257}},
+                                              {u"B4", {257, 364}},
+                                              {u"はがき", {100, 148}}}};
+    for (const Named &each : papers) {
+        if (std::abs(each.size.width() - paper.width()) < 0.5 &&
+            std::abs(each.size.height() - paper.height()) < 0.5)
+            return QString::fromUtf16(each.name);
+    }
+    return u"幅 %1 × 長さ %2 mm"_s.arg(paper.width()).arg(paper.height());
+}
+
+QString stateInWords(JobState state)
+{
+    switch (state) {
+    case JobState::Waiting:
+        return u"順番待ち"_s;
+    case JobState::Held:
+        return u"保留"_s;
+    case JobState::Printing:
+        return u"印刷中"_s;
+    case JobState::Stopped:
+        return u"停止（プリンタを確かめてください）"_s;
+    case JobState::Cancelled:
+        return u"取り消し"_s;
+    case JobState::Failed:
+        return u"失敗"_s;
+    case JobState::Done:
+        return u"印刷済み"_s;
+    }
+    return {};
+}
+
+} // namespace printing

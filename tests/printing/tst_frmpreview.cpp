@@ -1,0 +1,287 @@
+#include "printing/DialogPrintJobs.h"
+#include "printing/frmPreview.h"
+#include "support/fake_printers.h"
+#include "support/fresh_shop.h"
+#include "support/screen_driver.h"
+#include "support/scripted_test.h"
+#include "ui/file_dialogs.h"
+#include "ui/prompts.h"
+#include "ui/report_grid.h"
+#include "workspace/settings.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using namespace printing;
+
+namespace
+{
+
+Document pagesOfText(int pages)
+{
+    Document document;
+    document.title = u"納品書 O1"_s;
+    for (int page = 1; page <= pages; ++page) {
+        Sheet sheet;
+        sheet.texts.push_back({1000, 1000, u"第%1葉"_s.arg(page), 12});
+        document.sheets.push_back(sheet);
+    }
+    return document;
+}
+
+QString textOfPdf(const QByteArray &pdf)
+{
+    QProcess reader;
+    reader.start(u"pdftotext"_s, {u"-raw"_s, u"-"_s, u"-"_s});
+    reader.write(pdf);
+    reader.closeWriteChannel();
+    reader.waitForFinished();
+    return QString::fromUtf8(reader.readAllStandardOutput());
+}
+
+QString textOfFile(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? textOfPdf(file.readAll()) : QString();
+}
+
+// A preview of some pages over printers that keep what they are given.
+struct Desk
+{
+    explicit Desk(int pages, const std::function<void(FakePrinters &, FreshShop &)> &prepare = {})
+    {
+        if (prepare)
+            prepare(*printers, shop);
+        keepPrintSystem(shop.workspace, printers);
+        preview = std::make_unique<frmPreview>(shop.workspace, pagesOfText(pages));
+        driver = std::make_unique<ScreenDriver>(preview.get());
+        driver->show();
+    }
+
+    /// Opens the print dialog by its key and does \a work in it; \a work has to close it.
+    void print(const std::function<void(QWidget &dialog)> &work) const
+    {
+        QTimer::singleShot(0, preview.get(), [&] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            QVERIFY(dialog && dialog->objectName() == u"DialogPrint"_s);
+            work(*dialog);
+        });
+        QTest::keyClick(preview.get(), Qt::Key_P, Qt::ControlModifier);
+    }
+
+    FreshShop shop;
+    std::shared_ptr<FakePrinters> printers = std::make_shared<FakePrinters>();
+    std::unique_ptr<frmPreview> preview;
+    std::unique_ptr<ScreenDriver> driver;
+};
+
+template <class T>
+T &in(QWidget &dialog, const char *name)
+{
+    return *dialog.findChild<T *>(QLatin1StringView(name));
+}
+
+void press(QWidget &dialog, const char *name) { in<QPushButton>(dialog, name).click(); }
+
+} // namespace
+
+class TestFrmPreview : public ScriptedTest
+{
+    Q_OBJECT
+
+private slots:
+    void turnsPagesByKeys()
+    {
+        const Desk desk(3);
+        auto &label = desk.driver->the<QLabel>("lblPage");
+        QTRY_COMPARE(label.text(), u"1 / 3 ページ"_s);
+        QTest::keyClick(desk.preview.get(), Qt::Key_PageDown);
+        QTest::keyClick(desk.preview.get(), Qt::Key_PageDown);
+        QCOMPARE(label.text(), u"3 / 3 ページ"_s);
+        QVERIFY(!desk.driver->the<QPushButton>("cmdNext").isEnabled());
+        QTest::keyClick(desk.preview.get(), Qt::Key_PageUp);
+        QCOMPARE(label.text(), u"2 / 3 ページ"_s);
+        QTest::keyClick(desk.preview.get(), Qt::Key_Escape);
+        QVERIFY(!desk.preview->isVisible());
+    }
+
+    void savesAsPdfAndAsksBeforeOverwriting()
+    {
+        const Desk desk(1);
+        const QString fileName = desk.shop.path(u"saved.pdf"_s);
+        ui::file_dialogs::expectFile(desk.shop.path(u"saved"_s));
+        QTest::keyClick(desk.preview.get(), Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(textOfFile(fileName).contains(u"第1葉"_s));
+
+        QFile::resize(fileName, 3);
+        ui::file_dialogs::expectFile(fileName);
+        ui::prompts::expectAsk(u"「saved.pdf」は既にあります。上書きしますか。"_s, false);
+        QTest::keyClick(desk.preview.get(), Qt::Key_S, Qt::ControlModifier);
+        QCOMPARE(QFile(fileName).size(), 3);
+    }
+
+    void withoutAPrinterAPdfIsOffered()
+    {
+        const Desk desk(1, [](FakePrinters &printers, FreshShop &) { printers.names.clear(); });
+        ui::prompts::expectAsk(u"プリンタが見つかりません。PDF に保存しますか。"_s, true);
+        ui::file_dialogs::expectFile(desk.shop.path(u"instead.pdf"_s));
+        desk.driver->press("cmdPrint");
+        QVERIFY(QFile::exists(desk.shop.path(u"instead.pdf"_s)));
+    }
+
+    void aServiceThatDoesNotRunIsNamed()
+    {
+        const Desk desk(1, [](FakePrinters &printers, FreshShop &) {
+            printers.noService = base::Error{u"印刷サービスに接続できません。"_s};
+        });
+        ui::prompts::expectAsk(u"印刷サービスに接続できません。\nPDF に保存しますか。"_s, false);
+        desk.driver->press("cmdPrint");
+        QVERIFY(!desk.preview->isIssued());
+    }
+
+    void printsOnTheStoredPrinterWithTheGrid()
+    {
+        const Desk desk(2, [](FakePrinters &, FreshShop &shop) {
+            shop.settings.write(workspace::keys::printerName, u"DOT"_s);
+        });
+        desk.driver->the<QCheckBox>("chkGrid").setChecked(true);
+        desk.print([](QWidget &dialog) {
+            QCOMPARE(in<QComboBox>(dialog, "cboQueue").currentText(), u"DOT"_s);
+            QVERIFY(!in<QLabel>(dialog, "lblRemark").isVisible());
+            press(dialog, "cmdPrint");
+        });
+        QCOMPARE(desk.printers->given.size(), std::size_t(1));
+        const auto &[settings, pdf] = desk.printers->given.front();
+        QCOMPARE(settings.queue, u"DOT"_s);
+        QCOMPARE(settings.copies, 1);
+        QCOMPARE(settings.paper, QSizeF(210, 297));
+        const QString text = textOfPdf(pdf);
+        QVERIFY2(text.contains(u"第2葉"_s) && text.contains(u"150"_s), qPrintable(text)); // grid labels
+        QVERIFY(desk.preview->isIssued() && !desk.preview->isVisible());
+    }
+
+    void pagesCopiesAndBinAreAsked()
+    {
+        const Desk desk(5, [](FakePrinters &printers, FreshShop &) {
+            printers.can[u"LASER"_s] = {.bins = {u"top"_s, u"manual"_s}, .mostCopies = 9};
+        });
+        desk.print([](QWidget &dialog) {
+            in<QComboBox>(dialog, "cboBin").setCurrentText(u"手差し"_s);
+            // The wrong way round, as a hurried hand types it.
+            in<QSpinBox>(dialog, "spnFirst").setValue(4);
+            in<QSpinBox>(dialog, "spnLast").setValue(3);
+            QVERIFY(in<QRadioButton>(dialog, "optRange").isChecked());
+            in<QSpinBox>(dialog, "spnCopies").setValue(50);
+            press(dialog, "cmdPrint");
+        });
+        QCOMPARE(desk.printers->given.size(), std::size_t(1));
+        const auto &[settings, pdf] = desk.printers->given.front();
+        QCOMPARE(settings.bin, u"manual"_s);
+        QCOMPARE(settings.copies, 9);
+        QCOMPARE(textOfPdf(pdf).remove(u'\n').remove(u'\f'), u"第3葉第4葉"_s);
+    }
+
+    void manyCopiesAreAskedAbout()
+    {
+        const Desk desk(1);
+        ui::prompts::expectAskCautiously(u"100 部印刷します。よろしいですか。"_s, false);
+        desk.print([](QWidget &dialog) {
+            in<QSpinBox>(dialog, "spnCopies").setValue(100);
+            press(dialog, "cmdPrint");
+            QVERIFY(dialog.isVisible());
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        QVERIFY(desk.printers->given.empty() && !desk.preview->isIssued() && desk.preview->isVisible());
+    }
+
+    void paperThatThePrinterDoesNotTakeIsToldAndNothingIsSent()
+    {
+        const Desk desk(1, [](FakePrinters &printers, FreshShop &) {
+            printers.can[u"LASER"_s] = {.media = {{u"iso_a5_148x210mm"_s, {148, 210}, {}}}};
+        });
+        const QString told =
+            u"プリンタ「LASER」は、A4の用紙を受け付けません。この用紙を使えるプリンタを選ぶか、"
+            "プリンタの設定で用紙を加えてください。"_s;
+        ui::prompts::expectInform(told);
+        desk.print([&](QWidget &dialog) {
+            QCOMPARE(in<QLabel>(dialog, "lblRemark").text(), told);
+            press(dialog, "cmdPrint");
+            QVERIFY(dialog.isVisible());
+            in<QComboBox>(dialog, "cboQueue").setCurrentText(u"DOT"_s);
+            QVERIFY(!in<QLabel>(dialog, "lblRemark").isVisible());
+            press(dialog, "cmdPrint");
+        });
+        QCOMPARE(desk.printers->given.size(), std::size_t(1));
+        QCOMPARE(desk.printers->given.front().settings.queue, u"DOT"_s);
+    }
+
+    void aStoredPrinterThatIsGoneIsNamed()
+    {
+        const Desk desk(1, [](FakePrinters &, FreshShop &shop) {
+            shop.settings.write(workspace::keys::printerName, u"事務所のプリンタ"_s);
+        });
+        QVERIFY(desk.driver->the<QLabel>("LblPrinterName").text().contains(u"LASER"_s));
+        desk.print([](QWidget &dialog) {
+            QCOMPARE(in<QComboBox>(dialog, "cboQueue").currentText(), u"LASER"_s);
+            QVERIFY(in<QLabel>(dialog, "lblRemark").text().contains(u"「事務所のプリンタ」が見つからない"_s));
+            dialog.close();
+        });
+        QVERIFY(desk.printers->given.empty());
+    }
+
+    void aRefusedJobIsToldAndCountsAsNotPrinted()
+    {
+        const Desk desk(1, [](FakePrinters &printers, FreshShop &) {
+            printers.refusal = base::Error{u"Destination is not accepting jobs."_s};
+        });
+        ui::prompts::expectInform(u"Destination is not accepting jobs."_s);
+        desk.print([](QWidget &dialog) { press(dialog, "cmdPrint"); });
+        QVERIFY(!desk.preview->isIssued());
+        QVERIFY(desk.preview->isVisible());
+    }
+
+    void jobsOfTheDayCanBeTakenBack()
+    {
+        FreshShop shop;
+        const auto printers = std::make_shared<FakePrinters>();
+        const QDateTime today(shop.workspace.today(), QTime(9, 30));
+        printers->list = {{7, u"DOT"_s, u"納品書 O3"_s, JobState::Stopped, today},
+                          {6, u"LASER"_s, u"納品書 O2"_s, JobState::Done, today},
+                          {5, u"LASER"_s, u"納品書 O1"_s, JobState::Waiting, today.addDays(-1)},
+                          {4, u"LASER"_s, u"昨日の日報"_s, JobState::Done, today.addDays(-1)}};
+        keepPrintSystem(shop.workspace, printers);
+        DialogPrintJobs dialog(shop.workspace);
+        ScreenDriver driver(&dialog);
+        driver.show();
+        auto &grid = driver.the<ui::ReportGrid>("gridJobs");
+        QCOMPARE(grid.rowCount(), 3); // what is done is listed on its day, what may still come out always
+        grid.selectRow(1);
+        QVERIFY(!driver.the<QPushButton>("cmdCancelJob").isEnabled());
+        grid.selectRow(0);
+        const QString question = u"「納品書 O3」の印刷を取り消します。よろしいですか。"_s;
+        const QString remark = u"プリンタに届いている分は、そのまま出ることがあります。"_s;
+        ui::prompts::expectAskCautiously(question, false, remark);
+        driver.press("cmdCancelJob");
+        QVERIFY(printers->cancelled.empty());
+        ui::prompts::expectAskCautiously(question, true, remark);
+        driver.press("cmdCancelJob");
+        QCOMPARE(printers->cancelled, std::vector<int>{7});
+        QCOMPARE(grid.rowCount(), 2);
+
+        printers->noService = base::Error{u"印刷サービスに接続できません。"_s};
+        driver.press("cmdRefresh");
+        QCOMPARE(driver.the<QLabel>("lblCount").text(), u"印刷サービスに接続できません。"_s);
+    }
+};
+
+QTEST_MAIN(TestFrmPreview)
+#include "tst_frmpreview.moc"

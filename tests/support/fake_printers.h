@@ -1,0 +1,59 @@
+#pragma once
+
+#include "printing/pdf.h"
+#include "printing/queue/print_system.h"
+#include "printing/renderer.h"
+
+#include <algorithm>
+
+/// Printers that keep what they are given.
+class FakePrinters : public printing::PrintSystem
+{
+public:
+    struct Given
+    {
+        printing::JobSettings settings;
+        QByteArray pdf;
+    };
+
+    QStringList names{QStringLiteral("LASER"), QStringLiteral("DOT")};
+    QString usual = QStringLiteral("LASER");
+    std::map<QString, printing::QueueAbilities> can; // others take all paper
+    std::optional<base::Error> noService;            // what every call fails with
+    std::optional<base::Error> refusal;              // of whatever is handed over
+    std::vector<Given> given;
+    std::vector<printing::PrintJob> list;
+    std::vector<int> cancelled; // numbers
+
+    base::Result<QStringList> queues() override
+    {
+        return noService ? base::Result<QStringList>(*noService) : names;
+    }
+    base::Result<QString> usualQueue() override { return usual; }
+    base::Result<printing::QueueAbilities> abilities(const QString &queue) override
+    {
+        const auto found = can.find(queue);
+        return found == can.end() ? printing::QueueAbilities{.mostCopies = 999} : found->second;
+    }
+    base::Result<int> print(const printing::Document &document, const printing::Look &look,
+                            const printing::JobSettings &settings, const base::Progress &progress) override
+    {
+        if (refusal)
+            return *refusal;
+        const auto pdf = printing::pdfOf(document, look, progress);
+        if (!pdf)
+            return pdf.error();
+        given.push_back({settings, *pdf});
+        return static_cast<int>(given.size());
+    }
+    base::Result<std::vector<printing::PrintJob>> jobs() override
+    {
+        return noService ? base::Result<std::vector<printing::PrintJob>>(*noService) : list;
+    }
+    base::Status cancel(const printing::PrintJob &job) override
+    {
+        cancelled.push_back(job.number);
+        std::erase_if(list, [&job](const printing::PrintJob &each) { return each.number == job.number; });
+        return {};
+    }
+};
