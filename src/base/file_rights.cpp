@@ -9,12 +9,14 @@
 #ifdef Q_OS_WIN
 #include <windows.h>
 #else
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 #endif
 #ifdef Q_OS_LINUX
 #include <sys/xattr.h>
@@ -110,6 +112,16 @@ bool giveToGroup(const QByteArray &path, gid_t group)
            ::chown(path.constData(), static_cast<uid_t>(-1), group) == 0;
 }
 
+bool isMemberOf(gid_t group)
+{
+    if (group == ::getegid())
+        return true;
+    std::vector<gid_t> groups(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
+    const int found = ::getgroups(static_cast<int>(groups.size()), groups.data());
+    return std::find(groups.begin(), groups.begin() + std::max(found, 0), group) !=
+           groups.begin() + std::max(found, 0);
+}
+
 } // namespace
 
 Status makePrivateFile(const QString &fileName)
@@ -157,11 +169,12 @@ bool isTrusted(const QString &fileName, const QString &folder)
     const auto program = statOf(fileName);
     if (!shared || !program)
         return false;
-    const bool isShared = (shared->st_mode & S_IWGRP) != 0;
+    const bool isShared = (shared->st_mode & S_IWGRP) && isMemberOf(shared->st_gid);
     const auto isKnown = [&](const struct stat &rights) {
         const bool isOwn = rights.st_uid == ::geteuid() || rights.st_uid == 0;
         const bool isOfGroup = isShared && rights.st_gid == shared->st_gid;
-        return (isOwn || isOfGroup) && !(rights.st_mode & S_IWOTH);
+        const mode_t strangers = isOfGroup ? S_IWOTH : S_IWGRP | S_IWOTH;
+        return (isOwn || isOfGroup) && !(rights.st_mode & strangers);
     };
     return isKnown(*shared) && isKnown(*program);
 }

@@ -20,8 +20,9 @@ void giveRightsOf(const QString &model, const QString &fileName);
 /// group too that shares the folder.
 void giveRightsOfNewFile(const QString &fileName);
 
-/// Whether only people who may do so anyway can have put the program \a fileName there: it and \a folder are
-/// this user's, root's, or of the group that the shared \a folder has, and not everybody can write them.
+/// Whether only people who may do so anyway can have put the program \a fileName there, or changed it: it and
+/// \a folder are this user's, root's, or of the group that shares \a folder with this user, and nobody else
+/// can write them.
 bool isTrusted(const QString &fileName, const QString &folder);
 
 /// Makes \a folder, when it is not there, with the rights of the folder above it: who shares that shares
