@@ -36,6 +36,8 @@ bool isKept(const QString &sql)
 
 constexpr std::size_t statementsKept = 100;
 
+constexpr int patience = 5000; // milliseconds that a locked file is waited for
+
 // Bytes of a value or a row. No row of a shop comes near it; a file made with ill will asks for more.
 constexpr int longestValue = 100'000'000;
 
@@ -102,7 +104,9 @@ base::Status Connection::open(const QString &fileName)
         if (ready)
             ready = (this->*check)();
     }
-    if (!ready)
+    if (ready)
+        addMissingIndexes();
+    else
         close();
     return ready;
 }
@@ -226,6 +230,22 @@ base::Status Connection::checkEdges()
     return {};
 }
 
+// Those that were declared after the file was made, or that another program has dropped. They only make
+// reading quicker: a file that has no room for them, or that others read just now, is worked in without.
+void Connection::addMissingIndexes()
+{
+    const auto there = select(u"SELECT name FROM sqlite_schema WHERE type = 'index'"_s);
+    if (!there)
+        return;
+    QMap<QString, QString> missing = declaredIndexes();
+    for (const QVariantList &index : there->rows)
+        missing.remove(index.front().toString());
+    sqlite3_busy_timeout(handle(), 0);
+    for (const QString &statement : std::as_const(missing))
+        (void)execute(statement);
+    sqlite3_busy_timeout(handle(), patience);
+}
+
 // What would be carried out, or worked out, while the program only reads and writes rows: triggers, views,
 // virtual tables, generated columns other than our own.
 base::Status Connection::checkDefinitions()
@@ -256,11 +276,11 @@ base::Status Connection::checkDefinitions()
 // Without it no row could be told from what another program made of it.
 base::Status Connection::checkCounter()
 {
-    const auto counter = select(u"SELECT count(*) FROM 版数 WHERE typeof(最終) = 'integer' "
-                                "AND 最終 BETWEEN 0 AND 9007199254740992"_s);
+    const auto counter = select(u"SELECT count(*), count(CASE WHEN typeof(最終) = 'integer' "
+                                "AND 最終 BETWEEN 0 AND 9007199254740992 THEN 1 END) FROM 版数"_s);
     if (!counter)
         return counter.error();
-    return counter->rows.front().front().toInt() == 1
+    return counter->rows.front() == QVariantList{1, 1}
                ? base::Status()
                : base::Error{u"テーブル「版数」の内容が正しくないため、データベースを開けませんでした。"_s +
                              rebuilding};

@@ -92,6 +92,7 @@ private:
     base::Status checkDefinitions();
     base::Status checkCounter();
     base::Status checkEdges();
+    void addMissingIndexes();
 
     QString m_name; // of the QtSql connection
     QString m_fileName;

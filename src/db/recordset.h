@@ -124,13 +124,10 @@ public:
     /// Drops the edits of the current row.
     void revert() override;
 
-    /// Appends a row with the next free key and \a values, saved at once; it becomes the current one.
-    /// \a choice may put a higher key in the place of that one. \return the row's key. Only for a table whose
-    /// keys the program gives out.
+    /// Appends a row with the next free key and \a values, saved at once; it becomes the current one. One
+    /// that is not in the file yet goes. \a choice may put a higher key in the place of that one. \return the
+    /// row's key. Only for a table whose keys the program gives out.
     base::Result<qint64> add(const QVariantMap &values = {}, const KeyChoice &choice = {});
-
-    /// Appends a row of a table whose keys the database gives out, saved at once; it becomes the current one.
-    base::Status append(const QVariantMap &values);
 
     /// Shows one more row at the end, with \a values, that is not in the file: it becomes the current one,
     /// after the edits of the present one were settled. update() stores it once something was typed into it;

@@ -250,17 +250,6 @@ base::Result<qint64> Recordset::add(const QVariantMap &values, const KeyChoice &
     return added;
 }
 
-base::Status Recordset::append(const QVariantMap &values)
-{
-    const auto row = atomically(m_connection, [&]() -> base::Result<std::vector<qint64>> {
-        const base::Status added = insert(values);
-        return added ? m_connection.integers(u"SELECT last_insert_rowid()"_s) : added.error();
-    });
-    if (row)
-        inserted(row->front());
-    return row.status();
-}
-
 // A row into the file, inside the transaction of the caller.
 base::Status Recordset::insert(const QVariantMap &values)
 {
@@ -279,6 +268,8 @@ base::Status Recordset::insert(const QVariantMap &values)
 
 void Recordset::inserted(qint64 key)
 {
+    if (isNewRow())
+        removed();
     m_rows.forget(key);
     // A new row stands last, whatever the order, unless it has come along with the last ones just now.
     if (!m_keys.hasEnd(KeySet::End::Last))
@@ -381,12 +372,12 @@ base::Status Recordset::insertNewRow()
 // Nothing was typed into it, or what was is not wanted.
 void Recordset::dropLeftRow()
 {
-    const int last = count() - 1;
-    if (!m_newRow.isRead || last == m_current)
+    const int row = m_newRow.isRead ? m_keys.rowOf(newRowKey) : -1;
+    if (row < 0 || row == m_current)
         return;
     m_newRow = {};
-    beginRemoveRows({}, last, last);
-    m_keys.remove(last);
+    beginRemoveRows({}, row, row);
+    m_keys.remove(row);
     endRemoveRows();
 }
 

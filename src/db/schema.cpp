@@ -160,4 +160,17 @@ bool declaresOwnGeneratedColumn(const QString &statement)
 
 QString schemaSql() { return QString::fromUtf8(schemaText); }
 
+const QMap<QString, QString> &declaredIndexes()
+{
+    static const QMap<QString, QString> all = [] {
+        QMap<QString, QString> statements;
+        for (const QString &line : schemaSql().split(u'\n')) {
+            if (line.startsWith(u"CREATE INDEX "))
+                statements.insert(line.section(u' ', 2, 2), line);
+        }
+        return statements;
+    }();
+    return all;
+}
+
 } // namespace db

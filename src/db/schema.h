@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -64,5 +65,8 @@ bool bearsVersion(const QString &table);
 
 /// The statements of schema.sql.
 QString schemaSql();
+
+/// Those of them that make an index, by its name.
+const QMap<QString, QString> &declaredIndexes();
 
 } // namespace db

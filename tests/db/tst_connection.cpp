@@ -68,6 +68,7 @@ private slots:
     void damagedFilesNeverCrash();
     void hiddenTriggersNeverFire_data();
     void hiddenTriggersNeverFire();
+    void missingIndexesAreMade();
     void movedFileIsTold();
     void readOnlyFileIsRefused();
     void lockedFileIsRefused();
@@ -149,6 +150,8 @@ void TestConnection::refusedFiles_data()
     QTest::newRow("no kind") << redeclared("何か TEXT") << u"種別"_s;
     QTest::newRow("kind as plain text") << redeclared("種別 TEXT") << u"種別"_s;
     QTest::newRow("empty counter") << changed("DELETE FROM 版数") << u"版数"_s;
+    QTest::newRow("second, odd counter") << changed("INSERT INTO 版数 (最終) VALUES ('x')") << u"版数"_s;
+    QTest::newRow("two counters") << changed("INSERT INTO 版数 (最終) VALUES (7)") << u"版数"_s;
     QTest::newRow("counter at its end") << changed("UPDATE 版数 SET 最終 = 9223372036854775807") << u"版数"_s;
     QTest::newRow("no counter") << changed("DROP TABLE 版数") << u"版数"_s;
     QTest::newRow("cut off") << good.left(4096) << u""_s;
@@ -230,6 +233,26 @@ void TestConnection::hiddenTriggersNeverFire()
     QCOMPARE(sqlite3_column_int(count, 0), 1);
     sqlite3_finalize(count);
     sqlite3_close(other);
+}
+
+void TestConnection::missingIndexesAreMade()
+{
+    FreshShop shop;
+    const QString indexes =
+        u"SELECT name, tbl_name, sql FROM sqlite_schema WHERE type = 'index' ORDER BY name"_s;
+    const QStringList before = shop.rows(indexes);
+    shop.run(u"DROP INDEX 入出庫マスター_未完了"_s);
+    shop.run(u"DROP INDEX 発送マスター_名キー"_s);
+    shop.connection.close();
+    {
+        // It is opened all the same while another program reads.
+        OtherProgram other(shop.path(u"shop.cdb"_s));
+        QCOMPARE(other.run("BEGIN; SELECT count(*) FROM 単位"), SQLITE_OK);
+        QVERIFY(shop.connection.open(shop.path(u"shop.cdb"_s)));
+        shop.connection.close();
+    }
+    QVERIFY(shop.connection.open(shop.path(u"shop.cdb"_s)));
+    QCOMPARE(shop.rows(indexes), before);
 }
 
 void TestConnection::movedFileIsTold()

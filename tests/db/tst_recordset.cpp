@@ -20,6 +20,7 @@ private slots:
     void failedUpdateKeepsTheEdits();
     void addAndRemoveKeepACurrentRow();
     void linesWithoutAKeyStayInOrder();
+    void addingEndsARowThatWasBegun();
     void numbersFromText();
     void rowsThatAnotherProgramDeleted();
     void rowsThatAnotherProgramChanged_data();
@@ -143,8 +144,11 @@ void TestRecordset::linesWithoutAKeyStayInOrder()
                         .table = u"入出庫サブ"_s,
                         .where = u"ID = ?"_s,
                         .values = {7}}));
-    for (const QString &name : {u"りんご"_s, u"みかん"_s, u"かき"_s})
-        QVERIFY(lines.append({{u"ID"_s, 7}, {u"商品名"_s, name}, {u"金額"_s, 1000.0}}));
+    for (const QString &name : {u"りんご"_s, u"みかん"_s, u"かき"_s}) {
+        QVERIFY(lines.beginRow({{u"ID"_s, 7}, {u"金額"_s, 1000.0}}));
+        lines.setValue(u"商品名"_s, name);
+        QVERIFY(lines.update());
+    }
     shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名) VALUES (8, 'ほか')"_s);
     QVERIFY(lines.requery());
     QCOMPARE(lines.count(), 3);
@@ -153,6 +157,29 @@ void TestRecordset::linesWithoutAKeyStayInOrder()
     QVERIFY(lines.remove());
     QCOMPARE(shop.rows(u"SELECT 商品名 FROM 入出庫サブ ORDER BY rowid"_s),
              (QStringList{u"りんご"_s, u"みかん"_s, u"ほか"_s}));
+}
+
+// A row that was begun stands last; one that is added while it does takes its place.
+void TestRecordset::addingEndsARowThatWasBegun()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 単位 (単位ID, 単位) VALUES (1, '個'), (2, '本')"_s);
+    db::Recordset rows(shop.connection);
+    QVERIFY(rows.open({.table = u"単位"_s}));
+    QVERIFY(rows.beginRow({}));
+    rows.setValue(u"単位"_s, u"袋"_s);
+    QCOMPARE(*rows.add({{u"単位"_s, u"箱"_s}}), 3);
+    QVERIFY(!rows.isNewRow() && !rows.isDirty());
+    QCOMPARE(rows.currentKey(), 3);
+    QVERIFY(rows.moveFirst());
+    QCOMPARE(rows.count(), 3);
+    QCOMPARE(rows.keyAt(2), 3);
+    QVERIFY(rows.beginRow({}));
+    rows.setValue(u"単位"_s, u"枚"_s);
+    QVERIFY(rows.moveFirst());
+    QCOMPARE(shop.rows(u"SELECT 単位ID, 単位 FROM 単位 ORDER BY 単位ID"_s),
+             QStringList({u"1|個"_s, u"2|本"_s, u"3|箱"_s, u"4|枚"_s}));
+    QCOMPARE(rows.count(), 4);
 }
 
 void TestRecordset::numbersFromText()
