@@ -1,5 +1,7 @@
 #include "db/long_value.h"
 
+#include "text/shown_text.h"
+
 using namespace Qt::StringLiterals;
 
 namespace db
@@ -7,8 +9,6 @@ namespace db
 
 namespace
 {
-
-constexpr qsizetype longestShown = 20'000; // characters; a line edit takes 32,767
 
 qsizetype lengthOf(const QVariant &value)
 {
@@ -24,14 +24,17 @@ qsizetype lengthOf(const QVariant &value)
 
 QString beginningOf(const QVariant &value)
 {
-    constexpr qsizetype shown = 1'000;
-    return value.typeId() == QMetaType::QByteArray ? QString::fromUtf8(value.toByteArray().left(shown))
-                                                   : value.toString().left(shown);
+    constexpr qsizetype shown = 1'000;       // characters; what is said of the rest is to be seen beside them
+    constexpr qsizetype longest = 4 * shown; // bytes
+    return text::beginningOf(value.typeId() == QMetaType::QByteArray
+                                 ? QString::fromUtf8(value.toByteArray().left(longest))
+                                 : value.toString(),
+                             shown);
 }
 
 } // namespace
 
-bool isTooLong(const QVariant &value) { return lengthOf(value) > longestShown; }
+bool isTooLong(const QVariant &value) { return lengthOf(value) > text::longestEdited; }
 
 QList<int> shorten(QVariantList &values)
 {

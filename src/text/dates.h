@@ -16,11 +16,11 @@ std::optional<QDate> parseDate(QStringView s);
 /// A date as the database holds it, "2026-04-01".
 inline QString stored(const QDate &date) { return date.toString(Qt::ISODate); }
 
-/// "2026/04/01"; nothing for a date that is none.
 /// The day that \a s writes out: 2020年4月1日, 令和2年4月1日, 令和元年, R2.4.1, H31/4/30, in any width and
 /// with blanks; none for a day that is no day of its era.
 std::optional<QDate> parseWrittenDate(QStringView s);
 
+/// "2026/04/01"; nothing for a date that is none.
 QString formatDate(const QDate &date);
 
 } // namespace text

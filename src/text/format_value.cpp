@@ -1,6 +1,7 @@
 #include "text/format_value.h"
 
 #include "text/numbers.h"
+#include "text/shown_text.h"
 
 using base::Format;
 
@@ -10,8 +11,10 @@ namespace text
 namespace
 {
 
-// Characters. A cell that lays out the megabytes of a damaged or hostile file stands still.
-constexpr qsizetype longestShown = 5'000;
+QString shown(const QString &whole)
+{
+    return whole.size() <= longestShown ? whole : beginningOf(whole, longestShown) + QChar(u'…');
+}
 
 } // namespace
 
@@ -20,7 +23,7 @@ QString formatValue(Format format, const QVariant &value)
     if (value.isNull())
         return {};
     if (format == Format::Date)
-        return value.toString().replace(u'-', u'/');
+        return shown(value.toString()).replace(u'-', u'/');
     const int type = value.typeId();
     const bool isText = type == QMetaType::QString || type == QMetaType::QByteArray;
     if (!isText && format == Format::Amount)
@@ -29,8 +32,7 @@ QString formatValue(Format format, const QVariant &value)
         return formatQuantity(value.toDouble());
     if (type == QMetaType::Double)
         return formatPlain(value.toDouble());
-    const QString whole = value.toString();
-    return whole.size() <= longestShown ? whole : whole.first(longestShown) + QChar(u'…');
+    return shown(value.toString());
 }
 
 } // namespace text

@@ -13,7 +13,7 @@ namespace text
 QStringList searchWords(const QString &typed)
 {
     static const QRegularExpression blanks(uR"([\s\x{3000}]+)"_s);
-    return typed.split(blanks, Qt::SkipEmptyParts);
+    return typed.split(blanks, Qt::SkipEmptyParts).mid(0, mostSearchWords);
 }
 
 QStringList keyPatterns(const QString &word)

@@ -8,9 +8,6 @@ namespace ui
 namespace
 {
 
-// Characters: a grid that lays out megabytes stands still.
-constexpr qsizetype longestShown = 2000;
-
 int alignmentOf(const base::Column &column)
 {
     return int((base::isNumber(column.format) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
@@ -22,7 +19,7 @@ QVariant cellOf(const base::Column &column, const QVariant &value, int role)
 {
     switch (role) {
     case Qt::DisplayRole:
-        return text::formatValue(column.format, value).left(longestShown);
+        return text::formatValue(column.format, value);
     case Qt::EditRole:
         return value;
     case Qt::TextAlignmentRole:

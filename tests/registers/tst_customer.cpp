@@ -160,6 +160,17 @@ private slots:
         QTEST(keys.join(u' '), "found");
     }
 
+    // More words than a condition of the database can have.
+    void searchesForAPastedPage()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名キー) VALUES (1, '山田'), (2, '佐藤')"_s);
+        db::Recordset customers(shop.connection);
+        const auto found = registers::openCustomersLike(customers, u"山田\r\n"_s.repeated(3000));
+        QVERIFY2(found && *found, found ? "" : qPrintable(found.error().text));
+        QCOMPARE(customers.count(), 1);
+    }
+
     void refuses_data()
     {
         QTest::addColumn<QString>("name");

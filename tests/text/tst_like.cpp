@@ -208,6 +208,7 @@ void TestLike::wordsOfASearch()
 {
     QCOMPARE(text::searchWords(u"　高橋　花子 03-12　"_s), QStringList({u"高橋"_s, u"花子"_s, u"03-12"_s}));
     QCOMPARE(text::searchWords(u" 　"_s), QStringList());
+    QCOMPARE(text::searchWords(u"高橋\n"_s.repeated(5000)).size(), text::mostSearchWords);
 }
 
 void TestLike::patternsOfAWord_data()

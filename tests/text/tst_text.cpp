@@ -323,6 +323,13 @@ void TestText::valuesOfColumns_data()
     QTest::newRow("key") << Number << QVariant(12345) << u"12345"_s;
     QTest::newRow("number in a column of texts") << Text << QVariant(0.1 * 3) << u"0.3"_s;
     QTest::newRow("date") << Date << QVariant(u"2026-04-01"_s) << u"2026/04/01"_s;
+    // A surrogate pair is not parted.
+    const QString pairs = u"𠮷"_s.repeated(3000);
+    QTest::newRow("far too long") << Text << QVariant(pairs) << pairs.first(5000) + u'…';
+    QTest::newRow("far too long, within a pair")
+        << Text << QVariant(u'a' + pairs) << u'a' + pairs.first(4998) + u'…';
+    QTest::newRow("far too long a date")
+        << Date << QVariant(QString(6000, u'-')) << QString(5000, u'/') + u'…';
     QTest::newRow("text with a hyphen") << Text << QVariant(u"A-1"_s) << u"A-1"_s;
 }
 

@@ -10,6 +10,7 @@
 #include "db/create.h"
 #include "db/errors.h"
 #include "db/schema.h"
+#include "text/shown_text.h"
 
 #include <QFile>
 
@@ -28,9 +29,7 @@ namespace
 // Far beyond what a shop reaches, far below where numbers end: a greater one is damage.
 constexpr qint64 highestCounter = qint64(1) << 50;
 
-// Of a doubtful row's value that is kept to be looked at.
-constexpr qsizetype longestShown = 2000; // bytes
-
+// What is kept of a doubtful row's value, to be looked at.
 QString shownValue(const StoredRecord &record, std::size_t index, int encoding)
 {
     if (record.isNull(index))
@@ -40,8 +39,8 @@ QString shownValue(const StoredRecord &record, std::size_t index, int encoding)
     if (record.isReal(index))
         return QString::number(record.real(index), 'g', QLocale::FloatingPointShortest);
     if (record.isText(index))
-        return textIn(record, index, encoding).left(longestShown);
-    return QString::fromLatin1(record.bytes(index).left(longestShown).toHex());
+        return text::beginningOf(textIn(record, index, encoding), text::longestShown);
+    return QString::fromLatin1(record.bytes(index).left(text::longestShown / 2).toHex());
 }
 
 // The keys of the rows that an index names.
