@@ -8,7 +8,7 @@ namespace text
 {
 
 /// Of a value in a cell, on paper or in a list.
-inline constexpr qsizetype longestShown = 5'000;
+inline constexpr qsizetype longestShown = 2'000;
 
 /// What a box takes whole, to be edited; a line edit takes 32,767.
 inline constexpr qsizetype longestEdited = 20'000;

@@ -325,11 +325,11 @@ void TestText::valuesOfColumns_data()
     QTest::newRow("date") << Date << QVariant(u"2026-04-01"_s) << u"2026/04/01"_s;
     // A surrogate pair is not parted.
     const QString pairs = u"𠮷"_s.repeated(3000);
-    QTest::newRow("far too long") << Text << QVariant(pairs) << pairs.first(5000) + u'…';
+    QTest::newRow("far too long") << Text << QVariant(pairs) << pairs.first(2000) + u'…';
     QTest::newRow("far too long, within a pair")
-        << Text << QVariant(u'a' + pairs) << u'a' + pairs.first(4998) + u'…';
+        << Text << QVariant(u'a' + pairs) << u'a' + pairs.first(1998) + u'…';
     QTest::newRow("far too long a date")
-        << Date << QVariant(QString(6000, u'-')) << QString(5000, u'/') + u'…';
+        << Date << QVariant(QString(6000, u'-')) << QString(2000, u'/') + u'…';
     QTest::newRow("text with a hyphen") << Text << QVariant(u"A-1"_s) << u"A-1"_s;
 }
 
