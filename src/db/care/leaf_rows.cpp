@@ -41,6 +41,7 @@ LeafRows readLeaf(PageReader &reader, const TreePage &page,
                   const std::function<bool(const StoredRecord &)> &fits)
 {
     LeafRows rows;
+    rows.broken = page.repeated;
     std::vector<StoredRecord> records;
     for (const quint32 cell : page.cells) {
         if (auto record = reader.record(page, cell))

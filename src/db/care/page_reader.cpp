@@ -172,7 +172,7 @@ std::optional<TreePage> PageReader::page(quint32 number) const
 {
     if (number == 0 || number > m_pageCount)
         return std::nullopt;
-    TreePage page{number, TreePage::TableLeaf, read(number), {}, {}, {}};
+    TreePage page{number, TreePage::TableLeaf, read(number), {}, 0, {}, {}};
     if (page.bytes.isEmpty())
         return std::nullopt;
     const qsizetype start = number == 1 ? fileHeaderSize : 0;
@@ -186,11 +186,17 @@ std::optional<TreePage> PageReader::page(quint32 number) const
     const qsizetype cells = start + (isLeaf ? 8 : 12);
     if (cells + 2 * qsizetype(count) > qsizetype(m_usable))
         return std::nullopt;
+    std::vector<bool> seen(m_usable);
     for (quint32 i = 0; i < count; ++i) {
         const quint32 cell = number16(page.bytes, cells + 2 * qsizetype(i));
         if (cell + 4 > m_usable || qsizetype(cell) < cells + 2 * qsizetype(count))
             return std::nullopt;
-        page.cells.push_back(cell);
+        // A page whose places all lead to one long row would fill the memory with it.
+        if (seen[cell])
+            ++page.repeated;
+        else
+            page.cells.push_back(cell);
+        seen[cell] = true;
         if (!isLeaf && !addChild(page, cell))
             return std::nullopt;
     }

@@ -22,7 +22,8 @@ struct TreePage
     quint32 number;
     Kind kind;
     QByteArray bytes;
-    std::vector<quint32> cells;    // their offsets
+    std::vector<quint32> cells;    // their offsets, each once
+    quint32 repeated = 0;          // places that lead to the cell of another one
     std::vector<quint32> children; // page numbers, from left to right
     std::vector<qint64> keys;      // of a table's inner page: the highest key below each child but the last
 };

@@ -251,6 +251,7 @@ base::Result<IndexedKeys> Salvager::readIndex(quint32 root)
     IndexedKeys found;
     std::size_t width = 0;
     const auto isWhole = m_trees.index(root, [&](const TreePage &page) {
+        found.isWhole = found.isWhole && page.repeated == 0;
         for (const quint32 cell : page.cells) {
             const auto entry = m_reader.record(page, cell);
             if (!entry || entry->values.empty() || !entry->isInteger(entry->values.size() - 1)) {

@@ -47,6 +47,7 @@ base::Result<Schema> readSchema(PageReader &reader, TreeWalk &trees)
 {
     Schema schema;
     const auto note = [&](const TreePage &page, const KeyRange &) -> base::Result<bool> {
+        schema.isWhole = schema.isWhole && page.repeated == 0;
         for (const quint32 cell : page.cells) {
             const auto record = reader.record(page, cell);
             if (!record || record->values.size() != 5 || !record->isInteger(3)) {

@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <algorithm>
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
@@ -56,6 +57,7 @@ private slots:
     void damagedEntry();
     void wrongRowNumber_data();
     void wrongRowNumber();
+    void repeatedCell();
     void columnsOfCompanions_data();
     void columnsOfCompanions();
     void emptiedTableStaysEmpty();
@@ -181,6 +183,20 @@ void TestSalvageBytes::wrongRowNumber()
     // It was read, and is listed: it is not missing as well.
     for (const db::SalvagedTable &table : done.tables)
         QVERIFY2(table.unread == 0, qPrintable(table.table));
+}
+
+// Two places of a leaf lead to one row: the other row cannot be found.
+void TestSalvageBytes::repeatedCell()
+{
+    QByteArray bytes = m_sound;
+    const qsizetype places = (m_smallLeaf - 1) * pageSize + 8;
+    bytes.replace(places + 2 * 5, 2, bytes.mid(places + 2 * 3, 2));
+    const db::Salvage done = m_both.rebuilt(bytes);
+    QCOMPARE(m_result.value(u"SELECT group_concat(社員ID) FROM 社員"_s).toString(),
+             u"1,2,3,4,5,7,8,9,10,11,12"_s);
+    QCOMPARE(done.strayRows, 0);
+    const auto employees = std::ranges::find(done.tables, u"社員"_s, &db::SalvagedTable::table);
+    QCOMPARE(employees->unread, 1);
 }
 
 void TestSalvageBytes::columnsOfCompanions_data()
