@@ -2,6 +2,7 @@
 
 #include "db/connection.h"
 #include "text/like.h"
+#include "text/width.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,6 +12,11 @@ namespace book
 QString automaticNumber(const SlipKind &kind, const QString &infix, qint64 id)
 {
     return QChar(kind.letter) + infix + QString::number(id);
+}
+
+std::optional<SlipKind> kindOf(const QString &number)
+{
+    return kindWith(text::toHalfWidthAscii(number.left(1)).toUpper().toLatin1());
 }
 
 base::Status checkManualNumber(db::Connection &connection, const QString &number, char16_t letter, qint64 own)

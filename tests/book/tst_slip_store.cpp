@@ -19,6 +19,7 @@ private slots:
     void keysFollowTheHighest();
     void automaticNumbers_data();
     void automaticNumbers();
+    void theLetterTellsTheKind();
     void manualNumbers_data();
     void manualNumbers();
     void twoProgramsNeverShareANumber();
@@ -95,6 +96,21 @@ void TestSlipStore::keysFollowTheHighest()
     QCOMPARE(savedSale(shop), 4);
     shop.run(u"UPDATE 入出庫マスター SET ID = ? WHERE ID = 4"_s, {db::highestKey});
     QVERIFY2(!book::saveHeader(shop.connection, saleTo(1)), "the keys are used up");
+}
+
+// As the generated column does, whatever the width and the case.
+void TestSlipStore::theLetterTellsTheKind()
+{
+    for (const QString &number :
+         {u"I100"_s, u"Ｉ－１"_s, u"i1"_s, u"ｏ7"_s, u"Ｔ"_s, u"X1"_s, u"ア1"_s, u" I1"_s, QString()}) {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (1, ?)"_s, {number});
+        const auto kind = book::kindOf(number);
+        const QString letter = shop.value(u"SELECT 種別 FROM 入出庫マスター"_s).toString();
+        const auto counted = book::kindWith(letter.toLatin1());
+        QCOMPARE(kind.has_value(), counted.has_value());
+        QVERIFY(!kind || *kind == *counted);
+    }
 }
 
 void TestSlipStore::automaticNumbers_data()

@@ -1,5 +1,6 @@
 #include "slips/entry/slip_screen.h"
 
+#include "book/counterpart_name.h"
 #include "book/numbering.h"
 #include "registers/last_counterparts.h"
 #include "ui/date_box.h"
@@ -137,6 +138,31 @@ void SlipScreen::checkNumber()
     tell(checked);
 }
 
+// The books go by the letter, whatever screen a slip was entered on.
+bool SlipScreen::mayBearNumber(const book::NewSlip &slip)
+{
+    const auto kind = slip.manualNumber ? book::kindOf(*slip.manualNumber) : std::nullopt;
+    // One that is refused is not asked about.
+    if (!kind || *kind == slip.kind || slip.counterpart == 0 ||
+        !book::checkManualNumber(workspace().connection, *slip.manualNumber, slip.manualLetter))
+        return true;
+    const auto name = book::nameOfCounterpart(workspace().connection, kind->party, slip.counterpart);
+    if (!tell(name.status()))
+        return false;
+    const QString party = kind->party == book::Party::Customer ? u"納品先"_s : u"仕入先"_s;
+    if (ui::prompts::askCautiously(
+            this,
+            u"伝票番号「%1」の最初の文字は%2を表すため、この伝票は%3ではなく、%4ID "
+            u"%5「%6」の%2として数えられます。"
+            "このまま保存しますか。"_s.arg(slip.manualNumber->left(30), nameOf(*kind), nameOf(slip.kind),
+                                           party, QString::number(slip.counterpart), *name),
+            u"番号を自動で付けると、%1の伝票になります（メイン画面の「伝票番号を自動で設定」）。"_s.arg(
+                nameOf(slip.kind))))
+        return true;
+    m_controls.number->setFocus();
+    return false;
+}
+
 void SlipScreen::saveHeader()
 {
     const workspace::Panel &panel = workspace().panel;
@@ -154,6 +180,8 @@ void SlipScreen::saveHeader()
     if (m_description.stampsCounterpart)
         slip.stamp = workspace().today();
 
+    if (!mayBearNumber(slip))
+        return;
     const auto saved = book::saveHeader(workspace().connection, slip);
     if (!saved) {
         if (slip.counterpart == 0 || saved.error().gone)

@@ -114,6 +114,7 @@ private:
     void showCounterpart();
     void checkNumber();
     void saveHeader();
+    bool mayBearNumber(const book::NewSlip &slip);
 
     bool leaveWithLines();
     bool leaveWithoutLines();

@@ -142,6 +142,17 @@ void TestFrmOutRefusals::manualNumbers()
     ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
     save(u"O1"_s);
     QVERIFY(desk.hasFocus("txtDenNo"));
+    // In the books it is a purchase: of a supplier who has nothing to do with it, or of nobody.
+    desk.shop.run(u"INSERT INTO 仕入先 (仕入先ID, 仕入先名1) VALUES (5, '山本問屋')"_s);
+    const QString counts = u"伝票番号「I1」の最初の文字は仕入を表すため、この伝票は納品ではなく、"
+                           "仕入先ID 5「山本問屋」の仕入として数えられます。このまま保存しますか。"_s;
+    const QString automatic =
+        u"番号を自動で付けると、納品の伝票になります（メイン画面の「伝票番号を自動で設定」）。"_s;
+    ui::prompts::expectAskCautiously(counts, false, automatic);
+    save(u"I1"_s);
+    QCOMPARE(desk.shop.rows(u"SELECT 伝票番号 FROM 入出庫マスター"_s), QStringList());
+    QVERIFY(desk.hasFocus("txtDenNo"));
+    ui::prompts::expectAskCautiously(counts, true, automatic);
     save(u"I1"_s);
     QCOMPARE(desk.usable(), saved);
     desk.line(u"1"_s, u"1"_s);

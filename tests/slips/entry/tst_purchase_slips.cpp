@@ -168,6 +168,7 @@ private slots:
         desk.driver().type("txtDenNo", u"M1"_s);
         desk.driver().leave("txtDenNo");
         desk.driver().type("txtDenNo", u"I1"_s);
+        ui::prompts::expectAskCautiously({}, true);
         desk.driver().press("cmdMasterUpdate");
         QCOMPARE(desk.headers().size(), 1);
     }
