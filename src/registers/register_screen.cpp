@@ -1,6 +1,7 @@
 #include "registers/register_screen.h"
 
 #include "registers/counterpart.h"
+#include "registers/last_counterparts.h"
 #include "registers/lists/customer_deletion.h"
 #include "text/numbers.h"
 #include "ui/both_versions.h"
@@ -55,13 +56,15 @@ void RegisterScreen::bindUndo(QPushButton *undo)
 bool RegisterScreen::opened(const base::Status &opened)
 {
     m_opened = true;
+    rememberRow();
     return tell(opened);
 }
 
 void RegisterScreen::showEvent(QShowEvent *event)
 {
     if (!m_opened)
-        opened(openRows());
+        tell(openRows());
+    m_opened = true;
     ui::Screen::showEvent(event);
     // Once the screen stands, so that a message has a window behind it.
     if (m_startsNew)
@@ -151,10 +154,12 @@ std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
     }
     const qint64 key = m_rows.currentKey();
     const base::Status stored = ui::saveBesideOthers(this, {&m_rows}, [this] { return store(); });
-    if (stored)
+    if (stored) {
         m_savedKey = key;
-    else
+        rememberRow();
+    } else {
         m_failure = Failure{stored.error().text, title, {}};
+    }
     showRow();
     showUndo();
     return m_failure;
@@ -184,9 +189,21 @@ void RegisterScreen::tellFailure()
 void RegisterScreen::followRow()
 {
     const qint64 key = m_rows.currentKey();
-    if (std::exchange(m_shownKey, key) != key)
+    const qint64 before = std::exchange(m_shownKey, key);
+    if (before != key)
         forgetBoxes();
+    // The first row of a list stands there by itself; any other one was looked for.
+    if (before != key && before != 0)
+        rememberRow();
     showStates();
+}
+
+// Whom the clerk dealt with last.
+void RegisterScreen::rememberRow()
+{
+    rememberCounterpart(workspace(),
+                        m_rows.table() == u"納品先"_s ? book::Party::Customer : book::Party::Supplier,
+                        m_rows.currentKey());
 }
 
 void RegisterScreen::setMode(Mode mode)

@@ -60,7 +60,8 @@ protected:
     /// Key of the row saved last on this screen; nothing when none was saved.
     [[nodiscard]] std::optional<qint64> savedKey() const { return m_savedKey; }
 
-    /// Keeps the screen from reading its rows when it is shown: \a opened are there already.
+    /// Keeps the screen from reading its rows when it is shown: \a opened, the one that was asked for, is
+    /// there already.
     bool opened(const base::Status &opened);
 
     // --- What a register does in its own way ---
@@ -109,6 +110,7 @@ private:
     std::optional<Failure> trySave();
     void tellFailure();
     void followRow();
+    void rememberRow();
     [[nodiscard]] QString removalRemark() const;
     void setMode(Mode mode);
     void showUndo();

@@ -1,4 +1,5 @@
 #include "registers/frmSiire.h"
+#include "registers/last_counterparts.h"
 #include "registers/postal/postal_index.h"
 #include "registers/register_desk.h"
 #include "support/postal_files.h"
@@ -52,6 +53,16 @@ class TestFrmSiire : public ScriptedTest
 
 private slots:
     // Unlike a customer's, a supplier's code is looked up by the button alone.
+    void whoWasSavedIsRemembered()
+    {
+        Register r;
+        r.press("cmdAdd");
+        r.type("txtName1", u"山本問屋"_s);
+        r.press("cmdUpdate");
+        QCOMPARE(registers::lastCounterparts(r.shop.workspace).supplier,
+                 r.shop.value(u"SELECT 仕入先ID FROM 仕入先 WHERE 仕入先名1 = '山本問屋'"_s).toLongLong());
+    }
+
     void theButtonBringsThePostalCode()
     {
         Register r([](Register &opened) {
