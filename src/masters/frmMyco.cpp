@@ -4,6 +4,8 @@
 #include "ui/width_check.h"
 #include "ui_frmMyco.h"
 
+#include <QEvent>
+
 using namespace Qt::StringLiterals;
 
 namespace masters
@@ -24,7 +26,17 @@ frmMyco::frmMyco(workspace::Workspace &workspace, QWidget *parent)
         {form.txtTel1, u"TEL1"_s},       {form.txtTel2, u"TEL2"_s},       {form.txtFax, u"FAX"_s},
         {form.txtBank1, u"取引銀行1"_s}, {form.txtBank2, u"取引銀行2"_s}, {form.txtMemo, u"備考"_s}};
     ui::pressAlsoBy(*form.cmdUpdate, Qt::Key_I);
+    m_postal = {form.txtZip, form.txtAddress1, form.txtAddress2, form.cmdZip, form.cmdZipSearch};
+    form.txtZip->installEventFilter(this);
     start(std::move(controls));
+}
+
+// A code is looked up only where it can be typed.
+bool frmMyco::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_postal.zip && event->type() == QEvent::ReadOnlyChange)
+        m_postal.lookUp->setEnabled(!m_postal.zip->isReadOnly());
+    return MasterEditor::eventFilter(watched, event);
 }
 
 } // namespace masters

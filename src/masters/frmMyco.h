@@ -12,6 +12,23 @@ class frmMyco : public MasterEditor
 
 public:
     explicit frmMyco(workspace::Workspace &workspace, QWidget *parent = nullptr);
+
+    /// What looks up postal codes is a house above; it is put behind these by whoever opens the screen.
+    struct PostalControls
+    {
+        QLineEdit *zip;
+        QLineEdit *address1;
+        QLineEdit *address2;
+        QPushButton *lookUp;
+        QPushButton *remark; // hidden at first
+    };
+    [[nodiscard]] const PostalControls &postalControls() const { return m_postal; }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    PostalControls m_postal = {};
 };
 
 } // namespace masters

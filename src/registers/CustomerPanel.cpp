@@ -112,8 +112,10 @@ void CustomerPanel::connectForms()
 
 void CustomerPanel::connectPostalCodes(workspace::Workspace &workspace)
 {
-    m_postal = new PostalBoxes(
-        workspace, {.zip = m_ui->txtZip, .address = m_ui->txtAddress, .remark = m_ui->cmdZipSearch});
+    m_postal = new PostalBoxes(workspace, {.zip = m_ui->txtZip,
+                                           .address = m_ui->txtAddress,
+                                           .address2 = m_ui->txtAddress2,
+                                           .remark = m_ui->cmdZipSearch});
     m_postal->fillOnLeavingAddress();
     connect(m_ui->Command3, &QPushButton::clicked, m_postal, &PostalBoxes::lookUp);
 }

@@ -104,8 +104,10 @@ void frmSiire::connectButtons()
     ui::pressAlsoBy(*m_ui->cmdUpdate, Qt::Key_I);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &frmSiire::cancelEntry);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmSiire::removeRow);
-    m_postal = new PostalBoxes(
-        workspace(), {.zip = m_ui->txtZip, .address = m_ui->txtAddress1, .remark = m_ui->cmdZipSearch});
+    m_postal = new PostalBoxes(workspace(), {.zip = m_ui->txtZip,
+                                             .address = m_ui->txtAddress1,
+                                             .address2 = m_ui->txtAddress2,
+                                             .remark = m_ui->cmdZipSearch});
     connect(m_ui->Command3, &QPushButton::clicked, m_postal, &PostalBoxes::lookUp);
 }
 

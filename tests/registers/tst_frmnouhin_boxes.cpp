@@ -1,4 +1,5 @@
 #include "registers/customer_desk.h"
+#include "registers/last_counterparts.h"
 #include "registers/postal/postal_index.h"
 #include "support/postal_files.h"
 #include "support/scripted_test.h"
@@ -142,6 +143,29 @@ private slots:
         QTRY_COMPARE(r.box("txtZip").text(), u"380-0823"_s);
     }
 
+    void aWideAddressGoesOnInItsSecondLine()
+    {
+        const QString city = u"京都府京都市上京区"_s;
+        const QString town = u"今出川通寺町西入２丁目東入真如堂前町"_s;
+        Register r(Register::Customers, [&](Register &opened) {
+            PostalFiles::writeEntries(opened.shop.folder.path(), u"ZipCode1.txt"_s,
+                                      {u"602-0802  "_s + city + town});
+            opened.shop.workspace.keep(registers::PostalIndex({{city, u"京都市上京区"_s, 1}}));
+        });
+        r.type("txtAddress2", u"　御所ビル２Ｆ"_s);
+        r.type("txtZip", u"６０２０８０２"_s);
+        r.leave("txtZip");
+        QTRY_COMPARE(r.box("txtAddress").text(), city);
+        QCOMPARE(r.box("txtAddress2").text(), town + u"　御所ビル２Ｆ"_s);
+        QCOMPARE(r.cursor(), u"txtAddress2"_s);
+        QCOMPARE(r.box("txtAddress2").cursorPosition(), town.size());
+        r.clear("txtAddress2");
+        r.clear("txtAddress");
+        r.type("txtZip", u"602-0802"_s); // and with the key of the button that saves
+        QTest::keyClick(&r.box("txtZip"), Qt::Key_U, Qt::AltModifier);
+        QTRY_COMPARE(r.stored(u"郵便番号, 住所1, 住所2"_s, 3), u"602-0802|"_s + city + u'|' + town);
+    }
+
     void aCodeThatStandsIsNotReplacedUnasked_data()
     {
         QTest::addColumn<QString>("standing");
@@ -251,6 +275,19 @@ private slots:
         QCOMPARE(r.list("cmdBill").currentText(), u"末日"_s);
         QCOMPARE(r.list("Combo1").currentText(), u"内税"_s);
         QVERIFY(!r.the<QCheckBox>("Check1").isChecked());
+    }
+
+    // For the ledger program: whoever was looked for, not whoever happens to stand first.
+    void whoWasLookedAtIsRemembered()
+    {
+        Register r;
+        const auto last = [&r] { return registers::lastCounterparts(r.shop.workspace).customer; };
+        QCOMPARE(last(), 0);
+        r.goTo(2);
+        QCOMPARE(last(), 2);
+        r.goTo(0);
+        r.goTo(1);
+        QCOMPARE(last(), 1);
     }
 
     void aCategoryIsSavedWhenChosen()

@@ -9,6 +9,7 @@
 #include "registers/lists/frmNouhinFind.h"
 #include "registers/lists/frmNouhinSub.h"
 #include "registers/postal/ZipCodeConv.h"
+#include "registers/postal/postal_boxes.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
@@ -40,6 +41,20 @@ Opener screen()
         QGuiApplication::restoreOverrideCursor();
         shown.exec();
     };
+}
+
+// The registers' postal codes serve the own company, too.
+void openOwnCompany(QWidget *parent, workspace::Workspace &workspace)
+{
+    masters::frmMyco shown(workspace, parent);
+    const masters::frmMyco::PostalControls &controls = shown.postalControls();
+    auto *boxes = new registers::PostalBoxes(workspace, {.zip = controls.zip,
+                                                         .address = controls.address1,
+                                                         .address2 = controls.address2,
+                                                         .remark = controls.remark});
+    boxes->fillOnLeavingAddress();
+    QObject::connect(controls.lookUp, &QPushButton::clicked, boxes, &registers::PostalBoxes::lookUp);
+    shown.exec();
 }
 
 Opener correction(const book::SlipKind &kind)
@@ -125,7 +140,7 @@ Openers screenOpeners()
         {Action::PurchaseProducts, screen<masters::frmInShohin>()},
         {Action::Specifications, screen<masters::frmKikaku>()},
         {Action::Units, screen<masters::frmTani>()},
-        {Action::OwnCompany, screen<masters::frmMyco>()},
+        {Action::OwnCompany, openOwnCompany},
         {Action::ExtendedName, screen<masters::DialogMyCo>()},
         {Action::Employees, screen<masters::frmShain>()},
     };

@@ -1,6 +1,7 @@
 #include "registers/postal/postal_boxes.h"
 
 #include "registers/postal/ZipCodeConv.h"
+#include "registers/postal/postal_address.h"
 #include "registers/postal/postal_lookup.h"
 #include "ui/leave_watch.h"
 #include "ui/prompts.h"
@@ -32,6 +33,7 @@ PostalBoxes::PostalBoxes(workspace::Workspace &workspace, const Controls &contro
     , m_workspace(workspace)
     , m_zip(controls.zip)
     , m_address(controls.address)
+    , m_address2(controls.address2)
     , m_remark(controls.remark)
     , m_zipWatch(new ui::LeaveWatch(controls.zip))
 {
@@ -57,7 +59,7 @@ void PostalBoxes::settle()
     m_zipWatch->forget();
     const QStringList addresses = addressesOfTypedCode();
     if (addresses.size() == 1)
-        m_address->setText(addresses.first());
+        setAddress(addresses.first());
     if (!m_addressWatch)
         return;
     m_addressWatch->forget();
@@ -77,6 +79,8 @@ void PostalBoxes::forget()
 
 void PostalBoxes::lookUp()
 {
+    if (m_zip->isReadOnly())
+        return;
     const PostalData data = dataOf(m_workspace);
     const QString code = postalCodeOf(data, m_address->text());
     if (code.isEmpty())
@@ -87,6 +91,8 @@ void PostalBoxes::lookUp()
 
 void PostalBoxes::searchInWindow()
 {
+    if (m_zip->isReadOnly())
+        return;
     ZipCodeConv window(m_workspace, m_address->window());
     window.serve(m_address->text());
     window.exec();
@@ -167,12 +173,26 @@ void PostalBoxes::zipLeft()
         offer(m_zip->text(), addresses);
 }
 
+// What stands in 住所2 stays behind the rest that comes there. \return the box in which the address ends
+QLineEdit *PostalBoxes::setAddress(const QString &address)
+{
+    const AddressLines lines = dividedAddress(dataOf(m_workspace), address, ui::nameWidth.bytes);
+    m_address->setText(lines.first);
+    if (lines.second.isEmpty())
+        return m_address;
+    m_address2->setText(lines.second + m_address2->text());
+    m_address2->setCursorPosition(static_cast<int>(lines.second.size()));
+    return m_address2;
+}
+
 // The cursor goes behind the address, where the house number is typed.
 void PostalBoxes::fillAddress(const QString &code, const QString &address)
 {
     m_zip->setText(code);
-    m_address->setFocus();
-    m_address->setText(address);
+    QLineEdit *end = setAddress(address);
+    const int place = end->cursorPosition();
+    end->setFocus();
+    end->setCursorPosition(place);
 }
 
 void PostalBoxes::offer(const QString &code, const QStringList &addresses)

@@ -20,11 +20,12 @@ namespace registers
 
 struct PostalData;
 
-/// Helps to fill in the two boxes 郵便番号 and 住所1 of a register from each other. Lives as long as the
-/// first. F4 in the boxes searches the address in the window of the postal codes.
+/// Helps to fill in the boxes 郵便番号 and 住所1 of a register from each other, as long as they can be typed
+/// into. Lives as long as the first. F4 in the boxes searches the address in the window of the postal codes.
 ///
 /// Leaving 郵便番号 with a complete code just typed, while 住所1 is empty, fills in the area's address, or
-/// lists the areas to choose from when the code has several. An address that stands there is never touched.
+/// lists the areas to choose from when the code has several; one that is too wide for its line goes on in
+/// 住所2. An address that stands there is never touched.
 class PostalBoxes : public QObject
 {
     Q_OBJECT
@@ -34,6 +35,7 @@ public:
     {
         QLineEdit *zip;
         QLineEdit *address;
+        QLineEdit *address2; // takes what of a wide address has no room in the first
         /// Remarks that a code that was looked up is the one of a whole city, and opens the window as F4
         /// does. Hidden at other times.
         QAbstractButton *remark;
@@ -65,12 +67,14 @@ private:
     [[nodiscard]] QString codeOfAddress(const PostalData &data) const;
     [[nodiscard]] bool mayReplace(const PostalData &data, const QString &standing, const QString &code) const;
     [[nodiscard]] QStringList addressesOfTypedCode();
+    QLineEdit *setAddress(const QString &address);
     void fillAddress(const QString &code, const QString &address);
     void offer(const QString &code, const QStringList &addresses);
 
     workspace::Workspace &m_workspace;
     QLineEdit *m_zip;
     QLineEdit *m_address;
+    QLineEdit *m_address2;
     QAbstractButton *m_remark;
     ui::LeaveWatch *m_zipWatch;
     ui::LeaveWatch *m_addressWatch = nullptr; // where leaving 住所1 looks its code up

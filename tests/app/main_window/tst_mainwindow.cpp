@@ -1,7 +1,10 @@
 #include "app/main_window/command_panel.h"
 #include "app/main_window/companions.h"
 #include "app/main_window/main_window_stage.h"
+#include "app/main_window/screens.h"
 #include "registers/last_counterparts.h"
+#include "support/postal_files.h"
+#include "support/screen_driver.h"
 #include "support/scripted_test.h"
 #include "text/cp932.h"
 #include "ui/file_dialogs.h"
@@ -16,6 +19,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
+#include <QTimer>
 
 namespace
 {
@@ -41,6 +45,7 @@ private slots:
     void statusBarKeepsTheFile();
     void handOver();
     void counterpartsAreHandedOver();
+    void theOwnAddressComesFromItsCode();
     void companionsThatAreMissing();
 };
 
@@ -235,6 +240,31 @@ void TestMainWindow::handOver()
     QVERIFY(!writeHandOver(folder.path(), {u"/😀.cdb"_s, {}, {}, {}, 10, {}, {}}));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), content);
+}
+
+// As in the registers.
+void TestMainWindow::theOwnAddressComesFromItsCode()
+{
+    FreshShop shop;
+    PostalFiles::writeEntries(shop.folder.path(), u"ZipCode1.txt"_s, {u"380-0823  長野県長野市南千歳"_s});
+    shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1) VALUES (1, '山田茶舗')"_s);
+    QString address;
+    bool isLocked = true;
+    QTimer::singleShot(0, qApp, [&] {
+        ScreenDriver screen(QApplication::activeModalWidget());
+        isLocked = !screen.the("cmdZip").isEnabled();
+        screen.press("cmdEdit");
+        screen.type("txtZip", u"３８０ー０８２３"_s);
+        screen.leave("txtZip");
+        QTest::qWait(20);
+        address = screen.box("txtZip").text() + screen.box("txtAddress1").text();
+        ui::prompts::expectAskToSave({}, ui::prompts::Choice::Save);
+        QApplication::activeModalWidget()->close();
+    });
+    screenOpeners().at(Action::OwnCompany)(nullptr, shop.workspace);
+    QVERIFY(isLocked);
+    QCOMPARE(address, u"380-0823長野県長野市南千歳"_s);
+    QCOMPARE(shop.value(u"SELECT 住所1 FROM 自社情報"_s).toString(), u"長野県長野市南千歳"_s);
 }
 
 // Whom a screen dealt with last; in another file the numbers mean nobody.

@@ -1,7 +1,9 @@
+#include "registers/postal/postal_address.h"
 #include "registers/postal/postal_data.h"
 #include "registers/postal/postal_dictionaries.h"
 #include "registers/postal/postal_index.h"
 #include "registers/postal/postal_lookup.h"
+#include "text/cp932.h"
 
 #include <QMap>
 #include <QTemporaryDir>
@@ -55,6 +57,7 @@ private slots:
     void hardOnes_data();
     void hardOnes();
     void areasOfACode();
+    void everyAddressFitsOnTwoLines();
 
 private:
     QTemporaryDir m_dir;
@@ -209,6 +212,26 @@ void TestPostalNational::areasOfACode()
     QVERIFY(addresses);
     QCOMPARE(*addresses, QStringList{u"茨城県龍ケ崎市"_s});
     QCOMPARE(*addressesOf(m_data, u"227-0062"_s), QStringList{u"神奈川県横浜市青葉区青葉台"_s});
+}
+
+// Of 22 characters each; the wide ones are divided behind the city, but for towers with long names.
+void TestPostalNational::everyAddressFitsOnTwoLines()
+{
+    int wide = 0;
+    QStringList elsewhere;
+    for (const PostalArea &area : m_source.areas) {
+        const QString address = whole(area) + area.town;
+        const AddressLines lines = dividedAddress(m_data, address, 44);
+        QCOMPARE(lines.first + lines.second, address);
+        QVERIFY2(text::cp932Bytes(lines.first) <= 44 && text::cp932Bytes(lines.second) <= 44,
+                 qUtf8Printable(address));
+        wide += lines.second.isEmpty() ? 0 : 1;
+        if (!lines.second.isEmpty() && lines.first != whole(area))
+            elsewhere << lines.first;
+    }
+    QVERIFY(wide > 1000);
+    elsewhere.removeDuplicates();
+    QCOMPARE(elsewhere, QStringList{u"東京都千代田区丸の内"_s});
 }
 
 QTEST_GUILESS_MAIN(TestPostalNational)

@@ -99,7 +99,7 @@ struct Boxes : ScreenDriver
         zip->setObjectName(u"zip"_s);
         address->setObjectName(u"address"_s);
         other->setObjectName(u"other"_s);
-        boxes = new registers::PostalBoxes(shop.workspace, {zip, address, remark});
+        boxes = new registers::PostalBoxes(shop.workspace, {zip, address, other, remark});
         boxes->fillOnLeavingAddress();
         show();
         zip->setFocus();
