@@ -36,9 +36,9 @@ void showAsStocktake(QWidget &screen, const Ui::frmIn &form)
     screen.setObjectName(u"frmTana"_s);
     screen.setWindowTitle(u"棚卸伝票入力"_s);
     form.lblPrevious->setText(u"前回棚卸伝票"_s);
-    for (QLabel *label : {form.lblTax, form.lblTaxK, form.lblTaxClass})
+    for (QLabel *label : {form.lblTax, form.lblTaxK, form.lblTaxClass, form.lblTaxWords, form.lblWithTax})
         label->hide();
-    for (QLineEdit *box : {form.Text2, form.txtTaxK})
+    for (QLineEdit *box : {form.Text2, form.txtTaxK, form.txtWithTax})
         box->hide();
     form.Check1->hide();
 }

@@ -16,8 +16,11 @@ struct GoodsControls
     LineEntry::Boxes entry;
     QLineEdit *taxClass;
     QLabel *taxClassName;
+    QLabel *totalName;
     QLineEdit *total;
     QLineEdit *tax;
+    QLabel *taxWords;
+    QLineEdit *withTax;
     QLineEdit *taxFlag; // hidden
     QLineEdit *memo;
     QCheckBox *inclusive;
@@ -33,8 +36,11 @@ GoodsControls goodsControls(const Form &form)
             .entry = {form.dbcShohin, form.dbcKikaku, form.txtCnt, form.dbcTani, form.txtTanka},
             .taxClass = form.txtTaxK,
             .taxClassName = form.lblTaxClass,
+            .totalName = form.lblTotal,
             .total = form.txtTotal,
             .tax = form.Text2,
+            .taxWords = form.lblTaxWords,
+            .withTax = form.txtWithTax,
             .taxFlag = form.Text3,
             .memo = form.txtMemo,
             .inclusive = form.Check1,

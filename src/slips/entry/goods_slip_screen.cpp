@@ -179,7 +179,8 @@ void GoodsSlipScreen::showTotals(base::Result<book::SlipSums> sums)
         return;
     }
     m_taxable = std::move(sums->goods);
-    m_goods.total->setText(text::formatAmount(sums->total));
+    m_total = sums->total;
+    m_goods.total->setText(text::formatAmount(m_total));
     showTax();
 }
 
@@ -188,12 +189,23 @@ void GoodsSlipScreen::showTax()
     if (state() != SlipState::LinesPresent || !m_description.isTaxed)
         return;
     const auto shown = book::shownTax(m_taxable, taxClass(), inclusive(), m_description.showsIncludedTax);
+    const auto totals =
+        book::shownTotals(m_total, m_taxable, taxClass(), inclusive(), m_description.showsIncludedTax);
     m_goods.tax->setText(shown ? *shown : QString());
-    if (!shown) {
-        ui::prompts::inform(this, shown.error().text);
+    showWithTax(totals ? *totals : book::ShownTotals());
+    if (!shown || !totals) {
+        ui::prompts::inform(this, (shown ? totals.error() : shown.error()).text);
         return;
     }
     foretellTax();
+}
+
+// The large figure is of the lines alone; the paper says what is to be paid.
+void GoodsSlipScreen::showWithTax(const book::ShownTotals &shown)
+{
+    m_goods.totalName->setText(shown.caption.isEmpty() ? u"合計"_s : shown.caption);
+    m_goods.taxWords->setText(shown.tax);
+    m_goods.withTax->setText(shown.withTax);
 }
 
 // The box of the tax is for customers and suppliers who are always charged it. Where the clerk has made the
@@ -313,6 +325,8 @@ void GoodsSlipScreen::clearLines()
     m_goods.inclusive->setChecked(false);
     for (QLineEdit *box : {m_goods.total, m_goods.tax, m_goods.memo})
         box->clear();
+    m_total = 0;
+    showWithTax({});
     m_goods.taxFlag->setText(u"ON"_s);
     m_storedRemark.clear();
     m_printed.reset();

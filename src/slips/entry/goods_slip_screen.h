@@ -1,5 +1,6 @@
 #pragma once
 
+#include "book/shown_totals.h"
 #include "book/slip_store.h"
 #include "book/tax.h"
 #include "slips/documents/paper_state.h"
@@ -65,6 +66,7 @@ private:
     base::Result<book::SlipSums> readSums();
     void showTotals(base::Result<book::SlipSums> sums);
     void showTax();
+    void showWithTax(const book::ShownTotals &shown);
     void foretellTax();
     void keepInclusive();
     [[nodiscard]] base::Result<PaperState> paperNow();
@@ -76,6 +78,7 @@ private:
     ui::SlipGridModel m_previous;
     LineEntry *m_entry = nullptr;
     std::vector<book::TaxableAmount> m_taxable; // of the lines
+    double m_total = 0;                         // yen
     GoodsControls m_goods = {};
     QString m_storedRemark; // of the open slip
     std::optional<PaperState> m_printed;

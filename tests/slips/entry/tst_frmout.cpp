@@ -148,12 +148,16 @@ void TestFrmOut::taxOfClassAndBox_data()
     QTest::addColumn<bool>("ticked");  // when the slip opens
     QTest::addColumn<QString>("shown");
     QTest::addColumn<bool>("taxLine");
-    QTest::newRow("on delivery") << 0 << false << false << u"525"_s << true;
-    QTest::newRow("on delivery, ticked by hand") << 0 << true << false << u"500"_s << false;
-    QTest::newRow("on bill") << 1 << false << false << QString() << false;
-    QTest::newRow("included") << 2 << false << true << u"500"_s << false;
-    QTest::newRow("included, made exclusive") << 2 << true << true << QString() << true;
-    QTest::newRow("class left empty") << 3 << false << false << u"525"_s << true;
+    QTest::addColumn<QString>("named"); // the total, and what the paper says
+    const QString added = u"合計（税抜）|外税：合計に加わります|11,025 円（税込）"_s;
+    const QString included = u"合計（税込）|内税：端数処理前の額です（用紙では 500 円）|10,500 円（税込）"_s;
+    const QString billed = u"合計（税別）|消費税は請求時に計算します|10,500 円（税別）"_s;
+    QTest::newRow("on delivery") << 0 << false << false << u"525"_s << true << added;
+    QTest::newRow("on delivery, ticked by hand") << 0 << true << false << u"500"_s << false << included;
+    QTest::newRow("on bill") << 1 << false << false << QString() << false << billed;
+    QTest::newRow("included") << 2 << false << true << u"500"_s << false << included;
+    QTest::newRow("included, made exclusive") << 2 << true << true << QString() << true << added;
+    QTest::newRow("class left empty") << 3 << false << false << u"525"_s << true << added;
 }
 
 void TestFrmOut::taxOfClassAndBox()
@@ -175,6 +179,9 @@ void TestFrmOut::taxOfClassAndBox()
     const auto kept = [&] { return desk.shop.value(u"SELECT 内税 FROM 入出庫マスター"_s); };
     QCOMPARE(kept(), QVariant(inclusive->isChecked() ? 1 : 0));
     QCOMPARE(desk.text("Text2"), shown);
+    QTEST(desk.the<QLabel>("lblTotal").text() + u'|' + desk.the<QLabel>("lblTaxWords").text() + u'|' +
+              desk.text("txtWithTax"),
+          "named");
     QCOMPARE(desk.the<QLabel>("lblMessage").text().contains(u"消費税 525 円"_s), taxLine && shown.isEmpty());
     desk.press("cmdNext");
     QCOMPARE(kept(), QVariant(ticked != toggle ? 1 : 0));
