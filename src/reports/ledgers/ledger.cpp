@@ -5,9 +5,12 @@
 #include "book/movement_sums.h"
 #include "book/movements.h"
 #include "book/stored_values.h"
+#include "book/tax.h"
+#include "book/taxes_by_rate.h"
 #include "db/transaction.h"
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_map>
 
 using namespace Qt::StringLiterals;
@@ -56,6 +59,64 @@ LedgerLine lineFrom(book::Movement &&movement)
     return line;
 }
 
+// The tax in the prices of slips, one after the other: rounded once a slip, as on its paper.
+class IncludedTax
+{
+public:
+    /// \a isUsual: where nobody knows whether a slip's prices include the tax, they do.
+    explicit IncludedTax(bool isUsual)
+        : m_isUsual(isUsual)
+    {}
+
+    void add(const book::Movement &movement)
+    {
+        if (std::exchange(m_slip, movement.slip) != movement.slip)
+            finishSlip();
+        if (movementOf(movement.kind) != Movement::Charged || !movement.inclusive.value_or(m_isUsual))
+            return;
+        m_hasTaxLine = m_hasTaxLine || movement.isTax();
+        m_goods.push_back({movement.amount, movement.taxRate.value_or(0),
+                           movement.taxClass.value_or(book::GoodsTax::Standard)});
+    }
+
+    /// Yen of the slips so far. A slip with a rate or an amount that is none makes it none.
+    double value()
+    {
+        finishSlip();
+        return m_sum.value();
+    }
+
+private:
+    void finishSlip()
+    {
+        if (!m_goods.empty() && !m_hasTaxLine) {
+            const auto tax = book::taxOf(m_goods, book::Basis::Gross);
+            m_sum.add(tax ? *tax : std::nan(""));
+        }
+        m_goods.clear();
+        m_hasTaxLine = false;
+    }
+
+    const bool m_isUsual;
+    qint64 m_slip = 0;
+    bool m_hasTaxLine = false;
+    std::vector<book::TaxableAmount> m_goods;
+    base::ExactSum m_sum;
+};
+
+base::Result<bool> pricesUsuallyInclude(db::Connection &connection, book::Party party,
+                                        book::CounterpartKey counterpart)
+{
+    const auto found = connection.select(party == book::Party::Customer
+                                             ? u"SELECT 消費税区分 FROM 納品先 WHERE 納品先ID = ?"_s
+                                             : u"SELECT 消費税区分 FROM 仕入先 WHERE 仕入先ID = ?"_s,
+                                         {counterpart.value_or(0)});
+    if (!found)
+        return found.error();
+    return !found->isEmpty() &&
+           book::taxClassFrom(found->rows.front().front().toString()) == book::TaxClass::Included;
+}
+
 // Adds the lines up in their order.
 class Totals
 {
@@ -80,7 +141,11 @@ public:
 
     [[nodiscard]] LedgerTotals values() const
     {
-        return {m_carried.value(), m_charged.value(), m_tax.value(), m_settled.value(), m_balance.value()};
+        return {.carried = m_carried.value(),
+                .charged = m_charged.value(),
+                .tax = m_tax.value(),
+                .settled = m_settled.value(),
+                .balance = m_balance.value()};
     }
 
 private:
@@ -200,16 +265,23 @@ base::Result<Ledger> readLedger(db::Connection &connection, book::Party party,
     if (!found)
         return found.error();
 
+    const auto usual = pricesUsuallyInclude(connection, party, counterpart);
+    if (!usual)
+        return usual.error();
+
     Ledger ledger;
     ledger.brought = brought->value();
     ledger.lines.reserve(found->size());
     Totals totals(*brought);
+    IncludedTax included(*usual);
     for (book::Movement &movement : *found) {
+        included.add(movement);
         const bool isTax = movement.isTax();
         ledger.lines.push_back(lineFrom(std::move(movement)));
         totals.add(ledger.lines.back(), isTax);
     }
     ledger.totals = totals.values();
+    ledger.totals.included = included.value();
     return ledger;
 }
 

@@ -41,9 +41,10 @@ struct LedgerLine
 /// carried + charged − settled = balance.
 struct LedgerTotals
 {
-    double carried = 0; // brought into the period, and carry-forward slips within it
-    double charged = 0; // tax included
-    double tax = 0;     // what tax lines make of that
+    double carried = 0;  // brought into the period, and carry-forward slips within it
+    double charged = 0;  // tax included
+    double tax = 0;      // what tax lines make of that
+    double included = 0; // the tax in the prices of the slips that include it, whole yen a slip
     double settled = 0;
     double balance = 0;
 };

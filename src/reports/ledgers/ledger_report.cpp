@@ -112,7 +112,7 @@ base::Report ledgerReport(const Ledger &ledger, book::Party party, const QString
                      none, none, totals.carried, totals.charged, totals.settled, totals.balance};
     report.sums = {{u"繰越額"_s, totals.carried},
                    {str(words.charged), totals.charged},
-                   {u"(内 消費税)"_s, totals.tax},
+                   {u"(内 消費税)"_s, totals.tax + totals.included},
                    {str(words.settled), totals.settled},
                    {u"残高"_s, totals.balance}};
     return report;

@@ -130,6 +130,27 @@ private slots:
         }
     }
 
+    // Rounded once a slip: those whose prices include it, said so or of a customer who is charged so.
+    void taxInPricesIsCountedToo()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 消費税区分) VALUES (1, '内税商店', 2)"_s);
+        shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率, 内税) VALUES "
+                 "(1, '2026-03-01', 'O1', 1, 10, 1), (2, '2026-03-01', 'O2', 1, 10, NULL), "
+                 "(3, '2026-03-02', 'O3', 1, 10, 0), (4, '2026-03-02', 'R4', 1, 10, NULL)"_s);
+        shop.run(
+            u"INSERT INTO 入出庫サブ (ID, 商品名, 金額, 税区分, 税率) VALUES (1, '茶', 333, NULL, NULL), "
+            "(1, '茶', 333, NULL, NULL), (1, '米', 108, 1, 8), (2, '茶', 110, NULL, NULL), "
+            "(3, '茶', 100, NULL, NULL), (3, '消費税', 10, NULL, NULL), (4, '入　金', 500, NULL, NULL)"_s);
+        const book::Period month{{2026, 3, 1}, {2026, 3, 31}};
+        const auto ledger = reports::readLedger(shop.connection, Party::Customer, 1, month);
+        QVERIFY(ledger);
+        QCOMPARE(ledger->totals.tax, 10);
+        QCOMPARE(ledger->totals.included, 60 + 8 + 10);
+        const base::Report report = reports::ledgerReport(*ledger, Party::Customer, {}, month);
+        QCOMPARE(report.sums.at(2).name + QString::number(report.sums.at(2).value), u"(内 消費税)88"_s);
+    }
+
     void deletedCounterpartsStayAndComeLastButForNobody()
     {
         const auto list =
