@@ -16,10 +16,10 @@ namespace
 QString counterpartStatement(Party party)
 {
     return party == Party::Customer ? u"SELECT コード, 納品先名1 AS 名1, 納品先名2 AS 名2, 郵便番号, 住所1, "
-                                      u"住所2, TEL1, FAX, 消費税区分 "
+                                      u"住所2, TEL1, FAX, 消費税区分, 敬称 "
                                       "FROM 納品先 WHERE 納品先ID = ?"_s
                                     : u"SELECT コード, 仕入先名1 AS 名1, 仕入先名2 AS 名2, 郵便番号, 住所1, "
-                                      u"住所2, TEL1, FAX, 消費税区分 "
+                                      u"住所2, TEL1, FAX, 消費税区分, NULL AS 敬称 "
                                       "FROM 仕入先 WHERE 仕入先ID = ?"_s;
 }
 
@@ -61,6 +61,8 @@ base::Status readCounterpart(db::Connection &connection, Party party, Slip &slip
     slip.address2 = text(u"住所2"_s);
     slip.tel = text(u"TEL1"_s);
     slip.fax = text(u"FAX"_s);
+    if (const QString chosen = text(u"敬称"_s); !chosen.isEmpty())
+        slip.honorific = chosen == QStringView(noHonorific) ? QString() : chosen;
     slip.taxClass = taxClassFrom(text(u"消費税区分"_s));
     return {};
 }

@@ -28,6 +28,9 @@ struct SlipLine
     bool operator==(const SlipLine &other) const;
 };
 
+/// What 敬称 holds of a customer who is to be addressed without any; an empty one was not chosen yet.
+inline constexpr const char16_t *noHonorific = u"なし";
+
 /// A stored slip with what a printed form needs of its counterpart and the person in charge.
 struct Slip
 {
@@ -47,6 +50,7 @@ struct Slip
     QString tel;
     QString fax;
     QString code;
+    std::optional<QString> honorific{}; // an empty one for none; nothing where none was chosen
     TaxClass taxClass = TaxClass::OnDelivery;
 
     std::vector<SlipLine> lines; // in the order of entry

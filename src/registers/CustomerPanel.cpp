@@ -65,6 +65,8 @@ void CustomerPanel::bind(db::Connection &connection, db::Recordset &customers)
     ui::bindDropDown(m_ui->Combo1, m_ui->Text1, m_ui->lblNoTax);
     connect(&customers, &db::Recordset::currentRowChanged, this, &CustomerPanel::showCategory);
     connect(m_ui->dbcKubun, &QComboBox::activated, this, &CustomerPanel::chooseCategory);
+    connect(&customers, &db::Recordset::currentRowChanged, this, &CustomerPanel::showHonorific);
+    connect(m_ui->cmbHonorific, &QComboBox::activated, this, &CustomerPanel::chooseHonorific);
     connectReading();
     connectForms();
 }
@@ -74,6 +76,8 @@ void CustomerPanel::fillDropDowns()
     m_ui->cmdBill->addItems(closingDayNames());
     m_ui->cmdBill->setCurrentIndex(-1);
     m_ui->Combo1->addItems(taxClassNames());
+    for (const QString &honorific : honorifics())
+        m_ui->cmbHonorific->addItem(honorific);
 }
 
 void CustomerPanel::connectReading()
@@ -149,6 +153,7 @@ void CustomerPanel::showRow()
 {
     m_boxes->show();
     showCategory();
+    showHonorific();
 }
 
 void CustomerPanel::showCategory()
@@ -158,6 +163,19 @@ void CustomerPanel::showCategory()
         m_categoryBefore.reset();
     const QVariant category = m_customers->value(u"区分ID"_s);
     m_ui->dbcKubun->setCurrentIndex(category.isNull() ? -1 : m_ui->dbcKubun->findData(category.toLongLong()));
+}
+
+// One that another program wrote is shown as it stands.
+void CustomerPanel::showHonorific()
+{
+    const QString chosen = m_customers->text(u"敬称"_s);
+    m_ui->cmbHonorific->setPlaceholderText(chosen.isEmpty() ? u"様（標準）"_s : chosen);
+    m_ui->cmbHonorific->setCurrentIndex(chosen.isEmpty() ? -1 : m_ui->cmbHonorific->findText(chosen));
+}
+
+void CustomerPanel::chooseHonorific(int index)
+{
+    m_customers->setValue(u"敬称"_s, m_ui->cmbHonorific->itemText(index));
 }
 
 void CustomerPanel::chooseCategory(int index)

@@ -86,6 +86,8 @@ private:
     void connectReading();
     void connectForms();
     void showCategory();
+    void showHonorific();
+    void chooseHonorific(int index);
     void chooseCategory(int index);
     void warnOfSharedCode();
 

@@ -1,6 +1,7 @@
 #include "registers/customer.h"
 
 #include "book/slip_counts.h"
+#include "book/slip_reader.h"
 #include "db/condition.h"
 #include "db/connection.h"
 #include "db/keys.h"
@@ -95,6 +96,8 @@ QStringList closingDayNames()
         names << QString::number(day) + u" 日"_s;
     return names;
 }
+
+QStringList honorifics() { return {u"様"_s, u"御中"_s, u"先生"_s, QString::fromUtf16(book::noHonorific)}; }
 
 base::Status openEveryCustomer(db::Recordset &customers) { return customers.open(customersWhere({}, {})); }
 

@@ -37,6 +37,9 @@ std::optional<QUrl> mailLink(const QString &address);
 /// By the stored number 締め日: 0 the last day of the month, 1 to 30 that day.
 QStringList closingDayNames();
 
+/// What a customer may be addressed with, as 敬称 holds it.
+QStringList honorifics();
+
 /// Every customer, the last changed first.
 base::Status openEveryCustomer(db::Recordset &customers);
 

@@ -322,7 +322,8 @@ private slots:
         } while (r.cursor() != u"txtKey1"_s && order.size() < 50);
         QCOMPARE(
             order.join(u' '),
-            u"txtKey1 cmdFind cmdNext Command6 DataGrid1 txtCode txtName txtName2 txtFurigana dbcKubun "
+            u"txtKey1 cmdFind cmdNext Command6 DataGrid1 txtCode txtName txtName2 cmbHonorific txtFurigana "
+            u"dbcKubun "
             "txtTantou txtZip txtAddress txtAddress2 txtTel txtFax txtKeitai txtMail cmdBill Combo1 Check1 "
             "txtBarth txtMemo cmdAdd cmdNewDate cmdDuplicates Command7 Command1 Command2 cmdDelete gridGlance"_s);
     }

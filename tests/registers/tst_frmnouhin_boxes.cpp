@@ -277,6 +277,25 @@ private slots:
         QVERIFY(!r.the<QCheckBox>("Check1").isChecked());
     }
 
+    void theHonorificIsTheCustomersOwn()
+    {
+        Register r;
+        QCOMPARE(r.list("cmbHonorific").currentIndex(), -1);
+        r.choose("cmbHonorific", 1);
+        r.goTo(1);
+        QCOMPARE(r.stored(u"敬称"_s, 3), u"御中"_s);
+        QCOMPARE(r.list("cmbHonorific").currentIndex(), -1);
+        r.choose("cmbHonorific", 3);
+        r.press("cmdUndo");
+        QCOMPARE(r.list("cmbHonorific").currentIndex(), -1);
+        r.choose("cmbHonorific", 3); // none
+        r.press("cmdNewDate");
+        QCOMPARE(r.shop.value(u"SELECT count(*) FROM 納品先 WHERE 敬称 = 'なし'"_s).toInt(), 1);
+        QCOMPARE(r.stored(u"敬称"_s, 2), u"-"_s);
+        r.goTo(0);
+        QCOMPARE(r.list("cmbHonorific").currentText(), u"御中"_s);
+    }
+
     // For the ledger program: whoever was looked for, not whoever happens to stand first.
     void whoWasLookedAtIsRemembered()
     {

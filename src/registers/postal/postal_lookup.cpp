@@ -4,7 +4,6 @@
 #include "registers/postal/postal_search.h"
 #include "text/cp932.h"
 #include "text/sequential_fields.h"
-#include "text/width.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -98,14 +97,6 @@ base::Result<PostalFinds> searchOffices(const PostalData &data, const QString &t
                                         const base::Progress &progress)
 {
     return searchEntries(postalFile(data, u"ZIPCODE2.txt"_s), text, progress);
-}
-
-std::optional<QString> completePostalCode(const QString &typed)
-{
-    QString code = text::withPlainHyphens(text::toHalfWidthAscii(typed)).remove(u'〒').trimmed();
-    if (code.size() == codeLength && code[3] == u'-')
-        code.remove(3, 1);
-    return hyphenated(code.toLatin1());
 }
 
 base::Result<QStringList> addressesOf(const PostalData &data, const QString &code)

@@ -2,6 +2,7 @@
 
 #include "base/progress.h"
 #include "registers/postal/postal_index.h"
+#include "text/postal_code.h"
 
 #include <QStringList>
 
@@ -46,9 +47,7 @@ base::Result<PostalFinds> searchAreas(const PostalData &data, const QString &tex
 base::Result<PostalFinds> searchOffices(const PostalData &data, const QString &text,
                                         const base::Progress &progress);
 
-/// "NNN-NNNN" when \a typed is a complete postal code: seven digits in full or half width, with a hyphen
-/// after the third or without, behind 〒 or not.
-std::optional<QString> completePostalCode(const QString &typed);
+using text::completePostalCode;
 
 /// The addresses of the areas that have the code \a code ("NNN-NNNN"), each once, as "ZipCode1.txt" has them.
 base::Result<QStringList> addressesOf(const PostalData &data, const QString &code);

@@ -1,7 +1,8 @@
 #include "slips/documents/delivery_note.h"
 
-#include "book/counterpart_name.h"
+#include "book/printed_slip.h"
 #include "printing/forms/form_sheets.h"
+#include "text/numbers.h"
 
 #include <cmath>
 
@@ -19,18 +20,48 @@ constexpr double verticalStep = 1.41;
 constexpr double horizontalStep = 1.75;
 constexpr double halfWidthCharacter = 1.75; // of the addressee's 10-point type
 
-QString honoured(const QString &name)
+// "（10%）¥800", one for each rate.
+QString taxesWords(const book::Slip &slip)
 {
-    return book::isUnknownCounterpartName(name) ? name : name + u"　様"_s;
+    QString words;
+    for (const book::SlipLine &line : slip.lines) {
+        if (line.isTax())
+            words += u"（%1）¥%2"_s.arg(rateOf(line, slip), text::formatAmount(line.amount));
+    }
+    return words;
 }
 
-void addNames(printing::FormRecord &items, const book::Slip &slip)
+// "10%", or "8%・10%".
+QString ratesOf(const book::Slip &slip)
 {
-    const bool alone = slip.name2.isEmpty();
-    const QString last = honoured(alone ? slip.name1 : slip.name2);
-    items[u"宛先.名称1"_s] = alone ? last : slip.name1;
-    items[u"宛先.名称2"_s] = alone ? QString() : last;
-    items[u"宛先.名称"_s] = alone ? last : slip.name1 + u'　' + last;
+    QStringList rates;
+    for (const book::SlipLine &line : slip.lines)
+        rates << rateOf(line, slip);
+    rates.removeDuplicates();
+    return rates.join(u'・');
+}
+
+double taxOn(const book::Slip &slip)
+{
+    double tax = 0;
+    for (const book::SlipLine &line : slip.lines)
+        tax += line.isTax() ? line.amount : 0;
+    return tax;
+}
+
+// Of a slip that was left without its tax line nobody knows what the total says.
+void addTotals(printing::FormRecord &items, const DeliveryNoteData &data)
+{
+    items[u"合計金額"_s] = data.total;
+    if (book::hasTaxLine(data.slip)) {
+        items[u"小計"_s] = data.total - taxOn(data.slip);
+        items[u"消費税"_s] = taxesWords(data.slip);
+    } else if (data.includedTax) {
+        items[u"内税額"_s] = std::trunc(*data.includedTax);
+        items[u"内税率"_s] = ratesOf(data.slip);
+    } else if (data.slip.taxClass == book::TaxClass::OnBill) {
+        items[u"消費税"_s] = u"ご請求時に加算"_s;
+    }
 }
 
 } // namespace
@@ -39,7 +70,10 @@ const printing::FormItems &deliveryNoteItems()
 {
     static const printing::FormItems items = [] {
         printing::FormItems all = noteItems();
-        all.items[u"内税額"_s] = FormItemKind::Number;
+        for (const QString &name : {u"小計"_s, u"内税額"_s})
+            all.items[name] = FormItemKind::Number;
+        for (const QString &name : {u"消費税"_s, u"内税率"_s})
+            all.items[name] = FormItemKind::Text;
         all.shifts = QStringList{u"OffsetB"_s, u"OffsetL"_s, u"OffsetF"_s};
         return all;
     }();
@@ -49,11 +83,9 @@ const printing::FormItems &deliveryNoteItems()
 std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const printing::Form &form)
 {
     printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
-    addNames(values.items, data.slip);
-    values.items[u"合計金額"_s] = data.total;
+    addAddressee(values.items, data.slip, data.slip.honorific.value_or(u"様"_s));
+    addTotals(values.items, data);
     values.items[u"備考"_s] = data.memo;
-    if (data.includedTax)
-        values.items[u"内税額"_s] = std::trunc(*data.includedTax);
     values.shifts = {{u"OffsetB"_s, data.offsets.down * verticalStep},
                      {u"OffsetL"_s, data.offsets.right * horizontalStep},
                      {u"OffsetF"_s, data.offsets.addresseeRight * halfWidthCharacter}};

@@ -1,6 +1,5 @@
 #include "slips/documents/estimate.h"
 
-#include "book/counterpart_name.h"
 #include "printing/forms/form_sheets.h"
 #include "text/numbers.h"
 
@@ -43,15 +42,6 @@ bool containsAny(const QString &text, const QStringList &parts)
 }
 
 QString yen(double amount) { return u"¥"_s + text::formatAmount(amount); }
-
-void addNames(FormRecord &items, const book::Slip &slip)
-{
-    const bool alone = slip.name2.isEmpty();
-    const QString last = honoured(alone ? slip.name1 : slip.name2, slip.name1);
-    items[u"宛先.名称1"_s] = alone ? last : slip.name1;
-    items[u"宛先.名称2"_s] = alone ? QString() : last;
-    items[u"宛先.名称"_s] = alone ? last : slip.name1 + u'　' + last;
-}
 
 // The tax is told even where it is no amount of its own.
 void addTotals(FormRecord &items, const EstimateData &data)
@@ -100,11 +90,12 @@ QString taxWords(EstimateTax taxed)
     return {};
 }
 
-QString honoured(const QString &name, const QString &firm)
+QString honorificOf(const book::Slip &slip)
 {
-    if (name.isEmpty() || book::isUnknownCounterpartName(name) || endsWithAny(name.trimmed(), honorifics()))
-        return name;
-    return name + (containsAny(firm, firmMarks()) ? u"　御中"_s : u"　様"_s);
+    const QString addressed = (slip.name2.isEmpty() ? slip.name1 : slip.name2).trimmed();
+    if (addressed.isEmpty() || endsWithAny(addressed, honorifics()))
+        return {};
+    return slip.honorific.value_or(containsAny(slip.name1, firmMarks()) ? u"御中"_s : u"様"_s);
 }
 
 const printing::FormItems &estimateItems()
@@ -125,7 +116,7 @@ const printing::FormItems &estimateItems()
 std::vector<printing::Sheet> estimateSheets(const EstimateData &data, const printing::Form &form)
 {
     printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
-    addNames(values.items, data.slip);
+    addAddressee(values.items, data.slip, honorificOf(data.slip));
     addTotals(values.items, data);
     addTerms(values.items, data.terms);
     return printing::formSheets(form, values);

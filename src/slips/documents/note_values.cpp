@@ -1,5 +1,8 @@
 #include "slips/documents/note_values.h"
 
+#include "book/counterpart_name.h"
+#include "text/postal_code.h"
+
 using namespace Qt::StringLiterals;
 using printing::FormItemKind;
 using printing::FormRecord;
@@ -42,13 +45,34 @@ void addSender(FormRecord &record, const masters::OwnCompany &sender, CompanyNam
     } else if (name == CompanyName::Extended) {
         record.insert(u"自社.拡張会社名"_s, QString::fromUtf16(companyNameSlot));
     }
-    record.insert(u"自社.郵便番号"_s, sender.zip);
+    record.insert(u"自社.郵便番号"_s, text::shownPostalCode(sender.zip));
     record.insert(u"自社.住所1"_s, sender.address1);
     record.insert(u"自社.住所2"_s, sender.address2);
     record.insert(u"自社.電話"_s, telephones(sender.tel1, sender.fax));
 }
 
+QString honoured(const QString &name, const QString &honorific)
+{
+    if (name.isEmpty() || honorific.isEmpty() || book::isUnknownCounterpartName(name))
+        return name;
+    return name + u'　' + honorific;
+}
+
 } // namespace
+
+void addAddressee(FormRecord &items, const book::Slip &slip, const QString &honorific)
+{
+    const bool alone = slip.name2.isEmpty();
+    const QString last = honoured(alone ? slip.name1 : slip.name2, honorific);
+    items[u"宛先.名称1"_s] = alone ? last : slip.name1;
+    items[u"宛先.名称2"_s] = alone ? QString() : last;
+    items[u"宛先.名称"_s] = alone ? last : slip.name1 + u'　' + last;
+}
+
+QString rateOf(const book::SlipLine &line, const book::Slip &slip)
+{
+    return QString::number(line.taxRate.value_or(slip.taxRate), 'g', 6) + u'%';
+}
 
 printing::FormItems noteItems()
 {
@@ -76,7 +100,7 @@ printing::FormValues noteValues(const book::Slip &slip, const masters::OwnCompan
     values.items = {{u"伝票番号"_s, slip.number},
                     {u"日付"_s, slip.date},
                     {u"担当者"_s, slip.employeeName},
-                    {u"宛先.郵便番号"_s, slip.zip},
+                    {u"宛先.郵便番号"_s, text::shownPostalCode(slip.zip)},
                     {u"宛先.住所1"_s, slip.address1},
                     {u"宛先.住所2"_s, slip.address2},
                     {u"宛先.電話"_s, telephones(slip.tel, slip.fax)}};

@@ -21,7 +21,14 @@ inline constexpr const char16_t *companyNameSlot = u"社名";
 /// The items of slip, sender, addressee and lines.
 printing::FormItems noteItems();
 
-/// Their values, the addressee's names excepted, whose honorifics are the document's own.
+/// Their values, the addressee's names excepted.
 printing::FormValues noteValues(const book::Slip &slip, const masters::OwnCompany &sender, CompanyName name);
+
+/// Adds the addressee's names, the last one with \a honorific behind it. What lists call a deleted customer
+/// is not honoured.
+void addAddressee(printing::FormRecord &items, const book::Slip &slip, const QString &honorific);
+
+/// The rate of \a line, else that of its slip, as it is printed: "10%".
+QString rateOf(const book::SlipLine &line, const book::Slip &slip);
 
 } // namespace slips

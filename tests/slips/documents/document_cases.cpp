@@ -119,6 +119,16 @@ DeliveryNotes deliveryNotes()
     department.slip.employeeName.clear();
     department.sender.name2.clear();
     department.sender.tel1.clear();
+    auto &rates = notes[u"two rates, honoured"_s] = note(2);
+    rates.slip.taxRate = 10;
+    rates.slip.honorific = u"御中"_s;
+    rates.slip.zip = u"１５０ー０００１"_s;
+    rates.sender.zip = u"4200001"_s;
+    rates.slip.lines.push_back({u"消費税"_s, {}, {}, {}, {}, 500});
+    rates.slip.lines.push_back({u"消費税"_s, {}, {}, {}, {}, 80, book::GoodsTax::Food, 8});
+    auto &billed = notes[u"taxed on the bill, without honorific"_s] = note(1);
+    billed.slip.taxClass = book::TaxClass::OnBill;
+    billed.slip.honorific = u""_s;
     notes[u"customer gone"_s].slip.name1 = u"(削除済み) ID 5"_s;
     return notes;
 }

@@ -251,14 +251,17 @@ private slots:
         QTest::addColumn<QString>("taxClass");
         QTest::addColumn<bool>("inclusive");
         QTest::addColumn<bool>("closed");
-        QTest::addColumn<QString>("printed"); // of tax line, included tax, total
-        QTest::newRow("on delivery") << u"0"_s << false << false << u"消費税 99|-|¥2,098"_s;
-        QTest::newRow("on delivery, ticked") << u"0"_s << true << false << u"-|¥95|¥1,999"_s;
-        QTest::newRow("on the bill") << u"1"_s << false << false << u"-|-|¥1,999"_s;
-        QTest::newRow("included") << u"2"_s << true << false << u"-|¥95|¥1,999"_s;
-        QTest::newRow("included, unticked") << u"2"_s << false << false << u"消費税 99|-|¥2,098"_s;
-        QTest::newRow("class empty") << QString() << false << false << u"消費税 99|-|¥2,098"_s;
-        QTest::newRow("closed without tax") << u"0"_s << false << true << u"-|-|¥1,999"_s;
+        QTest::addColumn<QString>(
+            "printed"); // tax line, included tax, total, total before tax, tax or its rate
+        QTest::newRow("on delivery") << u"0"_s << false << false << u"消費税 99|-|¥2,098|¥1,999|（5%）¥99"_s;
+        QTest::newRow("on delivery, ticked") << u"0"_s << true << false << u"-|¥95|¥1,999|-|5%"_s;
+        QTest::newRow("on the bill") << u"1"_s << false << false << u"-|-|¥1,999|-|ご請求時に加算"_s;
+        QTest::newRow("included") << u"2"_s << true << false << u"-|¥95|¥1,999|-|5%"_s;
+        QTest::newRow("included, unticked")
+            << u"2"_s << false << false << u"消費税 99|-|¥2,098|¥1,999|（5%）¥99"_s;
+        QTest::newRow("class empty") << QString() << false << false
+                                     << u"消費税 99|-|¥2,098|¥1,999|（5%）¥99"_s;
+        QTest::newRow("closed without tax") << u"0"_s << false << true << u"-|-|¥1,999|-|-"_s;
     }
 
     void tax()
@@ -275,10 +278,14 @@ private slots:
         const Sheet sheet = plainSheets(*data).front();
         const QStringList texts = textsOf(sheet);
         const auto after = [&](const QString &label) {
-            return texts.contains(label) ? texts.at(texts.indexOf(label) + 1) : u"-"_s;
+            return texts.contains(label) ? texts.at(texts.lastIndexOf(label) + 1) : u"-"_s;
         };
-        const QString taxLine = texts.contains(u"消費税"_s) ? u"消費税 "_s + after(u"消費税"_s) : u"-"_s;
-        QTEST(taxLine + u'|' + after(u"内税額"_s) + u'|' + after(u"合計金額"_s), "printed");
+        const bool hasLine = texts.count(u"消費税"_s) == 2;
+        const QString taxLine = hasLine ? u"消費税 "_s + texts.at(texts.indexOf(u"消費税"_s) + 1) : u"-"_s;
+        const QString told = after(texts.contains(u"内税率"_s) ? u"内税率"_s : u"消費税"_s);
+        QTEST(QStringList({taxLine, after(u"内税額"_s), after(u"合計金額"_s), after(u"小計"_s), told})
+                  .join(u'|'),
+              "printed");
     }
 
     void aClosedSlipKeepsItsOneTaxLine()

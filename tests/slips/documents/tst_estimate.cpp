@@ -161,7 +161,19 @@ private slots:
     {
         QFETCH(QString, name);
         QFETCH(QString, firm);
-        QTEST(honoured(name, firm), "expected");
+        QFETCH(QString, expected);
+        book::Slip slip;
+        slip.name1 = firm;
+        slip.name2 = name == firm ? QString() : name;
+        const auto addressed = [&] {
+            printing::FormRecord items;
+            addAddressee(items, slip, honorificOf(slip));
+            return std::get<QString>(items[name == firm ? u"宛先.名称1"_s : u"宛先.名称2"_s]);
+        };
+        QCOMPARE(addressed(), expected);
+        slip.honorific = u"先生"_s; // chosen for the customer
+        QCOMPARE(addressed(),
+                 expected.contains(u'　') && !expected.startsWith(u'田') ? name + u"　先生"_s : expected);
     }
 
     void nothingLeavesThePaperOrStandsOnAnotherText_data()
