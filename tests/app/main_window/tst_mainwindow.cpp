@@ -252,6 +252,7 @@ void TestMainWindow::theOwnAddressComesFromItsCode()
     bool isLocked = true;
     QTimer::singleShot(0, qApp, [&] {
         ScreenDriver screen(QApplication::activeModalWidget());
+        (void)QTest::qWaitForWindowActive(QApplication::activeModalWidget()); // boxes are left only there
         isLocked = !screen.the("cmdZip").isEnabled();
         screen.press("cmdEdit");
         screen.type("txtZip", u"３８０ー０８２３"_s);
