@@ -400,7 +400,11 @@ void FirstDay::lookAround()
     m_walker.picture(m_window, u"main-dark"_s);
     m_walker.visit(
         u"customers in the dark"_s, [this] { m_walker.on(m_window).press(u"Command29"_s); },
-        [this](QDialog &screen) { m_walker.picture(screen, u"customers-dark"_s); });
+        [this](QDialog &screen) {
+            m_walker.on(screen).press(u"Command6"_s);
+            QTest::qWait(500); // what stands beside a customer waits for the clerk
+            m_walker.picture(screen, u"customers-dark"_s);
+        });
     m_walker.on(m_window).the<QAction>(u"mnuColoursLight"_s).trigger();
 }
 

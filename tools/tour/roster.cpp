@@ -29,6 +29,15 @@ void printRoster(Walker &walker, QWidget &window, const QDir &folder)
             walker.picture(screen, u"customer-search"_s);
             walker.on(screen).press(u"Command2"_s);
             walker.picture(screen, u"customers-found"_s);
+            walker.on(screen).press(u"cmdMore"_s);
+            walker.on(screen).choose(u"comboItem2"_s, u"納品先区分"_s);
+            walker.on(screen).choose(u"comboNames2"_s, u"法人"_s);
+            walker.on(screen).choose(u"comboItem3"_s, u"登録日"_s);
+            walker.on(screen).enter(u"txtKey3"_s, u"2026/1"_s);
+            walker.on(screen).enter(u"txtUntil3"_s, u"2026/12"_s);
+            walker.on(screen).press(u"Command2"_s);
+            walker.picture(screen, u"customers-found-by-conditions"_s);
+            walker.on(screen).press(u"cmdMore"_s);
             walker.on(screen).choose(u"Combo1"_s, u"すべて選択"_s);
             walker.visit(
                 u"roster options"_s, [&] { walker.on(screen).press(u"Command1"_s); },
