@@ -3,6 +3,7 @@
 #include "book/slip_columns.h"
 #include "book/slip_selection.h"
 #include "book/stored_values.h"
+#include "text/dates.h"
 
 #include <QHash>
 
@@ -46,6 +47,29 @@ base::Status addAmounts(db::Connection &connection, std::vector<RecentSlip> &sli
         slip.amount = std::abs(counted) < 1e18 ? counted / 10'000 : std::numeric_limits<double>::quiet_NaN();
     }
     return {};
+}
+
+base::Result<base::ExactSum> sumOf(db::Connection &connection, const SlipKind &kind, const Condition &slips)
+{
+    const auto sum = connection.select(u"SELECT SUM("_s + columns::amountCount + u") FROM "_s +
+                                           columns::slipsWithLines + u" WHERE "_s + slips.sql,
+                                       slips.values);
+    if (!sum)
+        return sum.error();
+    return base::ExactSum::ofTenThousandths(sum->rows.front().front().toDouble()).times(kind.sign);
+}
+
+// Each piece as the index of counterpart, kind and day has it; one condition for all would read the whole.
+std::vector<Condition> piecesOf(const QDate &from, const QDate &before)
+{
+    Condition within;
+    if (from.isValid())
+        within &= {u"日付 >= ?"_s, {text::stored(from)}};
+    if (before.isValid())
+        within &= {u"日付 < ?"_s, {text::stored(before)}};
+    if (from.isValid() || !before.isValid())
+        return {within};
+    return {within, {u"日付 IS NULL"_s, {}}};
 }
 
 // Each line's goods once a slip, from the newest slip to the oldest one.
@@ -140,6 +164,23 @@ base::Result<QDate> oldestDay(db::Connection &connection, Party party, qint64 co
             oldest = day;
     }
     return oldest;
+}
+
+base::Result<base::ExactSum> balancePart(db::Connection &connection, Party party, qint64 counterpart,
+                                         const QDate &from, const QDate &before)
+{
+    base::ExactSum balance;
+    for (const SlipKind &kind : balanceKindsOf(party)) {
+        for (const Condition &piece : piecesOf(from, before)) {
+            Condition slips = slipsOf({.kinds = {kind}, .counterpart = CounterpartKey(counterpart)});
+            slips &= piece;
+            const auto sum = sumOf(connection, kind, slips);
+            if (!sum)
+                return sum;
+            balance.add(*sum);
+        }
+    }
+    return balance;
 }
 
 } // namespace book

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/exact_sum.h"
 #include "book/slip_kind.h"
 #include "db/connection.h"
 
@@ -42,5 +43,11 @@ base::Result<std::vector<UsualGoods>> usualGoods(db::Connection &connection, con
 
 /// The day of the oldest slip of \a counterpart that enters its balance; an invalid one when there is none.
 base::Result<QDate> oldestDay(db::Connection &connection, Party party, qint64 counterpart);
+
+/// What the slips of \a counterpart add to its balance whose 日付 is written from \a from up to before \a
+/// before, a day of the calendar or not: pieces that follow each other have each slip once. Without \a from
+/// also those before every day and those without one, without \a before all later ones.
+base::Result<base::ExactSum> balancePart(db::Connection &connection, Party party, qint64 counterpart,
+                                         const QDate &from, const QDate &before);
 
 } // namespace book

@@ -122,6 +122,12 @@ private slots:
         QTest::newRow("what a customer buys as a rule") << Reading([](db::Connection &connection) {
             return bool(book::usualGoods(connection, book::sale, 7, 40, 6));
         }) << QStringList{byCounterpart()};
+        QTest::newRow("a part of a customer's balance") << Reading([](db::Connection &connection) {
+            return bool(book::balancePart(connection, book::Party::Customer, 7, {2026, 3, 1}, {2026, 4, 1}));
+        }) << QStringList{byCounterpart(span)};
+        QTest::newRow("what is older than a customer's days") << Reading([](db::Connection &connection) {
+            return bool(book::balancePart(connection, book::Party::Customer, 7, {}, {2026, 4, 1}));
+        }) << QStringList{byCounterpart(u" AND 日付<?"_s), byKind(u" AND 日付=? AND 相手先ID=?"_s)};
         QTest::newRow("a customer's oldest day") << Reading([](db::Connection &connection) {
             return bool(book::oldestDay(connection, book::Party::Customer, 7));
         }) << QStringList{byCounterpart()};

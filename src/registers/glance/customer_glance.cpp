@@ -1,11 +1,10 @@
 #include "registers/glance/customer_glance.h"
 
 #include "book/counterpart_name.h"
-#include "book/movement_sums.h"
-#include "book/slip_counts.h"
+
+#include <QElapsedTimer>
 
 #include <algorithm>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -19,9 +18,9 @@ constexpr int slipsShown = 8;
 constexpr int goodsShown = 6;
 constexpr int shipmentsShown = 5;
 constexpr int slipsLookedAt = 40; // for what is bought as a rule
-constexpr qint64 slipsAPiece = 1000;
-
-std::vector<book::SlipKind> balanceKinds() { return book::balanceKindsOf(book::Party::Customer); }
+// Milliseconds that a piece of the balance should take.
+constexpr qint64 shortPiece = 4;
+constexpr qint64 longPiece = 12;
 
 } // namespace
 
@@ -84,43 +83,44 @@ base::Status GlanceReader::readShipments()
     return {};
 }
 
-// So many days a piece as have some thousand slips on the average.
 base::Status GlanceReader::findSpan()
 {
     const auto oldest = book::oldestDay(m_connection, book::Party::Customer, m_customer);
-    const auto count = book::countSlips(
-        m_connection, {.kinds = balanceKinds(), .counterpart = book::CounterpartKey(m_customer)});
-    const auto newest = book::recentSlips(m_connection, book::Party::Customer, m_customer, 1);
-    if (!oldest || !count || !newest)
-        return !oldest ? oldest.status() : !count ? count.status() : newest.status();
+    if (!oldest)
+        return oldest.error();
     m_from = *oldest;
-    m_last = newest->empty() ? QDate() : QDate::fromString(newest->front().date, Qt::ISODate);
-    const qint64 days = m_from.isValid() && m_last.isValid() ? m_from.daysTo(m_last) + 1 : 1;
-    m_days = static_cast<int>(std::max<qint64>(1, days * slipsAPiece / std::max<qint64>(*count, 1)));
+    m_last = m_from;
+    for (const book::RecentSlip &slip : m_glance.slips)
+        m_last = std::max(m_last, QDate::fromString(slip.date, Qt::ISODate));
     return {};
 }
 
+// A customer may have ten slips in ten years or a thousand a day: the pieces grow and shrink with the time
+// they take.
 base::Status GlanceReader::addToBalance()
 {
-    const bool isLast = !m_from.isValid() || !m_last.isValid() || m_from.addDays(m_days) > m_last;
-    book::Days days;
-    if (m_from.isValid() && !m_olderDone)
-        days = book::Days::before(m_from);
-    else if (m_from.isValid())
-        days = {m_from, isLast ? QDate() : m_from.addDays(m_days - 1)};
-    base::ExactSum sum;
-    const base::Status added = book::sumMovements(
-        m_connection,
-        {.kinds = balanceKinds(), .counterpart = book::CounterpartKey(m_customer), .days = days}, {},
-        base::unwatched, [&sum](const book::MovementSum &part) { sum.add(part.inBalance()); });
-    if (!added)
-        return added;
-    m_glance.balance.add(sum);
-    if (m_from.isValid() && !std::exchange(m_olderDone, true))
-        return {};
-    m_from = m_from.addDays(m_days);
+    QElapsedTimer watch;
+    watch.start();
+    const QDate next = m_from.addDays(m_days);
+    const bool isOlder = m_from.isValid() && !m_olderDone;
+    const bool isLast = !isOlder && (!m_from.isValid() || next > m_last);
+    const auto part =
+        book::balancePart(m_connection, book::Party::Customer, m_customer, isOlder ? QDate() : m_from,
+                          isOlder  ? m_from
+                          : isLast ? QDate()
+                                   : next);
+    if (!part)
+        return part.error();
+    m_glance.balance.add(*part);
+    m_olderDone = true;
     if (isLast)
         m_step = Step::Done;
+    if (isOlder)
+        return {};
+    m_from = next;
+    m_days = watch.elapsed() < shortPiece  ? std::min(2 * m_days, 3650)
+             : watch.elapsed() > longPiece ? std::max(m_days / 2, 1)
+                                           : m_days;
     return {};
 }
 

@@ -55,10 +55,10 @@ private:
     qint64 m_customer;
     CustomerGlance m_glance;
     Step m_step = Step::Slips;
-    // What is added up next: the slips of so many days from a day on, older ones before all others.
+    // What is added up next: the slips of so many days from a day on; older ones before all others.
     QDate m_from;
     QDate m_last; // a later slip belongs to the last piece
-    int m_days = 0;
+    int m_days = 30;
     bool m_olderDone = false;
 };
 
