@@ -41,7 +41,39 @@ base::Error notThere(const QString &fileName)
     return {u"ファイルが見つからないため、開けませんでした。("_s + fileName + u")"_s};
 }
 
+struct Kind
+{
+    QByteArrayView beginning;
+    const char16_t *name;
+};
+
+const Kind foreignKinds[] = {
+    {"%PDF-", u"PDF の文書"},
+    {"PK\x03\x04", u"表計算や文書、または圧縮されたファイル"},
+    {"\xD0\xCF\x11\xE0", u"以前の形式の表計算や文書のファイル"},
+    {"{\\rtf", u"書式のある文書（RTF）"},
+    {"\x89PNG", u"画像"},
+    {"\xFF\xD8\xFF", u"画像"},
+    {"GIF8", u"画像"},
+};
+
+QString foreignKind(const QByteArray &header)
+{
+    for (const Kind &kind : foreignKinds) {
+        if (header.startsWith(kind.beginning))
+            return QString::fromUtf16(kind.name);
+    }
+    return {};
+}
+
 } // namespace
+
+QString foreignKindOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return QFileInfo(fileName).isFile() && file.open(QIODevice::ReadOnly) ? foreignKind(file.read(headerSize))
+                                                                          : QString();
+}
 
 int storedVersion(const QString &fileName)
 {
@@ -64,6 +96,10 @@ base::Status checkHeader(const QString &fileName)
     if (oldFormatOf(fileName) != OldFormat::None)
         return base::Error{u"以前の形式のデータベースファイルのため、そのままでは開けませんでした。"
                            "「ファイル」「開く」で選ぶと、新しい形式に変換できます。"_s};
+    if (const QString kind = foreignKind(header); !kind.isEmpty())
+        return base::Error{
+            u"このファイルは「%1」で、データベースファイルではないため、開けませんでした。"
+            "データベースのファイル（名前の終わりが「.cdb」のもの）を選んでください。"_s.arg(kind)};
     if (!isSqlite(header))
         return base::Error{
             u"データベースファイルではないため、開けませんでした。壊れている場合は、「環境設定」の"

@@ -25,9 +25,22 @@ public:
     [[nodiscard]] const PostalControls &postalControls() const { return m_postal; }
 
 protected:
+    bool mayStore() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// A box and the form in which its text is stored.
+    struct FormedBox
+    {
+        QLineEdit *box;
+        QString (*stored)(const QString &typed);
+    };
+
+    void watchForms(const QList<FormedBox> &boxes);
+    static void bringIntoForm(const FormedBox &formed);
+
+    QList<FormedBox> m_formed;
+    QLineEdit *m_registration = nullptr;
     PostalControls m_postal = {};
 };
 

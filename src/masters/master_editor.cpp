@@ -148,7 +148,7 @@ void MasterEditor::remove()
             this, u"新規登録の途中では削除できません。「登録」で確定するか、「取消」でやめてください。"_s);
         return;
     }
-    if (m_rows.isEmpty() || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
+    if (m_rows.isEmpty() || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion(), shownRow()))
         return;
     if (const base::Status removed = m_rows.remove(); !removed) {
         if (removed.error().changed)
@@ -160,12 +160,22 @@ void MasterEditor::remove()
         m_controls.add->setFocus();
 }
 
+// Which one it is, for a question about it.
+QString MasterEditor::shownRow() const
+{
+    const QString name = m_boxes.first()->text();
+    return u"削除する行： %1　%2"_s.arg(m_rows.currentKey()).arg(name.isEmpty() ? u"（名前なし）"_s : name);
+}
+
 base::Status MasterEditor::store()
 {
     return ui::saveBesideOthers(this, {&m_rows}, [this] { return m_rows.update(); });
 }
 
-bool MasterEditor::saveRow() { return !m_rows.isDirty() || (ui::WidthCheck::allFit(this) && tell(store())); }
+bool MasterEditor::saveRow()
+{
+    return !m_rows.isDirty() || (ui::WidthCheck::allFit(this) && mayStore() && tell(store()));
+}
 
 bool MasterEditor::mayClose()
 {

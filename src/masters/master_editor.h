@@ -60,6 +60,9 @@ protected:
     /// Opens the list and shows its first row in the controls.
     void start(Controls controls);
 
+    /// Whether the row may be stored as it was typed, after it was asked about where that is in doubt.
+    virtual bool mayStore() { return true; }
+
     void becameActive() override;
     bool mayClose() override;
 
@@ -74,6 +77,7 @@ private:
     void cancel();
     void remove();
 
+    [[nodiscard]] QString shownRow() const;
     base::Status store();
     bool saveRow();
     bool dropNewRow();

@@ -68,6 +68,8 @@ std::optional<qsizetype> askWhichWay(QWidget *parent, const QString &text, const
 
 /// Puts all boxes under script until the process ends: none is shown any more.
 void beginScript();
+/// The remark of a box of which a test only knows that there is one.
+inline const QString anyRemark = QStringLiteral("\u2026");
 /// Expects a box with \a text (compared whole) next; \a yes answers a question. An empty text fits any box.
 void expectInform(const QString &text, const QString &remark = {});
 void expectAsk(const QString &text, bool yes, const QString &remark = {});

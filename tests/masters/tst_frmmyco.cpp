@@ -60,6 +60,63 @@ private slots:
                  u"Name1|Name2|Zip|Address1|Address2|Tel1|Tel2|Fax|Bank1|Bank2|Memo"_s);
     }
 
+    void numbersAreStoredInTheirForm_data()
+    {
+        QTest::addColumn<QString>("box");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("remark");
+        const QString registration = u"txtRegistration"_s;
+        const QString form = u"登録番号は「T」と数字13桁です。"_s;
+        QTest::newRow("telephone") << u"txtTel1"_s << u"０３ー１２３４ー５６７８"_s << u"03-1234-5678"_s
+                                   << QString();
+        QTest::newRow("fax") << u"txtFax"_s << u"０３（１２３４）５６７８"_s << u"03(1234)5678"_s
+                             << QString();
+        // The corporate number of the tax agency.
+        QTest::newRow("corporate") << registration << u"ｔ７０００ー０１２ー０５０００２"_s
+                                   << u"T7000012050002"_s << QString();
+        QTest::newRow("digits alone")
+            << registration << u"7000012050002 "_s << u"T7000012050002"_s << QString();
+        QTest::newRow("a person's, or a slip of the hand")
+            << registration << u"T7000012050020"_s << u"T7000012050020"_s
+            << u"法人番号の検査数字と合いません。法人のときは、番号を確かめてください。"_s;
+        QTest::newRow("too short") << registration << u"T700001205000"_s << u"T700001205000"_s << form;
+    }
+
+    // Also where the button is pressed by its letter, with the cursor still in the box.
+    void numbersAreStoredInTheirForm()
+    {
+        QFETCH(QString, box);
+        QFETCH(QString, typed);
+        QFETCH(QString, stored);
+        QFETCH(QString, remark);
+        for (const bool isLeft : {true, false}) {
+            Desk desk(cases.at(7));
+            desk.store({1});
+            QVERIFY(desk.open());
+            desk.edit();
+            desk.box(box)->setFocus();
+            desk.box(box)->insert(typed);
+            const bool isShort = stored.size() == 13 && stored.startsWith(u'T');
+            if (isLeft)
+                QTest::keyClick(desk.box(box), Qt::Key_Return);
+            if (isShort)
+                ui::prompts::expectAskCautiously(
+                    u"登録番号「%1」は「T」と数字13桁ではありません。このまま登録しますか。"_s.arg(stored),
+                    isLeft);
+            desk.button(u"cmdUpdate"_s)->click();
+            const QString column = box == "txtRegistration"_L1 ? u"登録番号"_s : box.mid(3).toUpper();
+            const QString kept =
+                desk.shop.value(u"SELECT ifnull(%1, '') FROM 自社情報"_s.arg(column)).toString();
+            QCOMPARE(kept, isShort && !isLeft ? QString() : stored);
+            QCOMPARE(desk.screen->findChild<QLabel *>(u"lblRegistrationRemark"_s)->text(), remark);
+            if (isShort && !isLeft) {
+                ui::prompts::expectAskToSave({}, ui::prompts::Choice::Discard);
+                desk.screen->close();
+            }
+        }
+    }
+
     void theOwnCompanyFitsItsPrintedLines_data()
     {
         QTest::addColumn<QString>("box");

@@ -102,7 +102,7 @@ private slots:
         desk.store({1, 4, 5});
         QVERIFY(desk.open());
         desk.grid()->selectRow(2);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, u"削除する行： 5　n5"_s);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.box(u"txtID"_s)->text(), u"4"_s); // the new last row
         desk.click(u"cmdAdd"_s);
@@ -128,14 +128,14 @@ private slots:
         const bool own = desk.c.master == Master::OwnCompany;
         desk.store({1, 2});
         QVERIFY(desk.open());
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false, u"削除する行： 1　n1"_s);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.stored(), u"1=n1 2=n2"_s);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, u"削除する行： 1　n1"_s);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.nameBox()->text(), u"n2"_s);
         QCOMPARE(desk.enabled(), own ? u"Add Update Delete"_s : u"Add Delete"_s);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, u"削除する行： 2　n2"_s);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.stored(), QString());
         QCOMPARE(desk.enabled(), own ? u"Add Update"_s : u"Add"_s);

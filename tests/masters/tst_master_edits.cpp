@@ -119,7 +119,7 @@ private slots:
         ui::prompts::expectInform(readOnlyText);
         desk.click(u"cmdAdd"_s);
         QCOMPARE(desk.enabled(), u"Add Delete"_s);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, ui::prompts::anyRemark);
         desk.click(u"cmdDelete"_s);
         QCOMPARE(desk.enabled(), u"Add Delete"_s);
 

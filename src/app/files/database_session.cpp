@@ -85,10 +85,24 @@ void DatabaseSession::start(const QString &fileName)
     }
     m_fileName = fileName;
     if (!connectTo(fileName))
-        ui::prompts::inform(&m_window, u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
+        ui::prompts::inform(&m_window, u"データベースの接続に失敗しました。ファイル名を変更してください。"_s,
+                            QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Information,
+                            reasonAndWaysOut());
     else if (!isInitial())
         rememberFile(m_workspace.settings, fileName);
     emit changed();
+}
+
+// What happened, and what can be done in the window that comes.
+QString DatabaseSession::reasonAndWaysOut() const
+{
+    const bool canBeRepaired = hasFile() && db::foreignKindOf(m_fileName).isEmpty() &&
+                               db::oldFormatOf(m_fileName) == db::OldFormat::None;
+    const QString other = u"「ファイル」「開く」で別のファイルを選ぶか、「バックアップの一覧」から"
+                          "バックアップを開いてください。"_s;
+    return m_fileName + u'\n' + m_reason + u"\n\n"_s +
+           (canBeRepaired ? u"「環境設定」の「データベースの修復/最適化」で修復するか、"_s : QString()) +
+           other;
 }
 
 bool DatabaseSession::connectTo(const QString &fileName)
@@ -175,8 +189,9 @@ void DatabaseSession::refuse(const QString &fileName, const QString &why)
 {
     ui::prompts::inform(&m_window, ui::messages::databaseNotUsable(), u"Kanbalore"_s,
                         ui::prompts::Icon::Information, why);
+    // There is nothing to repair in what never was a database.
     if (!QFileInfo(fileName).isFile() || isSameFile(fileName, m_fileName) ||
-        db::storedVersion(fileName) > db::schemaVersion)
+        !db::foreignKindOf(fileName).isEmpty() || db::storedVersion(fileName) > db::schemaVersion)
         return;
     if (!ui::prompts::askCautiously(
             &m_window,

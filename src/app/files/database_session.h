@@ -79,6 +79,7 @@ private:
     /// Asks for the file to write to, in the words of the commands that make one; empty: none.
     QString askForTarget(const QString &title);
     void openInstead(const QString &chosen);
+    [[nodiscard]] QString reasonAndWaysOut() const;
     [[nodiscard]] bool isToBeCopied(const QString &fileName) const;
     bool connectTo(const QString &fileName);
     bool goTo(const QString &fileName);

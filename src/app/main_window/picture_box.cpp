@@ -69,6 +69,9 @@ void PictureBox::paintEvent(QPaintEvent *)
     if (m_picture.isNull()) {
         QSvgRenderer shop(shopPicture());
         shop.render(&painter, filling(shop.defaultSize(), rect()));
+        // Between dark windows it would be the one bright thing on the display.
+        if (palette().color(QPalette::Window).lightness() < palette().color(QPalette::WindowText).lightness())
+            painter.fillRect(rect(), QColor(0, 0, 0, 120));
     } else {
         painter.fillRect(rect(), palette().window());
         painter.drawImage(filling(m_picture.size(), rect()), m_picture);

@@ -54,6 +54,7 @@ void TestFileCare::wrongChoices_data()
     QTest::newRow("no backup yet") << QString();
     QTest::newRow("gone") << u"gone.cdb"_s;
     QTest::newRow("text") << u"letter.txt"_s;
+    QTest::newRow("paper") << u"bill.pdf"_s;
     QTest::newRow("damaged behind its header") << u"damaged.cdb"_s;
 }
 
@@ -62,13 +63,22 @@ void TestFileCare::wrongChoices()
     QFETCH(QString, name);
     Stage stage;
     write(stage.shop.path(u"letter.txt"_s), "Dear Sir");
+    write(stage.shop.path(u"bill.pdf"_s), "%PDF-1.4\n");
     QVERIFY(QFile::copy(stage.file, stage.shop.path(u"damaged.cdb"_s)));
     QFile::resize(stage.shop.path(u"damaged.cdb"_s), 2 * 4096);
     stage.load();
-    ui::prompts::expectInform({});
+    // What it is and what to do; there is nothing to repair.
+    const bool isPaper = name == "bill.pdf"_L1;
+    if (isPaper)
+        ui::prompts::expectInform(
+            ui::messages::databaseNotUsable(),
+            u"このファイルは「PDF の文書」で、データベースファイルではないため、開けませんでした。"
+            "データベースのファイル（名前の終わりが「.cdb」のもの）を選んでください。"_s);
+    else
+        ui::prompts::expectInform({});
     if (!name.isEmpty())
         ui::file_dialogs::expectFile(stage.shop.path(name));
-    if (QFile::exists(stage.shop.path(name)) && !name.isEmpty())
+    if (QFile::exists(stage.shop.path(name)) && !name.isEmpty() && !isPaper)
         ui::prompts::expectAskCautiously({}, false);
     stage.choose(name.isEmpty() ? "mnuBackupOpen" : "mnuOpen");
     QCOMPARE(stage.shop.connection.fileName(), stage.file);

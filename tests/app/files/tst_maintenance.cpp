@@ -269,7 +269,8 @@ void TestMaintenance::repairOfADamagedFile()
     bytes.replace(bytes.indexOf(mark) / 4096 * 4096, 4096, QByteArray(4096, 0));
     write(stage.file, bytes);
     if (!opens)
-        ui::prompts::expectInform(u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
+        ui::prompts::expectInform(u"データベースの接続に失敗しました。ファイル名を変更してください。"_s,
+                                  ui::prompts::anyRemark);
     stage.load();
     QCOMPARE(stage.shop.connection.isOpen(), opens);
     ui::prompts::expectInform({}); // what the check found
@@ -334,7 +335,8 @@ void TestMaintenance::foreignDefinitionsNeedANewFile()
     QVERIFY(stage.shop.connection.open(stage.file));
     stage.shop.run(u"CREATE TRIGGER t BEFORE DELETE ON 社員 BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
     stage.shop.connection.close();
-    ui::prompts::expectInform(u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
+    ui::prompts::expectInform(u"データベースの接続に失敗しました。ファイル名を変更してください。"_s,
+                              ui::prompts::anyRemark);
     stage.load();
     ui::prompts::expectInform(
         u"データベースを最適化しましたが、開けませんでした。\n"
@@ -459,7 +461,8 @@ void TestMaintenance::nothingOpenIsNotBackedUp()
     Stage stage;
     write(stage.shop.path(u"BackupKanbalore.cdb"_s), "the last good one");
     write(stage.file, "no database");
-    ui::prompts::expectInform(u"データベースの接続に失敗しました。ファイル名を変更してください。"_s);
+    ui::prompts::expectInform(u"データベースの接続に失敗しました。ファイル名を変更してください。"_s,
+                              ui::prompts::anyRemark);
     stage.load();
     QVERIFY(stage.window->close());
     QCOMPARE(contentOf(stage.shop.path(u"BackupKanbalore.cdb"_s)), QByteArray("the last good one"));

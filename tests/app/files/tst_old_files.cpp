@@ -139,7 +139,7 @@ void TestOldFiles::startWithAnOldFile()
     {
         frmAMain window(shop.workspace, screenOpeners());
         ui::prompts::expectAsk(question, false);
-        ui::prompts::expectInform(connectionFailed);
+        ui::prompts::expectInform(connectionFailed, ui::prompts::anyRemark);
         window.load({});
         QVERIFY(!shop.connection.isOpen());
     }

@@ -299,7 +299,7 @@ void TestStartup::badFilesLeaveTheWindowUsable()
     const QByteArray before = contentOf(bad);
 
     frmAMain window(shop.workspace, screenOpeners());
-    ui::prompts::expectInform(connectionFailed);
+    ui::prompts::expectInform(connectionFailed, ui::prompts::anyRemark);
     window.load(quoted(bad));
     QVERIFY(!shop.connection.isOpen());
     QCOMPARE(window.findChild<QLineEdit *>(u"txtFileName"_s)->text(), bad);
@@ -324,7 +324,7 @@ void TestStartup::lockedFile()
     QCOMPARE(sqlite3_open(QFile::encodeName(shop.path(u"shop.cdb"_s)).constData(), &other), SQLITE_OK);
     QCOMPARE(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
     frmAMain window(shop.workspace, screenOpeners());
-    ui::prompts::expectInform(connectionFailed);
+    ui::prompts::expectInform(connectionFailed, ui::prompts::anyRemark);
     window.load(quoted(shop.path(u"shop.cdb"_s)));
     QVERIFY(!shop.connection.isOpen());
     sqlite3_close(other);
