@@ -168,18 +168,26 @@ base::Status moveShipments(db::Connection &connection, const MergePlan &plan, qi
         .status();
 }
 
+// A companion program changes values without raising 版; the slips and shipments were counted in the
+// question.
+bool isAsShown(const MergePlan &now, const MergePlan &plan)
+{
+    return now.keptVersion == plan.keptVersion && now.goneVersion == plan.goneVersion &&
+           now.fields == plan.fields && now.slips == plan.slips && now.shipments == plan.shipments;
+}
+
 base::Status merge(db::Connection &connection, const MergePlan &plan, const QDate &today)
 {
     const auto now = planMerge(connection, plan.kept, plan.gone);
     if (!now)
         return now.error();
-    if (now->keptVersion != plan.keptVersion || now->goneVersion != plan.goneVersion)
+    if (!now->refusal.isEmpty())
+        return base::Error{now->refusal};
+    if (!isAsShown(*now, plan))
         return base::Error{.text =
                                u"ほかのプログラムで納品先が変更されたため、統合しませんでした。いまの内容を"
                                "確かめてから、もう一度実行してください。"_s,
                            .changed = true};
-    if (!now->refusal.isEmpty())
-        return base::Error{now->refusal};
     const auto version = db::nextVersion(connection);
     if (!version)
         return version.error();

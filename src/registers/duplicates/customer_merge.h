@@ -27,6 +27,8 @@ struct MergedField
     [[nodiscard]] bool isLost() const { return !isEmpty(kept) && !isEmpty(gone) && kept != gone; }
 
     static bool isEmpty(const QVariant &value) { return value.toString().isEmpty(); }
+
+    friend bool operator==(const MergedField &, const MergedField &) = default;
 };
 
 /// What merging the customer \a gone into \a kept would do, as it is shown before it is done.

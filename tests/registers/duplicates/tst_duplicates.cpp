@@ -199,6 +199,12 @@ private slots:
         QTest::newRow("changed by another program")
             << u"UPDATE 納品先 SET メモ = 'x', 版 = 9 WHERE 納品先ID = 2"_s
             << u"ほかのプログラムで納品先が変更された"_s;
+        QTest::newRow("changed by a program that does not count its changes")
+            << u"UPDATE 納品先 SET メモ = 'x' WHERE 納品先ID = 1"_s
+            << u"ほかのプログラムで納品先が変更された"_s;
+        QTest::newRow("a slip more") << u"INSERT INTO 入出庫マスター (ID, 伝票番号, 相手先ID, 完了) "
+                                        "VALUES (3, 'O3', 2, 1)"_s
+                                     << u"ほかのプログラムで納品先が変更された"_s;
         QTest::newRow("deleted") << u"DELETE FROM 納品先 WHERE 納品先ID = 2"_s
                                  << u"ほかのプログラムで削除されています"_s;
         QTest::newRow("other tax") << u"UPDATE 納品先 SET 消費税区分 = 1 WHERE 納品先ID = 2"_s
