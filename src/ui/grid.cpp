@@ -10,7 +10,10 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QScopedValueRollback>
 #include <QScrollBar>
+
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +54,10 @@ Grid::Grid(QWidget *parent)
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->hide();
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+        if (!m_sharing && column < m_given.size())
+            m_given[column] = qRound(width / m_share);
+    });
 }
 
 void Grid::setUp(const workspace::Workspace &workspace, const QString &name)
@@ -79,9 +86,57 @@ void Grid::saveLayout(workspace::Workspace &workspace) const
 QString Grid::currentWidths() const
 {
     QStringList widths;
-    for (int column = 0; column < model()->columnCount(); ++column)
-        widths << QString::number(isColumnHidden(column) ? 0 : columnWidth(column));
+    const QList<int> given = givenWidths();
+    for (const int width : given)
+        widths << QString::number(width);
     return widths.join(u' ');
+}
+
+// Without what they have of the room that was left; 0 of a hidden column.
+QList<int> Grid::givenWidths() const
+{
+    QList<int> widths = m_given;
+    for (int column = int(widths.size()); column < model()->columnCount(); ++column)
+        widths << (isColumnHidden(column) ? 0 : columnWidth(column));
+    return widths;
+}
+
+void Grid::setWidths(const QList<int> &given, double share)
+{
+    const QScopedValueRollback quiet(m_sharing, true);
+    for (int column = 0; column < int(given.size()); ++column) {
+        if (given.at(column) > 0)
+            setColumnWidth(column, int(given.at(column) * share));
+    }
+}
+
+// On a wide display the columns share what room is left, each in its proportion.
+void Grid::shareRoom()
+{
+    constexpr int wide = 1200; // pixels; in a smaller table they have the widths that they were given
+    if (!model() || horizontalHeader()->stretchSectionCount() > 0)
+        return;
+    const QList<int> given = givenWidths();
+    const int total = std::accumulate(given.begin(), given.end(), 0);
+    const int room = viewport()->width();
+    const bool isLeft = room > wide && total > 0 && total < room;
+    if (!isLeft && m_given.isEmpty())
+        return;
+    m_share = isLeft ? double(room) / total : 1;
+    setWidths(given, m_share);
+    m_given = isLeft ? given : QList<int>();
+}
+
+void Grid::takeRoomBack()
+{
+    setWidths(m_given, 1);
+    m_given.clear();
+}
+
+void Grid::resizeEvent(QResizeEvent *event)
+{
+    QTableView::resizeEvent(event);
+    shareRoom();
 }
 
 void Grid::setColumns(const QList<GridColumn> &columns)
@@ -104,6 +159,7 @@ void Grid::setNames(const QString &column, const NameOf &nameOf)
 
 void Grid::arrangeColumns()
 {
+    m_given.clear();
     if (m_recordset && !m_columns.isEmpty()) {
         for (int column = 0; column < model()->columnCount(); ++column)
             setColumnHidden(column, true);
@@ -124,12 +180,14 @@ void Grid::applyWidths()
 {
     if (!model())
         return;
+    takeRoomBack();
     const QStringList widths = m_widths.split(u' ', Qt::SkipEmptyParts);
     for (int column = 0; column < std::min<int>(int(widths.size()), model()->columnCount()); ++column) {
         const int width = widths.at(column).toInt();
         if (width >= 10 && width <= 4000 && !isColumnHidden(column))
             setColumnWidth(column, width);
     }
+    shareRoom();
 }
 
 void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> refused)

@@ -68,6 +68,7 @@ protected:
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
     void keyPressEvent(QKeyEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index,
                                                          const QEvent *event) const override;
 
@@ -80,9 +81,16 @@ private:
     void showSorting();
     void setShown(const QString &column, bool shown);
     void applyWidths();
+    [[nodiscard]] QList<int> givenWidths() const;
+    void setWidths(const QList<int> &given, double share);
+    void shareRoom();
+    void takeRoomBack();
     [[nodiscard]] QString currentWidths() const;
 
     QString m_name;
+    QList<int> m_given; // the columns' own widths while they share the room of a wide display
+    double m_share = 1; // by which they are wider then
+    bool m_sharing = false;
     QString m_widths;
     QList<GridColumn> m_columns;
     db::Recordset *m_recordset = nullptr;

@@ -7,10 +7,13 @@
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QVBoxLayout>
 
 #include <utility>
 
@@ -19,6 +22,18 @@ using namespace Qt::StringLiterals;
 namespace ui
 {
 
+namespace
+{
+
+// That on which \a screen is, or will be, with its opener.
+const QScreen &displayOf(const QWidget &screen)
+{
+    const QWidget *opener = screen.parentWidget() ? screen.parentWidget()->window() : &screen;
+    return *(screen.isVisible() ? &screen : opener)->screen();
+}
+
+} // namespace
+
 Screen::Screen(workspace::Workspace &workspace, QWidget *parent)
     : QDialog(parent)
     , m_workspace(workspace)
@@ -26,7 +41,7 @@ Screen::Screen(workspace::Workspace &workspace, QWidget *parent)
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
                    Qt::WindowCloseButtonHint);
     QFont type = font();
-    type.setPointSize(workspace.panel.textSize);
+    type.setPointSize(workspace.panel.textSize + workspace.panel.desktopSurplus);
     setFont(type);
 }
 
@@ -71,15 +86,56 @@ bool Screen::tell(const base::Status &status)
     return bool(status);
 }
 
+// With large type or on a small display. The cursor takes what it comes to into sight.
+void Screen::scrollWhatDoesNotFit()
+{
+    const QSize room = roomOn(displayOf(*this)).size();
+    const QSize least = minimumSizeHint();
+    if (!layout() || (least.width() <= room.width() && least.height() <= room.height()))
+        return;
+    // In this window from the beginning: controls that come from another one lose their tab order.
+    auto *page = new QWidget(this);
+    page->setLayout(layout());
+    auto *view = new QScrollArea(this);
+    view->setObjectName(u"pageView"_s);
+    view->setFrameShape(QFrame::NoFrame);
+    view->setWidgetResizable(true);
+    view->setFocusPolicy(Qt::NoFocus);
+    view->setWidget(page);
+    auto *whole = new QVBoxLayout(this);
+    whole->setContentsMargins({});
+    whole->addWidget(view);
+    connect(qApp, &QApplication::focusChanged, view, [view](const QWidget *, QWidget *now) {
+        if (now && view->isAncestorOf(now))
+            view->ensureWidgetVisible(now);
+    });
+    if (!isMaximized())
+        resize(size().expandedTo(least).boundedTo(room));
+}
+
+// "width height", and those of the display: the size for a small one is not the one for a large one.
+void Screen::restoreSize()
+{
+    const QStringList size = m_workspace.settings.layout(layoutName() + u"/size"_s).split(u' ');
+    const QSize display = displayOf(*this).availableGeometry().size();
+    const bool isForThis = size.size() == 2 || (size.size() == 4 && size.at(2).toInt() >= display.width() &&
+                                                size.at(3).toInt() >= display.height());
+    if (isForThis && size.at(0).toInt() > 0 && size.at(1).toInt() > 0)
+        resize(QSize(size.at(0).toInt(), size.at(1).toInt()).expandedTo(minimumSizeHint()));
+}
+
 void Screen::restorePlace()
 {
     // A place of its own would take a screen out of its full size again.
     if (isMaximized())
         return;
-    const QStringList size = m_workspace.settings.layout(layoutName() + u"/size"_s).split(u' ');
-    if (size.size() == 2 && size.at(0).toInt() > 0 && size.at(1).toInt() > 0)
-        resize(QSize(size.at(0).toInt(), size.at(1).toInt()).expandedTo(minimumSizeHint()));
+    restoreSize();
     const workspace::Settings &settings = m_workspace.settings;
+    const QStringList place = settings.layout(layoutName() + u"/place"_s).split(u' ');
+    if (place.size() == 2) {
+        moveOnto(this, {place.at(0).toInt(), place.at(1).toInt()});
+        return;
+    }
     if (settings.text(workspace::keys::frmLeft).isEmpty()) {
         // The first day: over the window that opened it.
         const QWidget *opener = parentWidget() ? parentWidget()->window() : nullptr;
@@ -93,8 +149,13 @@ void Screen::restorePlace()
 
 void Screen::saveLayout()
 {
-    if (!isMaximized())
-        m_workspace.settings.writeLayout(layoutName() + u"/size"_s, u"%1 %2"_s.arg(width()).arg(height()));
+    if (!isMaximized()) {
+        const QSize display = displayOf(*this).availableGeometry().size();
+        m_workspace.settings.writeLayout(
+            layoutName() + u"/size"_s,
+            u"%1 %2 %3 %4"_s.arg(width()).arg(height()).arg(display.width()).arg(display.height()));
+        m_workspace.settings.writeLayout(layoutName() + u"/place"_s, u"%1 %2"_s.arg(x()).arg(y()));
+    }
     const auto grids = findChildren<Grid *>();
     for (const Grid *grid : grids)
         grid->saveLayout(m_workspace);
@@ -111,6 +172,13 @@ void Screen::reject()
         if (QWidget *opener = parentWidget(); opener && opener->isVisible())
             opener->window()->activateWindow();
     }
+}
+
+void Screen::setVisible(bool visible)
+{
+    if (visible && !m_placed)
+        scrollWhatDoesNotFit();
+    QDialog::setVisible(visible);
 }
 
 void Screen::showEvent(QShowEvent *event)

@@ -14,9 +14,10 @@ class Workspace;
 namespace ui
 {
 
-/// The base of every screen but the main window: opens at the common position with the size it had last,
-/// in the panel's text size; Enter moves on as Tab does. A line edit with the dynamic property "enterClicks"
-/// presses the button of that object name instead.
+/// The base of every screen but the main window: opens with the size and at the place it had last, the first
+/// time at the common position, in the panel's text size; what does not fit on the display scrolls. Enter
+/// moves on as Tab does. A line edit with the dynamic property "enterClicks" presses the button of that
+/// object name instead.
 class Screen : public QDialog
 {
     Q_OBJECT
@@ -46,6 +47,7 @@ protected:
     /// "frmOut": the screen's object name, under which its layout is kept.
     [[nodiscard]] QString layoutName() const { return objectName(); }
 
+    void setVisible(bool visible) override;
     void showEvent(QShowEvent *event) override;
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -56,6 +58,8 @@ public slots:
     void reject() override;
 
 private:
+    void scrollWhatDoesNotFit();
+    void restoreSize();
     void restorePlace();
     void saveLayout();
 

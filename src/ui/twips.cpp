@@ -1,6 +1,6 @@
 #include "ui/twips.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QScreen>
 #include <QStyle>
 #include <QWidget>
@@ -19,14 +19,17 @@ int pixelsFromTwips(double twips)
 
 double twipsFromPixels(int pixels) { return pixels * twipsPerPixel; }
 
+QRect roomOn(const QScreen &screen)
+{
+    constexpr int edge = 4; // pixels
+    const int title = QApplication::style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    return screen.availableGeometry().adjusted(0, 0, -2 * edge, -title - edge);
+}
+
 void moveOnto(QWidget *window, const QPoint &wanted)
 {
     const QScreen *screen = QGuiApplication::screenAt(wanted);
-    // The frame is the window manager's and unknown until the window is shown; the style's title bar comes
-    // near.
-    const int title = window->style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    const QRect room =
-        (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry().adjusted(0, 0, 0, -title);
+    const QRect room = roomOn(screen ? *screen : *QGuiApplication::primaryScreen());
     window->resize(window->size().boundedTo(room.size()));
     const int right = std::max(room.left(), room.right() - window->width() + 1);
     const int bottom = std::max(room.top(), room.bottom() - window->height() + 1);

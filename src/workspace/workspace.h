@@ -45,7 +45,8 @@ struct Panel
     bool deliveryNotice = false;            // Check7
     bool customerOption = false;            // Check8
 
-    int textSize = 10; // points, entry screens
+    int textSize = 10;      // points, entry screens
+    int desktopSurplus = 0; // points that the desktop's large type is larger
     GridSpacing gridSpacing = GridSpacing::Small;
 };
 

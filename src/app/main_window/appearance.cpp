@@ -9,6 +9,8 @@
 #include <QPalette>
 #include <QTranslator>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace app
@@ -17,7 +19,8 @@ namespace app
 namespace
 {
 
-constexpr int typeSize = 10; // points
+constexpr int typeSize = 10;     // points
+constexpr int largestUsual = 11; // points that desktops have without being asked for large type
 
 struct Shades
 {
@@ -90,15 +93,22 @@ void loadTranslations(QApplication &application)
     QApplication::installTranslator(new FileKinds(&application));
 }
 
+// The desktop's type before the program sets its own.
+int &desktopSize()
+{
+    static int points = typeSize;
+    return points;
+}
+
 QFont typeface()
 {
     const QStringList present = QFontDatabase::families();
     for (const QString &family : {u"Noto Sans CJK JP"_s, u"Noto Sans JP"_s, u"Yu Gothic UI"_s, u"Meiryo UI"_s,
                                   u"IPAPGothic"_s, u"IPAGothic"_s}) {
         if (present.contains(family))
-            return QFont(family, typeSize);
+            return QFont(family, typeSize + desktopSurplus());
     }
-    return QFont(QApplication::font().family(), typeSize);
+    return QFont(QApplication::font().family(), typeSize + desktopSurplus());
 }
 
 } // namespace
@@ -106,11 +116,18 @@ QFont typeface()
 void setUpAppearance(QApplication &application)
 {
     (void)desktopIsDark();
+    desktopSize() = QApplication::font().pointSize();
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
     loadTranslations(application);
     QApplication::setStyle(ui::styleShowingFocus(u"Fusion"_s));
     QApplication::setFont(typeface());
     applyColours(Colours::Automatic);
+}
+
+int desktopSurplus()
+{
+    constexpr int most = 10;
+    return desktopSize() > largestUsual ? std::min(desktopSize() - typeSize, most) : 0;
 }
 
 void applyColours(Colours colours)

@@ -63,6 +63,7 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
     , m_session(workspace, *this)
 {
     m_ui->setupUi(this);
+    workspace.panel.desktopSurplus = desktopSurplus();
     m_ui->centralWidget->setStyleSheet(mainWindowStyle());
     m_commands = new CommandPanel(
         *this, {m_ui->SSTab1,
