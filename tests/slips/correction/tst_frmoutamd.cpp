@@ -298,8 +298,9 @@ private slots:
             desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 2500 WHERE ID = 9 AND 商品名 = 'りんご'"_s);
             desk.driver.press("cmdAll");
             int previews = 0;
+            const QObject scope; // where nothing is shown, the timer goes with it
             const auto print = [&] {
-                QTimer::singleShot(0, qApp, [&previews] {
+                QTimer::singleShot(0, &scope, [&previews] {
                     auto *preview = qobject_cast<printing::frmPreview *>(QApplication::activeModalWidget());
                     previews += preview ? 1 : 0;
                     if (preview)
