@@ -114,7 +114,7 @@ void Grid::setWidths(const QList<int> &given, double share)
 void Grid::shareRoom()
 {
     constexpr int wide = 1200; // pixels; in a smaller table they have the widths that they were given
-    if (!model() || horizontalHeader()->stretchSectionCount() > 0)
+    if (m_sharing || !model() || horizontalHeader()->stretchSectionCount() > 0)
         return;
     const QList<int> given = givenWidths();
     const int total = std::accumulate(given.begin(), given.end(), 0);
@@ -160,20 +160,26 @@ void Grid::setNames(const QString &column, const NameOf &nameOf)
 void Grid::arrangeColumns()
 {
     m_given.clear();
-    if (m_recordset && !m_columns.isEmpty()) {
-        for (int column = 0; column < model()->columnCount(); ++column)
-            setColumnHidden(column, true);
-        int place = 0;
-        for (const GridColumn &shown : std::as_const(m_columns)) {
-            const int column = m_recordset->columnOf(shown.column);
-            if (column < 0 || m_leftOut.contains(shown.column))
-                continue;
-            setColumnHidden(column, false);
-            setColumnWidth(column, (shown.characters + 2) * fontMetrics().horizontalAdvance(u'0'));
-            horizontalHeader()->moveSection(horizontalHeader()->visualIndex(column), place++);
-        }
-    }
+    if (m_recordset && !m_columns.isEmpty())
+        showColumns();
     applyWidths();
+}
+
+// Scroll bars come and go meanwhile, and with them the room; it is shared when all columns are there.
+void Grid::showColumns()
+{
+    const QScopedValueRollback quiet(m_sharing, true);
+    for (int column = 0; column < model()->columnCount(); ++column)
+        setColumnHidden(column, true);
+    int place = 0;
+    for (const GridColumn &shown : std::as_const(m_columns)) {
+        const int column = m_recordset->columnOf(shown.column);
+        if (column < 0 || m_leftOut.contains(shown.column))
+            continue;
+        setColumnHidden(column, false);
+        setColumnWidth(column, (shown.characters + 2) * fontMetrics().horizontalAdvance(u'0'));
+        horizontalHeader()->moveSection(horizontalHeader()->visualIndex(column), place++);
+    }
 }
 
 void Grid::applyWidths()
@@ -181,13 +187,19 @@ void Grid::applyWidths()
     if (!model())
         return;
     takeRoomBack();
+    useRememberedWidths();
+    shareRoom();
+}
+
+void Grid::useRememberedWidths()
+{
+    const QScopedValueRollback quiet(m_sharing, true);
     const QStringList widths = m_widths.split(u' ', Qt::SkipEmptyParts);
     for (int column = 0; column < std::min<int>(int(widths.size()), model()->columnCount()); ++column) {
         const int width = widths.at(column).toInt();
         if (width >= 10 && width <= 4000 && !isColumnHidden(column))
             setColumnWidth(column, width);
     }
-    shareRoom();
 }
 
 void Grid::bind(db::Recordset &recordset, std::function<void(const QString &)> refused)

@@ -77,10 +77,12 @@ private:
     void reachFor(CursorAction action, Qt::KeyboardModifiers modifiers);
     [[nodiscard]] int cursorColumn() const;
     void arrangeColumns();
+    void showColumns();
     void sortBy(int column);
     void showSorting();
     void setShown(const QString &column, bool shown);
     void applyWidths();
+    void useRememberedWidths();
     [[nodiscard]] QList<int> givenWidths() const;
     void setWidths(const QList<int> &given, double share);
     void shareRoom();

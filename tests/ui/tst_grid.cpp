@@ -46,6 +46,32 @@ class TestGrid : public QObject
     Q_OBJECT
 
 private slots:
+    // Though the scroll bars come and go while the columns are shown one by one.
+    void columnsOfAWideGridHaveTheirOwnWidthsWhereNoRoomIsLeft()
+    {
+        FreshShop shop;
+        for (int id = 1; id <= 40; ++id)
+            shop.run(
+                u"INSERT INTO 納品先 (納品先ID, 納品先名1, 住所1) VALUES (%1, '山田', '長野')"_s.arg(id));
+        db::Recordset rows(shop.connection);
+        ui::Grid grid;
+        QList<ui::GridColumn> columns;
+        for (const auto *name : {u"納品先ID", u"コード", u"納品先名1", u"納品先名2", u"フリガナ", u"区分ID",
+                                 u"郵便番号", u"住所1", u"住所2", u"TEL1"})
+            columns.push_back({QString::fromUtf16(name), 22});
+        grid.setColumns(columns);
+        grid.bind(rows, {});
+        grid.setUp(shop.workspace, u"frmX/grid"_s);
+        grid.resize(1240, 300);
+        grid.show();
+        const int width = 24 * grid.fontMetrics().horizontalAdvance(u'0');
+        for (int opening = 0; opening < 2; ++opening) {
+            QVERIFY(rows.open({.table = u"納品先"_s, .order = {u"納品先ID"_s}}));
+            for (const ui::GridColumn &column : std::as_const(columns))
+                QCOMPARE(grid.columnWidth(rows.columnOf(column.column)), width);
+        }
+    }
+
     void sortsByAClickOnTheHeading()
     {
         FreshShop shop;
