@@ -12,9 +12,9 @@ namespace
 
 QDate dayFrom(const QVariant &stored) { return QDate::fromString(stored.toString(), u"yyyy-MM-dd"_s); }
 
-bool isTaxed(GoodsTax taxClass) { return taxClass != GoodsTax::Exempt && taxClass != GoodsTax::OutOfScope; }
-
 } // namespace
+
+bool isTaxed(GoodsTax taxClass) { return taxClass != GoodsTax::Exempt && taxClass != GoodsTax::OutOfScope; }
 
 std::optional<GoodsTax> goodsTaxFrom(const QVariant &stored)
 {

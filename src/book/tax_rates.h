@@ -25,6 +25,9 @@ enum class GoodsTax {
     OutOfScope = 4, // 対象外
 };
 
+/// Whether there is a rate for goods of \a taxClass.
+bool isTaxed(GoodsTax taxClass);
+
 /// The class that a stored 税区分 means; empty for NULL and for a number that is none, which is the slip's
 /// own.
 std::optional<GoodsTax> goodsTaxFrom(const QVariant &stored);
