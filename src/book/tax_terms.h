@@ -20,8 +20,8 @@ struct TaxTerm
 {
     qint64 id = 0; // 0: not stored yet
     GoodsTax taxClass = GoodsTax::Standard;
-    QDate from;
-    QDate to;           // an invalid one: without end
+    QDate from{};
+    QDate to{};         // an invalid one: without end
     double percent = 0; // 10
     bool inForce = true;
 
