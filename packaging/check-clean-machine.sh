@@ -99,12 +99,13 @@ mkdir -p "$bare/dev/shm"
 mount -t tmpfs tmpfs "$bare/dev/shm"
 
 mkdir -p "$bare/root/kanbalore"
-git -C "$tree" archive HEAD | tar -x -C "$bare/root/kanbalore"
+commit=$(git -C "$tree" rev-parse --short HEAD)
+git -C "$tree" archive "$commit" | tar -x -C "$bare/root/kanbalore"
 
 failed=0
 IFS=';' read -r -a commands <<<"${COMMANDS:-./test.sh;./test.sh;./run.sh}"
 for command in "${commands[@]}"; do
     timed "$command" in_bare "cd /root/kanbalore && $command" || failed=1
 done
-printf '%s\n' '' "Bare Debian 12 at commit $(git -C "$tree" rev-parse --short HEAD):" "${times[@]}"
+printf '%s\n' '' "Bare Debian 12 at commit $commit:" "${times[@]}"
 exit "$failed"
