@@ -3,6 +3,7 @@
 #include "db/errors.h"
 #include "db/file_header.h"
 #include "db/like_function.h"
+#include "db/no_waiting.h"
 #include "db/schema.h"
 #include "db/statement.h"
 #include "db/valid_day.h"
@@ -35,8 +36,6 @@ bool isKept(const QString &sql)
 }
 
 constexpr std::size_t statementsKept = 100;
-
-constexpr int patience = 5000; // milliseconds that a locked file is waited for
 
 // Bytes of a value or a row. No row of a shop comes near it; a file made with ill will asks for more.
 constexpr int longestValue = 100'000'000;
@@ -240,10 +239,9 @@ void Connection::addMissingIndexes()
     QMap<QString, QString> missing = declaredIndexes();
     for (const QVariantList &index : there->rows)
         missing.remove(index.front().toString());
-    sqlite3_busy_timeout(handle(), 0);
+    const NoWaiting now(*this);
     for (const QString &statement : std::as_const(missing))
         (void)execute(statement);
-    sqlite3_busy_timeout(handle(), patience);
 }
 
 // What would be carried out, or worked out, while the program only reads and writes rows: triggers, views,
@@ -312,7 +310,7 @@ base::Status Connection::run(const QString &sql, const QVariantList &values,
     if (m_statements.size() > statementsKept)
         m_statements.clear();
     std::unique_ptr<Statement> &statement = m_statements[isKept(sql) ? sql : QString()];
-    if (!statement)
+    if (!statement || !isKept(sql))
         statement = std::make_unique<Statement>(handle(), sql);
     if (statement->code() == SQLITE_OK && statement->parameters() != values.size())
         return errorFromCode(SQLITE_RANGE, sql);

@@ -34,7 +34,7 @@ QByteArray pathOf(const QString &database)
 
 QByteArray note(const QByteArray &path, const QByteArray &state) { return path + '\n' + state + '\n'; }
 
-// By a tenth in any table, and by so many rows as a day's work does not delete.
+// By a tenth in any table, and by so many rows as a day's work does not delete; or the table was emptied.
 bool hasMore(const QString &backup, db::Connection &connection)
 {
     constexpr qint64 fewestRows = 10;
@@ -49,7 +49,8 @@ bool hasMore(const QString &backup, db::Connection &connection)
         if (!then || !now)
             return false;
         const qint64 rows = now->rows.front().front().toLongLong();
-        return *then - rows >= fewestRows && *then * 10 > rows * 11;
+        const bool isMuchLess = *then - rows >= fewestRows && *then * 10 > rows * 11;
+        return *then > 0 && (rows == 0 || isMuchLess);
     });
 }
 

@@ -80,6 +80,10 @@ void DatabaseSession::start(const QString &fileName)
     }
     if (isToBeCopied(fileName)) {
         openCopyOfBackup(fileName);
+        if (!isOpen() && m_fileName.isEmpty()) {
+            m_fileName = fileName;
+            m_reason = u"バックアップの写しを開けませんでした。"_s;
+        }
         emit changed();
         return;
     }

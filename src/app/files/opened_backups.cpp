@@ -3,6 +3,7 @@
 #include "app/files/backup_origin.h"
 #include "base/same_file.h"
 #include "db/care/use_mark.h"
+#include "db/connection.h"
 #include "db/migrations.h"
 #include "workspace/backup_places.h"
 
@@ -52,6 +53,8 @@ base::Status readyToBeOpened(const QString &copy, const QDate &today)
         QFile::remove(copy);
         return upToDate;
     }
+    // Opening adds the indexes that were declared since: no work of the clerk's.
+    (void)db::Connection().open(copy);
     QFile note(stateNoteOf(copy));
     if (note.open(QIODevice::WriteOnly))
         note.write(stateOf(copy)); // without it the copy stays

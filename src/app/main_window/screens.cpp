@@ -3,6 +3,7 @@
 #include "masters/DialogMyCo.h"
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
+#include "masters/own_company.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
 #include "registers/lists/frmNouhinDel.h"
@@ -18,6 +19,7 @@
 #include "slips/entry/frmMitsumori.h"
 #include "slips/entry/frmOut.h"
 #include "slips/entry/money_slips.h"
+#include "ui/messages.h"
 #include "ui/prompts.h"
 #include "workspace/workspace.h"
 
@@ -64,7 +66,8 @@ Opener correction(const book::SlipKind &kind)
     };
 }
 
-// A slip needs a person in charge, whom the main window's own way to it asks for.
+// As the main window's own way to it: a slip needs a person in charge, and the shop's name stands on its
+// note.
 void sell(QWidget *parent, workspace::Workspace &workspace, qint64 customer)
 {
     if (workspace.panel.employeeId == 0) {
@@ -72,6 +75,15 @@ void sell(QWidget *parent, workspace::Workspace &workspace, qint64 customer)
             parent,
             u"担当の社員が選ばれていません。\nメイン画面で社員を選んでから、納品書を入力してください。"_s);
         return;
+    }
+    const auto company = masters::ownCompany(workspace.connection);
+    if (!company) {
+        ui::prompts::inform(parent, company.error().text);
+        return;
+    }
+    if (!*company) {
+        ui::prompts::inform(parent, ui::messages::noOwnCompany());
+        openOwnCompany(parent, workspace);
     }
     slips::frmOut screen(workspace, parent);
     screen.beginFor(customer);

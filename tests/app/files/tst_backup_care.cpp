@@ -28,6 +28,7 @@ private slots:
     void backupOfAnotherFileIsKept();
     void workInABackupIsKept();
     void emptiedFileKeepsItsBackups();
+    void emptiedTableKeepsItsBackup();
     void unchangedFileKeepsNothing();
     void olderVersionIsListed();
     void leavingMakesABackup_data();
@@ -109,6 +110,17 @@ void TestBackupCare::emptiedFileKeepsItsBackups()
     QCOMPARE(customers, (QList<int>{200, 300}));
     const auto listed = checkedBackups(stage.shop.folder.path(), base::unwatched);
     QCOMPARE(listed->size(), std::size_t(4));
+}
+
+// However few rows it had.
+void TestBackupCare::emptiedTableKeepsItsBackup()
+{
+    Stage stage;
+    change(stage.file, "INSERT INTO 規格 (規格ID, 規格) VALUES (1, '大'), (2, '小')");
+    openAndClose(stage, stage.file);
+    change(stage.file, "DELETE FROM 規格");
+    openAndClose(stage, stage.file);
+    QCOMPARE(stage.files(u"BackupKanbalore 削除前*.cdb"_s).size(), 1);
 }
 
 // Nor one from which the one employee of few was deleted.
@@ -201,6 +213,7 @@ void TestBackupCare::untouchedCopyGoes_data()
     QTest::newRow("looked into") << 2 << false;
     QTest::newRow("still open at the end") << 2 << true;
     QTest::newRow("of the earlier version") << 1 << false;
+    QTest::newRow("without an index that was declared since") << 0 << false;
 }
 
 void TestBackupCare::untouchedCopyGoes()
@@ -213,6 +226,8 @@ void TestBackupCare::untouchedCopyGoes()
         makeVersion1(backup, "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')");
     else
         QVERIFY(QFile::copy(stage.file, backup));
+    if (version == 0)
+        change(backup, "DROP INDEX 入出庫マスター_未完了");
     stage.load();
     ui::file_dialogs::expectFile(backup);
     stage.choose("mnuOpen");
