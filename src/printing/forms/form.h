@@ -239,11 +239,13 @@ struct FormCarry
     bool takesRow = false; // the last row of the body, which gives their height
 };
 
-struct Form
+/// Elements that are moved together: those of a whole form, or of a part of it that has offsets of its own,
+/// as the receipt below a perforation.
+struct FormPart
 {
     QString name;
-    FormPaper paper;
-    Origin origin = Origin::PaperEdge;
+    double x = 0; // of its upper left corner on the paper, from which its elements are measured
+    double y = 0;
     QStringList shiftRight; // names of the offsets that move everything
     QStringList shiftDown;
     std::vector<FormBox> boxes;
@@ -254,6 +256,14 @@ struct Form
     std::vector<FormSlot> richTexts;
     std::optional<FormBody> body;
     std::optional<FormCarry> carry;
+};
+
+/// A form: its own elements, and further parts of the same paper. All bodies show the same rows.
+struct Form : FormPart
+{
+    FormPaper paper;
+    Origin origin = Origin::PaperEdge;
+    std::vector<FormPart> parts;
 };
 
 } // namespace printing

@@ -27,17 +27,29 @@ FittedText setCell(const FormBody &body, const FormColumn &column, const QString
     return cell;
 }
 
-FormLine setLine(const FormBody &body, const FormRecord &record, const QString &summed, int mostRows)
+FormLine setLine(const FormBodies &bodies, const FormRecord &record, const QString &summed, int mostRows)
 {
     FormLine line;
-    for (const FormColumn &column : body.columns) {
-        FittedText cell = setCell(body, column, formText(column.source, record), mostRows);
-        line.rows = std::max(line.rows, std::min(rowsNeeded(cell, body.linesInRow), mostRows));
-        line.cells.push_back(std::move(cell));
+    for (const FormBody *body : bodies) {
+        std::vector<FittedText> &cells = line.cells.emplace_back();
+        for (const FormColumn &column : body->columns) {
+            FittedText cell = setCell(*body, column, formText(column.source, record), mostRows);
+            line.rows = std::max(line.rows, std::min(rowsNeeded(cell, body->linesInRow), mostRows));
+            cells.push_back(std::move(cell));
+        }
     }
     if (const auto value = record.constFind(summed); value != record.constEnd())
         line.summed = std::holds_alternative<double>(*value) ? std::get<double>(*value) : 0;
     return line;
+}
+
+/// How many rows all of \a bodies have on a sheet.
+int rowsOn(const FormBodies &bodies, std::size_t sheet)
+{
+    int rows = bodies.front()->rowsOn(sheet).count;
+    for (const FormBody *body : bodies)
+        rows = std::min(rows, body->rowsOn(sheet).count);
+    return rows;
 }
 
 int rowsOf(const FormPage &page)
@@ -122,15 +134,17 @@ std::vector<double> rowRules(const FormBody &body, const FormPage &page, const F
 
 } // namespace
 
-std::vector<FormPage> formPages(const FormBody &body, const FormValues &values, bool carryTakesRow)
+std::vector<FormPage> formPages(const FormBodies &bodies, const FormValues &values, bool carryTakesRow)
 {
-    const int least = body.further ? std::min(body.first.count, body.further->count) : body.first.count;
-    const int carried = carryTakesRow ? 1 : 0;
     std::vector<FormPage> pages(1);
+    if (bodies.empty())
+        return pages;
+    const int least = std::min(rowsOn(bodies, 0), rowsOn(bodies, 1));
+    const int carried = carryTakesRow ? 1 : 0;
     int used = 0;
     for (const FormRecord &record : values.rows) {
-        FormLine line = setLine(body, record, values.summed, std::max(1, least - carried));
-        const int rows = body.rowsOn(pages.size() - 1).count;
+        FormLine line = setLine(bodies, record, values.summed, std::max(1, least - carried));
+        const int rows = rowsOn(bodies, pages.size() - 1);
         if (used + line.rows > rows) {
             FormPage next;
             // The line that took the row of the carried sum goes to the next sheet.
@@ -141,7 +155,7 @@ std::vector<FormPage> formPages(const FormBody &body, const FormValues &values, 
             pages.push_back(std::move(next));
             used = rowsOf(pages.back());
         }
-        if (used + line.rows > body.rowsOn(pages.size() - 1).count) {
+        if (used + line.rows > rowsOn(bodies, pages.size() - 1)) {
             pages.emplace_back();
             used = 0;
         }
@@ -156,7 +170,8 @@ double formRowAfter(const FormBody &body, const FormPage &page, std::size_t shee
     return body.rowsOn(sheet).y + rowsOf(page) * body.pitch;
 }
 
-void writeFormBody(SheetWriter &writer, const FormBody &body, const FormPage &page, std::size_t sheet)
+void writeFormBody(SheetWriter &writer, const FormBody &body, std::size_t cells, const FormPage &page,
+                   std::size_t sheet)
 {
     const FormRows &rows = body.rowsOn(sheet);
     const double top = rows.y - body.headingHeight;
@@ -166,7 +181,7 @@ void writeFormBody(SheetWriter &writer, const FormBody &body, const FormPage &pa
     for (const FormLine &line : page) {
         const double height = line.rows * body.pitch;
         for (std::size_t column = 0; column < body.columns.size(); ++column)
-            writeCell(writer, line.cells[column], body.columns[column], y, height, body);
+            writeCell(writer, line.cells[cells][column], body.columns[column], y, height, body);
         y += height;
     }
     writeRules(writer, body, top, rows.y + rows.count * body.pitch, rowRules(body, page, rows));

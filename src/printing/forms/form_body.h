@@ -8,22 +8,27 @@
 namespace printing
 {
 
-/// A row of the body as it is set: each cell's text, broken and sized; as many ruled rows as it needs.
+/// A row of the bodies as it is set: each cell's text, broken and sized; as many ruled rows as it needs.
 struct FormLine
 {
-    std::vector<FittedText> cells;
+    std::vector<std::vector<FittedText>> cells; // of each body
     int rows = 1;
     double summed = 0; // what it adds to the sum carried over
 };
 
 using FormPage = std::vector<FormLine>;
 
-/// How the \a rows fall on the sheets, at least one. \a carryTakesRow: a sheet that another one follows has a
-/// row less.
-std::vector<FormPage> formPages(const FormBody &body, const FormValues &values, bool carryTakesRow);
+/// The bodies of one form, which show the same rows.
+using FormBodies = std::vector<const FormBody *>;
 
-/// Draws the rows of \a page, the headings and the rules on the sheet counted from 0.
-void writeFormBody(SheetWriter &writer, const FormBody &body, const FormPage &page, std::size_t sheet);
+/// How the rows fall on the sheets, at least one. \a carryTakesRow: a sheet that another one follows has a
+/// row less.
+std::vector<FormPage> formPages(const FormBodies &bodies, const FormValues &values, bool carryTakesRow);
+
+/// Draws the rows of \a page, the headings and the rules of a body on the sheet counted from 0. \a cells: of
+/// which body the cells are.
+void writeFormBody(SheetWriter &writer, const FormBody &body, std::size_t cells, const FormPage &page,
+                   std::size_t sheet);
 
 /// The top of the row below the last one of \a page.
 double formRowAfter(const FormBody &body, const FormPage &page, std::size_t sheet);

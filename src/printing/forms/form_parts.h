@@ -7,15 +7,21 @@
 namespace printing
 {
 
-/// Reads the parts of a layout file, once its paper and its fonts are known. Faults go to the list given.
+/// Reads the elements of a layout file, once the paper is known. Faults go to the list given.
 class FormParts
 {
 public:
-    FormParts(const FormItems &items, const Form &form, FormFaults &faults)
+    FormParts(const FormItems &items, FormFaults &faults)
         : m_items(items)
-        , m_form(form)
         , m_faults(faults)
     {}
+
+    /// What is read from now on stands within this much of the paper, millimetres.
+    void setRoom(double width, double height)
+    {
+        m_width = width;
+        m_height = height;
+    }
 
     FormText text(const TomlNode &node, OnSheets usual = OnSheets::Every);
     FormCarry carry(const TomlNode &node);
@@ -57,12 +63,13 @@ private:
 
     void checkDown(const FormFields &fields, const FormText &text) const;
 
-    [[nodiscard]] double paperWidth() const { return m_form.paper.readWidth(); }
-    [[nodiscard]] double paperHeight() const { return m_form.paper.readHeight(); }
+    [[nodiscard]] double paperWidth() const { return m_width; }
+    [[nodiscard]] double paperHeight() const { return m_height; }
 
     const FormItems &m_items;
-    const Form &m_form;
     FormFaults &m_faults;
+    double m_width = 0;
+    double m_height = 0;
 };
 
 } // namespace printing

@@ -28,7 +28,7 @@ public:
     FormReader(const FormItems &items, FormFaults &faults)
         : m_items(items)
         , m_faults(faults)
-        , m_parts(m_items, m_form, m_faults)
+        , m_parts(m_items, m_faults)
     {
         m_items.items.emplace(QString::fromUtf16(formPageItem), FormItemKind::Text);
         if (!m_items.summed.isEmpty())
@@ -43,10 +43,9 @@ public:
         fields.require({"name", "paper"});
         fields.text("name", m_form.name);
         readPaper(fields);
-        readShift(fields);
-        readElements(fields);
-        readBody(fields);
-        readCarry(fields);
+        m_parts.setRoom(m_form.paper.readWidth(), m_form.paper.readHeight());
+        readElements(fields, m_form);
+        fields.tables("part", [&](const TomlNode &node) { m_form.parts.push_back(part(node)); });
         fields.finish();
         return m_form;
     }
@@ -84,46 +83,59 @@ private:
         own.finish();
     }
 
-    void readShift(FormFields &fields)
+    FormPart part(const TomlNode &node)
+    {
+        FormPart part;
+        FormFields fields(node, m_faults);
+        const double width = m_form.paper.readWidth();
+        const double height = m_form.paper.readHeight();
+        fields.require({"name"});
+        fields.text("name", part.name);
+        fields.number("x", part.x, 0, width);
+        fields.number("y", part.y, 0, height);
+        m_parts.setRoom(width - part.x, height - part.y);
+        readElements(fields, part);
+        fields.finish();
+        return part;
+    }
+
+    void readElements(FormFields &fields, FormPart &part)
+    {
+        readShift(fields, part);
+        const auto add = [&](const char *key, auto &into, auto element) {
+            fields.tables(key, [&](const TomlNode &node) { into.push_back((m_parts.*element)(node)); });
+        };
+        add("box", part.boxes, &FormParts::box);
+        add("rule", part.rules, &FormParts::rule);
+        add("stack", part.stacks, &FormParts::stack);
+        add("table", part.tables, &FormParts::table);
+        add("slot", part.richTexts, &FormParts::slot);
+        fields.tables("text", [&](const TomlNode &node) { part.texts.push_back(m_parts.text(node)); });
+        fields.tables(
+            "total", [&](const TomlNode &node) { part.texts.push_back(m_parts.text(node, OnSheets::Last)); });
+        if (const TomlNode *node = fields.table("body"))
+            part.body = m_parts.body(*node);
+        readCarry(fields, part);
+    }
+
+    void readShift(FormFields &fields, FormPart &part)
     {
         const TomlNode *node = fields.table("shift");
         if (!node)
             return;
         FormFields own(*node, m_faults);
-        m_form.shiftRight = m_parts.shiftNames(own, "right");
-        m_form.shiftDown = m_parts.shiftNames(own, "down");
+        part.shiftRight = m_parts.shiftNames(own, "right");
+        part.shiftDown = m_parts.shiftNames(own, "down");
         own.finish();
     }
 
-    void readElements(FormFields &fields)
-    {
-        const auto add = [&](const char *key, auto &into, auto part) {
-            fields.tables(key, [&](const TomlNode &node) { into.push_back((m_parts.*part)(node)); });
-        };
-        add("box", m_form.boxes, &FormParts::box);
-        add("rule", m_form.rules, &FormParts::rule);
-        add("stack", m_form.stacks, &FormParts::stack);
-        add("table", m_form.tables, &FormParts::table);
-        add("slot", m_form.richTexts, &FormParts::slot);
-        fields.tables("text", [&](const TomlNode &node) { m_form.texts.push_back(m_parts.text(node)); });
-        fields.tables("total", [&](const TomlNode &node) {
-            m_form.texts.push_back(m_parts.text(node, OnSheets::Last));
-        });
-    }
-
-    void readBody(FormFields &fields)
-    {
-        if (const TomlNode *node = fields.table("body"))
-            m_form.body = m_parts.body(*node);
-    }
-
-    void readCarry(FormFields &fields)
+    void readCarry(FormFields &fields, FormPart &part)
     {
         const TomlNode *node = fields.table("carry");
         if (!node)
             return;
-        m_form.carry = m_parts.carry(*node);
-        if (m_form.carry->takesRow && (!m_form.body || m_form.body->first.count < 2))
+        part.carry = m_parts.carry(*node);
+        if (part.carry->takesRow && (!part.body || part.body->first.count < 2))
             fields.fault("carry", u"繰越の行を入れるには、[body] の「rows」が 2 以上必要です。"_s);
     }
 

@@ -19,6 +19,29 @@ double middleOf(double top, double height, double points)
     return top + (height - millimetresFromPoints(points)) / 2;
 }
 
+using FormPartList = std::vector<const FormPart *>;
+
+FormPartList partsOf(const Form &form)
+{
+    FormPartList parts{&form};
+    for (const FormPart &part : form.parts)
+        parts.push_back(&part);
+    return parts;
+}
+
+std::vector<FormPage> pagesOf(const FormPartList &parts, const FormValues &values)
+{
+    FormBodies bodies;
+    bool carryTakesRow = false;
+    for (const FormPart *part : parts) {
+        if (!part->body)
+            continue;
+        bodies.push_back(&*part->body);
+        carryTakesRow = carryTakesRow || (part->carry && part->carry->takesRow);
+    }
+    return formPages(bodies, values, carryTakesRow);
+}
+
 /// Fills one sheet after the other.
 class FormFiller
 {
@@ -27,11 +50,10 @@ public:
         : m_form(form)
         , m_values(values)
         , m_record(values.items)
-        , m_pages(1)
-    {
-        if (form.body)
-            m_pages = formPages(*form.body, values, form.carry && form.carry->takesRow);
-    }
+        , m_parts(partsOf(form))
+        , m_pages(pagesOf(m_parts, values))
+        , m_part(m_parts.front())
+    {}
 
     std::vector<Sheet> sheets()
     {
@@ -82,13 +104,23 @@ private:
         sheet.turned = m_form.paper.turned;
         sheet.origin = m_form.origin;
         SheetWriter writer(sheet);
-        writeAll(writer, m_form.boxes, &FormFiller::writeBox);
-        writeAll(writer, m_form.rules, &FormFiller::writeRule);
-        writeAll(writer, m_form.stacks, &FormFiller::writeStack);
-        writeAll(writer, m_form.richTexts, &FormFiller::writeSlot);
-        writeBody(writer);
-        writeAll(writer, m_form.texts, &FormFiller::writeText);
-        writeAll(writer, m_form.tables, &FormFiller::writeTable);
+        std::size_t body = 0;
+        for (const FormPart *part : m_parts) {
+            m_part = part;
+            fillPart(writer, body);
+            body += part->body ? 1 : 0;
+        }
+    }
+
+    void fillPart(SheetWriter &writer, std::size_t body)
+    {
+        writeAll(writer, m_part->boxes, &FormFiller::writeBox);
+        writeAll(writer, m_part->rules, &FormFiller::writeRule);
+        writeAll(writer, m_part->stacks, &FormFiller::writeStack);
+        writeAll(writer, m_part->richTexts, &FormFiller::writeSlot);
+        writeBody(writer, body);
+        writeAll(writer, m_part->texts, &FormFiller::writeText);
+        writeAll(writer, m_part->tables, &FormFiller::writeTable);
     }
 
     template <class Element>
@@ -113,27 +145,28 @@ private:
 
     void shift(SheetWriter &writer, const FormShift &own) const
     {
-        writer.setShift(offset(own.right, m_form.shiftRight), offset(own.down, m_form.shiftDown));
+        writer.setShift(m_part->x + offset(own.right, m_part->shiftRight),
+                        m_part->y + offset(own.down, m_part->shiftDown));
     }
 
-    void writeBody(SheetWriter &writer)
+    void writeBody(SheetWriter &writer, std::size_t body)
     {
-        if (!m_form.body)
+        if (!m_part->body)
             return;
-        shift(writer, m_form.body->shift);
-        writeFormBody(writer, *m_form.body, m_pages[m_sheet], m_sheet);
-        if (m_form.carry && !isLast()) {
-            writeCarried(writer, m_form.carry->text);
-            if (m_form.carry->amount)
-                writeCarried(writer, *m_form.carry->amount);
+        shift(writer, m_part->body->shift);
+        writeFormBody(writer, *m_part->body, body, m_pages[m_sheet], m_sheet);
+        if (m_part->carry && !isLast()) {
+            writeCarried(writer, m_part->carry->text);
+            if (m_part->carry->amount)
+                writeCarried(writer, *m_part->carry->amount);
         }
     }
 
     void writeCarried(SheetWriter &writer, FormText text)
     {
-        if (m_form.carry->takesRow) {
-            text.place.y = formRowAfter(*m_form.body, m_pages[m_sheet], m_sheet);
-            text.height = m_form.body->pitch;
+        if (m_part->carry->takesRow) {
+            text.place.y = formRowAfter(*m_part->body, m_pages[m_sheet], m_sheet);
+            text.height = m_part->body->pitch;
             text.middle = true;
         }
         shift(writer, text.place.shift);
@@ -295,8 +328,10 @@ private:
     const Form &m_form;
     const FormValues &m_values;
     FormRecord m_record; // the values and what the engine adds to them
+    FormPartList m_parts;
     std::vector<FormPage> m_pages;
     std::size_t m_sheet = 0;
+    const FormPart *m_part; // that is being filled
 };
 
 } // namespace

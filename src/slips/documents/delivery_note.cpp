@@ -4,6 +4,8 @@
 #include "printing/forms/form_sheets.h"
 #include "text/numbers.h"
 
+#include <QRegularExpression>
+
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +21,8 @@ namespace
 constexpr double verticalStep = 1.41;
 constexpr double horizontalStep = 1.75;
 constexpr double halfWidthCharacter = 1.75; // of the addressee's 10-point type
+
+constexpr double printedLine = 25.4 / 6; // by which the totals of the receipt are raised
 
 // "（10%）¥800", one for each rate.
 QString taxesWords(const book::Slip &slip)
@@ -64,6 +68,15 @@ void addTotals(printing::FormRecord &items, const DeliveryNoteData &data)
     }
 }
 
+QHash<QString, double> shiftsOf(const NoteOffsets &offsets)
+{
+    return {{u"OffsetB"_s, offsets.down * verticalStep},
+            {u"OffsetC"_s, offsets.receiptDown * verticalStep},
+            {u"OffsetD"_s, offsets.receiptTotalsHigher ? -printedLine : 0},
+            {u"OffsetL"_s, offsets.right * horizontalStep},
+            {u"OffsetF"_s, offsets.addresseeRight * halfWidthCharacter}};
+}
+
 } // namespace
 
 const printing::FormItems &deliveryNoteItems()
@@ -74,7 +87,8 @@ const printing::FormItems &deliveryNoteItems()
             all.items[name] = FormItemKind::Number;
         for (const QString &name : {u"消費税"_s, u"内税率"_s})
             all.items[name] = FormItemKind::Text;
-        all.shifts = QStringList{u"OffsetB"_s, u"OffsetL"_s, u"OffsetF"_s};
+        all.items[u"注文番号"_s] = FormItemKind::Text;
+        all.shifts = QStringList{u"OffsetB"_s, u"OffsetC"_s, u"OffsetD"_s, u"OffsetL"_s, u"OffsetF"_s};
         return all;
     }();
     return items;
@@ -86,10 +100,32 @@ std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const pr
     addAddressee(values.items, data.slip, data.slip.honorific.value_or(u"様"_s));
     addTotals(values.items, data);
     values.items[u"備考"_s] = data.memo;
-    values.shifts = {{u"OffsetB"_s, data.offsets.down * verticalStep},
-                     {u"OffsetL"_s, data.offsets.right * horizontalStep},
-                     {u"OffsetF"_s, data.offsets.addresseeRight * halfWidthCharacter}};
+    values.items[u"注文番号"_s] = data.orderNumber;
+    values.shifts = shiftsOf(data.offsets);
     return printing::formSheets(form, values);
+}
+
+QString deliveryNoteLayout(const QString &paper, bool designated)
+{
+    const char16_t *layout = plainDeliveryNoteLayout;
+    if (designated)
+        layout = designatedDeliveryNoteLayout;
+    else if (paper == u"HISAGO 1149"_s)
+        layout = continuousDeliveryNoteLayout;
+    else if (paper == u"HISAGO BP0201"_s)
+        layout = receiptDeliveryNoteLayout;
+    return QString::fromUtf16(layout);
+}
+
+QString takeOrderNumber(QString &memo)
+{
+    static const QRegularExpression number(u"(?:ご)?(?:注文|発注)番号[\\s:：]*([^\\s、。]+)[\\s、。]*"_s,
+                                           QRegularExpression::UseUnicodePropertiesOption);
+    const auto match = number.match(memo);
+    if (!match.hasMatch())
+        return {};
+    memo = (memo.first(match.capturedStart()) + memo.sliced(match.capturedEnd())).trimmed();
+    return match.captured(1);
 }
 
 } // namespace slips

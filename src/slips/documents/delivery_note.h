@@ -13,12 +13,14 @@
 namespace slips
 {
 
-/// The printer's adjustment of the note.
+/// The printer's adjustment of the note and of the receipt of goods on the same sheet.
 struct NoteOffsets
 {
-    int down = 0;           // steps of 1.41 mm
-    int right = 0;          // steps of 1.75 mm
+    int down = 0;           // steps of 1.41 mm, of the note
+    int right = 0;          // steps of 1.75 mm, of both
     int addresseeRight = 0; // half-width characters
+    int receiptDown = 0;    // steps of 1.41 mm
+    bool receiptTotalsHigher = false;
 };
 
 /// What one delivery note says.
@@ -30,6 +32,7 @@ struct DeliveryNoteData
     double total = 0;                  // yen
     std::optional<double> includedTax; // whole yen, of prices that include it
     QString memo;
+    QString orderNumber; // the customer's own
     NoteOffsets offsets;
 };
 
@@ -48,8 +51,19 @@ struct DeliveryNoteOptions
 base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint64 id,
                                                 const DeliveryNoteOptions &options);
 
-/// The layout file of the note on plain A4 paper.
+/// The layout files of the note: on plain A4 paper, and on the forms that there are for it.
 inline constexpr const char16_t *plainDeliveryNoteLayout = u"delivery-note-a4.toml";
+inline constexpr const char16_t *continuousDeliveryNoteLayout = u"delivery-note-1149.toml";
+inline constexpr const char16_t *receiptDeliveryNoteLayout = u"delivery-note-bp0201.toml";
+inline constexpr const char16_t *designatedDeliveryNoteLayout = u"delivery-note-designated.toml";
+
+/// The layout file for \a paper, the panel's choice; what is no form of its own is plain A4 paper.
+/// \a designated: the customer wants the form that was agreed upon, whatever the panel says.
+QString deliveryNoteLayout(const QString &paper, bool designated);
+
+/// Takes the customer's order number out of \a memo, where it stands behind "注文番号" or "発注番号". \return
+/// it, or an empty text
+QString takeOrderNumber(QString &memo);
 
 /// What a layout of the note may show.
 const printing::FormItems &deliveryNoteItems();

@@ -17,21 +17,13 @@ namespace slips
 namespace
 {
 
-const QString plainPaper = u"A4 無地"_s;
-
 NoteOffsets offsetsIn(const workspace::Settings &settings)
 {
-    return {settings.integer(workspace::keys::offsetB), settings.integer(workspace::keys::offsetL),
-            settings.integer(workspace::keys::offsetF)};
-}
-
-// The form the note was meant for, where it is not plain paper.
-QString formWithoutLayout(const workspace::Workspace &workspace, const NoteRequest &request)
-{
-    if (request.designatedForm)
-        return u"指定納品書"_s;
-    const QString paper = workspace.panel.deliveryPaper;
-    return paper.isEmpty() || paper == plainPaper ? QString() : paper;
+    return {.down = settings.integer(workspace::keys::offsetB),
+            .right = settings.integer(workspace::keys::offsetL),
+            .addresseeRight = settings.integer(workspace::keys::offsetF),
+            .receiptDown = settings.integer(workspace::keys::offsetC),
+            .receiptTotalsHigher = settings.checked(workspace::keys::offsetD)};
 }
 
 } // namespace
@@ -43,22 +35,19 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
                                 offsetsIn(workspace.settings)};
     if (!request.closed)
         options.closing = taxRatesOf(workspace);
-    const auto note = readDeliveryNote(workspace.connection, request.slipId, options);
+    auto note = readDeliveryNote(workspace.connection, request.slipId, options);
     if (!note)
         return note.error();
     printing::Document document;
     document.title = u"納品書 "_s + note->slip.number;
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
+    if (request.designatedForm)
+        note->orderNumber = takeOrderNumber(note->memo);
     const printing::FormFile layout = printing::loadForm(
-        workspace.applicationFolder(), QString::fromUtf16(plainDeliveryNoteLayout), deliveryNoteItems());
+        workspace.applicationFolder(),
+        deliveryNoteLayout(workspace.panel.deliveryPaper, request.designatedForm), deliveryNoteItems());
     document.sheets = deliveryNote(*note, layout.form);
-    QStringList remarks;
-    if (const QString form = formWithoutLayout(workspace, request); !form.isEmpty())
-        remarks << u"「%1」の用紙に合わせた印刷はまだできません。無地の A4 用紙に印刷してください。"_s.arg(
-            form);
-    if (!layout.complaint.isEmpty())
-        remarks << layout.complaint;
-    document.remark = remarks.join(u'\n');
+    document.remark = layout.complaint;
     if (const base::Status named = addCompanyName(document, workspace, options.companyName); !named)
         return named.error();
     return document;

@@ -23,9 +23,9 @@ struct NoteRequest
     QString memo{};
 };
 
-/// The delivery note ready for the renderer, with the panel's company-name options and the stored offsets.
-/// Its remark tells when the form it was meant for has no layout yet and it is made for plain A4 paper
-/// instead.
+/// The delivery note ready for the renderer, on the panel's paper or the designated form, with the panel's
+/// company-name options and the stored offsets. Its remark tells what is wrong with a layout of the shop's
+/// own, in whose place the built-in one is.
 base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &workspace,
                                                       const NoteRequest &request);
 

@@ -2,6 +2,7 @@
 
 #include "book/counterpart_name.h"
 #include "text/postal_code.h"
+#include "text/width.h"
 
 using namespace Qt::StringLiterals;
 using printing::FormItemKind;
@@ -51,6 +52,21 @@ void addSender(FormRecord &record, const masters::OwnCompany &sender, CompanyNam
     record.insert(u"自社.電話"_s, telephones(sender.tel1, sender.fax));
 }
 
+/// What makes a note a qualified invoice: number, totals and tax of each rate, the mark of reduced ones. As
+/// long as they have no value the layouts leave them out.
+void addInvoiceItems(printing::FormItems &items)
+{
+    for (const QString &name : {u"自社.登録番号"_s, u"軽減の注記"_s})
+        items.items[name] = FormItemKind::Text;
+    for (int rate = 1; rate <= 3; ++rate) { // three may meet in one document
+        const QString name = u"税率%1"_s.arg(rate);
+        items.items[name] = FormItemKind::Text;
+        items.items[name + u".対象額"_s] = FormItemKind::Number;
+        items.items[name + u".消費税"_s] = FormItemKind::Number;
+    }
+    items.columns[u"明細.軽減"_s] = FormItemKind::Text;
+}
+
 QString honoured(const QString &name, const QString &honorific)
 {
     if (name.isEmpty() || honorific.isEmpty() || book::isUnknownCounterpartName(name))
@@ -85,6 +101,9 @@ printing::FormItems noteItems()
     items.items[u"日付"_s] = FormItemKind::Date;
     items.items[u"合計金額"_s] = FormItemKind::Number;
     items.items[u"自社.拡張会社名"_s] = FormItemKind::RichText;
+    for (const QString &name : {u"宛先.郵便番号全角"_s, u"宛先.コード"_s})
+        items.items[name] = FormItemKind::Text;
+    addInvoiceItems(items);
     for (const QString &name : {u"明細.商品名"_s, u"明細.規格"_s, u"明細.単位"_s})
         items.columns[name] = FormItemKind::Text;
     for (const QString &name : {u"明細.数量"_s, u"明細.単価"_s, u"明細.金額"_s})
@@ -101,6 +120,8 @@ printing::FormValues noteValues(const book::Slip &slip, const masters::OwnCompan
                     {u"日付"_s, slip.date},
                     {u"担当者"_s, slip.employeeName},
                     {u"宛先.郵便番号"_s, text::shownPostalCode(slip.zip)},
+                    {u"宛先.郵便番号全角"_s, text::toFullWidth(text::shownPostalCode(slip.zip))},
+                    {u"宛先.コード"_s, slip.code},
                     {u"宛先.住所1"_s, slip.address1},
                     {u"宛先.住所2"_s, slip.address2},
                     {u"宛先.電話"_s, telephones(slip.tel, slip.fax)}};

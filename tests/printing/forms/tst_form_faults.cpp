@@ -124,6 +124,16 @@ void TestFormFaults::damagedFiles_data()
            "own.toml:23: 用紙の左端からはみ出しています。");
     damage("vertical text off the paper", "font = \"ＭＳ ゴシック\"", "vertical = true\nwidth = 80",
            "own.toml:10: 用紙の下端からはみ出しています。");
+    damage("text of a part right of the paper", "[body]",
+           "[[part]]\nname = \"控え\"\nx = 60\n[[part.text]]\ntext = \"a\"\nx = 151\ny = 1\n[body]",
+           "own.toml:22: 「x」には 0 から 150 までの数を書いてください。");
+    damage("text of a part below the paper", "[body]",
+           "[[part]]\nname = \"控え\"\ny = 90\n[[part.text]]\ntext = \"a\"\nx = 1\ny = 11\n[body]",
+           "own.toml:23: 「y」には 0 から 10.5");
+    damage("part without a name", "[body]", "[[part]]\ny = 60\n[body]",
+           "own.toml:17: 「name」が書かれていません。");
+    damage("unknown key of a part", "[body]", "[[part]]\nname = \"控え\"\nhight = 60\n[body]",
+           "own.toml:19: 「hight」というキーはありません。");
     damage("box off the paper", "[body]", "[[box]]\nx = 1\ny = 90\nwidth = 9\nheight = 11\n[body]",
            "own.toml:19: 用紙の下端");
     damage("format of a text", "item = \"宛先\"", "item = \"宛先\"\nformat = \"#,##0\"",

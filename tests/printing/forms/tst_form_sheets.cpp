@@ -175,6 +175,58 @@ private slots:
                  u"13.25 %1"_s.arg(72 + 1.41 + (8 - 10 * 25.4 / 72) / 2, 0, 'f', 2));
     }
 
+    // Both parts show the same rows, the receipt's measured from the perforation, and break at the same line.
+    void aPartIsMovedByItsOwnOffsets()
+    {
+        const QByteArray content = head + R"(
+paper = { width = 210, height = 297 }
+shift = { right = "OffsetL", down = "OffsetB" }
+[body]
+y = 60
+pitch = 8
+rows = 6
+[[body.column]]
+item = "明細.品"
+x = 15
+[carry]
+text = "次葉へ繰越"
+x = 15
+amount = { item = "繰越金額", x = 100 }
+[[part]]
+name = "物品受領書"
+y = 148.5
+shift = { right = "OffsetL", down = "OffsetF" }
+[part.body]
+y = 60
+pitch = 7
+rows = 5
+[[part.body.column]]
+item = "明細.品"
+x = 25
+width = 60
+[[part.text]]
+text = "受領印"
+x = 150
+y = 120
+)";
+        FormValues values = valuesOf(numbered(6));
+        values.shifts = {{u"OffsetB"_s, 1.41}, {u"OffsetL"_s, -1.75}, {u"OffsetF"_s, 7.0}};
+        const std::vector<Sheet> sheets = formSheets(formOf(content), values);
+        QCOMPARE(sheets.size(), std::size_t(2));
+        QCOMPARE(textsOf(sheets[0]).count(u"品4"_s), 2);
+        QCOMPARE(textsOf(sheets[1]).count(u"品5"_s), 2);
+        QVERIFY(textsOf(sheets[0]).contains(u"4,000"_s));
+        QCOMPARE(placeOf(sheets[0], u"受領印"_s), u"148.25 275.50"_s);
+        std::vector<TextItem> firsts;
+        for (const TextItem &item : sheets[0].texts) {
+            if (item.text == u"品1"_s)
+                firsts.push_back(item);
+        }
+        QCOMPARE(firsts[1].x - firsts[0].x, twipsFromMillimetres(10));
+        // 148.5 down, the row half a millimetre lower in its middle, and the offsets' difference.
+        QVERIFY(std::abs(firsts[1].y - firsts[0].y - twipsFromMillimetres(148.5 - 0.5 + 7 - 1.41)) < 0.01);
+    }
+
     void paperIsAsItIsFed()
     {
         const Sheet fed = formSheets(formOf(continuous), valuesOf({})).front();
