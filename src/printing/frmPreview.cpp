@@ -5,6 +5,7 @@
 #include "printing/DialogPrint.h"
 #include "printing/DialogPrintJobs.h"
 #include "printing/pdf.h"
+#include "printing/sheet_view.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
 #include "ui/progress.h"
@@ -15,8 +16,6 @@
 #include <QAction>
 #include <QFileInfo>
 #include <QKeyEvent>
-#include <QPrintPreviewWidget>
-#include <QPrinter>
 
 #include <algorithm>
 
@@ -30,17 +29,12 @@ frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidg
     , m_ui(std::make_unique<Ui::frmPreview>())
     , m_document(std::move(document))
     , m_look{fontFace(workspace.settings, m_document.purpose)}
-    , m_pages(static_cast<int>(m_document.sheets.size()))
-    , m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     m_ui->setupUi(this);
     setWindowTitle(u"印刷プレビュー　"_s + m_document.title);
     m_ui->LblPrinterName->setText(printerInWords());
     m_ui->lblRemark->setText(m_document.remark);
     m_ui->lblRemark->setVisible(!m_document.remark.isEmpty());
-    // As for a PDF: a printer refuses a size that it does not know, and would show the form on another one.
-    m_printer->setOutputFormat(QPrinter::PdfFormat);
-    setPage(*m_printer, m_document);
     addPages();
     addShortcuts();
     setUp();
@@ -51,29 +45,34 @@ frmPreview::~frmPreview() = default;
 
 void frmPreview::addPages()
 {
-    m_preview = new QPrintPreviewWidget(m_printer.get(), this);
+    m_preview = new SheetView(m_document, m_look, this);
     m_preview->setObjectName(u"preview"_s);
     m_preview->setAccessibleName(u"印刷プレビュー"_s);
     m_preview->setMinimumHeight(360);
-    m_preview->setFocusPolicy(Qt::StrongFocus);
     m_ui->pages->addWidget(m_preview);
-    connect(m_preview, &QPrintPreviewWidget::paintRequested, this, &frmPreview::draw);
-    connect(m_preview, &QPrintPreviewWidget::previewChanged, this, &frmPreview::showPage);
+    m_ui->spnPage->setRange(1, std::max(1, m_preview->pageCount()));
+    connect(m_preview, &SheetView::turned, this, &frmPreview::showPage);
+    connect(m_ui->spnPage, &QSpinBox::valueChanged, m_preview, &SheetView::turnTo);
     connect(m_ui->cmdPrint, &QPushButton::clicked, this, &frmPreview::print);
     connect(m_ui->cmdPdf, &QPushButton::clicked, this, &frmPreview::savePdf);
-    connect(m_ui->cmdPrevious, &QPushButton::clicked, this, [this] { turnTo(page() - 1); });
-    connect(m_ui->cmdNext, &QPushButton::clicked, this, [this] { turnTo(page() + 1); });
-    connect(m_ui->cmdZoomOut, &QPushButton::clicked, m_preview, [this] { m_preview->zoomOut(); });
-    connect(m_ui->cmdZoomIn, &QPushButton::clicked, m_preview, [this] { m_preview->zoomIn(); });
-    connect(m_ui->cmdWholePage, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitInView);
-    connect(m_ui->cmdPageWidth, &QPushButton::clicked, m_preview, &QPrintPreviewWidget::fitToWidth);
+    connect(m_ui->cmdPrevious, &QPushButton::clicked, this, [this] { m_preview->turnTo(page() - 1); });
+    connect(m_ui->cmdNext, &QPushButton::clicked, this, [this] { m_preview->turnTo(page() + 1); });
+    connectZoom();
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &frmPreview::reject);
     connect(m_ui->cmdJobs, &QPushButton::clicked, this,
             [this] { DialogPrintJobs(this->workspace(), this).exec(); });
     connect(m_ui->chkGrid, &QCheckBox::toggled, this, [this](bool on) {
         m_look.calibrationGrid = on;
-        m_preview->updatePreview();
+        m_preview->setCalibrationGrid(on);
     });
+}
+
+void frmPreview::connectZoom()
+{
+    connect(m_ui->cmdZoomOut, &QPushButton::clicked, m_preview, &SheetView::zoomOut);
+    connect(m_ui->cmdZoomIn, &QPushButton::clicked, m_preview, &SheetView::zoomIn);
+    connect(m_ui->cmdWholePage, &QPushButton::clicked, m_preview, &SheetView::fitPage);
+    connect(m_ui->cmdPageWidth, &QPushButton::clicked, m_preview, &SheetView::fitWidth);
 }
 
 void frmPreview::addShortcuts()
@@ -92,23 +91,6 @@ void frmPreview::addShortcuts()
     // As shortcuts, since the preview itself would take these keys to scroll.
     add(Qt::Key_PageUp, m_ui->cmdPrevious);
     add(Qt::Key_PageDown, m_ui->cmdNext);
-}
-
-// A preview that was stopped shows the pages that it has; paper and PDF still get them all.
-void frmPreview::draw(QPrinter *printer)
-{
-    // The pages shown so far go when the first new one is begun, and must not be painted any more.
-    m_preview->setUpdatesEnabled(false);
-    m_pages = static_cast<int>(m_document.sheets.size());
-    carryOut(u"表示するページを準備しています。"_s, [&](const base::Progress &progress) {
-        return drawDocument(*printer, m_document, m_look, [&](qint64 done, qint64 total) {
-            const bool goesOn = progress(done, total);
-            if (!goesOn)
-                m_pages = static_cast<int>(done);
-            return goesOn;
-        });
-    });
-    m_preview->setUpdatesEnabled(true);
 }
 
 bool frmPreview::carryOut(const QString &what,
@@ -180,29 +162,25 @@ void frmPreview::savePdf()
     m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
 }
 
-int frmPreview::page() const { return m_preview->currentPage(); }
-
-void frmPreview::turnTo(int page)
-{
-    m_preview->setCurrentPage(std::clamp(page, 1, std::max(1, m_pages)));
-    showPage();
-}
+int frmPreview::page() const { return m_preview->page(); }
 
 void frmPreview::showPage()
 {
-    m_ui->lblPage->setText(u"%1 / %2 ページ"_s.arg(page()).arg(m_document.sheets.size()));
+    const int pages = m_preview->pageCount();
+    m_ui->spnPage->setValue(page());
+    m_ui->lblPage->setText(u"/ %1 ページ"_s.arg(pages));
     m_ui->cmdPrevious->setEnabled(page() > 1);
-    m_ui->cmdNext->setEnabled(page() < m_pages);
+    m_ui->cmdNext->setEnabled(page() < pages);
 }
 
 void frmPreview::keyPressEvent(QKeyEvent *event)
 {
     switch (event->key()) {
     case Qt::Key_Home:
-        turnTo(1);
+        m_preview->turnTo(1);
         break;
     case Qt::Key_End:
-        turnTo(m_pages);
+        m_preview->turnTo(m_preview->pageCount());
         break;
     default:
         Screen::keyPressEvent(event);

@@ -6,9 +6,6 @@
 #include <functional>
 #include <memory>
 
-class QPrinter;
-class QPrintPreviewWidget;
-
 namespace Ui
 {
 class frmPreview;
@@ -18,6 +15,7 @@ namespace printing
 {
 
 struct PrintChoice;
+class SheetView;
 
 /// Shows a document as it will be printed; prints it or saves it as PDF.
 class frmPreview : public ui::Screen
@@ -37,24 +35,21 @@ protected:
 
 private:
     void addPages();
+    void connectZoom();
     void addShortcuts();
-    void draw(QPrinter *printer);
     /// Does long \a work, which may be stopped. \return whether it was done; a failure is told
     bool carryOut(const QString &what, const std::function<base::Status(const base::Progress &)> &work);
     [[nodiscard]] QString printerInWords() const;
     void print();
     bool hand(const PrintChoice &choice);
     void savePdf();
-    void turnTo(int page);
     void showPage();
 
     const std::unique_ptr<Ui::frmPreview> m_ui;
     const Document m_document;
     Look m_look;
-    int m_pages; // in the preview
     bool m_issued = false;
-    std::unique_ptr<QPrinter> m_printer; // of the preview alone
-    QPrintPreviewWidget *m_preview = nullptr;
+    SheetView *m_preview = nullptr;
 };
 
 /// Shows the preview of \a document until the user closes it. \return whether it was printed or saved as PDF

@@ -198,14 +198,17 @@ void drawSheet(QPainter &painter, const Document &document, const Sheet &sheet, 
     drawOn(painter, document, sheet, look, unprintable, texts);
 }
 
+QMarginsF usualUnprintableMargins()
+{
+    return {usualUnprintable, usualUnprintable, usualUnprintable, usualUnprintable};
+}
+
 QMarginsF unprintableMargins(const QPagedPaintDevice &device)
 {
     QPageLayout layout = device.pageLayout();
     layout.setUnits(QPageLayout::Millimeter);
     const QMarginsF margins = layout.minimumMargins();
-    return margins.isNull()
-               ? QMarginsF(usualUnprintable, usualUnprintable, usualUnprintable, usualUnprintable)
-               : margins;
+    return margins.isNull() ? usualUnprintableMargins() : margins;
 }
 
 void setPage(QPagedPaintDevice &device, const Document &document)

@@ -44,6 +44,9 @@ struct Look
 void drawSheet(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look,
                const QMarginsF &unprintable);
 
+/// The unprintable margins of a usual printer, millimetres.
+QMarginsF usualUnprintableMargins();
+
 /// The unprintable margins of \a device in millimetres; for one that has none (a PDF) those of a usual
 /// printer, so that a form comes out in the same place.
 QMarginsF unprintableMargins(const QPagedPaintDevice &device);

@@ -1,5 +1,6 @@
 #include "printing/DialogPrintJobs.h"
 #include "printing/frmPreview.h"
+#include "printing/sheet_view.h"
 #include "support/fake_printers.h"
 #include "support/fresh_shop.h"
 #include "support/screen_driver.h"
@@ -16,9 +17,11 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 using namespace printing;
@@ -84,6 +87,19 @@ struct Desk
     std::unique_ptr<ScreenDriver> driver;
 };
 
+/// The bounds of the dots that \a wanted says.
+QRectF areaOf(const QImage &image, bool (*wanted)(QRgb dot))
+{
+    QRect area;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (wanted(image.pixel(x, y)))
+                area |= QRect(x, y, 1, 1);
+        }
+    }
+    return area;
+}
+
 template <class T>
 T &in(QWidget &dialog, const char *name)
 {
@@ -102,16 +118,102 @@ private slots:
     void turnsPagesByKeys()
     {
         const Desk desk(3);
-        auto &label = desk.driver->the<QLabel>("lblPage");
-        QTRY_COMPARE(label.text(), u"1 / 3 ページ"_s);
+        auto &page = desk.driver->the<QSpinBox>("spnPage");
+        QCOMPARE(desk.driver->the<QLabel>("lblPage").text(), u"/ 3 ページ"_s);
         QTest::keyClick(desk.preview.get(), Qt::Key_PageDown);
         QTest::keyClick(desk.preview.get(), Qt::Key_PageDown);
-        QCOMPARE(label.text(), u"3 / 3 ページ"_s);
+        QCOMPARE(page.value(), 3);
         QVERIFY(!desk.driver->the<QPushButton>("cmdNext").isEnabled());
         QTest::keyClick(desk.preview.get(), Qt::Key_PageUp);
-        QCOMPARE(label.text(), u"2 / 3 ページ"_s);
+        QCOMPARE(page.value(), 2);
+        QTest::keyClick(desk.preview.get(), Qt::Key_Home);
+        QCOMPARE(desk.preview->page(), 1);
+        QVERIFY(!desk.driver->the<QPushButton>("cmdPrevious").isEnabled());
+        page.setFocus();
+        page.selectAll();
+        QTest::keyClicks(&page, u"3"_s);
+        QTest::keyClick(&page, Qt::Key_Return);
+        QCOMPARE(desk.preview->page(), 3);
         QTest::keyClick(desk.preview.get(), Qt::Key_Escape);
         QVERIFY(!desk.preview->isVisible());
+    }
+
+    void thePageLookedAtIsDrawnInItsPlace_data()
+    {
+        QTest::addColumn<QString>("zoom");
+        QTest::addColumn<QSizeF>("paper"); // as it is fed
+        QTest::addColumn<bool>("turned");
+        QTest::newRow("whole") << u"cmdWholePage"_s << QSizeF(210, 297) << false;
+        QTest::newRow("a continuous form") << u"cmdWholePage"_s << QSizeF(241.3, 114.3) << false;
+        QTest::newRow("read across") << u"cmdWholePage"_s << QSizeF(114, 184) << true;
+        QTest::newRow("its width") << u"cmdPageWidth"_s << QSizeF(210, 297) << false;
+        QTest::newRow("smaller") << u"cmdZoomOut"_s << QSizeF(210, 297) << false;
+    }
+
+    // Each page has a black square further right than the one before.
+    void thePageLookedAtIsDrawnInItsPlace()
+    {
+        QFETCH(QString, zoom);
+        QFETCH(QSizeF, paper);
+        QFETCH(bool, turned);
+        Document document;
+        for (int page = 1; page <= 3; ++page) {
+            Sheet sheet;
+            sheet.paperWidth = paper.width();
+            sheet.paperHeight = paper.height();
+            sheet.turned = turned;
+            sheet.origin = Origin::PaperEdge;
+            sheet.boxes.push_back({twipsFromMillimetres(30 * page), twipsFromMillimetres(40),
+                                   twipsFromMillimetres(20), twipsFromMillimetres(20), 0, 0});
+            document.sheets.push_back(sheet);
+        }
+        FreshShop shop;
+        keepPrintSystem(shop.workspace, std::make_shared<FakePrinters>());
+        frmPreview preview(shop.workspace, document);
+        ScreenDriver driver(&preview);
+        driver.show();
+        driver.press(qPrintable(zoom));
+        QTest::keyClick(&preview, Qt::Key_PageDown);
+        QCoreApplication::processEvents(); // a scroll bar comes with the next turn of the loop
+        auto &view = driver.the<SheetView>("preview");
+        const QImage seen = view.viewport()->grab().toImage();
+        const QRectF white = areaOf(seen, [](QRgb dot) { return dot == qRgb(255, 255, 255); });
+        const QRectF black = areaOf(seen, [](QRgb dot) { return dot == qRgb(0, 0, 0); });
+        const double scale = view.scale();
+        const QSizeF read = turned ? paper.transposed() : paper;
+        const double tolerance = 1.5; // dots
+        QVERIFY(std::abs(white.width() - read.width() * scale) < tolerance);
+        if (zoom == u"cmdPageWidth"_s)
+            QVERIFY(white.width() > view.viewport()->width() - 30);
+        else
+            QVERIFY(std::abs(white.height() - read.height() * scale) < tolerance);
+        QVERIFY(std::abs(black.left() - white.left() - 60 * scale) < tolerance);
+        QVERIFY(std::abs(black.top() - white.top() - 40 * scale) < tolerance);
+        QVERIFY(std::abs(black.width() - 20 * scale) < tolerance);
+    }
+
+    void theWheelZoomsAndTurnsAtTheEnd()
+    {
+        const Desk desk(3);
+        auto &view = desk.driver->the<SheetView>("preview");
+        const auto wheel = [&](int by, Qt::KeyboardModifiers keys) {
+            const QPointF middle(50, 50);
+            QWheelEvent event(middle, view.viewport()->mapToGlobal(middle), {}, {0, by}, Qt::NoButton, keys,
+                              Qt::NoScrollPhase, false);
+            QApplication::sendEvent(view.viewport(), &event);
+        };
+        wheel(-120, Qt::NoModifier);
+        QCOMPARE(desk.preview->page(), 2);
+        const double before = view.scale();
+        wheel(120, Qt::ControlModifier);
+        QVERIFY(view.scale() > before * 1.2);
+        QCOMPARE(desk.preview->page(), 2);
+        wheel(-120, Qt::NoModifier); // there is paper left to be seen
+        QCOMPARE(desk.preview->page(), 2);
+        view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum());
+        wheel(-120, Qt::NoModifier);
+        QCOMPARE(desk.preview->page(), 3);
+        QCOMPARE(view.verticalScrollBar()->value(), 0);
     }
 
     void savesAsPdfAndAsksBeforeOverwriting()

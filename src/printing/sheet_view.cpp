@@ -1,0 +1,163 @@
+#include "printing/sheet_view.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace printing
+{
+
+namespace
+{
+
+constexpr int border = 10; // around the paper, dots
+constexpr double zoomStep = 1.25;
+constexpr double smallestScale = 0.4; // dots to the millimetre
+constexpr double largestScale = 40;
+constexpr double millimetresPerInch = 25.4;
+constexpr int wheelNotch = 120; // eighths of a degree
+
+} // namespace
+
+SheetView::SheetView(const Document &document, Look look, QWidget *parent)
+    : QAbstractScrollArea(parent)
+    , m_document(document)
+    , m_look(std::move(look))
+{
+    viewport()->setBackgroundRole(QPalette::Dark);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+int SheetView::pageCount() const { return static_cast<int>(m_document.sheets.size()); }
+
+const Sheet *SheetView::sheet() const
+{
+    return m_page <= pageCount() ? &m_document.sheets[static_cast<std::size_t>(m_page - 1)] : nullptr;
+}
+
+void SheetView::turnTo(int page)
+{
+    page = std::clamp(page, 1, std::max(1, pageCount()));
+    if (page == m_page)
+        return;
+    m_page = page;
+    layOut();
+    verticalScrollBar()->setValue(0);
+    emit turned(page);
+}
+
+void SheetView::setCalibrationGrid(bool on)
+{
+    m_look.calibrationGrid = on;
+    viewport()->update();
+}
+
+void SheetView::zoomIn() { zoomTo(m_scale * zoomStep); }
+
+void SheetView::zoomOut() { zoomTo(m_scale / zoomStep); }
+
+void SheetView::fitPage() { setFit(Fit::Page); }
+
+void SheetView::fitWidth() { setFit(Fit::Width); }
+
+void SheetView::setFit(Fit fit)
+{
+    m_fit = fit;
+    layOut();
+}
+
+void SheetView::zoomTo(double scale)
+{
+    m_fit = Fit::None;
+    m_scale = std::clamp(scale, smallestScale, largestScale);
+    layOut();
+}
+
+double SheetView::fitting(const QSize &room) const
+{
+    const double across = (room.width() - 2 * border) / sheet()->readWidth();
+    const double down = (room.height() - 2 * border) / sheet()->readHeight();
+    return std::clamp(m_fit == Fit::Width ? across : std::min(across, down), smallestScale, largestScale);
+}
+
+void SheetView::layOut()
+{
+    if (!sheet())
+        return;
+    QSize room = maximumViewportSize();
+    if (m_fit == Fit::Width) // beside the bar that it may need
+        room.rwidth() -= verticalScrollBar()->sizeHint().width();
+    if (m_fit != Fit::None)
+        m_scale = fitting(room);
+    const auto set = [](QScrollBar *bar, double length, int seen) {
+        const int whole = static_cast<int>(length) + 2 * border;
+        bar->setRange(0, std::max(0, whole - seen));
+        bar->setPageStep(seen);
+        bar->setSingleStep(std::max(1, seen / 20));
+    };
+    // Twice, since a bar that appears takes room away from the other direction.
+    for (int i = 0; i < 2; ++i) {
+        set(horizontalScrollBar(), sheet()->readWidth() * m_scale, viewport()->width());
+        set(verticalScrollBar(), sheet()->readHeight() * m_scale, viewport()->height());
+    }
+    viewport()->update();
+}
+
+QRectF SheetView::paper() const
+{
+    const QSizeF size(sheet()->readWidth() * m_scale, sheet()->readHeight() * m_scale);
+    const double x = std::max<double>(border, (viewport()->width() - size.width()) / 2);
+    const double y = std::max<double>(border, (viewport()->height() - size.height()) / 2);
+    return {QPointF(x - horizontalScrollBar()->value(), y - verticalScrollBar()->value()), size};
+}
+
+void SheetView::paintEvent(QPaintEvent *event)
+{
+    if (!sheet())
+        return;
+    const QRectF area = paper();
+    QPainter painter(viewport());
+    painter.setClipRect(event->rect());
+    painter.fillRect(area, Qt::white);
+    painter.setClipRect(area, Qt::IntersectClip);
+    painter.translate(area.topLeft());
+    // The sheet is drawn in its own size on a device of so many dots to the inch.
+    const double natural = viewport()->logicalDpiX() / millimetresPerInch;
+    painter.scale(m_scale / natural, m_scale / natural);
+    drawSheet(painter, m_document, *sheet(), m_look, usualUnprintableMargins());
+}
+
+void SheetView::resizeEvent(QResizeEvent * /*event*/) { layOut(); }
+
+/// With Ctrl the wheel zooms; at the end of the sheet it turns to the next one.
+void SheetView::wheelEvent(QWheelEvent *event)
+{
+    const int turn = event->angleDelta().y();
+    if (event->modifiers().testFlag(Qt::ControlModifier)) {
+        if (turn != 0)
+            turn > 0 ? zoomIn() : zoomOut();
+        event->accept();
+        return;
+    }
+    const QScrollBar *bar = verticalScrollBar();
+    const bool isAtEnd = turn < 0 ? bar->value() == bar->maximum() : bar->value() == bar->minimum();
+    if (turn == 0 || !isAtEnd) {
+        m_wheel = 0;
+        QAbstractScrollArea::wheelEvent(event);
+        return;
+    }
+    m_wheel = (m_wheel < 0) == (turn < 0) ? m_wheel + turn : turn;
+    event->accept();
+    if (std::abs(m_wheel) < wheelNotch)
+        return;
+    const int before = m_page;
+    turnTo(m_page + (turn < 0 ? 1 : -1));
+    if (turn > 0 && m_page != before)
+        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    m_wheel = 0;
+}
+
+} // namespace printing
