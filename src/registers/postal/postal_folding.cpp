@@ -1,6 +1,7 @@
 #include "registers/postal/postal_folding.h"
 
 #include "registers/postal/postal_characters.h"
+#include "text/kanji_forms.h"
 #include "text/width.h"
 
 #include <QHash>
@@ -17,8 +18,8 @@ QChar modernForm(QChar c)
 {
     static const QHash<QChar, QChar> forms = [] {
         QHash<QChar, QChar> result;
-        for (const KanjiForms &each : kanjiForms)
-            result.insert(QChar(each.old), QChar(each.modern));
+        for (const text::KanjiForms &each : text::kanjiForms)
+            result.insert(QChar(each.old), QChar(each.common));
         return result;
     }();
     return isKanji(c) || c >= u'\uf900' ? forms.value(c, c) : c;

@@ -1,6 +1,7 @@
 #include "registers/postal/postal_spellings.h"
 
 #include "registers/postal/postal_characters.h"
+#include "text/kanji_forms.h"
 
 #include <algorithm>
 #include <array>
@@ -66,10 +67,10 @@ void widenForms(QStringList &all)
     for (const QString &text : before) {
         QString modern = text;
         QString old = text;
-        for (const KanjiForms &forms : kanjiForms) {
-            modern.replace(QChar(forms.old), QChar(forms.modern));
-            if (rareModern.contains(QChar(forms.modern)))
-                old.replace(QChar(forms.modern), QChar(forms.old));
+        for (const text::KanjiForms &forms : text::kanjiForms) {
+            modern.replace(QChar(forms.old), QChar(forms.common));
+            if (rareModern.contains(QChar(forms.common)))
+                old.replace(QChar(forms.common), QChar(forms.old));
         }
         for (const QString &other : {modern, old})
             if (!all.contains(other))
