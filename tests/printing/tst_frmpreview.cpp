@@ -3,6 +3,7 @@
 #include "printing/sheet_view.h"
 #include "support/fake_printers.h"
 #include "support/fresh_shop.h"
+#include "support/pages_of_text.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
@@ -28,18 +29,6 @@ using namespace printing;
 
 namespace
 {
-
-Document pagesOfText(int pages)
-{
-    Document document;
-    document.title = u"納品書 O1"_s;
-    for (int page = 1; page <= pages; ++page) {
-        Sheet sheet;
-        sheet.texts.push_back({1000, 1000, u"第%1葉"_s.arg(page), 12});
-        document.sheets.push_back(sheet);
-    }
-    return document;
-}
 
 QString textOfPdf(const QByteArray &pdf)
 {

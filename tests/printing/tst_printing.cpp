@@ -3,6 +3,7 @@
 #include "printing/renderer.h"
 #include "printing/text_fit.h"
 #include "support/fresh_shop.h"
+#include "support/pages_of_text.h"
 #include "support/scripted_test.h"
 #include "workspace/settings.h"
 
@@ -64,18 +65,6 @@ Document oneSheet(Sheet sheet)
     Document document;
     document.title = u"試し刷り"_s;
     document.sheets.push_back(std::move(sheet));
-    return document;
-}
-
-Document pagesOfText(int pages)
-{
-    Document document;
-    document.title = u"納品書 O1"_s;
-    for (int page = 1; page <= pages; ++page) {
-        Sheet sheet;
-        sheet.texts.push_back({1000, 1000, u"第%1葉"_s.arg(page), 12});
-        document.sheets.push_back(sheet);
-    }
     return document;
 }
 
