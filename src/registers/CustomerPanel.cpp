@@ -53,12 +53,14 @@ void CustomerPanel::bind(db::Connection &connection, db::Recordset &customers)
         {m_ui->txtAddress2, u"住所2"_s},    {m_ui->txtTel, u"TEL1"_s},
         {m_ui->txtFax, u"FAX"_s},           {m_ui->txtKeitai, u"TEL2"_s},
         {m_ui->txtMail, u"メール"_s},       {m_ui->txtMemo, u"メモ"_s},
-        {m_ui->txtDate1, u"登録日"_s},      {m_ui->txtDate2, u"更新日"_s},
-        {m_ui->txtBarth, u"誕生日"_s},      {m_ui->txtTantou, u"担当者名"_s},
-        {m_ui->Text2, u"締め日"_s},         {m_ui->Text1, u"消費税区分"_s},
+        {m_ui->txtTantou, u"担当者名"_s},   {m_ui->Text2, u"締め日"_s},
+        {m_ui->Text1, u"消費税区分"_s},
     };
     for (const auto &[box, column] : boxes)
         m_boxes->bind(box, column);
+    m_boxes->bindDay(m_ui->txtDate1, u"登録日"_s);
+    m_boxes->bindDay(m_ui->txtDate2, u"更新日"_s);
+    m_boxes->bindDay(m_ui->txtBarth, u"誕生日"_s);
     m_boxes->bind(m_ui->Check1, u"元帳出力"_s);
 
     ui::bindDropDown(m_ui->cmdBill, m_ui->Text2, m_ui->lblNoDay);
@@ -237,6 +239,8 @@ void CustomerPanel::focusColumn(const QString &column)
         m_ui->dbcKubun->setFocus();
     else if (column == u"郵便番号"_s)
         m_ui->txtZip->setFocus();
+    else if (column == u"誕生日"_s)
+        m_ui->txtBarth->setFocus();
 }
 
 bool CustomerPanel::eventFilter(QObject *watched, QEvent *event)

@@ -58,6 +58,18 @@ QString keyOf(const db::Recordset &customer)
                        customer.text(u"コード"_s), customer.text(u"TEL1"_s), customer.text(u"フリガナ"_s));
 }
 
+// What was there before stays until somebody works on it.
+std::optional<Refusal> birthdayRefusal(const db::Recordset &customers)
+{
+    const QString typed = customers.text(u"誕生日"_s);
+    if (!customers.isEdited(u"誕生日"_s) || !isImpossibleDay(typed))
+        return std::nullopt;
+    return Refusal{
+        u"誕生日「%1」は暦にない日付です。\n1980/2/3、S55.2.3、昭和55年2月3日のように入力してください。"_s
+            .arg(typed),
+        u"誕生日"_s};
+}
+
 } // namespace
 
 QString customerKey(const QString &name1, const QString &name2, const QString &code, const QString &tel1,
@@ -76,6 +88,11 @@ QString normalisedMail(const QString &typed)
     const auto scheme = "mailto:"_L1;
     const QString address = typed.startsWith(scheme, Qt::CaseInsensitive) ? typed.mid(scheme.size()) : typed;
     return halfWidth(address, mailLength);
+}
+
+bool isImpossibleDay(const QString &typed)
+{
+    return text::isWrittenAsDay(typed) && !text::parseAnyDate(typed);
 }
 
 std::optional<QUrl> mailLink(const QString &address)
@@ -147,7 +164,7 @@ std::optional<Refusal> customerRefusal(const db::Recordset &customers,
         });
     if (!known)
         return Refusal{u"納品先区分が入力されていません。               "_s, u"区分ID"_s};
-    return std::nullopt;
+    return birthdayRefusal(customers);
 }
 
 std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
@@ -155,7 +172,7 @@ std::optional<Refusal> rosterRefusal(const db::Recordset &customers,
 {
     const QString sentence = u"入力漏れがあります。"_s;
     if (const auto refusal = customerRefusal(customers, categories))
-        return Refusal{sentence, refusal->column};
+        return refusal->column == u"誕生日"_s ? *refusal : Refusal{sentence, refusal->column};
     if (customers.text(u"郵便番号"_s).trimmed().isEmpty())
         return Refusal{sentence, u"郵便番号"_s};
     return std::nullopt;

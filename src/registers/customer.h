@@ -30,6 +30,9 @@ QString normalisedPhone(const QString &typed);
 /// A mail address as it is stored: without a leading "mailto:", half-width, at most 50 characters.
 QString normalisedMail(const QString &typed);
 
+/// Whether \a typed is written as a day that the calendar does not have.
+bool isImpossibleDay(const QString &typed);
+
 /// What opens the mail program on \a address. Nothing when it is not one plain address: headers and several
 /// addresses could be smuggled in behind "?" and ",".
 std::optional<QUrl> mailLink(const QString &address);

@@ -30,13 +30,14 @@ const QList<ui::GridColumn> listColumns = {
     {u"フリガナ"_s, 22},
     {u"TEL1"_s, 15, u"ＴＥＬ１"_s},
     {u"住所1"_s, 40, u"住所１"_s},
-    {u"更新日"_s, 11},
+    {u"更新日"_s, 11, {}, base::Format::Date},
     {u"郵便番号"_s, 10},
     {u"住所2"_s, 30, u"住所２"_s},
     {u"TEL2"_s, 15, u"ＴＥＬ２"_s},
     {u"FAX"_s, 15, u"ＦＡＸ"_s},
     {u"担当者名"_s, 16},
-    {u"登録日"_s, 11},
+    {u"登録日"_s, 11, {}, base::Format::Date},
+    {u"敬称"_s, 6},
 };
 
 QString noCategoriesForList()
@@ -239,6 +240,7 @@ void frmNouhin::showImport(bool shown)
     m_ui->Command1->show();
     m_ui->Command2->show();
     m_ui->importPanel->setVisible(shown);
+    m_ui->layoutScreen->setStretchFactor(m_ui->layoutList, shown ? 0 : 1);
     (shown ? static_cast<QWidget *>(m_ui->importPanel) : m_ui->DataGrid1)->setFocus();
 }
 

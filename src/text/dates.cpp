@@ -12,11 +12,28 @@ using namespace Qt::StringLiterals;
 namespace text
 {
 
-std::optional<QDate> parseDate(QStringView s)
+namespace
+{
+
+QRegularExpressionMatch matchTyped(QStringView s)
 {
     static const QRegularExpression form(
         uR"(\A([0-9]{4})(?:([/.-])([0-9]{1,2})\g2([0-9]{1,2})|([0-9]{2})([0-9]{2}))\z)"_s);
-    const auto match = form.match(toHalfWidthAscii(s).trimmed());
+    return form.match(toHalfWidthAscii(s).trimmed());
+}
+
+QRegularExpressionMatch matchWritten(QStringView s)
+{
+    static const QRegularExpression form(
+        uR"(\A(明治|大正|昭和|平成|令和|[mtshr])?([0-9]{1,4}|元)(?:年([0-9]{1,2})月([0-9]{1,2})日|([/.-])([0-9]{1,2})\g5([0-9]{1,2}))\z)"_s);
+    return form.match(toHalfWidthAscii(s).toLower().remove(u' '));
+}
+
+} // namespace
+
+std::optional<QDate> parseDate(QStringView s)
+{
+    const auto match = matchTyped(s);
     if (!match.hasMatch())
         return std::nullopt;
     const int first = match.hasCaptured(5) ? 5 : 3;
@@ -52,10 +69,7 @@ const std::array<Era, 5> &eras()
 
 std::optional<QDate> parseWrittenDate(QStringView s)
 {
-    static const QRegularExpression form(
-        uR"(\A(明治|大正|昭和|平成|令和|[mtshr])?([0-9]{1,4}|元)(?:年([0-9]{1,2})月([0-9]{1,2})日|([/.-])([0-9]{1,2})\g5([0-9]{1,2}))\z)"_s);
-    const QString plain = toHalfWidthAscii(s).toLower().remove(u' ');
-    const auto match = form.match(plain);
+    const auto match = matchWritten(s);
     if (!match.hasMatch())
         return std::nullopt;
     const QString written = match.captured(1);
@@ -74,6 +88,31 @@ std::optional<QDate> parseWrittenDate(QStringView s)
     if (!date.isValid() || (hasEra && (date < era->from || date > era->to)))
         return std::nullopt;
     return date;
+}
+
+std::optional<QDate> parseAnyDate(QStringView s)
+{
+    const auto typed = parseDate(s);
+    return typed ? typed : parseWrittenDate(s);
+}
+
+bool isWrittenAsDay(QStringView s)
+{
+    const auto written = matchWritten(s);
+    const bool hasYear = !written.captured(1).isEmpty() || written.captured(2).size() == 4;
+    return matchTyped(s).hasMatch() || (written.hasMatch() && hasYear);
+}
+
+QString storedDay(const QString &typed)
+{
+    const auto day = parseAnyDate(typed);
+    return day ? stored(*day) : typed;
+}
+
+QString shownDay(const QString &stored)
+{
+    const QDate day = QDate::fromString(stored, Qt::ISODate);
+    return day.isValid() && stored.size() == 10 ? formatDate(day) : stored;
 }
 
 QString formatDate(const QDate &date) { return date.toString(u"yyyy/MM/dd"_s); }

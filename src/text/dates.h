@@ -20,6 +20,18 @@ inline QString stored(const QDate &date) { return date.toString(Qt::ISODate); }
 /// with blanks; none for a day that is no day of its era.
 std::optional<QDate> parseWrittenDate(QStringView s);
 
+/// The day that \a s is in either way: as a clerk types it or as it is written out.
+std::optional<QDate> parseAnyDate(QStringView s);
+
+/// Whether \a s stands for one day, be it in the calendar or not: "1980-02-30", S64.13.1.
+bool isWrittenAsDay(QStringView s);
+
+/// What a clerk typed as it is stored: a day in either way as yyyy-MM-dd, anything else as it is.
+QString storedDay(const QString &typed);
+
+/// A text out of the database: a day as yyyy/MM/dd, anything else as it is.
+QString shownDay(const QString &stored);
+
 /// "2026/04/01"; nothing for a date that is none.
 QString formatDate(const QDate &date);
 

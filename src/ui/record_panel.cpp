@@ -1,6 +1,7 @@
 #include "ui/record_panel.h"
 
 #include "db/recordset.h"
+#include "text/dates.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -22,6 +23,20 @@ void RecordPanel::bind(QLineEdit *box, const QString &column)
     connect(box, &QLineEdit::textChanged, this, [this, column](const QString &text) {
         if (!m_showing)
             m_recordset.setValue(column, text);
+    });
+}
+
+void RecordPanel::bindDay(QLineEdit *box, const QString &column)
+{
+    m_fields.append({box, nullptr, column, true});
+    connect(box, &QLineEdit::textChanged, this, [this, column](const QString &text) {
+        if (!m_showing)
+            m_recordset.setValue(column, text::storedDay(text));
+    });
+    connect(box, &QLineEdit::editingFinished, this, [this, box, column] {
+        const QScopedValueRollback showing(m_showing, true);
+        if (m_recordset.isEdited(column))
+            box->setText(text::shownDay(m_recordset.text(column)));
     });
 }
 
@@ -56,9 +71,15 @@ void RecordPanel::show()
             lockIfCut(*field.line, m_recordset.isCut(field.column));
         if (field.check)
             field.check->setChecked(value.toInt() == 1);
-        else if (field.line->text() != value.toString())
-            field.line->setText(value.toString());
+        else if (const QString text = shown(field); field.line->text() != text)
+            field.line->setText(text);
     }
+}
+
+QString RecordPanel::shown(const Field &field) const
+{
+    const QString text = m_recordset.value(field.column).toString();
+    return field.isDay ? text::shownDay(text) : text;
 }
 
 } // namespace ui

@@ -27,6 +27,9 @@ public:
 
     /// Binds \a box to the text of \a column.
     void bind(QLineEdit *box, const QString &column);
+    /// The same for a column of days, which are shown as yyyy/MM/dd and stored from any form they are typed
+    /// in.
+    void bindDay(QLineEdit *box, const QString &column);
     /// Binds \a box to a column that holds 0 or 1.
     void bind(QCheckBox *box, const QString &column);
 
@@ -37,14 +40,16 @@ public:
     [[nodiscard]] bool isLocked(QLineEdit *box) const { return m_locked.contains(box); }
 
 private:
-    void lockIfCut(QLineEdit &box, bool isCut);
-
     struct Field
     {
         QLineEdit *line;
         QCheckBox *check;
         QString column;
+        bool isDay = false;
     };
+
+    [[nodiscard]] QString shown(const Field &field) const;
+    void lockIfCut(QLineEdit &box, bool isCut);
 
     db::Recordset &m_recordset;
     QList<Field> m_fields;

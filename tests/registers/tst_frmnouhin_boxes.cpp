@@ -104,6 +104,47 @@ private slots:
         QCOMPARE(r.box("txtFurigana").text(), QString());
     }
 
+    void takesBirthdaysInAnyForm_data()
+    {
+        QTest::addColumn<QString>("shown"); // empty: refused
+        QTest::addColumn<QString>("kept");
+        const auto row = [](const char *typed, const QString &shown, const QString &kept) {
+            QTest::newRow(typed) << shown << kept;
+        };
+        for (const char *typed : {"1980/2/3", "S55.2.3", "昭和55年2月3日", "１９８００２０３", "1980-02-03"})
+            row(typed, u"1980/02/03"_s, u"1980-02-03"_s);
+        for (const char *typed : {"昭和30年", "2月3日ごろ", "55/2/3"})
+            row(typed, QString::fromUtf8(typed), QString::fromUtf8(typed));
+        for (const char *typed : {"1980-02-30", "19801301", "S65.1.1", "1980年2月30日"})
+            row(typed, {}, u"1970/1/1"_s);
+    }
+
+    void takesBirthdaysInAnyForm()
+    {
+        QFETCH(QString, shown);
+        QFETCH(QString, kept);
+        Register r(Register::Customers, [](Register &shop) {
+            shop.shop.run(u"UPDATE 納品先 SET 誕生日 = '1970/1/1', 敬称 = '御中'"_s);
+        });
+        const QString typed = QString::fromUtf8(QTest::currentDataTag());
+        r.type("txtBarth", typed);
+        r.leave("txtBarth");
+        QCOMPARE(r.box("txtBarth").text(), shown.isEmpty() ? typed : shown);
+        if (shown.isEmpty())
+            ui::prompts::expectInform(
+                u"誕生日「%1」は暦にない日付です。\n"
+                "1980/2/3、S55.2.3、昭和55年2月3日のように入力してください。"_s.arg(typed));
+        r.press("cmdNewDate");
+        QCOMPARE(r.stored(u"誕生日"_s, 3), kept);
+        if (shown.isEmpty()) {
+            QCOMPARE(r.cursor(), u"txtBarth"_s);
+            ui::prompts::expectAskToSave(editsOpen, ui::prompts::Choice::Discard);
+            r.screen.reject();
+        }
+        // The other days are shown alike.
+        QCOMPARE(r.box("txtDate2").text(), shown.isEmpty() ? u"2026/02/01"_s : u"2026/04/01"_s);
+    }
+
     void bringsIntoFormOnLeaving()
     {
         Register r;

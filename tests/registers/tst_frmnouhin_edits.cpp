@@ -264,7 +264,7 @@ private slots:
         r.press("cmdDelete");
         QCOMPARE(r.listed(), u"3 1 2"_s);
         QCOMPARE(r.box("txtName").text(), u"山本"_s);
-        QCOMPARE(r.box("txtDate2").text(), u"2026-02-01"_s);
+        QCOMPARE(r.box("txtDate2").text(), u"2026/02/01"_s);
         r.shop.run(u"PRAGMA query_only = OFF"_s);
         QCOMPARE(r.stored(u"納品先名1, 更新日"_s, 1), u"山田太郎|2026-02-01"_s);
         r.press("cmdNewDate");

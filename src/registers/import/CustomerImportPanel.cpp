@@ -3,8 +3,8 @@
 #include "registers/import/DialogCSV.h"
 #include "registers/import/import_mapping.h"
 #include "registers/import/import_matches.h"
+#include "registers/import/import_words.h"
 #include "registers/postal/postal_lookup.h"
-#include "text/numbers.h"
 #include "ui/file_dialogs.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
@@ -28,20 +28,6 @@ namespace
 {
 
 const QString csvFilters = u"カンマ区切りのテキストファイル (*.csv);;すべてのファイル (*.*)"_s;
-
-QString rowCount(std::size_t count) { return text::formatAmount(static_cast<double>(count)) + u" 件"_s; }
-
-QString inWords(const ImportModel::TakenRows &rows)
-{
-    if (rows.added + rows.updated == 0)
-        return u"「取込」に印のある行はありません"_s;
-    QStringList parts;
-    if (rows.added > 0)
-        parts << u"新規登録 %1"_s.arg(rowCount(rows.added));
-    if (rows.updated > 0)
-        parts << u"登録済みの納品先の更新 %1"_s.arg(rowCount(rows.updated));
-    return u"印のある行だけを取り込みます（%1）"_s.arg(parts.join(u"、"_s));
-}
 
 // Of each list of changes; widths in half-width characters.
 const QStringList changeHeadings{u"項目"_s, u"いまの内容"_s, u"取り込み後"_s};
@@ -105,6 +91,7 @@ void CustomerImportPanel::setUpGrids()
         m_ui->gridChanges->setColumnWidth(column, changeWidths[column] * character);
     m_ui->gridChanges->hide();
     m_ui->checkNewCategories->hide();
+    m_ui->checkMergeRepeats->hide();
 }
 
 CustomerImportPanel::~CustomerImportPanel() = default;
@@ -127,6 +114,7 @@ void CustomerImportPanel::connectControls()
         showCounts();
     });
     connect(m_ui->checkNewCategories, &QCheckBox::clicked, this, &CustomerImportPanel::makeCategories);
+    connect(m_ui->checkMergeRepeats, &QCheckBox::clicked, this, &CustomerImportPanel::mergeRepeats);
     connect(m_model, &QAbstractItemModel::dataChanged, this, &CustomerImportPanel::showTaken);
     connect(m_model, &QAbstractItemModel::modelReset, this, &CustomerImportPanel::showTaken);
     connect(m_model, &QAbstractItemModel::modelReset, this, &CustomerImportPanel::showChanges);
@@ -193,6 +181,7 @@ bool CustomerImportPanel::load(ImportTable table, Source source, const QString &
     m_table = std::move(table);
     m_ui->labelSource->setText(name + u'：');
     offerCategories();
+    offerMerging();
     showCounts();
     return true;
 }
@@ -270,8 +259,10 @@ bool CustomerImportPanel::judge(const ImportTable &table, const ImportAssignment
 void CustomerImportPanel::changeSettings()
 {
     if (const auto assignment = askAssignment(m_table, m_assignment);
-        assignment && judge(m_table, *assignment))
+        assignment && judge(m_table, *assignment)) {
         offerCategories();
+        offerMerging();
+    }
     m_ui->MSFlexGrid1->setFocus();
 }
 
@@ -298,6 +289,25 @@ void CustomerImportPanel::makeCategories(bool wanted)
     m_ui->checkNewCategories->setChecked(m_assignment.makesCategories);
 }
 
+// --- Rows of one customer ---
+
+void CustomerImportPanel::offerMerging()
+{
+    const QList<int> lines = m_model->repeatingLines();
+    m_ui->checkMergeRepeats->setVisible(!lines.isEmpty());
+    m_ui->checkMergeRepeats->setChecked(m_assignment.mergesRepeats);
+    m_ui->checkMergeRepeats->setText(
+        u"同じコードか納品先IDの行（%1）を前の行にまとめ、後の内容に直す(&M)"_s.arg(linesInWords(lines)));
+}
+
+void CustomerImportPanel::mergeRepeats(bool wanted)
+{
+    ImportAssignment assignment = m_assignment;
+    assignment.mergesRepeats = wanted;
+    judgeAgain(assignment);
+    offerMerging();
+}
+
 // What the clerk ticked stays ticked.
 void CustomerImportPanel::judgeAgain(const ImportAssignment &assignment)
 {
@@ -322,15 +332,9 @@ void CustomerImportPanel::takeSelected()
 
 void CustomerImportPanel::showCounts()
 {
-    using State = ImportCandidate::State;
-    QString summary = u"取り込める行 %1　重複 %2　取り込めない行 %3"_s.arg(
-        rowCount(m_model->count(State::Ready)), rowCount(m_model->count(State::Duplicate)),
-        rowCount(m_model->count(State::Refused)));
-    if (m_assignment.match != ImportMatch::None)
-        summary += u"　更新 %1　変わらない行 %2"_s.arg(rowCount(m_model->count(State::Update)),
-                                                       rowCount(m_model->count(State::Same)));
     const QStringList headings = m_table.rows.empty() ? QStringList() : m_table.firstRow();
     const QString leftOut = leftOutHeadings(m_assignment, headings).join(u"、"_s);
+    QString summary = countsInWords(*m_model, m_assignment);
     if (!leftOut.isEmpty())
         summary += u"　取り込まない列：%1"_s.arg(leftOut);
     m_ui->labelSummary->setText(summary);
@@ -341,7 +345,7 @@ void CustomerImportPanel::showCounts()
     m_ui->Command4->setEnabled(!m_table.rows.empty() || any);
 }
 
-void CustomerImportPanel::showTaken() { m_ui->labelTaken->setText(u"← "_s + inWords(m_model->taken())); }
+void CustomerImportPanel::showTaken() { m_ui->labelTaken->setText(u"← "_s + takenInWords(m_model->taken())); }
 
 void CustomerImportPanel::showChanges()
 {
@@ -365,7 +369,7 @@ void CustomerImportPanel::importAll()
         return;
     }
     const QString question = u"表示中のデータをすべてインポートします。よろしいですか。"_s;
-    const QString remark = inWords(rows) + u"。"_s;
+    const QString remark = takenInWords(rows) + u"。"_s + repeatsInWords(*m_model);
     // A new customer can be deleted again; what a changed one was before cannot be had back.
     const bool wanted =
         rows.updated > 0
@@ -389,30 +393,14 @@ void CustomerImportPanel::import()
         return;
     }
     m_model->removeTaken(shown);
+    offerMerging();
     showCounts();
     emit imported();
-    tellImported(rows);
+    ui::prompts::inform(window(), importedInWords(rows, *m_model));
     if (m_model->candidates().empty())
         emit finished();
     else
         m_ui->MSFlexGrid1->setFocus();
-}
-
-// The rows that stay in the grid are those that were not stored, each with its reason.
-void CustomerImportPanel::tellImported(const ImportModel::TakenRows &rows)
-{
-    QStringList said;
-    if (rows.added > 0)
-        said << u"%1の納品先を登録しました。"_s.arg(rowCount(rows.added));
-    if (rows.updated > 0)
-        said << u"%1の納品先を更新しました。"_s.arg(rowCount(rows.updated));
-    using State = ImportCandidate::State;
-    if (const std::size_t waiting = m_model->count(State::Ready) + m_model->count(State::Update); waiting > 0)
-        said << u"まだ取り込んでいない行が %1残っています。"_s.arg(rowCount(waiting));
-    if (const std::size_t left = m_model->count(State::Duplicate) + m_model->count(State::Refused); left > 0)
-        said << u"取り込まなかった行が %1あります。「確認」の欄で理由を確かめてください。"_s.arg(
-            rowCount(left));
-    ui::prompts::inform(window(), said.join(u'\n'));
 }
 
 void CustomerImportPanel::saveReport()

@@ -64,9 +64,10 @@ private:
 
     void importAll();
     void import();
-    void tellImported(const ImportModel::TakenRows &rows);
     void offerCategories();
     void makeCategories(bool wanted);
+    void offerMerging();
+    void mergeRepeats(bool wanted);
     void judgeAgain(const ImportAssignment &assignment);
     void showTaken();
     void showChanges();

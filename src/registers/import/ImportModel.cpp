@@ -1,5 +1,7 @@
 #include "registers/import/ImportModel.h"
 
+#include "text/dates.h"
+
 #include <QColor>
 
 #include <algorithm>
@@ -65,7 +67,7 @@ bool ImportModel::isShown(const ImportCandidate &candidate) const
     case Ready:
         return candidate.state == State::Ready;
     case Duplicates:
-        return candidate.state == State::Duplicate;
+        return candidate.state == State::Duplicate || candidate.state == State::Merged;
     case Refused:
         return candidate.state == State::Refused;
     case Updates:
@@ -81,13 +83,15 @@ bool ImportModel::isShown(const ImportCandidate &candidate) const
 void ImportModel::removeTaken(const std::vector<const ImportCandidate *> &stored)
 {
     beginResetModel();
-    std::unordered_set<std::size_t> rows;
+    std::unordered_set<int> lines;
     for (const ImportCandidate *candidate : stored) {
         if (candidate->taken)
-            rows.insert(candidate->row);
+            lines.insert(candidate->line);
     }
-    std::erase_if(m_candidates,
-                  [&](const ImportCandidate &candidate) { return rows.contains(candidate.row); });
+    std::erase_if(m_candidates, [&](const ImportCandidate &candidate) {
+        return lines.contains(candidate.line) ||
+               (candidate.state == State::Merged && lines.contains(candidate.repeats));
+    });
     arrange();
     endResetModel();
 }
@@ -138,6 +142,16 @@ void ImportModel::takeAsIn(const std::vector<ImportCandidate> &before)
     }
 }
 
+QList<int> ImportModel::repeatingLines() const
+{
+    QList<int> lines;
+    for (const ImportCandidate &candidate : m_candidates) {
+        if (candidate.repeats > 0)
+            lines << candidate.line;
+    }
+    return lines;
+}
+
 std::vector<const ImportCandidate *> ImportModel::shown() const
 {
     std::vector<const ImportCandidate *> rows;
@@ -176,7 +190,11 @@ QString ImportModel::text(const ImportCandidate &candidate, int column) const
     const int field = m_fields.at(column - FirstField);
     const bool makesCategory =
         importFields().at(field).rule == ImportRule::Category && !candidate.newCategory.isEmpty();
-    return makesCategory ? candidate.newCategory : candidate.values.at(field).left(shownCharacters);
+    if (makesCategory)
+        return candidate.newCategory;
+    const QString value = candidate.values.at(field).left(shownCharacters);
+    const ImportRule rule = importFields().at(field).rule;
+    return rule == ImportRule::Date || rule == ImportRule::Birthday ? text::shownDay(value) : value;
 }
 
 QVariant ImportModel::data(const QModelIndex &index, int role) const

@@ -27,7 +27,7 @@ public:
 
     void set(const ImportAssignment &assignment, std::vector<ImportCandidate> candidates);
     void show(Filter filter);
-    /// Takes the stored rows out.
+    /// Takes the stored rows out, with those that went into them.
     void removeTaken(const std::vector<const ImportCandidate *> &stored);
     /// Takes the rows, or leaves them out when all of them are taken. Refused ones stay out.
     void toggle(const QModelIndexList &rows);
@@ -44,6 +44,8 @@ public:
 
     [[nodiscard]] std::size_t count(State state) const { return m_counts[static_cast<std::size_t>(state)]; }
     [[nodiscard]] const std::vector<ImportCandidate> &candidates() const { return m_candidates; }
+    /// The lines of the rows that repeat the key or code of an earlier one, in the order of the table.
+    [[nodiscard]] QList<int> repeatingLines() const;
     /// The candidates in the rows shown.
     [[nodiscard]] std::vector<const ImportCandidate *> shown() const;
     [[nodiscard]] const ImportCandidate &candidate(int row) const;
@@ -66,7 +68,7 @@ private:
     std::vector<ImportCandidate> m_candidates;
     QList<int> m_fields;              // that the table gives, in its order, and those filled in
     std::vector<std::size_t> m_shown; // candidates, row by row
-    std::array<std::size_t, 5> m_counts{};
+    std::array<std::size_t, 6> m_counts{};
     Filter m_filter = All;
 };
 

@@ -3,10 +3,9 @@
 #include "db/connection.h"
 #include "registers/import/import_fills.h"
 #include "registers/import/import_matches.h"
+#include "registers/import/import_repeats.h"
 #include "registers/import/import_rules.h"
-#include "text/width.h"
 
-#include <QHash>
 #include <QSet>
 
 #include <algorithm>
@@ -32,7 +31,6 @@ struct Places
     int reading = importFieldOf(u"フリガナ"_s);
     int zip = importFieldOf(u"郵便番号"_s);
     int address = importFieldOf(u"住所1"_s);
-    int tel1 = importFieldOf(u"TEL1"_s);
     int category = importFieldOf(u"区分ID"_s);
     int key = importFieldOf(u"納品先ID"_s);
 };
@@ -54,15 +52,6 @@ struct Bench
 
 // --- One row ---
 
-QString identity(const QString &name, const QString &phone)
-{
-    QString folded = foldedName(name) + u'\n';
-    const QString number = text::toHalfWidth(phone);
-    std::copy_if(number.begin(), number.end(), std::back_inserter(folded),
-                 [](QChar c) { return c.isDigit(); });
-    return folded;
-}
-
 // A name of the category's own, which a number is none.
 bool canBecomeCategory(const QString &cell)
 {
@@ -79,10 +68,14 @@ ImportCandidate candidateFrom(const Bench &bench, std::size_t row)
     QStringList cut;
     for (qsizetype column = 0; column < std::min(cells.size(), fields.size()); ++column) {
         const int field = fields.at(column);
-        if (field < 0 || (field == places().key && bench.assignment.match != ImportMatch::Key))
+        if (field < 0)
             continue;
         const QString cell = cells.at(column).trimmed();
         const ImportValue value = importValue(importFields().at(field), cells.at(column), bench.categories);
+        if (field == places().key)
+            candidate.givenKey = value.text;
+        if (field == places().key && bench.assignment.match != ImportMatch::Key)
+            continue;
         if (field == places().category && !value.refusal.isEmpty() && bench.assignment.makesCategories &&
             canBecomeCategory(cell)) {
             candidate.newCategory = cell;
@@ -142,33 +135,23 @@ void fillNew(ImportCandidate &candidate, const ImportSources &sources)
         fill(candidate, places().zip, sources.postalCodeOf(values.at(places().address)));
 }
 
-base::Result<ImportCandidate> judged(db::Connection &connection, const Bench &bench, std::size_t row)
+base::Status judge(db::Connection &connection, const Bench &bench, ImportCandidate &candidate)
 {
-    ImportCandidate candidate = candidateFrom(bench, row);
-    const base::Status matched =
-        matchCandidate(connection, candidate, bench.assignment.match, bench.categories);
-    if (!matched)
-        return matched.error();
+    if (candidate.state == State::Ready) {
+        const base::Status matched =
+            matchCandidate(connection, candidate, bench.assignment.match, bench.categories);
+        if (!matched)
+            return matched;
+    }
     if (candidate.state == State::Ready)
         judgeNew(candidate, bench.assignment.defaultCategory);
     if (candidate.state == State::Ready)
         fillNew(candidate, bench.sources);
     candidate.taken = candidate.taken && candidate.canBeTaken();
-    return candidate;
+    return {};
 }
 
 // --- The rows among each other and among the customers ---
-
-void markDuplicate(ImportCandidate &candidate, const QString &of)
-{
-    if (candidate.state != State::Ready)
-        return;
-    candidate.state = State::Duplicate;
-    candidate.taken = false;
-    candidate.remark = of;
-}
-
-using Identities = QHash<QString, std::vector<std::size_t>>; // candidates that are the same customer
 
 // Shows each customer's key, name, telephone number and code.
 base::Status visitCustomers(db::Connection &connection, const std::function<bool()> &goOn,
@@ -188,43 +171,6 @@ base::Status visitCustomers(db::Connection &connection, const std::function<bool
         for (const QVariantList &row : block->rows)
             visit(row);
         lastKey = block->rows.back().front().toLongLong();
-    }
-}
-
-void markKnown(std::vector<ImportCandidate> &candidates, const Identities &identities,
-               const QVariantList &customer)
-{
-    const auto same = identities.constFind(identity(customer.at(1).toString(), customer.at(2).toString()));
-    if (same == identities.cend())
-        return;
-    for (const std::size_t index : *same)
-        markDuplicate(candidates[index], u"登録済み：納品先ID %1「%2」"_s.arg(customer.at(0).toString(),
-                                                                              customer.at(1).toString()));
-}
-
-void markRepeatedRows(std::vector<ImportCandidate> &candidates, const Identities &identities)
-{
-    for (const auto &same : identities) {
-        for (std::size_t later = 1; later < same.size(); ++later)
-            markDuplicate(candidates[same[later]],
-                          u"%1 行目と同じ名前と電話番号です"_s.arg(candidates[same[0]].line));
-    }
-}
-
-// One customer is changed by one row: of two, nobody could tell which is the newer one.
-void refuseRepeatedUpdates(std::vector<ImportCandidate> &candidates)
-{
-    QHash<qint64, int> lines;
-    for (ImportCandidate &candidate : candidates) {
-        if (candidate.state != State::Update && candidate.state != State::Same)
-            continue;
-        const auto first = lines.constFind(candidate.customer);
-        if (first == lines.cend()) {
-            lines.insert(candidate.customer, candidate.line);
-        } else {
-            refuse(candidate, u"%1 行目と同じ納品先（ID %2）です"_s.arg(*first).arg(candidate.customer));
-            candidate.taken = false;
-        }
     }
 }
 
@@ -251,29 +197,31 @@ importCandidates(db::Connection &connection, const ImportTable &table, const Imp
     const Bench bench{table, assignment, sources, *categories};
     const auto total = static_cast<qint64>(table.rows.size());
     std::vector<ImportCandidate> candidates;
-    Identities identities;
     for (std::size_t row = assignment.hasHeadings ? 1 : 0; row < table.rows.size(); ++row) {
-        auto candidate = judged(connection, bench, row);
-        if (!candidate)
-            return candidate.error();
-        if (candidate->state == State::Ready)
-            identities[identity(candidate->values.at(places().name1), candidate->values.at(places().tel1))]
-                .push_back(candidates.size());
-        candidates.push_back(std::move(*candidate));
-        if (!progress(static_cast<qint64>(row), total))
+        if (!progress(0, total))
+            return base::cancelled();
+        candidates.push_back(candidateFrom(bench, row));
+    }
+    const std::vector<ImportMerge> merges =
+        assignment.mergesRepeats ? mergeRepeatedRows(candidates) : std::vector<ImportMerge>();
+    for (ImportCandidate &candidate : candidates) {
+        if (const base::Status done = judge(connection, bench, candidate); !done)
+            return done.error();
+        if (!progress(static_cast<qint64>(candidate.row), total))
             return base::cancelled();
     }
+    tellMerges(candidates, merges);
+    const KnownRows known(candidates);
     CodeNumbers numbers;
-    const base::Status known = visitCustomers(
+    const base::Status visited = visitCustomers(
         connection, [&] { return progress(total, total); },
         [&](const QVariantList &customer) {
-            markKnown(candidates, identities, customer);
+            known.mark(candidates, customer);
             numbers.take(customer.at(3).toString());
         });
-    if (!known)
-        return known.error();
-    markRepeatedRows(candidates, identities);
-    refuseRepeatedUpdates(candidates);
+    if (!visited)
+        return visited.error();
+    markRepeatedRows(candidates);
     if (assignment.numbersCodes)
         numberCodes(candidates, numbers);
     return candidates;

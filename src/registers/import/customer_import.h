@@ -35,6 +35,7 @@ struct ImportCandidate
         Refused,
         Update, // changes a customer that is there
         Same,   // stands there with all it says
+        Merged, // what it says is in an earlier row of the same customer
     };
 
     std::size_t row = 0; // in the table
@@ -44,6 +45,8 @@ struct ImportCandidate
     bool taken = true;     // what repeats a customer is left out until the clerk takes it
     QStringList values{};  // by place in importFields(), in stored form
     QString newCategory{}; // the category that it names, which is made with it; empty: it is there
+    QString givenKey{};    // 納品先ID as the table has it, whatever customers are matched by
+    int repeats = 0;       // the line of an earlier row with its key or code; 0: none has it
 
     // Of an update.
     qint64 customer = 0; // 納品先ID
@@ -51,7 +54,10 @@ struct ImportCandidate
     std::vector<ImportChange> changes{};
 
     /// Whether the clerk may take it.
-    [[nodiscard]] bool canBeTaken() const { return state != State::Refused && state != State::Same; }
+    [[nodiscard]] bool canBeTaken() const
+    {
+        return state != State::Refused && state != State::Same && state != State::Merged;
+    }
 };
 
 /// What an import knows besides the register.
@@ -62,9 +68,11 @@ struct ImportSources
 };
 
 /// The rows of \a table, headings left out, as customers. Repeated is a customer of the register or an
-/// earlier row with the same name and telephone, whatever their widths and blanks. Where the assignment
-/// matches, rows of customers that are there become their updates. Empty codes, readings and postal codes of
-/// new customers are filled in as far as they are plain, which their remarks say.
+/// earlier row with the same name and telephone, whatever their widths and blanks, or with the same code or,
+/// in the table, the same key; what such a row says goes into the earlier one where the assignment merges
+/// them. Where the assignment matches, rows of customers that are there become their updates. Empty codes,
+/// readings and postal codes of new customers are filled in as far as they are plain, which their remarks
+/// say.
 base::Result<std::vector<ImportCandidate>>
 importCandidates(db::Connection &connection, const ImportTable &table, const ImportAssignment &assignment,
                  const base::Progress &progress, const ImportSources &sources = {});

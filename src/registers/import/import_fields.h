@@ -20,6 +20,8 @@ enum class ImportRule {
     Phone,
     Mail,
     Date,
+    Birthday,   // a day, or whatever else was noted
+    Honorific,  // by name
     Category,   // key or name
     ClosingDay, // number or name
     TaxClass,   // number or name
@@ -53,6 +55,7 @@ struct ImportAssignment
     ImportMatch match = ImportMatch::None;
     bool makesCategories = false; // those that are named and not registered are made with their customers
     bool numbersCodes = false;    // customers without a code get the next numbers
+    bool mergesRepeats = false;   // what a later row of the same key or code says goes into the first one
 
     /// The column that \a field comes from; -1 when none does.
     [[nodiscard]] qsizetype columnOf(int field) const { return fields.indexOf(field); }

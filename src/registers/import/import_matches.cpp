@@ -4,6 +4,7 @@
 #include "registers/counterpart.h"
 #include "registers/customer.h"
 #include "registers/import/import_rules.h"
+#include "text/dates.h"
 #include "text/like.h"
 
 #include <algorithm>
@@ -122,6 +123,9 @@ QString shownImportValue(int field, const QString &value, const std::vector<mast
         return listed(taxClassNames());
     case ImportRule::YesNo:
         return listed({u"しない"_s, u"する"_s});
+    case ImportRule::Date:
+    case ImportRule::Birthday:
+        return text::shownDay(value);
     case ImportRule::Category:
         for (const masters::Entry &category : categories) {
             if (category.id == value.toLongLong())

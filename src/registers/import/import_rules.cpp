@@ -1,5 +1,6 @@
 #include "registers/import/import_rules.h"
 
+#include "book/slip_reader.h"
 #include "registers/counterpart.h"
 #include "registers/customer.h"
 #include "text/cp932.h"
@@ -24,6 +25,7 @@ constexpr int nameWidth = 44;
 constexpr int noteWidth = 100;
 // Characters. The register sets fields without a printed place no limit; beyond this a file is damaged.
 constexpr qsizetype longestText = 255;
+constexpr qsizetype longestHonorific = 6; // what is longer is no part of a name on an envelope
 
 ImportValue refused(const QString &why) { return {{}, why}; }
 
@@ -69,13 +71,24 @@ ImportValue mail(const QString &cell)
     return cutTo(normalisedMail(cell), hasScheme ? whole.sliced(7) : whole);
 }
 
+// Databases export the day with its time: 2020/04/01 0:00:00.
+std::optional<QDate> dayIn(const QString &cell)
+{
+    const auto day = text::parseDate(cell.trimmed().section(u' ', 0, 0));
+    return day ? day : text::parseWrittenDate(cell);
+}
+
 ImportValue date(const QString &cell)
 {
-    // Databases export the day with its time: 2020/04/01 0:00:00.
-    auto day = text::parseDate(cell.trimmed().section(u' ', 0, 0));
-    if (!day)
-        day = text::parseWrittenDate(cell);
+    const auto day = dayIn(cell);
     return day ? ImportValue{text::stored(*day), {}} : refused(u"日付として読み取れません"_s);
+}
+
+ImportValue birthday(const QString &cell)
+{
+    if (const auto day = dayIn(cell))
+        return {text::stored(*day), {}};
+    return isImpossibleDay(cell) ? refused(u"暦にない日付です"_s) : fittingText(cell);
 }
 
 QString folded(const QString &name)
@@ -148,6 +161,20 @@ ImportValue yesNo(const QString &cell)
     return no.contains(answer) ? ImportValue{u"0"_s, {}} : refused(u"0 か 1 で指定してください"_s);
 }
 
+// 殿, 各位 and the like are as good as those that the register offers.
+ImportValue honorific(const QString &cell)
+{
+    static const QStringList none{u"ﾅｼ"_s, u"無"_s, u"無ｼ"_s, u"敬称ﾅｼ"_s, u"-"_s};
+    const QString word = folded(cell);
+    if (none.contains(word))
+        return {QString::fromUtf16(book::noHonorific), {}};
+    if (word == u"ｻﾏ"_s)
+        return {honorifics().constFirst(), {}};
+    return cell.trimmed().size() <= longestHonorific
+               ? ImportValue{cell.trimmed(), {}}
+               : refused(u"%1文字を超えています"_s.arg(longestHonorific));
+}
+
 ImportValue key(const QString &cell)
 {
     const auto number = text::parseInteger(cell);
@@ -172,6 +199,10 @@ ImportValue byRule(ImportRule rule, const QString &cell, const std::vector<maste
         return mail(cell);
     case ImportRule::Date:
         return date(cell);
+    case ImportRule::Birthday:
+        return birthday(cell);
+    case ImportRule::Honorific:
+        return honorific(cell);
     case ImportRule::Category:
         return category(cell, categories);
     case ImportRule::ClosingDay:

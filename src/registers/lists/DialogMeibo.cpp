@@ -4,6 +4,7 @@
 #include "printing/frmPreview.h"
 #include "printing/list_sheet.h"
 #include "printing/queue/print_system.h"
+#include "text/dates.h"
 #include "ui/file_dialogs.h"
 #include "ui/progress.h"
 #include "ui_DialogMeibo.h"
@@ -132,7 +133,7 @@ base::Result<printing::Document> DialogMeibo::document(const base::Progress &pro
     printing::Document document;
     document.title = report->documentName;
     document.purpose = printing::Purpose::Rosters;
-    document.sheets = printing::listSheets(*report, workspace().today().toString(u"yyyy年M月d日 現在"_s),
+    document.sheets = printing::listSheets(*report, text::formatDate(workspace().today()) + u" 現在"_s,
                                            printing::ListPaper::Upright);
     return document;
 }

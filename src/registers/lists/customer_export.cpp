@@ -53,6 +53,7 @@ constexpr ExportColumn exportColumns[] = {
     {u"締め日", u"締め日", Number, 7},
     {u"元帳出力", u"元帳出力", Number, 9},
     {u"消費税区分", u"消費税区分", Number, 11},
+    {u"敬称", u"敬称", Text, 7},
 };
 
 constexpr std::size_t blockSize = 500; // rows

@@ -15,7 +15,7 @@ namespace registers
 /// Whether all customers can be written as \a fileName; see tables::checkTarget().
 base::Status checkCustomerExport(db::Connection &connection, const QString &fileName);
 
-/// Writes all customers as \a fileName, 23 columns in the order of their keys, as they are stored at one
+/// Writes all customers as \a fileName, 24 columns in the order of their keys, as they are stored at one
 /// moment. Reads them in blocks; a file of that name is replaced when the new one is complete.
 base::Status exportCustomers(db::Connection &connection, const QString &fileName,
                              const base::Progress &progress);

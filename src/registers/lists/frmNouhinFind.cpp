@@ -39,10 +39,11 @@ const QList<ui::GridColumn> listColumns = {
     {u"締め日"_s, 7},
     {u"消費税区分"_s, 16},
     {u"元帳出力"_s, 9},
-    {u"登録日"_s, 11},
-    {u"更新日"_s, 11},
-    {u"誕生日"_s, 11},
+    {u"登録日"_s, 11, {}, base::Format::Date},
+    {u"更新日"_s, 11, {}, base::Format::Date},
+    {u"誕生日"_s, 11, {}, base::Format::Date},
     {u"メモ"_s, 40},
+    {u"敬称"_s, 6},
 };
 
 // By their place, as they are stored.

@@ -1,5 +1,6 @@
 #include "registers/lists/roster.h"
 
+#include "book/slip_reader.h"
 #include "db/connection.h"
 #include "registers/customer.h"
 
@@ -32,6 +33,7 @@ constexpr std::array<Column, rosterColumns> columns{{
     {u"番号", 10, true, {}, false, base::Format::Number},
     {u"コード", 18, false, {u"コード"}},
     {u"納品先名", 44, true, {u"納品先名1", u"納品先名2"}, true},
+    {u"敬称", 12, false, {u"敬称"}},
     {u"フリガナ", 28, false, {u"フリガナ"}},
     {u"郵便番号", 16, true, {u"郵便番号"}},
     {u"住所", 50, true, {u"住所1", u"住所2"}, true},
@@ -45,9 +47,11 @@ constexpr std::array<Column, rosterColumns> columns{{
     {u"備考", 40, false, {u"メモ"}, true},
 }};
 
-constexpr std::size_t firstPhone = 6; // TEL1, TEL2, FAX follow each other
+constexpr qsizetype honorificPlace = 3; // which older settings do not know
+constexpr std::size_t firstPhone = 7;   // TEL1, TEL2, FAX follow each other
 
 constexpr const char16_t *closingDay = u"締め日";
+constexpr const char16_t *honorific = u"敬称";
 
 struct Entry
 {
@@ -64,7 +68,9 @@ QString cellText(const db::Rows &rows, int row, const Column &column)
             continue;
         const bool isDay = QStringView(field) == QStringView(closingDay);
         const QString text = isDay ? closingDayNames().value(value.toInt()) : value.toString().trimmed();
-        if (!text.isEmpty())
+        const bool isNone =
+            QStringView(field) == QStringView(honorific) && text == QStringView(book::noHonorific);
+        if (!text.isEmpty() && !isNone)
             lines << text;
     }
     return lines.join(u'\n');
@@ -77,7 +83,8 @@ base::Result<std::vector<Entry>> readBlock(db::Connection &connection, const std
     for (std::size_t i = first; i < end; ++i)
         bound << keys[i];
     const auto rows = connection.select(
-        u"SELECT 納品先ID, コード, 納品先名1, 納品先名2, フリガナ, 郵便番号, 住所1, 住所2, TEL1, TEL2, FAX, "
+        u"SELECT 納品先ID, コード, 納品先名1, 納品先名2, 敬称, フリガナ, 郵便番号, 住所1, 住所2, TEL1, TEL2, "
+        u"FAX, "
         u"メール, "
         "メモ, 担当者名, 締め日, 区分名 FROM 納品先 LEFT JOIN 登録区分 ON 納品先.区分ID = 登録区分.区分ID "
         "WHERE 納品先ID IN ("_s +
@@ -133,9 +140,12 @@ std::array<QString, rosterColumns> rosterColumnNames()
 std::array<bool, rosterColumns> rosterColumnsFrom(const QString &stored)
 {
     std::array<bool, rosterColumns> shown{};
-    const bool usable = stored.size() == qsizetype(rosterColumns) && stored.contains(u'1');
+    QString ticks = stored;
+    if (ticks.size() == qsizetype(rosterColumns) - 1)
+        ticks.insert(honorificPlace, u'0');
+    const bool usable = ticks.size() == qsizetype(rosterColumns) && ticks.contains(u'1');
     for (std::size_t i = 0; i < columns.size(); ++i)
-        shown[i] = usable ? stored[static_cast<qsizetype>(i)] == u'1' : columns[i].usual;
+        shown[i] = usable ? ticks[static_cast<qsizetype>(i)] == u'1' : columns[i].usual;
     return shown;
 }
 

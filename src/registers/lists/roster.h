@@ -15,7 +15,7 @@ class Connection;
 namespace registers
 {
 
-inline constexpr std::size_t rosterColumns = 14;
+inline constexpr std::size_t rosterColumns = 15;
 
 /// The columns that can be printed, in their order on paper. Those of the three telephone and fax numbers get
 /// their headings from the settings.

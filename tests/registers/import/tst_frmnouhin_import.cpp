@@ -249,6 +249,36 @@ private slots:
         QVERIFY(!r.importing());
     }
 
+    // By the clerk's choice the second row goes into the first; without it, it stays out, and the question
+    // says so.
+    void asksWhatBecomesOfRowsOfOneCode()
+    {
+        Import r;
+        ui::prompts::expectInform(noMapping);
+        Import::inSettings(Import::confirm);
+        r.openFile(u"コード,氏名,電話番号,区分\nA1,佐藤,03-5,1\nA1,佐藤,03-6,1\n鈴,鈴木,,1\n"_s);
+        QVERIFY(!r.the<QCheckBox>("checkMergeRepeats").isHidden());
+        QVERIFY(!r.the<QCheckBox>("checkMergeRepeats").isChecked());
+        ui::prompts::expectAsk(
+            importAll, false, taken(2) + u"\n前の行と同じコードか納品先IDの行（3 行目）は取り込みません。"_s);
+        r.press("Command5");
+        r.key(Qt::Key_Down);
+        r.key(Qt::Key_Down);
+        r.key(Qt::Key_Space); // what is unticked stays so
+        QTest::keyClick(&r.screen, Qt::Key_M, Qt::AltModifier);
+        QTRY_VERIFY(r.the<QCheckBox>("checkMergeRepeats").isChecked());
+        QVERIFY(r.the<QLabel>("labelSummary").text().endsWith(u"前の行にまとめる行 1 件"_s));
+        ui::prompts::expectAsk(importAll, true, taken(1));
+        ui::prompts::expectInform(
+            u"1 件の納品先を登録しました。\nまだ取り込んでいない行が 1 件残っています。"_s);
+        r.press("Command5");
+        QCOMPARE(r.shop.rows(u"SELECT 納品先名1, TEL1 FROM 納品先 WHERE 納品先ID > 1"_s),
+                 QStringList{u"佐藤|03-6"_s});
+        QVERIFY(r.the<QCheckBox>("checkMergeRepeats").isHidden());
+        // The rows have the room of the whole screen.
+        QVERIFY(r.the<ui::Grid>("MSFlexGrid1").height() * 2 > r.screen.height());
+    }
+
     void leavesEverythingWhenGivenUp()
     {
         Import r;

@@ -91,6 +91,7 @@ private slots:
     {
         Register r;
         r.type("txtTantou", u"鈴木"_s);
+        r.choose("cmbHonorific", u"御中"_s);
         r.exportTo(u"customers.csv"_s);
         const QString file = r.shop.path(u"customers.csv"_s);
         QCOMPARE(ui::desktop::takeOpened(), QUrl::fromLocalFile(file).toString());
@@ -99,9 +100,9 @@ private slots:
             QStringList(
                 {u"納品先ID|コード|納品先名1|納品先名2|ﾌﾘｶﾞﾅ|郵便番号|住所1|住所2|TEL1|TEL2|FAX|ﾒｰﾙｱﾄﾞﾚｽ|"
                  u"備考|"
-                 "登録日|更新日|誕生日|区分ID|納品先名キー|納品先名3|担当者名|締め日|元帳出力|消費税区分"_s,
+                 "登録日|更新日|誕生日|区分ID|納品先名キー|納品先名3|担当者名|締め日|元帳出力|消費税区分|敬称"_s,
                  u"7|007|=山田|部長|ﾔﾏﾀﾞ|0600001|札幌市|ビル|0312345678|090|+81|a@b|x,y|"
-                 "2026/01/01|2026/04/01|昭和３年|1|=山田部長 007 0312345678 ﾔﾏﾀﾞ|御中|鈴木|15|0|1"_s}));
+                 "2026/01/01|2026/04/01|昭和３年|1|=山田部長 007 0312345678 ﾔﾏﾀﾞ|御中|鈴木|15|0|1|御中"_s}));
     }
 
     void asksBeforeAFileIsReplaced()

@@ -385,8 +385,8 @@ private slots:
                           QCOMPARE(options.box("Text4").text(), u"FAX"_s);
                           options.type("Text1", u"東京のお客様"_s);
                           options.type("Text2", u"電話"_s);
-                          options.the<QCheckBox>("chkColumn14").click(); // 備考
-                          options.the<QCheckBox>("chkColumn8").click();  // TEL2
+                          options.the<QCheckBox>("chkColumn15").click(); // 備考
+                          options.the<QCheckBox>("chkColumn9").click();  // TEL2
                           inModalScreen([&] { options.press("Command49"); },
                                         [&](ScreenDriver &preview) {
                                             ui::file_dialogs::expectFile(pdf);
@@ -397,14 +397,14 @@ private slots:
         reader.start(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s});
         QVERIFY(reader.waitForFinished());
         const QString text = QString::fromUtf8(reader.readAllStandardOutput()).simplified();
-        for (const QString &expected : {u"東京のお客様"_s, u"2 件"_s, u"2026年4月1日 現在"_s,
+        for (const QString &expected : {u"東京のお客様"_s, u"2 件"_s, u"2026/04/01 現在"_s,
                                         u"電話 FAX 備考"_s, u"営業部"_s, u"得意客"_s, u"1 / 1"_s})
             QVERIFY2(text.contains(expected), qPrintable(expected + u" is not in "_s + text));
         // In the order of the readings.
         QVERIFY(text.indexOf(u"田中次郎"_s) < text.indexOf(u"山田太郎"_s));
         QCOMPARE(s.shop.settings.text(workspace::keys::meiboTitle), u"東京のお客様"_s);
         QCOMPARE(s.shop.settings.text(workspace::keys::meiboTitle2), u"電話"_s);
-        QCOMPARE(s.shop.settings.text(workspace::keys::meiboColumns), u"10101110100001"_s);
+        QCOMPARE(s.shop.settings.text(workspace::keys::meiboColumns), u"101001110100001"_s);
     }
 };
 
