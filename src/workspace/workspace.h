@@ -29,7 +29,8 @@ struct Panel
     QString companyName1; // 会社名1 and 会社名2 of the own company
     QString companyName2;
 
-    double taxRate = 5;           // percent
+    double taxRate = 5;           // percent, kept by hand
+    bool followsTaxTable = false; // the rates are those of the table 税率, by date and class
     bool automaticNumbers = true; // "伝票番号を自動で設定："
     QString numberInfix;          // between kind letter and key in automatic numbers
 

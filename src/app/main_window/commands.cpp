@@ -212,6 +212,8 @@ Commands registerCommands()
          {{u"Command43", u"拡張表示の社名登録", Page::Settings, u"自社と社員"}}},
         {Action::Employees, u"mnuPreShain", u"社員登録(&P)", u"mnuPre", none,
          {{u"Command35", u"社　員（担当者）登録", Page::Settings, u"自社と社員", u"伝票発行をする担当者名を登録します"}}},
+        {Action::TaxRates, u"mnuTaxRates", u"消費税率表(&X)", u"mnuPre", none,
+         {{u"cmdTaxRates", u"消費税率表", Page::Settings, u"自社と社員", u"標準税率と軽減税率を、期間ごとに登録します"}}},
         {Action::RepairFile, u"", u"", u"", none,
          {{u"Command22", u"データベースの修復/最適化", Page::Settings, u"データベース"}}},
         {Action::RebuildFile, u"", u"", u"", none, {{u"Command7", u"データベースの再作成", Page::Settings, u"データベース"}}},

@@ -99,6 +99,7 @@ enum class Action {
     OwnCompany,
     ExtendedName,
     Employees,
+    TaxRates,
     // other programs
     Ledger,
     CashBook,

@@ -89,6 +89,7 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
                                     .numberInfix = m_ui->txtDenNo,
                                     .taxRate = m_ui->txtTaxRate,
                                     .taxRateSteps = m_ui->UpDown1,
+                                    .taxTable = m_ui->chkTaxTable,
                                     .textSize = m_ui->Text6,
                                     .nextTextSize = m_ui->Command37,
                                     .spacing = m_ui->Text4,
@@ -208,6 +209,8 @@ bool frmAMain::passGuards(const Command &command)
         return false;
     if (guards.ownCompany && !ownCompanyRegistered())
         return false;
+    if (command.action == Action::Sales && !taxRateSettled())
+        return false;
     return !guards.slips || slipsExist(*guards.slips);
 }
 
@@ -238,6 +241,7 @@ void frmAMain::open(Action action)
     if (action == Action::Employees && inCharge == 0)
         chooseOnlyEmployee();
     reloadCompany();
+    m_controls->showTaxRate();
     showCounterparts();
     showFirstSteps();
 }
@@ -260,6 +264,7 @@ void frmAMain::databaseChanged()
 {
     m_ui->txtFileName->setText(m_session.fileName());
     registers::forgetCounterparts(m_workspace);
+    m_controls->showTaxRate();
     showCounterparts();
     if (m_session.isOpen()) {
         reloadEmployees(m_workspace.panel.employeeId);

@@ -107,6 +107,8 @@ private:
     void lookForFirstSteps();
     void showFirstSteps();
     void takeStep(FirstStep step);
+    void chooseTaxRate();
+    bool taxRateSettled();
     void colour(int colours);
     void loadFixedLists();
     void loadPlace();

@@ -1,6 +1,8 @@
 #include "app/main_window/panel_controls.h"
 
 #include "app/main_window/up_down.h"
+#include "db/connection.h"
+#include "slips/tax_rates_of.h"
 #include "text/numbers.h"
 #include "ui/prompts.h"
 #include "workspace/settings.h"
@@ -110,6 +112,7 @@ void PanelControls::bindTaxRate()
     connect(m_controls.taxRate, &QLineEdit::textEdited, this, &PanelControls::taxRateEdited);
     connect(m_controls.taxRate, &QLineEdit::editingFinished, this, &PanelControls::taxRateLeft);
     connect(m_controls.taxRateSteps, &UpDown::stepped, this, &PanelControls::stepTaxRate);
+    connect(m_controls.taxTable, &QCheckBox::clicked, this, &PanelControls::followTaxTable);
 }
 
 void PanelControls::bindSizes()
@@ -144,6 +147,7 @@ void PanelControls::load()
     m_controls.numberInfix->setText(settings.text(workspace::keys::denNo));
     const double rate = settings.number(workspace::keys::taxRate);
     panel.taxRate = isTaxRate(rate) ? rate : 0;
+    panel.followsTaxTable = settings.checked(workspace::keys::taxTable);
     showTaxRate();
     panel.textSize = settings.integer(workspace::keys::fontSize) == 11 ? 11 : 10;
     const auto *spacing =
@@ -164,6 +168,7 @@ void PanelControls::save() const
         settings.write(combo.key, panel.*combo.value);
     settings.write(workspace::keys::denNo, panel.numberInfix);
     settings.write(workspace::keys::taxRate, panel.taxRate);
+    settings.write(workspace::keys::taxTable, panel.followsTaxTable);
     settings.write(workspace::keys::fontSize, panel.textSize);
     settings.write(workspace::keys::gridSize, spacingNames[static_cast<int>(panel.gridSpacing)]);
 }
@@ -181,7 +186,7 @@ void PanelControls::taxRateEdited()
 
 void PanelControls::taxRateLeft()
 {
-    if (m_telling)
+    if (m_telling || m_workspace.panel.followsTaxTable)
         return;
     if (!isTaxRate(text::parseNumber(m_controls.taxRate->text()))) {
         m_telling = true;
@@ -204,10 +209,28 @@ void PanelControls::stepTaxRate(int direction)
     save();
 }
 
+void PanelControls::followTaxTable(bool follows)
+{
+    m_workspace.panel.followsTaxTable = follows;
+    showTaxRate();
+    save();
+}
+
+// The rate that was kept by hand waits behind the table's.
 void PanelControls::showTaxRate()
 {
+    const bool follows = m_workspace.panel.followsTaxTable;
     m_agreedTaxRate = m_workspace.panel.taxRate;
-    m_controls.taxRate->setText(text::formatPlain(m_agreedTaxRate));
+    m_controls.taxTable->setChecked(follows);
+    m_controls.taxRate->setReadOnly(follows);
+    m_controls.taxRateSteps->setEnabled(!follows);
+    if (!follows) {
+        m_controls.taxRate->setText(text::formatPlain(m_agreedTaxRate));
+        return;
+    }
+    const bool isOpen = m_workspace.connection.isOpen();
+    const auto today = isOpen ? slips::slipRateOf(m_workspace, m_workspace.today()) : 0.0;
+    m_controls.taxRate->setText(isOpen && today ? text::formatPlain(*today) : QString());
 }
 
 void PanelControls::showSizes()

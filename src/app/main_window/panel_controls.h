@@ -35,6 +35,7 @@ public:
         QLineEdit *numberInfix;
         QLineEdit *taxRate;
         UpDown *taxRateSteps;
+        QCheckBox *taxTable; // the rates follow the table
         QLineEdit *textSize;
         QPushButton *nextTextSize;
         QLineEdit *spacing;
@@ -47,6 +48,10 @@ public:
     /// key's fallback.
     void load();
     void save() const;
+    /// Shows what the rate of everyday goods is today, where the shop follows the table of the open file.
+    void showTaxRate();
+    /// As the clerk's tick in the box.
+    void followTaxTable(bool follows);
 
 private:
     void bindChecks();
@@ -57,7 +62,6 @@ private:
     void taxRateEdited();
     void taxRateLeft();
     void stepTaxRate(int direction);
-    void showTaxRate();
     void showSizes();
 
     QWidget &m_window;

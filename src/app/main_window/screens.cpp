@@ -1,6 +1,7 @@
 #include "app/main_window/screens.h"
 
 #include "masters/DialogMyCo.h"
+#include "masters/DialogTaxRates.h"
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
 #include "masters/own_company.h"
@@ -155,6 +156,7 @@ Openers screenOpeners()
         {Action::OwnCompany, openOwnCompany},
         {Action::ExtendedName, screen<masters::DialogMyCo>()},
         {Action::Employees, screen<masters::frmShain>()},
+        {Action::TaxRates, screen<masters::DialogTaxRates>()},
     };
 }
 

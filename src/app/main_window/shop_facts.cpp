@@ -1,6 +1,7 @@
 #include "app/main_window/shop_facts.h"
 
 #include "book/slip_counts.h"
+#include "book/tax_rates.h"
 #include "db/connection.h"
 
 using namespace Qt::StringLiterals;
@@ -42,6 +43,21 @@ base::Result<StepsDone> firstStepsDone(db::Connection &connection, bool taxRateS
         done[static_cast<std::size_t>(step)] = !found->empty();
     }
     return done;
+}
+
+base::Result<std::optional<double>> rateToOffer(db::Connection &connection, double byHand, const QDate &today)
+{
+    const auto sold = book::hasSlips(connection, book::sale);
+    const auto registered =
+        connection.select(u"SELECT 会社ID FROM 自社情報 WHERE 登録番号 <> '' ORDER BY 会社ID"_s);
+    const auto rates = book::TaxRates::read(connection);
+    for (const base::Status &status : {sold.status(), registered.status(), rates.status()}) {
+        if (!status)
+            return status.error();
+    }
+    const auto rate = rates->on(today);
+    const bool isToBeTold = !*sold && registered->isEmpty() && rate && *rate != byHand;
+    return isToBeTold ? rate : std::nullopt;
 }
 
 } // namespace app

@@ -2,9 +2,11 @@
 
 #include "base/result.h"
 
+#include <QDate>
 #include <QString>
 
 #include <array>
+#include <optional>
 
 // What the main window asks the database beside the masters' lists.
 namespace db
@@ -32,5 +34,11 @@ using StepsDone = std::array<bool, firstStepCount>;
 /// Which steps are done in the open file. \a taxRateSet: whether that of the tax rate is, which no file
 /// holds.
 base::Result<StepsDone> firstStepsDone(db::Connection &connection, bool taxRateSet);
+
+/// The rate of everyday goods on \a today, percent, where a shop that keeps \a byHand percent is to be told
+/// of it before its first sale: it has written none, has no registration number, and the table of the open
+/// file says otherwise. Nothing elsewhere.
+base::Result<std::optional<double>> rateToOffer(db::Connection &connection, double byHand,
+                                                const QDate &today);
 
 } // namespace app

@@ -4,6 +4,7 @@
 #include "book/tax.h"
 #include "slips/entry/amount_entry.h"
 #include "slips/entry/slip_screen.h"
+#include "slips/tax_rates_of.h"
 #include "text/numbers.h"
 #include "ui/leave_watch.h"
 #include "ui/messages.h"
@@ -188,7 +189,7 @@ void frmInTax::checkNumber()
     tell(checked);
 }
 
-book::NewSlip frmInTax::newSlip() const
+book::NewSlip frmInTax::newSlip(double taxRate) const
 {
     const workspace::Panel &panel = workspace().panel;
     book::NewSlip slip;
@@ -196,7 +197,7 @@ book::NewSlip frmInTax::newSlip() const
     slip.date = m_ui->DTPicker3->date();
     slip.counterpart = m_ui->Text1->text().toLongLong();
     slip.employee = panel.employeeId;
-    slip.taxRate = panel.taxRate;
+    slip.taxRate = taxRate;
     slip.infix = panel.numberInfix;
     if (!panel.automaticNumbers)
         slip.manualNumber = m_ui->txtDenNo->text();
@@ -223,7 +224,10 @@ bool frmInTax::mayEnter(const book::NewSlip &slip)
 
 void frmInTax::enterTax()
 {
-    const book::NewSlip slip = newSlip();
+    const auto rate = slips::slipRateOf(workspace(), m_ui->DTPicker3->date());
+    if (!tell(rate.status()))
+        return;
+    const book::NewSlip slip = newSlip(*rate);
     if (slip.counterpart == 0) {
         ui::prompts::inform(this, u"仕入先が選択されていません。"_s);
         m_ui->txtKey1->setFocus();

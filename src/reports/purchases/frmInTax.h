@@ -43,7 +43,7 @@ private:
     void checkNumber();
     void enterTax();
     bool mayEnter(const book::NewSlip &slip);
-    [[nodiscard]] book::NewSlip newSlip() const;
+    [[nodiscard]] book::NewSlip newSlip(double taxRate) const;
     void next();
     void cancelSlip();
     void setEntered(std::optional<TaxSlip> slip);

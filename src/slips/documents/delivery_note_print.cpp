@@ -33,8 +33,12 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
 {
     DeliveryNoteOptions options{request.inclusive, std::nullopt, request.memo, companyNameOf(workspace),
                                 offsetsIn(workspace.settings)};
-    if (!request.closed)
-        options.closing = taxRatesOf(workspace);
+    if (!request.closed) {
+        const auto rates = taxRatesOf(workspace);
+        if (!rates)
+            return rates.error();
+        options.closing = *rates;
+    }
     auto note = readDeliveryNote(workspace.connection, request.slipId, options);
     if (!note)
         return note.error();

@@ -30,8 +30,14 @@ QString remarksOf(const EstimateRequest &request, const book::Slip &slip)
 bool printEstimate(workspace::Workspace &workspace, QWidget *parent, const EstimateRequest &request)
 {
     EstimateReading reading{request.inclusive, std::nullopt};
-    if (!request.closed)
-        reading.closing = taxRatesOf(workspace);
+    if (!request.closed) {
+        const auto rates = taxRatesOf(workspace);
+        if (!rates) {
+            ui::prompts::inform(parent, rates.error().text);
+            return false;
+        }
+        reading.closing = *rates;
+    }
     auto data = readEstimate(workspace.connection, request.slipId, reading);
     if (!data) {
         ui::prompts::inform(parent, data.error().text);

@@ -168,8 +168,8 @@ void GoodsSlipScreen::removeLine()
 
 base::Result<book::SlipSums> GoodsSlipScreen::readSums()
 {
-    const double rate = taxRatesOf(workspace()).on(date()).value_or(0);
-    return book::slipSums(workspace().connection, header().id, rate);
+    const auto rate = slipRateOf(workspace(), date());
+    return rate ? book::slipSums(workspace().connection, header().id, *rate) : rate.error();
 }
 
 void GoodsSlipScreen::showTotals(base::Result<book::SlipSums> sums)
@@ -256,8 +256,9 @@ QString GoodsSlipScreen::paperRemarks() const { return m_goods.memo->text(); }
 
 base::Result<PaperState> GoodsSlipScreen::paperNow()
 {
-    return paperState(workspace().connection, header().id, {inclusive(), taxRatesOf(workspace())},
-                      paperRemarks());
+    const auto rates = taxRatesOf(workspace());
+    return rates ? paperState(workspace().connection, header().id, {inclusive(), *rates}, paperRemarks())
+                 : rates.error();
 }
 
 void GoodsSlipScreen::print()
@@ -301,10 +302,13 @@ bool GoodsSlipScreen::taxIsDue() const
 base::Result<QString> GoodsSlipScreen::closeSlip()
 {
     db::Connection &connection = workspace().connection;
+    const auto rate = slipRateOf(workspace(), date());
+    if (!rate)
+        return rate.error();
     const auto closed = book::onSlip(connection, header(), [&] {
-        return m_description.isTaxed ? book::closeSlip(connection, header().id, workspace().panel.taxRate,
-                                                       taxClass(), inclusive())
-                                     : book::closeUntaxedSlip(connection, header().id);
+        return m_description.isTaxed
+                   ? book::closeSlip(connection, header().id, *rate, taxClass(), inclusive())
+                   : book::closeUntaxedSlip(connection, header().id);
     });
     if (!closed)
         return closed.error();

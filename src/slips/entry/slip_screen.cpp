@@ -3,6 +3,7 @@
 #include "book/counterpart_name.h"
 #include "book/numbering.h"
 #include "registers/last_counterparts.h"
+#include "slips/tax_rates_of.h"
 #include "ui/date_box.h"
 #include "ui/grid.h"
 #include "ui/leave_watch.h"
@@ -166,12 +167,15 @@ bool SlipScreen::mayBearNumber(const book::NewSlip &slip)
 void SlipScreen::saveHeader()
 {
     const workspace::Panel &panel = workspace().panel;
+    const auto rate = slipRateOf(workspace(), m_controls.date->date());
+    if (!tell(rate.status()))
+        return;
     book::NewSlip slip;
     slip.kind = m_description.kind;
     slip.date = m_controls.date->date();
     slip.counterpart = counterpart();
     slip.employee = panel.employeeId;
-    slip.taxRate = panel.taxRate;
+    slip.taxRate = *rate;
     slip.inclusive = pricesIncludeTax();
     slip.infix = panel.numberInfix;
     if (!panel.automaticNumbers)

@@ -17,6 +17,9 @@ const QString nobodyChosen = u"担当者が選択されていません。"_s;
 const QString noCompany = u"自社情報が登録されていません。「環境設定」「自社情報登録」を済ませてください。"_s;
 const QString noSlips = u"現在、該当する伝票はありません。"_s;
 
+const QString oldRate = u"メイン画面の消費税率は 5％ ですが、税率表では、今日の標準の税率は 10％ です。\n"
+                        "税率表に従って納品書を作りますか。"_s;
+
 using Stage = MainWindowStage;
 
 } // namespace
@@ -35,6 +38,8 @@ private slots:
     void nobodyChosenPutsTheCursorThere();
     void slipsToLookAtAreToldAtTheStart();
     void missingCompanyIsAskedForAndGoesOn();
+    void oldRateIsToldBeforeTheFirstSale_data();
+    void oldRateIsToldBeforeTheFirstSale();
     void slipGuard_data();
     void slipGuard();
     void employeesFollowTheTable();
@@ -161,6 +166,7 @@ void TestGuards::missingCompanyIsAskedForAndGoesOn()
             stage.shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1) VALUES (1, 'ほのぼの商店')"_s);
     };
     ui::prompts::expectInform(noCompany);
+    ui::prompts::expectAskWhichWay(oldRate, u"5％のまま続ける"_s);
     stage.find<QAction>("mnuDenOut")->trigger();
     QCOMPARE(stage.opened, (QList<Action>{Action::OwnCompany, Action::Sales}));
     QCOMPARE(stage.shop.workspace.panel.companyName1, u"ほのぼの商店"_s);
@@ -173,6 +179,47 @@ void TestGuards::missingCompanyIsAskedForAndGoesOn()
     ui::prompts::expectInform(nobodyChosen);
     stage.find<QAction>("mnuDenOut")->trigger();
     QVERIFY(stage.opened.isEmpty());
+}
+
+void TestGuards::oldRateIsToldBeforeTheFirstSale_data()
+{
+    QTest::addColumn<QString>("setUp");
+    QTest::addColumn<QString>("way"); // empty: nothing is asked, or the clerk goes back
+    QTest::addColumn<bool>("isAsked");
+    QTest::addColumn<QString>("rate");
+
+    const QString shop = u"INSERT INTO 自社情報 (会社ID, 会社名1) VALUES (1, 'ほのぼの商店')"_s;
+    QTest::newRow("by the table") << shop << u"税率表に従う"_s << true << u"10"_s;
+    QTest::newRow("by hand") << shop << u"5％のまま続ける"_s << true << u"5"_s;
+    QTest::newRow("gone back") << shop << QString() << true << u"5"_s;
+    QTest::newRow("a registered shop knows")
+        << u"INSERT INTO 自社情報 (会社ID, 会社名1, 登録番号) VALUES (1, '店', 'T7000012050002')"_s
+        << QString() << false << u"5"_s;
+    QTest::newRow("a shop that sells knows")
+        << shop + u"; INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (1, 'O1')"_s << QString() << false
+        << u"5"_s;
+}
+
+void TestGuards::oldRateIsToldBeforeTheFirstSale()
+{
+    QFETCH(QString, setUp);
+    QFETCH(QString, way);
+    QFETCH(bool, isAsked);
+    Stage stage(employOne);
+    for (const QString &statement : setUp.split(u"; "_s))
+        stage.shop.run(statement);
+    auto *sell = stage.find<QAction>("mnuDenOut");
+    if (isAsked)
+        ui::prompts::expectAskWhichWay(oldRate, way);
+    sell->trigger();
+    QTEST(stage.find<QLineEdit>("txtTaxRate")->text(), "rate");
+    const bool isBack = isAsked && way.isEmpty();
+    QCOMPARE(stage.opened.size(), isBack ? 0 : 1);
+    // Who has decided is not asked again; who went back is.
+    if (isBack)
+        ui::prompts::expectAskWhichWay(oldRate, u"税率表に従う"_s);
+    sell->trigger();
+    QCOMPARE(stage.opened.size(), isBack ? 1 : 2);
 }
 
 void TestGuards::slipGuard_data()

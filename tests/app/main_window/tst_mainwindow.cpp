@@ -26,6 +26,8 @@ namespace
 
 using Stage = MainWindowStage;
 
+const QString byTable = u"消費税率を、税率表（標準・軽減、日付ごと）から自動で決めますか。"_s;
+
 } // namespace
 
 class TestMainWindow : public ScriptedTest
@@ -38,6 +40,7 @@ private slots:
     void submenusHoldTheirItems_data();
     void submenusHoldTheirItems();
     void enterPressesAndMovesOn();
+    void firstStepTakesTheRatesOfTheTable();
     void firstStepsLeadToTheFirstSlip();
     void firstStepLeavesTheCursorAtARefusal();
     void firstStepsKeepAway_data();
@@ -140,6 +143,21 @@ void TestMainWindow::enterPressesAndMovesOn()
     QCOMPARE(stage.window->focusWidget(), stage.find<QLineEdit>("txtTaxRate"));
 }
 
+// Who goes back is asked again.
+void TestMainWindow::firstStepTakesTheRatesOfTheTable()
+{
+    Stage stage;
+    auto *button = stage.find<QPushButton>("cmdStep3");
+    ui::prompts::expectAskWhichWay(byTable, QString());
+    stage.click("cmdStep3");
+    QVERIFY(button->text().startsWith(u'3'));
+    QVERIFY(!stage.shop.workspace.panel.followsTaxTable);
+    ui::prompts::expectAskWhichWay(byTable, u"税率表に従う"_s);
+    stage.click("cmdStep3");
+    QVERIFY(button->text().startsWith(u'✓'));
+    QCOMPARE(stage.find<QLineEdit>("txtTaxRate")->text(), u"10"_s);
+}
+
 void TestMainWindow::firstStepsLeadToTheFirstSlip()
 {
     Stage stage;
@@ -158,6 +176,8 @@ void TestMainWindow::firstStepsLeadToTheFirstSlip()
         auto *button = stage.find<QPushButton>(name.constData());
         QVERIFY2(button->text().startsWith(QString::number(i)), qPrintable(button->text()));
         button->setFocus();
+        if (i == 3)
+            ui::prompts::expectAskWhichWay(byTable, u"税率を入力する"_s);
         stage.click(name.constData());
         if (i == 3) {
             QCOMPARE(stage.window->focusWidget(), stage.find<QLineEdit>("txtTaxRate"));

@@ -32,6 +32,7 @@ private slots:
     void nonsenseInSettings();
     void taxRate_data();
     void taxRate();
+    void rateOfTheTable();
     void sizesAlternate();
     void noticeNeedsItsCarrier();
     void calendarAndPicture();
@@ -146,6 +147,35 @@ void TestSettingsPanel::taxRate()
     QCOMPARE(box->text().toDouble(), stage.shop.workspace.panel.taxRate);
     // Kept at once: a power cut must not bring the old rate back.
     QCOMPARE(stage.shop.settings.number(workspace::keys::taxRate), stage.shop.workspace.panel.taxRate);
+}
+
+// The shop's own rate waits behind that of the table, which changes with the days.
+void TestSettingsPanel::rateOfTheTable()
+{
+    Stage stage;
+    auto *box = stage.find<QLineEdit>("txtTaxRate");
+    auto *follows = stage.find<QCheckBox>("chkTaxTable");
+    QVERIFY(!follows->isChecked());
+    stage.find<QCheckBox>("chkTaxTable")->click();
+    QCOMPARE(box->text(), u"10"_s);
+    QVERIFY(box->isReadOnly());
+    QVERIFY(!stage.find<QWidget>("UpDown1")->isEnabled());
+    box->setFocus();
+    QTest::keyClicks(box, u"3"_s);
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(box->text(), u"10"_s);
+    QVERIFY(stage.shop.settings.checked(workspace::keys::taxTable));
+    QCOMPARE(stage.shop.settings.number(workspace::keys::taxRate), 5.0);
+
+    // The editor of the table was open meanwhile.
+    stage.whenOpened = [&](Action) { stage.shop.run(u"UPDATE 税率 SET 税率 = 12 WHERE 税率ID = 4"_s); };
+    stage.click("cmdTaxRates");
+    QCOMPARE(stage.opened, QList<Action>{Action::TaxRates});
+    QCOMPARE(box->text(), u"12"_s);
+
+    stage.find<QCheckBox>("chkTaxTable")->click();
+    QCOMPARE(box->text(), u"5"_s);
+    QVERIFY(!box->isReadOnly());
 }
 
 void TestSettingsPanel::sizesAlternate()

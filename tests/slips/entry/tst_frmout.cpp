@@ -24,6 +24,8 @@ private slots:
     void taxOfClassAndBox_data();
     void taxOfClassAndBox();
     void rateIsReadAgainAtTheEnd();
+    void ratesOfTheTableGoByTheDate_data();
+    void ratesOfTheTableGoByTheDate();
     void searchTellsWhatIsMissing();
     void newCustomerIsChosen();
     void lastLineIsRemoved();
@@ -199,6 +201,37 @@ void TestFrmOut::rateIsReadAgainAtTheEnd()
     desk.press("cmdNext");
     QCOMPARE(desk.shop.value(u"SELECT 消費税率 FROM 入出庫マスター"_s).toDouble(), 5.0);
     QCOMPARE(desk.shortLines().last(), u"1|消費税|-|-|80"_s);
+}
+
+// A slip entered late is taxed by its own day; the panel's rate, kept by hand, means nothing then.
+void TestFrmOut::ratesOfTheTableGoByTheDate_data()
+{
+    QTest::addColumn<QString>("date");
+    QTest::addColumn<QString>("header"); // percent
+    QTest::addColumn<QString>("tax");
+
+    QTest::newRow("the last day at 8") << u"2019/9/30"_s << u"8"_s << u"987"_s;
+    QTest::newRow("the first day at 10") << u"2019/10/1"_s << u"10"_s << u"1234"_s;
+    QTest::newRow("today") << u"2026/4/1"_s << u"10"_s << u"1234"_s;
+    QTest::newRow("before there was the tax") << u"1989/3/31"_s << u"0"_s << QString();
+}
+
+void TestFrmOut::ratesOfTheTableGoByTheDate()
+{
+    QFETCH(QString, date);
+    QFETCH(QString, tax);
+    SalesDesk desk;
+    desk.shop.workspace.panel.followsTaxTable = true;
+    auto *box = &desk.the<QDateEdit>("DTPicker1");
+    desk.choose(0);
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(box, date);
+    desk.press("cmdMasterUpdate");
+    desk.line(u"1"_s, u"12,345"_s);
+    desk.press("cmdNext");
+    QTEST(desk.shop.value(u"SELECT 消費税率 FROM 入出庫マスター"_s).toString(), "header");
+    QCOMPARE(desk.shop.value(u"SELECT 金額 FROM 入出庫サブ WHERE 商品名 = '消費税'"_s).toString(), tax);
 }
 
 void TestFrmOut::searchTellsWhatIsMissing()
