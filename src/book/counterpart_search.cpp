@@ -1,6 +1,8 @@
 #include "book/counterpart_search.h"
 
+#include "book/tax.h"
 #include "db/condition.h"
+#include "db/connection.h"
 
 using namespace Qt::StringLiterals;
 
@@ -54,6 +56,18 @@ base::Status openCounterpart(db::Recordset &found, const CounterpartSearch &sear
     query.where = query.key() + u" = ?"_s;
     query.values = {id};
     return found.open(query);
+}
+
+base::Result<std::optional<TaxClass>> taxClassOf(db::Connection &connection, Party party, qint64 id)
+{
+    const auto found =
+        connection.select(party == Party::Customer ? u"SELECT 消費税区分 FROM 納品先 WHERE 納品先ID = ?"_s
+                                                   : u"SELECT 消費税区分 FROM 仕入先 WHERE 仕入先ID = ?"_s,
+                          {id});
+    if (!found)
+        return found.error();
+    return found->isEmpty() ? std::nullopt
+                            : std::optional(taxClassFrom(found->rows.front().front().toString()));
 }
 
 } // namespace book

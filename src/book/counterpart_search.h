@@ -3,6 +3,8 @@
 #include "book/slip_kind.h"
 #include "db/recordset.h"
 
+#include <optional>
+
 namespace book
 {
 
@@ -26,6 +28,9 @@ QString tableOf(Party party);
 
 /// Fills \a found with the rows whose search key holds what a clerk \a typed.
 base::Status searchCounterparts(db::Recordset &found, const CounterpartSearch &search, const QString &typed);
+
+/// The class of tax that the register has for the counterpart \a id; nothing where it has none of that key.
+base::Result<std::optional<TaxClass>> taxClassOf(db::Connection &connection, Party party, qint64 id);
 
 /// Fills \a found with the one row \a id; with none, columns kept, for 0.
 base::Status openCounterpart(db::Recordset &found, const CounterpartSearch &search, qint64 id);

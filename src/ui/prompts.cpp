@@ -27,6 +27,7 @@ struct Expected
     int answer;
     QString remark = {};
     QString way = {}; // of AskWhichWay, without the mark of its letter
+    std::function<void()> meanwhile = {};
 };
 
 struct Script
@@ -55,6 +56,14 @@ bool remarkFits(const QString &expected, const QString &remark)
     return expected == anyRemark ? !remark.isEmpty() : expected == remark;
 }
 
+Expected taken(Script &s)
+{
+    Expected expected = s.expected.dequeue();
+    if (expected.meanwhile)
+        expected.meanwhile();
+    return expected;
+}
+
 // \return the scripted answer; for a box that nobody expected the harmless one
 int scripted(Kind kind, const QString &text, int harmless, const QString &remark = {})
 {
@@ -65,7 +74,7 @@ int scripted(Kind kind, const QString &text, int harmless, const QString &remark
         s.unexpected << u"unexpected box: "_s + text + remark;
         return harmless;
     }
-    return s.expected.dequeue().answer;
+    return taken(s).answer;
 }
 
 QMessageBox::Icon iconOf(Icon icon)
@@ -198,7 +207,7 @@ std::optional<qsizetype> scriptedWay(const QString &text, const QStringList &way
         s.unexpected << u"unexpected box: "_s + text + remark + ways.join(u' ');
         return std::nullopt;
     }
-    s.expected.dequeue();
+    taken(s);
     return way == ways.end() ? std::nullopt : std::optional(way - ways.begin());
 }
 
@@ -260,6 +269,8 @@ void expectAskWhichWay(const QString &text, const QString &way, const QString &r
 {
     script().expected.enqueue({Kind::AskWhichWay, text, 0, remark, way});
 }
+
+void meanwhile(const std::function<void()> &action) { script().expected.last().meanwhile = action; }
 
 QString takeUnexpected()
 {

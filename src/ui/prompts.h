@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 class QWidget;
@@ -82,6 +83,8 @@ void expectAskHowToLeave(const QString &text, Choice choice, Choice preset);
 /// Expects a question of several ways, and that \a way is one of them; an empty one goes back. An empty
 /// \a remark fits any.
 void expectAskWhichWay(const QString &text, const QString &way, const QString &remark = {});
+/// What another program does while the box that is expected last stands.
+void meanwhile(const std::function<void()> &action);
 /// What did not go by the script since the last call: boxes nobody expected, and expected ones that never
 /// came. Empty when all went as scripted. Clears the script.
 QString takeUnexpected();

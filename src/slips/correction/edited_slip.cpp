@@ -5,24 +5,13 @@
 #include "book/tax.h"
 #include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
-#include "ui/both_versions.h"
+#include "slips/correction/slip_doubts.h"
 #include "ui/prompts.h"
 
 using namespace Qt::StringLiterals;
 
 namespace slips
 {
-
-namespace
-{
-
-QString joined(QStringList sentences)
-{
-    sentences.removeAll(QString());
-    return sentences.join(u'\n');
-}
-
-} // namespace
 
 EditedSlip::EditedSlip(db::Connection &connection, const book::SlipKind &kind,
                        const book::CounterpartSearch &counterparts, QWidget *screen)
@@ -52,76 +41,47 @@ base::Result<bool> EditedSlip::openLines()
     return opened ? base::Result<bool>(true) : opened.error();
 }
 
-base::Status EditedSlip::openCounterpart(qint64 key)
+base::Status EditedSlip::openCounterpart()
 {
-    return book::openCounterpart(counterpart, m_counterparts, key);
+    return book::openCounterpart(counterpart, m_counterparts, counterpartKey().value_or(0));
 }
 
 // --- What disagrees ---
 
-TaxTerms EditedSlip::taxTerms() const
+// The class of a counterpart that was deleted is not known, but a slip with a tax line says by that what it
+// was.
+Figures EditedSlip::figures(std::vector<KeyedLine> all, std::optional<book::TaxClass> taxClass) const
 {
-    return {headers.value(u"消費税率"_s).toDouble(), taxClass(), inclusiveIn(headers), isClosed(headers)};
+    if (!taxClass && hasTaxLine(all))
+        taxClass = book::TaxClass::OnDelivery;
+    if (!isTaxed(m_kind) || !taxClass)
+        return {std::move(all), std::nullopt};
+    return {std::move(all), TaxTerms{headers.value(u"消費税率"_s).toDouble(), *taxClass, inclusiveIn(headers),
+                                     isClosed(headers)}};
 }
 
-// A deleted counterpart's class is not known.
+Figures EditedSlip::shown() const
+{
+    return figures(keyedLinesIn(lines), counterpart.isEmpty() ? std::nullopt : std::optional(taxClass()));
+}
+
 std::optional<double> EditedSlip::taxDue() const
 {
     if (!isTaxed(m_kind) || counterpart.isEmpty())
         return 0;
-    return slips::taxDue(linesIn(lines), taxTerms().rate, taxClass(), includesTax(headers, taxClass()));
-}
-
-QString EditedSlip::taxDoubt(const Lines &shown) const
-{
-    if (!isTaxed(m_kind) || counterpart.isEmpty())
-        return {};
-    const TaxTerms terms = taxTerms();
-    const QString wrong = taxRemark(shown, terms.rate, terms.taxClass, terms.inclusive);
-    // Of older slips nobody knows whether their prices include it.
-    const bool isKnown = terms.isClosed && terms.inclusive;
-    if (!isKnown)
-        return wrong;
-    const QString missing =
-        taxMissingRemark(slips::taxDue(shown, terms.rate, terms.taxClass, *terms.inclusive));
-    return joined({wrong, missing});
+    return slips::taxDue(linesIn(lines), headers.value(u"消費税率"_s).toDouble(), taxClass(),
+                         includesTax(headers, taxClass()));
 }
 
 void EditedSlip::acceptTax()
 {
-    m_acceptedTax = taxDoubt(linesIn(lines));
+    m_acceptedTax = taxDoubt(shown());
     m_agreed.clear();
-}
-
-// A slip that was found as it is, is left as it is without a word.
-QString EditedSlip::newTaxDoubt(const Lines &shown) const
-{
-    const QString doubt = taxDoubt(shown);
-    return doubt == m_acceptedTax ? QString() : doubt;
 }
 
 QString EditedSlip::lineDoubt() const
 {
     return lines.currentRow() >= 0 ? amountRemark(lineIn(lines, lines.currentRow())) : QString();
-}
-
-// Of what is edited.
-QString EditedSlip::doubt() const
-{
-    return joined({lines.isDirty() ? lineDoubt() : QString(), newTaxDoubt(linesIn(lines))});
-}
-
-QString EditedSlip::everyDoubt() const
-{
-    constexpr qsizetype mostLines = 5; // more make the question too high for the screen
-    const Lines all = linesIn(lines);
-    QStringList doubts;
-    for (const book::SlipLine &line : all)
-        doubts << amountRemark(line);
-    doubts.removeAll(QString());
-    if (doubts.size() > mostLines)
-        doubts = doubts.first(mostLines) << u"ほか %1 行"_s.arg(doubts.size() - mostLines);
-    return joined(doubts << taxDoubt(all));
 }
 
 QStringList EditedSlip::remarks() const
@@ -131,7 +91,7 @@ QStringList EditedSlip::remarks() const
         remarks << u"変更があります。行を移るか「更新」で保存します。"_s;
     if (lines.isNewRow())
         remarks << u"新しい明細は、入力して「更新」を押すと伝票に入ります。"_s;
-    remarks << lineDoubt() << taxDoubt(linesIn(lines));
+    remarks << lineDoubt() << taxDoubt(shown());
     if (isLeftOpen(headers))
         remarks << leftOpenRemark(taxDue());
     remarks.removeAll(QString());
@@ -162,7 +122,8 @@ base::Status EditedSlip::close()
     // Without the edits that were dropped there may be nothing to close.
     if (!canBeClosed())
         return {};
-    const base::Status closed = closeLeftOpen(m_connection, headers, m_kind, taxClass());
+    const base::Status closed =
+        closeLeftOpen(m_connection, headers, m_kind, taxClass(), [this] { return checkFigures(shown()); });
     showAsStored();
     return closed;
 }
@@ -191,6 +152,7 @@ void EditedSlip::showAsStored()
         return;
     }
     headers.refresh();
+    tell(openCounterpart());
     lines.refresh();
     const bool isGone = lines.currentRow() >= 0 && lines.value(u"ID"_s).isNull();
     if (isGone || !canTakeBack())

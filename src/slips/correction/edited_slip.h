@@ -14,7 +14,9 @@ namespace slips
 
 /// The slip that a correction screen shows, with what is edited and not saved yet: its header among all
 /// headers of the list, its lines, its counterpart. Before edits are stored that leave the slip's figures in
-/// disagreement, and before such a slip is left or printed, the clerk is asked.
+/// disagreement, and before such a slip is left or printed, the clerk is asked. What another program has made
+/// of the slip or of its counterpart meanwhile is read before each question, and once more in the transaction
+/// that stores the answer: where it is not what was asked about, she is asked anew.
 class EditedSlip : public QObject
 {
     Q_OBJECT
@@ -40,8 +42,8 @@ public:
     base::Result<bool> openLines();
     /// From now on the lines that are open are no slip's. \return whose they were
     qint64 forgetLines(qint64 instead = noSlip) { return std::exchange(m_shown, instead); }
-    /// Brings up the counterpart \a key.
-    base::Status openCounterpart(qint64 key);
+    /// Reads who the counterpart is, as edited.
+    base::Status openCounterpart();
     /// What disagrees now is how the slip was found.
     void acceptTax();
 
@@ -80,27 +82,36 @@ public:
 private:
     static constexpr qint64 noSlip = -1;
     using Lines = std::vector<book::SlipLine>;
+    using Step = db::Recordset::Step;
 
     enum class Way { Mend, AsItIs, Drop };
     struct Question;
+    struct Storing;
 
-    [[nodiscard]] TaxTerms taxTerms() const;
-    [[nodiscard]] QString taxDoubt(const Lines &lines) const;
-    [[nodiscard]] QString newTaxDoubt(const Lines &lines) const;
+    [[nodiscard]] Figures figures(std::vector<KeyedLine> all, std::optional<book::TaxClass> taxClass) const;
+    [[nodiscard]] Figures shown() const;
+    [[nodiscard]] base::Result<Figures> stored() const;
+    [[nodiscard]] QString newTaxDoubt(const Figures &figures) const;
     [[nodiscard]] QString lineDoubt() const;
-    [[nodiscard]] QString doubt() const;
-    [[nodiscard]] QString everyDoubt() const;
-    [[nodiscard]] Recalculation mending(std::optional<qint64> line, bool anyTax) const;
-    [[nodiscard]] Recalculation mendingOfEdits() const;
-    [[nodiscard]] QString mendedRemark(const Recalculation &what) const;
-    void agree();
+    [[nodiscard]] QString doubt(const Figures &figures) const;
+    [[nodiscard]] Recalculation mending(const Figures &figures, std::optional<qint64> line,
+                                        bool anyTax) const;
+    [[nodiscard]] Recalculation mendingOfEdits(const Figures &figures) const;
+    void agreeTo(const Figures &figures);
 
     std::optional<Way> ask(const Question &question);
-    base::Status saveWith(const std::function<base::Status()> &save);
-    base::Status store();
-    base::Status storeMended(const Recalculation &what);
-    base::Status storeAfter(const Question &question, const std::function<base::Status()> &asItIs);
-    [[nodiscard]] Question editsQuestion(const QString &newLine) const;
+    [[nodiscard]] std::optional<Question> editsQuestion(const Figures &figures, const QString &remark,
+                                                        const QString &newLine) const;
+    [[nodiscard]] std::optional<Question> slipQuestion(const Figures &figures, const QString &remark,
+                                                       const Recalculation &mending,
+                                                       const QString &verb) const;
+    base::Status readAnew();
+    base::Status settle(const Storing &storing);
+    base::Status store(Way way, const Storing &storing, const Figures &asked,
+                       const std::optional<Question> &question);
+    base::Status failed(const base::Status &status);
+    base::Status checkFigures(const Figures &asked) const;
+    base::Status storeAll(const Step &check);
     bool tell(const base::Status &status);
 
     db::Connection &m_connection;

@@ -57,18 +57,24 @@ base::Status checkNumber(const db::Recordset &headers, db::Connection &connectio
                                            : base::Status();
 }
 
+base::Status checkAsRead(const db::Recordset &headers, const db::Recordset &lines)
+{
+    const base::Status same = headers.checkAsRead();
+    return same && lines.isDirty() ? lines.checkAsRead() : same;
+}
+
 base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
-                             const book::SlipKind &kind)
+                             const book::SlipKind &kind, const db::Recordset::Step &check)
 {
     if (!headers.isDirty() && !lines.isDirty())
         return {};
-    return headers.updateWith(lines, [&] { return checkNumber(headers, connection, kind); });
+    return headers.updateWith(lines, [&]() -> base::Status {
+        const base::Status same = check ? check() : base::Status();
+        return same ? checkNumber(headers, connection, kind) : same;
+    });
 }
 
-base::Status saveLine(db::Recordset &headers, db::Recordset &lines)
-{
-    return lines.update([&headers] { return headers.checkAsRead(); });
-}
+base::Status saveLine(db::Recordset &lines, const db::Recordset::Step &check) { return lines.update(check); }
 
 base::Status deleteCurrentSlip(db::Recordset &headers, db::Connection &connection)
 {
@@ -149,11 +155,11 @@ bool includesTax(const db::Recordset &headers, book::TaxClass taxClass)
 }
 
 base::Status closeLeftOpen(db::Connection &connection, const db::Recordset &headers,
-                           const book::SlipKind &kind, book::TaxClass taxClass)
+                           const book::SlipKind &kind, book::TaxClass taxClass,
+                           const db::Recordset::Step &check)
 {
     return db::atomically(connection, [&]() -> base::Status {
-        // The tax goes by what the header says, which must be what the file says.
-        if (const base::Status same = headers.checkAsRead(); !same)
+        if (const base::Status same = check(); !same)
             return same;
         const qint64 id = headers.currentKey();
         const auto closed = isTaxed(kind)

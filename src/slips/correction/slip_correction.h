@@ -24,13 +24,17 @@ base::Status openLines(db::Recordset &lines, qint64 id);
 base::Status checkNumber(const db::Recordset &headers, db::Connection &connection,
                          const book::SlipKind &kind);
 
-/// Saves the edits of the current header and the current line in one transaction. After a failure they are
-/// still there. Fails for a slip number that another slip has.
-base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
-                             const book::SlipKind &kind);
+/// Whether the current header, and the current line where it is edited, are in the file as they were read.
+base::Status checkAsRead(const db::Recordset &headers, const db::Recordset &lines);
 
-/// Saves the edits of the current line alone; those of its header stay edits.
-base::Status saveLine(db::Recordset &headers, db::Recordset &lines);
+/// Saves the edits of the current header and the current line in one transaction, after \a check. After a
+/// failure they are still there. Fails for a slip number that another slip has.
+base::Status saveCorrections(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
+                             const book::SlipKind &kind, const db::Recordset::Step &check = {});
+
+/// Saves the edits of the current line alone, after \a check in the same transaction; those of its header
+/// stay edits.
+base::Status saveLine(db::Recordset &lines, const db::Recordset::Step &check);
 
 /// Deletes the current slip, lines and header.
 base::Status deleteCurrentSlip(db::Recordset &headers, db::Connection &connection);
@@ -61,8 +65,10 @@ std::optional<bool> inclusiveIn(const db::Recordset &headers);
 /// The same; where nobody knows, as the entry screens begin a slip of a counterpart of \a taxClass.
 bool includesTax(const db::Recordset &headers, book::TaxClass taxClass);
 
-/// Closes the slip that was left open, or whose tax line is missing, as its own screen would have done.
+/// Closes the slip that was left open, or whose tax line is missing, as its own screen would have done, after
+/// \a check in the same transaction: the tax goes by what is shown, which must be what the file says.
 base::Status closeLeftOpen(db::Connection &connection, const db::Recordset &headers,
-                           const book::SlipKind &kind, book::TaxClass taxClass);
+                           const book::SlipKind &kind, book::TaxClass taxClass,
+                           const db::Recordset::Step &check);
 
 } // namespace slips

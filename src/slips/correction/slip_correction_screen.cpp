@@ -119,7 +119,9 @@ void SlipCorrectionScreen::connectControls()
     connect(&m_slip.lines, &db::Recordset::edited, this, &SlipCorrectionScreen::showRemarks);
     connect(&m_slip.lines, &db::Recordset::refused, this, &SlipCorrectionScreen::tellLater);
     // Changing the shown slip's counterpart brings up who that is.
-    connect(m_ui->Text4, &QLineEdit::textChanged, this, &SlipCorrectionScreen::showCounterpart);
+    connect(m_ui->Text4, &QLineEdit::textChanged, this, [this] { tell(m_slip.openCounterpart()); });
+    connect(&m_slip.counterpart, &db::Recordset::currentRowChanged, this,
+            &SlipCorrectionScreen::showCounterpart);
 }
 
 void SlipCorrectionScreen::fillEmployees()
@@ -277,8 +279,13 @@ bool SlipCorrectionScreen::mayLeave() { return settled() && tell(leaveSlip()); }
 
 void SlipCorrectionScreen::update()
 {
+    const qint64 id = m_slip.id();
     if (!settled() || !tell(m_slip.update()))
         return;
+    if (m_slip.id() != id) {
+        ui::prompts::inform(this, u"表示中の伝票はほかのプログラムで削除されています。"_s);
+        return;
+    }
     // There may have been nothing to save, and the slip may be gone all the same.
     if (tell(m_slip.headers.checkAsRead()))
         m_ui->lblMessage->setText(

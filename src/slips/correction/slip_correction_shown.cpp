@@ -48,17 +48,12 @@ void SlipCorrectionScreen::showHeader()
     m_ui->dbcShain->setPlaceholderText(employee < 0 ? headerCell(u"社員ID"_s).data().toString() : QString());
     m_ui->dbcShain->setCurrentIndex(employee);
     m_ui->Text4->setText(m_slip.headers.text(u"相手先ID"_s));
-    // Without a counterpart the box above is as empty as without a slip.
-    if (m_slip.counterpart.isEmpty())
-        m_ui->txtNouhinsaki1->setText(m_slip.headers.currentRow() < 0
-                                          ? QString()
-                                          : book::unknownCounterpartName(m_slip.counterpartKey()));
-    showRemarks();
+    // Without a counterpart the box above is as empty as without a slip, and nobody is read.
+    showCounterpart();
 }
 
 void SlipCorrectionScreen::showCounterpart()
 {
-    tell(m_slip.openCounterpart(m_ui->Text4->text().toLongLong()));
     const QString party = QString::fromUtf16(m_description.party);
     m_ui->Text2->setText(m_slip.counterpart.isEmpty() ? QString()
                                                       : QString::number(m_slip.counterpart.currentKey()));
@@ -76,6 +71,9 @@ void SlipCorrectionScreen::showCounterpart()
     show(m_ui->txtTaxK, u"消費税区分"_s);
     m_ui->lblTaxClass->setText(
         m_slip.counterpart.isEmpty() ? QString() : nameOf(book::taxClassFrom(m_ui->txtTaxK->text())));
+    if (m_slip.counterpart.isEmpty() && m_slip.headers.currentRow() >= 0)
+        m_ui->txtNouhinsaki1->setText(book::unknownCounterpartName(m_slip.counterpartKey()));
+    showRemarks();
 }
 
 void SlipCorrectionScreen::showRemarks()

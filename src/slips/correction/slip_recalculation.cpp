@@ -76,27 +76,6 @@ base::Status setTax(std::vector<KeyedLine> &lines, const TaxTerms &terms)
 
 // --- Into the file ---
 
-// The slip's lines as the file has them, with the edits of the current one.
-base::Result<std::vector<KeyedLine>> linesInFile(db::Connection &connection, const db::Recordset &lines,
-                                                 qint64 id)
-{
-    db::Recordset stored(connection);
-    if (const base::Status opened = openLines(stored, id); !opened)
-        return opened.error();
-    if (const base::Status read = stored.readAll(); !read)
-        return read.error();
-    std::vector<KeyedLine> all = keyedLinesIn(stored);
-    if (!lines.isDirty())
-        return all;
-    const KeyedLine current{lines.currentKey(), lineIn(lines, lines.currentRow())};
-    const auto place = std::ranges::find(all, current.key, &KeyedLine::key);
-    if (place != all.end())
-        *place = current;
-    else if (lines.isNewRow())
-        all.push_back(current);
-    return all;
-}
-
 base::Status writeAmount(db::Connection &connection, qint64 key, double amount)
 {
     const auto version = db::nextVersion(connection);
@@ -150,6 +129,18 @@ base::Status writeLines(db::Connection &connection, db::Recordset &lines, qint64
     return {};
 }
 
+// What is typed into the current line, and its 金額 in any case.
+QVariantMap editsOf(const db::Recordset &lines)
+{
+    QVariantMap edits;
+    const QStringList columns = lines.columns();
+    for (const QString &column : columns) {
+        if (column == u"金額" || lines.isEdited(column))
+            edits.insert(column, lines.value(column));
+    }
+    return edits;
+}
+
 } // namespace
 
 std::vector<KeyedLine> keyedLinesIn(const db::Recordset &lines)
@@ -159,6 +150,28 @@ std::vector<KeyedLine> keyedLinesIn(const db::Recordset &lines)
         read.push_back({lines.keyAt(row), lineIn(lines, row)});
     return read;
 }
+
+base::Result<std::vector<KeyedLine>> linesInFile(db::Connection &connection, const db::Recordset &lines,
+                                                 qint64 id)
+{
+    db::Recordset stored(connection);
+    if (const base::Status opened = openLines(stored, id); !opened)
+        return opened.error();
+    if (const base::Status read = stored.readAll(); !read)
+        return read.error();
+    std::vector<KeyedLine> all = keyedLinesIn(stored);
+    if (!lines.isDirty())
+        return all;
+    const KeyedLine current{lines.currentKey(), lineIn(lines, lines.currentRow())};
+    const auto place = std::ranges::find(all, current.key, &KeyedLine::key);
+    if (place != all.end())
+        *place = current;
+    else if (lines.isNewRow())
+        all.push_back(current);
+    return all;
+}
+
+bool hasTaxLine(const std::vector<KeyedLine> &lines) { return std::ranges::any_of(lines, isTaxLine); }
 
 std::vector<book::SlipLine> withoutKeys(const std::vector<KeyedLine> &lines)
 {
@@ -178,13 +191,23 @@ base::Result<std::vector<KeyedLine>> recalculated(std::vector<KeyedLine> lines, 
 }
 
 base::Status saveRecalculated(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
-                              const book::SlipKind &kind, const Recalculation &what)
+                              const book::SlipKind &kind, const Recalculation &what,
+                              const db::Recordset::Step &check)
 {
-    return headers.updateWith(lines, [&]() -> base::Status {
+    const QVariantMap typed = editsOf(lines);
+    const qint64 line = lines.currentKey();
+    const base::Status saved = headers.updateWith(lines, [&]() -> base::Status {
+        if (const base::Status same = check(); !same)
+            return same;
         if (const base::Status free = checkNumber(headers, connection, kind); !free)
             return free;
         return writeLines(connection, lines, headers.currentKey(), what);
     });
+    // The amount that was computed is not the clerk's.
+    const bool isThere = !saved && lines.currentKey() == line;
+    for (auto edit = typed.cbegin(); isThere && edit != typed.cend(); ++edit)
+        lines.setValue(edit.key(), edit.value());
+    return saved;
 }
 
 } // namespace slips

@@ -23,6 +23,17 @@ struct TaxTerms
     book::TaxClass taxClass = book::TaxClass::OnDelivery; // of the counterpart
     std::optional<bool> inclusive;                        // prices include the tax; empty: nobody knows
     bool isClosed = false;                                // so that a tax line that is not there is missing
+
+    bool operator==(const TaxTerms &) const = default;
+};
+
+/// What is asked about and computed anew of a slip.
+struct Figures
+{
+    std::vector<KeyedLine> lines;
+    std::optional<TaxTerms> terms; // empty: no tax is kept on it, or nobody knows its counterpart
+
+    bool operator==(const Figures &) const = default;
 };
 
 /// What of a slip is to be computed anew.
@@ -34,6 +45,11 @@ struct Recalculation
 
 /// Those shown, with what is edited and not saved yet.
 std::vector<KeyedLine> keyedLinesIn(const db::Recordset &lines);
+/// Those of the slip \a id as the file has them, with the edits of the current line of \a lines.
+base::Result<std::vector<KeyedLine>> linesInFile(db::Connection &connection, const db::Recordset &lines,
+                                                 qint64 id);
+/// Whether the slip has a line of tax.
+bool hasTaxLine(const std::vector<KeyedLine> &lines);
 /// Without their keys.
 std::vector<book::SlipLine> withoutKeys(const std::vector<KeyedLine> &lines);
 
@@ -42,9 +58,10 @@ std::vector<book::SlipLine> withoutKeys(const std::vector<KeyedLine> &lines);
 base::Result<std::vector<KeyedLine>> recalculated(std::vector<KeyedLine> lines, const Recalculation &what);
 
 /// Saves the edits of the current header and the current line, and with them all that \a what makes of the
-/// lines as the file has them, in one transaction. After a failure the edits are still there. The record set
-/// of the lines is to be read anew then.
+/// lines as the file has them, in one transaction, after \a check. After a failure the edits are as they
+/// were; else the record set of the lines is to be read anew.
 base::Status saveRecalculated(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
-                              const book::SlipKind &kind, const Recalculation &what);
+                              const book::SlipKind &kind, const Recalculation &what,
+                              const db::Recordset::Step &check);
 
 } // namespace slips

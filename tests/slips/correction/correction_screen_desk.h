@@ -6,6 +6,7 @@
 #include "slips/correction/frmOutAmd.h"
 #include "support/screen_driver.h"
 #include "ui/grid.h"
+#include "ui/prompts.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +23,19 @@ inline std::unique_ptr<slips::SlipCorrectionScreen> screenOf(workspace::Workspac
         return std::make_unique<slips::frmOutAmd>(workspace, nullptr, kind);
     return std::make_unique<slips::frmInAmd>(workspace, nullptr, kind);
 }
+
+// The answers to the screens' questions; Enter alone goes back.
+inline const QString recalculate = u"計算し直して更新"_s;
+inline const QString asItIs = u"このまま更新"_s;
+inline const QString intoTheSlip = u"伝票に入れる"_s;
+inline const QString drop = u"変更をやめる"_s;
+inline const QString goBack;
+
+inline const QString doubtQuestion =
+    u"金額または消費税が、明細と合っていません。計算し直して更新しますか。"_s;
+
+inline void expectDoubt(const QString &answer) { ui::prompts::expectAskWhichWay(doubtQuestion, answer); }
+inline void expectNewLine(const QString &answer) { ui::prompts::expectAskWhichWay({}, answer); }
 
 /// The correction screen of a kind in the shop.
 struct CorrectionDesk
@@ -69,6 +83,12 @@ struct CorrectionDesk
             qFatal("%s cannot be edited", qPrintable(heading));
         editor->setText(text);
         return editor;
+    }
+
+    /// The lines of the slip 9 as they are stored.
+    QStringList stored()
+    {
+        return shop.rows(u"SELECT 商品名, 数量, 金額 FROM 入出庫サブ WHERE ID = 9 ORDER BY 明細ID"_s);
     }
 
     CorrectionShop shop;
