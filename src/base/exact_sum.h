@@ -22,6 +22,11 @@ public:
     [[nodiscard]] ExactSum times(int factor) const { return ExactSum(m_count * factor); }
 
     [[nodiscard]] double value() const { return m_count / perUnit + 0.0; } // no -0
+    /// One that is not a number is the same as another such one.
+    [[nodiscard]] bool isSame(const ExactSum &other) const
+    {
+        return m_count == other.m_count || (std::isnan(m_count) && std::isnan(other.m_count));
+    }
     [[nodiscard]] bool isZero() const { return m_count == 0; }
 
 private:

@@ -32,19 +32,6 @@ std::vector<TaxableAmount> taxableLines(const std::vector<SlipLine> &lines, doub
     return amounts;
 }
 
-// As closing the slip will store it.
-SlipLine taxLine(const RateTax &tax, bool isOwn)
-{
-    SlipLine line;
-    line.product = QString::fromUtf16(taxLineName);
-    line.amount = tax.tax;
-    if (!isOwn) {
-        line.taxClass = tax.taxClass;
-        line.taxRate = tax.rate;
-    }
-    return line;
-}
-
 } // namespace
 
 bool hasTaxLine(const Slip &slip)
@@ -63,18 +50,32 @@ std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, doub
     return goods;
 }
 
+std::vector<SlipLine> taxLinesOf(const std::vector<RateTax> &taxes, double slipRate)
+{
+    const bool isOwn = isSlipsOwn(taxes, slipRate);
+    std::vector<SlipLine> lines;
+    for (const RateTax &tax : taxes) {
+        if (tax.tax == 0)
+            continue;
+        SlipLine line;
+        line.product = QString::fromUtf16(taxLineName);
+        line.amount = tax.tax;
+        if (!isOwn) {
+            line.taxClass = tax.taxClass;
+            line.taxRate = tax.rate;
+        }
+        lines.push_back(line);
+    }
+    return lines;
+}
+
 base::Result<std::vector<SlipLine>> taxLinesFor(const std::vector<SlipLine> &goods, double rate,
                                                 double slipRate)
 {
     const auto taxes = taxesByRate(taxableGoods(goods, rate), Basis::Net);
     if (!taxes)
         return taxes.error();
-    std::vector<SlipLine> lines;
-    for (const RateTax &tax : *taxes) {
-        if (tax.tax != 0)
-            lines.push_back(taxLine(tax, isSlipsOwn(*taxes, slipRate)));
-    }
-    return lines;
+    return taxLinesOf(*taxes, slipRate);
 }
 
 base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax)

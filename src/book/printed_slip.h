@@ -29,6 +29,10 @@ bool hasTaxLine(const Slip &slip);
 /// The goods among \a lines with their rates; \a rate, percent, of those that have none of their own.
 std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, double rate);
 
+/// The tax lines that a slip of \a slipRate percent gets of \a taxes, one for each that is not 0. A line says
+/// which rate it is of, unless that is the only one and the slip's own.
+std::vector<SlipLine> taxLinesOf(const std::vector<RateTax> &taxes, double slipRate);
+
 /// The tax lines that closing a slip of \a goods stores, one for each rate whose tax is not 0. \a rate: as
 /// above; \a slipRate: percent that the slip itself says.
 base::Result<std::vector<SlipLine>> taxLinesFor(const std::vector<SlipLine> &goods, double rate,

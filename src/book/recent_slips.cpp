@@ -72,27 +72,35 @@ std::vector<Condition> piecesOf(const QDate &from, const QDate &before)
     return {within, {u"日付 IS NULL"_s, {}}};
 }
 
-// Each line's goods once a slip, from the newest slip to the oldest one.
+// A slip's line of goods. Without a quantity its amount tells whether it is a return.
+struct GoodsOfSlip
+{
+    QString product, specification;
+    std::optional<double> price;
+    double sold = 0; // in the whole slip
+};
+
+// What each slip sold of each goods, from the newest slip to the oldest one: a slip that sold them is one
+// time, one that took them back takes one away.
 class Usual
 {
 public:
-    void take(const RecentSlip &slip, const QVariantList &line)
+    void take(const RecentSlip &slip, const db::Rows &lines)
     {
-        const QString product = line.at(1).toString();
-        const QString specification = line.at(2).toString();
-        const QString key = product + u'\n' + specification;
-        if (!m_places.contains(key)) {
-            m_places.insert(key, m_goods.size());
-            m_goods.push_back({product, specification, 0, slip.date, storedNumber(line.at(3))});
-            m_lastSlip.push_back(0);
+        for (const GoodsOfSlip &each : goodsOf(lines)) {
+            UsualGoods &usual = placeOf(each);
+            usual.times += each.sold < 0 ? -1 : 1;
+            if (each.sold >= 0 && usual.lastSlip == 0) {
+                usual.lastSlip = slip.id;
+                usual.lastDate = slip.date;
+                usual.price = each.price;
+            }
         }
-        const std::size_t place = m_places.value(key);
-        if (std::exchange(m_lastSlip[place], slip.id) != slip.id)
-            ++m_goods[place].times;
     }
 
     std::vector<UsualGoods> most(int count)
     {
+        std::erase_if(m_goods, [](const UsualGoods &each) { return each.times <= 0; });
         std::stable_sort(m_goods.begin(), m_goods.end(),
                          [](const auto &a, const auto &b) { return a.times > b.times; });
         m_goods.resize(std::min(m_goods.size(), static_cast<std::size_t>(count)));
@@ -100,8 +108,33 @@ public:
     }
 
 private:
+    static std::vector<GoodsOfSlip> goodsOf(const db::Rows &lines)
+    {
+        std::vector<GoodsOfSlip> goods;
+        for (const QVariantList &line : lines.rows) {
+            const QString product = line.at(0).toString();
+            const QString specification = line.at(1).toString();
+            auto place = std::ranges::find_if(goods, [&](const GoodsOfSlip &each) {
+                return each.product == product && each.specification == specification;
+            });
+            if (place == goods.end())
+                place = goods.insert(place, {product, specification, storedNumber(line.at(2))});
+            place->sold += storedNumber(line.at(3)).value_or(storedNumber(line.at(4)).value_or(0));
+        }
+        return goods;
+    }
+
+    UsualGoods &placeOf(const GoodsOfSlip &goods)
+    {
+        const QString key = goods.product + u'\n' + goods.specification;
+        if (!m_places.contains(key)) {
+            m_places.insert(key, m_goods.size());
+            m_goods.push_back({goods.product, goods.specification});
+        }
+        return m_goods[m_places.value(key)];
+    }
+
     std::vector<UsualGoods> m_goods;
-    std::vector<qint64> m_lastSlip; // by goods
     QHash<QString, std::size_t> m_places;
 };
 
@@ -135,13 +168,12 @@ base::Result<std::vector<UsualGoods>> usualGoods(db::Connection &connection, con
     Usual usual;
     for (const RecentSlip &slip : *newest) {
         const auto lines =
-            connection.select(u"SELECT ID, 商品名, 規格, 単価 FROM 入出庫サブ WHERE ID = ? AND "_s +
+            connection.select(u"SELECT 商品名, 規格, 単価, 数量, 金額 FROM 入出庫サブ WHERE ID = ? AND "_s +
                                   goods.sql + u" ORDER BY 明細ID"_s,
                               QVariantList{slip.id} + goods.values);
         if (!lines)
             return lines.error();
-        for (const QVariantList &line : lines->rows)
-            usual.take(slip, line);
+        usual.take(slip, *lines);
     }
     return usual.most(most);
 }

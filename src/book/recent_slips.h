@@ -31,12 +31,13 @@ struct UsualGoods
 {
     QString product;
     QString specification;
-    int times = 0;               // slips that have it
-    QString lastDate;            // yyyy-MM-dd
-    std::optional<double> price; // of the last time
+    int times = 0;                 // slips that sold it, less those that took it back
+    qint64 lastSlip = 0;           // that sold it
+    QString lastDate{};            // its day, yyyy-MM-dd
+    std::optional<double> price{}; // and its price
 };
 
-/// What the newest \a slips slips of \a kind have most often, at most \a most goods; of those that are alike
+/// What the newest \a slips slips of \a kind sold most often, at most \a most goods; of those that are alike
 /// the one that came last.
 base::Result<std::vector<UsualGoods>> usualGoods(db::Connection &connection, const SlipKind &kind,
                                                  qint64 counterpart, int slips, int most);

@@ -1,6 +1,7 @@
 #include "book/slip_store.h"
 
 #include "book/numbering.h"
+#include "book/printed_slip.h"
 #include "book/slip_columns.h"
 #include "book/stored_values.h"
 #include "book/tax.h"
@@ -101,22 +102,13 @@ base::Result<double> headersTaxRate(db::Connection &connection, qint64 id)
     return rate ? base::Result<double>(rate->value(0, u"消費税率"_s).toDouble()) : rate.error();
 }
 
-// One line for each rate. It says which one it is of, unless that is the only one and the slip's own.
 base::Status addTaxLines(db::Connection &connection, qint64 id, const std::vector<RateTax> &taxes)
 {
     const auto own = headersTaxRate(connection, id);
     if (!own)
         return own.error();
-    for (const RateTax &tax : taxes) {
-        if (tax.tax == 0)
-            continue;
-        const base::Status added = isSlipsOwn(taxes, *own)
-                                       ? addTaxLine(connection, id, tax.tax)
-                                       : insertLine(connection, u"商品名, 金額, 税区分, 税率"_s,
-                                                    {QString::fromUtf16(taxLineName), tax.tax,
-                                                     static_cast<int>(tax.taxClass), tax.rate},
-                                                    id);
-        if (!added)
+    for (const SlipLine &line : taxLinesOf(taxes, *own)) {
+        if (const base::Status added = addTaxLine(connection, id, line); !added)
             return added;
     }
     return {};

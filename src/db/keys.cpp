@@ -4,11 +4,37 @@
 #include "db/schema.h"
 #include "db/transaction.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace db
 {
 
+namespace
+{
+
+base::Error usedUp(const QString &table)
+{
+    return {u"番号が上限（2147483647）に達したため、「"_s + table + u"」に追加できませんでした。"_s};
+}
+
+// The key below the highest gap; 0 where all keys stand close together up to the last one.
+base::Result<qint64> highestBeforeGap(Connection &connection, const QString &table)
+{
+    const QString key = keyOf(table);
+    const auto found = connection.integers(
+        u"SELECT 前.%1 FROM %2 AS 前 WHERE 前.%1 < ? AND NOT EXISTS "
+        "(SELECT 1 FROM %2 AS 次 WHERE 次.%1 = 前.%1 + 1) ORDER BY 前.%1 DESC LIMIT 1"_s.arg(key, table),
+        {highestKey});
+    if (!found)
+        return found.error();
+    return found->empty() ? 0 : std::max<qint64>(found->front(), 0);
+}
+
+} // namespace
+
+// A single stray row under the last key of all, of a damaged or foreign book, does not use up all others.
 base::Result<qint64> nextKey(Connection &connection, const QString &table)
 {
     const QString key = keyOf(table);
@@ -18,10 +44,16 @@ base::Result<qint64> nextKey(Connection &connection, const QString &table)
     if (!found)
         return found.error();
     const qint64 highest = found->empty() ? 0 : found->front();
-    if (highest >= highestKey)
-        return base::Error{u"番号が上限（2147483647）に達したため、「"_s + table +
-                           u"」に追加できませんでした。"_s};
-    return highest + 1;
+    if (highest < highestKey)
+        return highest + 1;
+    const auto before = highestBeforeGap(connection, table);
+    if (!before)
+        return before;
+    const auto taken = connection.integers(
+        u"SELECT "_s + key + u" FROM "_s + table + u" WHERE "_s + key + u" = ?"_s, {*before + 1});
+    if (!taken)
+        return taken.error();
+    return taken->empty() ? base::Result<qint64>(*before + 1) : usedUp(table);
 }
 
 // Each number asks for the next one as long as it is named; the last one asked for is free.

@@ -11,8 +11,9 @@ class Connection;
 /// Keys are 32-bit integers, as the slip forms and the users' older files hold them.
 inline constexpr qint64 highestKey = 2147483647;
 
-/// The next free key of \a table: the highest existing one plus 1, 1 for an empty table. Fails when the
-/// highest key is taken. To be called inside the transaction that uses it.
+/// The next free key of \a table: the highest existing one plus 1, 1 for an empty table. Where the highest
+/// key of all is taken, the one above the rows below the highest gap; fails when there is none. To be called
+/// inside the transaction that uses it.
 base::Result<qint64> nextKey(Connection &connection, const QString &table);
 
 /// Where rows name the keys of another table's.

@@ -82,6 +82,7 @@ void frmNouhin::setUpList()
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
     bindUndo(m_ui->cmdUndo);
+    bindNameless(m_ui->cmdNameless, book::Party::Customer);
 }
 
 void frmNouhin::connectButtons()
@@ -149,7 +150,9 @@ void frmNouhin::openCustomer(qint64 id)
 base::Status frmNouhin::openRows()
 {
     const base::Status loaded = m_ui->panel->loadCategories();
-    return loaded ? registers::openEveryCustomer(rows()) : loaded;
+    const base::Status opened = loaded ? registers::openEveryCustomer(rows()) : loaded;
+    m_isPart = m_isPart && !opened;
+    return opened;
 }
 
 bool frmNouhin::mayClose()
@@ -299,6 +302,7 @@ void frmNouhin::mergeDuplicates()
         return;
     DialogDuplicates(workspace(), this).exec();
     openEvery();
+    m_ui->glance->showAgain(); // the first one may have got slips
     m_ui->DataGrid1->setFocus();
 }
 

@@ -95,6 +95,7 @@ void frmSiire::setUpList()
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
     bindUndo(m_ui->cmdUndo);
+    bindNameless(m_ui->cmdNameless, book::Party::Supplier);
 }
 
 void frmSiire::connectButtons()
@@ -144,6 +145,12 @@ base::Status frmSiire::store() { return registers::saveSupplier(rows()); }
 
 void frmSiire::showRow() { m_boxes.show(); }
 
+void frmSiire::focusColumn(const QString &column)
+{
+    if (column == u"仕入先名1"_s)
+        m_ui->txtName1->setFocus();
+}
+
 void frmSiire::entryEnded() { m_ui->cmdAdd->setFocus(); }
 
 // Warns of a saved supplier's own code too, in the words of the customer register: both are wanted.
@@ -158,9 +165,10 @@ void frmSiire::warnOfCode()
 std::vector<RegisterScreen::State> frmSiire::states() const
 {
     return {
-        {m_ui->DataGrid1, true, true, false},  {m_ui->panel, false, true, true},
-        {m_ui->cmdAdd, true, true, false},     {m_ui->cmdUpdate, false, true, true},
-        {m_ui->cmdCancel, false, false, true}, {m_ui->cmdDelete, false, true, false},
+        {m_ui->DataGrid1, true, true, false},   {m_ui->panel, false, true, true},
+        {m_ui->cmdAdd, true, true, false},      {m_ui->cmdUpdate, false, true, true},
+        {m_ui->cmdCancel, false, false, true},  {m_ui->cmdDelete, false, true, false},
+        {m_ui->cmdNameless, true, true, false},
     };
 }
 

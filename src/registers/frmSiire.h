@@ -43,6 +43,7 @@ protected:
     void forgetBoxes() override;
     base::Status store() override;
     void showRow() override;
+    void focusColumn(const QString &column) override;
     void entryEnded() override;
 
 private:

@@ -1,6 +1,8 @@
 #include "registers/register_screen.h"
 
 #include "registers/counterpart.h"
+#include "registers/duplicates/DialogNameless.h"
+#include "registers/duplicates/nameless_hint.h"
 #include "registers/last_counterparts.h"
 #include "registers/lists/customer_deletion.h"
 #include "text/numbers.h"
@@ -51,6 +53,12 @@ void RegisterScreen::bindUndo(QPushButton *undo)
     });
 }
 
+void RegisterScreen::bindNameless(QPushButton *button, book::Party party)
+{
+    m_nameless = new NamelessHint(button, workspace().connection, party);
+    connect(button, &QPushButton::clicked, this, [this, party] { careForNameless(party); });
+}
+
 // --- Opening and closing ---
 
 bool RegisterScreen::opened(const base::Status &opened)
@@ -66,6 +74,7 @@ void RegisterScreen::showEvent(QShowEvent *event)
         tell(openRows());
     m_opened = true;
     ui::Screen::showEvent(event);
+    countNameless();
     // Once the screen stands, so that a message has a window behind it.
     if (m_startsNew)
         QMetaObject::invokeMethod(this, &RegisterScreen::add, Qt::QueuedConnection);
@@ -157,6 +166,8 @@ std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
     if (stored) {
         m_savedKey = key;
         rememberRow();
+        if (m_mode == Mode::Browsing)
+            countNameless();
     } else {
         m_failure = Failure{stored.error().text, title, {}};
     }
@@ -181,6 +192,27 @@ void RegisterScreen::tellFailure()
         return;
     ui::prompts::inform(this, m_failure->text, m_failure->title);
     focusColumn(m_failure->column);
+}
+
+// --- Rows without a name ---
+
+void RegisterScreen::careForNameless(book::Party party)
+{
+    if (!leaveRow())
+        return;
+    DialogNameless dialog(workspace(), party, this);
+    dialog.exec();
+    if (!dialog.chosen())
+        tell(m_rows.requery());
+    else if (tell(openRows()) && tell(m_rows.moveToKey(*dialog.chosen())))
+        focusColumn(m_rows.table() + u"名1"_s);
+    countNameless();
+}
+
+void RegisterScreen::countNameless()
+{
+    if (m_nameless)
+        m_nameless->countAnew();
 }
 
 // --- States ---
@@ -210,6 +242,9 @@ void RegisterScreen::setMode(Mode mode)
 {
     m_mode = mode;
     showStates();
+    // A row that is being entered has no name yet.
+    if (mode == Mode::Browsing)
+        countNameless();
 }
 
 void RegisterScreen::showStates()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "book/slip_kind.h"
 #include "db/recordset.h"
 #include "ui/screen.h"
 
@@ -16,6 +17,8 @@ class Grid;
 
 namespace registers
 {
+
+class NamelessHint;
 
 /// A register: a list of rows and the boxes of the current one, in which a row is browsed and edited, or a
 /// new one entered. What the clerk typed is saved, or the clerk is asked, before it is left.
@@ -53,6 +56,9 @@ protected:
 
     /// \a undo takes back what was typed into the row that is browsed, for as long as that can be done.
     void bindUndo(QPushButton *undo);
+
+    /// \a button leads to the rows without a name, and shows only where there are some.
+    void bindNameless(QPushButton *button, book::Party party);
 
     [[nodiscard]] db::Recordset &rows() { return m_rows; }
     [[nodiscard]] const db::Recordset &rows() const { return m_rows; }
@@ -114,11 +120,14 @@ private:
     [[nodiscard]] QString removalRemark() const;
     void setMode(Mode mode);
     void showUndo();
+    void careForNameless(book::Party party);
+    void countNameless();
 
     db::Recordset m_rows;
     QString m_entryOpen;
     QLabel *m_count = nullptr;
     QPushButton *m_undo = nullptr;
+    NamelessHint *m_nameless = nullptr;
     Mode m_mode = Mode::Browsing;
     bool m_startsNew = false;
     bool m_opened = false;

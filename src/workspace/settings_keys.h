@@ -155,6 +155,8 @@ inline constexpr SettingKey kuroWindowState[8] = {
     {"Settings", "Kuro7WindowState", u""}, {"Settings", "Kuro8WindowState", u""},
 };
 inline constexpr SettingKey nouhinWindowState{"Settings", "NouhinWindowState", u""};
+/// Marks of customers that look like one and are two.
+inline constexpr SettingKey distinctCustomers{"Settings", "DistinctCustomers", u""};
 /// Address printing screen.
 inline constexpr SettingKey frmInvCheck1{"Settings", "frmInvCheck1", u""};
 /// Mail-order processing: options (there is no second one) and mail subject.

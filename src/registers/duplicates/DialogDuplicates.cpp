@@ -11,6 +11,7 @@
 #include "ui/progress.h"
 #include "ui/prompts.h"
 #include "ui_DialogDuplicates.h"
+#include "workspace/settings.h"
 #include "workspace/workspace.h"
 
 #include <QFileInfo>
@@ -53,6 +54,9 @@ QString nameOf(const DuplicateGroup &group)
     return reasons.join(u"、"_s);
 }
 
+// Who walks over the list does not wait for what stands beside each row; milliseconds.
+constexpr int afterMoving = 120;
+
 QString counted(qint64 count) { return text::formatAmount(static_cast<double>(count)); }
 
 } // namespace
@@ -60,12 +64,17 @@ QString counted(qint64 count) { return text::formatAmount(static_cast<double>(co
 DialogDuplicates::DialogDuplicates(workspace::Workspace &workspace, QWidget *parent)
     : ui::Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::DialogDuplicates>())
+    , m_distinct(workspace.settings.text(workspace::keys::distinctCustomers))
 {
     m_ui->setupUi(this);
     m_ui->gridGroups->showColumns(groupColumns());
     m_ui->gridPlan->showColumns(planColumns());
     connect(m_ui->gridGroups->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &DialogDuplicates::choosePair);
+    m_planTimer.setSingleShot(true);
+    connect(&m_planTimer, &QTimer::timeout, this, &DialogDuplicates::showPlan);
+    connect(m_ui->cmdDistinct, &QPushButton::clicked, this, &DialogDuplicates::markPair);
+    connect(m_ui->chkDistinct, &QCheckBox::clicked, this, &DialogDuplicates::showGroups);
     connect(m_ui->cmdSwap, &QPushButton::clicked, this, &DialogDuplicates::swapPair);
     connect(m_ui->cmdMerge, &QPushButton::clicked, this, &DialogDuplicates::merge);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &DialogDuplicates::reject);
@@ -98,13 +107,14 @@ bool DialogDuplicates::find()
     });
     if (!tell(found.status()))
         return false;
-    m_groups = std::move(*found);
+    m_found = std::move(*found);
     showGroups();
     return true;
 }
 
 void DialogDuplicates::showGroups()
 {
+    m_groups = m_ui->chkDistinct->isChecked() ? m_found : withoutDistinct(m_found, m_distinct);
     base::Report report{.columns = groupColumns()};
     for (const DuplicateGroup &group : m_groups) {
         base::beginGroup(report, nameOf(group));
@@ -118,7 +128,8 @@ void DialogDuplicates::showGroups()
     m_ui->labelCount->setText(m_groups.empty() ? u"重複していると思われる納品先はありません。"_s
                                                : u"重複していると思われる納品先　%1 組"_s.arg(
                                                      counted(static_cast<qint64>(m_groups.size()))));
-    choosePair();
+    if (m_groups.empty()) // where there is a row, its becoming the current one tells
+        choosePair();
 }
 
 // --- The two ---
@@ -139,7 +150,9 @@ void DialogDuplicates::choosePair()
         m_pair = Pair{first, current == first ? customers[1].id : current};
         break;
     }
-    showPlan();
+    m_plan.reset();
+    m_planTimer.start(afterMoving);
+    showStates();
 }
 
 void DialogDuplicates::swapPair()
@@ -166,6 +179,7 @@ QString DialogDuplicates::shownValue(const QString &column, const QVariant &valu
 
 void DialogDuplicates::showPlan()
 {
+    m_planTimer.stop();
     m_plan.reset();
     base::Report report{.columns = planColumns()};
     if (m_pair) {
@@ -175,12 +189,15 @@ void DialogDuplicates::showPlan()
     }
     if (m_plan) {
         report.rows.push_back({{u"納品先ID"_s, m_plan->kept, m_plan->gone, m_plan->kept, QString()}});
+        report.rows.push_back({{u"伝票（件）"_s, m_plan->keptSlips, m_plan->slips,
+                                m_plan->keptSlips + m_plan->slips, QString()}});
         for (const MergedField &field : m_plan->fields) {
             if (MergedField::isEmpty(field.kept) && MergedField::isEmpty(field.gone))
                 continue;
-            const QString mark = field.isFilled() ? u"補います"_s
-                                 : field.isLost() ? u"残りません"_s
-                                                  : QString();
+            const QString mark = field.isFilled()     ? u"補います"_s
+                                 : field.isReplaced() ? u"置き換えます"_s
+                                 : field.isLost()     ? u"残りません"_s
+                                                      : QString();
             report.rows.push_back(
                 {{field.column, shownValue(field.column, field.kept), shownValue(field.column, field.gone),
                   shownValue(field.column, field.after()), mark}});
@@ -192,13 +209,18 @@ void DialogDuplicates::showPlan()
 
 QString DialogDuplicates::planInWords() const
 {
+    if (!m_plan && m_planTimer.isActive())
+        return u"…"_s;
     if (!m_plan)
         return m_groups.empty() ? QString() : u"統合する納品先を一覧で選んでください。"_s;
     if (!m_plan->refusal.isEmpty())
         return m_plan->refusal;
-    return u"納品先ID %1 の伝票 %2 件と発送 %3 件は、納品先ID %4 のものになります。"_s.arg(
+    const QString follow = u"納品先ID %1 の伝票 %2 件と発送 %3 件は、納品先ID %4 のものになります。"_s.arg(
         QString::number(m_plan->gone), counted(m_plan->slips), counted(m_plan->shipments),
         QString::number(m_plan->kept));
+    return m_plan->isTaxedTogether() ? follow + u"\n消費税は請求時に合わせた額から計算されるため、"
+                                                "別々に請求したときと端数が変わることがあります。"_s
+                                     : follow;
 }
 
 void DialogDuplicates::showStates()
@@ -206,6 +228,41 @@ void DialogDuplicates::showStates()
     m_ui->labelPlan->setText(planInWords());
     m_ui->cmdSwap->setEnabled(m_plan.has_value());
     m_ui->cmdMerge->setEnabled(m_plan && m_plan->refusal.isEmpty());
+    m_ui->cmdDistinct->setEnabled(m_pair.has_value());
+    m_ui->cmdDistinct->setText(isMarked() ? u"「重複ではない」をやめる(&N)"_s : u"重複ではない(&N)"_s);
+}
+
+// --- Two that are two ---
+
+const ProbableDuplicate *DialogDuplicates::customerWith(qint64 id) const
+{
+    for (const DuplicateGroup &group : m_groups) {
+        for (const ProbableDuplicate &customer : group.customers) {
+            if (customer.id == id)
+                return &customer;
+        }
+    }
+    return nullptr;
+}
+
+bool DialogDuplicates::isMarked() const
+{
+    const ProbableDuplicate *kept = m_pair ? customerWith(m_pair->kept) : nullptr;
+    const ProbableDuplicate *gone = m_pair ? customerWith(m_pair->gone) : nullptr;
+    return kept && gone && m_distinct.has(*kept, *gone);
+}
+
+void DialogDuplicates::markPair()
+{
+    const ProbableDuplicate *kept = m_pair ? customerWith(m_pair->kept) : nullptr;
+    const ProbableDuplicate *gone = m_pair ? customerWith(m_pair->gone) : nullptr;
+    if (!kept || !gone)
+        return;
+    m_distinct.mark(*kept, *gone, !isMarked());
+    workspace().settings.write(workspace::keys::distinctCustomers, m_distinct.stored());
+    showGroups();
+    showStates();
+    m_ui->gridGroups->setFocus();
 }
 
 // --- Merging ---
@@ -226,13 +283,29 @@ bool DialogDuplicates::keepCopy()
     return m_copied;
 }
 
+bool DialogDuplicates::readBalances(MergePlan &plan)
+{
+    const auto balances =
+        ui::runWithProgress(this, u"売掛金残高を計算しています。"_s, [&](const base::Progress &progress) {
+            return mergeBalances(workspace().connection, plan, progress);
+        });
+    if (balances)
+        plan.balances = *balances;
+    return tell(balances.status());
+}
+
 void DialogDuplicates::merge()
 {
-    if (!m_plan)
+    if (!m_plan || !readBalances(*m_plan))
         return;
+    const MergeBalances &owed = *m_plan->balances;
     const QString question = u"納品先ID %1 を納品先ID %2 に統合します。よろしいですか。"_s.arg(
         QString::number(m_plan->gone), QString::number(m_plan->kept));
-    QString remark = planInWords() + u"\n納品先ID %1 は名簿からなくなります。"_s.arg(m_plan->gone);
+    QString remark =
+        planInWords() + u"\n売掛金残高は、%1 円と %2 円を合わせて %3 円になります。"_s.arg(
+                            text::formatAmount(owed.kept.value()), text::formatAmount(owed.gone.value()),
+                            text::formatAmount(owed.after()));
+    remark += u"\n納品先ID %1 は名簿からなくなります。"_s.arg(m_plan->gone);
     if (!m_copied)
         remark += u"\n統合する前の内容は「%1」に残します。"_s.arg(
             QFileInfo(base::datedName(workspace().connection.fileName(), u"統合前"_s, workspace().today()))

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "registers/duplicates/customer_merge.h"
+#include "registers/duplicates/distinct_pairs.h"
 #include "registers/duplicates/duplicate_customers.h"
 #include "ui/screen.h"
+
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -42,13 +45,20 @@ private:
     void swapPair();
     void showPlan();
     void showStates();
+    void markPair();
+    [[nodiscard]] const ProbableDuplicate *customerWith(qint64 id) const;
+    [[nodiscard]] bool isMarked() const;
     void merge();
+    bool readBalances(MergePlan &plan);
     bool keepCopy();
     [[nodiscard]] QString planInWords() const;
     [[nodiscard]] QString shownValue(const QString &column, const QVariant &value) const;
 
     std::unique_ptr<Ui::DialogDuplicates> m_ui;
-    std::vector<DuplicateGroup> m_groups;
+    std::vector<DuplicateGroup> m_found;
+    std::vector<DuplicateGroup> m_groups; // those that are shown
+    DistinctPairs m_distinct;
+    QTimer m_planTimer;
     std::vector<std::pair<qint64, QString>> m_categories;
     std::optional<Pair> m_pair;
     std::optional<MergePlan> m_plan;

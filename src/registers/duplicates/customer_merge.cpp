@@ -1,5 +1,6 @@
 #include "registers/duplicates/customer_merge.h"
 
+#include "book/movement_sums.h"
 #include "book/slip_counts.h"
 #include "book/slip_move.h"
 #include "db/connection.h"
@@ -47,6 +48,12 @@ base::Result<QVariantList> rowOf(db::Connection &connection, qint64 id)
     return found->rows.front();
 }
 
+const MergedField &fieldOf(const MergePlan &plan, const QString &column)
+{
+    return *std::find_if(plan.fields.begin(), plan.fields.end(),
+                         [&](const MergedField &field) { return field.column == column; });
+}
+
 // Shipments belong by the customer's key. Those from before there was one, by name and address, whether the
 // customer sent them or got them.
 struct Shipments
@@ -57,10 +64,9 @@ struct Shipments
 
 Shipments shipmentsOf(const MergePlan &plan)
 {
-    const auto goneValue = [&plan](const QString &column) {
-        const auto field = std::find_if(plan.fields.begin(), plan.fields.end(),
-                                        [&](const MergedField &each) { return each.column == column; });
-        return field->gone.toString().isNull() ? u""_s : field->gone.toString();
+    // Never NULL, which nothing equals.
+    const auto goneValue = [&plan](const QString &column) -> QString {
+        return u""_s + fieldOf(plan, column).gone.toString();
     };
     const QString name1 = goneValue(u"納品先名1"_s);
     const QString address1 = goneValue(u"住所1"_s);
@@ -90,12 +96,6 @@ base::Result<qint64> countSlipsOf(db::Connection &connection, qint64 customer)
                                          .counterpart = book::CounterpartKey(customer)});
 }
 
-const MergedField &fieldOf(const MergePlan &plan, const QString &column)
-{
-    return *std::find_if(plan.fields.begin(), plan.fields.end(),
-                         [&](const MergedField &field) { return field.column == column; });
-}
-
 // A slip that is being entered holds the customer's key on its screen.
 base::Result<QString> openSlipsRefusal(db::Connection &connection, const MergePlan &plan)
 {
@@ -116,13 +116,29 @@ base::Result<QString> openSlipsRefusal(db::Connection &connection, const MergePl
 QString taxRefusal(const MergePlan &plan)
 {
     const MergedField &tax = fieldOf(plan, u"消費税区分"_s);
-    const int kept = tax.kept.toInt();
-    const int gone = tax.gone.toInt();
-    if (plan.slips == 0 || kept == gone)
+    const int after = tax.after().toInt();
+    const bool keepsKept = plan.keptSlips == 0 || tax.kept.toInt() == after;
+    const bool keepsGone = plan.slips == 0 || tax.gone.toInt() == after;
+    if (keepsKept && keepsGone)
         return {};
     return u"消費税区分が違い（%1 と %2）、伝票の消費税が変わってしまうため、統合できません。"
            "納品先登録で消費税区分をそろえてから、もう一度実行してください。"_s.arg(
-               taxClassNames().value(kept), taxClassNames().value(gone));
+               taxClassNames().value(tax.kept.toInt()), taxClassNames().value(tax.gone.toInt()));
+}
+
+// What a new row, or an import, starts with was chosen by nobody.
+bool saysNothing(const QString &column, const QVariant &value)
+{
+    static const QStringList preset{u"締め日"_s, u"消費税区分"_s, u"元帳出力"_s};
+    return MergedField::isEmpty(value) || (preset.contains(column) && value.toInt() == 0);
+}
+
+bool takesGone(const MergePlan &plan, const QString &column, const QVariant &kept, const QVariant &gone)
+{
+    if (column == u"消費税区分" && plan.keptSlips > 0) // by which its slips were taxed, an empty one as 0
+        return false;
+    return MergedField::isEmpty(kept) ? !MergedField::isEmpty(gone)
+                                      : saysNothing(column, kept) && !saysNothing(column, gone);
 }
 
 base::Result<QString> refusalOf(db::Connection &connection, const MergePlan &plan)
@@ -138,7 +154,7 @@ QVariantMap filledValues(const MergePlan &plan)
 {
     QVariantMap values;
     for (const MergedField &field : plan.fields) {
-        if (field.isFilled())
+        if (field.takesGone)
             values.insert(field.column, field.gone);
     }
     return values;
@@ -173,7 +189,29 @@ base::Status moveShipments(db::Connection &connection, const MergePlan &plan, qi
 bool isAsShown(const MergePlan &now, const MergePlan &plan)
 {
     return now.keptVersion == plan.keptVersion && now.goneVersion == plan.goneVersion &&
-           now.fields == plan.fields && now.slips == plan.slips && now.shipments == plan.shipments;
+           now.fields == plan.fields && now.slips == plan.slips && now.shipments == plan.shipments &&
+           now.keptSlips == plan.keptSlips;
+}
+
+base::Result<base::ExactSum> balanceOf(db::Connection &connection, qint64 customer,
+                                       const base::Progress &progress)
+{
+    base::ExactSum sum;
+    const base::Status added = book::sumMovements(
+        connection,
+        {.kinds = book::balanceKindsOf(book::Party::Customer), .counterpart = book::CounterpartKey(customer)},
+        {}, progress, [&sum](const book::MovementSum &part) { sum.add(part.inBalance()); });
+    return added ? base::Result<base::ExactSum>(sum) : added.error();
+}
+
+base::Result<bool> owesAsShown(db::Connection &connection, const MergePlan &plan)
+{
+    if (!plan.balances)
+        return true;
+    const auto now = mergeBalances(connection, plan, base::unwatched);
+    if (!now)
+        return now.error();
+    return now->kept.isSame(plan.balances->kept) && now->gone.isSame(plan.balances->gone);
 }
 
 base::Status merge(db::Connection &connection, const MergePlan &plan, const QDate &today)
@@ -183,7 +221,10 @@ base::Status merge(db::Connection &connection, const MergePlan &plan, const QDat
         return now.error();
     if (!now->refusal.isEmpty())
         return base::Error{now->refusal};
-    if (!isAsShown(*now, plan))
+    const auto owesTheSame = owesAsShown(connection, plan);
+    if (!owesTheSame)
+        return owesTheSame.error();
+    if (!isAsShown(*now, plan) || !*owesTheSame)
         return base::Error{.text =
                                u"ほかのプログラムで納品先が変更されたため、統合しませんでした。いまの内容を"
                                "確かめてから、もう一度実行してください。"_s,
@@ -215,19 +256,50 @@ base::Result<MergePlan> planMerge(db::Connection &connection, qint64 kept, qint6
                    .goneVersion = goneRow->constLast(),
                    .fields = {},
                    .refusal = {}};
-    for (qsizetype column = 0; column < mergedColumns().size(); ++column)
-        plan.fields.push_back({mergedColumns().at(column), keptRow->at(column), goneRow->at(column)});
     const auto slips = countSlipsOf(connection, gone);
-    const auto shipments = slips ? countShipments(connection, plan) : slips;
+    const auto keptSlips = countSlipsOf(connection, kept);
+    if (!slips || !keptSlips)
+        return slips ? keptSlips.error() : slips.error();
+    plan.slips = *slips;
+    plan.keptSlips = *keptSlips;
+    for (qsizetype place = 0; place < mergedColumns().size(); ++place) {
+        const QString &column = mergedColumns().at(place);
+        const QVariant &ofKept = keptRow->at(place);
+        const QVariant &ofGone = goneRow->at(place);
+        plan.fields.push_back({column, ofKept, ofGone, takesGone(plan, column, ofKept, ofGone)});
+    }
+    const auto shipments = countShipments(connection, plan);
     if (!shipments)
         return shipments.error();
-    plan.slips = *slips;
     plan.shipments = *shipments;
     const auto refusal = refusalOf(connection, plan);
     if (!refusal)
         return refusal.error();
     plan.refusal = *refusal;
     return plan;
+}
+
+bool MergePlan::isTaxedTogether() const
+{
+    const auto taxClass = static_cast<book::TaxClass>(fieldOf(*this, u"消費税区分"_s).after().toInt());
+    return slips > 0 && keptSlips > 0 && taxClass == book::TaxClass::OnBill;
+}
+
+double MergeBalances::after() const
+{
+    base::ExactSum sum = kept;
+    sum.add(gone);
+    return sum.value();
+}
+
+base::Result<MergeBalances> mergeBalances(db::Connection &connection, const MergePlan &plan,
+                                          const base::Progress &progress)
+{
+    const auto kept = balanceOf(connection, plan.kept, progress);
+    const auto gone = kept ? balanceOf(connection, plan.gone, progress) : kept;
+    if (!gone)
+        return gone.error();
+    return MergeBalances{*kept, *gone};
 }
 
 base::Status mergeCustomers(db::Connection &connection, const MergePlan &plan, const QDate &today)

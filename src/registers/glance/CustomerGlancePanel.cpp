@@ -74,7 +74,11 @@ CustomerGlancePanel::CustomerGlancePanel(QWidget *parent)
     connect(m_ui->cmdSlip, &QPushButton::clicked, this, &CustomerGlancePanel::slipWanted);
     connect(m_ui->cmdLedger, &QPushButton::clicked, this, &CustomerGlancePanel::ledgerWanted);
     connect(m_ui->cmdSale, &QPushButton::clicked, this, &CustomerGlancePanel::saleWanted);
-    connect(m_ui->gridGlance, &QTableView::doubleClicked, this, &CustomerGlancePanel::slipWanted);
+    // Goods, shipments and headings lead to no slip.
+    connect(m_ui->gridGlance, &QTableView::doubleClicked, this, [this] {
+        if (m_ui->gridGlance->currentLink().isValid())
+            emit slipWanted();
+    });
     setOpeners({});
 }
 

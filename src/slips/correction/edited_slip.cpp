@@ -92,18 +92,20 @@ QStringList EditedSlip::remarks() const
     if (lines.isNewRow())
         remarks << u"新しい明細は、入力して「更新」を押すと伝票に入ります。"_s;
     remarks << lineDoubt() << taxDoubt(shown());
-    if (isLeftOpen(headers))
+    if (isLeftOpen())
         remarks << leftOpenRemark(taxDue());
     remarks.removeAll(QString());
     return remarks;
 }
+
+bool EditedSlip::isLeftOpen() const { return slips::isLeftOpen(headers); }
 
 bool EditedSlip::canBeClosed() const
 {
     if (counterpart.isEmpty())
         return false;
     const bool isUntaxed = isClosed(headers) && inclusiveIn(headers) && taxDue().value_or(0) != 0;
-    return isLeftOpen(headers) || isUntaxed;
+    return isLeftOpen() || isUntaxed;
 }
 
 void EditedSlip::takeBack()

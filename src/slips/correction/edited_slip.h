@@ -49,6 +49,7 @@ public:
 
     /// What is to be said of the slip as it stands, edits and all.
     [[nodiscard]] QStringList remarks() const;
+    [[nodiscard]] bool isLeftOpen() const;
     /// Whether it can be closed here: it was left open, or its tax line is missing.
     [[nodiscard]] bool canBeClosed() const;
     /// What closing the slip would book as its tax, yen; nothing where that cannot be computed.

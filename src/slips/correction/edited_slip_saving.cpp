@@ -14,6 +14,9 @@ namespace slips
 namespace
 {
 
+// Nobody changes a slip so often; a row that is never as it was read would be tried for ever.
+constexpr int mostRounds = 10;
+
 base::Error stays() { return {.text = {}, .cancelled = true}; }
 
 // Before the answer could be stored, another program has changed what was asked about.
@@ -52,7 +55,7 @@ struct EditedSlip::Storing
 {
     std::function<std::optional<Question>(const Figures &)> question; // nothing: it is stored without one
     std::function<base::Status(const Step &check)> asItIs;
-    bool agrees = true; // who stores it as it is, is not asked about it again
+    bool ofLineAlone = false; // of the header only what the tax is computed by
     std::function<void()> drop{};
 };
 
@@ -196,11 +199,13 @@ base::Status EditedSlip::store(Way way, const Storing &storing, const Figures &a
     base::Status done;
     switch (way) {
     case Way::Mend:
+        if (storing.ofLineAlone && !question->mending.tax)
+            return saveLineRecalculated(lines, check);
         done = saveRecalculated(headers, lines, m_connection, m_kind, question->mending, check);
         return done ? lines.requery() : done;
     case Way::AsItIs:
         done = storing.asItIs(check);
-        if (done && question && storing.agrees)
+        if (done && question && !storing.ofLineAlone) // who has said so is not asked again
             agreeTo(asked);
         return done;
     case Way::Drop:
@@ -215,7 +220,8 @@ base::Status EditedSlip::settle(const Storing &storing)
 {
     const qint64 slip = id();
     std::optional<Question> asked;
-    for (Way way = Way::AsItIs;;) {
+    Way way = Way::AsItIs;
+    for (int round = 0; round < mostRounds; ++round) {
         const bool wasDirty = isDirty();
         if (const base::Status read = readAnew(); !read)
             return failed(read);
@@ -240,6 +246,7 @@ base::Status EditedSlip::settle(const Storing &storing)
         if (done || !done.error().changed)
             return done ? done : failed(done);
     }
+    return failed(otherFigures());
 }
 
 base::Status EditedSlip::storeAll(const Step &check)
@@ -311,7 +318,7 @@ base::Status EditedSlip::leaveLine()
     };
     return settle({.question = question,
                    .asItIs = [this](const Step &check) { return saveLine(lines, check); },
-                   .agrees = false,
+                   .ofLineAlone = true,
                    .drop = [this] { lines.revert(); }});
 }
 

@@ -355,7 +355,7 @@ void SlipCorrectionScreen::print()
 // A slip that a killed program left open would be printed without the tax that is due on it.
 bool SlipCorrectionScreen::taxIsSettled()
 {
-    if (!m_slip.canBeClosed() || m_slip.taxDue() == 0.0)
+    if (!m_slip.isLeftOpen() || !m_slip.canBeClosed() || m_slip.taxDue() == 0.0)
         return true;
     switch (ui::prompts::askHowToLeave(this, u"消費税が計上されていません。計上してから印刷しますか。"_s,
                                        {u"計上して印刷(&S)"_s, u"このまま印刷(&D)"_s, true},

@@ -190,6 +190,22 @@ base::Result<std::vector<KeyedLine>> recalculated(std::vector<KeyedLine> lines, 
     return lines;
 }
 
+base::Status saveLineRecalculated(db::Recordset &lines, const db::Recordset::Step &check)
+{
+    const QVariant typed = lines.value(u"金額"_s);
+    const base::Status saved = lines.update([&]() -> base::Status {
+        if (const base::Status same = check(); !same)
+            return same;
+        const auto mended = recalculated({{0, lineIn(lines, lines.currentRow())}}, {});
+        if (mended)
+            lines.setValue(u"金額"_s, mended->front().line.amount);
+        return mended.status();
+    });
+    if (!saved)
+        lines.setValue(u"金額"_s, typed);
+    return saved;
+}
+
 base::Status saveRecalculated(db::Recordset &headers, db::Recordset &lines, db::Connection &connection,
                               const book::SlipKind &kind, const Recalculation &what,
                               const db::Recordset::Step &check)

@@ -57,6 +57,10 @@ std::vector<book::SlipLine> withoutKeys(const std::vector<KeyedLine> &lines);
 /// that was left open gets its tax line when it is closed.
 base::Result<std::vector<KeyedLine>> recalculated(std::vector<KeyedLine> lines, const Recalculation &what);
 
+/// Saves the edits of the current line alone with the 金額 that they make, after \a check in the same
+/// transaction; those of its header stay edits. After a failure the edits are as they were.
+base::Status saveLineRecalculated(db::Recordset &lines, const db::Recordset::Step &check);
+
 /// Saves the edits of the current header and the current line, and with them all that \a what makes of the
 /// lines as the file has them, in one transaction, after \a check. After a failure the edits are as they
 /// were; else the record set of the lines is to be read anew.

@@ -42,7 +42,9 @@ struct Twins : ScreenDriver
             if (groups().model()->index(row, 0).data().toString() == QString::number(id))
                 groups().setCurrentIndex(groups().model()->index(row, 0));
         }
+        QTRY_VERIFY(the<QLabel>("labelPlan").text() != u"…"_s); // what is read once the cursor rests
     }
+    int count() { return the<QLabel>("labelCount").text().section(u'　', 1).section(u' ', 0, 0).toInt(); }
     QString plan(const QString &column)
     {
         const QAbstractItemModel &model = *the<ui::ReportGrid>("gridPlan").model();
@@ -75,6 +77,7 @@ private slots:
         r.goTo(1);
         QCOMPARE(r.plan(u"納品先ID"_s), u"2|1|2|"_s); // the one with slips stays
         QCOMPARE(r.plan(u"メモ"_s), u"|古|古|補います"_s);
+        QCOMPARE(r.plan(u"伝票（件）"_s), u"1|0|1|"_s);
         QCOMPARE(r.plan(u"納品先名1"_s), u"山田商店|山田|山田商店|残りません"_s);
         r.press("cmdSwap");
         QCOMPARE(r.plan(u"納品先ID"_s), u"1|2|1|"_s);
@@ -83,6 +86,7 @@ private slots:
         r.press("cmdSwap");
         const QString question = u"納品先ID 1 を納品先ID 2 に統合します。よろしいですか。"_s;
         const QString remark = u"納品先ID 1 の伝票 0 件と発送 0 件は、納品先ID 2 のものになります。\n"
+                               "売掛金残高は、0 円と 0 円を合わせて 0 円になります。\n"
                                "納品先ID 1 は名簿からなくなります。\n"
                                "統合する前の内容は「shop 統合前 2026-04-01.cdb」に残します。"_s;
         ui::prompts::expectAskCautiously(question, false, remark);
@@ -108,6 +112,52 @@ private slots:
         QVERIFY(!r.the<QPushButton>("cmdMerge").isEnabled());
         r.goTo(2);
         QVERIFY(r.the<QPushButton>("cmdMerge").isEnabled());
+    }
+
+    // What is to be added up may have changed while the question stands.
+    void mergesWhatIsOwedAsItWasShown()
+    {
+        Twins r;
+        r.shop.run(u"UPDATE 納品先 SET 消費税区分 = 1"_s);
+        r.shop.run(u"INSERT INTO 入出庫サブ (ID, 金額) VALUES (2, 1200), (3, 30)"_s);
+        r.goTo(4);
+        QVERIFY(r.the<QLabel>("labelPlan").text().contains(u"端数が変わることがあります"_s));
+        ui::prompts::expectAskCautiously({}, true);
+        ui::prompts::meanwhile([&] { r.shop.run(u"UPDATE 入出庫サブ SET 金額 = 1300 WHERE ID = 2"_s); });
+        ui::prompts::expectInform({});
+        r.press("cmdMerge");
+        QCOMPARE(r.customers().size(), 4);
+        r.goTo(4);
+        ui::prompts::expectAskCautiously(
+            u"納品先ID 4 を納品先ID 3 に統合します。よろしいですか。"_s, false,
+            r.the<QLabel>("labelPlan").text() +
+                u"\n売掛金残高は、30 円と 1,300 円を合わせて 1,330 円になります。\n"
+                "納品先ID 4 は名簿からなくなります。"_s);
+        r.press("cmdMerge");
+    }
+
+    void twoThatAreTwoAreNotShownAgain()
+    {
+        Twins r;
+        r.goTo(3);
+        r.press("cmdDistinct");
+        QCOMPARE(r.count(), 1);
+        {
+            registers::DialogDuplicates again(r.shop.workspace);
+            ScreenDriver driver(&again);
+            driver.show();
+            QCoreApplication::processEvents();
+            QVERIFY(driver.the<QLabel>("labelCount").text().endsWith(u"1 組"_s));
+        }
+        r.press("chkDistinct");
+        QCOMPARE(r.count(), 2);
+        r.goTo(3);
+        r.press("cmdDistinct"); // it was a mistake
+        r.press("chkDistinct");
+        QCOMPARE(r.count(), 2);
+        r.goTo(3);
+        r.press("cmdDistinct");
+        QCOMPARE(r.customers().size(), 4);
     }
 
     // The customer is changed while the question stands.

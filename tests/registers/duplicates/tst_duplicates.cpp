@@ -188,6 +188,46 @@ private slots:
         QCOMPARE(shop.rows(u"SELECT 相手先ID FROM 発行控 ORDER BY 発行ID"_s).join(u' '), u"1 2"_s);
     }
 
+    void noPresetWinsOverWhatWasChosen_data()
+    {
+        QTest::addColumn<QString>("column");
+        QTest::addColumn<QVariant>("kept");
+        QTest::addColumn<QVariant>("gone");
+        QTest::addColumn<QString>("slips"); // of whom there are some: "1", "2"
+        QTest::addColumn<QVariant>("after");
+        const QVariant none;
+        QTest::newRow("closing day") << u"締め日"_s << QVariant(0) << QVariant(20) << u"12"_s << QVariant(20);
+        QTest::newRow("no closing day") << u"締め日"_s << none << QVariant(0) << u"12"_s << QVariant(0);
+        QTest::newRow("its own") << u"締め日"_s << QVariant(15) << QVariant(20) << u"2"_s << QVariant(15);
+        QTest::newRow("end of the month")
+            << u"締め日"_s << QVariant(20) << QVariant(0) << u"2"_s << QVariant(20);
+        QTest::newRow("ledger") << u"元帳出力"_s << QVariant(0) << QVariant(1) << u""_s << QVariant(1);
+        // The class by which slips were taxed stays theirs.
+        QTest::newRow("class, nobody's slips")
+            << u"消費税区分"_s << QVariant(0) << QVariant(2) << u""_s << QVariant(2);
+        QTest::newRow("class with its slips")
+            << u"消費税区分"_s << none << QVariant(1) << u"2"_s << QVariant(1);
+        QTest::newRow("no class, but slips") << u"消費税区分"_s << none << QVariant(1) << u"1"_s << none;
+    }
+    void noPresetWinsOverWhatWasChosen()
+    {
+        QFETCH(QString, column);
+        QFETCH(QVariant, kept);
+        QFETCH(QVariant, gone);
+        QFETCH(QString, slips);
+        FreshShop shop;
+        addCustomers(shop);
+        shop.run(u"UPDATE 納品先 SET "_s + column + u" = ? WHERE 納品先ID = 1"_s, {kept});
+        shop.run(u"UPDATE 納品先 SET "_s + column + u" = ? WHERE 納品先ID = 2"_s, {gone});
+        for (const QChar customer : slips)
+            shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号, 相手先ID) VALUES (?, 'O', ?)"_s,
+                     {customer.digitValue(), customer.digitValue()});
+        const auto plan = planMerge(shop.connection, 1, 2);
+        QVERIFY2(plan && plan->refusal.isEmpty(), plan ? qPrintable(plan->refusal) : "");
+        QVERIFY(mergeCustomers(shop.connection, *plan, shop.now.date()));
+        QTEST(shop.value(u"SELECT "_s + column + u" FROM 納品先 WHERE 納品先ID = 1"_s), "after");
+    }
+
     void changesNothingWhenItMustNot_data()
     {
         QTest::addColumn<QString>("meanwhile");

@@ -82,6 +82,29 @@ private slots:
         QCOMPARE(found, QStringList({u"米 5kg 2 2026-02-10 2100"_s, u"米 10kg 1 2026-03-02 3900"_s}));
     }
 
+    // What came back was not bought, in the same slip or in a later one.
+    void returnsAreTakenOff()
+    {
+        FreshShop shop;
+        shop.run(
+            u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (1, '2026-01-01', 'O1', 7), "
+            "(2, '2026-01-02', 'O2', 7), (3, '2026-01-03', 'O3', 7), (4, '2026-01-04', 'O4', 7)"_s);
+        shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 規格, 数量, 単価, 金額) VALUES "
+                 "(1, '米', '', 2, 2000, 4000), (2, '米', '', 1, 2100, 2100), (3, '米', '', 3, 2200, 6600), "
+                 "(4, '米', '', -3, 2200, -6600), " // returned once
+                 "(1, '茶', '', 1, 800, 800), (2, '茶', '', -1, 800, -800), "
+                 "(3, '味噌', '', 5, 500, 2500), (3, '味噌', '', -1, 500, -500), "
+                 "(4, '送料', NULL, NULL, NULL, 700), (3, '値引', NULL, NULL, NULL, -100)"_s);
+        const auto goods = book::usualGoods(shop.connection, book::sale, 7, 40, 9);
+        QVERIFY(goods);
+        QStringList found;
+        for (const book::UsualGoods &each : *goods)
+            found << u"%1 %2 %3 %4"_s.arg(each.product, QString::number(each.times), each.lastDate,
+                                          QString::number(each.price.value_or(0)));
+        QCOMPARE(found, QStringList({u"米 2 2026-01-03 2200"_s, u"送料 1 2026-01-04 0"_s,
+                                     u"味噌 1 2026-01-03 500"_s}));
+    }
+
     // One customer with most of a large book: no piece reads more than a part of it.
     void readsALargeBookInPieces()
     {

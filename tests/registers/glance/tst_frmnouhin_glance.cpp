@@ -77,11 +77,19 @@ private slots:
         Glance r;
         r.goTo(1);
         r.box("txtMemo").setFocus();
-        QElapsedTimer typing;
-        typing.start();
-        while (typing.elapsed() < 400) {
-            QTest::keyClick(&r.box("txtMemo"), Qt::Key_A);
-            QTest::qWait(20);
+        // A busy machine may hold up the test itself, which is a pause of the clerk then.
+        bool isHeldUp = true;
+        for (int tries = 0; isHeldUp && tries < 20; ++tries) {
+            r.goTo(0);
+            r.goTo(1);
+            isHeldUp = false;
+            QElapsedTimer key;
+            for (int presses = 0; presses < 20 && !isHeldUp; ++presses) {
+                key.start();
+                QTest::keyClick(&r.box("txtMemo"), Qt::Key_A);
+                QTest::qWait(20);
+                isHeldUp = key.elapsed() > 100;
+            }
         }
         QCOMPARE(r.shown(), QString());
         QTRY_COMPARE(r.shown(), ofYamada);

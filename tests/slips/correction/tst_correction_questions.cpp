@@ -186,6 +186,23 @@ private slots:
         QCOMPARE(desk.shop.book(), before);
     }
 
+    // On the way to another line the header stays as it is edited.
+    void aLineIsMendedAlone()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE 商品名 = '消費税'"_s);
+        desk.shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (9, 'みかん', 1)"_s);
+        desk.driver.press("cmdAll");
+        desk.type(desk.headers(), 1, u"備考"_s, u"至急"_s);
+        desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+        expectDoubt(recalculate);
+        QTest::keyClick(&desk.lines(), Qt::Key_Down);
+        QCOMPARE(desk.stored(), (QStringList{u"りんご|3|3000"_s, u"みかん|-|1"_s}));
+        QVERIFY(desk.shop.value(u"SELECT 備考 FROM 入出庫マスター WHERE ID = 9"_s).isNull());
+        QCOMPARE(Desk::cell(desk.headers(), 1, u"備考"_s).data().toString(), u"至急"_s);
+        desk.driver.press("cmdUndo");
+    }
+
     // Stored by 更新 or line by line, the slip is not left before somebody has said that it is meant.
     void theTaxIsAnsweredBeforeTheSlipIsLeft()
     {

@@ -322,6 +322,18 @@ private slots:
         }
     }
 
+    void aMissingTaxIsAskedAboutOnce()
+    {
+        Desk desk;
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE ID = 9 AND 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 1, 内税 = 0 WHERE ID = 9"_s);
+        desk.driver.press("cmdAll");
+        ui::prompts::expectAskWhichWay({}, u"このまま印刷"_s);
+        QTimer::singleShot(0, desk.screen.get(), [] { QApplication::activeModalWidget()->close(); });
+        desk.driver.press("Command2");
+        QCOMPARE(desk.shop.value(u"SELECT COUNT(*) FROM 入出庫サブ WHERE ID = 9"_s).toInt(), 1);
+    }
+
     // Neither is its neighbour, which the screen goes to.
     void aSlipThatIsGoneIsNotPrinted()
     {
