@@ -87,6 +87,7 @@ void DialogPrint::showBins()
         for (const QString &bin : m_abilities->bins)
             m_ui->cboBin->addItem(binInWords(bin), bin);
     }
+    m_ui->cboBin->setCurrentIndex(std::max(0, m_ui->cboBin->findData(m_document.sheets.front().bin)));
     m_ui->cboBin->setEnabled(m_ui->cboBin->count() > 1);
 }
 

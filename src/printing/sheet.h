@@ -86,6 +86,7 @@ struct Sheet
     double paperWidth = 210;
     double paperHeight = 297;
     bool turned = false; // it is read across its feed, with the long side on top
+    QString bin;         // that it is fed from, as the system names it; empty: the printer's own choice
     Origin origin = Origin::PrintableArea;
     std::vector<Box> boxes; // drawn first, so that their grey lies under the text
     std::vector<Line> lines;

@@ -1,3 +1,4 @@
+#include "printing/DialogPrint.h"
 #include "printing/DialogPrintJobs.h"
 #include "printing/frmPreview.h"
 #include "printing/sheet_view.h"
@@ -279,6 +280,31 @@ private slots:
         QCOMPARE(settings.bin, u"manual"_s);
         QCOMPARE(settings.copies, 9);
         QCOMPARE(textOfPdf(pdf).remove(u'\n').remove(u'\f'), u"第3葉第4葉"_s);
+    }
+
+    void theFormsOwnBinIsChosen_data()
+    {
+        QTest::addColumn<QString>("wanted");
+        QTest::addColumn<QString>("given");
+        QTest::newRow("none") << QString() << QString();
+        QTest::newRow("one that there is") << u"tractor"_s << u"tractor"_s;
+        QTest::newRow("one that there is not") << u"roll"_s << QString();
+    }
+
+    void theFormsOwnBinIsChosen()
+    {
+        QFETCH(QString, wanted);
+        const auto printers = std::make_shared<FakePrinters>();
+        printers->can[u"LASER"_s] = {.bins = {u"manual"_s, u"tractor"_s}, .mostCopies = 9};
+        FreshShop shop;
+        keepPrintSystem(shop.workspace, printers);
+        Document document = pagesOfText(1);
+        document.sheets.front().bin = wanted;
+        DialogPrint dialog(shop.workspace, document);
+        ScreenDriver driver(&dialog);
+        driver.show();
+        driver.press("cmdPrint");
+        QTEST(dialog.choice()->settings.bin, "given");
     }
 
     void manyCopiesAreAskedAbout()

@@ -102,6 +102,7 @@ private:
         sheet.paperWidth = m_form.paper.width;
         sheet.paperHeight = m_form.paper.height;
         sheet.turned = m_form.paper.turned;
+        sheet.bin = m_form.paper.source;
         sheet.origin = m_form.origin;
         SheetWriter writer(sheet);
         std::size_t body = 0;
