@@ -55,6 +55,14 @@ void SheetView::setCalibrationGrid(bool on)
     viewport()->update();
 }
 
+void SheetView::setMark(const QRectF &area)
+{
+    m_mark = area;
+    viewport()->update();
+}
+
+void SheetView::showChange() { layOut(); }
+
 void SheetView::zoomIn() { zoomTo(m_scale * zoomStep); }
 
 void SheetView::zoomOut() { zoomTo(m_scale / zoomStep); }
@@ -119,8 +127,14 @@ void SheetView::paintEvent(QPaintEvent *event)
     if (!sheet())
         return;
     const QRectF area = paper();
+    drawPaper(area, event->rect());
+    drawMark(area.topLeft());
+}
+
+void SheetView::drawPaper(const QRectF &area, const QRect &seen)
+{
     QPainter painter(viewport());
-    painter.setClipRect(event->rect());
+    painter.setClipRect(seen);
     painter.fillRect(area, Qt::white);
     painter.setClipRect(area, Qt::IntersectClip);
     painter.translate(area.topLeft());
@@ -128,6 +142,25 @@ void SheetView::paintEvent(QPaintEvent *event)
     const double natural = viewport()->logicalDpiX() / millimetresPerInch;
     painter.scale(m_scale / natural, m_scale / natural);
     drawSheet(painter, m_document, *sheet(), m_look, usualUnprintableMargins());
+}
+
+void SheetView::drawMark(const QPointF &corner)
+{
+    if (m_mark.isNull())
+        return;
+    constexpr double around = 0.6; // millimetres, so that a line has a frame too
+    const QRectF marked = m_mark.adjusted(-around, -around, around, around);
+    QPainter painter(viewport());
+    painter.setPen(QPen(QColor(0xd0, 0x20, 0x20), 2));
+    painter.drawRect(QRectF(corner + marked.topLeft() * m_scale,
+                            QSizeF(marked.width() * m_scale, marked.height() * m_scale)));
+}
+
+void SheetView::mousePressEvent(QMouseEvent *event)
+{
+    if (sheet() && event->button() == Qt::LeftButton)
+        emit pointedAt((event->position() - paper().topLeft()) / m_scale);
+    QAbstractScrollArea::mousePressEvent(event);
 }
 
 void SheetView::resizeEvent(QResizeEvent * /*event*/) { layOut(); }

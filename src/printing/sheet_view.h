@@ -24,6 +24,11 @@ public:
 
     void setCalibrationGrid(bool on);
 
+    /// Frames \a area of the sheet, millimetres; an empty one is no frame.
+    void setMark(const QRectF &area);
+    /// The document's sheets have changed.
+    void showChange();
+
     void zoomIn();
     void zoomOut();
     void fitPage();
@@ -33,15 +38,20 @@ public:
 
 signals:
     void turned(int page);
+    /// The sheet was clicked at \a point, millimetres.
+    void pointedAt(const QPointF &point);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
 
 private:
     enum class Fit { Page, Width, None };
 
+    void drawPaper(const QRectF &area, const QRect &seen);
+    void drawMark(const QPointF &corner);
     void setFit(Fit fit);
     void zoomTo(double scale);
     void layOut();
@@ -52,6 +62,7 @@ private:
 
     const Document &m_document;
     Look m_look;
+    QRectF m_mark;
     int m_page = 1;
     Fit m_fit = Fit::Page;
     double m_scale = 1;

@@ -21,6 +21,7 @@
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QTabWidget>
+#include <QTableView>
 #include <QTest>
 #include <QTextEdit>
 
@@ -387,6 +388,16 @@ void FirstDay::lookAround()
         m_walker.picture(m_window, u"main-%1"_s.arg(page + 1));
     }
     tabs.setCurrentIndex(0);
+    m_walker.visit(
+        u"tax rates"_s, [this] { m_walker.on(m_window).the<QAction>(u"mnuTaxRates"_s).trigger(); },
+        [this](QDialog &screen) { m_walker.picture(screen, u"tax-rates"_s); });
+    m_walker.visit(
+        u"form layout"_s, [this] { m_walker.on(m_window).the<QAction>(u"mnuForms"_s).trigger(); },
+        [this](QDialog &screen) {
+            auto &elements = m_walker.on(screen).the<QTableView>(u"gridElements"_s);
+            elements.setCurrentIndex(elements.model()->index(8, 0));
+            m_walker.picture(screen, u"form-layout"_s);
+        });
     m_walker.visit(
         u"about"_s, [this] { m_walker.on(m_window).the<QAction>(u"mnuAbout"_s).trigger(); },
         [this](QDialog &screen) { m_walker.picture(screen, u"about"_s); });

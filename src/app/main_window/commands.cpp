@@ -214,6 +214,7 @@ Commands registerCommands()
          {{u"Command35", u"社　員（担当者）登録", Page::Settings, u"自社と社員", u"伝票発行をする担当者名を登録します"}}},
         {Action::TaxRates, u"mnuTaxRates", u"消費税率表(&X)", u"mnuPre", none,
          {{u"cmdTaxRates", u"消費税率表", Page::Settings, u"自社と社員", u"標準税率と軽減税率を、期間ごとに登録します"}}},
+        {Action::FormLayouts, u"mnuForms", u"用紙の調整(&Y)", u"mnuPre"},
         {Action::RepairFile, u"", u"", u"", none,
          {{u"Command22", u"データベースの修復/最適化", Page::Settings, u"データベース"}}},
         {Action::RebuildFile, u"", u"", u"", none, {{u"Command7", u"データベースの再作成", Page::Settings, u"データベース"}}},
@@ -286,6 +287,7 @@ bool needsDatabase(Action action)
     case Action::SlipPrinter:
     case Action::SlipFont:
     case Action::ExtendedName:
+    case Action::FormLayouts:
     case Action::PostalCodes:
     case Action::HelpFile:
     case Action::Support:

@@ -100,6 +100,7 @@ enum class Action {
     ExtendedName,
     Employees,
     TaxRates,
+    FormLayouts,
     // other programs
     Ledger,
     CashBook,

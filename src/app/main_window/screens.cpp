@@ -5,6 +5,7 @@
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
 #include "masters/own_company.h"
+#include "printing/DialogFormLayout.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
 #include "registers/lists/frmNouhinDel.h"
@@ -16,6 +17,8 @@
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
 #include "slips/correction/correction_screens.h"
+#include "slips/documents/adjustable_forms.h"
+#include "slips/documents/delivery_note.h"
 #include "slips/entry/frmIn.h"
 #include "slips/entry/frmMitsumori.h"
 #include "slips/entry/frmOut.h"
@@ -57,6 +60,14 @@ void openOwnCompany(QWidget *parent, workspace::Workspace &workspace)
                                                          .remark = controls.remark});
     boxes->fillOnLeavingAddress();
     QObject::connect(controls.lookUp, &QPushButton::clicked, boxes, &registers::PostalBoxes::lookUp);
+    shown.exec();
+}
+
+// The form that notes are printed on comes first.
+void openFormLayouts(QWidget *parent, workspace::Workspace &workspace)
+{
+    printing::DialogFormLayout shown(workspace, slips::adjustableForms(),
+                                     slips::deliveryNoteLayout(workspace.panel.deliveryPaper, false), parent);
     shown.exec();
 }
 
@@ -157,6 +168,7 @@ Openers screenOpeners()
         {Action::ExtendedName, screen<masters::DialogMyCo>()},
         {Action::Employees, screen<masters::frmShain>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},
+        {Action::FormLayouts, openFormLayouts},
     };
 }
 

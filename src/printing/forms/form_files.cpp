@@ -1,5 +1,8 @@
 #include "printing/forms/form_files.h"
 
+#include "base/dated_name.h"
+#include "base/file_rights.h"
+#include "base/replacement.h"
 #include "printing/forms/form_reader.h"
 
 #include <QDir>
@@ -18,6 +21,27 @@ namespace
 
 constexpr qint64 mostBytes = 1024 * 1024 + 1; // one more than a layout may have
 
+QByteArray builtInLayout(const QString &fileName)
+{
+    addBuiltInLayouts();
+    QFile file(u":/layouts/"_s + fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("there is no built-in layout %s", qPrintable(fileName));
+    return file.readAll();
+}
+
+QString ownLayout(const QString &applicationFolder, const QString &fileName)
+{
+    return QDir(formFolder(applicationFolder)).filePath(fileName);
+}
+
+// Of a file that is not there, and of one that cannot be read: none.
+QByteArray contentOf(const QString &fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.read(mostBytes) : QByteArray();
+}
+
 } // namespace
 
 QString formFolder(const QString &applicationFolder)
@@ -27,29 +51,66 @@ QString formFolder(const QString &applicationFolder)
 
 Form builtInForm(const QString &fileName, const FormItems &items)
 {
-    addBuiltInLayouts();
-    QFile file(u":/layouts/"_s + fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("there is no built-in layout %s", qPrintable(fileName));
-    const auto form = readForm(file.readAll(), fileName, items);
+    const auto form = readForm(builtInLayout(fileName), fileName, items);
     if (!form)
         qFatal("%s", qPrintable(form.error().text));
     return *form;
 }
 
-FormFile loadForm(const QString &applicationFolder, const QString &fileName, const FormItems &items)
+LayoutFile loadLayout(const QString &applicationFolder, const QString &fileName, const FormItems &items)
 {
-    QFile file(QDir(formFolder(applicationFolder)).filePath(fileName));
+    QFile file(ownLayout(applicationFolder, fileName));
     if (!file.exists())
-        return {builtInForm(fileName, items), {}};
+        return {builtInLayout(fileName), false, {}};
     const QString instead = u"\n組み込みのレイアウトで印刷します。"_s;
     if (!file.open(QIODevice::ReadOnly))
-        return {builtInForm(fileName, items),
+        return {builtInLayout(fileName), false,
                 u"%1 を開けません（%2）。"_s.arg(fileName, file.errorString()) + instead};
-    const auto own = readForm(file.read(mostBytes), fileName, items);
-    if (!own)
-        return {builtInForm(fileName, items), own.error().text + instead};
-    return {*own, {}};
+    const QByteArray content = file.read(mostBytes);
+    if (const auto own = readForm(content, fileName, items); !own)
+        return {builtInLayout(fileName), false, own.error().text + instead};
+    return {content, true, {}};
+}
+
+FormFile loadForm(const QString &applicationFolder, const QString &fileName, const FormItems &items)
+{
+    const LayoutFile layout = loadLayout(applicationFolder, fileName, items);
+    if (!layout.isOwn)
+        return {builtInForm(fileName, items), layout.complaint};
+    return {*readForm(layout.content, fileName, items), {}};
+}
+
+base::Status saveOwnLayout(const QString &applicationFolder, const QString &fileName,
+                           const QByteArray &content, const QByteArray &known, const QDate &today)
+{
+    const QString target = ownLayout(applicationFolder, fileName);
+    if (!base::makeSharedFolder(formFolder(applicationFolder)))
+        return base::Error{u"フォルダ「%1」を作成できませんでした。"_s.arg(formFolder(applicationFolder))};
+    if (contentOf(target) != known) {
+        if (const auto kept = dropOwnLayout(applicationFolder, fileName, today); !kept)
+            return kept.error();
+    }
+    base::Replacement file(target);
+    if (const base::Status begun = file.begin(); !begun)
+        return begun;
+    QFile writing(file.name());
+    if (!writing.open(QIODevice::WriteOnly) || writing.write(content) != content.size() || !writing.flush())
+        return base::Error{
+            u"レイアウトファイル「%1」に書き込めませんでした（%2）。"_s.arg(target, writing.errorString())};
+    writing.close();
+    return file.finish();
+}
+
+base::Result<QString> dropOwnLayout(const QString &applicationFolder, const QString &fileName,
+                                    const QDate &today)
+{
+    const QString own = ownLayout(applicationFolder, fileName);
+    if (!QFile::exists(own))
+        return QString();
+    const QString kept = base::datedName(own, u"以前"_s, today);
+    if (!QFile::rename(own, kept))
+        return base::Error{u"レイアウトファイル「%1」の名前を変更できませんでした。"_s.arg(own)};
+    return kept;
 }
 
 } // namespace printing

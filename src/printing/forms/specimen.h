@@ -1,0 +1,12 @@
+#pragma once
+
+#include "printing/forms/form_values.h"
+
+namespace printing
+{
+
+/// A value for each of \a items, so that every item of a form shows where it stands: texts say their own
+/// names, numbers and dates are long ones. \a rows: of the body.
+FormValues specimenValues(const FormItems &items, int rows);
+
+} // namespace printing

@@ -1,0 +1,23 @@
+#include "slips/documents/adjustable_forms.h"
+
+#include "slips/documents/delivery_note.h"
+#include "slips/documents/estimate.h"
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+std::vector<printing::AdjustableForm> adjustableForms()
+{
+    const auto note = [](const QString &caption, const char16_t *layout) {
+        return printing::AdjustableForm{caption, QString::fromUtf16(layout), &deliveryNoteItems()};
+    };
+    return {note(u"納品書　A4 無地"_s, plainDeliveryNoteLayout),
+            note(u"納品書　HISAGO 1149"_s, continuousDeliveryNoteLayout),
+            note(u"納品書・物品受領書　HISAGO BP0201"_s, receiptDeliveryNoteLayout),
+            note(u"指定納品書"_s, designatedDeliveryNoteLayout),
+            {u"見積書　A4 無地"_s, QString::fromUtf16(estimateLayout), &estimateItems()}};
+}
+
+} // namespace slips
