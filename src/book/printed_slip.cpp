@@ -22,16 +22,6 @@ TaxableAmount taxable(const SlipLine &line, double rate)
     return {line.amount, line.taxRate.value_or(rate), line.taxClass.value_or(GoodsTax::Standard)};
 }
 
-// A slip whose prices include the tax has no tax line; where it has one all the same, that is part of the
-// price.
-std::vector<TaxableAmount> taxableLines(const std::vector<SlipLine> &lines, double rate)
-{
-    std::vector<TaxableAmount> amounts;
-    for (const SlipLine &line : lines)
-        amounts.push_back(taxable(line, rate));
-    return amounts;
-}
-
 } // namespace
 
 bool hasTaxLine(const Slip &slip)
@@ -48,6 +38,14 @@ std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, doub
             goods.push_back(taxable(line, rate));
     }
     return goods;
+}
+
+std::vector<TaxableAmount> taxableAll(const std::vector<SlipLine> &lines, double rate)
+{
+    std::vector<TaxableAmount> amounts;
+    for (const SlipLine &line : lines)
+        amounts.push_back(taxable(line, rate));
+    return amounts;
 }
 
 std::vector<SlipLine> taxLinesOf(const std::vector<RateTax> &taxes, double slipRate)
@@ -82,9 +80,10 @@ base::Result<PrintedSlip> taxedForPrint(Slip slip, const PrintedTax &tax)
 {
     const double rate = tax.closing ? tax.closing->on(slip.date).value_or(slip.taxRate) : slip.taxRate;
     PrintedSlip printed;
+    printed.rate = rate;
     printed.total = sumOf(slip.lines);
     if (tax.inclusive) {
-        const auto included = taxOf(taxableLines(slip.lines, rate), Basis::Gross);
+        const auto included = taxOf(taxableAll(slip.lines, rate), Basis::Gross);
         if (!included)
             return included.error();
         printed.includedTax = *included;

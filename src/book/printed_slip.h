@@ -14,6 +14,7 @@ struct PrintedSlip
     Slip slip;                         // with the tax line, where one is due
     double total = 0;                  // yen
     std::optional<double> includedTax; // whole yen, of prices that include it
+    double rate = 0;                   // percent, of goods that have none of their own
 };
 
 /// How the tax of a slip to be printed is decided.
@@ -28,6 +29,10 @@ bool hasTaxLine(const Slip &slip);
 
 /// The goods among \a lines with their rates; \a rate, percent, of those that have none of their own.
 std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, double rate);
+
+/// All of \a lines so, where prices include the tax: a tax line that stands among them all the same is part
+/// of the price.
+std::vector<TaxableAmount> taxableAll(const std::vector<SlipLine> &lines, double rate);
 
 /// The tax lines that a slip of \a slipRate percent gets of \a taxes, one for each that is not 0. A line says
 /// which rate it is of, unless that is the only one and the slip's own.

@@ -26,7 +26,8 @@ base::Result<std::optional<OwnCompany>> ownCompany(db::Connection &connection)
                                     .fax = text(u"FAX"_s),
                                     .bank1 = text(u"取引銀行1"_s),
                                     .bank2 = text(u"取引銀行2"_s),
-                                    .memo = text(u"備考"_s)});
+                                    .memo = text(u"備考"_s),
+                                    .registrationNumber = text(u"登録番号"_s)});
 }
 
 } // namespace masters

@@ -25,7 +25,8 @@ struct OwnCompany
     QString fax;
     QString bank1; // 取引銀行1
     QString bank2;
-    QString memo; // 備考
+    QString memo;               // 備考
+    QString registrationNumber; // 登録番号, as it was typed in
 };
 
 /// The first row of 自社情報, the one that counts; nothing when the table is empty.

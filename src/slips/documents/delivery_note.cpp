@@ -1,6 +1,7 @@
 #include "slips/documents/delivery_note.h"
 
 #include "book/printed_slip.h"
+#include "masters/registration_number.h"
 #include "printing/forms/form_sheets.h"
 #include "text/numbers.h"
 
@@ -68,6 +69,22 @@ void addTotals(printing::FormRecord &items, const DeliveryNoteData &data)
     }
 }
 
+// Without a registration number nothing may look like a qualified invoice.
+void addInvoice(printing::FormRecord &items, const DeliveryNoteData &data)
+{
+    items[u"軽減の注記"_s] = data.reducedLegend;
+    if (!masters::isRegistrationNumber(data.sender.registrationNumber))
+        return;
+    items[u"自社.登録番号"_s] = data.sender.registrationNumber;
+    int number = 0;
+    for (const InvoiceRate &rate : data.rates) {
+        const QString name = u"税率%1"_s.arg(++number);
+        items[name] = rate.name;
+        items[name + u".対象額"_s] = rate.amount;
+        items[name + u".消費税"_s] = rate.tax;
+    }
+}
+
 QHash<QString, double> shiftsOf(const NoteOffsets &offsets)
 {
     return {{u"OffsetB"_s, offsets.down * verticalStep},
@@ -99,6 +116,7 @@ std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const pr
     printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
     addAddressee(values.items, data.slip, data.slip.honorific.value_or(u"様"_s));
     addTotals(values.items, data);
+    addInvoice(values.items, data);
     values.items[u"備考"_s] = data.memo;
     values.items[u"注文番号"_s] = data.orderNumber;
     values.shifts = shiftsOf(data.offsets);

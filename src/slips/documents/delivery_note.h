@@ -4,6 +4,7 @@
 #include "db/connection.h"
 #include "masters/own_company.h"
 #include "printing/forms/form.h"
+#include "slips/documents/invoice_rates.h"
 #include "slips/documents/note_values.h"
 
 #include <optional>
@@ -31,6 +32,8 @@ struct DeliveryNoteData
     book::Slip slip;                   // with the tax line, where one is due
     double total = 0;                  // yen
     std::optional<double> includedTax; // whole yen, of prices that include it
+    std::vector<InvoiceRate> rates;    // of a shop that issues qualified invoices
+    QString reducedLegend;
     QString memo;
     QString orderNumber; // the customer's own
     NoteOffsets offsets;

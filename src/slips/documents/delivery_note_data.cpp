@@ -1,4 +1,5 @@
 #include "book/printed_slip.h"
+#include "masters/registration_number.h"
 #include "slips/documents/delivery_note.h"
 
 namespace slips
@@ -17,10 +18,17 @@ base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint
     if (!printed)
         return printed.error();
     DeliveryNoteData note;
+    note.sender = company->value_or(masters::OwnCompany());
+    if (masters::isRegistrationNumber(note.sender.registrationNumber)) {
+        auto rates = invoiceRates(*printed);
+        if (!rates)
+            return rates.error();
+        note.rates = std::move(*rates);
+    }
+    note.reducedLegend = reducedLegend(printed->slip, printed->rate);
     note.slip = std::move(printed->slip);
     note.total = printed->total;
     note.includedTax = printed->includedTax;
-    note.sender = company->value_or(masters::OwnCompany());
     note.companyName = options.companyName;
     note.memo = options.memo;
     note.offsets = options.offsets;

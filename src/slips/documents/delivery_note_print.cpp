@@ -26,6 +26,17 @@ NoteOffsets offsetsIn(const workspace::Settings &settings)
             .receiptTotalsHigher = settings.checked(workspace::keys::offsetD)};
 }
 
+QString remarksOn(const DeliveryNoteData &note, const QString &complaint)
+{
+    QStringList remarks;
+    if (note.rates.size() > mostInvoiceRates)
+        remarks << u"税率が %1 種類あり、税率別の欄に入りきりません。伝票を分けてください。"_s.arg(
+            note.rates.size());
+    if (!complaint.isEmpty())
+        remarks << complaint;
+    return remarks.join(u'\n');
+}
+
 } // namespace
 
 base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &workspace,
@@ -51,7 +62,7 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
         workspace.applicationFolder(),
         deliveryNoteLayout(workspace.panel.deliveryPaper, request.designatedForm), deliveryNoteItems());
     document.sheets = deliveryNote(*note, layout.form);
-    document.remark = layout.complaint;
+    document.remark = remarksOn(*note, layout.complaint);
     if (const base::Status named = addCompanyName(document, workspace, options.companyName); !named)
         return named.error();
     return document;

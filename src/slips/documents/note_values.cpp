@@ -1,6 +1,7 @@
 #include "slips/documents/note_values.h"
 
 #include "book/counterpart_name.h"
+#include "slips/documents/invoice_rates.h"
 #include "text/postal_code.h"
 #include "text/width.h"
 
@@ -30,7 +31,8 @@ FormRecord lineValues(const book::SlipLine &line)
     FormRecord record{{u"明細.商品名"_s, line.product},
                       {u"明細.規格"_s, line.specification},
                       {u"明細.単位"_s, line.unit},
-                      {u"明細.金額"_s, line.amount}};
+                      {u"明細.金額"_s, line.amount},
+                      {u"明細.軽減"_s, reducedMark(line)}};
     if (line.quantity)
         record.insert(u"明細.数量"_s, *line.quantity);
     if (line.price)
@@ -58,7 +60,7 @@ void addInvoiceItems(printing::FormItems &items)
 {
     for (const QString &name : {u"自社.登録番号"_s, u"軽減の注記"_s})
         items.items[name] = FormItemKind::Text;
-    for (int rate = 1; rate <= 3; ++rate) { // three may meet in one document
+    for (int rate = 1; rate <= mostInvoiceRates; ++rate) {
         const QString name = u"税率%1"_s.arg(rate);
         items.items[name] = FormItemKind::Text;
         items.items[name + u".対象額"_s] = FormItemKind::Number;

@@ -1,0 +1,97 @@
+#include "slips/documents/invoice_rates.h"
+
+#include "book/tax_terms.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using book::GoodsTax;
+
+namespace slips
+{
+
+namespace
+{
+
+bool isReduced(const std::optional<GoodsTax> &taxClass)
+{
+    return taxClass == GoodsTax::Food || taxClass == GoodsTax::Newspapers;
+}
+
+QString percent(double rate) { return QString::number(rate, 'g', 6) + u'%'; }
+
+QString nameOf(const book::RateTax &rate, bool inclusive)
+{
+    if (!book::isTaxed(rate.taxClass))
+        return book::nameOf(rate.taxClass);
+    return (isReduced(rate.taxClass) ? u"軽減"_s : QString()) + percent(rate.rate) +
+           (inclusive ? u"税込"_s : QString());
+}
+
+// What the slip's tax lines say of \a rate.
+double bookedTax(const book::Slip &slip, const book::RateTax &rate)
+{
+    double tax = 0;
+    for (const book::SlipLine &line : slip.lines) {
+        if (line.isTax() && line.taxRate.value_or(slip.taxRate) == rate.rate &&
+            isReduced(line.taxClass) == isReduced(rate.taxClass))
+            tax += line.amount;
+    }
+    return tax;
+}
+
+// A tax line of a rate that nothing was sold at would stand in no row.
+bool fits(const book::Slip &slip, const std::vector<InvoiceRate> &rates)
+{
+    double told = 0;
+    double booked = 0;
+    for (const InvoiceRate &rate : rates)
+        told += rate.tax;
+    for (const book::SlipLine &line : slip.lines)
+        booked += line.isTax() ? line.amount : 0;
+    return told == booked;
+}
+
+} // namespace
+
+base::Result<std::vector<InvoiceRate>> invoiceRates(const book::PrintedSlip &printed)
+{
+    const book::Slip &slip = printed.slip;
+    const bool inclusive = printed.includedTax.has_value();
+    if (!inclusive && slip.taxClass == book::TaxClass::OnBill && !book::hasTaxLine(slip))
+        return std::vector<InvoiceRate>();
+    const auto taxes = book::taxesByRate(inclusive ? book::taxableAll(slip.lines, printed.rate)
+                                                   : book::taxableGoods(slip.lines, printed.rate),
+                                         inclusive ? book::Basis::Gross : book::Basis::Net);
+    if (!taxes)
+        return taxes.error();
+    if (!inclusive && !book::hasTaxLine(slip) && book::sumOf(*taxes) != 0)
+        return std::vector<InvoiceRate>();
+    std::vector<InvoiceRate> rates;
+    for (const book::RateTax &rate : *taxes)
+        rates.push_back({nameOf(rate, inclusive), inclusive ? rate.gross : rate.net,
+                         inclusive ? rate.tax : bookedTax(slip, rate)});
+    if (!inclusive && !fits(slip, rates))
+        rates.clear();
+    return rates;
+}
+
+QString reducedMark(const book::SlipLine &line)
+{
+    return isReduced(line.taxClass) && !line.isTax() ? u"※"_s : QString();
+}
+
+QString reducedLegend(const book::Slip &slip, double rate)
+{
+    QStringList rates;
+    for (const book::SlipLine &line : slip.lines) {
+        if (!reducedMark(line).isEmpty())
+            rates << percent(line.taxRate.value_or(rate));
+    }
+    rates.removeDuplicates();
+    return rates.isEmpty() ? QString() : u"※は軽減税率（%1）対象"_s.arg(rates.join(u'・'));
+}
+
+} // namespace slips

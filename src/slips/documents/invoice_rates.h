@@ -1,0 +1,35 @@
+#pragma once
+
+#include "book/printed_slip.h"
+
+#include <QString>
+
+#include <vector>
+
+// What makes a delivery note a qualified invoice (適格請求書, 消費税法第57条の4): what was sold at each rate,
+// and its tax, rounded once for the note.
+namespace slips
+{
+
+/// So many rates have room on a note: standard, reduced, and one of an earlier time.
+inline constexpr int mostInvoiceRates = 3;
+
+struct InvoiceRate
+{
+    QString name;      // "10%", "軽減8%"; "10%税込" of prices that include the tax
+    double amount = 0; // yen: without the tax, of prices that include it with it
+    double tax = 0;
+};
+
+/// The rates of \a printed, the standard ones first. The taxes are those that the slip bears: what is charged
+/// is what is told. None for a customer taxed on the bill, which is the invoice then, and none for a slip
+/// that lacks the tax that is due. Fails as book::taxesByRate().
+base::Result<std::vector<InvoiceRate>> invoiceRates(const book::PrintedSlip &printed);
+
+/// The mark of a line at a reduced rate; empty for any other.
+QString reducedMark(const book::SlipLine &line);
+
+/// "※は軽減税率（8%）対象"; empty where \a slip has no such line.
+QString reducedLegend(const book::Slip &slip, double rate);
+
+} // namespace slips

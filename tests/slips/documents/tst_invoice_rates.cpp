@@ -1,0 +1,160 @@
+#include "placed_texts.h"
+#include "plain_sheets.h"
+#include "slips/documents/delivery_note.h"
+#include "support/fresh_shop.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace slips;
+
+namespace
+{
+
+// "1980@8r 458*2@8r 1234@10": amounts with their rates; r: food. Without a rate: the slip's own.
+void addLines(FreshShop &shop, const QString &text)
+{
+    for (const QString &part : text.split(u' ', Qt::SkipEmptyParts)) {
+        const bool isReduced = part.endsWith(u'r');
+        const QString rate = part.section(u'@', 1).remove(u'r');
+        const QString amount = part.section(u'@', 0, 0);
+        const bool isTax = amount.startsWith(u't');
+        shop.run(
+            u"INSERT INTO 入出庫サブ (ID, 商品名, 数量, 単価, 金額, 税区分, 税率) VALUES (1, ?, 1, ?, ?, ?, ?)"_s,
+            {isTax ? u"消費税"_s : u"煎茶"_s, amount.mid(isTax), amount.mid(isTax).toDouble(),
+             isReduced        ? QVariant(1)
+             : rate.isEmpty() ? QVariant()
+                              : QVariant(0),
+             rate.isEmpty() ? QVariant() : QVariant(rate.toDouble())});
+    }
+}
+
+void addShop(FreshShop &shop, int taxClass, const QString &number)
+{
+    shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1, 登録番号) VALUES (1, '山田茶舗', ?)"_s, {number});
+    shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 消費税区分) VALUES (7, '山田　太郎', ?)"_s,
+             {taxClass});
+    shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率) VALUES "
+             "(1, '2026-04-01', 'O1', 7, 10)"_s);
+}
+
+QString shown(const std::vector<InvoiceRate> &rates)
+{
+    QStringList parts;
+    for (const InvoiceRate &rate : rates)
+        parts << u"%1: %2+%3"_s.arg(rate.name).arg(rate.amount, 0, 'f', 0).arg(rate.tax, 0, 'f', 0);
+    return parts.join(u", "_s);
+}
+
+const QString number = u"T7000012050002"_s;
+
+} // namespace
+
+class TestInvoiceRates : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ratesOfANote_data();
+    void ratesOfANote();
+    void onPaper_data();
+    void onPaper();
+};
+
+void TestInvoiceRates::ratesOfANote_data()
+{
+    QTest::addColumn<QString>("lines"); // t: a tax line that was booked
+    QTest::addColumn<int>("taxClass");
+    QTest::addColumn<bool>("isOpen");
+    QTest::addColumn<QString>("rates");
+
+    QTest::newRow("one rate") << u"105 105 105"_s << 0 << true << u"10%: 315+31"_s;
+    QTest::newRow("two rates") << u"1980@8r 458@8r 458@8r 315@8r 1234 770"_s << 0 << true
+                               << u"10%: 2004+200, 軽減8%: 3211+256"_s;
+    QTest::newRow("included") << u"5400@8r 3300"_s << 2 << true
+                              << u"10%税込: 3300+300, 軽減8%税込: 5400+400"_s;
+    QTest::newRow("rounded down once") << u"1000"_s << 2 << true << u"10%税込: 1000+90"_s;
+    QTest::newRow("a return") << u"-3333@8r"_s << 0 << true << u"軽減8%: -3333+-266"_s;
+    QTest::newRow("food and postage") << u"5000@8r 800"_s << 0 << true << u"10%: 800+80, 軽減8%: 5000+400"_s;
+    QTest::newRow("three rates, the old 8 apart")
+        << u"1000@8 1000@8r 1000@1r 1000"_s << 0 << true
+        << u"8%: 1000+80, 10%: 1000+100, 軽減1%: 1000+10, 軽減8%: 1000+80"_s;
+    QTest::newRow("too little for a tax") << u"9"_s << 0 << true << u"10%: 9+0"_s;
+    QTest::newRow("on the bill") << u"1000"_s << 1 << true << QString();
+    QTest::newRow("as booked") << u"1999 t199"_s << 0 << false << u"10%: 1999+199"_s;
+    QTest::newRow("what was booked otherwise is told") << u"1999 t200"_s << 0 << false << u"10%: 1999+200"_s;
+    QTest::newRow("booked by rates") << u"1000@8r 500 t50@10 t80@8r"_s << 0 << false
+                                     << u"10%: 500+50, 軽減8%: 1000+80"_s;
+    QTest::newRow("the tax of a rate that nothing is of")
+        << u"1000@8r t80@8r t50@10"_s << 0 << false << QString();
+    QTest::newRow("left without its tax") << u"1000"_s << 0 << false << QString();
+}
+
+void TestInvoiceRates::ratesOfANote()
+{
+    QFETCH(QString, lines);
+    QFETCH(int, taxClass);
+    QFETCH(bool, isOpen);
+    FreshShop shop;
+    addShop(shop, taxClass, number);
+    addLines(shop, lines);
+    DeliveryNoteOptions options;
+    options.inclusive = taxClass == 2;
+    if (isOpen)
+        options.closing = book::TaxRates::keptByHand(10);
+    const auto note = readDeliveryNote(shop.connection, 1, options);
+    QVERIFY(note);
+    QTEST(shown(note->rates), "rates");
+}
+
+void TestInvoiceRates::onPaper_data()
+{
+    QTest::addColumn<QString>("registered");
+    QTest::addColumn<QString>("lines");
+    QTest::addColumn<QStringList>("there");
+    QTest::addColumn<QStringList>("missing");
+
+    const QString legend = u"※は軽減税率（8%）対象"_s;
+    QTest::newRow("qualified") << number << u"5000@8r 800"_s
+                               << QStringList{u"登録番号　T7000012050002"_s,
+                                              u"※"_s,
+                                              legend,
+                                              u"対象額"_s,
+                                              u"軽減8%"_s,
+                                              u"5,000"_s,
+                                              u"400"_s,
+                                              u"10%"_s,
+                                              u"80"_s}
+                               << QStringList();
+    QTest::newRow("qualified, no reduced line")
+        << number << u"800"_s << QStringList{u"登録番号　T7000012050002"_s, u"10%"_s, u"80"_s}
+        << QStringList{u"※"_s, legend, u"軽減8%"_s};
+    QTest::newRow("not registered") << QString() << u"5000@8r 800"_s << QStringList{u"※"_s, legend}
+                                    << QStringList{u"登録番号"_s, u"対象額"_s, u"軽減8%"_s};
+    QTest::newRow("no such number") << u"T12345"_s << u"800"_s << QStringList{u"合計金額"_s}
+                                    << QStringList{u"登録番号"_s, u"登録番号　T12345"_s, u"対象額"_s};
+}
+
+void TestInvoiceRates::onPaper()
+{
+    QFETCH(QString, registered);
+    QFETCH(QString, lines);
+    QFETCH(QStringList, there);
+    QFETCH(QStringList, missing);
+    FreshShop shop;
+    addShop(shop, 0, registered);
+    addLines(shop, lines);
+    DeliveryNoteOptions options;
+    options.closing = book::TaxRates::keptByHand(10);
+    const auto note = readDeliveryNote(shop.connection, 1, options);
+    QVERIFY(note);
+    const QStringList texts = textsOf(plainSheets(*note).front());
+    for (const QString &text : there)
+        QVERIFY2(texts.contains(text), qPrintable(text + texts.join(u'|')));
+    for (const QString &text : missing)
+        QVERIFY2(!texts.contains(text), qPrintable(text));
+}
+
+QTEST_MAIN(TestInvoiceRates)
+
+#include "tst_invoice_rates.moc"
