@@ -19,10 +19,18 @@ std::optional<SlipKind> kindOf(const QString &number)
     return kindWith(text::toHalfWidthAscii(number.left(1)).toUpper().toLatin1());
 }
 
+QString wrongNumber() { return u"伝票番号に誤りがあります。"_s; }
+
+QString letterRemark(char16_t letter)
+{
+    return u"この画面の伝票番号は、半角の大文字「%1」で始めてください（例：%2）。"_s.arg(
+        QChar(letter), QChar(letter) + u"100"_s);
+}
+
 base::Status checkManualNumber(db::Connection &connection, const QString &number, char16_t letter, qint64 own)
 {
     if (!number.startsWith(QChar(letter)))
-        return base::Error{u"伝票番号に誤りがあります。"_s};
+        return base::Error{wrongNumber()};
     const auto found = connection.integers(
         u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' AND ID <> ? LIMIT 1"_s,
         {text::literalPattern(number), own});

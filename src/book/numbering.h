@@ -20,6 +20,11 @@ QString automaticNumber(const SlipKind &kind, const QString &infix, qint64 id);
 /// in full or half width, capital or small. None where it is no kind's.
 std::optional<SlipKind> kindOf(const QString &number);
 
+/// What is told of a number that does not begin as it must.
+QString wrongNumber();
+/// And why, beside it: with which \a letter it must begin.
+QString letterRemark(char16_t letter);
+
 /// Whether the typed \a number can be a new slip's, or that of the slip with the key \a own: it begins with
 /// \a letter and no other slip has it, width and case apart: people read I-a1 and Ｉ－Ａ１ as one number. The
 /// error is the sentence to tell.

@@ -67,6 +67,7 @@ void FirstDay::run()
     printRoster(m_walker, m_window, m_folder);
     enterSlips();
     chooseCustomers();
+    tidyCustomers();
     lookAfterFile();
     correctSlips();
     lookAround();

@@ -36,6 +36,7 @@ private:
     void enterLines(QDialog &screen, const struct Slip &slip);
     void printNote(QDialog &screen, int number);
     void chooseCustomers();
+    void tidyCustomers();
     void lookAfterFile();
     void correctSlips();
     void lookAround();

@@ -14,7 +14,7 @@ namespace registers
 namespace
 {
 
-constexpr int pieceSize = 5000; // rows
+constexpr int pieceSize = 2000; // rows
 
 // Blanks of either width are no name.
 QString isNameless(book::Party party)

@@ -184,9 +184,13 @@ void frmInTax::checkNumber()
         return;
     const auto checked =
         book::checkManualNumber(workspace().connection, m_ui->txtDenNo->text(), book::purchase.letter);
-    if (!checked)
-        m_ui->txtDenNo->setFocus();
-    tell(checked);
+    if (checked)
+        return;
+    m_ui->txtDenNo->setFocus();
+    const bool isWrong = checked.error().text == book::wrongNumber();
+    ui::prompts::inform(this, checked.error().text, QString::fromUtf16(ui::prompts::information),
+                        ui::prompts::Icon::Information,
+                        isWrong ? book::letterRemark(book::purchase.letter) : QString());
 }
 
 book::NewSlip frmInTax::newSlip(double taxRate) const

@@ -1,6 +1,7 @@
 #include "slips/correction/correction_cells.h"
 
 #include "book/counterpart_search.h"
+#include "book/numbering.h"
 #include "book/tax.h"
 #include "masters/name_lists.h"
 #include "text/dates.h"
@@ -129,7 +130,7 @@ base::Result<QVariant> readHeaderCell(db::Connection &connection, const book::Sl
         return readEmployee(connection, typed);
     // Another letter would make another kind of slip of it, in the books of another party.
     if (column == u"伝票番号" && !typed.startsWith(QChar(kind.letter)))
-        return base::Error{u"伝票番号に誤りがあります。"_s};
+        return base::Error{book::wrongNumber()};
     return readText(column, typed);
 }
 

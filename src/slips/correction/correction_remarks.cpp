@@ -114,6 +114,16 @@ QString taxMissingRemark(std::optional<double> due)
            "税込の伝票なら「内税」に直してください。"_s.arg(figure(*due));
 }
 
+QString lineInWords(const book::SlipLine &line)
+{
+    QStringList parts{(shortened(line.product) + u' ' + shortened(line.specification)).trimmed()};
+    if (parts.front().isEmpty())
+        parts.front() = u"(名称なし)"_s;
+    if (line.quantity)
+        parts << (u"数量 "_s + figure(*line.quantity) + u' ' + shortened(line.unit)).trimmed();
+    return (parts << u"金額 %1 円"_s.arg(figure(line.amount))).join(u'　');
+}
+
 QString totalRemark(const std::vector<book::SlipLine> &lines)
 {
     const Sums sums = sumsOf(lines);

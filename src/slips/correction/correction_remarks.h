@@ -31,6 +31,9 @@ QString leftOpenRemark(std::optional<double> due);
 /// Of a closed slip on which tax is \a due all the same: a sentence; empty where there is none.
 QString taxMissingRemark(std::optional<double> due);
 
+/// "りんご 箱　数量 2 個　金額 2,000 円".
+QString lineInWords(const book::SlipLine &line);
+
 /// "合計 10,800 円（うち消費税 800 円）".
 QString totalRemark(const std::vector<book::SlipLine> &lines);
 

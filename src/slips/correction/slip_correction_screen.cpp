@@ -1,9 +1,11 @@
 #include "slips/correction/slip_correction_screen.h"
 
 #include "book/counterpart_name.h"
+#include "book/numbering.h"
 #include "book/tax.h"
 #include "masters/name_lists.h"
 #include "registers/last_counterparts.h"
+#include "slips/correction/cell_paste.h"
 #include "slips/correction/correction_cells.h"
 #include "slips/correction/correction_grids.h"
 #include "slips/correction/correction_remarks.h"
@@ -15,6 +17,8 @@
 #include "ui_CorrectionForm.h"
 #include "workspace/workspace.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -111,6 +115,9 @@ void SlipCorrectionScreen::connectControls()
     connect(new QShortcut(Qt::Key_Insert, m_ui->dgdSub, nullptr, nullptr, Qt::WidgetShortcut),
             &QShortcut::activated, this, &SlipCorrectionScreen::addLine);
 
+    pasteByKey(m_ui->DataGrid1, m_slip.headers);
+    pasteByKey(m_ui->dgdSub, m_slip.lines);
+
     connect(&m_slip.headers, &db::Recordset::currentRowChanged, this, &SlipCorrectionScreen::showSlip);
     connect(&m_slip.headers, &db::Recordset::extended, this, &SlipCorrectionScreen::showCount);
     connect(&m_slip.headers, &db::Recordset::edited, this, &SlipCorrectionScreen::showHeader);
@@ -122,6 +129,14 @@ void SlipCorrectionScreen::connectControls()
     connect(m_ui->Text4, &QLineEdit::textChanged, this, [this] { tell(m_slip.openCounterpart()); });
     connect(&m_slip.counterpart, &db::Recordset::currentRowChanged, this,
             &SlipCorrectionScreen::showCounterpart);
+}
+
+// In an open cell the key is that cell's.
+void SlipCorrectionScreen::pasteByKey(ui::Grid *grid, db::Recordset &rows)
+{
+    connect(new QShortcut(QKeySequence::Paste, grid, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, this,
+            [this, grid, &rows] { tell(pasteCells(*grid, rows, QGuiApplication::clipboard()->text())); });
 }
 
 void SlipCorrectionScreen::fillEmployees()
@@ -257,7 +272,14 @@ QModelIndex SlipCorrectionScreen::headerCell(const QString &column) const
 void SlipCorrectionScreen::tellLater(const QString &refusal)
 {
     QMetaObject::invokeMethod(
-        this, [this, refusal] { tell(base::Error{refusal}); }, Qt::QueuedConnection);
+        this,
+        [this, refusal] {
+            const QString remark =
+                refusal == book::wrongNumber() ? book::letterRemark(m_description.kind.letter) : QString();
+            ui::prompts::inform(this, refusal, QString::fromUtf16(ui::prompts::information),
+                                ui::prompts::Icon::Information, remark);
+        },
+        Qt::QueuedConnection);
 }
 
 // A mnemonic, Esc and the window's own button come before a cell or a box is left.
@@ -305,7 +327,7 @@ void SlipCorrectionScreen::takeBack()
 
 void SlipCorrectionScreen::deleteSlip()
 {
-    if (!ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
+    if (!ui::prompts::askCautiously(this, ui::messages::deleteQuestion(), slipInWords()))
         return;
     if (tell(deleteCurrentSlip(m_slip.headers, workspace().connection)))
         m_ui->DataGrid1->setFocus();
@@ -325,7 +347,9 @@ void SlipCorrectionScreen::deleteLine()
 {
     const bool isEmpty = m_slip.lines.isNewRow() && !m_slip.lines.isDirty();
     if (m_slip.lines.currentRow() < 0 ||
-        (!isEmpty && !ui::prompts::askCautiously(this, u"この明細を削除します。よろしいですか。"_s)))
+        (!isEmpty &&
+         !ui::prompts::askCautiously(this, u"この明細を削除します。よろしいですか。"_s,
+                                     lineInWords(lineIn(m_slip.lines, m_slip.lines.currentRow())))))
         return;
     if (!tell(deleteCurrentLine(m_slip.headers, m_slip.lines)))
         m_slip.showAsStored();

@@ -12,7 +12,8 @@ class QLineEdit;
 namespace ui
 {
 class CellDelegate;
-}
+class Grid;
+} // namespace ui
 
 namespace Ui
 {
@@ -68,6 +69,7 @@ private:
     void setCaptions();
     void setUpGrids();
     void connectControls();
+    void pasteByKey(ui::Grid *grid, db::Recordset &rows);
     void fillEmployees();
     [[nodiscard]] QHash<qint64, QString> employeeNames() const;
 
@@ -80,6 +82,7 @@ private:
     void showHeader();
     void showCounterpart();
     void showRemarks();
+    [[nodiscard]] QString slipInWords() const;
     bool editHeader(const QString &column, QLineEdit *box);
     [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip
     void tellLater(const QString &refusal);

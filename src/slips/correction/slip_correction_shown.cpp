@@ -76,6 +76,17 @@ void SlipCorrectionScreen::showCounterpart()
     showRemarks();
 }
 
+// What a deletion takes away.
+QString SlipCorrectionScreen::slipInWords() const
+{
+    const auto cell = [this](const QString &column) { return headerCell(column).data().toString().left(60); };
+    const std::vector<book::SlipLine> lines = linesIn(m_slip.lines);
+    return u"伝票 %1　%2\n%3「%4」\n明細 %5 行　%6"_s.arg(
+        cell(u"伝票番号"_s), cell(u"日付"_s), QString::fromUtf16(m_description.party),
+        m_slip.counterpart.isEmpty() ? m_ui->txtNouhinsaki1->text() : cell(u"相手先ID"_s),
+        QString::number(lines.size()), totalRemark(lines));
+}
+
 void SlipCorrectionScreen::showRemarks()
 {
     m_ui->cmdClose->setEnabled(m_slip.canBeClosed());

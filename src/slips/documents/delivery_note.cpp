@@ -114,7 +114,7 @@ const printing::FormItems &deliveryNoteItems()
 std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const printing::Form &form)
 {
     printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
-    addAddressee(values.items, data.slip, data.slip.honorific.value_or(u"様"_s));
+    addAddressee(values.items, data.slip);
     addTotals(values.items, data);
     addInvoice(values.items, data);
     values.items[u"備考"_s] = data.memo;

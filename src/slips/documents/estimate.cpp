@@ -3,8 +3,6 @@
 #include "printing/forms/form_sheets.h"
 #include "text/numbers.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 using printing::FormItemKind;
 using printing::FormRecord;
@@ -14,32 +12,6 @@ namespace slips
 
 namespace
 {
-
-const QStringList &honorifics()
-{
-    static const QStringList all{u"様"_s, u"御中"_s, u"殿"_s, u"先生"_s};
-    return all;
-}
-
-// What marks a name as that of a firm or an institution.
-const QStringList &firmMarks()
-{
-    static const QStringList all{u"会社"_s,   u"㈱"_s,   u"㈲"_s,   u"（株）"_s, u"(株)"_s,
-                                 u"（有）"_s, u"(有)"_s, u"法人"_s, u"組合"_s,   u"商店"_s,
-                                 u"商会"_s,   u"協会"_s, u"学校"_s, u"病院"_s,   u"銀行"_s,
-                                 u"ホテル"_s, u"旅館"_s, u"役場"_s, u"市役所"_s};
-    return all;
-}
-
-bool endsWithAny(const QString &text, const QStringList &ends)
-{
-    return std::any_of(ends.begin(), ends.end(), [&](const QString &end) { return text.endsWith(end); });
-}
-
-bool containsAny(const QString &text, const QStringList &parts)
-{
-    return std::any_of(parts.begin(), parts.end(), [&](const QString &part) { return text.contains(part); });
-}
 
 QString yen(double amount) { return u"¥"_s + text::formatAmount(amount); }
 
@@ -90,14 +62,6 @@ QString taxWords(EstimateTax taxed)
     return {};
 }
 
-QString honorificOf(const book::Slip &slip)
-{
-    const QString addressed = (slip.name2.isEmpty() ? slip.name1 : slip.name2).trimmed();
-    if (addressed.isEmpty() || endsWithAny(addressed, honorifics()))
-        return {};
-    return slip.honorific.value_or(containsAny(slip.name1, firmMarks()) ? u"御中"_s : u"様"_s);
-}
-
 const printing::FormItems &estimateItems()
 {
     static const printing::FormItems items = [] {
@@ -116,7 +80,7 @@ const printing::FormItems &estimateItems()
 std::vector<printing::Sheet> estimateSheets(const EstimateData &data, const printing::Form &form)
 {
     printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
-    addAddressee(values.items, data.slip, honorificOf(data.slip));
+    addAddressee(values.items, data.slip);
     addTotals(values.items, data);
     addTerms(values.items, data.terms);
     return printing::formSheets(form, values);

@@ -57,10 +57,6 @@ base::Result<EstimateData> readEstimate(db::Connection &connection, qint64 id,
 /// "（消費税込）", "（消費税別途）"; empty where the books do not say.
 QString taxWords(EstimateTax taxed);
 
-/// The honorific behind the addressee of an estimate: the one chosen for the customer, else that of the
-/// name's kind, "御中" for a firm, "様" for a person; none where the name ends in one already.
-QString honorificOf(const book::Slip &slip);
-
 /// The layout file of the estimate on plain A4 paper.
 inline constexpr const char16_t *estimateLayout = u"estimate-a4.toml";
 

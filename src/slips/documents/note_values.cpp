@@ -5,6 +5,9 @@
 #include "text/postal_code.h"
 #include "text/width.h"
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
 using printing::FormItemKind;
 using printing::FormRecord;
@@ -78,10 +81,18 @@ QString honoured(const QString &name, const QString &honorific)
 
 } // namespace
 
-void addAddressee(FormRecord &items, const book::Slip &slip, const QString &honorific)
+QString honorificOf(const book::Slip &slip)
+{
+    const QString addressed = (slip.name2.isEmpty() ? slip.name1 : slip.name2).trimmed();
+    const bool hasOne = std::ranges::any_of(std::array<QStringView, 4>{u"様", u"御中", u"殿", u"先生"},
+                                            [&](QStringView end) { return addressed.endsWith(end); });
+    return addressed.isEmpty() || hasOne ? QString() : slip.honorific.value_or(u"様"_s);
+}
+
+void addAddressee(FormRecord &items, const book::Slip &slip)
 {
     const bool alone = slip.name2.isEmpty();
-    const QString last = honoured(alone ? slip.name1 : slip.name2, honorific);
+    const QString last = honoured(alone ? slip.name1 : slip.name2, honorificOf(slip));
     items[u"宛先.名称1"_s] = alone ? last : slip.name1;
     items[u"宛先.名称2"_s] = alone ? QString() : last;
     items[u"宛先.名称"_s] = alone ? last : slip.name1 + u'　' + last;

@@ -24,9 +24,13 @@ printing::FormItems noteItems();
 /// Their values, the addressee's names excepted.
 printing::FormValues noteValues(const book::Slip &slip, const masters::OwnCompany &sender, CompanyName name);
 
-/// Adds the addressee's names, the last one with \a honorific behind it. What lists call a deleted customer
-/// is not honoured.
-void addAddressee(printing::FormRecord &items, const book::Slip &slip, const QString &honorific);
+/// The honorific behind the addressee: the one chosen for the customer, else 様; none where the name ends in
+/// one already.
+QString honorificOf(const book::Slip &slip);
+
+/// Adds the addressee's names, the last one with its honorific. What lists call a deleted customer is not
+/// honoured.
+void addAddressee(printing::FormRecord &items, const book::Slip &slip);
 
 /// The rate of \a line, else that of its slip, as it is printed: "10%".
 QString rateOf(const book::SlipLine &line, const book::Slip &slip);

@@ -250,6 +250,38 @@ bool GoodsSlipScreen::storeRemark()
     return true;
 }
 
+// --- Its counterpart's class of tax ---
+
+// Nobody knows the class of a counterpart that was deleted meanwhile: it stays as it was shown.
+base::Status GoodsSlipScreen::checkTaxClass()
+{
+    const auto now = book::taxClassOf(workspace().connection, kind().party, header().counterpart);
+    if (!now)
+        return now.error();
+    if (now->value_or(taxClass()) == taxClass())
+        return {};
+    return base::Error{.text = u"消費税区分が、ほかのプログラムで「%1」から「%2」に変更されました。"
+                               "表示を直しましたので、消費税を確かめてから、もう一度実行してください。"_s.arg(
+                                   nameOf(taxClass()), nameOf(**now)),
+                       .changed = true};
+}
+
+// The slip goes on as one of the new class begins, unless the clerk has ticked otherwise.
+void GoodsSlipScreen::showTaxClassAnew()
+{
+    const auto now = book::taxClassOf(workspace().connection, kind().party, header().counterpart);
+    if (!now || !*now)
+        return;
+    const bool isAsItBegan = inclusive() == pricesIncludeTax().value_or(false);
+    m_goods.taxClass->setText(QString::number(static_cast<int>(**now)));
+    counterpartShown(true);
+    if (isAsItBegan && inclusive() != pricesIncludeTax().value_or(false)) {
+        m_goods.inclusive->setChecked(!inclusive());
+        keepInclusive();
+    }
+    showTax();
+}
+
 // --- Its paper ---
 
 QString GoodsSlipScreen::paperRemarks() const { return m_goods.memo->text(); }
@@ -263,7 +295,12 @@ base::Result<PaperState> GoodsSlipScreen::paperNow()
 
 void GoodsSlipScreen::print()
 {
-    if (mayPassOverLine() && storeRemark())
+    if (!mayPassOverLine() || !storeRemark())
+        return;
+    const base::Status same = m_description.isTaxed ? checkTaxClass() : base::Status();
+    if (!same && same.error().changed)
+        showTaxClassAnew();
+    if (tell(same))
         showAndRemember();
 }
 
@@ -305,13 +342,18 @@ base::Result<QString> GoodsSlipScreen::closeSlip()
     const auto rate = slipRateOf(workspace(), date());
     if (!rate)
         return rate.error();
-    const auto closed = book::onSlip(connection, header(), [&] {
-        return m_description.isTaxed
-                   ? book::closeSlip(connection, header().id, *rate, taxClass(), inclusive())
-                   : book::closeUntaxedSlip(connection, header().id);
+    const auto closed = book::onSlip(connection, header(), [&]() -> base::Result<book::ClosedSlip> {
+        if (!m_description.isTaxed)
+            return book::closeUntaxedSlip(connection, header().id);
+        if (const base::Status same = checkTaxClass(); !same)
+            return same.error();
+        return book::closeSlip(connection, header().id, *rate, taxClass(), inclusive());
     });
-    if (!closed)
+    if (!closed) {
+        if (closed.error().changed)
+            showTaxClassAnew();
         return closed.error();
+    }
     m_goods.taxFlag->setText(u"ON"_s);
     QString message =
         u"伝票 %1 を保存しました。　合計 %2 円"_s.arg(header().number, text::formatAmount(closed->total));

@@ -69,6 +69,8 @@ private:
     void showWithTax(const book::ShownTotals &shown);
     void foretellTax();
     void keepInclusive();
+    base::Status checkTaxClass();
+    void showTaxClassAnew();
     [[nodiscard]] base::Result<PaperState> paperNow();
     void showAndRemember();
     [[nodiscard]] bool addsTax() const;

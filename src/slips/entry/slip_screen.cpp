@@ -134,9 +134,32 @@ void SlipScreen::checkNumber()
 {
     const auto checked = book::checkManualNumber(workspace().connection, m_controls.number->text(),
                                                  m_description.manualLetter);
-    if (!checked)
-        m_controls.number->setFocus();
-    tell(checked);
+    if (checked)
+        return;
+    m_controls.number->setFocus();
+    tellOfNumber(checked.error());
+}
+
+void SlipScreen::tellOfNumber(const base::Error &error)
+{
+    const bool isWrong = error.text == book::wrongNumber();
+    ui::prompts::inform(this, error.text, QString::fromUtf16(ui::prompts::information),
+                        ui::prompts::Icon::Information,
+                        isWrong ? book::letterRemark(m_description.manualLetter) : QString());
+}
+
+// What \a slip is in the books as one of \a kind: its counterpart's key may be somebody's in the other
+// register, or nobody's.
+base::Result<QString> SlipScreen::slipAs(const book::SlipKind &kind, const book::NewSlip &slip)
+{
+    const QString party = book::tableOf(kind.party);
+    const auto name = book::nameOfCounterpart(workspace().connection, kind.party, slip.counterpart);
+    if (!name)
+        return name;
+    if (book::isUnknownCounterpartName(*name))
+        return u"どの%1のものでもない%2（ID %3 の%1は登録されていません）"_s.arg(
+            party, nameOf(kind), QString::number(slip.counterpart));
+    return u"%1「%2」（ID %3）の%4"_s.arg(party, *name, QString::number(slip.counterpart), nameOf(kind));
 }
 
 // The books go by the letter, whatever screen a slip was entered on.
@@ -147,16 +170,14 @@ bool SlipScreen::mayBearNumber(const book::NewSlip &slip)
     if (!kind || *kind == slip.kind || slip.counterpart == 0 ||
         !book::checkManualNumber(workspace().connection, *slip.manualNumber, slip.manualLetter))
         return true;
-    const auto name = book::nameOfCounterpart(workspace().connection, kind->party, slip.counterpart);
-    if (!tell(name.status()))
+    const auto whose = slipAs(*kind, slip);
+    if (!tell(whose.status()))
         return false;
-    const QString party = kind->party == book::Party::Customer ? u"納品先"_s : u"仕入先"_s;
     if (ui::prompts::askCautiously(
             this,
-            u"伝票番号「%1」の最初の文字は%2を表すため、この伝票は%3ではなく、%4ID "
-            u"%5「%6」の%2として数えられます。"
+            u"伝票番号「%1」の最初の文字は%2を表すため、この伝票は%3ではなく、%4として数えられます。"
             "このまま保存しますか。"_s.arg(slip.manualNumber->left(30), nameOf(*kind), nameOf(slip.kind),
-                                           party, QString::number(slip.counterpart), *name),
+                                           *whose),
             u"番号を自動で付けると、%1の伝票になります（メイン画面の「伝票番号を自動で設定」）。"_s.arg(
                 nameOf(slip.kind))))
         return true;
@@ -166,6 +187,7 @@ bool SlipScreen::mayBearNumber(const book::NewSlip &slip)
 
 void SlipScreen::saveHeader()
 {
+    m_found.refresh(); // another program may have given the counterpart another class of tax
     const workspace::Panel &panel = workspace().panel;
     const auto rate = slipRateOf(workspace(), m_controls.date->date());
     if (!tell(rate.status()))
@@ -194,7 +216,7 @@ void SlipScreen::saveHeader()
             m_controls.date->setFocus();
         else if (slip.manualNumber)
             m_controls.number->setFocus();
-        ui::prompts::inform(this, saved.error().text);
+        tellOfNumber(saved.error());
         return;
     }
     m_header = *saved;

@@ -114,6 +114,8 @@ private:
     void showCounterpart();
     void checkNumber();
     void saveHeader();
+    void tellOfNumber(const base::Error &error);
+    base::Result<QString> slipAs(const book::SlipKind &kind, const book::NewSlip &slip);
     bool mayBearNumber(const book::NewSlip &slip);
 
     bool leaveWithLines();

@@ -5,6 +5,7 @@
 #include "masters/DialogMyCo.h"
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
+#include "registers/duplicates/DialogDuplicates.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
 #include "registers/lists/frmNouhinDel.h"
@@ -167,8 +168,8 @@ void TestLetters::standOnceOnScreens()
         twiceOnScreens<masters::frmTani, masters::frmKikaku, masters::frmShain, masters::frmKubun,
                        masters::frmInvKubun, masters::frmInShohin, masters::frmOutShohin, masters::frmMyco,
                        masters::DialogMyCo, registers::frmNouhin, registers::frmSiire,
-                       registers::frmNouhinDel, registers::frmNouhinFind, registers::frmNouhinSub,
-                       registers::ZipCodeConv>(shop.workspace);
+                       registers::DialogDuplicates, registers::frmNouhinDel, registers::frmNouhinFind,
+                       registers::frmNouhinSub, registers::ZipCodeConv>(shop.workspace);
     twice << twiceOnScreens<slips::frmOut, slips::frmIn, slips::frmMitsumori, slips::frmOutReceipt,
                             slips::frmInPay, slips::frmUrikake, slips::frmKaikake, slips::frmTana,
                             slips::frmOutAmd, slips::frmInAmd, slips::frmMitumoriAmd>(shop.workspace);

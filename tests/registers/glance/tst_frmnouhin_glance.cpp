@@ -5,6 +5,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QtTest>
 
 namespace
@@ -94,6 +95,38 @@ private slots:
         QCOMPARE(r.shown(), QString());
         QTRY_COMPARE(r.shown(), ofYamada);
         QVERIFY(r.box("txtMemo").text().startsWith(u"aaa"_s));
+    }
+
+    // Goods and headings are looked at, too.
+    void onlyASlipIsOpenedByADoubleClick()
+    {
+        Glance r;
+        r.goTo(1);
+        QTRY_COMPARE(r.shown(), ofYamada);
+        auto &grid = r.the<ui::ReportGrid>("gridGlance");
+        const auto doubleClick = [&grid](int row) {
+            const QPoint place = grid.visualRect(grid.model()->index(row, 1)).center();
+            QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, place);
+            QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, place);
+        };
+        for (const int row : {0, 4, 5})
+            doubleClick(row);
+        QCOMPARE(r.opened(), QString());
+        doubleClick(2);
+        QCOMPARE(r.opened(), u"R2"_s);
+    }
+
+    // The customer that is shown first again may have got slips by a merge.
+    void readsAnewAfterAMerge()
+    {
+        Glance r;
+        QTRY_COMPARE(r.balance(), u"売掛金残高　0 円"_s);
+        QTimer::singleShot(0, &r.screen, [&r] {
+            r.shop.run(u"UPDATE 入出庫マスター SET 相手先ID = 3"_s);
+            QApplication::activeModalWidget()->close();
+        });
+        r.press("cmdDuplicates");
+        QTRY_COMPARE(r.balance(), u"売掛金残高　2,800 円"_s);
     }
 
     void leadsToSlipsAndLedger()

@@ -176,7 +176,10 @@ private slots:
         QCOMPARE(desk.driver().cursor(), u"txtDenNo"_s);
         for (const auto &[typed, told] : {std::pair(u"A7"_s, u"伝票番号に誤りがあります。"_s),
                                           std::pair(u"I1"_s, u"伝票番号が重複しています。"_s)}) {
-            ui::prompts::expectInform(told);
+            ui::prompts::expectInform(
+                told, typed == u"A7"_s
+                          ? u"この画面の伝票番号は、半角の大文字「I」で始めてください（例：I100）。"_s
+                          : QString());
             desk.driver().type("txtDenNo", typed);
             desk.driver().leave("txtDenNo");
             QCOMPARE(desk.driver().cursor(), u"txtDenNo"_s);

@@ -3,6 +3,7 @@
 #include "support/scripted_test.h"
 #include "ui/prompts.h"
 
+#include <QClipboard>
 #include <QComboBox>
 
 using namespace slips;
@@ -158,12 +159,58 @@ private slots:
             desk.shop.rows(u"SELECT ID, 商品名, 規格, 数量, 単位, 単価, 金額 FROM 入出庫サブ WHERE ID = 9"_s)
                 .last(),
             u"9|みかん||0||0|500"_s);
-        ui::prompts::expectAskCautiously(u"この明細を削除します。よろしいですか。"_s, true);
+        ui::prompts::expectAskCautiously(u"この明細を削除します。よろしいですか。"_s, true,
+                                         u"りんご 箱　数量 2 個　金額 2,000 円"_s);
         desk.lines().setFocus();
         desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, u"商品名"_s));
         QTest::keyClick(&desk.lines(), Qt::Key_Delete);
         QCOMPARE(desk.shop.rows(u"SELECT 商品名 FROM 入出庫サブ WHERE ID = 9"_s),
                  (QStringList{u"消費税"_s, u"みかん"_s}));
+    }
+
+    // As a spreadsheet copies cells: into the row from the current cell on, and not at all where they do not
+    // fit.
+    void cellsArePasted_data()
+    {
+        QTest::addColumn<QString>("heading");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("row"); // empty: as it was, and told why
+        QTest::newRow("one") << u"数量"_s << u"３"_s << u"りんご|箱|3|個|1,000|2,000"_s;
+        QTest::newRow("several") << u"商品名"_s << u"みかん\t大\t1,200\r\n"_s
+                                 << u"みかん|大|1,200|個|1,000|2,000"_s;
+        QTest::newRow("to the last") << u"数量"_s << u"3\t袋\t500\t1500"_s << u"りんご|箱|3|袋|500|1,500"_s;
+        QTest::newRow("an empty one") << u"規格"_s << u"\t4"_s << u"りんご||4|個|1,000|2,000"_s;
+        QTest::newRow("no number") << u"商品名"_s << u"みかん\t大\t三個"_s << QString();
+        QTest::newRow("too many columns") << u"単価"_s << u"1\t2\t3"_s << QString();
+        QTest::newRow("several rows") << u"数量"_s << u"1\n2"_s << QString();
+    }
+    void cellsArePasted()
+    {
+        QFETCH(QString, heading);
+        QFETCH(QString, text);
+        QFETCH(QString, row);
+        Desk desk;
+        const QStringList before = desk.shop.book();
+        const auto shown = [&] {
+            QStringList cells;
+            for (const QString &each : {u"商品名"_s, u"規格"_s, u"数量"_s, u"単位"_s, u"単価"_s, u"金額"_s})
+                cells << Desk::cell(desk.lines(), 0, each).data().toString();
+            return cells.join(u'|');
+        };
+        const QString asItWas = shown();
+        QGuiApplication::clipboard()->setText(text);
+        desk.lines().setFocus();
+        desk.lines().setCurrentIndex(Desk::cell(desk.lines(), 0, heading));
+        if (row.isEmpty())
+            ui::prompts::expectInform({});
+        QTest::keyClick(&desk.lines(), Qt::Key_V, Qt::ControlModifier);
+        QTest::qWait(1);
+        QCOMPARE(shown(), row.isEmpty() ? asItWas : row);
+        QCOMPARE(desk.driver.the("cmdUndo").isEnabled(), !row.isEmpty());
+        if (!row.isEmpty())
+            desk.driver.press("cmdUndo");
+        QCOMPARE(shown(), asItWas);
+        QCOMPARE(desk.shop.book(), before);
     }
 
     void escInACellTakesBackNothingElse()

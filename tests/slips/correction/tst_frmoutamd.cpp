@@ -152,14 +152,16 @@ private slots:
     void deletingToTheLast()
     {
         Desk desk;
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
+        const QString what =
+            u"伝票 %1　2026/03/01\n納品先「%2」\n明細 2 行　合計 2,100 円（うち消費税 100 円）"_s;
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false, what.arg(u"O9"_s, u"客2"_s));
         desk.driver.press("cmdMasterCancel");
         QCOMPARE(desk.numbers().size(), 2);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, what.arg(u"O9"_s, u"客2"_s));
         desk.driver.press("cmdMasterCancel");
         QCOMPARE(desk.driver.box("txtDenNo").text(), u"O1"_s);
         QCOMPARE(desk.lines().model()->rowCount(), 2);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, what.arg(u"O1"_s, u"客1"_s));
         desk.driver.press("cmdMasterCancel");
         QCOMPARE(desk.numbers(), QStringList());
         QCOMPARE(desk.lines().model()->rowCount(), 0);

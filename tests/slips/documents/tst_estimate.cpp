@@ -121,7 +121,7 @@ private slots:
         texts = textsOf(plainSheets(data).front());
         for (const QString &wanted : {u"御見積書"_s,
                                       u"2026年4月1日"_s,
-                                      u"株式会社東京百貨店　御中"_s,
+                                      u"株式会社東京百貨店　様"_s,
                                       u"有限会社山田茶舗"_s,
                                       u"（消費税込）"_s,
                                       u"¥11,000"_s,
@@ -151,8 +151,8 @@ private slots:
         QTest::addColumn<QString>("firm");
         QTest::addColumn<QString>("expected");
         QTest::newRow("person") << u"山田　太郎"_s << u"山田　太郎"_s << u"山田　太郎　様"_s;
-        QTest::newRow("firm") << u"㈱宮﨑水産"_s << u"㈱宮﨑水産"_s << u"㈱宮﨑水産　御中"_s;
-        QTest::newRow("department") << u"仕入部"_s << u"有限会社髙島"_s << u"仕入部　御中"_s;
+        QTest::newRow("firm") << u"㈱宮﨑水産"_s << u"㈱宮﨑水産"_s << u"㈱宮﨑水産　様"_s;
+        QTest::newRow("department") << u"仕入部"_s << u"有限会社髙島"_s << u"仕入部　様"_s;
         QTest::newRow("person of a firm") << u"田中 様"_s << u"有限会社髙島"_s << u"田中 様"_s;
         QTest::newRow("deleted") << u"(削除済み) ID 5"_s << u"(削除済み) ID 5"_s << u"(削除済み) ID 5"_s;
         QTest::newRow("no name") << u""_s << u""_s << u""_s;
@@ -167,7 +167,7 @@ private slots:
         slip.name2 = name == firm ? QString() : name;
         const auto addressed = [&] {
             printing::FormRecord items;
-            addAddressee(items, slip, honorificOf(slip));
+            addAddressee(items, slip);
             return std::get<QString>(items[name == firm ? u"宛先.名称1"_s : u"宛先.名称2"_s]);
         };
         QCOMPARE(addressed(), expected);

@@ -28,6 +28,9 @@ private slots:
     void impossibleNumbersAreRefused_data();
     void impossibleNumbersAreRefused();
     void manualNumbers();
+    void theTaxGoesByTheClassOfNow_data();
+    void theTaxGoesByTheClassOfNow();
+    void theHeaderGoesByTheClassOfNow();
     void leavingTheNumberChecksIt();
     void typedLineIsNotDroppedUnasked();
     void slipDeletedElsewhereIsLeft_data();
@@ -139,15 +142,21 @@ void TestFrmOutRefusals::manualNumbers()
         desk.box("txtDenNo").setText(number);
         desk.press("cmdMasterUpdate");
     };
-    ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
+    ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s,
+                              u"この画面の伝票番号は、半角の大文字「I」で始めてください（例：I100）。"_s);
     save(u"O1"_s);
     QVERIFY(desk.hasFocus("txtDenNo"));
     // In the books it is a purchase: of a supplier who has nothing to do with it, or of nobody.
-    desk.shop.run(u"INSERT INTO 仕入先 (仕入先ID, 仕入先名1) VALUES (5, '山本問屋')"_s);
     const QString counts = u"伝票番号「I1」の最初の文字は仕入を表すため、この伝票は納品ではなく、"
-                           "仕入先ID 5「山本問屋」の仕入として数えられます。このまま保存しますか。"_s;
+                           "仕入先「山本問屋」（ID 5）の仕入として数えられます。このまま保存しますか。"_s;
+    const QString ofNobody =
+        u"伝票番号「I1」の最初の文字は仕入を表すため、この伝票は納品ではなく、どの仕入先のものでもない仕入"
+        "（ID 5 の仕入先は登録されていません）として数えられます。このまま保存しますか。"_s;
     const QString automatic =
         u"番号を自動で付けると、納品の伝票になります（メイン画面の「伝票番号を自動で設定」）。"_s;
+    ui::prompts::expectAskCautiously(ofNobody, false, automatic);
+    save(u"I1"_s);
+    desk.shop.run(u"INSERT INTO 仕入先 (仕入先ID, 仕入先名1) VALUES (5, '山本問屋')"_s);
     ui::prompts::expectAskCautiously(counts, false, automatic);
     save(u"I1"_s);
     QCOMPARE(desk.shop.rows(u"SELECT 伝票番号 FROM 入出庫マスター"_s), QStringList());
@@ -164,6 +173,52 @@ void TestFrmOutRefusals::manualNumbers()
     QCOMPARE(desk.shop.rows(u"SELECT 伝票番号 FROM 入出庫マスター"_s), QStringList{u"I1"_s});
 }
 
+// Another program changes the class while the slip is entered.
+void TestFrmOutRefusals::theTaxGoesByTheClassOfNow_data()
+{
+    QTest::addColumn<int>("now");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("on the bill") << 1 << QStringList{u"ふじりんご"_s};
+    QTest::newRow("included") << 2 << QStringList{u"ふじりんご"_s};
+    QTest::newRow("as it was") << 0 << QStringList{u"ふじりんご"_s, u"消費税"_s};
+}
+
+void TestFrmOutRefusals::theTaxGoesByTheClassOfNow()
+{
+    QFETCH(int, now);
+    SalesDesk desk;
+    desk.open(0);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.shop.run(u"UPDATE 納品先 SET 消費税区分 = ?"_s, {now});
+    if (now != 0) {
+        ui::prompts::expectInform({});
+        desk.press("cmdNext");
+        QCOMPARE(desk.text("txtTaxK"), QString::number(now));
+        QCOMPARE(desk.the<QCheckBox>("Check1").isChecked(), now == 2);
+        QCOMPARE(desk.usable(), withLines);
+        QCOMPARE(desk.shop.value(u"SELECT 完了 FROM 入出庫マスター"_s).toInt(), 0);
+    }
+    desk.press("cmdNext");
+    QTEST(desk.shop.rows(u"SELECT 商品名 FROM 入出庫サブ ORDER BY 明細ID"_s), "lines");
+    QCOMPARE(desk.shop.rows(u"SELECT 完了, 内税 FROM 入出庫マスター"_s),
+             QStringList{now == 2 ? u"1|1"_s : u"1|0"_s});
+}
+
+// As it stands in the register when the header is stored.
+void TestFrmOutRefusals::theHeaderGoesByTheClassOfNow()
+{
+    SalesDesk desk;
+    desk.choose(0);
+    desk.shop.run(u"UPDATE 納品先 SET 消費税区分 = 2"_s);
+    desk.press("cmdMasterUpdate");
+    QCOMPARE(desk.shop.rows(u"SELECT 内税 FROM 入出庫マスター"_s), QStringList{u"1"_s});
+    QVERIFY(desk.the<QCheckBox>("Check1").isChecked());
+    desk.shop.run(u"DELETE FROM 納品先"_s);
+    desk.line(u"1"_s, u"1000"_s);
+    desk.press("cmdNext"); // whose class nobody knows any more
+    QCOMPARE(desk.shop.rows(u"SELECT 商品名 FROM 入出庫サブ"_s), QStringList{u"ふじりんご"_s});
+}
+
 void TestFrmOutRefusals::leavingTheNumberChecksIt()
 {
     SalesDesk desk(false);
@@ -176,7 +231,8 @@ void TestFrmOutRefusals::leavingTheNumberChecksIt()
         QTest::qWait(20);
         return desk.hasFocus("txtDenNo");
     };
-    ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
+    ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s,
+                              u"この画面の伝票番号は、半角の大文字「I」で始めてください（例：I100）。"_s);
     QVERIFY(leaveWith(u"O1"_s));
     ui::prompts::expectInform(u"伝票番号が重複しています。"_s);
     QVERIFY(leaveWith(u"I1"_s));

@@ -160,7 +160,8 @@ private slots:
         desk.shop.workspace.panel.automaticNumbers = false;
         desk.driver().box("txtKey1").setText(u"aite0"_s);
         desk.driver().press("Command1");
-        ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
+        ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s,
+                                  u"この画面の伝票番号は、半角の大文字「R」で始めてください（例：R100）。"_s);
         desk.driver().type("txtDenNo", u"I1"_s);
         desk.driver().leave("txtDenNo");
         desk.driver().type("txtDenNo", u"R-1"_s);

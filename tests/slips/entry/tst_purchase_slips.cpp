@@ -109,7 +109,8 @@ private slots:
         desk.shop.workspace.panel.automaticNumbers = false;
         desk.driver().box("txtKey1").setText(u"aite0"_s);
         desk.driver().press("Command1");
-        ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
+        ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s,
+                                  u"この画面の伝票番号は、半角の大文字「I」で始めてください（例：I100）。"_s);
         desk.driver().type("txtDenNo", u"O1"_s);
         desk.driver().leave("txtDenNo");
         QCOMPARE(desk.driver().cursor(), u"txtDenNo"_s);
@@ -164,7 +165,8 @@ private slots:
         desk.shop.workspace.panel.automaticNumbers = false;
         desk.driver().box("txtKey1").setText(u"aite0"_s);
         desk.driver().press("Command1");
-        ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s);
+        ui::prompts::expectInform(u"伝票番号に誤りがあります。"_s,
+                                  u"この画面の伝票番号は、半角の大文字「I」で始めてください（例：I100）。"_s);
         desk.driver().type("txtDenNo", u"M1"_s);
         desk.driver().leave("txtDenNo");
         desk.driver().type("txtDenNo", u"I1"_s);
