@@ -20,9 +20,10 @@ base::Result<ShownTotals> shownTotals(double total, const std::vector<TaxableAmo
     if (inclusive)
         return ShownTotals{u"合計（税込）"_s,
                            isUnrounded ? u"内税：端数処理前の額です（用紙では %1）"_s.arg(yen(*tax))
-                                       : u"内税：合計に含まれています"_s,
+                                       : u"内税の消費税です（合計に含まれています）"_s,
                            yen(total) + u"（税込）"_s};
-    return ShownTotals{u"合計（税抜）"_s, u"外税：合計に加わります"_s, yen(total + *tax) + u"（税込）"_s};
+    return ShownTotals{u"合計（税抜）"_s, u"外税の消費税です（合計に加わります）"_s,
+                       yen(total + *tax) + u"（税込）"_s};
 }
 
 } // namespace book

@@ -365,7 +365,9 @@ void SlipCorrectionScreen::closeOpenSlip()
 void SlipCorrectionScreen::print()
 {
     const qint64 id = m_slip.id();
-    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeForPaper()) || !taxIsSettled())
+    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeForPaper()))
+        return;
+    if (m_slip.id() == id && !taxIsSettled())
         return;
     // The paper says what the file says, and so does the screen that goes by it: a slip that is gone from
     // there has left it to its neighbour.

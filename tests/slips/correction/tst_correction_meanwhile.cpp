@@ -130,6 +130,38 @@ private slots:
         }
     }
 
+    // The twins, which have the same base: of a supplier, and an estimate.
+    void purchasesAndEstimatesToo()
+    {
+        for (const book::SlipKind &kind : {book::purchase, book::estimate}) {
+            Desk desk(kind);
+            desk.type(desk.lines(), 0, u"数量"_s, u"3"_s);
+            run(desk, {u"UPDATE 納品先 SET 消費税区分 = 1"_s, u"UPDATE 仕入先 SET 消費税区分 = 1"_s});
+            expectDoubt(recalculate);
+            desk.driver.press("Command3");
+            QCOMPARE(desk.shop.rows(u"SELECT 商品名, 数量, 金額 FROM 入出庫サブ WHERE ID = (SELECT ID FROM "
+                                    "入出庫マスター WHERE 種別 = ?)"_s,
+                                    {QString(QChar(kind.letter))}),
+                     withoutTax);
+        }
+    }
+
+    // No preview comes of what was not asked about.
+    void whatIsPrintedIsWhatWasAskedAbout()
+    {
+        Desk desk;
+        desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 2500 WHERE ID = 9 AND 商品名 = 'りんご'"_s);
+        desk.driver.press("cmdAll");
+        const QString print = u"金額または消費税が、明細と合っていません。計算し直して印刷しますか。"_s;
+        ui::prompts::expectAskWhichWay(print, u"計算し直して印刷"_s);
+        ui::prompts::meanwhile(
+            [&] { run(desk, {u"UPDATE 入出庫マスター SET 消費税率 = 10, 版 = 50 WHERE ID = 9"_s}); });
+        ui::prompts::expectAskWhichWay(print, goBack);
+        desk.driver.press("Command2");
+        QCOMPARE(desk.stored(), (QStringList{u"りんご|2|2500"_s, u"消費税|-|100"_s}));
+        QCOMPARE(Desk::cell(desk.headers(), 1, u"税率 %"_s).data().toString(), u"10"_s);
+    }
+
     void theOthersVersionStays()
     {
         Desk desk;

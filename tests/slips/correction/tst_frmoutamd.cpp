@@ -342,6 +342,9 @@ private slots:
         Desk desk;
         desk.shop.run(u"DELETE FROM 入出庫サブ WHERE ID = 9"_s);
         desk.shop.run(u"DELETE FROM 入出庫マスター WHERE ID = 9"_s);
+        // Nor is it asked about.
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE ID = 1 AND 商品名 = '消費税'"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 完了 = 0 WHERE ID = 1"_s);
         bool hasPreview = false;
         QTimer::singleShot(0, desk.screen.get(), [&hasPreview] {
             hasPreview = QApplication::activeModalWidget();

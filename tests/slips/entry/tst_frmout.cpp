@@ -151,7 +151,7 @@ void TestFrmOut::taxOfClassAndBox_data()
     QTest::addColumn<QString>("shown");
     QTest::addColumn<bool>("taxLine");
     QTest::addColumn<QString>("named"); // the total, and what the paper says
-    const QString added = u"合計（税抜）|外税：合計に加わります|11,025 円（税込）"_s;
+    const QString added = u"合計（税抜）|外税の消費税です（合計に加わります）|11,025 円（税込）"_s;
     const QString included = u"合計（税込）|内税：端数処理前の額です（用紙では 500 円）|10,500 円（税込）"_s;
     const QString billed = u"合計（税別）|消費税は請求時に計算します|10,500 円（税別）"_s;
     QTest::newRow("on delivery") << 0 << false << false << u"525"_s << true << added;
