@@ -3,6 +3,7 @@
 #include "measuring.h"
 
 #include "printing/forms/form_files.h"
+#include "printing/frmPreview.h"
 #include "printing/pdf.h"
 #include "printing/renderer.h"
 #include "slips/documents/delivery_note.h"
@@ -11,6 +12,9 @@
 #include <QPdfWriter>
 #include <QTemporaryDir>
 
+#include <malloc.h>
+
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -47,16 +51,15 @@ slips::DeliveryNoteData noteOf(int number)
     return data;
 }
 
-printing::Document documentOf(const std::vector<slips::DeliveryNoteData> &all)
+printing::Document documentOf(int count)
 {
-    const printing::Form form =
-        printing::builtInForm(QString::fromUtf16(slips::plainDeliveryNoteLayout), slips::deliveryNoteItems());
     printing::Document document;
     document.title = u"納品書"_s;
-    for (const slips::DeliveryNoteData &data : all) {
-        for (printing::Sheet &sheet : slips::deliveryNote(data, form))
-            document.sheets.push_back(std::move(sheet));
-    }
+    document.sheets = {static_cast<std::size_t>(count),
+                       [form = printing::builtInForm(QString::fromUtf16(slips::plainDeliveryNoteLayout),
+                                                     slips::deliveryNoteItems())](std::size_t number) {
+                           return slips::deliveryNote(noteOf(static_cast<int>(number)), form).front();
+                       }};
     return document;
 }
 
@@ -114,19 +117,72 @@ private:
     std::vector<std::vector<BareText>> m_pages;
 };
 
+/// Bytes that the program has asked for and not given back.
+std::size_t bytesInUse()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+/// The most that drawing so many notes takes beside the PDF, megabytes.
+double megabytesBesidePdf(int count)
+{
+    const std::size_t before = bytesInUse();
+    std::size_t most = before;
+    const auto pdf = printing::pdfOf(documentOf(count), printing::Look{face, false},
+                                     [&most](qint64 page, qint64 /*pages*/) {
+                                         if (page % 50 == 0)
+                                             most = std::max(most, bytesInUse());
+                                         return true;
+                                     });
+    if (!pdf)
+        qFatal("%s", qPrintable(pdf.error().text));
+    return (double(most) - double(before) - double(pdf->size())) / 1e6;
+}
+
+/// From the document to the preview's first page.
+double secondsToPreview(OpenShop &shop, int pages)
+{
+    std::unique_ptr<printing::frmPreview> preview;
+    return secondsOf([&] {
+        preview = std::make_unique<printing::frmPreview>(shop.workspace, documentOf(pages));
+        preview->show();
+        settle();
+    });
+}
+
+void registerPreviews(std::vector<Row> &rows)
+{
+    constexpr double most = 100; // milliseconds more
+    auto shop = std::make_shared<OpenShop>();
+    rows.push_back({"delivery notes previewed to the first page", "1 note"});
+    const std::size_t one = rows.size() - 1;
+    add(one, "ours", [shop] { return secondsToPreview(*shop, 1); });
+    rows.push_back({"delivery notes previewed to the first page", "1,000 notes", 0, most, one});
+    add(rows.size() - 1, "ours", [shop] { return secondsToPreview(*shop, notes); });
+}
+
+// Megabytes in the column of milliseconds.
+void registerMemory(std::vector<Row> &rows)
+{
+    constexpr double most = 8; // the file grows by doubling the room for it
+    rows.push_back({"memory for delivery notes to one PDF beside it, MB", "1,000 notes"});
+    const std::size_t few = rows.size() - 1;
+    add(few, "ours", [] { return megabytesBesidePdf(notes) / 1000; });
+    rows.push_back({"memory for delivery notes to one PDF beside it, MB", "4,000 notes", 0, most, few});
+    add(rows.size() - 1, "ours", [] { return megabytesBesidePdf(4 * notes) / 1000; });
+}
+
 } // namespace
 
 void registerFormOperations(std::vector<Row> &rows)
 {
     auto folder = std::make_shared<QTemporaryDir>();
-    auto all = std::make_shared<std::vector<slips::DeliveryNoteData>>();
-    for (int i = 0; i < notes; ++i)
-        all->push_back(noteOf(i));
-    auto bare = std::make_shared<BareNotes>(documentOf(*all));
+    auto bare = std::make_shared<BareNotes>(documentOf(notes));
     rows.push_back({"delivery notes through the form engine to one PDF", "1,000 notes", 1.5});
-    add(rows.size() - 1, "ours", [folder, all] {
+    add(rows.size() - 1, "ours", [folder] {
         return secondsOf([&] {
-            const base::Status written = printing::writePdf(documentOf(*all), printing::Look{face, false},
+            const base::Status written = printing::writePdf(documentOf(notes), printing::Look{face, false},
                                                             folder->filePath(u"ours.pdf"_s));
             if (!written)
                 qFatal("%s", qPrintable(written.error().text));
@@ -134,6 +190,8 @@ void registerFormOperations(std::vector<Row> &rows)
     });
     add(rows.size() - 1, "bare",
         [folder, bare] { return secondsOf([&] { bare->write(folder->filePath(u"bare.pdf"_s)); }); });
+    registerPreviews(rows);
+    registerMemory(rows);
 }
 
 } // namespace bench

@@ -126,9 +126,12 @@ void frmPreview::print()
 
 bool frmPreview::hand(const PrintChoice &choice)
 {
-    Document chosen = m_document;
-    chosen.sheets.erase(chosen.sheets.begin() + choice.lastPage, chosen.sheets.end());
-    chosen.sheets.erase(chosen.sheets.begin(), chosen.sheets.begin() + (choice.firstPage - 1));
+    Document chosen;
+    chosen.title = m_document.title;
+    chosen.purpose = m_document.purpose;
+    chosen.richTexts = m_document.richTexts;
+    chosen.sheets = m_document.sheets.part(static_cast<std::size_t>(choice.firstPage - 1),
+                                           static_cast<std::size_t>(choice.lastPage - choice.firstPage + 1));
     const auto job = ui::runWithProgress(this, u"印刷しています。"_s, [&](const base::Progress &progress) {
         return printSystem(workspace()).print(chosen, m_look, choice.settings, progress);
     });

@@ -5,6 +5,7 @@
 #include "text/format_value.h"
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 
 using namespace Qt::StringLiterals;
@@ -47,8 +48,8 @@ Align alignOf(const base::Column &column)
 class ListLayout
 {
 public:
-    ListLayout(const base::Report &report, const QString &date, ListPaper paper)
-        : m_report(report)
+    ListLayout(base::Report report, const QString &date, ListPaper paper)
+        : m_report(std::move(report))
         , m_date(date)
         , m_width(paper == ListPaper::Upright ? shortSide : longSide)
         , m_height(paper == ListPaper::Upright ? longSide : shortSide)
@@ -57,18 +58,17 @@ public:
         breakPages();
     }
 
-    std::vector<Sheet> sheets() const
+    std::size_t pageCount() const { return m_breaks.size() - 1; }
+
+    Sheet sheet(std::size_t page) const
     {
-        std::vector<Sheet> sheets(m_breaks.size() - 1);
-        for (std::size_t page = 0; page < sheets.size(); ++page) {
-            Sheet &sheet = sheets[page];
-            sheet.setCutPaper(m_width, m_height);
-            sheet.origin = Origin::PaperEdge;
-            SheetWriter writer(sheet);
-            writeFrame(writer, page);
-            writeTable(writer, m_breaks[page], m_breaks[page + 1]);
-        }
-        return sheets;
+        Sheet sheet;
+        sheet.setCutPaper(m_width, m_height);
+        sheet.origin = Origin::PaperEdge;
+        SheetWriter writer(sheet);
+        writeFrame(writer, page);
+        writeTable(writer, m_breaks[page], m_breaks[page + 1]);
+        return sheet;
     }
 
 private:
@@ -123,8 +123,8 @@ private:
                     Align::Centre);
         writer.text(margin, remarkTop, m_report.remark, points);
         writer.text(right(), remarkTop, m_date, points, Align::Right);
-        writer.text(middle, m_height - footHeight + 4, u"%1 / %2"_s.arg(page + 1).arg(m_breaks.size() - 1),
-                    points, Align::Centre);
+        writer.text(middle, m_height - footHeight + 4, u"%1 / %2"_s.arg(page + 1).arg(pageCount()), points,
+                    Align::Centre);
     }
 
     void writeTable(SheetWriter &writer, std::size_t first, std::size_t end) const
@@ -190,7 +190,7 @@ private:
         return fitBlock(text, room, cellHeight, broken ? points : smallPoints, leading);
     }
 
-    const base::Report &m_report;
+    const base::Report m_report;
     const QString m_date;
     const double m_width;
     const double m_height;
@@ -206,9 +206,10 @@ ListPaper paperFor(const base::Report &report)
     return report.columns.size() > mostUpright ? ListPaper::Lying : ListPaper::Upright;
 }
 
-std::vector<Sheet> listSheets(const base::Report &report, const QString &date, ListPaper paper)
+Sheets listSheets(base::Report report, const QString &date, ListPaper paper)
 {
-    return ListLayout(report, date, paper).sheets();
+    const auto layout = std::make_shared<const ListLayout>(std::move(report), date, paper);
+    return {layout->pageCount(), [layout](std::size_t page) { return layout->sheet(page); }};
 }
 
 } // namespace printing

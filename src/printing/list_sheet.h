@@ -1,9 +1,7 @@
 #pragma once
 
 #include "base/report.h"
-#include "printing/sheet.h"
-
-#include <vector>
+#include "printing/sheets.h"
 
 // Reports on plain paper: rosters, ledgers, balance lists. One table, as many pages as it takes.
 namespace printing
@@ -17,7 +15,7 @@ ListPaper paperFor(const base::Report &report);
 /// The pages of \a report, each with title, remark, \a date, headings and page number; one page when there
 /// are no rows. The heading of a group is never the last row of a page. Columns that do not fit side by side
 /// are all made narrower. Text that is too long is made smaller or broken into lines, and never leaves its
-/// cell; numbers stay on one line.
-std::vector<Sheet> listSheets(const base::Report &report, const QString &date, ListPaper paper);
+/// cell; numbers stay on one line. A page is laid out when it is looked at.
+Sheets listSheets(base::Report report, const QString &date, ListPaper paper);
 
 } // namespace printing

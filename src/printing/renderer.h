@@ -3,7 +3,7 @@
 #include "base/progress.h"
 #include "base/result.h"
 #include "printing/print_frame.h"
-#include "printing/sheet.h"
+#include "printing/sheets.h"
 
 #include <QMarginsF>
 #include <QString>
@@ -11,7 +11,6 @@
 
 #include <map>
 #include <memory>
-#include <vector>
 
 class QPagedPaintDevice;
 class QPainter;
@@ -28,7 +27,7 @@ struct Document
     QString title;  // of the job, the preview and the PDF
     QString remark; // told beside the preview; not printed
     Purpose purpose = Purpose::DeliveryNotesAndBills;
-    std::vector<Sheet> sheets;
+    Sheets sheets;
     std::map<QString, std::shared_ptr<QTextDocument>> richTexts;
 };
 

@@ -298,8 +298,10 @@ private slots:
         printers->can[u"LASER"_s] = {.bins = {u"manual"_s, u"tractor"_s}, .mostCopies = 9};
         FreshShop shop;
         keepPrintSystem(shop.workspace, printers);
-        Document document = pagesOfText(1);
-        document.sheets.front().bin = wanted;
+        Document document;
+        Sheet sheet;
+        sheet.bin = wanted;
+        document.sheets.push_back(sheet);
         DialogPrint dialog(shop.workspace, document);
         ScreenDriver driver(&dialog);
         driver.show();

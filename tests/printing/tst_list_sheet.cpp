@@ -35,7 +35,7 @@ Report reportOf(int rows)
     return report;
 }
 
-std::vector<Sheet> sheetsOf(const Report &report)
+printing::Sheets sheetsOf(const Report &report)
 {
     return printing::listSheets(report, u"2026年4月1日"_s, ListPaper::Upright);
 }

@@ -17,7 +17,9 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
+#include <malloc.h>
 
 using namespace Qt::StringLiterals;
 using namespace printing;
@@ -342,6 +344,39 @@ private slots:
         QVERIFY(printDocument(printer, document, Look{u"IPAMincho"_s}));
         const QString text = textOfPdf(fileName).remove(u'\n').remove(u'\f');
         QCOMPARE(text, printer.supportsMultipleCopies() ? u"第2葉第3葉"_s : u"第2葉第3葉第2葉第3葉"_s);
+    }
+
+    // Pages are made one after the other, and none is kept: neither by a maker nor by what draws them.
+    void aLongDocumentTakesNoMoreRoomThanItsFile()
+    {
+        constexpr std::size_t pages = 1500;
+        std::size_t made = 0;
+        Document document;
+        document.sheets = {pages, [&made](std::size_t page) {
+                               ++made;
+                               Sheet sheet;
+                               for (int line = 0; line < 100; ++line)
+                                   sheet.texts.push_back({500, 140.0 * line, u"%1-%2"_s.arg(page).arg(line)});
+                               return sheet;
+                           }};
+        const auto bytesInUse = [] {
+            const struct mallinfo2 info = mallinfo2();
+            return info.uordblks + info.hblkhd;
+        };
+        const std::size_t before = bytesInUse();
+        std::size_t most = 0;
+        const auto pdf = pdfOf(document, Look{u"IPAMincho"_s}, [&](qint64 page, qint64) {
+            if (page % 50 == 0)
+                most = std::max(most, bytesInUse());
+            return true;
+        });
+        QVERIFY(pdf);
+        QCOMPARE(made, pages);
+        // The file grows by doubling; the sheets would take 16 MB.
+        const auto allowed = before + 2 * static_cast<std::size_t>(pdf->size()) + 4'000'000;
+        QVERIFY2(most < allowed,
+                 qPrintable(u"%1 kB, file %2 kB"_s.arg((most - before) / 1024).arg(pdf->size() / 1024)));
+        QCOMPARE(document.sheets.part(1200, 2)[1].texts[7].text, u"1201-7"_s);
     }
 };
 

@@ -127,13 +127,13 @@ void DialogMeibo::chooseFont()
 
 base::Result<printing::Document> DialogMeibo::document(const base::Progress &progress) const
 {
-    const auto report = roster(workspace().connection, m_customers, options(), progress);
+    auto report = roster(workspace().connection, m_customers, options(), progress);
     if (!report)
         return report.error();
     printing::Document document;
     document.title = report->documentName;
     document.purpose = printing::Purpose::Rosters;
-    document.sheets = printing::listSheets(*report, text::formatDate(workspace().today()) + u" 現在"_s,
+    document.sheets = printing::listSheets(std::move(*report), text::formatDate(workspace().today()) + u" 現在"_s,
                                            printing::ListPaper::Upright);
     return document;
 }

@@ -25,7 +25,7 @@ Document note()
     sheet.origin = Origin::PaperEdge;
     sheet.texts.push_back(
         {.x = twipsFromMillimetres(120), .y = twipsFromMillimetres(50), .text = u"納品書"_s, .points = 12});
-    Document document{.title = u"納品書 O123"_s, .remark = {}, .sheets = {sheet}, .richTexts = {}};
+    Document document{.title = u"納品書 O123"_s, .remark = {}, .sheets = std::vector{sheet}, .richTexts = {}};
     return document;
 }
 
@@ -174,7 +174,7 @@ private slots:
     void aJobThatIsStoppedInTimeIsNone()
     {
         Document notes = note();
-        notes.sheets.resize(3, notes.sheets.front());
+        notes.sheets = std::vector(3, notes.sheets.front());
         const auto before = m_system.jobs();
         const auto stopped = m_system.print(notes, Look{u"IPAMincho"_s}, onto(u"any"_s, {241.3, 114.3}),
                                             [](qint64 done, qint64) { return done < 2; });
