@@ -286,6 +286,7 @@ void FirstDay::enterSlips()
                 enterLines(screen, slip);
                 if (i == 0)
                     m_walker.picture(screen, u"sales-slip-lines"_s);
+                choosePaper(screen, i);
                 printNote(screen, i);
                 m_walker.on(screen).press(u"cmdNext"_s);
             }
@@ -314,18 +315,32 @@ void FirstDay::enterLines(QDialog &screen, const Slip &slip)
     m_walker.checkText(screen, u"Text2"_s, str(slip.tax));
 }
 
+// Each form has a slip that shows it; the rest are printed on plain paper.
+void FirstDay::choosePaper(QDialog &screen, int number)
+{
+    const QString papers[] = {u"A4 無地"_s, u"HISAGO 1149"_s, u"HISAGO BP0201"_s};
+    m_walker.on(m_window).the<QComboBox>(u"Combo2"_s).setCurrentText(papers[number < 3 ? number : 0]);
+    const bool isDesignated = number == 3;
+    m_walker.on(screen).the<QCheckBox>(u"Check2"_s).setChecked(isDesignated);
+    m_walker.on(screen)
+        .the<QLineEdit>(u"txtMemo"_s)
+        .setText(isDesignated ? u"注文番号 K-2207 午前着"_s : QString());
+}
+
 void FirstDay::printNote(QDialog &screen, int number)
 {
     const QString fileName = m_folder.filePath(u"delivery-note-O%1.pdf"_s.arg(number + 1));
     m_walker.visit(
         u"note %1"_s.arg(number + 1), [this, &screen] { m_walker.on(screen).press(u"Command3"_s); },
         [this, number, &fileName](QDialog &preview) {
-            if (number == 0 || number == 9)
+            if (number < 4 || number == 9)
                 m_walker.picture(preview, u"delivery-note-preview"_s);
             ui::file_dialogs::expectFile(fileName);
             m_walker.on(preview).press(u"cmdPdf"_s);
         });
     m_walker.check(QFileInfo(fileName).size() > 1000, u"the note is not there as PDF"_s);
+    if (number < 4 || number == 9)
+        m_walker.pages(fileName, u"delivery-note-%1"_s.arg(number + 1));
 }
 
 // Compaction, the list of backups, and the file built anew.

@@ -34,6 +34,7 @@ private:
     void lookPostalCodesUp();
     void enterSlips();
     void enterLines(QDialog &screen, const struct Slip &slip);
+    void choosePaper(QDialog &screen, int number);
     void printNote(QDialog &screen, int number);
     void chooseCustomers();
     void tidyCustomers();

@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPointer>
+#include <QProcess>
 #include <QTest>
 #include <QTimer>
 
@@ -91,6 +92,14 @@ void Walker::picture(QWidget &screen, const QString &name)
     QTest::qWait(20);
     const QString fileName = u"%1-%2.png"_s.arg(++m_pictures, 2, 10, QChar(u'0')).arg(name);
     check(screen.grab().save(m_folder.filePath(fileName)), fileName + u" cannot be written"_s);
+}
+
+void Walker::pages(const QString &fileName, const QString &name)
+{
+    const QString pictures = u"%1-%2"_s.arg(++m_pictures, 2, 10, QChar(u'0')).arg(name);
+    const int code = QProcess::execute(u"pdftoppm"_s,
+                                       {u"-r"_s, u"80"_s, u"-png"_s, fileName, m_folder.filePath(pictures)});
+    check(code == 0, pictures + u" cannot be drawn"_s);
 }
 
 void Walker::check(bool good, const QString &what)

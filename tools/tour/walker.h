@@ -43,6 +43,9 @@ public:
     /// Saves the picture of \a screen.
     void picture(QWidget &screen, const QString &name);
 
+    /// Saves a picture of each page of the PDF \a fileName.
+    void pages(const QString &fileName, const QString &name);
+
     /// Notes \a what unless \a good.
     void check(bool good, const QString &what);
     void checkText(QWidget &screen, const QString &box, const QString &expected);

@@ -79,6 +79,10 @@ private:
         own.number("width", m_form.paper.width, smallestPaper, largestPaper);
         own.number("height", m_form.paper.height, smallestPaper, largestPaper);
         own.flag("turned", m_form.paper.turned);
+        // The printer would take the wrong length for a continuous form, and the paper would run away.
+        if (m_form.paper.turned && m_form.paper.width > m_form.paper.height)
+            own.fault("turned", u"縦長に送る用紙だけを横向きに読めます。連続用紙は送る向きのまま、"
+                                "「turned」なしで書いてください。"_s);
         own.text("source", m_form.paper.source);
         own.finish();
     }

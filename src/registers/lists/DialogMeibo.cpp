@@ -133,8 +133,8 @@ base::Result<printing::Document> DialogMeibo::document(const base::Progress &pro
     printing::Document document;
     document.title = report->documentName;
     document.purpose = printing::Purpose::Rosters;
-    document.sheets = printing::listSheets(std::move(*report), text::formatDate(workspace().today()) + u" 現在"_s,
-                                           printing::ListPaper::Upright);
+    document.sheets = printing::listSheets(
+        std::move(*report), text::formatDate(workspace().today()) + u" 現在"_s, printing::ListPaper::Upright);
     return document;
 }
 

@@ -134,6 +134,8 @@ void TestFormFaults::damagedFiles_data()
            "own.toml:17: 「name」が書かれていません。");
     damage("unknown key of a part", "[body]", "[[part]]\nname = \"控え\"\nhight = 60\n[body]",
            "own.toml:19: 「hight」というキーはありません。");
+    damage("a continuous form turned", "height = 100.5", "height = 100.5, turned = true",
+           "own.toml:3: 縦長に送る用紙だけ");
     damage("box off the paper", "[body]", "[[box]]\nx = 1\ny = 90\nwidth = 9\nheight = 11\n[body]",
            "own.toml:19: 用紙の下端");
     damage("format of a text", "item = \"宛先\"", "item = \"宛先\"\nformat = \"#,##0\"",

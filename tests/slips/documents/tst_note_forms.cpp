@@ -69,6 +69,13 @@ std::vector<QStringList> productsOf(const Sheet &sheet, const QString &layout)
     return halves;
 }
 
+void addLayouts()
+{
+    QTest::addColumn<QString>("layout");
+    for (const QString &layout : {plain, continuous, withReceipt, designated})
+        QTest::newRow(qPrintable(layout)) << layout;
+}
+
 } // namespace
 
 class TestNoteForms : public QObject
@@ -232,13 +239,57 @@ private slots:
         }
     }
 
-    // Number, rates and mark have room of their own; without values nothing is printed of them.
-    void whatMakesAnInvoiceHasRoom_data()
+    void theSenderIsNamedAsChosen_data() { addLayouts(); }
+    void theSenderIsNamedAsChosen()
     {
-        QTest::addColumn<QString>("layout");
-        for (const QString &layout : {plain, continuous, withReceipt, designated})
-            QTest::newRow(qPrintable(layout)) << layout;
+        QFETCH(QString, layout);
+        const std::size_t places = layout == withReceipt ? 2 : 1;
+        DeliveryNoteData data = note(1);
+        for (const auto name : {CompanyName::Plain, CompanyName::Omitted, CompanyName::Extended}) {
+            data.companyName = name;
+            const Sheet sheet = sheetsOf(data, layout).front();
+            const bool isPlain = name == CompanyName::Plain;
+            QCOMPARE(textsOf(sheet).count(u"有限会社山田茶舗"_s), isPlain ? qsizetype(places) : 0);
+            QCOMPARE(textsOf(sheet).count(u"通信販売部"_s), isPlain ? qsizetype(places) : 0);
+            QCOMPARE(sheet.richTexts.size(), name == CompanyName::Extended ? places : 0);
+            for (const printing::RichTextSlot &slot : sheet.richTexts) {
+                const double mm = printing::twipsPerMillimetre;
+                const QRectF area(slot.x / mm, slot.y / mm, slot.width / mm, slot.height / mm);
+                QVERIFY(printable(sheet).contains(area));
+                for (const printing::TextItem &item : sheet.texts)
+                    QVERIFY2(!area.intersects(areaOf(item)), qPrintable(item.text));
+            }
+        }
     }
+
+    void theTaxIsToldOnEveryForm_data() { addLayouts(); }
+    void theTaxIsToldOnEveryForm()
+    {
+        QFETCH(QString, layout);
+        const auto textsWith = [&](const DeliveryNoteData &data) {
+            return textsOf(sheetsOf(data, layout).front()).join(u'|');
+        };
+        DeliveryNoteData added = note(1);
+        added.slip.lines.push_back({u"消費税"_s, {}, {}, {}, {}, 98.0, {}, 10.0});
+        const QString withLine = textsWith(added);
+        QVERIFY2(withLine.contains(u"消費税|98|"_s) && withLine.contains(u"（10%）¥98"_s) &&
+                     !withLine.contains(u"内税"_s),
+                 qPrintable(withLine));
+
+        DeliveryNoteData included = note(1);
+        included.slip.taxClass = book::TaxClass::Included;
+        included.includedTax = 98;
+        const QString inside = textsWith(included);
+        static const QRegularExpression amount(u"内税額[ |]¥98"_s);
+        QVERIFY2(inside.contains(amount) && !inside.contains(u"消費税"_s), qPrintable(inside));
+
+        DeliveryNoteData onBill = note(1);
+        onBill.slip.taxClass = book::TaxClass::OnBill;
+        QVERIFY(textsWith(onBill).contains(u"ご請求時に加算"_s));
+    }
+
+    // Number, rates and mark have room of their own; without values nothing is printed of them.
+    void whatMakesAnInvoiceHasRoom_data() { addLayouts(); }
 
     void whatMakesAnInvoiceHasRoom()
     {
