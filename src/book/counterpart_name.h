@@ -21,10 +21,10 @@ using CounterpartKey = std::optional<qint64>;
 /// How lists and ledgers call the counterpart \a id that was deleted while slips refer to it.
 inline QString deletedCounterpartName(qint64 id) { return QStringLiteral("(削除済み) ID %1").arg(id); }
 
-/// How they call the counterpart of a slip that no register has.
+/// How they call the counterpart of a slip that no register has. Older programs write 0 for none.
 inline QString unknownCounterpartName(CounterpartKey key)
 {
-    return key ? deletedCounterpartName(*key) : QStringLiteral("(相手先なし)");
+    return key.value_or(0) == 0 ? QStringLiteral("(相手先なし)") : deletedCounterpartName(*key);
 }
 
 /// How they call an employee who was deleted.

@@ -49,7 +49,7 @@ base::Status readCounterpart(db::Connection &connection, Party party, Slip &slip
     if (!found)
         return found.error();
     if (found->isEmpty()) {
-        slip.name1 = unknownCounterpartName(slip.counterpart == 0 ? CounterpartKey() : slip.counterpart);
+        slip.name1 = unknownCounterpartName(slip.counterpart);
         return {};
     }
     const auto text = [&](const QString &column) { return found->value(0, column).toString(); };

@@ -145,6 +145,11 @@ private slots:
         searchFor(u"(相手先なし)"_s);
         QCOMPARE(desk.numbers(), QStringList{u"O11"_s});
         QCOMPARE(desk.driver.box("txtNouhinsaki1").text(), u"(相手先なし)"_s);
+        desk.shop.run(u"UPDATE 入出庫マスター SET 相手先ID = 0 WHERE ID = 11"_s);
+        desk.driver.press("cmdAll"); // as older programs write none
+        QCOMPARE(desk.driver.box("txtDenNo").text(), u"O11"_s);
+        QCOMPARE(desk.driver.box("txtNouhinsaki1").text(), u"(相手先なし)"_s);
+        QCOMPARE(Desk::cell(desk.headers(), 3, u"納品先"_s).data().toString(), u"(相手先なし)"_s);
         ui::prompts::expectInform(u"現在、該当する伝票はありません。"_s);
         searchFor(u"ID 79"_s);
     }
