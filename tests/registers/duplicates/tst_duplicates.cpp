@@ -1,6 +1,7 @@
 #include "book/generated_book.h"
 #include "book/movement_sums.h"
 #include "registers/duplicates/customer_merge.h"
+#include "registers/duplicates/distinct_pairs.h"
 #include "registers/duplicates/duplicate_customers.h"
 #include "registers/duplicates/person_folding.h"
 
@@ -226,6 +227,39 @@ private slots:
         QVERIFY2(plan && plan->refusal.isEmpty(), plan ? qPrintable(plan->refusal) : "");
         QVERIFY(mergeCustomers(shop.connection, *plan, shop.now.date()));
         QTEST(shop.value(u"SELECT "_s + column + u" FROM 納品先 WHERE 納品先ID = 1"_s), "after");
+    }
+
+    // Each pair by itself, until what the rows say is another.
+    void twoThatAreTwoAreNoDuplicates()
+    {
+        const auto customer = [](qint64 id) {
+            ProbableDuplicate sato;
+            sato.id = id;
+            sato.name = u"佐藤"_s;
+            sato.address = u"港区芝1-1"_s;
+            sato.phone = u"03-1234-5678"_s;
+            return sato;
+        };
+        const std::vector<DuplicateGroup> groups{{true, false, {customer(1), customer(2), customer(3)}}};
+        DistinctPairs distinct;
+        const auto left = [&] {
+            const auto shown = withoutDistinct(groups, DistinctPairs(distinct.stored()));
+            return shown.empty() ? 0 : int(shown.front().customers.size());
+        };
+        QCOMPARE(left(), 3);
+        distinct.mark(customer(2), customer(1), true);
+        QCOMPARE(left(), 3); // 3 may be either of them
+        distinct.mark(customer(1), customer(3), true);
+        QCOMPARE(left(), 2);
+        distinct.mark(customer(2), customer(3), true);
+        QCOMPARE(left(), 0);
+        ProbableDuplicate moved = customer(3);
+        moved.phone = u"０３−１２３４−５６７８"_s; // as it was, but for the way it is written
+        QVERIFY(distinct.has(moved, customer(2)));
+        moved.address = u"港区芝2-2"_s;
+        QVERIFY(!distinct.has(moved, customer(2)));
+        distinct.mark(customer(3), customer(2), false);
+        QCOMPARE(left(), 2);
     }
 
     void changesNothingWhenItMustNot_data()
