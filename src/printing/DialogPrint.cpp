@@ -53,14 +53,15 @@ DialogPrint::~DialogPrint() = default;
 
 void DialogPrint::fillQueues()
 {
-    const auto selected = selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose);
+    const auto selected =
+        selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose, m_document.printer);
     if (!selected) {
         m_failure = selected.error().text;
         return;
     }
     m_ui->cboQueue->addItems(selected->installed);
     m_ui->cboQueue->setCurrentText(selected->name);
-    m_missing = selected->missing;
+    m_missing = missingInWords(*selected);
     if (selected->installed.isEmpty())
         m_failure = u"プリンタが見つかりません。プリンタを設定するか、PDF に保存してください。"_s;
 }
@@ -95,19 +96,14 @@ QString DialogPrint::obstacle() const
 {
     if (!m_abilities)
         return m_failure;
-    if (takesPaper(*m_abilities, paperOf(m_document)))
-        return {};
-    return u"プリンタ「%1」は、%2の用紙を受け付けません。この用紙を使えるプリンタを選ぶか、"
-           "プリンタの設定で用紙を加えてください。"_s.arg(m_ui->cboQueue->currentText(),
-                                                          paperInWords(paperOf(m_document)));
+    return paperObstacle(*m_abilities, m_ui->cboQueue->currentText(), paperOf(m_document));
 }
 
 void DialogPrint::showRemark()
 {
     QStringList remarks;
     if (!m_missing.isEmpty())
-        remarks << u"設定されているプリンタ「%1」が見つからないため、ほかのプリンタを選んでいます。"_s.arg(
-            m_missing);
+        remarks << m_missing;
     if (const QString hindrance = obstacle(); !hindrance.isEmpty())
         remarks << hindrance;
     m_ui->lblRemark->setText(remarks.join(u'\n'));

@@ -48,7 +48,7 @@ private:
 
     const std::unique_ptr<Ui::DialogPrint> m_ui;
     const Document &m_document;
-    QString m_missing; // the purpose's own printer where it is gone
+    QString m_missing; // says that the purpose's own printer is gone
     std::optional<QueueAbilities> m_abilities;
     QString m_failure; // why they could not be read
     std::optional<PrintChoice> m_choice;

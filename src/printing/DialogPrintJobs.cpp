@@ -46,15 +46,19 @@ DialogPrintJobs::DialogPrintJobs(workspace::Workspace &workspace, QWidget *paren
     connect(m_clock, &QTimer::timeout, this, &DialogPrintJobs::read);
     setUp();
     read();
-    m_clock->start(lookAgain);
 }
 
 DialogPrintJobs::~DialogPrintJobs() = default;
 
-// A failure stands in the window: a box every three seconds would not let the clerk out of it.
+// A failure stands in the window: a box every three seconds would not let the clerk out of it. A service that
+// cannot be reached is not asked again by itself: each answer takes seconds.
 void DialogPrintJobs::read()
 {
     const auto jobs = printSystem(workspace()).jobs();
+    if (jobs)
+        m_clock->start(lookAgain);
+    else
+        m_clock->stop();
     m_jobs = jobs ? *jobs : std::vector<PrintJob>();
     std::erase_if(m_jobs, [this](const PrintJob &job) {
         return job.taken.date() != workspace().today() && !job.isUnderWay();

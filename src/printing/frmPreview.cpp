@@ -28,9 +28,10 @@ frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidg
     : Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::frmPreview>())
     , m_document(std::move(document))
-    , m_look{fontFace(workspace.settings, m_document.purpose)}
+    , m_look{fontFace(workspace.settings, m_document.purpose, m_document.font), m_document.calibrationGrid}
 {
     m_ui->setupUi(this);
+    m_ui->chkGrid->setChecked(m_look.calibrationGrid);
     setWindowTitle(u"印刷プレビュー　"_s + m_document.title);
     m_ui->LblPrinterName->setText(printerInWords());
     m_ui->lblRemark->setText(m_document.remark);
@@ -102,7 +103,8 @@ bool frmPreview::carryOut(const QString &what,
 
 QString frmPreview::printerInWords() const
 {
-    const auto selected = selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose);
+    const auto selected =
+        selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose, m_document.printer);
     return selected && !selected->name.isEmpty() ? u"プリンタ："_s + selected->name
                                                  : u"プリンタが見つかりません。PDF に保存できます。"_s;
 }

@@ -8,48 +8,29 @@
 #include <QFontDatabase>
 #include <QPainter>
 
-#include <array>
 #include <cmath>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace printing
 {
 
-namespace
+QString missingInWords(const SelectedPrinter &selected)
 {
-
-struct PurposeKeys
-{
-    const workspace::SettingKey &printer;
-    const workspace::SettingKey &font;
-};
-
-// In the order of Purpose.
-constexpr std::array<PurposeKeys, 7> purposes{{
-    {workspace::keys::printerName, workspace::keys::printerFont},
-    {workspace::keys::kuroPrinterName, workspace::keys::kuroPrinterFont},
-    {workspace::keys::motoPrinterName, workspace::keys::motoFont},
-    {workspace::keys::meiboPrinterName, workspace::keys::meiboPrinterFont},
-    {workspace::keys::oderPrinterName, workspace::keys::oderPrinterFont},
-    {workspace::keys::fuPrinterName, workspace::keys::fuPrinterFont},
-    {workspace::keys::hagakiPrinterName, workspace::keys::hagakiPrinterFont},
-}};
-
-const PurposeKeys &keysOf(Purpose purpose) { return purposes.at(static_cast<std::size_t>(purpose)); }
-
-} // namespace
-
-const workspace::SettingKey &printerKey(Purpose purpose) { return keysOf(purpose).printer; }
-
-const workspace::SettingKey &fontKey(Purpose purpose) { return keysOf(purpose).font; }
+    if (selected.missing.isEmpty())
+        return {};
+    return u"設定されているプリンタ「%1」が見つからないため、ほかのプリンタを選んでいます。"_s.arg(
+        selected.missing);
+}
 
 base::Result<SelectedPrinter> selectPrinter(PrintSystem &system, const workspace::Settings &settings,
-                                            Purpose purpose)
+                                            Purpose purpose, const QString &other)
 {
     const auto installed = system.queues();
     if (!installed)
         return installed.error();
-    SelectedPrinter selected{*installed, settings.text(printerKey(purpose)), {}};
+    SelectedPrinter selected{*installed, other.isEmpty() ? settings.text(printerKey(purpose)) : other, {}};
     if (installed->contains(selected.name))
         return selected;
     selected.missing = std::exchange(selected.name, QString());
@@ -60,13 +41,21 @@ base::Result<SelectedPrinter> selectPrinter(PrintSystem &system, const workspace
     return selected;
 }
 
-QString fontFace(const workspace::Settings &settings, Purpose purpose)
+QString fontFace(const workspace::Settings &settings, Purpose purpose, const QString &other)
 {
-    const QString face = installedFace(settings.text(fontKey(purpose)), QFontDatabase::families());
+    const QString wanted = other.isEmpty() ? settings.text(fontKey(purpose)) : other;
+    const QString face = installedFace(wanted, QFontDatabase::families());
     if (!face.isEmpty())
         return face;
     const QStringList japanese = QFontDatabase::families(QFontDatabase::Japanese);
     return japanese.isEmpty() ? QString() : japanese.first();
+}
+
+base::Status flushed(workspace::Settings &settings)
+{
+    if (settings.flush())
+        return {};
+    return base::Error{u"設定を保存できませんでした。設定ファイルの権限を確認してください。"_s};
 }
 
 int typePixels(double points) { return std::max(1, static_cast<int>(std::lround(points * twipsPerPoint))); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "printing/purposes.h"
 
 #include <QFont>
 #include <QStringList>
@@ -10,7 +11,6 @@ class QPainter;
 namespace workspace
 {
 class Settings;
-struct SettingKey;
 } // namespace workspace
 
 // What every print routine shares: each purpose keeps its own printer and font in the settings.
@@ -18,19 +18,6 @@ namespace printing
 {
 
 class PrintSystem;
-
-enum class Purpose {
-    DeliveryNotesAndBills, // and receipts of goods
-    ShippingSlips,
-    GiftSheets,
-    Rosters,
-    TransferForms,
-    Addresses,
-    AddressRange, // over a chosen range of the customers
-};
-
-const workspace::SettingKey &printerKey(Purpose purpose);
-const workspace::SettingKey &fontKey(Purpose purpose);
 
 /// The printer of a purpose, and what it was chosen from.
 struct SelectedPrinter
@@ -40,13 +27,19 @@ struct SelectedPrinter
     QString missing; // the stored one, where it is not installed any more
 };
 
-/// The printer that is stored for \a purpose; where that is gone, the usual one.
-base::Result<SelectedPrinter> selectPrinter(PrintSystem &system, const workspace::Settings &settings,
-                                            Purpose purpose);
+/// Says of \a selected that the stored printer is gone, and which one stands in; empty where it is there.
+QString missingInWords(const SelectedPrinter &selected);
 
-/// The face to print the purpose with: the stored one, without the "@" of vertical writing, or what stands in
-/// for it on this machine.
-QString fontFace(const workspace::Settings &settings, Purpose purpose);
+/// The printer that is stored for \a purpose, or \a other in its place; where that is gone, the usual one.
+base::Result<SelectedPrinter> selectPrinter(PrintSystem &system, const workspace::Settings &settings,
+                                            Purpose purpose, const QString &other = {});
+
+/// The face to print the purpose with: the stored one or \a other, without the "@" of vertical writing, or
+/// what stands in for it on this machine.
+QString fontFace(const workspace::Settings &settings, Purpose purpose, const QString &other = {});
+
+/// Writes the settings to their store. Fails where they cannot be.
+base::Status flushed(workspace::Settings &settings);
 
 /// The size of type of so many points, in units of a painter that counts in twips.
 int typePixels(double points);

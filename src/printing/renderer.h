@@ -29,6 +29,9 @@ struct Document
     Purpose purpose = Purpose::DeliveryNotesAndBills;
     Sheets sheets;
     std::map<QString, std::shared_ptr<QTextDocument>> richTexts;
+    QString printer{};            // to begin with; empty: the purpose's own
+    QString font{};               // as it is stored; empty: the purpose's own
+    bool calibrationGrid = false; // to begin with
 };
 
 /// How a document is drawn.

@@ -64,13 +64,13 @@ inline constexpr SettingKey fuPrinterName{"Printer", "FuPrinterName", u""};
 inline constexpr SettingKey fuPrinterFont{"Printer", "FuPrinterFont", u"ＭＳ 明朝"};
 /// Bulk address printing.
 inline constexpr SettingKey hagakiPrinterName{"Printer", "HagakiPrinterName", u""};
-inline constexpr SettingKey hagakiPrinterFont{"Printer", "HagakiPrinterFont", u""};
+inline constexpr SettingKey hagakiPrinterFont{"Printer", "HagakiPrinterFont", u"ＭＳ 明朝"};
 /// Rosters.
 inline constexpr SettingKey meiboPrinterName{"Printer", "MeiboPrinterName", u""};
 inline constexpr SettingKey meiboPrinterFont{"Printer", "MeiboPrinterFont", u"ＭＳ 明朝"};
 /// Gift lists.
 inline constexpr SettingKey motoPrinterName{"Printer", "MotoPrinterName", u""};
-inline constexpr SettingKey motoFont{"Printer", "MotoFont", u""};
+inline constexpr SettingKey motoFont{"Printer", "MotoFont", u"ＭＳ 明朝"};
 /// Postal transfer forms.
 inline constexpr SettingKey oderPrinterName{"Printer", "OderPrinterName", u""};
 inline constexpr SettingKey oderPrinterFont{"Printer", "OderPrinterFont", u"ＭＳ 明朝"};

@@ -46,6 +46,8 @@ struct Panel
     bool deliveryNotice = false;            // Check7
     bool customerOption = false;            // Check8
 
+    bool slipPaperDeclared = false; // kuUserSize: shipping slips tell the printer their paper
+
     int textSize = 10;      // points, entry screens
     int desktopSurplus = 0; // points that the desktop's large type is larger
     GridSpacing gridSpacing = GridSpacing::Small;

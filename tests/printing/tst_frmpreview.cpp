@@ -399,6 +399,12 @@ private slots:
         printers->noService = base::Error{u"印刷サービスに接続できません。"_s};
         driver.press("cmdRefresh");
         QCOMPARE(driver.the<QLabel>("lblCount").text(), u"印刷サービスに接続できません。"_s);
+        // Whoever cannot be reached is not asked again by itself.
+        auto *clock = dialog.findChild<QTimer *>();
+        QVERIFY(!clock->isActive());
+        printers->noService.reset();
+        driver.press("cmdRefresh");
+        QVERIFY(clock->isActive());
     }
 };
 

@@ -24,6 +24,8 @@ public:
     std::vector<Given> given;
     std::vector<printing::PrintJob> list;
     std::vector<int> cancelled; // numbers
+    bool hasProperties = true;  // the desktop can show them
+    QStringList shown;          // whose properties were
 
     base::Result<QStringList> queues() override
     {
@@ -55,5 +57,11 @@ public:
         cancelled.push_back(job.number);
         std::erase_if(list, [&job](const printing::PrintJob &each) { return each.number == job.number; });
         return {};
+    }
+    bool showPrinterProperties(const QString &queue) override
+    {
+        if (hasProperties)
+            shown << queue;
+        return hasProperties;
     }
 };

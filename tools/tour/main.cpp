@@ -3,6 +3,7 @@
 #include "first_day.h"
 #include "ledgers.h"
 #include "old_file.h"
+#include "printers.h"
 #include "purchases.h"
 #include "trade_day.h"
 
@@ -77,6 +78,7 @@ QStringList walk(const QDir &folder)
     tour::tradeForADay(walker, workspace, window, folder);
     tour::buyAndList(walker, window, folder);
     tour::lookIntoLedgers(walker, window, folder);
+    tour::setPrintersUp(walker, workspace, window);
     tour::convertOldFile(walker, workspace, window, folder);
     window.close();
     const QString backup = workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName));

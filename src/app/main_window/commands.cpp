@@ -230,8 +230,8 @@ Commands helpCommands()
         {Action::Support, u"mnuHelpSport", u"オンラインサポート(&S)", u"mnuHelp"},
         {Action::Update, u"mnuUpdate", u"アップデート(&U)", u"mnuHelp"},
         {Action::About, u"mnuAbout", u"バージョン情報(&A)", u"mnuHelp"},
-        {Action::PrinterChoice, u"", u"", u"", none, {}, {{u"LblPrinterName", u""}, {u"Label19", u""}}},
-        {Action::SlipPrinter, u"", u"", u"", none, {}, {{u"Picture3", u"プリンタの設定"}}},
+        {Action::PrinterChoice, u"", u"", u"", none, {}, {{u"LblPrinterName", u""}}},
+        {Action::SlipPrinter, u"", u"", u"", none, {}, {{u"Label19", u""}, {u"Picture3", u"プリンタの設定"}}},
         {Action::SlipFont, u"", u"", u"", none, {}, {{u"Picture4", u"フォント（書体）の設定"}}},
         {Action::ShowCalendar, u"", u"", u"", none, {}, {{u"Picture1", u""}}},
     };

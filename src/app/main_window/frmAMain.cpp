@@ -234,6 +234,7 @@ void frmAMain::open(Action action)
         return;
     const qint64 inCharge = m_workspace.panel.employeeId;
     opener->second(this, m_workspace);
+    showPrinters();
     if (!m_session.isOpen())
         return;
     // The screen may have changed either.

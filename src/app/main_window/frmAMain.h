@@ -145,7 +145,6 @@ private:
     QLabel *m_backupText = nullptr;
     QString m_pictureFile;
     QString m_pictureProblem; // a sentence for the status bar
-    QString m_slipFont;
     QColor m_calendarColour;
     QLabel *m_platform = nullptr;
     FirstSteps *m_steps = nullptr;

@@ -6,6 +6,8 @@
 #include "app/main_window/command_panel.h"
 #include "app/main_window/frmAbout.h"
 #include "app/main_window/panel_controls.h"
+#include "printing/font_names.h"
+#include "printing/print_frame.h"
 #include "registers/postal/postal_index.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
@@ -177,7 +179,6 @@ void frmAMain::loadPlace()
     colourCalendar();
     showCalendar(settings.checked(workspace::keys::monthView));
     m_pictureFile = settings.text(workspace::keys::pictureFile);
-    m_slipFont = settings.text(workspace::keys::kuroPrinterFont);
 }
 
 void frmAMain::loadPostalIndex()
@@ -211,7 +212,6 @@ bool frmAMain::saveSettings()
     settings.write(workspace::keys::monthView, !m_ui->MonthView1->isHidden());
     settings.write(workspace::keys::monthViewColor, storedColour(m_calendarColour));
     settings.write(workspace::keys::pictureFile, m_pictureFile);
-    settings.write(workspace::keys::kuroPrinterFont, m_slipFont);
     if (m_session.isOpen())
         settings.write(workspace::keys::employee, m_ui->txtShainID->text());
     return settings.flush();
@@ -226,7 +226,7 @@ void frmAMain::showPrinters()
     m_ui->LblPrinterName->setText(shown(settings.text(workspace::keys::printerName)));
     m_ui->Label19->setText(shown(settings.text(workspace::keys::kuroPrinterName)));
     m_ui->txtFontName->setText(settings.text(workspace::keys::printerFont));
-    m_ui->txtFontName2->setText(m_slipFont);
+    m_ui->txtFontName2->setText(settings.text(workspace::keys::kuroPrinterFont));
 }
 
 void frmAMain::showFile()
@@ -339,9 +339,10 @@ void frmAMain::colourCalendar()
 
 void frmAMain::chooseSlipFont()
 {
-    if (const auto font =
-            ui::file_dialogs::chooseFont(this, QFont(m_slipFont), u"フォント（書体）の設定"_s)) {
-        m_slipFont = font->family();
+    workspace::Settings &settings = m_workspace.settings;
+    const QFont shown(printing::fontFace(settings, printing::Purpose::ShippingSlips));
+    if (const auto font = ui::file_dialogs::chooseFont(this, shown, u"フォント（書体）の設定"_s)) {
+        settings.write(workspace::keys::kuroPrinterFont, printing::withoutVerticalMark(font->family()));
         showPrinters();
     }
 }

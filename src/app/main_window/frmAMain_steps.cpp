@@ -3,10 +3,10 @@
 #include "app/main_window/first_steps.h"
 #include "app/main_window/frmAMain.h"
 #include "app/main_window/panel_controls.h"
-#include "app/main_window/up_down.h"
 #include "book/slip_counts.h"
 #include "text/numbers.h"
 #include "ui/prompts.h"
+#include "ui/up_down.h"
 #include "ui_frmAMain.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
@@ -68,7 +68,7 @@ void frmAMain::buildFirstSteps()
         lookForFirstSteps();
     });
     connect(m_ui->txtTaxRate, &QLineEdit::editingFinished, this, &frmAMain::showFirstSteps);
-    connect(m_ui->UpDown1, &UpDown::stepped, this, &frmAMain::showFirstSteps);
+    connect(m_ui->UpDown1, &ui::UpDown::stepped, this, &frmAMain::showFirstSteps);
     connect(m_ui->chkTaxTable, &QCheckBox::clicked, this, &frmAMain::showFirstSteps);
 }
 

@@ -1,10 +1,10 @@
 #include "app/main_window/panel_controls.h"
 
-#include "app/main_window/up_down.h"
 #include "db/connection.h"
 #include "slips/tax_rates_of.h"
 #include "text/numbers.h"
 #include "ui/prompts.h"
+#include "ui/up_down.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
@@ -111,7 +111,7 @@ void PanelControls::bindTaxRate()
 {
     connect(m_controls.taxRate, &QLineEdit::textEdited, this, &PanelControls::taxRateEdited);
     connect(m_controls.taxRate, &QLineEdit::editingFinished, this, &PanelControls::taxRateLeft);
-    connect(m_controls.taxRateSteps, &UpDown::stepped, this, &PanelControls::stepTaxRate);
+    connect(m_controls.taxRateSteps, &ui::UpDown::stepped, this, &PanelControls::stepTaxRate);
     connect(m_controls.taxTable, &QCheckBox::clicked, this, &PanelControls::followTaxTable);
 }
 
@@ -143,6 +143,7 @@ void PanelControls::load()
         box->setCurrentIndex(stored >= 0 ? stored : box->findText(QString::fromUtf16(combo.key.fallback)));
         panel.*combo.value = box->currentText();
     }
+    panel.slipPaperDeclared = settings.checked(workspace::keys::kuUserSize);
     carrierChanged();
     m_controls.numberInfix->setText(settings.text(workspace::keys::denNo));
     const double rate = settings.number(workspace::keys::taxRate);

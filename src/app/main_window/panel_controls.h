@@ -9,6 +9,11 @@ class QComboBox;
 class QLineEdit;
 class QPushButton;
 
+namespace ui
+{
+class UpDown;
+}
+
 namespace workspace
 {
 class Workspace;
@@ -16,8 +21,6 @@ class Workspace;
 
 namespace app
 {
-
-class UpDown;
 
 /// The settings panel: filled from the settings at start, kept in the workspace's panel at every change,
 /// stored again at close.
@@ -34,7 +37,7 @@ public:
         QComboBox *carrier;
         QLineEdit *numberInfix;
         QLineEdit *taxRate;
-        UpDown *taxRateSteps;
+        ui::UpDown *taxRateSteps;
         QCheckBox *taxTable; // the rates follow the table
         QLineEdit *textSize;
         QPushButton *nextTextSize;

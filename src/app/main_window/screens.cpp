@@ -6,6 +6,9 @@
 #include "masters/frmMyco.h"
 #include "masters/own_company.h"
 #include "printing/DialogFormLayout.h"
+#include "printing/DialogPrinterP.h"
+#include "printing/DialogPrinterSet.h"
+#include "printing/renderer.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
 #include "registers/lists/frmNouhinDel.h"
@@ -19,6 +22,7 @@
 #include "slips/correction/correction_screens.h"
 #include "slips/documents/adjustable_forms.h"
 #include "slips/documents/delivery_note.h"
+#include "slips/documents/calibration_sheet.h"
 #include "slips/entry/frmIn.h"
 #include "slips/entry/frmMitsumori.h"
 #include "slips/entry/frmOut.h"
@@ -68,6 +72,15 @@ void openFormLayouts(QWidget *parent, workspace::Workspace &workspace)
 {
     printing::DialogFormLayout shown(workspace, slips::adjustableForms(),
                                      slips::deliveryNoteLayout(workspace.panel.deliveryPaper, false), parent);
+    shown.exec();
+}
+
+void openNotePrinter(QWidget *parent, workspace::Workspace &workspace)
+{
+    printing::DialogPrinterSet shown(
+        workspace,
+        [&workspace](const printing::NoteSteps &steps) { return slips::calibrationSheet(workspace, steps); },
+        parent);
     shown.exec();
 }
 
@@ -166,6 +179,9 @@ Openers screenOpeners()
         {Action::Units, screen<masters::frmTani>()},
         {Action::OwnCompany, openOwnCompany},
         {Action::ExtendedName, screen<masters::DialogMyCo>()},
+        {Action::PrinterChoice, openNotePrinter},
+        {Action::PrinterProperties, screen<printing::frmPrinterP>()},
+        {Action::SlipPrinter, screen<printing::DialogPrinterP>()},
         {Action::Employees, screen<masters::frmShain>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},
         {Action::FormLayouts, openFormLayouts},

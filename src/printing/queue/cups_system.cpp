@@ -1,6 +1,7 @@
 #include "printing/queue/cups_system.h"
 
 #include "printing/pdf.h"
+#include "printing/queue/printer_settings.h"
 #include "printing/renderer.h"
 
 #include <cups/cups.h>
@@ -137,6 +138,41 @@ std::vector<Medium> media(http_t *http, cups_dest_t *queue, cups_dinfo_t *info)
             found.push_back(mediumFrom(size));
     }
     return found;
+}
+
+// Of the user's own options, else of the queue. (cupsGetDestMediaDefault knows the former alone, and takes a
+// letter for the latter.)
+std::optional<Medium> usualPaper(http_t *http, cups_dest_t *queue, cups_dinfo_t *info)
+{
+    const char *name = cupsGetOption("media", queue->num_options, queue->options);
+    ipp_attribute_t *usual = name ? nullptr : cupsFindDestDefault(http, queue, info, "media");
+    if (usual)
+        name = ippGetString(usual, 0, nullptr);
+    cups_size_t size;
+    if (!name || cupsGetDestMediaByName(http, queue, info, name, 0, &size) == 0)
+        return std::nullopt;
+    return mediumFrom(size);
+}
+
+QString usualBin(http_t *http, cups_dest_t *queue, cups_dinfo_t *info)
+{
+    if (const char *own = cupsGetOption("media-source", queue->num_options, queue->options))
+        return QString::fromUtf8(own);
+    ipp_attribute_t *column = cupsFindDestDefault(http, queue, info, "media-col");
+    if (!column || ippGetValueTag(column) != IPP_TAG_BEGIN_COLLECTION)
+        return {};
+    ipp_attribute_t *source = ippFindAttribute(ippGetCollection(column, 0), "media-source", IPP_TAG_ZERO);
+    return source ? QString::fromUtf8(ippGetString(source, 0, nullptr)) : QString();
+}
+
+// The margins of paper that the queue does not know by name are alike whatever its size.
+QMarginsF customMargins(http_t *http, cups_dest_t *queue, cups_dinfo_t *info, const QSizeF &paper)
+{
+    cups_size_t size;
+    const auto units = [](double mm) { return static_cast<int>(std::lround(mm * unitsPerMm)); };
+    if (cupsGetDestMediaBySize(http, queue, info, units(paper.width()), units(paper.height()), 0, &size) == 0)
+        return {};
+    return mediumFrom(size).margins;
 }
 
 int mostCopies(ipp_attribute_t *attribute)
@@ -279,9 +315,14 @@ base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
     };
     QueueAbilities abilities{.media = media(http->get(), destination, info.get()),
                              .custom = customSizesFrom(keywords(supported("media"))),
+                             .usualPaper = usualPaper(http->get(), destination, info.get()),
                              .bins = keywords(supported("media-source")),
+                             .usualBin = usualBin(http->get(), destination, info.get()),
                              .mostCopies = mostCopies(supported("copies")),
                              .resolutions = resolutions(supported("printer-resolution"))};
+    if (abilities.custom)
+        abilities.custom->margins =
+            customMargins(http->get(), destination, info.get(), abilities.custom->least);
     const auto usual =
         resolutions(cupsFindDestDefault(http->get(), destination, info.get(), "printer-resolution"));
     if (!usual.empty())
@@ -327,5 +368,7 @@ base::Status CupsSystem::cancel(const PrintJob &job)
         return {};
     return lastError(u"印刷「%1」を取り消せませんでした。"_s.arg(job.title));
 }
+
+bool CupsSystem::showPrinterProperties(const QString &queue) { return openPrinterSettings(queue); }
 
 } // namespace printing

@@ -70,6 +70,9 @@ public:
     virtual base::Result<std::vector<PrintJob>> jobs() = 0;
     /// Takes a job back. What has reached the printer comes out all the same.
     virtual base::Status cancel(const PrintJob &job) = 0;
+    /// Has the system show its own window of the queue's properties, which stays beside ours. \return whether
+    /// there is one
+    virtual bool showPrinterProperties(const QString &queue) = 0;
 };
 
 /// The print system that the screens work with: this machine's own, unless another one was kept.

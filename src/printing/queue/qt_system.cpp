@@ -1,5 +1,6 @@
 #include "printing/queue/qt_system.h"
 
+#include "printing/queue/printer_settings.h"
 #include "printing/renderer.h"
 
 #include <QPrinter>
@@ -20,7 +21,7 @@ CustomSizes customSizes(const QPrinterInfo &printer)
     const QPageSize least = printer.minimumPhysicalPageSize();
     const QPageSize most = printer.maximumPhysicalPageSize();
     const QSizeF greatest = most.size(QPageSize::Millimeter);
-    CustomSizes sizes{least.size(QPageSize::Millimeter), greatest.width(), std::nullopt};
+    CustomSizes sizes{least.size(QPageSize::Millimeter), greatest.width(), std::nullopt, {}};
     if (greatest.height() > 0)
         sizes.longest = greatest.height();
     return sizes;
@@ -73,5 +74,7 @@ base::Status QtSystem::cancel(const PrintJob &job)
     return base::Error{
         u"印刷「%1」は、ここからは取り消せません。プリンタの画面で取り消してください。"_s.arg(job.title)};
 }
+
+bool QtSystem::showPrinterProperties(const QString &queue) { return openPrinterSettings(queue); }
 
 } // namespace printing

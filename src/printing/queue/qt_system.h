@@ -17,6 +17,7 @@ public:
                             const base::Progress &progress) override;
     base::Result<std::vector<PrintJob>> jobs() override;
     base::Status cancel(const PrintJob &job) override;
+    bool showPrinterProperties(const QString &queue) override;
 };
 
 } // namespace printing

@@ -40,6 +40,13 @@ std::optional<QSizeF> boundFrom(const QStringList &media, const QString &beginni
     return std::nullopt;
 }
 
+const Medium *knownPaper(const QueueAbilities &abilities, const QSizeF &paper)
+{
+    const auto found = std::ranges::find_if(
+        abilities.media, [&paper](const Medium &medium) { return isAlike(medium.size, paper); });
+    return found == abilities.media.end() ? nullptr : &*found;
+}
+
 bool isReadable(const Resolution &resolution)
 {
     return resolution.across >= readable && resolution.along >= readable;
@@ -53,7 +60,7 @@ std::optional<CustomSizes> customSizesFrom(const QStringList &media)
     const auto most = boundFrom(media, u"custom_max_"_s);
     if (!least || !most)
         return std::nullopt;
-    CustomSizes sizes{*least, most->width(), std::nullopt};
+    CustomSizes sizes{*least, most->width(), std::nullopt, {}};
     // CUPS counts a form of thirty metres, which its drivers of dot-matrix printers allow, over into negative
     // numbers: "15x-490.-931in".
     if (most->height() > 0)
@@ -65,8 +72,7 @@ bool takesPaper(const QueueAbilities &abilities, const QSizeF &paper)
 {
     if (abilities.media.empty() && !abilities.custom)
         return true;
-    if (std::any_of(abilities.media.begin(), abilities.media.end(),
-                    [&paper](const Medium &medium) { return isAlike(medium.size, paper); }))
+    if (knownPaper(abilities, paper))
         return true;
     if (!abilities.custom)
         return false;
@@ -74,6 +80,15 @@ bool takesPaper(const QueueAbilities &abilities, const QSizeF &paper)
     return paper.width() >= custom.least.width() - tolerance && paper.width() <= custom.widest + tolerance &&
            paper.height() >= custom.least.height() - tolerance &&
            (!custom.longest || paper.height() <= *custom.longest + tolerance);
+}
+
+QMarginsF unprintableOn(const QueueAbilities &abilities, const QSizeF &paper)
+{
+    if (const Medium *medium = knownPaper(abilities, paper))
+        return medium->margins;
+    if (abilities.custom && !abilities.custom->margins.isNull())
+        return abilities.custom->margins;
+    return abilities.usualPaper ? abilities.usualPaper->margins : QMarginsF();
 }
 
 std::optional<Resolution> resolutionToAskFor(const QueueAbilities &abilities)

@@ -25,6 +25,7 @@ struct CustomSizes
     QSizeF least;
     double widest = 0;
     std::optional<double> longest;
+    QMarginsF margins{}; // where the printer cannot print on such paper
 };
 
 /// Dots to the inch.
@@ -40,7 +41,9 @@ struct QueueAbilities
 {
     std::vector<Medium> media{};
     std::optional<CustomSizes> custom{};
-    QStringList bins{}; // as the system names them: "tray-1", "manual"
+    std::optional<Medium> usualPaper{}; // that it prints on unless it is told otherwise
+    QStringList bins{};                 // as the system names them: "tray-1", "manual"
+    QString usualBin{};                 // that it feeds from unless it is told otherwise; empty: unknown
     int mostCopies = 1;
     std::vector<Resolution> resolutions{};
     std::optional<Resolution> usualResolution{};
@@ -53,6 +56,10 @@ std::optional<CustomSizes> customSizesFrom(const QStringList &media);
 /// Whether the queue takes paper of this size: one that it knows, to a millimetre, or that it lets anybody
 /// name. A queue that tells of no paper at all (one that passes everything on) takes all.
 bool takesPaper(const QueueAbilities &abilities, const QSizeF &paper);
+
+/// Where the queue cannot print on \a paper: by that paper, else as on a sheet of any size or on its usual
+/// one; none where the queue does not tell.
+QMarginsF unprintableOn(const QueueAbilities &abilities, const QSizeF &paper);
 
 /// The resolution to ask for: nothing where the usual one will do. Dot-matrix printers begin with 60 dots to
 /// the inch, too few for a kanji to be read.

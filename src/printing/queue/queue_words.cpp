@@ -58,6 +58,14 @@ QString paperInWords(const QSizeF &paper)
     return u"幅 %1 × 長さ %2 mm"_s.arg(paper.width()).arg(paper.height());
 }
 
+QString paperObstacle(const QueueAbilities &abilities, const QString &queue, const QSizeF &paper)
+{
+    if (takesPaper(abilities, paper))
+        return {};
+    return u"プリンタ「%1」は、%2の用紙を受け付けません。この用紙を使えるプリンタを選ぶか、"
+           "プリンタの設定で用紙を加えてください。"_s.arg(queue, paperInWords(paper));
+}
+
 QString stateInWords(JobState state)
 {
     switch (state) {

@@ -15,6 +15,9 @@ QString binInWords(const QString &bin);
 /// "A4" or "幅 241.3 × 長さ 114.3 mm", as it is fed.
 QString paperInWords(const QSizeF &paper);
 
+/// Says that the printer \a queue does not take \a paper, before any of it is wasted; empty where it does.
+QString paperObstacle(const QueueAbilities &abilities, const QString &queue, const QSizeF &paper);
+
 QString stateInWords(JobState state);
 
 } // namespace printing

@@ -85,15 +85,6 @@ void addInvoice(printing::FormRecord &items, const DeliveryNoteData &data)
     }
 }
 
-QHash<QString, double> shiftsOf(const NoteOffsets &offsets)
-{
-    return {{u"OffsetB"_s, offsets.down * verticalStep},
-            {u"OffsetC"_s, offsets.receiptDown * verticalStep},
-            {u"OffsetD"_s, offsets.receiptTotalsHigher ? -printedLine : 0},
-            {u"OffsetL"_s, offsets.right * horizontalStep},
-            {u"OffsetF"_s, offsets.addresseeRight * halfWidthCharacter}};
-}
-
 } // namespace
 
 const printing::FormItems &deliveryNoteItems()
@@ -111,6 +102,24 @@ const printing::FormItems &deliveryNoteItems()
     return items;
 }
 
+NoteOffsets noteOffsets(const printing::NoteSteps &steps)
+{
+    return {.down = steps.noteDown,
+            .right = steps.right,
+            .addresseeRight = steps.addresseeRight,
+            .receiptDown = steps.receiptDown,
+            .receiptTotalsHigher = steps.totalsHigher};
+}
+
+QHash<QString, double> noteShifts(const NoteOffsets &offsets)
+{
+    return {{u"OffsetB"_s, offsets.down * verticalStep},
+            {u"OffsetC"_s, offsets.receiptDown * verticalStep},
+            {u"OffsetD"_s, offsets.receiptTotalsHigher ? -printedLine : 0},
+            {u"OffsetL"_s, offsets.right * horizontalStep},
+            {u"OffsetF"_s, offsets.addresseeRight * halfWidthCharacter}};
+}
+
 std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const printing::Form &form)
 {
     printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
@@ -119,7 +128,7 @@ std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const pr
     addInvoice(values.items, data);
     values.items[u"備考"_s] = data.memo;
     values.items[u"注文番号"_s] = data.orderNumber;
-    values.shifts = shiftsOf(data.offsets);
+    values.shifts = noteShifts(data.offsets);
     return printing::formSheets(form, values);
 }
 

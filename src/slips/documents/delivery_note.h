@@ -4,6 +4,7 @@
 #include "db/connection.h"
 #include "masters/own_company.h"
 #include "printing/forms/form.h"
+#include "printing/print_offsets.h"
 #include "slips/documents/invoice_rates.h"
 #include "slips/documents/note_values.h"
 
@@ -23,6 +24,9 @@ struct NoteOffsets
     int receiptDown = 0;    // steps of 1.41 mm
     bool receiptTotalsHigher = false;
 };
+
+/// As the printer dialogs keep it.
+NoteOffsets noteOffsets(const printing::NoteSteps &steps);
 
 /// What one delivery note says.
 struct DeliveryNoteData
@@ -67,6 +71,9 @@ QString deliveryNoteLayout(const QString &paper, bool designated);
 /// Takes the customer's order number out of \a memo, where it stands behind "注文番号" or "発注番号". \return
 /// it, or an empty text
 QString takeOrderNumber(QString &memo);
+
+/// How far \a offsets move what layouts call by the settings' names, millimetres.
+QHash<QString, double> noteShifts(const NoteOffsets &offsets);
 
 /// What a layout of the note may show.
 const printing::FormItems &deliveryNoteItems();

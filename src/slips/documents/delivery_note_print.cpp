@@ -6,7 +6,6 @@
 #include "slips/documents/note_document.h"
 #include "slips/tax_rates_of.h"
 #include "ui/prompts.h"
-#include "workspace/settings.h"
 #include "workspace/workspace.h"
 
 using namespace Qt::StringLiterals;
@@ -16,15 +15,6 @@ namespace slips
 
 namespace
 {
-
-NoteOffsets offsetsIn(const workspace::Settings &settings)
-{
-    return {.down = settings.integer(workspace::keys::offsetB),
-            .right = settings.integer(workspace::keys::offsetL),
-            .addresseeRight = settings.integer(workspace::keys::offsetF),
-            .receiptDown = settings.integer(workspace::keys::offsetC),
-            .receiptTotalsHigher = settings.checked(workspace::keys::offsetD)};
-}
 
 QString remarksOn(const DeliveryNoteData &note, const QString &complaint)
 {
@@ -43,7 +33,7 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
                                                       const NoteRequest &request)
 {
     DeliveryNoteOptions options{request.inclusive, std::nullopt, request.memo, companyNameOf(workspace),
-                                offsetsIn(workspace.settings)};
+                                noteOffsets(printing::noteSteps(workspace.settings))};
     if (!request.closed) {
         const auto rates = taxRatesOf(workspace);
         if (!rates)

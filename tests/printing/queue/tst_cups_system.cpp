@@ -1,4 +1,7 @@
+#include "printing/print_offsets.h"
 #include "printing/queue/cups_system.h"
+#include "printing/queue/paper_codes.h"
+#include "printing/queue/paper_words.h"
 #include "printing/queue/qt_system.h"
 #include "printing/renderer.h"
 #include "support/private_cups.h"
@@ -93,10 +96,16 @@ private slots:
         QVERIFY(cut->mostCopies > 1);
         // 12 points
         QVERIFY(std::abs(cut->media.front().margins.left() - 4.23) < 0.01);
+        QCOMPARE(paperNameText(usualPaper(*cut)->code), u"A4"_s);
+        QCOMPARE(binText(usualBinCode(*cut)), u"現在の既定値のトレーの用紙を使います。"_s);
 
         QVERIFY(takesPaper(*m_system.abilities(u"any"_s), continuous));
         const auto needles = m_system.abilities(u"needles"_s);
         QVERIFY(takesPaper(*needles, continuous));
+        // A quarter of an inch all around, and twelve points.
+        QCOMPARE(physicalOffsetTwips(unprintableOn(*needles, continuous)), QPoint(360, 360));
+        QCOMPARE(physicalOffsetTwips(unprintableOn(*m_system.abilities(u"any"_s), continuous)),
+                 QPoint(240, 240));
         QCOMPARE(resolutionToAskFor(*needles), (Resolution{180, 180}));
         QVERIFY(m_system.abilities(u"nobody"_s).error().text.contains(u"nobody"_s));
     }

@@ -1,11 +1,11 @@
-#include "app/main_window/up_down.h"
+#include "ui/up_down.h"
 
 #include <QToolButton>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
-namespace app
+namespace ui
 {
 
 UpDown::UpDown(QWidget *parent)
@@ -34,4 +34,4 @@ UpDown::UpDown(QWidget *parent)
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-} // namespace app
+} // namespace ui

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-namespace app
+namespace ui
 {
 
 /// The two small arrows beside a number box.
@@ -18,4 +18,4 @@ signals:
     void stepped(int direction);
 };
 
-} // namespace app
+} // namespace ui

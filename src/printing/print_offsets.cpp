@@ -1,0 +1,119 @@
+#include "printing/print_offsets.h"
+
+#include "text/numbers.h"
+#include "workspace/settings.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace printing
+{
+
+namespace
+{
+
+// Four points, the height of an empty line of the old forms; and half a ten-point character.
+constexpr int stepDown = 141;
+constexpr int stepRight = 175;
+
+constexpr double slipTwipsHigh = 13041; // 230 mm
+constexpr double slipTwipsWide = 6486;  // 114.4 mm
+
+constexpr double transferLong = 184; // millimetres; the form itself is 180, the rest lies right
+constexpr double transferShort = 114;
+constexpr int transferLeast[2] = {-2, -8};
+constexpr int transferBegin = 2; // units down
+
+constexpr double mostSteps = 10'000; // what a box can hold in earnest
+
+// "4.23", "3.5", "7"
+QString millimetres(int hundredths) { return text::formatPlain(std::abs(hundredths) / 100.0); }
+
+int wholeTwips(double twips) { return static_cast<int>(std::nearbyint(twips)); }
+
+} // namespace
+
+namespace keys = workspace::keys;
+
+const OffsetRule billDown{keys::offsetA, -4, -4, 20, stepDown, u"下へ", u"上へ"};
+const OffsetRule noteDown{keys::offsetB, -4, -4, 20, stepDown, u"下へ", u"上へ"};
+const OffsetRule receiptDown{keys::offsetC, -4, -4, 20, stepDown, u"下へ", u"上へ"};
+const OffsetRule noteRight{keys::offsetL, -8, -8, 20, stepRight, u"右へ", u"左へ"};
+const OffsetRule addresseeRight{keys::offsetF, std::nullopt, -10, 40};
+const OffsetRule slipRight{keys::kuOffsetX, std::nullopt, -30, 60};
+const OffsetRule slipDown{keys::kuOffsetY, std::nullopt, -30, 60};
+
+int offsetFrom(const QString &text, const OffsetRule &rule)
+{
+    const double number = std::clamp(text::numberOrZero(text), -mostSteps, mostSteps);
+    const int steps = static_cast<int>(number);
+    return rule.lowest ? std::max(*rule.lowest, steps) : steps;
+}
+
+QString offsetLabel(int steps, const OffsetRule &rule)
+{
+    if (steps == 0)
+        return u"標準"_s;
+    return QString::fromUtf16(steps > 0 ? rule.forward : rule.backward) +
+           millimetres(steps * rule.hundredths) + u"㎜移動"_s;
+}
+
+bool isFarOff(int steps, const OffsetRule &rule) { return steps < rule.least || steps > rule.most; }
+
+NoteSteps noteSteps(const workspace::Settings &settings)
+{
+    const auto steps = [&settings](const OffsetRule &rule) {
+        return offsetFrom(settings.text(rule.key), rule);
+    };
+    return {steps(billDown),  steps(noteDown),       steps(receiptDown),
+            steps(noteRight), steps(addresseeRight), settings.checked(keys::offsetD)};
+}
+
+void storeNoteSteps(workspace::Settings &settings, const NoteSteps &steps)
+{
+    settings.write(billDown.key, steps.billDown);
+    settings.write(noteDown.key, steps.noteDown);
+    settings.write(receiptDown.key, steps.receiptDown);
+    settings.write(noteRight.key, steps.right);
+    settings.write(addresseeRight.key, steps.addresseeRight);
+    settings.write(keys::offsetD, steps.totalsHigher);
+}
+
+QPoint shipOffsetTwips(const workspace::Settings &settings)
+{
+    // Tenths of a twip are whole numbers, so that a half is one.
+    const auto twips = [&settings](const OffsetRule &rule) {
+        return wholeTwips(offsetFrom(settings.text(rule.key), rule) * (twipsPerMillimetre * 10) / 10);
+    };
+    return {twips(slipRight), twips(slipDown)};
+}
+
+QPoint physicalOffsetTwips(const QMarginsF &unprintable)
+{
+    constexpr double twips = twipsPerInch / 25.4;
+    return {wholeTwips(unprintable.left() * twips), wholeTwips(unprintable.top() * twips)};
+}
+
+std::optional<QSizeF> slipPaper(bool declared)
+{
+    if (!declared)
+        return std::nullopt;
+    return QSizeF(slipTwipsWide / twipsPerMillimetre, slipTwipsHigh / twipsPerMillimetre);
+}
+
+QPoint transferFormOffset(const workspace::Settings &settings)
+{
+    return {std::max(transferLeast[0], settings.integer(keys::oderOffsetX)),
+            std::max(transferLeast[1], settings.integer(keys::oderOffsetY)) + transferBegin};
+}
+
+void setTransferFormPaper(Sheet &sheet, const workspace::Settings &settings)
+{
+    sheet.turned = settings.checked(keys::oderOption1);
+    sheet.paperWidth = sheet.turned ? transferShort : transferLong;
+    sheet.paperHeight = sheet.turned ? transferLong : transferShort;
+}
+
+} // namespace printing
