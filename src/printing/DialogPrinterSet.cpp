@@ -1,5 +1,6 @@
 #include "printing/DialogPrinterSet.h"
 
+#include "printing/DialogPrinters.h"
 #include "printing/font_names.h"
 #include "printing/frmPreview.h"
 #include "printing/queue/print_system.h"
@@ -53,6 +54,8 @@ void DialogPrinterSet::connectAll()
     connect(m_ui->cmdProperties, &QPushButton::clicked, this, &DialogPrinterSet::showProperties);
     connect(m_ui->Command7, &QPushButton::clicked, this, &DialogPrinterSet::chooseFont);
     connect(m_ui->Command49, &QPushButton::clicked, this, &DialogPrinterSet::print);
+    connect(m_ui->cmdPurposes, &QPushButton::clicked, this,
+            [this] { DialogPrinters(this->workspace(), this).exec(); });
     connect(m_ui->Command1, &QPushButton::clicked, this, &DialogPrinterSet::store);
     connect(m_ui->Command3, &QPushButton::clicked, this, &DialogPrinterSet::reject);
     // The label bears its letter without a mark.

@@ -23,7 +23,6 @@ constexpr double slipTwipsWide = 6486;  // 114.4 mm
 
 constexpr double transferLong = 184; // millimetres; the form itself is 180, the rest lies right
 constexpr double transferShort = 114;
-constexpr int transferLeast[2] = {-2, -8};
 constexpr int transferBegin = 2; // units down
 
 constexpr double mostSteps = 10'000; // what a box can hold in earnest
@@ -32,6 +31,21 @@ constexpr double mostSteps = 10'000; // what a box can hold in earnest
 QString millimetres(int hundredths) { return text::formatPlain(std::abs(hundredths) / 100.0); }
 
 int wholeTwips(double twips) { return static_cast<int>(std::nearbyint(twips)); }
+
+int stepsOf(const workspace::Settings &settings, const OffsetRule &rule)
+{
+    return offsetFrom(settings.text(rule.key), rule);
+}
+
+// Of offsets in millimetres. Tenths of a twip are whole numbers, so that a half is one.
+QPoint twipsOf(const workspace::Settings &settings, const OffsetRule &right, const OffsetRule &down)
+{
+    constexpr double tenths = 10;
+    const auto twips = [&settings](const OffsetRule &rule) {
+        return wholeTwips(stepsOf(settings, rule) * (twipsPerMillimetre * tenths) / tenths);
+    };
+    return {twips(right), twips(down)};
+}
 
 } // namespace
 
@@ -44,6 +58,12 @@ const OffsetRule noteRight{keys::offsetL, -8, -8, 20, stepRight, u"右へ", u"�
 const OffsetRule addresseeRight{keys::offsetF, std::nullopt, -10, 40};
 const OffsetRule slipRight{keys::kuOffsetX, std::nullopt, -30, 60};
 const OffsetRule slipDown{keys::kuOffsetY, std::nullopt, -30, 60};
+const OffsetRule letterRight{keys::letterOffsetX, std::nullopt, -30, 60};
+const OffsetRule letterDown{keys::letterOffsetY, std::nullopt, -30, 60};
+const OffsetRule giftRight{keys::stOffsetAppX, std::nullopt, -30, 60};
+const OffsetRule giftDown{keys::stOffsetAppY, std::nullopt, -30, 60};
+const OffsetRule transferRight{keys::oderOffsetX, -2, -2, 20};
+const OffsetRule transferDown{keys::oderOffsetY, -8, -8, 20};
 
 int offsetFrom(const QString &text, const OffsetRule &rule)
 {
@@ -64,11 +84,8 @@ bool isFarOff(int steps, const OffsetRule &rule) { return steps < rule.least || 
 
 NoteSteps noteSteps(const workspace::Settings &settings)
 {
-    const auto steps = [&settings](const OffsetRule &rule) {
-        return offsetFrom(settings.text(rule.key), rule);
-    };
-    return {steps(billDown),  steps(noteDown),       steps(receiptDown),
-            steps(noteRight), steps(addresseeRight), settings.checked(keys::offsetD)};
+    return {stepsOf(settings, billDown),  stepsOf(settings, noteDown),       stepsOf(settings, receiptDown),
+            stepsOf(settings, noteRight), stepsOf(settings, addresseeRight), settings.checked(keys::offsetD)};
 }
 
 void storeNoteSteps(workspace::Settings &settings, const NoteSteps &steps)
@@ -81,13 +98,16 @@ void storeNoteSteps(workspace::Settings &settings, const NoteSteps &steps)
     settings.write(keys::offsetD, steps.totalsHigher);
 }
 
-QPoint shipOffsetTwips(const workspace::Settings &settings)
+QPoint shipOffsetTwips(const workspace::Settings &settings) { return twipsOf(settings, slipRight, slipDown); }
+
+QPoint letterOffsetTwips(const workspace::Settings &settings)
 {
-    // Tenths of a twip are whole numbers, so that a half is one.
-    const auto twips = [&settings](const OffsetRule &rule) {
-        return wholeTwips(offsetFrom(settings.text(rule.key), rule) * (twipsPerMillimetre * 10) / 10);
-    };
-    return {twips(slipRight), twips(slipDown)};
+    return twipsOf(settings, letterRight, letterDown);
+}
+
+QPoint giftListOffsetTwips(const workspace::Settings &settings)
+{
+    return twipsOf(settings, giftRight, giftDown);
 }
 
 QPoint physicalOffsetTwips(const QMarginsF &unprintable)
@@ -105,8 +125,7 @@ std::optional<QSizeF> slipPaper(bool declared)
 
 QPoint transferFormOffset(const workspace::Settings &settings)
 {
-    return {std::max(transferLeast[0], settings.integer(keys::oderOffsetX)),
-            std::max(transferLeast[1], settings.integer(keys::oderOffsetY)) + transferBegin};
+    return {stepsOf(settings, transferRight), stepsOf(settings, transferDown) + transferBegin};
 }
 
 void setTransferFormPaper(Sheet &sheet, const workspace::Settings &settings)

@@ -38,6 +38,12 @@ extern const OffsetRule noteRight;      // OffsetL, of all three
 extern const OffsetRule addresseeRight; // OffsetF, half-width characters
 extern const OffsetRule slipRight;      // kuOffsetX, millimetres
 extern const OffsetRule slipDown;       // kuOffsetY, millimetres
+extern const OffsetRule letterRight;    // letterOffsetX, of postcards and envelopes, millimetres
+extern const OffsetRule letterDown;     // letterOffsetY, millimetres
+extern const OffsetRule giftRight;      // stOffsetAppX, of the gift list by sender, millimetres
+extern const OffsetRule giftDown;       // stOffsetAppY, millimetres
+extern const OffsetRule transferRight;  // OderOffsetX, of postal transfer forms, units of their layout
+extern const OffsetRule transferDown;   // OderOffsetY, units of their layout
 
 /// What \a text counts as: whole steps, none where it is no number, and not below the lowest.
 int offsetFrom(const QString &text, const OffsetRule &rule);
@@ -66,6 +72,10 @@ void storeNoteSteps(workspace::Settings &settings, const NoteSteps &steps);
 
 /// How far shipping slips are moved right and down, whole twips; half a twip goes to the even one.
 QPoint shipOffsetTwips(const workspace::Settings &settings);
+
+/// The same of postcards and envelopes, and of the gift list by sender.
+QPoint letterOffsetTwips(const workspace::Settings &settings);
+QPoint giftListOffsetTwips(const workspace::Settings &settings);
 
 /// What the printer cannot reach at the left and at the top, whole twips of its own scaling, 1440 to the
 /// inch.

@@ -50,6 +50,9 @@ void setPrintersUp(Walker &walker, workspace::Workspace &workspace, app::frmAMai
             walker.visit(
                 u"calibration sheet"_s, [&] { walker.on(screen).press(u"Command49"_s); },
                 [&](QDialog &preview) { walker.picture(preview, u"calibration-sheet"_s); });
+            walker.visit(
+                u"printers of other purposes"_s, [&] { walker.on(screen).press(u"cmdPurposes"_s); },
+                [&](QDialog &others) { walker.picture(others, u"printers-of-other-purposes"_s); });
             walker.on(screen).press(u"Command1"_s);
         });
     walker.visit(
