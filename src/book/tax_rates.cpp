@@ -1,6 +1,6 @@
 #include "book/tax_rates.h"
 
-#include "db/connection.h"
+#include "book/tax_terms.h"
 
 using namespace Qt::StringLiterals;
 
@@ -10,7 +10,7 @@ namespace book
 namespace
 {
 
-QDate dayFrom(const QVariant &stored) { return QDate::fromString(stored.toString(), u"yyyy-MM-dd"_s); }
+const QDate firstTaxedDay(1989, 4, 1); // 消費税法附則第1条
 
 } // namespace
 
@@ -38,18 +38,8 @@ TaxRates TaxRates::keptByHand(double percent)
 
 base::Result<TaxRates> TaxRates::read(db::Connection &connection)
 {
-    const auto rows = connection.select(
-        u"SELECT 税区分, 開始日, 終了日, 税率 FROM 税率 WHERE 有効 = 1 ORDER BY 開始日, 税率ID"_s);
-    if (!rows)
-        return rows.error();
-    std::vector<Term> terms;
-    for (const QVariantList &row : rows->rows) {
-        const auto taxClass = goodsTaxFrom(row.at(0));
-        const QDate from = dayFrom(row.at(1));
-        if (taxClass && from.isValid())
-            terms.push_back({*taxClass, from, dayFrom(row.at(2)), row.at(3).toDouble()});
-    }
-    return TaxRates(std::move(terms));
+    const auto terms = taxTerms(connection);
+    return terms ? base::Result<TaxRates>(inForce(*terms)) : terms.error();
 }
 
 std::optional<double> TaxRates::on(const QDate &date, GoodsTax taxClass) const
@@ -63,7 +53,9 @@ std::optional<double> TaxRates::on(const QDate &date, GoodsTax taxClass) const
     const Term *term = termOn(date, taxClass);
     if (!term)
         term = termOn(date, GoodsTax::Standard);
-    return term ? term->percent : 0.0;
+    if (term)
+        return term->percent;
+    return date < firstTaxedDay ? std::optional(0.0) : std::nullopt;
 }
 
 const TaxRates::Term *TaxRates::termOn(const QDate &date, GoodsTax taxClass) const

@@ -50,13 +50,14 @@ public:
     /// The one rate, of \a percent, of a shop that sets it by hand: on every day, for all that is taxed.
     static TaxRates keptByHand(double percent);
 
-    /// The table 税率, what is in force of it.
+    /// The table 税率, what is in force of it (tax_terms.h).
     static base::Result<TaxRates> read(db::Connection &connection);
 
     /// Percent on the day \a date of supply. Where several terms have the day, the one that began last
     /// counts: a reduction for two years stands in the midst of what it reduces. A reduced class without a
     /// term on that day is taxed as everything else; before there was the tax it is 0, and so it is of what
-    /// is not taxed. Nothing for an invalid date, unless the rate is kept by hand.
+    /// is not taxed. Unless the rate is kept by hand, nothing for an invalid date and for a day that the
+    /// table lacks: a slip without its tax would be the worst guess.
     [[nodiscard]] std::optional<double> on(const QDate &date, GoodsTax taxClass = GoodsTax::Standard) const;
 
 private:

@@ -198,19 +198,29 @@ std::vector<TaxTerm> withRoomFor(const std::vector<TaxTerm> &terms, const TaxTer
     return made;
 }
 
-QDate firstGap(const std::vector<TaxTerm> &terms)
+TaxRates inForce(const std::vector<TaxTerm> &terms)
+{
+    std::vector<TaxRates::Term> found;
+    for (const TaxTerm &term : terms) {
+        if (term.inForce)
+            found.push_back({term.taxClass, term.from, term.to, term.percent});
+    }
+    return TaxRates(std::move(found));
+}
+
+QDate firstGap(const std::vector<TaxTerm> &terms, const QDate &today)
 {
     QDate covered; // the first day not reached yet
     for (const TaxTerm &term : terms) {
         if (term.taxClass != GoodsTax::Standard || !term.inForce)
             continue;
-        if (covered.isValid() && term.from > covered)
-            return covered;
+        if (term.from > (covered.isValid() ? covered : today))
+            break;
         if (!term.to.isValid())
             return {};
         covered = term.to.addDays(1);
     }
-    return covered;
+    return covered.isValid() ? covered : today;
 }
 
 base::Status storeTaxTerms(db::Connection &connection, const std::vector<TaxTerm> &before,

@@ -48,9 +48,12 @@ std::vector<TaxTerm> overlapping(const std::vector<TaxTerm> &terms, const TaxTer
 /// the rate that it reduced.
 std::vector<TaxTerm> withRoomFor(const std::vector<TaxTerm> &terms, const TaxTerm &term);
 
-/// The first day since the tax began on which everyday goods have no rate, though they had one before; an
-/// invalid one when there is none.
-QDate firstGap(const std::vector<TaxTerm> &terms);
+/// The rates of those of \a terms that are in force.
+TaxRates inForce(const std::vector<TaxTerm> &terms);
+
+/// The first day that lacks a rate of everyday goods: between two of their terms, behind the last one, or
+/// \a today where none has begun by then. An invalid one when there is none.
+QDate firstGap(const std::vector<TaxTerm> &terms, const QDate &today);
 
 /// Makes the table be \a after where it is \a before, in one change. Fails without a change when another
 /// program has changed it meanwhile, or where a term cannot be stored or overlaps another one.

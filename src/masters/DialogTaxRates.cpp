@@ -149,10 +149,10 @@ void DialogTaxRates::showStates()
 {
     const bool isStored = m_shown.id != 0;
     m_ui->cmdDelete->setEnabled(isStored);
-    const QDate gap = book::firstGap(m_terms);
+    const QDate gap = book::firstGap(m_terms, workspace().today());
     m_ui->lblMessage->setText(
-        !isStored ? u"新しい行です。入力して「登録」を押してください。"_s
-        : !m_shown.inForce && !m_ui->chkInForce->isChecked()
+        !isStored && !gap.isValid() ? u"新しい行です。入力して「登録」を押してください。"_s
+        : isStored && !m_shown.inForce && !m_ui->chkInForce->isChecked()
             ? u"この税率は使われていません。法律が成立したことを確かめてから、「有効」にして登録してください。"_s
         : gap.isValid() ? u"標準の税率が %1 からありません。"_s.arg(text::formatDate(gap))
                         : QString());
@@ -199,8 +199,12 @@ bool DialogTaxRates::store()
         m_ui->dtFrom->setFocus();
         return false;
     }
-    const base::Status stored =
-        book::storeTaxTerms(workspace().connection, m_terms, book::withRoomFor(m_terms, term));
+    const auto after = book::withRoomFor(m_terms, term);
+    if (!mayLeaveGap(after)) {
+        m_ui->dtFrom->setFocus();
+        return false;
+    }
+    const base::Status stored = book::storeTaxTerms(workspace().connection, m_terms, after);
     if (!tell(stored)) {
         read(term.id); // what another program made of the table; the boxes stay
         return false;
@@ -224,6 +228,18 @@ bool DialogTaxRates::mayMakeRoom(const std::vector<TaxTerm> &others)
                u"重なる税率：\n"_s + inWords(others));
 }
 
+// Slips of a day that no rate has cannot be entered.
+bool DialogTaxRates::mayLeaveGap(const std::vector<TaxTerm> &after)
+{
+    const QDate before = book::firstGap(m_terms, workspace().today());
+    const QDate gap = book::firstGap(after, workspace().today());
+    return !gap.isValid() || gap == before ||
+           ui::prompts::askCautiously(
+               this, u"標準の税率が %1 からなくなります。登録しますか。"_s.arg(text::formatDate(gap)),
+               u"その日付の伝票は、税率表に従うときは入力できなくなります。\n"
+               "これからの税率は、今の行を変えずに「新規」で登録します。"_s);
+}
+
 void DialogTaxRates::remove()
 {
     if (m_shown.id == 0 || !settle() ||
@@ -232,6 +248,8 @@ void DialogTaxRates::remove()
         return;
     auto after = m_terms;
     std::erase_if(after, [this](const TaxTerm &term) { return term.id == m_shown.id; });
+    if (!mayLeaveGap(after))
+        return;
     tell(book::storeTaxTerms(workspace().connection, m_terms, after));
     if (read(0))
         showCurrent();

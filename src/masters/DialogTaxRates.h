@@ -43,6 +43,7 @@ private:
     void remove();
     /// Whether the boxes may be filled anew; what is typed in them is settled before.
     bool settle();
+    bool mayLeaveGap(const std::vector<book::TaxTerm> &after);
     bool mayMakeRoom(const std::vector<book::TaxTerm> &others);
     void showStates();
 

@@ -57,6 +57,7 @@ private slots:
     void refusedTerms();
     void roomIsMade_data();
     void roomIsMade();
+    void gaps_data();
     void gaps();
     void announcedRateIsSwitchedOnAndFollowed();
     void storedWhollyOrNotAtAll();
@@ -122,15 +123,28 @@ void TestTaxTerms::roomIsMade()
     QTEST(shown(book::withRoomFor(termsFrom(before), termFrom(term))), "after");
 }
 
+void TestTaxTerms::gaps_data()
+{
+    QTest::addColumn<QStringList>("terms");
+    QTest::addColumn<QDate>("gap");
+
+    const QDate today(2026, 4, 1);
+    QTest::newRow("none") << QStringList{u"1: 0 1989-04-01 1997-03-31 3"_s, u"2: 0 1997-04-01 - 5"_s}
+                          << QDate();
+    QTest::newRow("a day between two")
+        << QStringList{u"1: 0 1989-04-01 1997-03-30 3"_s, u"2: 0 1997-04-01 - 5"_s} << QDate(1997, 3, 31);
+    QTest::newRow("the last one has ended")
+        << QStringList{u"1: 0 1989-04-01 1997-03-31 3"_s, u"5: 1 2019-10-01 - 8"_s} << QDate(1997, 4, 1);
+    QTest::newRow("the old ones are gone") << QStringList{u"4: 0 2019-10-01 - 10"_s} << QDate();
+    QTest::newRow("today's was made the next one") << QStringList{u"4: 0 2027-04-01 - 12"_s} << today;
+    QTest::newRow("not in force") << QStringList{u"4: 0 2019-10-01 - 10 x"_s} << today;
+    QTest::newRow("nothing") << QStringList() << today;
+}
+
 void TestTaxTerms::gaps()
 {
-    const QStringList whole = {u"1: 0 1989-04-01 1997-03-31 3"_s, u"2: 0 1997-04-01 - 5"_s};
-    QCOMPARE(book::firstGap(termsFrom(whole)), QDate());
-    const QStringList broken = {u"1: 0 1989-04-01 1997-03-30 3"_s, u"2: 0 1997-04-01 - 5"_s};
-    QCOMPARE(book::firstGap(termsFrom(broken)), QDate(1997, 3, 31));
-    const QStringList ended = {u"1: 0 1989-04-01 1997-03-31 3"_s, u"5: 1 2019-10-01 - 8"_s};
-    QCOMPARE(book::firstGap(termsFrom(ended)), QDate(1997, 4, 1));
-    QCOMPARE(book::firstGap({}), QDate());
+    QFETCH(QStringList, terms);
+    QTEST(book::firstGap(termsFrom(terms), QDate(2026, 4, 1)), "gap");
 }
 
 // The law as it is announced: two years at 1 percent, and the old rate again. The shop has it before and

@@ -70,6 +70,7 @@ private slots:
     void rowLeftWhileItsBoxesAreFilled_data();
     void rowLeftWhileItsBoxesAreFilled();
     void newRowIsTypedByKeys();
+    void todaysRateIsNotMadeTheNextOne();
     void deletionNamesTheRow();
     void changedByAnotherProgram();
     void wheelChangesNothing();
@@ -187,6 +188,23 @@ void TestDialogTaxRates::newRowIsTypedByKeys()
     QCOMPARE(desk.grid().currentLink().toInt(), 8);
 }
 
+// As who does not know of 新規 enters the next rate.
+void TestDialogTaxRates::todaysRateIsNotMadeTheNextOne()
+{
+    Desk desk;
+    desk.click(lastStandard);
+    desk.driver.type("txtPercent", u"12"_s);
+    desk.driver.the("dtFrom").setFocus();
+    QTest::keyClick(&desk.driver.the("dtFrom"), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(&desk.driver.the("dtFrom"), u"20270401"_s);
+    ui::prompts::expectAskCautiously(u"標準の税率が 2019/10/01 からなくなります。登録しますか。"_s, false,
+                                     ui::prompts::anyRemark);
+    desk.driver.press("cmdStore");
+    QCOMPARE(desk.stored(0), standard);
+    ui::prompts::expectAskHowToLeave(unsaved, Choice::Discard, Choice::Save);
+    desk.driver.key(Qt::Key_Escape);
+}
+
 void TestDialogTaxRates::deletionNamesTheRow()
 {
     Desk desk;
@@ -196,9 +214,14 @@ void TestDialogTaxRates::deletionNamesTheRow()
     ui::prompts::expectAskCautiously(question, false, named);
     desk.driver.press("cmdDelete");
     QCOMPARE(desk.stored(0), standard);
-    ui::prompts::expectAskCautiously(question, true, named);
-    desk.driver.press("cmdDelete");
-    QCOMPARE(desk.stored(0), standard.first(3));
+    // The rate of today: slips without their tax would be the end of it.
+    const QString lost = u"標準の税率が 2019/10/01 からなくなります。登録しますか。"_s;
+    for (const bool sure : {false, true}) {
+        ui::prompts::expectAskCautiously(question, true, named);
+        ui::prompts::expectAskCautiously(lost, sure, ui::prompts::anyRemark);
+        desk.driver.press("cmdDelete");
+        QCOMPARE(desk.stored(0), sure ? standard.first(3) : standard);
+    }
     QVERIFY(desk.driver.the<QLabel>("lblMessage").text().contains(u"2019/10/01 からありません"_s));
 }
 

@@ -80,10 +80,9 @@ void DatabaseSession::start(const QString &fileName)
     }
     if (isToBeCopied(fileName)) {
         openCopyOfBackup(fileName);
-        if (!isOpen() && m_fileName.isEmpty()) {
-            m_fileName = fileName;
-            m_reason = u"バックアップの写しを開けませんでした。"_s;
-        }
+        // The backup itself is never taken for the shop's file.
+        if (!isOpen())
+            m_reason = u"バックアップ「%1」の写しを開けませんでした。"_s.arg(QFileInfo(fileName).fileName());
         emit changed();
         return;
     }
@@ -301,7 +300,7 @@ void DatabaseSession::openRecent(const QString &fileName)
 bool DatabaseSession::isToBeCopied(const QString &fileName) const
 {
     return workspace::isStoredBackup(fileName, m_workspace.applicationFolder()) &&
-           QFileInfo(fileName).isFile() && !isSameFile(fileName, m_fileName) &&
+           QFileInfo(fileName).isFile() && !(isOpen() && isSameFile(fileName, m_fileName)) &&
            db::oldFormatOf(fileName) == db::OldFormat::None;
 }
 

@@ -20,6 +20,8 @@
 #include <QKeyEvent>
 #include <QPushButton>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace app
@@ -172,6 +174,12 @@ void frmAMain::run(const Command &command)
         start(*companion);
     else
         open(command.action);
+}
+
+bool frmAMain::mayRun(Action action)
+{
+    const auto command = std::ranges::find(commands(), action, &Command::action);
+    return command != commands().end() && isPossible(*command) && passGuards(*command);
 }
 
 bool frmAMain::isPossible(const Command &command) const

@@ -49,6 +49,10 @@ public:
     /// on, and no backup is made of half of it.
     void endSilently(Ending ending);
 
+    /// Whether \a action may be begun, after everything that it needs was asked for: for ways to it that
+    /// other screens offer.
+    bool mayRun(Action action);
+
     /// What is done each time the window becomes the active one.
     void focusStep();
 

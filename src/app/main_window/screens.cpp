@@ -1,10 +1,10 @@
 #include "app/main_window/screens.h"
 
+#include "app/main_window/frmAMain.h"
 #include "masters/DialogMyCo.h"
 #include "masters/DialogTaxRates.h"
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
-#include "masters/own_company.h"
 #include "printing/DialogFormLayout.h"
 #include "printing/DialogPrinterP.h"
 #include "printing/DialogPrinterSet.h"
@@ -27,8 +27,6 @@
 #include "slips/entry/frmMitsumori.h"
 #include "slips/entry/frmOut.h"
 #include "slips/entry/money_slips.h"
-#include "ui/messages.h"
-#include "ui/prompts.h"
 #include "workspace/workspace.h"
 
 #include <QGuiApplication>
@@ -91,25 +89,11 @@ Opener correction(const book::SlipKind &kind)
     };
 }
 
-// As the main window's own way to it: a slip needs a person in charge, and the shop's name stands on its
-// note.
-void sell(QWidget *parent, workspace::Workspace &workspace, qint64 customer)
+// As the main window's own way to it: a person in charge, the own company, the rate.
+void sell(frmAMain *mainWindow, workspace::Workspace &workspace, QWidget *parent, qint64 customer)
 {
-    if (workspace.panel.employeeId == 0) {
-        ui::prompts::inform(
-            parent,
-            u"担当の社員が選ばれていません。\nメイン画面で社員を選んでから、納品書を入力してください。"_s);
+    if (mainWindow && !mainWindow->mayRun(Action::Sales))
         return;
-    }
-    const auto company = masters::ownCompany(workspace.connection);
-    if (!company) {
-        ui::prompts::inform(parent, company.error().text);
-        return;
-    }
-    if (!*company) {
-        ui::prompts::inform(parent, ui::messages::noOwnCompany());
-        openOwnCompany(parent, workspace);
-    }
     slips::frmOut screen(workspace, parent);
     screen.beginFor(customer);
     screen.exec();
@@ -131,7 +115,10 @@ void openCustomers(QWidget *parent, workspace::Workspace &workspace)
         .slip = [&workspace](QWidget *over, const book::SlipKind &kind,
                              qint64 slip) { slips::openCorrection(workspace, over, kind, slip); },
         .ledger = [&workspace](QWidget *over, qint64 customer) { showLedger(over, workspace, customer); },
-        .sale = [&workspace](QWidget *over, qint64 customer) { sell(over, workspace, customer); },
+        .sale =
+            [&workspace, parent](QWidget *over, qint64 customer) {
+                sell(qobject_cast<frmAMain *>(parent), workspace, over, customer);
+            },
     });
     screen.exec();
 }

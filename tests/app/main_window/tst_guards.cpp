@@ -216,8 +216,11 @@ void TestGuards::oldRateIsToldBeforeTheFirstSale()
     const bool isBack = isAsked && way.isEmpty();
     QCOMPARE(stage.opened.size(), isBack ? 0 : 1);
     // Who has decided is not asked again; who went back is.
-    if (isBack)
+    if (isBack) {
+        ui::prompts::expectAskWhichWay(oldRate, QString());
+        QVERIFY(!stage.window->mayRun(Action::Sales)); // as out of the register
         ui::prompts::expectAskWhichWay(oldRate, u"税率表に従う"_s);
+    }
     sell->trigger();
     QCOMPARE(stage.opened.size(), isBack ? 1 : 2);
 }

@@ -26,6 +26,7 @@ private slots:
     void rateIsReadAgainAtTheEnd();
     void ratesOfTheTableGoByTheDate_data();
     void ratesOfTheTableGoByTheDate();
+    void noSlipWithoutItsRate();
     void searchTellsWhatIsMissing();
     void newCustomerIsChosen();
     void lastLineIsRemoved();
@@ -232,6 +233,18 @@ void TestFrmOut::ratesOfTheTableGoByTheDate()
     desk.press("cmdNext");
     QTEST(desk.shop.value(u"SELECT 消費税率 FROM 入出庫マスター"_s).toString(), "header");
     QCOMPARE(desk.shop.value(u"SELECT 金額 FROM 入出庫サブ WHERE 商品名 = '消費税'"_s).toString(), tax);
+}
+
+void TestFrmOut::noSlipWithoutItsRate()
+{
+    SalesDesk desk;
+    desk.shop.workspace.panel.followsTaxTable = true;
+    desk.shop.run(u"DELETE FROM 税率 WHERE 税率ID = 4"_s);
+    desk.choose(0);
+    ui::prompts::expectInform(u"「消費税率表」に、2026/04/01 の標準の税率がありません。\n"
+                              "「初期設定」の「消費税率表」で登録してください。"_s);
+    desk.press("cmdMasterUpdate");
+    QCOMPARE(desk.shop.value(u"SELECT count(*) FROM 入出庫マスター"_s).toInt(), 0);
 }
 
 void TestFrmOut::searchTellsWhatIsMissing()
