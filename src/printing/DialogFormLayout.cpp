@@ -36,19 +36,6 @@ std::vector<base::Column> elementColumns()
             {u"上から"_s, Quantity, 8}};
 }
 
-// A narrow column shows the end of its name, so that the rows stay as high as they are in use.
-FormValues specimen(const FormItems &items, int rows)
-{
-    FormValues values = specimenValues(items, rows);
-    for (FormRecord &row : values.rows) {
-        for (FormValue &value : row) {
-            if (auto *text = std::get_if<QString>(&value))
-                *text = text->section(u'.', -1).left(1);
-        }
-    }
-    return values;
-}
-
 QVariant valueOf(const LayoutElement &element, QStringView key)
 {
     const auto found = std::ranges::find(element.measures, key, &LayoutMeasure::key);
@@ -183,7 +170,7 @@ void DialogFormLayout::showSheet()
     const QString sheet = current() ? current()->sheet : QString();
     const bool isOfSeveral = sheet == u"before_last" || sheet == u"further";
     const int rows = m_form.body ? m_form.body->first.count : 0;
-    m_document.sheets = formSheets(m_form, specimen(*form().items, isOfSeveral ? 2 * rows : rows / 2));
+    m_document.sheets = formSheets(m_form, specimenValues(*form().items, isOfSeveral ? 2 * rows : rows / 2));
     m_view->turnTo(sheet == u"further" ? 2 : 1);
     m_view->showChange();
 }

@@ -54,6 +54,11 @@ void DialogPrinterSet::connectAll()
     connect(m_ui->cmdProperties, &QPushButton::clicked, this, &DialogPrinterSet::showProperties);
     connect(m_ui->Command7, &QPushButton::clicked, this, &DialogPrinterSet::chooseFont);
     connect(m_ui->Command49, &QPushButton::clicked, this, &DialogPrinterSet::print);
+    m_ui->cmdAdjust->hide();
+    connect(m_ui->cmdAdjust, &QPushButton::clicked, this, [this] {
+        m_adjust(this);
+        showPrinter(); // the form may be of another size now
+    });
     connect(m_ui->cmdPurposes, &QPushButton::clicked, this,
             [this] { DialogPrinters(this->workspace(), this).exec(); });
     connect(m_ui->Command1, &QPushButton::clicked, this, &DialogPrinterSet::store);
@@ -61,6 +66,12 @@ void DialogPrinterSet::connectAll()
     // The label bears its letter without a mark.
     auto *letter = new QShortcut(Qt::ALT | Qt::Key_N, this);
     connect(letter, &QShortcut::activated, m_ui->Combo2, qOverload<>(&QWidget::setFocus));
+}
+
+void DialogPrinterSet::setAdjuster(std::function<void(QWidget *)> adjust)
+{
+    m_adjust = std::move(adjust);
+    m_ui->cmdAdjust->setVisible(bool(m_adjust));
 }
 
 void DialogPrinterSet::fillPrinters()

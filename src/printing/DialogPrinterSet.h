@@ -31,6 +31,9 @@ public:
     DialogPrinterSet(workspace::Workspace &workspace, CalibrationSheet sheet, QWidget *parent = nullptr);
     ~DialogPrinterSet() override;
 
+    /// What 「用紙の調整」 opens over this dialog; without it there is no such button.
+    void setAdjuster(std::function<void(QWidget *)> adjust);
+
 protected:
     bool mayClose() override;
 
@@ -56,6 +59,7 @@ private:
 
     const std::unique_ptr<Ui::DialogPrinterSet> m_ui;
     const CalibrationSheet m_sheet;
+    std::function<void(QWidget *)> m_adjust;
     OffsetBox *m_bill;
     OffsetBox *m_note;
     OffsetBox *m_receipt;

@@ -94,7 +94,7 @@ base::Result<Document> note(const NoteSteps &steps)
     sheet.texts.push_back({1000, 1000, u"下へ%1段"_s.arg(steps.noteDown), 12});
     Document document;
     document.title = u"位置合わせ"_s;
-    document.sheets = {sheet};
+    document.sheets.push_back(sheet);
     return document;
 }
 
@@ -135,6 +135,16 @@ class TestPrinterDialogs : public ScriptedTest
     Q_OBJECT
 
 private slots:
+    void theFormIsAdjustedWhereThatIsOffered()
+    {
+        NoteDesk desk;
+        QVERIFY(desk.driver->the("cmdAdjust").isHidden());
+        int adjusted = 0;
+        desk.dialog->setAdjuster([&](QWidget *over) { adjusted += over == desk.dialog.get(); });
+        desk.driver->press("cmdAdjust");
+        QCOMPARE(adjusted, 1);
+    }
+
     void eachBoxStoresItsOffset_data()
     {
         QTest::addColumn<QString>("box");

@@ -21,8 +21,8 @@
 #include "reports/purchases/frmInTax.h"
 #include "slips/correction/correction_screens.h"
 #include "slips/documents/adjustable_forms.h"
-#include "slips/documents/delivery_note.h"
 #include "slips/documents/calibration_sheet.h"
+#include "slips/documents/delivery_note.h"
 #include "slips/entry/frmIn.h"
 #include "slips/entry/frmMitsumori.h"
 #include "slips/entry/frmOut.h"
@@ -79,6 +79,7 @@ void openNotePrinter(QWidget *parent, workspace::Workspace &workspace)
         workspace,
         [&workspace](const printing::NoteSteps &steps) { return slips::calibrationSheet(workspace, steps); },
         parent);
+    shown.setAdjuster([&workspace](QWidget *over) { openFormLayouts(over, workspace); });
     shown.exec();
 }
 

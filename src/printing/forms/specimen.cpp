@@ -1,5 +1,7 @@
 #include "printing/forms/specimen.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace printing
@@ -39,8 +41,14 @@ FormValues specimenValues(const FormItems &items, int rows)
 {
     FormValues values;
     values.items = specimens(items.items);
-    for (int row = 0; row < rows; ++row)
-        values.rows.push_back(specimens(items.columns));
+    FormRecord row = specimens(items.columns);
+    for (FormValue &value : row) {
+        // Of the name's last part the first letter: a longer text would break in a narrow column, and make
+        // the row higher than it is in use.
+        if (auto *text = std::get_if<QString>(&value))
+            *text = text->section(u'.', -1).left(1);
+    }
+    values.rows.assign(static_cast<std::size_t>(std::max(rows, 0)), row);
     return values;
 }
 

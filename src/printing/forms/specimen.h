@@ -6,7 +6,7 @@ namespace printing
 {
 
 /// A value for each of \a items, so that every item of a form shows where it stands: texts say their own
-/// names, numbers and dates are long ones. \a rows: of the body.
+/// names, numbers and dates are long ones. \a rows: of the body, whose texts are one letter long.
 FormValues specimenValues(const FormItems &items, int rows);
 
 } // namespace printing

@@ -13,7 +13,7 @@ namespace
 QPointF placeOf(const printing::Document &document)
 {
     for (const printing::TextItem &item : document.sheets.front().texts) {
-        if (item.text == u"明細.商品名"_s)
+        if (item.text == u"商"_s)
             return QPointF(item.x, item.y) / printing::twipsPerMillimetre;
     }
     qFatal("no product is printed");
