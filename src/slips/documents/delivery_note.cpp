@@ -93,9 +93,8 @@ const printing::FormItems &deliveryNoteItems()
         printing::FormItems all = noteItems();
         for (const QString &name : {u"小計"_s, u"内税額"_s})
             all.items[name] = FormItemKind::Number;
-        for (const QString &name : {u"消費税"_s, u"内税率"_s})
+        for (const QString &name : {u"消費税"_s, u"内税率"_s, u"注文番号"_s, u"備考.注文番号なし"_s})
             all.items[name] = FormItemKind::Text;
-        all.items[u"注文番号"_s] = FormItemKind::Text;
         all.shifts = QStringList{u"OffsetB"_s, u"OffsetC"_s, u"OffsetD"_s, u"OffsetL"_s, u"OffsetF"_s};
         return all;
     }();
@@ -126,8 +125,10 @@ std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const pr
     addAddressee(values.items, data.slip);
     addTotals(values.items, data);
     addInvoice(values.items, data);
+    QString rest = data.memo;
+    values.items[u"注文番号"_s] = takeOrderNumber(rest);
     values.items[u"備考"_s] = data.memo;
-    values.items[u"注文番号"_s] = data.orderNumber;
+    values.items[u"備考.注文番号なし"_s] = rest;
     values.shifts = noteShifts(data.offsets);
     return printing::formSheets(form, values);
 }
@@ -146,12 +147,15 @@ QString deliveryNoteLayout(const QString &paper, bool designated)
 
 QString takeOrderNumber(QString &memo)
 {
-    static const QRegularExpression number(u"(?:ご)?(?:注文|発注)番号[\\s:：]*([^\\s、。]+)[\\s、。]*"_s,
-                                           QRegularExpression::UseUnicodePropertiesOption);
+    static const QRegularExpression number(
+        u"(?:ご)?(?:注文|発注)番号[\\s:：]*"
+        "([0-9A-Za-z０-９Ａ-Ｚａ-ｚ][-0-9A-Za-z０-９Ａ-Ｚａ-ｚ－‐−_./／#＃]*)([\\s、。]*)"_s,
+        QRegularExpression::UseUnicodePropertiesOption);
     const auto match = number.match(memo);
     if (!match.hasMatch())
         return {};
-    memo = (memo.first(match.capturedStart()) + memo.sliced(match.capturedEnd())).trimmed();
+    if (match.capturedLength(2) > 0 || match.capturedEnd() == memo.size())
+        memo = (memo.first(match.capturedStart()) + memo.sliced(match.capturedEnd())).trimmed();
     return match.captured(1);
 }
 

@@ -39,7 +39,6 @@ struct DeliveryNoteData
     std::vector<InvoiceRate> rates;    // of a shop that issues qualified invoices
     QString reducedLegend;
     QString memo;
-    QString orderNumber; // the customer's own
     NoteOffsets offsets;
 };
 
@@ -68,8 +67,8 @@ inline constexpr const char16_t *designatedDeliveryNoteLayout = u"delivery-note-
 /// \a designated: the customer wants the form that was agreed upon, whatever the panel says.
 QString deliveryNoteLayout(const QString &paper, bool designated);
 
-/// Takes the customer's order number out of \a memo, where it stands behind "注文番号" or "発注番号". \return
-/// it, or an empty text
+/// The customer's order number in \a memo, behind "注文番号" or "発注番号"; an empty text where there is
+/// none. It is taken out of the memo, unless a sentence goes on behind it.
 QString takeOrderNumber(QString &memo);
 
 /// How far \a offsets move what layouts call by the settings' names, millimetres.

@@ -40,14 +40,12 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
             return rates.error();
         options.closing = *rates;
     }
-    auto note = readDeliveryNote(workspace.connection, request.slipId, options);
+    const auto note = readDeliveryNote(workspace.connection, request.slipId, options);
     if (!note)
         return note.error();
     printing::Document document;
     document.title = u"納品書 "_s + note->slip.number;
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
-    if (request.designatedForm)
-        note->orderNumber = takeOrderNumber(note->memo);
     const printing::FormFile layout = printing::loadForm(
         workspace.applicationFolder(),
         deliveryNoteLayout(workspace.panel.deliveryPaper, request.designatedForm), deliveryNoteItems());

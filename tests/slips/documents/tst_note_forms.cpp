@@ -40,7 +40,7 @@ DeliveryNoteData note(int lines)
     for (int i = 1; i <= lines; ++i)
         data.slip.lines.push_back({u"品%1"_s.arg(i), u"100g"_s, 1.0, u"袋"_s, 10.0 * i, 10.0 * i});
     data.total = 5 * lines * (lines + 1);
-    data.orderNumber = u"A-7788"_s;
+    data.memo = u"注文番号 A-7788"_s;
     return data;
 }
 
@@ -220,9 +220,9 @@ private slots:
         DeliveryNoteData data = note(1);
         data.slip.name1 = data.slip.name2 = data.slip.address1 = data.slip.address2 = text;
         data.sender.name1 = data.sender.name2 = data.sender.address1 = data.sender.address2 = text;
-        data.slip.number = data.slip.code = data.orderNumber = data.slip.employeeName = text.left(22);
+        data.slip.number = data.slip.code = data.slip.employeeName = text.left(22);
         data.slip.fax = data.sender.fax = data.slip.tel;
-        data.memo = text;
+        data.memo = u"注文番号 12345678901234567890123456789\n"_s + text;
         data.includedTax = data.total = -123'456'789'012.0;
         data.slip.lines.push_back({text, text, 123456.25, text, 1234567.25, -123'456'789'012.0});
         for (const bool inclusive : {true, false}) {
@@ -330,6 +330,14 @@ private slots:
         QTest::newRow("alone") << u"注文番号 A-1234"_s << u"A-1234"_s << QString();
         QTest::newRow("in a hurry") << u"ご注文番号：８８１２　午前着"_s << u"８８１２"_s << u"午前着"_s;
         QTest::newRow("behind") << u"冷蔵\n発注番号4711"_s << u"4711"_s << u"冷蔵"_s;
+        QTest::newRow("not yet known") << u"注文番号："_s << QString() << u"注文番号："_s;
+        QTest::newRow("left out") << u"注文番号：、午前着"_s << QString() << u"注文番号：、午前着"_s;
+        QTest::newRow("a sentence") << u"注文番号は後日連絡します"_s << QString()
+                                    << u"注文番号は後日連絡します"_s;
+        QTest::newRow("another") << u"注文番号変更のため再発行"_s << QString()
+                                 << u"注文番号変更のため再発行"_s;
+        QTest::newRow("in a sentence")
+            << u"ご注文番号8812の分です"_s << u"8812"_s << u"ご注文番号8812の分です"_s;
         QTest::newRow("the word alone") << u"注文番号"_s << QString() << u"注文番号"_s;
     }
 
@@ -378,12 +386,12 @@ private slots:
         QVERIFY(QDir(shop.workspace.applicationFolder()).mkpath(u"layouts"_s));
         QFile own(shop.workspace.inApplicationFolder(u"layouts/"_s + layout));
         const QByteArray content = "format = 1\nname = \"自作\"\npaper = { width = 148, height = 100 }\n"
-                                   "[[text]]\ntext = \"お届け\"\nx = 10\ny = 10\n";
+                                   "[[text]]\nitem = \"備考\"\nx = 10\ny = 10\n";
         QVERIFY(own.open(QIODevice::WriteOnly) && own.write(content) == content.size());
         own.close();
         document = deliveryNoteDocument(shop.workspace, request);
         QVERIFY(document && document->remark.isEmpty());
-        QCOMPARE(textsOf(document->sheets.front()), QStringList{u"お届け"_s});
+        QCOMPARE(textsOf(document->sheets.front()), QStringList{u"注文番号 A-1 割れ物"_s}); // nothing goes
         QCOMPARE(document->sheets.front().paperWidth, 148.0);
 
         QVERIFY(own.resize(own.size() - 3)); // "y =", without its value
