@@ -2,6 +2,7 @@
 
 #include "app/files/database_files.h"
 #include "app/files/doubtful_rows.h"
+#include "app/files/repair_report.h"
 #include "base/dated_name.h"
 #include "base/replacement.h"
 #include "db/care/backup.h"
@@ -120,7 +121,9 @@ void DialogCompile::showOutcome(const db::Salvage &outcome, const QString &targe
         ++row;
     }
     const auto listed = listDoubtfulRows(outcome, target, workspace().today());
-    m_ui->lblStray->setText(listed ? *listed : listed.error().text);
+    QStringList said{repairRemarks(outcome), listed ? *listed : listed.error().text};
+    said.removeAll(QString());
+    m_ui->lblStray->setText(said.join(u'\n'));
 }
 
 } // namespace app

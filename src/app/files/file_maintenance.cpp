@@ -6,6 +6,7 @@
 #include "app/files/database_files.h"
 #include "app/files/database_session.h"
 #include "app/files/doubtful_rows.h"
+#include "app/files/repair_report.h"
 #include "app/files/table_emptying.h"
 #include "base/dated_name.h"
 #include "db/care/file_repair.h"
@@ -32,16 +33,6 @@ QLabel *addLabel(const PlaceInPanel &place, QWidget &window, const QString &name
     label->setObjectName(name);
     place(u"データベース"_s, label, PanelSide::Below);
     return label;
-}
-
-QString outcomeText(const db::Salvage &outcome)
-{
-    QString text = u"%1 行を新しいファイルに移しました。"_s.arg(outcome.carried());
-    for (const db::SalvagedTable &table : outcome.tables) {
-        if (table.unread > 0 || table.isOpenEnd)
-            text += u"\n「%1」で読めなかった行：%2"_s.arg(table.table, db::unreadText(table));
-    }
-    return text;
 }
 
 } // namespace
@@ -106,7 +97,7 @@ bool FileMaintenance::repairFile()
     if (const base::Status finished = repair.finish(kept); !finished)
         return tell(finished.error().text);
     if (outcome)
-        tell(outcomeText(*outcome) + doubtfulText(*outcome) +
+        tell(repairReport(*outcome) + doubtfulText(*outcome) +
              u"\n壊れていたファイルは「%1」に残しました。"_s.arg(kept));
     return true;
 }

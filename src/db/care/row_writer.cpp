@@ -15,7 +15,7 @@ RowWriter::RowWriter(const PlainHandle &target, const Table &table, const QStrin
     , m_insert(target, statementFor(table, columns))
 {}
 
-base::Result<bool> RowWriter::write(const StoredRecord &record)
+base::Result<RowWriter::Written> RowWriter::write(const StoredRecord &record)
 {
     sqlite3_stmt *insert = m_insert.get();
     if (!insert)
@@ -23,13 +23,15 @@ base::Result<bool> RowWriter::write(const StoredRecord &record)
     sqlite3_reset(insert);
     sqlite3_clear_bindings(insert);
     sqlite3_bind_int64(insert, 1, record.rowid);
+    Written written;
     for (std::size_t i = 0; i < m_sources.size() && int(i) < sqlite3_bind_parameter_count(insert) - 1; ++i) {
         if (m_sources[i] < record.values.size())
-            bind(static_cast<int>(i) + 2, record, m_sources[i]);
+            written.cut += bind(static_cast<int>(i) + 2, record, m_sources[i]) ? 1 : 0;
     }
     if (sqlite3_step(insert) != SQLITE_DONE)
         return m_target.error();
-    return sqlite3_changes(m_target.get()) == 1;
+    written.isNew = sqlite3_changes(m_target.get()) == 1;
+    return written;
 }
 
 // The columns' names are our own; one that the file calls otherwise stays empty.
@@ -48,9 +50,10 @@ QByteArray RowWriter::statementFor(const Table &table, const QStringList &column
         .toUtf8();
 }
 
-void RowWriter::bind(int parameter, const StoredRecord &record, std::size_t index)
+bool RowWriter::bind(int parameter, const StoredRecord &record, std::size_t index)
 {
     sqlite3_stmt *insert = m_insert.get();
+    bool isCut = false;
     if (record.isInteger(index)) {
         sqlite3_bind_int64(insert, parameter, record.integer(index));
     } else if (record.isReal(index)) {
@@ -58,7 +61,8 @@ void RowWriter::bind(int parameter, const StoredRecord &record, std::size_t inde
     } else if (!record.isNull(index)) {
         QByteArray bytes = record.bytes(index);
         // No text of ours holds a NUL: from there on it stood on an emptied page.
-        if (record.isText(index) && m_encoding == SQLITE_UTF8 && bytes.contains('\0'))
+        isCut = record.isText(index) && m_encoding == SQLITE_UTF8 && bytes.contains('\0');
+        if (isCut)
             bytes.truncate(bytes.indexOf('\0'));
         const auto size = static_cast<sqlite3_uint64>(bytes.size());
         if (record.isText(index))
@@ -67,6 +71,7 @@ void RowWriter::bind(int parameter, const StoredRecord &record, std::size_t inde
         else
             sqlite3_bind_blob64(insert, parameter, bytes.constData(), size, SQLITE_TRANSIENT);
     }
+    return isCut;
 }
 
 } // namespace db

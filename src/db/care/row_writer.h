@@ -17,12 +17,17 @@ public:
     /// \a columns: those of the old file, by their names there. Its texts are in \a encoding.
     RowWriter(const PlainHandle &target, const Table &table, const QStringList &columns, int encoding);
 
-    /// \return whether the row was new; false also when a row of its key is there already
-    base::Result<bool> write(const StoredRecord &record);
+    struct Written
+    {
+        bool isNew = false; // no row of its key is there already
+        int cut = 0;        // texts of which only the beginning was there
+    };
+    base::Result<Written> write(const StoredRecord &record);
 
 private:
     QByteArray statementFor(const Table &table, const QStringList &columns);
-    void bind(int parameter, const StoredRecord &record, std::size_t index);
+    /// \return whether it is a text that was cut
+    bool bind(int parameter, const StoredRecord &record, std::size_t index);
 
     const PlainHandle &m_target;
     int m_encoding;

@@ -72,7 +72,8 @@ private:
     void doubt(const StoredRecord &record, const QString &table);
     base::Status carryLooseLeaves();
     base::Status carryLooseLeaf(const TreePage &page);
-    base::Status clearEmptied(SourceTable &table);
+    base::Status settleUncarried(SourceTable &table);
+    base::Status listOrphans();
     SourceTable *onlyOne(const LeafRows &rows, bool (SourceTable::*fits)(qint64, qint64) const);
     SourceTable *ownerOf(const LeafRows &rows);
     base::Status countUnread(SourceTable &table);
@@ -95,10 +96,11 @@ base::Status Salvager::carry(SourceTable &table, const StoredRecord &record)
         if (const base::Status cleared = m_target.run("DELETE FROM " + table.table->name.toUtf8()); !cleared)
             return cleared;
     }
-    const auto isNew = m_writers[index]->write(record);
-    if (!isNew)
-        return isNew.error();
-    if (*isNew) {
+    const auto written = m_writers[index]->write(record);
+    if (!written)
+        return written.error();
+    if (written->isNew) {
+        table.outcome.cut += written->cut;
         ++table.outcome.carried;
         table.carried.push_back(record.rowid);
     } else {
@@ -178,12 +180,34 @@ base::Status Salvager::carryTree(SourceTable &table)
         table.gaps);
 }
 
-// A shop may have emptied a table in which every new file has rows.
-base::Status Salvager::clearEmptied(SourceTable &table)
+// A shop may have emptied a table in which every new file has rows; otherwise they stand for those that were
+// lost.
+base::Status Salvager::settleUncarried(SourceTable &table)
 {
-    const bool isEmptied =
-        table.root != 0 && !table.isDamaged() && table.carried.empty() && table.outcome.unread == 0;
-    return isEmptied ? m_target.run("DELETE FROM " + table.table->name.toUtf8()) : base::Status();
+    if (!table.carried.empty() || table.isAbsent)
+        return {};
+    const bool isEmptied = table.root != 0 && !table.isDamaged() && table.outcome.unread == 0;
+    if (isEmptied)
+        return m_target.run("DELETE FROM " + table.table->name.toUtf8());
+    const auto rows = m_target.number("SELECT count(*) FROM " + table.table->name.toUtf8());
+    if (!rows)
+        return rows.error();
+    table.outcome.isAsNew = *rows > 0;
+    return {};
+}
+
+base::Status Salvager::listOrphans()
+{
+    const QByteArray lines = "FROM 入出庫サブ WHERE ID IS NULL OR ID NOT IN (SELECT ID FROM 入出庫マスター)";
+    const auto count = m_target.number("SELECT count(*) " + lines);
+    if (!count)
+        return count.error();
+    m_outcome.orphanLines = *count;
+    PlainStatement found(m_target, "SELECT ID, 商品名, 金額 " + lines + " ORDER BY ID, 明細ID");
+    while (found && m_outcome.orphans.size() < orphansKept && found.step() == SQLITE_ROW)
+        m_outcome.orphans.push_back(
+            {sqlite3_column_int64(found.get(), 0), found.text(1), sqlite3_column_double(found.get(), 2)});
+    return found ? base::Status() : m_target.error();
 }
 
 SourceTable *Salvager::onlyOne(const LeafRows &rows, bool (SourceTable::*fits)(qint64, qint64) const)
@@ -312,11 +336,13 @@ base::Result<Salvage> Salvager::run()
             if (const base::Status counted = countUnread(table); !counted)
                 return counted.error();
         }
-        if (const base::Status cleared = clearEmptied(table); !cleared)
+        if (const base::Status cleared = settleUncarried(table); !cleared)
             return cleared.error();
         if (table.table->name != counterTable)
             m_outcome.tables.push_back(table.outcome);
     }
+    if (const base::Status listed = listOrphans(); !listed)
+        return listed.error();
     if (const base::Status settled = settleCounter(); !settled)
         return settled.error();
     return std::move(m_outcome);
@@ -364,9 +390,7 @@ base::Result<Salvage> carryOver(sqlite3 *source, const QString &target, const ba
 
 bool Salvage::isComplete() const
 {
-    return strayRows == 0 && std::all_of(tables.begin(), tables.end(), [](const SalvagedTable &table) {
-               return table.unread == 0 && !table.isOpenEnd;
-           });
+    return strayRows == 0 && std::ranges::all_of(tables, &SalvagedTable::isComplete);
 }
 
 qint64 Salvage::carried() const

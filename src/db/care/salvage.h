@@ -22,6 +22,26 @@ struct SalvagedTable
     qint64 carried = 0;
     qint64 unread = 0;      // rows known to be there that could not be read
     bool isOpenEnd = false; // pages are lost, and nothing tells how many rows were on them
+    qint64 cut = 0;         // texts of which only the beginning was there
+    bool isAsNew = false;   // nothing of it could be read, and the rows of a new file stand in it
+    QStringList emptied{};  // columns that could not be told among those of the file
+
+    /// Whether all that was there is there.
+    [[nodiscard]] bool isComplete() const
+    {
+        return unread == 0 && !isOpenEnd && cut == 0 && !isAsNew && emptied.isEmpty();
+    }
+};
+
+/// So many lines without their slip are kept with their contents.
+inline constexpr std::size_t orphansKept = 1000;
+
+/// A line whose slip is not in the file.
+struct OrphanLine
+{
+    qint64 slip = 0; // ID
+    QString goods;
+    double amount = 0; // yen
 };
 
 /// A row that can be read, but that nothing puts into a table for certain.
@@ -37,6 +57,8 @@ struct Salvage
     std::vector<SalvagedTable> tables; // in the order of schema.sql
     qint64 strayRows = 0;              // those in doubt; they are in no table
     std::vector<DoubtfulRow> doubtful; // the first of them, at most doubtfulRowsKept
+    qint64 orphanLines = 0;            // carried, but their slips were lost, now or earlier
+    std::vector<OrphanLine> orphans;   // the first of them, at most orphansKept
 
     [[nodiscard]] bool isComplete() const;
     [[nodiscard]] qint64 carried() const;

@@ -100,22 +100,54 @@ const Entry *entryOf(const Table &known, const Schema &schema)
     return found;
 }
 
-// \a declared with our names in the places of those that are none of ours, where they are as many as ours
-// that are missing: one damaged byte in a name does not empty a column of all rows.
-QStringList withOurNames(QStringList declared, const Table &known)
+// The columns of ours that a file with those \a declared has, or had before one of their names was damaged.
+QStringList expectedColumns(const QStringList &declared, const Table &known)
 {
     const bool isFirst = std::all_of(declared.begin(), declared.end(), [&](const QString &column) {
         return known.versionOf(column) < 2 && known.firstColumns > 0;
     });
-    QStringList missing = isFirst ? known.columns.first(known.firstColumns) : known.columns;
+    return isFirst ? known.columns.first(known.firstColumns) : known.columns;
+}
+
+// Our columns stand in one order, whatever a companion program put behind them: between two of them is the
+// one that is missing there.
+QString nameByNeighbours(const QStringList &declared, qsizetype place, const QStringList &expected)
+{
+    const qsizetype before = place == 0 ? -1 : expected.indexOf(declared.at(place - 1));
+    const QString name = expected.value(before + 1);
+    const QString next = declared.value(place + 1);
+    const bool isAfterOurs = place == 0 || before >= 0;
+    const bool isBeforeNext = !expected.contains(next) || next == expected.value(before + 2);
+    return isAfterOurs && isBeforeNext && !declared.contains(name) ? name : QString();
+}
+
+// \a declared with our names in the places of those that are none of ours: one damaged byte in a name does
+// not empty a column of all rows.
+QStringList withOurNames(QStringList declared, const QStringList &expected)
+{
+    QStringList missing = expected;
     QList<qsizetype> unknown;
     for (qsizetype i = 0; i < declared.size(); ++i) {
         if (missing.removeAll(declared.at(i)) == 0)
             unknown << i;
     }
-    for (qsizetype i = 0; missing.size() == unknown.size() && i < unknown.size(); ++i)
-        declared[unknown.at(i)] = missing.at(i);
+    const bool areAsMany = missing.size() == unknown.size();
+    for (qsizetype i = 0; i < unknown.size(); ++i) {
+        const QString name = areAsMany ? missing.at(i) : nameByNeighbours(declared, unknown.at(i), expected);
+        if (!name.isEmpty())
+            declared[unknown.at(i)] = name;
+    }
     return declared;
+}
+
+void takeColumns(SourceTable &table, const QStringList &declared)
+{
+    const QStringList expected = expectedColumns(declared, *table.table);
+    table.columns = withOurNames(declared, expected);
+    for (const QString &column : expected) {
+        if (!table.columns.contains(column))
+            table.outcome.emptied << column;
+    }
 }
 
 SourceTable describe(const Table &known, const Schema &schema)
@@ -128,7 +160,7 @@ SourceTable describe(const Table &known, const Schema &schema)
         table.root = entry->root;
         const auto declared = tablesDeclaredBy(entry->statement.toUtf8());
         if (declared.size() == 1)
-            table.columns = withOurNames(declared.front().columns, known);
+            takeColumns(table, declared.front().columns);
     }
     for (const Entry &entry : schema.entries) {
         if (entry.type == "index"_L1 && entry.table == known.name)

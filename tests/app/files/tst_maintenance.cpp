@@ -3,8 +3,10 @@
 #include "app/shop_window.h"
 
 #include "app/files/backups.h"
+#include "app/files/repair_report.h"
 #include "app/files/table_emptying.h"
 #include "db/care/backup.h"
+#include "db/care/salvage.h"
 #include "db/create.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
@@ -80,6 +82,7 @@ private slots:
     void repairShrinks();
     void repairOfADamagedFile_data();
     void repairOfADamagedFile();
+    void repairTellsWhatIsLost();
     void repairListsWhatItDoubts();
     void repairBesideAnotherProgram();
     void hopelessFileStays();
@@ -281,6 +284,26 @@ void TestMaintenance::repairOfADamagedFile()
     QCOMPARE(stage.shop.value(u"PRAGMA integrity_check"_s).toString(), u"ok"_s);
     QVERIFY(stage.customers() > 100);
     QCOMPARE(contentOf(stage.shop.path(u"shop 破損 2026-04-01.cdb"_s)), bytes);
+}
+
+void TestMaintenance::repairTellsWhatIsLost()
+{
+    db::Salvage outcome;
+    outcome.tables = {{.table = u"入出庫マスター"_s, .carried = 20, .unread = 2},
+                      {.table = u"税率"_s, .isAsNew = true},
+                      {.table = u"納品先"_s, .carried = 5, .cut = 1, .emptied = {u"メモ"_s}}};
+    for (int line = 1; line <= 12; ++line)
+        outcome.orphans.push_back({7, u"りんご%1"_s.arg(line), -1200.5});
+    outcome.orphanLines = 12;
+    const QString said = app::repairReport(outcome);
+    for (
+        const QString &expected :
+        {u"25 行を新しいファイルに移しました。\n「入出庫マスター」で読めなかった行：2\n「税率」は読めなかった"_s,
+         u"\n「納品先」の項目「メモ」は"_s,
+         u"途中までしか読めなかった文字：1 か所\n伝票が失われた明細：12 行"_s,
+         u"\n　伝票ID 7：りんご10　-1,2"_s})
+        QVERIFY2(said.contains(expected), qPrintable(said));
+    QVERIFY(said.endsWith(u"\n　ほか 2 行"_s) && !said.contains(u"りんご11"_s));
 }
 
 // A page of slip lines stands where customers were.

@@ -61,6 +61,7 @@ private slots:
     void columnsOfCompanions_data();
     void columnsOfCompanions();
     void emptiedTableStaysEmpty();
+    void tellsWhatIsNotAsItWas();
     void chainsThatRunAstray();
 
 private:
@@ -202,14 +203,18 @@ void TestSalvageBytes::repeatedCell()
 void TestSalvageBytes::columnsOfCompanions_data()
 {
     QTest::addColumn<bool>("isOlder"); // of version 1 when it got its column
-    QTest::newRow("of now") << false;
-    QTest::newRow("of version 1") << true;
+    QTest::addColumn<QString>("damaged");
+    QTest::newRow("of now") << false << QString();
+    QTest::newRow("of version 1") << true << QString();
+    QTest::newRow("of now, with a damaged name") << false << u"納品先名1"_s;
+    QTest::newRow("of version 1, with a damaged name") << true << u"納品先名1"_s;
 }
 
 // A companion program adds a column of its own: the rows that are there stay as short as they are.
 void TestSalvageBytes::columnsOfCompanions()
 {
     QFETCH(bool, isOlder);
+    QFETCH(QString, damaged);
     const QString file = m_shop.path(u"companion.cdb"_s);
     QFile::remove(file);
     if (isOlder) {
@@ -228,6 +233,8 @@ void TestSalvageBytes::columnsOfCompanions()
     m_shop.run(u"INSERT INTO 発行控 (発行ID, 種類, 覚え) VALUES (900, '請求書', 'x')"_s);
     const QStringList before = counts(m_shop);
     m_shop.connection.close();
+    if (!damaged.isEmpty())
+        damageEntry(file, u"納品先"_s, u"sql"_s, damaged, damaged.chopped(1) + u'一');
     const db::Salvage done = m_both.rebuilt(SalvageShop::read(file));
     QCOMPARE(counts(m_result), before);
     QVERIFY(done.isComplete());
@@ -242,6 +249,43 @@ void TestSalvageBytes::emptiedTableStaysEmpty()
     m_shop.connection.close();
     QVERIFY(m_both.rebuilt(SalvageShop::read(file)).isComplete());
     QCOMPARE(m_result.value(u"SELECT count(*) FROM 税率"_s).toInt(), 0);
+}
+
+// Lines whose slip went with a page, a table that begins as in a new file, a column that nothing names.
+void TestSalvageBytes::tellsWhatIsNotAsItWas()
+{
+    const auto cleared = [this](int page) {
+        QByteArray bytes = m_sound;
+        bytes.replace(qsizetype(page - 1) * pageSize, pageSize, QByteArray(pageSize, 0));
+        return bytes;
+    };
+    const db::Salvage done = m_both.rebuilt(cleared(m_middleLeaf));
+    const int lost = m_result
+                         .value(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 900) "
+                                "SELECT min(i) FROM n WHERE i NOT IN (SELECT ID FROM 入出庫マスター)"_s)
+                         .toInt();
+    QVERIFY(lost > 1);
+    QVERIFY(done.orphanLines > 0 && done.orphanLines == qint64(done.orphans.size()));
+    QCOMPARE(done.orphans.front().slip, lost);
+    QCOMPARE(done.orphans.front().goods, u"明細%1"_s.arg(lost - 1));
+    QCOMPARE(done.orphans.front().amount, 2. * (lost - 1));
+
+    const QString file = m_shop.path(u"rates.cdb"_s);
+    SalvageShop::write(file, m_sound);
+    QVERIFY(m_shop.connection.open(file));
+    const int rates = leafOf(m_shop, u"税率"_s, 0);
+    m_shop.connection.close();
+    const db::Salvage anew = m_both.rebuilt(cleared(rates));
+    QVERIFY(std::ranges::find(anew.tables, u"税率"_s, &db::SalvagedTable::table)->isAsNew);
+    QVERIFY(!anew.isComplete());
+
+    SalvageShop::write(file, m_sound);
+    QVERIFY(m_shop.connection.open(file));
+    m_shop.run(u"ALTER TABLE 納品先 DROP COLUMN 誕生日"_s);
+    m_shop.connection.close();
+    const db::Salvage narrow = m_both.rebuilt(SalvageShop::read(file));
+    QCOMPARE(std::ranges::find(narrow.tables, u"納品先"_s, &db::SalvagedTable::table)->emptied,
+             QStringList{u"誕生日"_s});
 }
 
 // Of two long rows the first one's chain of pages leads into the second one's, and ends too early.
