@@ -18,12 +18,14 @@ namespace
 
 constexpr int keyLength = 150; // characters
 
-QString nameFolded(const QString &name1, const QString &name2)
-{
-    return QString::fromStdU16String(text::folded(name1 + name2)).remove(u' ');
-}
-
 } // namespace
+
+QString foldedName(const QString &name) { return QString::fromStdU16String(text::folded(name)).remove(u' '); }
+
+QString nameAsWritten(const QString &name)
+{
+    return QString::fromStdU16String(text::foldedAsWritten(name)).remove(u' ');
+}
 
 QString firstCharacters(const QString &text, int count)
 {
@@ -48,7 +50,7 @@ base::Result<QString> twinOf(db::Connection &connection, const db::Recordset &ro
     const auto column = [&](const QString &name) -> QString { return rows.table() + name; };
     // It may not have been brought into form yet: its box still has the cursor.
     const QString digits = text::toHalfWidthAscii(text::withPlainHyphens(rows.text(u"TEL1"_s))).remove(u'-');
-    const QString name = nameFolded(rows.text(column(u"名1"_s)), rows.text(column(u"名2"_s)));
+    const QString name = foldedName(rows.text(column(u"名1"_s)) + rows.text(column(u"名2"_s)));
     if (digits.isEmpty() || name.isEmpty())
         return QString();
     const auto others =
@@ -58,7 +60,7 @@ base::Result<QString> twinOf(db::Connection &connection, const db::Recordset &ro
     if (!others)
         return others.error();
     for (const QVariantList &other : others->rows) {
-        if (nameFolded(other.at(1).toString(), other.at(2).toString()) == name)
+        if (foldedName(other.at(1).toString() + other.at(2).toString()) == name)
             return u"ID %1　%2　%3"_s.arg(other.at(0).toString(), other.at(1).toString(),
                                           other.at(3).toString());
     }

@@ -23,6 +23,13 @@ QString counterpartKey(const QString &name1, const QString &name2, const QString
 /// store.
 QString firstCharacters(const QString &text, int count);
 
+/// What names are found and doubted by: widths, kana, upper and lower case, blanks and the forms of a kanji
+/// do not count.
+QString foldedName(const QString &name);
+
+/// What tells names apart where one is put in the place of the other: as foldedName(), but 髙 is not 高.
+QString nameAsWritten(const QString &name);
+
 /// By the stored number 消費税区分.
 QStringList taxClassNames();
 

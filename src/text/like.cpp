@@ -130,16 +130,38 @@ inline char32_t folded(const Folds &table, char32_t c)
     return c == longYoshi ? U'吉' : c;
 }
 
+enum class Forms { AsOne, AsWritten }; // of a kanji
+
+inline bool isKanji(char32_t c)
+{
+    return (c >= 0x3400 && c < 0xA000) || (c >= 0xF900 && c < 0xFB00) || c >= planeSize;
+}
+
 // Writes the folded text to \a out, which has room for a character a byte; returns its length.
+template <Forms forms>
 std::size_t fold(std::string_view utf8, char32_t *out)
 {
     const Folds &table = folds();
     const char *at = utf8.data();
     const char *const end = at + utf8.size();
     char32_t *last = out;
-    while (at != end)
-        last = append(out, last, folded(table, takeCharacter(at, end)));
+    while (at != end) {
+        const char32_t c = takeCharacter(at, end);
+        last = append(out, last, forms == Forms::AsWritten && isKanji(c) ? c : folded(table, c));
+    }
     return static_cast<std::size_t>(last - out);
+}
+
+template <Forms forms>
+std::u16string foldedText(QStringView s)
+{
+    const QByteArray utf8 = s.toUtf8();
+    QVarLengthArray<char32_t, 256> buffer(utf8.size());
+    const std::size_t size = fold<forms>({utf8.data(), static_cast<std::size_t>(utf8.size())}, buffer.data());
+    QString result;
+    for (std::size_t i = 0; i < size; ++i)
+        result += QChar::fromUcs4(buffer[static_cast<qsizetype>(i)]);
+    return result.toStdU16String();
 }
 
 bool matchesAt(const char32_t *text, std::u32string_view piece)
@@ -168,18 +190,11 @@ void appendUtf8(std::string &bytes, char32_t c)
 
 } // namespace
 
-std::u16string folded(QStringView s)
-{
-    const QByteArray utf8 = s.toUtf8();
-    QVarLengthArray<char32_t, 256> buffer(utf8.size());
-    const std::size_t size = fold({utf8.data(), static_cast<std::size_t>(utf8.size())}, buffer.data());
-    QString result;
-    for (std::size_t i = 0; i < size; ++i)
-        result += QChar::fromUcs4(buffer[static_cast<qsizetype>(i)]);
-    return result.toStdU16String();
-}
+std::u16string folded(QStringView s) { return foldedText<Forms::AsOne>(s); }
 
-std::size_t foldUtf8(std::string_view utf8, char32_t *out) { return fold(utf8, out); }
+std::u16string foldedAsWritten(QStringView s) { return foldedText<Forms::AsWritten>(s); }
+
+std::size_t foldUtf8(std::string_view utf8, char32_t *out) { return fold<Forms::AsOne>(utf8, out); }
 
 QString literalPattern(QString typed)
 {
@@ -311,7 +326,7 @@ bool LikePattern::matches(std::string_view utf8Text) const
             return false;
     }
     QVarLengthArray<char32_t, 1024> buffer(static_cast<qsizetype>(utf8Text.size()));
-    return matchesFolded({buffer.data(), fold(utf8Text, buffer.data())});
+    return matchesFolded({buffer.data(), fold<Forms::AsOne>(utf8Text, buffer.data())});
 }
 
 bool LikePattern::matchesFolded(std::u32string_view text) const

@@ -17,8 +17,11 @@ namespace text
 /// The folded form of \a s: what two texts share when LIKE treats them as equal.
 std::u16string folded(QStringView s);
 
-/// The same of UTF-8: writes the characters to \a out, which has room for one a byte, and returns their
-/// number.
+/// The same, but for the forms of a kanji: 髙橋 and 高橋 are two names.
+std::u16string foldedAsWritten(QStringView s);
+
+/// The same as folded() of UTF-8: writes the characters to \a out, which has room for one a byte, and returns
+/// their number.
 std::size_t foldUtf8(std::string_view utf8, char32_t *out);
 
 /// \a typed as a part of a LIKE pattern with ESCAPE '\\', in which each of its characters stands for itself:

@@ -175,6 +175,7 @@ bool CustomerImportPanel::paste()
 
 bool CustomerImportPanel::load(ImportTable table, Source source, const QString &name)
 {
+    m_postalCodes.clear();
     const auto assignment = assignmentFor(table, source);
     if (!assignment || !judge(table, *assignment))
         return false;
@@ -234,7 +235,11 @@ std::optional<ImportAssignment> CustomerImportPanel::askAssignment(const ImportT
 bool CustomerImportPanel::judge(const ImportTable &table, const ImportAssignment &assignment)
 {
     const PostalData postal{m_workspace->applicationFolder(), m_workspace->kept<PostalIndex>()};
-    const ImportSources sources{[&](const QString &address) { return plainPostalCodeOf(postal, address); }};
+    const ImportSources sources{[&](const QString &address) {
+        if (!m_postalCodes.contains(address))
+            m_postalCodes.insert(address, plainPostalCodeOf(postal, address));
+        return m_postalCodes.value(address);
+    }};
     auto candidates =
         ui::runWithProgress(window(), u"データを確認しています。"_s, [&](const base::Progress &progress) {
             return importCandidates(m_workspace->connection, table, assignment, progress, sources);
@@ -279,6 +284,7 @@ void CustomerImportPanel::offerCategories()
     m_ui->checkNewCategories->setText(u"登録されていない区分（%1%2）を新しく登録する(&C)"_s.arg(
         QString(names).replace(u'&', u"&&"_s), unknown.size() > 3 ? u" など"_s : QString()));
     m_ui->checkNewCategories->setToolTip(unknown.join(u"、"_s).toHtmlEscaped());
+    showChanges();
 }
 
 void CustomerImportPanel::makeCategories(bool wanted)

@@ -3,6 +3,7 @@
 #include "masters/name_lists.h"
 #include "registers/import/ImportModel.h"
 
+#include <QHash>
 #include <QWidget>
 
 #include <memory>
@@ -85,6 +86,7 @@ private:
     workspace::Workspace *m_workspace = nullptr;
     ImportTable m_table;
     ImportAssignment m_assignment;
+    QHash<QString, QString> m_postalCodes; // of the addresses of the table, as far as they were looked up
 };
 
 } // namespace registers

@@ -19,6 +19,12 @@ namespace
 // A cell of a damaged file may hold a megabyte; nobody reads on beyond this in a grid.
 constexpr qsizetype shownCharacters = 300;
 
+// What the clerk looked at when it was ticked, or left out.
+bool isAsBefore(const ImportCandidate &now, const ImportCandidate &before)
+{
+    return now.state == before.state && now.customer == before.customer && now.version == before.version;
+}
+
 } // namespace
 
 void ImportModel::set(const ImportAssignment &assignment, std::vector<ImportCandidate> candidates)
@@ -137,7 +143,7 @@ void ImportModel::takeAsIn(const std::vector<ImportCandidate> &before)
         byRow.emplace(candidate.row, &candidate);
     for (std::size_t i = 0; i < m_candidates.size(); ++i) {
         const auto found = byRow.find(m_candidates[i].row);
-        if (found != byRow.end() && found->second->state == m_candidates[i].state)
+        if (found != byRow.end() && isAsBefore(m_candidates[i], *found->second))
             take(i, found->second->taken);
     }
 }

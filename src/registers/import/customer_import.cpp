@@ -1,6 +1,7 @@
 #include "registers/import/customer_import.h"
 
 #include "db/connection.h"
+#include "registers/counterpart.h"
 #include "registers/import/import_fills.h"
 #include "registers/import/import_matches.h"
 #include "registers/import/import_repeats.h"
@@ -9,7 +10,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -20,8 +20,6 @@ namespace
 {
 
 using State = ImportCandidate::State;
-
-constexpr int blockSize = 2000; // customers read at a time
 
 // The fields that rules of the whole row look at.
 struct Places
@@ -70,7 +68,7 @@ ImportCandidate candidateFrom(const Bench &bench, std::size_t row)
         const int field = fields.at(column);
         if (field < 0)
             continue;
-        const QString cell = cells.at(column).trimmed();
+        const QString cell = plainCell(cells.at(column)).trimmed();
         const ImportValue value = importValue(importFields().at(field), cells.at(column), bench.categories);
         if (field == places().key)
             candidate.givenKey = value.text;
@@ -119,16 +117,14 @@ void fill(ImportCandidate &candidate, int field, const QString &value)
     if (value.isEmpty() || !candidate.values.at(field).isEmpty())
         return;
     candidate.values[field] = value;
-    candidate.remark += (candidate.remark.isEmpty() ? u""_s : u"、"_s) +
-                        u"%1を補います：%2"_s.arg(importFields().at(field).column, value);
+    addRemark(candidate, u"%1を補います：%2"_s.arg(importFields().at(field).column, value));
 }
 
 void fillNew(ImportCandidate &candidate, const ImportSources &sources)
 {
     const QStringList &values = candidate.values;
     if (!candidate.newCategory.isEmpty())
-        candidate.remark += (candidate.remark.isEmpty() ? u""_s : u"、"_s) +
-                            u"納品先区分「%1」を新しく登録します"_s.arg(candidate.newCategory);
+        addRemark(candidate, u"納品先区分「%1」を新しく登録します"_s.arg(candidate.newCategory));
     if (values.at(places().reading).isEmpty())
         fill(candidate, places().reading, readingInName(values.at(places().name1)));
     if (sources.postalCodeOf && values.at(places().zip).isEmpty() && !values.at(places().address).isEmpty())
@@ -152,27 +148,6 @@ base::Status judge(db::Connection &connection, const Bench &bench, ImportCandida
 }
 
 // --- The rows among each other and among the customers ---
-
-// Shows each customer's key, name, telephone number and code.
-base::Status visitCustomers(db::Connection &connection, const std::function<bool()> &goOn,
-                            const std::function<void(const QVariantList &)> &visit)
-{
-    qint64 lastKey = std::numeric_limits<qint64>::min();
-    while (true) {
-        const auto block = connection.select(u"SELECT 納品先ID, 納品先名1, TEL1, コード FROM 納品先 "
-                                             "WHERE 納品先ID > ? ORDER BY 納品先ID LIMIT ?"_s,
-                                             {lastKey, blockSize});
-        if (!block)
-            return block.error();
-        if (block->isEmpty())
-            return {};
-        if (!goOn())
-            return base::cancelled();
-        for (const QVariantList &row : block->rows)
-            visit(row);
-        lastKey = block->rows.back().front().toLongLong();
-    }
-}
 
 void numberCodes(std::vector<ImportCandidate> &candidates, CodeNumbers numbers)
 {
@@ -234,10 +209,10 @@ QStringList unknownCategories(const ImportTable &table, const ImportAssignment &
     QSet<QString> seen;
     const qsizetype column = assignment.columnOf(places().category);
     for (std::size_t row = assignment.hasHeadings ? 1 : 0; column >= 0 && row < table.rows.size(); ++row) {
-        const QString cell = table.rows[row].cells.value(column).trimmed();
-        if (!canBecomeCategory(cell) || seen.contains(foldedName(cell)))
+        const QString cell = plainCell(table.rows[row].cells.value(column)).trimmed();
+        if (!canBecomeCategory(cell) || seen.contains(nameAsWritten(cell)))
             continue;
-        seen.insert(foldedName(cell));
+        seen.insert(nameAsWritten(cell));
         if (!importValue(importFields().at(places().category), cell, categories).refusal.isEmpty())
             names << cell;
     }

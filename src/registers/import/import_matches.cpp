@@ -5,7 +5,6 @@
 #include "registers/customer.h"
 #include "registers/import/import_rules.h"
 #include "text/dates.h"
-#include "text/like.h"
 
 #include <algorithm>
 
@@ -64,7 +63,7 @@ bool isOtherName(const std::vector<ImportChange> &changes)
 {
     return std::any_of(changes.begin(), changes.end(), [](const ImportChange &change) {
         return change.field == placeOf(u"納品先名1"_s) && !change.before.isEmpty() &&
-               foldedName(change.before) != foldedName(change.after);
+               nameAsWritten(change.before) != nameAsWritten(change.after);
     });
 }
 
@@ -82,9 +81,11 @@ void makeUpdate(ImportCandidate &candidate, const QVariantList &customer,
     const bool isOther = isOtherName(candidate.changes);
     candidate.state = isSame ? State::Same : State::Update;
     candidate.taken = !isSame && !isOther;
+    const QString before = candidate.remark;
     candidate.remark = isSame ? u"%1 と同じ内容です"_s.arg(who)
                               : (isOther ? u"名前が違います。"_s : QString()) +
                                     u"%1 を更新：%2"_s.arg(who, changesInWords(candidate, categories));
+    addRemark(candidate, before);
 }
 
 base::Error changedMeanwhile(const ImportCandidate &candidate, bool isGone)
@@ -109,7 +110,12 @@ QString keyAfter(const QVariantList &customer)
 
 } // namespace
 
-QString foldedName(const QString &name) { return QString::fromStdU16String(text::folded(name)).remove(u' '); }
+void addRemark(ImportCandidate &candidate, const QString &remark)
+{
+    if (remark.isEmpty())
+        return;
+    candidate.remark += (candidate.remark.isEmpty() ? u""_s : u"、"_s) + remark;
+}
 
 QString shownImportValue(int field, const QString &value, const std::vector<masters::Entry> &categories)
 {
@@ -174,6 +180,12 @@ base::Status updateCustomer(db::Connection &connection, const ImportCandidate &c
     if (now->isEmpty() || now->rows.front().constLast() != candidate.version)
         return changedMeanwhile(candidate, now->isEmpty());
     QVariantList customer = now->rows.front();
+    // Not every program raises the version.
+    const bool isAsShown = std::ranges::all_of(candidate.changes, [&](const ImportChange &change) {
+        return customer.at(change.field).toString() == change.before;
+    });
+    if (!isAsShown)
+        return changedMeanwhile(candidate, false);
     QStringList assignments;
     QVariantList values;
     for (const ImportChange &change : candidate.changes) {

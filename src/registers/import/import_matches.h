@@ -24,7 +24,7 @@ QString shownImportValue(int field, const QString &value, const std::vector<mast
 QString shownAfter(const ImportCandidate &candidate, const ImportChange &change,
                    const std::vector<masters::Entry> &categories);
 
-/// What names are compared by: widths, kana, upper and lower case and blanks do not count.
-QString foldedName(const QString &name);
+/// Adds \a remark to what is to be said about \a candidate.
+void addRemark(ImportCandidate &candidate, const QString &remark);
 
 } // namespace registers

@@ -1,11 +1,15 @@
 #include "registers/import/import_repeats.h"
 
+#include "db/connection.h"
+#include "registers/counterpart.h"
 #include "registers/import/import_matches.h"
 #include "text/width.h"
 
 #include <QStringList>
 
 #include <algorithm>
+#include <limits>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +22,7 @@ namespace
 using State = ImportCandidate::State;
 
 constexpr qsizetype linesNamed = 5;
+constexpr int blockSize = 2000; // customers read at a time
 
 const QString &valueOf(const ImportCandidate &candidate, const QString &column)
 {
@@ -38,11 +43,6 @@ QString nameAndPhone(const QString &name, const QString &phone)
 QString nameAndPhone(const ImportCandidate &candidate)
 {
     return nameAndPhone(valueOf(candidate, u"納品先名1"_s), valueOf(candidate, u"TEL1"_s));
-}
-
-void addRemark(ImportCandidate &candidate, const QString &remark)
-{
-    candidate.remark += (candidate.remark.isEmpty() ? u""_s : u"、"_s) + remark;
 }
 
 struct Repeat
@@ -71,7 +71,7 @@ std::optional<Repeat> repeatOf(const std::vector<ImportCandidate> &candidates, s
     if (!candidate.givenKey.isEmpty())
         look(u'k' + candidate.givenKey, u"納品先ID「%1」"_s.arg(candidate.givenKey));
     if (!code.isEmpty())
-        look(u'c' + foldedName(code), u"コード「%1」"_s.arg(code));
+        look(u'c' + nameAsWritten(code), u"コード「%1」"_s.arg(code));
     return repeat;
 }
 
@@ -96,7 +96,7 @@ std::vector<Repeat> repeatsAmong(const std::vector<ImportCandidate> &candidates,
 bool keepsItsOwn(int field, const QString &before, const QString &now)
 {
     return importFields().at(field).rule == ImportRule::Key ||
-           (importFields().at(field).column == u"コード"_s && foldedName(before) == foldedName(now));
+           (importFields().at(field).column == u"コード"_s && nameAsWritten(before) == nameAsWritten(now));
 }
 
 // \return what became other than it was
@@ -130,7 +130,7 @@ void markDuplicate(ImportCandidate &candidate, const QString &of)
         return;
     candidate.state = State::Duplicate;
     candidate.taken = false;
-    candidate.remark = of;
+    candidate.remark = candidate.remark.isEmpty() ? of : of + u'、' + candidate.remark;
 }
 
 // Of which the first one is taken, and its remark says so.
@@ -193,8 +193,8 @@ std::vector<ImportMerge> mergeRepeatedRows(std::vector<ImportCandidate> &candida
         ImportCandidate &again = candidates[repeat.again];
         const QString nameNow = valueOf(again, u"納品先名1"_s);
         const QString nameBefore = valueOf(first, u"納品先名1"_s);
-        const bool isOther =
-            !nameNow.isEmpty() && !nameBefore.isEmpty() && foldedName(nameNow) != foldedName(nameBefore);
+        const bool isOther = !nameNow.isEmpty() && !nameBefore.isEmpty() &&
+                             nameAsWritten(nameNow) != nameAsWritten(nameBefore);
         const QStringList changes = overlay(first, again);
         again.state = State::Merged;
         again.taken = false;
@@ -225,6 +225,26 @@ void markRepeatedRows(std::vector<ImportCandidate> &candidates)
     refuseRepeatedUpdates(candidates);
 }
 
+base::Status visitCustomers(db::Connection &connection, const std::function<bool()> &goOn,
+                            const std::function<void(const QVariantList &)> &visit)
+{
+    qint64 lastKey = std::numeric_limits<qint64>::min();
+    while (true) {
+        const auto block = connection.select(u"SELECT 納品先ID, 納品先名1, TEL1, コード FROM 納品先 "
+                                             "WHERE 納品先ID > ? ORDER BY 納品先ID LIMIT ?"_s,
+                                             {lastKey, blockSize});
+        if (!block)
+            return block.error();
+        if (block->isEmpty())
+            return {};
+        if (!goOn())
+            return base::cancelled();
+        for (const QVariantList &row : block->rows)
+            visit(row);
+        lastKey = block->rows.back().front().toLongLong();
+    }
+}
+
 KnownRows::KnownRows(const std::vector<ImportCandidate> &candidates)
 {
     for (std::size_t place = 0; place < candidates.size(); ++place) {
@@ -233,24 +253,29 @@ KnownRows::KnownRows(const std::vector<ImportCandidate> &candidates)
         m_byName[nameAndPhone(candidates[place])].push_back(place);
         const QString code = valueOf(candidates[place], u"コード"_s);
         if (!code.isEmpty())
-            m_byCode[foldedName(code)].push_back(place);
+            m_byCode[nameAsWritten(code)].push_back(place);
+        const QString key = valueOf(candidates[place], u"納品先ID"_s);
+        if (!key.isEmpty())
+            m_byKey[key].push_back(place);
     }
 }
 
 void KnownRows::mark(std::vector<ImportCandidate> &candidates, const QVariantList &customer) const
 {
-    const QString who = u"納品先ID %1「%2」"_s.arg(customer.at(0).toString(), customer.at(1).toString());
-    const auto same = m_byName.constFind(nameAndPhone(customer.at(1).toString(), customer.at(2).toString()));
-    if (same != m_byName.cend()) {
-        for (const std::size_t place : *same)
-            markDuplicate(candidates[place], u"登録済み："_s + who);
-    }
+    const QString key = customer.at(0).toString();
     const QString code = customer.at(3).toString();
-    const auto coded = code.isEmpty() ? m_byCode.cend() : m_byCode.constFind(foldedName(code));
-    if (coded != m_byCode.cend()) {
-        for (const std::size_t place : *coded)
-            markDuplicate(candidates[place], u"登録済みのコード「%1」："_s.arg(code) + who);
-    }
+    const QString who = u"納品先ID %1「%2」"_s.arg(key, customer.at(1).toString());
+    const auto markAll = [&](const Places &places, const QString &owner, const QString &of) {
+        const auto same = places.constFind(owner);
+        if (same == places.cend())
+            return;
+        for (const std::size_t place : *same)
+            markDuplicate(candidates[place], of + who);
+    };
+    markAll(m_byName, nameAndPhone(customer.at(1).toString(), customer.at(2).toString()), u"登録済み："_s);
+    if (!code.isEmpty())
+        markAll(m_byCode, nameAsWritten(code), u"登録済みのコード「%1」："_s.arg(code));
+    markAll(m_byKey, key, u"登録済み："_s);
 }
 
 } // namespace registers

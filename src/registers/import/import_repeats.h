@@ -27,20 +27,25 @@ void tellMerges(std::vector<ImportCandidate> &candidates, const std::vector<Impo
 /// and telephone. Refuses a second update of one customer: nobody could tell which is the newer one.
 void markRepeatedRows(std::vector<ImportCandidate> &candidates);
 
+/// Shows key, name, telephone number and code of each customer; stopped when \a goOn says so.
+base::Status visitCustomers(db::Connection &connection, const std::function<bool()> &goOn,
+                            const std::function<void(const QVariantList &)> &visit);
+
 /// Finds the new rows that a customer of the register stands behind.
 class KnownRows
 {
 public:
     explicit KnownRows(const std::vector<ImportCandidate> &candidates);
 
-    /// Leaves out the rows with name and telephone or with the code of \a customer: key, name, telephone,
-    /// code.
+    /// Leaves out the rows with name and telephone, with the code or, where they are matched by it, with the
+    /// key of \a customer: key, name, telephone, code.
     void mark(std::vector<ImportCandidate> &candidates, const QVariantList &customer) const;
 
 private:
     using Places = QHash<QString, std::vector<std::size_t>>;
     Places m_byName;
     Places m_byCode;
+    Places m_byKey;
 };
 
 } // namespace registers

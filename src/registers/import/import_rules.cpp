@@ -91,13 +91,6 @@ ImportValue birthday(const QString &cell)
     return isImpossibleDay(cell) ? refused(u"暦にない日付です"_s) : fittingText(cell);
 }
 
-QString folded(const QString &name)
-{
-    QString plain = text::toHalfWidth(name).toCaseFolded();
-    plain.removeIf([](QChar c) { return c.isSpace(); });
-    return plain;
-}
-
 ImportValue category(const QString &cell, const std::vector<masters::Entry> &categories)
 {
     const auto number = text::parseInteger(cell);
@@ -105,9 +98,9 @@ ImportValue category(const QString &cell, const std::vector<masters::Entry> &cat
         if (number == entry.id)
             return {QString::number(entry.id), {}};
     }
-    const QString wanted = folded(cell);
+    const QString wanted = nameAsWritten(cell);
     for (const masters::Entry &entry : categories) {
-        if (folded(entry.name) == wanted)
+        if (nameAsWritten(entry.name) == wanted)
             return {QString::number(entry.id), {}};
     }
     return refused(u"納品先区分に登録されていません"_s);
@@ -119,7 +112,7 @@ ImportValue listed(const QString &cell, const QStringList &names)
     if (const auto number = text::parseInteger(cell); number && *number >= 0 && *number < names.size())
         return {QString::number(*number), {}};
     for (int place = 0; place < names.size(); ++place) {
-        if (folded(names.at(place)) == folded(cell))
+        if (nameAsWritten(names.at(place)) == nameAsWritten(cell))
             return {QString::number(place), {}};
     }
     return refused(u"「%1」から「%2」までのどれでもありません"_s.arg(names.first(), names.last()));
@@ -129,8 +122,8 @@ ImportValue listed(const QString &cell, const QStringList &names)
 ImportValue closingDay(const QString &cell)
 {
     static const QStringList ends{u"末"_s, u"月末"_s, u"末日"_s, u"31"_s, u"99"_s};
-    static const QRegularExpression frame(u"^毎月|日?締ﾒ?切?ﾘ?$"_s);
-    const QString day = folded(cell).remove(frame);
+    static const QRegularExpression frame(u"^毎月|日?締メ?切?リ?$"_s);
+    const QString day = nameAsWritten(cell).remove(frame);
     return ends.contains(day) ? ImportValue{u"0"_s, {}}
                               : listed(QString(day).remove(u"日"_s),
                                        closingDayNames().replaceInStrings(u" 日"_s, QString()));
@@ -139,7 +132,7 @@ ImportValue closingDay(const QString &cell)
 // 外税 alone is what most shops mean by it, added on each delivery.
 ImportValue taxClass(const QString &cell)
 {
-    const QString word = folded(cell);
+    const QString word = nameAsWritten(cell);
     const bool isAdded =
         word.startsWith(u"外税"_s) || word.startsWith(u"税抜"_s) || word.startsWith(u"税別"_s);
     if (word.startsWith(u"内税"_s) || word.startsWith(u"税込"_s))
@@ -151,11 +144,11 @@ ImportValue taxClass(const QString &cell)
 
 ImportValue yesNo(const QString &cell)
 {
-    static const QStringList yes{u"1"_s,  u"-1"_s, u"true"_s, u"yes"_s, u"ﾊｲ"_s,
-                                 u"ｱﾘ"_s, u"有"_s, u"○"_s,    u"ｽﾙ"_s,  u"出力ｽﾙ"_s};
-    static const QStringList no{u"0"_s,  u"false"_s, u"no"_s,  u"ｲｲｴ"_s,    u"ﾅｼ"_s,
-                                u"無"_s, u"×"_s,     u"ｼﾅｲ"_s, u"出力ｼﾅｲ"_s};
-    const QString answer = folded(cell);
+    static const QStringList yes{u"1"_s,    u"-1"_s, u"true"_s, u"yes"_s,  u"ハイ"_s,
+                                 u"アリ"_s, u"有"_s, u"○"_s,    u"スル"_s, u"出力スル"_s};
+    static const QStringList no{u"0"_s,  u"false"_s, u"no"_s,     u"イイエ"_s,    u"ナシ"_s,
+                                u"無"_s, u"×"_s,     u"シナイ"_s, u"出力シナイ"_s};
+    const QString answer = nameAsWritten(cell);
     if (yes.contains(answer))
         return {u"1"_s, {}};
     return no.contains(answer) ? ImportValue{u"0"_s, {}} : refused(u"0 か 1 で指定してください"_s);
@@ -164,11 +157,11 @@ ImportValue yesNo(const QString &cell)
 // 殿, 各位 and the like are as good as those that the register offers.
 ImportValue honorific(const QString &cell)
 {
-    static const QStringList none{u"ﾅｼ"_s, u"無"_s, u"無ｼ"_s, u"敬称ﾅｼ"_s, u"-"_s};
-    const QString word = folded(cell);
+    static const QStringList none{u"ナシ"_s, u"無"_s, u"無シ"_s, u"敬称ナシ"_s, u"-"_s};
+    const QString word = nameAsWritten(cell);
     if (none.contains(word))
         return {QString::fromUtf16(book::noHonorific), {}};
-    if (word == u"ｻﾏ"_s)
+    if (word == u"サマ"_s)
         return {honorifics().constFirst(), {}};
     return cell.trimmed().size() <= longestHonorific
                ? ImportValue{cell.trimmed(), {}}
@@ -221,12 +214,8 @@ ImportValue byRule(ImportRule rule, const QString &cell, const std::vector<maste
 
 } // namespace
 
-ImportValue importValue(const ImportField &field, const QString &cell,
-                        const std::vector<masters::Entry> &categories)
+QString plainCell(const QString &cell)
 {
-    if (cell.trimmed().isEmpty())
-        return {};
-    // ="0600001" keeps a spreadsheet from taking a code for a number.
     static const QRegularExpression formulaText(uR"re(\A="(.*)"\z)re"_s);
     const QRegularExpressionMatch kept = formulaText.match(cell.trimmed());
     // No box of the register holds more than one line.
@@ -236,6 +225,15 @@ ImportValue importValue(const ImportField &field, const QString &cell,
         if (c.category() == QChar::Other_Control)
             c = u' ';
     }
+    return line;
+}
+
+ImportValue importValue(const ImportField &field, const QString &cell,
+                        const std::vector<masters::Entry> &categories)
+{
+    const QString line = plainCell(cell);
+    if (line.trimmed().isEmpty())
+        return {};
     ImportValue value = byRule(field.rule, line, categories);
     if (!value.refusal.isEmpty())
         value.refusal = field.column + u"："_s + value.refusal;

@@ -17,6 +17,10 @@ struct ImportValue
     bool isCut = false; // the register's rule kept only its beginning
 };
 
+/// What \a cell says: one line, without what keeps a spreadsheet from taking a code for a number
+/// (="0600001").
+QString plainCell(const QString &cell);
+
 /// The value of \a field for what \a cell says. \a categories can be named by key or by name.
 ImportValue importValue(const ImportField &field, const QString &cell,
                         const std::vector<masters::Entry> &categories);

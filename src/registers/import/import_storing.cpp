@@ -2,9 +2,11 @@
 #include "db/connection.h"
 #include "db/keys.h"
 #include "db/transaction.h"
+#include "registers/counterpart.h"
 #include "registers/customer.h"
 #include "registers/import/customer_import.h"
 #include "registers/import/import_matches.h"
+#include "registers/import/import_repeats.h"
 #include "registers/import/import_rules.h"
 #include "text/dates.h"
 
@@ -35,7 +37,7 @@ base::Status makeCategory(db::Connection &connection, const QString &name, MadeC
     const auto key = db::nextKey(connection, u"登録区分"_s);
     if (!key)
         return key.error();
-    made.insert(foldedName(name), *key);
+    made.insert(nameAsWritten(name), *key);
     return connection
         .execute(u"INSERT INTO 登録区分 (区分ID, 区分名, 版) VALUES (?, ?, (SELECT 最終 FROM 版数))"_s,
                  {*key, name})
@@ -49,10 +51,10 @@ base::Result<MadeCategories> makeCategories(db::Connection &connection,
 {
     MadeCategories made;
     for (const masters::Entry &entry : there)
-        made.insert(foldedName(entry.name), entry.id);
+        made.insert(nameAsWritten(entry.name), entry.id);
     for (const ImportCandidate *candidate : candidates) {
         const QString &name = candidate->newCategory;
-        if (name.isEmpty() || made.contains(foldedName(name)))
+        if (name.isEmpty() || made.contains(nameAsWritten(name)))
             continue;
         if (const base::Status done = makeCategory(connection, name, made); !done)
             return done.error();
@@ -81,7 +83,7 @@ ImportCandidate withCategory(ImportCandidate candidate, const MadeCategories &ma
     if (candidate.newCategory.isEmpty())
         return candidate;
     const int place = placeOf(u"区分ID"_s);
-    candidate.values[place] = QString::number(made.value(foldedName(candidate.newCategory)));
+    candidate.values[place] = QString::number(made.value(nameAsWritten(candidate.newCategory)));
     for (ImportChange &change : candidate.changes) {
         if (change.field == place)
             change.after = candidate.values.at(place);
@@ -90,6 +92,30 @@ ImportCandidate withCategory(ImportCandidate candidate, const MadeCategories &ma
 }
 
 // --- New customers ---
+
+// Another program may have entered one of them, or given its code to another one, since they were looked at.
+base::Status checkStillNew(db::Connection &connection, const std::vector<const ImportCandidate *> &taken)
+{
+    std::vector<ImportCandidate> rows;
+    for (const ImportCandidate *candidate : taken) {
+        if (candidate->state == State::Ready)
+            rows.push_back(*candidate);
+    }
+    if (rows.empty())
+        return {};
+    const KnownRows known(rows);
+    const base::Status visited = visitCustomers(
+        connection, [] { return true; }, [&](const QVariantList &customer) { known.mark(rows, customer); });
+    const auto found = std::ranges::find(rows, State::Duplicate, &ImportCandidate::state);
+    if (!visited || found == rows.end())
+        return visited;
+    base::Error error{
+        u"%1 行目の納品先（または同じコードの納品先）がほかのプログラムで登録されたため、取り込みを"
+        "中止しました。何も登録していません。\n"
+        "いまの内容と比べ直しますので、「確認」の欄をもう一度確かめてください。"_s.arg(found->line)};
+    error.changed = true;
+    return error;
+}
 
 // The key is the last field, and the program's own.
 qsizetype storedFields() { return importFields().size() - 1; }
@@ -124,40 +150,57 @@ QVariantList rowOf(const ImportCandidate &candidate, qint64 key, const QString &
                << today;
 }
 
-base::Result<std::vector<qint64>> freeKeys(db::Connection &connection, qint64 count)
+// The next free keys, one after the other.
+class FreeKeys
 {
-    const auto next = db::nextKey(connection, u"納品先"_s);
-    if (!next)
-        return next.error();
-    if (count > db::highestKey - *next + 1)
-        return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
-    std::vector<qint64> keys;
-    while (static_cast<qint64>(keys.size()) < count) {
-        const auto key =
-            book::keyWithoutSlips(connection, book::Party::Customer, keys.empty() ? *next : keys.back() + 1);
-        if (!key)
-            return key.error();
-        keys.push_back(*key);
+public:
+    static base::Result<FreeKeys> from(db::Connection &connection, qint64 count)
+    {
+        const auto next = count > 0 ? db::nextKey(connection, u"納品先"_s) : base::Result<qint64>(0);
+        if (!next)
+            return next.error();
+        if (count > db::highestKey - *next + 1)
+            return base::Error{u"納品先IDが足りないため、取り込めませんでした。"_s};
+        return FreeKeys(*next);
     }
-    return keys;
+
+    base::Result<qint64> next(db::Connection &connection)
+    {
+        const auto key = book::keyWithoutSlips(connection, book::Party::Customer, m_next);
+        if (key)
+            m_next = *key + 1;
+        return key;
+    }
+
+private:
+    explicit FreeKeys(qint64 next)
+        : m_next(next)
+    {}
+
+    qint64 m_next;
+};
+
+base::Status storeRow(db::Connection &connection, const ImportCandidate &row, FreeKeys &keys, qint64 version,
+                      const QString &today)
+{
+    if (row.state == State::Update)
+        return updateCustomer(connection, row, version, today);
+    const auto key = keys.next(connection);
+    return key ? connection.execute(insertStatement(), rowOf(row, *key, today)).status() : key.error();
 }
 
 base::Status storeAll(db::Connection &connection, const std::vector<const ImportCandidate *> &taken,
-                      const MadeCategories &made, const std::vector<qint64> &keys, const QDate &today,
+                      const MadeCategories &made, FreeKeys keys, const QDate &today,
                       const base::Progress &progress)
 {
     const auto version = db::nextVersion(connection);
     if (!version)
         return version.error();
-    const QString statement = insertStatement();
     const QString date = text::stored(today);
     qint64 done = 0;
-    auto key = keys.begin();
     for (const ImportCandidate *candidate : taken) {
-        const ImportCandidate row = withCategory(*candidate, made);
-        const base::Status stored = row.state == State::Update
-                                        ? updateCustomer(connection, row, *version, date)
-                                        : connection.execute(statement, rowOf(row, *key++, date)).status();
+        const base::Status stored =
+            storeRow(connection, withCategory(*candidate, made), keys, *version, date);
         if (!stored)
             return stored;
         if (!progress(done++, static_cast<qint64>(taken.size())))
@@ -170,6 +213,8 @@ base::Result<int> storeCustomers(db::Connection &connection,
                                  const std::vector<const ImportCandidate *> &taken, const QDate &today,
                                  const base::Progress &progress)
 {
+    if (const base::Status isNew = checkStillNew(connection, taken); !isNew)
+        return isNew.error();
     const auto there = masters::customerCategories(connection);
     if (!there)
         return there.error();
@@ -180,8 +225,7 @@ base::Result<int> storeCustomers(db::Connection &connection,
         return made.error();
     const auto newOnes = std::count_if(taken.begin(), taken.end(),
                                        [](const auto *row) { return row->state != State::Update; });
-    const auto keys = newOnes > 0 ? freeKeys(connection, newOnes)
-                                  : base::Result<std::vector<qint64>>(std::vector<qint64>());
+    const auto keys = FreeKeys::from(connection, newOnes);
     if (!keys)
         return keys.error();
     const base::Status stored = storeAll(connection, taken, *made, *keys, today, progress);

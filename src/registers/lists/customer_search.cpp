@@ -96,8 +96,6 @@ bool isInOwnOrder(const CustomerQuery &query)
     return query.order < 0 || query.order == static_cast<int>(orders.size()) - 1;
 }
 
-QString foldedName(const QString &name) { return QString::fromStdU16String(text::folded(name)).remove(u' '); }
-
 std::optional<double> numberNamed(const QStringList &names, const QString &typed)
 {
     for (int number = 0; number < names.size(); ++number) {
