@@ -150,7 +150,7 @@ base::Status Connection::configure()
     int defensive = 0;
     sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, &defensive);
     if (defensive != 1)
-        return base::Error{u"データベースの動作を設定できないため、開けませんでした。(DEFENSIVE)"_s};
+        return base::Error{u"データベースの動作を設定できないため、開けませんでした。（保護）"_s};
     // What passes the check of foreign definitions under another name is not carried out either.
     sqlite3_db_config(handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_db_config(handle(), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);

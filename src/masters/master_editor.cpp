@@ -82,6 +82,7 @@ void MasterEditor::openList()
         QList<ui::GridColumn> shown;
         for (const MasterField &field : m_definition.fields)
             shown << ui::GridColumn{field.column, plainColumnCharacters};
+        m_controls.grid->letSort();
         m_controls.grid->setColumns(shown);
         m_controls.grid->bind(m_rows, [this](const QString &reason) { ui::prompts::inform(this, reason); });
         m_controls.grid->setColumnWidth(0, ui::pixelsFromTwips(keyColumnWidth));

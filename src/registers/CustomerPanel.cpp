@@ -214,8 +214,12 @@ void CustomerPanel::takeBack()
         return;
     const base::Status saved = saveCategory(*m_connection, *m_customers, before->toLongLong());
     showCategory();
-    if (!saved)
+    if (!saved) {
+        // What another program made of it is no way back.
+        if (!saved.error().changed)
+            m_categoryBefore = before;
         ui::prompts::inform(window(), saved.error().text);
+    }
 }
 
 void CustomerPanel::warnOfSharedCode()

@@ -1,6 +1,6 @@
 #include "registers/frmNouhin.h"
 
-#include "masters/MasterGridEditor.h"
+#include "registers/category_guard.h"
 #include "registers/customer.h"
 #include "registers/duplicates/DialogDuplicates.h"
 #include "registers/lists/chosen_customers.h"
@@ -168,15 +168,7 @@ bool frmNouhin::mayClose()
 
 bool frmNouhin::categoriesReady(const QString &sentence)
 {
-    if (!tell(m_ui->panel->loadCategories()))
-        return false;
-    if (m_ui->panel->categories().empty()) {
-        ui::prompts::inform(this, sentence);
-        masters::frmKubun(workspace(), this).exec(); // and back, with what was registered
-        if (!tell(m_ui->panel->loadCategories()))
-            return false;
-    }
-    return !m_ui->panel->categories().empty();
+    return hasCategories(workspace(), this, sentence) && tell(m_ui->panel->loadCategories());
 }
 
 void frmNouhin::search()
@@ -194,11 +186,19 @@ void frmNouhin::search()
     if (!found)
         ui::prompts::inform(this, found.error().text);
     else if (*found)
-        m_ui->DataGrid1->setFocus();
+        showFound();
     else if (ui::prompts::ask(this, u"検索した納品先は見つかりませんでした。\n新規に入力しますか？"_s))
         add();
     else
         m_ui->txtKey1->setFocus();
+}
+
+// The only one that was found is the one that was looked for.
+void frmNouhin::showFound()
+{
+    if (rows().isComplete() && rows().count() == 1)
+        rememberRow();
+    m_ui->DataGrid1->setFocus();
 }
 
 void frmNouhin::nextSearch()

@@ -51,6 +51,7 @@ private:
     void connectButtons();
 
     void search();
+    void showFound();
     void nextSearch();
     void showAll();
     void openEvery();

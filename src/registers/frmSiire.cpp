@@ -92,6 +92,8 @@ void frmSiire::bindBoxes()
 
 void frmSiire::setUpList()
 {
+    m_ui->DataGrid1->letSort();
+    m_ui->DataGrid1->letChooseColumns();
     m_ui->DataGrid1->setColumns(listColumns);
     bindList(m_ui->DataGrid1, m_ui->labelCount);
     bindUndo(m_ui->cmdUndo);

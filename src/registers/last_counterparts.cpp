@@ -20,6 +20,16 @@ void rememberCounterpart(workspace::Workspace &workspace, book::Party party, qin
     workspace.keep(last);
 }
 
+void forgetCounterpart(workspace::Workspace &workspace, book::Party party, qint64 id)
+{
+    LastCounterparts last = lastCounterparts(workspace);
+    qint64 &kept = party == book::Party::Customer ? last.customer : last.supplier;
+    if (kept != id)
+        return;
+    kept = 0;
+    workspace.keep(last);
+}
+
 void forgetCounterparts(workspace::Workspace &workspace) { workspace.keep(LastCounterparts()); }
 
 } // namespace registers

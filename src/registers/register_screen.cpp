@@ -38,6 +38,7 @@ void RegisterScreen::bindList(ui::Grid *list, QLabel *count)
     });
     list->bind(m_rows, [this](const QString &) { tellFailure(); });
     connect(&m_rows, &db::Recordset::currentRowChanged, this, &RegisterScreen::followRow);
+    connect(list, &ui::Grid::wentTo, this, &RegisterScreen::rememberRow);
     connect(&m_rows, &db::Recordset::extended, this, [this] { m_count->setText(countText()); });
 }
 
@@ -125,7 +126,7 @@ void RegisterScreen::saveAndBrowse()
 
 void RegisterScreen::cancelEntry()
 {
-    if (!tell(m_rows.remove()))
+    if (!deleteShown())
         return;
     setMode(Mode::Browsing);
     entryEnded();
@@ -136,18 +137,34 @@ void RegisterScreen::removeRow()
     if (m_rows.isEmpty() ||
         !ui::prompts::askCautiously(this, ui::messages::deleteQuestion(), removalRemark()))
         return;
-    if (tell(m_rows.remove()))
+    if (deleteShown())
         setMode(Mode::Browsing);
 }
 
-// Nothing is said of a row that has no slips, or whose slips cannot be counted; the deleting tells why.
+// The list goes to another row by itself then.
+bool RegisterScreen::deleteShown()
+{
+    const qint64 key = m_rows.currentKey();
+    const LastCounterparts before = lastCounterparts(workspace());
+    if (!tell(m_rows.remove()))
+        return false;
+    workspace().keep(before);
+    forgetCounterpart(workspace(), party(), key);
+    return true;
+}
+
+// Which one goes. Nothing is said of slips where there are none, or where they cannot be counted; the
+// deleting tells why.
 QString RegisterScreen::removalRemark() const
 {
+    const QString name = m_rows.text(m_rows.table() + u"名1"_s).trimmed();
+    const QString who = u"削除する%1： %2　%3"_s.arg(m_rows.table(), QString::number(m_rows.currentKey()),
+                                                     name.isEmpty() ? u"（名前なし）"_s : name);
     const auto left = slipsLeftBy(workspace().connection, m_rows.table(), m_rows.currentKey());
     if (!left || *left == 0)
-        return {};
-    return u"この%1には伝票が %2 件あります。伝票は残りますが、%1の名前は分からなくなります。"_s.arg(
-        m_rows.table(), text::formatAmount(static_cast<double>(*left)));
+        return who;
+    return who + u"\nこの%1には伝票が %2 件あります。伝票は残りますが、%1の名前は分からなくなります。"_s.arg(
+                     m_rows.table(), text::formatAmount(static_cast<double>(*left)));
 }
 
 std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
@@ -224,19 +241,17 @@ void RegisterScreen::followRow()
     const qint64 before = std::exchange(m_shownKey, key);
     if (before != key)
         forgetBoxes();
-    // The first row of a list stands there by itself; any other one was looked for.
-    if (before != key && before != 0)
-        rememberRow();
     showStates();
 }
 
-// Whom the clerk dealt with last.
-void RegisterScreen::rememberRow()
+book::Party RegisterScreen::party() const
 {
-    rememberCounterpart(workspace(),
-                        m_rows.table() == u"納品先"_s ? book::Party::Customer : book::Party::Supplier,
-                        m_rows.currentKey());
+    return m_rows.table() == u"納品先"_s ? book::Party::Customer : book::Party::Supplier;
 }
+
+// Whom the clerk dealt with last: the row that was gone to, asked for or saved. The first one of a list
+// stands there by itself.
+void RegisterScreen::rememberRow() { rememberCounterpart(workspace(), party(), m_rows.currentKey()); }
 
 void RegisterScreen::setMode(Mode mode)
 {

@@ -106,6 +106,8 @@ protected:
     /// Saves what was typed before the list changes. \return false when the row cannot be left
     bool leaveRow();
     void showStates();
+    /// The row on the screen is whom the clerk deals with.
+    void rememberRow();
 
     bool mayClose() override;
     void showEvent(QShowEvent *event) override;
@@ -116,8 +118,9 @@ private:
     std::optional<Failure> trySave();
     void tellFailure();
     void followRow();
-    void rememberRow();
+    [[nodiscard]] book::Party party() const;
     [[nodiscard]] QString removalRemark() const;
+    bool deleteShown();
     void setMode(Mode mode);
     void showUndo();
     void careForNameless(book::Party party);

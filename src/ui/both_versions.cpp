@@ -1,6 +1,7 @@
 #include "ui/both_versions.h"
 
 #include "db/recordset.h"
+#include "text/dates.h"
 #include "text/numbers.h"
 #include "ui/prompts.h"
 
@@ -18,7 +19,7 @@ constexpr int mostCharacters = 40;
 QString shown(const QVariant &value)
 {
     const bool isNumber = value.typeId() == QMetaType::Double;
-    QString quoted = isNumber ? text::formatPlain(value.toDouble()) : value.toString();
+    QString quoted = isNumber ? text::formatPlain(value.toDouble()) : text::shownDay(value.toString());
     if (quoted.size() > mostCharacters)
         quoted = quoted.left(mostCharacters) + u'…';
     return u"「%1」"_s.arg(quoted);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/result.h"
 #include "ui/grid_rows.h"
 
 #include <QPointer>
@@ -63,6 +64,10 @@ public:
     /// The selected rows as tab-separated lines.
     [[nodiscard]] QString selectedText() const;
 
+signals:
+    /// The clerk went to another row of the record set.
+    void wentTo(int row);
+
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
@@ -74,6 +79,7 @@ protected:
 
 private:
     void followRecordset(int row);
+    base::Status goTo(int row);
     void reachFor(CursorAction action, Qt::KeyboardModifiers modifiers);
     [[nodiscard]] int cursorColumn() const;
     void arrangeColumns();

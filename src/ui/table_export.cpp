@@ -18,7 +18,8 @@ namespace ui
 namespace
 {
 
-const QString filters = u"xls ﾌｧｲﾙ (*.xls);;xlsx ﾌｧｲﾙ (*.xlsx);;csv ﾌｧｲﾙ (*.csv);;すべてのファイル (*.*)"_s;
+const QString filters =
+    u"xls ﾌｧｲﾙ (*.xls);;xlsx ファイル (*.xlsx);;csv ファイル (*.csv);;すべてのファイル (*.*)"_s;
 
 bool mayBeWritten(QWidget *parent, const QString &fileName, const TableExport &table)
 {

@@ -253,17 +253,46 @@ private slots:
     {
         Register r;
         r.goTo(1);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false,
+                                         u"削除する納品先： 1　山田太郎"_s);
         r.press("cmdDelete");
         QCOMPARE(r.listed(), u"3 1 2"_s);
         for (const char *left : {"3 2", "3", ""}) {
-            ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+            ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, ui::prompts::anyRemark);
             r.press("cmdDelete");
             QCOMPARE(r.listed(), QString::fromLatin1(left));
         }
         QCOMPARE(r.enabled(), withoutRows);
         QCOMPARE(r.box("txtName").text(), QString());
         QCOMPARE(r.shop.value(u"SELECT count(*) FROM 納品先"_s).toInt(), 0);
+    }
+
+    // With Ctrl rows are marked one by one, and the boxes show the last one; that one goes, and is named.
+    void marksRowsOneByOne()
+    {
+        Register r;
+        const auto click = [&r](int row) {
+            const QModelIndex index = r.grid().model()->index(row, 0);
+            QTest::mouseClick(r.grid().viewport(), Qt::LeftButton, Qt::ControlModifier,
+                              r.grid().visualRect(index).center());
+            QStringList marked;
+            for (int i = 0; i < 3; ++i) {
+                if (r.grid().selectionModel()->isRowSelected(i))
+                    marked << r.grid().model()->index(i, 0).data().toString();
+            }
+            return marked.join(u' ');
+        };
+        QCOMPARE(click(2), u"3 2"_s);
+        QCOMPARE(r.box("txtID").text(), u"2"_s);
+        QCOMPARE(click(0), u"2"_s); // which takes its mark off
+        QCOMPARE(r.box("txtID").text(), u"3"_s);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false,
+                                         u"削除する納品先： 3　田中次郎"_s);
+        r.press("cmdDelete");
+        QVERIFY(r.grid().selectionModel()->isRowSelected(0) && !r.grid().selectionModel()->isRowSelected(2));
+        QCOMPARE(click(1), u"3 1"_s);
+        QTest::keyClick(&r.grid(), Qt::Key_Down);
+        QCOMPARE(r.box("txtID").text(), u"2"_s);
     }
 
     // I1 is a slip of the supplier that has the customer's number.
@@ -273,8 +302,11 @@ private slots:
         r.shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号, 相手先ID) "
                    "VALUES (1, 'O1', 1), (2, 'R1', 3), (3, 'I1', 2)"_s);
         const QString stay =
-            u"この納品先には伝票が 1 件あります。伝票は残りますが、納品先の名前は分からなくなります。"_s;
-        const std::pair<int, QString> remarks[] = {{0, stay}, {1, stay}, {2, {}}};
+            u"\nこの納品先には伝票が 1 件あります。伝票は残りますが、納品先の名前は分からなくなります。"_s;
+        const QString who = u"削除する納品先： "_s;
+        const std::pair<int, QString> remarks[] = {{0, who + u"3　田中次郎"_s + stay},
+                                                   {1, who + u"1　山田太郎"_s + stay},
+                                                   {2, who + u"2　鈴木花子"_s}};
         for (const auto &[row, remark] : remarks) {
             r.goTo(row);
             ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false, remark);

@@ -348,6 +348,18 @@ private slots:
         r.goTo(0);
         r.goTo(1);
         QCOMPARE(last(), 1);
+        // A list that is read anew, and the row after one that is deleted, stand there by themselves.
+        r.press("Command6");
+        QCOMPARE(r.box("txtID").text(), u"3"_s);
+        QCOMPARE(last(), 1);
+        r.goTo(1);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, ui::prompts::anyRemark);
+        r.press("cmdDelete");
+        QCOMPARE(r.box("txtID").text(), u"2"_s);
+        QCOMPARE(last(), 0);
+        r.type("txtKey1", u"田中"_s);
+        r.press("cmdFind");
+        QCOMPARE(last(), 3);
     }
 
     void aCategoryIsSavedWhenChosen()

@@ -192,6 +192,20 @@ private slots:
         QCOMPARE(r.stored(u"区分ID"_s, 1), u"3"_s);
     }
 
+    void aCategoryThatCouldNotBeTakenBackCanBeLater()
+    {
+        Register r;
+        r.choose("dbcKubun", 1);
+        r.shop.fireTriggers();
+        r.shop.run(u"CREATE TEMP TRIGGER t BEFORE UPDATE ON 納品先 BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
+        ui::prompts::expectInform(anyText);
+        r.press("cmdUndo");
+        QCOMPARE(r.stored(u"区分ID"_s, 3), u"2"_s);
+        r.shop.run(u"DROP TRIGGER t"_s);
+        r.press("cmdUndo");
+        QCOMPARE(r.stored(u"区分ID"_s, 3), u"1"_s);
+    }
+
     void closingDuringEntry_data()
     {
         QTest::addColumn<bool>("typed");
@@ -259,7 +273,7 @@ private slots:
         ui::prompts::expectInform(anyText);
         QTest::keyClick(&r.list("dbcKubun"), Qt::Key_Down);
         QCOMPARE(r.list("dbcKubun").currentText(), u"得意先"_s);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, ui::prompts::anyRemark);
         ui::prompts::expectInform(anyText);
         r.press("cmdDelete");
         QCOMPARE(r.listed(), u"3 1 2"_s);
@@ -279,7 +293,7 @@ private slots:
         ui::prompts::expectInform(anyText);
         r.press("cmdNewDate");
         QCOMPARE(r.box("txtName").text(), u"田中"_s);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, ui::prompts::anyRemark);
         r.press("cmdDelete");
         QCOMPARE(r.listed(), u"1 2"_s);
     }

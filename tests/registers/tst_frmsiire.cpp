@@ -102,7 +102,8 @@ private slots:
         r.press("cmdUpdate");
         QCOMPARE(r.stored(u"仕入先名キー"_s, 1), u"  "_s);
         QCOMPARE(r.enabled(), browsing);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true,
+                                         u"削除する仕入先： 1　（名前なし）"_s);
         r.press("cmdDelete");
         QCOMPARE(r.enabled(), withoutRows);
         QCOMPARE(r.box("txtID").text(), QString());

@@ -1,11 +1,14 @@
 #include "registers/lists/CustomerChoicePanel.h"
 
 #include "masters/name_lists.h"
+#include "registers/category_guard.h"
 #include "text/numbers.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 #include "ui_CustomerChoicePanel.h"
+#include "workspace/workspace.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
 
 using namespace Qt::StringLiterals;
@@ -26,12 +29,15 @@ CustomerChoicePanel::CustomerChoicePanel(QWidget *parent)
 
 CustomerChoicePanel::~CustomerChoicePanel() = default;
 
-void CustomerChoicePanel::bind(db::Connection &connection, CustomerTicks::Guard guard)
+void CustomerChoicePanel::bind(workspace::Workspace &workspace, CustomerTicks::Guard guard)
 {
-    m_connection = &connection;
-    m_ticks = std::make_unique<CustomerTicks>(connection, guard);
+    m_workspace = &workspace;
+    m_ticks = std::make_unique<CustomerTicks>(workspace.connection, guard);
     m_ui->DataGrid1->setModel(m_ticks.get());
     setUpColumns();
+    m_ui->DataGrid1->horizontalHeader()->setSectionsClickable(true);
+    connect(m_ui->DataGrid1->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            &CustomerChoicePanel::sortBy);
     connect(m_ticks.get(), &CustomerTicks::choiceChanged, this, &CustomerChoicePanel::showCount);
     connect(m_ui->searchBar, &CustomerSearchBar::searchStarted, this, &CustomerChoicePanel::search);
     connect(m_ui->cmdTickAll, &QPushButton::clicked, m_ticks.get(), [this] { m_ticks->tickAll(true); });
@@ -54,18 +60,21 @@ void CustomerChoicePanel::showEvent(QShowEvent *event)
     if (m_shown)
         return;
     m_shown = true;
-    const auto categories = masters::customerCategories(*m_connection);
-    if (categories)
+    loadCategories();
+}
+
+// By their names, as the search asks for them; without them their numbers do.
+void CustomerChoicePanel::loadCategories()
+{
+    if (const auto categories = masters::customerCategories(m_workspace->connection))
         m_ui->searchBar->setCategories(*categories);
 }
 
 void CustomerChoicePanel::search()
 {
-    const auto categories = masters::customerCategories(*m_connection);
-    if (categories && categories->empty()) {
-        ui::prompts::inform(window(), ui::messages::noCategories());
+    if (!hasCategories(*m_workspace, window(), ui::messages::noCategories()))
         return;
-    }
+    loadCategories();
     m_query = m_ui->searchBar->query();
     if (!find())
         return;
@@ -88,7 +97,38 @@ bool CustomerChoicePanel::find()
     QGuiApplication::restoreOverrideCursor();
     if (!found)
         ui::prompts::inform(window(), found.error().text);
+    if (found)
+        m_sortedBy = -1;
+    showSorting();
     return bool(found);
+}
+
+// Up, down, and as they were found.
+void CustomerChoicePanel::sortBy(int column)
+{
+    if (!m_ticks->isSortable(column))
+        return;
+    const bool again = column == m_sortedBy;
+    const bool isLast = again && m_direction == Qt::DescendingOrder;
+    const auto direction = again ? Qt::DescendingOrder : Qt::AscendingOrder;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const base::Status sorted = m_ticks->sortBy(isLast ? -1 : column, direction);
+    QGuiApplication::restoreOverrideCursor();
+    if (!sorted)
+        ui::prompts::inform(window(), sorted.error().text);
+    if (sorted) {
+        m_sortedBy = isLast ? -1 : column;
+        m_direction = direction;
+    }
+    showSorting();
+}
+
+void CustomerChoicePanel::showSorting()
+{
+    QHeaderView *header = m_ui->DataGrid1->horizontalHeader();
+    header->setSortIndicatorShown(m_sortedBy >= 0);
+    if (m_sortedBy >= 0)
+        header->setSortIndicator(m_sortedBy, m_direction);
 }
 
 void CustomerChoicePanel::showCount()

@@ -11,6 +11,11 @@ namespace Ui
 class CustomerChoicePanel;
 }
 
+namespace workspace
+{
+class Workspace;
+}
+
 namespace registers
 {
 
@@ -25,7 +30,7 @@ public:
     ~CustomerChoicePanel() override;
 
     /// To be called once, before the screen is shown.
-    void bind(db::Connection &connection, CustomerTicks::Guard guard);
+    void bind(workspace::Workspace &workspace, CustomerTicks::Guard guard);
 
     [[nodiscard]] CustomerTicks &ticks() { return *m_ticks; }
     [[nodiscard]] const CustomerTicks &ticks() const { return *m_ticks; }
@@ -44,12 +49,17 @@ private:
     void search();
     bool find();
     void setUpColumns();
+    void sortBy(int column);
+    void showSorting();
+    void loadCategories();
     void showCount();
 
     std::unique_ptr<Ui::CustomerChoicePanel> m_ui;
-    db::Connection *m_connection = nullptr;
+    workspace::Workspace *m_workspace = nullptr;
     std::unique_ptr<CustomerTicks> m_ticks;
     CustomerQuery m_query; // the last one
+    int m_sortedBy = -1;   // a column; -1: in the order of the search
+    Qt::SortOrder m_direction = Qt::AscendingOrder;
     bool m_shown = false;
 };
 

@@ -71,7 +71,7 @@ std::optional<ChosenCustomers> askWhichCustomers(QWidget *parent, const ui::Grid
 
 void selectShownRow(ui::Grid &grid, const db::Recordset &customers)
 {
-    if (grid.selectionModel()->selectedRows().size() > 1 && customers.currentRow() >= 0)
+    if (customers.currentRow() >= 0)
         grid.selectRow(customers.currentRow());
 }
 

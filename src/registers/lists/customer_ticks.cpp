@@ -1,6 +1,9 @@
 #include "registers/lists/customer_ticks.h"
 
 #include "registers/lists/customer_deletion.h"
+#include "text/dates.h"
+
+#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -18,6 +21,7 @@ struct Column
     const char16_t *caption;
     const char16_t *field; // of 納品先; empty: not from the table
     int width;             // half-width characters
+    bool isDay = false;
 };
 
 enum { TickColumn = 0, SlipColumn = 1 };
@@ -32,7 +36,7 @@ constexpr std::array<Column, 10> columns{{
     {u"フリガナ", u"フリガナ", 20},
     {u"ＴＥＬ１", u"TEL1", 14},
     {u"住所１", u"住所1", 31},
-    {u"更新日", u"更新日", 11},
+    {u"更新日", u"更新日", 11, true},
 }};
 
 const Column &columnAt(int column) { return columns[static_cast<std::size_t>(column)]; }
@@ -68,6 +72,28 @@ base::Status CustomerTicks::find(const CustomerQuery &query)
     endResetModel();
     emit choiceChanged();
     return opened;
+}
+
+bool CustomerTicks::isSortable(int column) const
+{
+    return column >= 0 && column < columnCount() && *columnAt(column).field != u'\0';
+}
+
+base::Status CustomerTicks::sortBy(int column, Qt::SortOrder direction)
+{
+    const std::vector<qint64> keys = ticked();
+    const QSet<qint64> chosen(keys.begin(), keys.end());
+    beginResetModel();
+    base::Status sorted =
+        m_customers.sortBy(column < 0 ? QString() : QString::fromUtf16(columnAt(column).field), direction);
+    if (sorted)
+        sorted = m_customers.readAll();
+    m_ticked.assign(static_cast<std::size_t>(count()), false);
+    for (int row = 0; row < count(); ++row)
+        m_ticked[static_cast<std::size_t>(row)] = chosen.contains(m_customers.keyAt(row));
+    endResetModel();
+    emit choiceChanged();
+    return sorted;
 }
 
 void CustomerTicks::setSlipsAllowed(bool allowed)
@@ -166,8 +192,10 @@ QVariant CustomerTicks::data(const QModelIndex &index, int role) const
             return int(Qt::AlignRight | Qt::AlignVCenter);
         return {};
     default: {
-        const QString field = QString::fromUtf16(columnAt(index.column()).field);
-        return m_customers.data(m_customers.index(row, m_customers.columnOf(field)), role);
+        const Column &column = columnAt(index.column());
+        const int place = m_customers.columnOf(QString::fromUtf16(column.field));
+        const QVariant value = m_customers.data(m_customers.index(row, place), role);
+        return column.isDay && role == Qt::DisplayRole ? text::shownDay(value.toString()) : value;
     }
     }
 }

@@ -26,6 +26,12 @@ public:
     /// is as it was.
     base::Status find(const CustomerQuery &query);
 
+    /// Whether the list can be ordered by \a column.
+    [[nodiscard]] bool isSortable(int column) const;
+    /// Orders the list by \a column; below 0 as the search ordered it. The ticks stay with their customers;
+    /// one that was not listed before is not ticked. After a failure the list is as it was.
+    base::Status sortBy(int column, Qt::SortOrder direction);
+
     /// Whether customers with slips can be ticked too. They are not ticked by that; taken back, it unticks
     /// them.
     void setSlipsAllowed(bool allowed);

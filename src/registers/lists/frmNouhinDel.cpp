@@ -18,7 +18,7 @@ frmNouhinDel::frmNouhinDel(workspace::Workspace &workspace, QWidget *parent)
     , m_ui(std::make_unique<Ui::frmNouhinDel>())
 {
     m_ui->setupUi(this);
-    m_ui->panel->bind(workspace.connection, CustomerTicks::Guard::Slips);
+    m_ui->panel->bind(workspace, CustomerTicks::Guard::Slips);
     connect(m_ui->panel, &CustomerChoicePanel::choiceChanged, this, &frmNouhinDel::showStates);
     connect(m_ui->chkSlips, &QCheckBox::toggled, this,
             [this](bool allowed) { m_ui->panel->ticks().setSlipsAllowed(allowed); });

@@ -1,5 +1,6 @@
 #include "registers/lists/frmNouhinFind.h"
 
+#include "registers/category_guard.h"
 #include "registers/counterpart.h"
 #include "registers/customer.h"
 #include "registers/lists/DialogMeibo.h"
@@ -103,13 +104,10 @@ void frmNouhinFind::setUpList()
 
 bool frmNouhinFind::categoriesReady()
 {
-    if (!tell(m_ui->panel->loadCategories()))
+    if (!hasCategories(workspace(), this, ui::messages::noCategories()) ||
+        !tell(m_ui->panel->loadCategories()))
         return false;
     const std::vector<masters::Entry> &categories = m_ui->panel->categories();
-    if (categories.empty()) {
-        ui::prompts::inform(this, ui::messages::noCategories());
-        return false;
-    }
     QHash<qint64, QString> names;
     for (const masters::Entry &category : categories)
         names.insert(category.id, category.name);

@@ -24,7 +24,7 @@ frmNouhinSub::frmNouhinSub(workspace::Workspace &workspace, QWidget *parent)
     , m_ui(std::make_unique<Ui::frmNouhinSub>())
 {
     m_ui->setupUi(this);
-    m_ui->panel->bind(workspace.connection, CustomerTicks::Guard::None);
+    m_ui->panel->bind(workspace, CustomerTicks::Guard::None);
     connect(m_ui->panel, &CustomerChoicePanel::choiceChanged, this, &frmNouhinSub::showStates);
     connect(m_ui->cmdMake, &QPushButton::clicked, this, &frmNouhinSub::make);
     setUp();

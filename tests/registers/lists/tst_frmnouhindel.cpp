@@ -11,7 +11,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QHeaderView>
 #include <QLabel>
+#include <QTimer>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -176,7 +178,38 @@ private slots:
         QVERIFY(!d.the("cmdDelete").isEnabled());
         d.shop.run(u"DELETE FROM 登録区分"_s);
         ui::prompts::expectInform(ui::messages::noCategories());
+        bool opened = false;
+        QTimer::singleShot(0, [&] {
+            QDialog *editor = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            opened = editor && editor->objectName() == u"frmKubun"_s;
+            if (editor)
+                editor->reject();
+        });
         d.searchTelephone(u"03"_s);
+        QVERIFY(opened);
+    }
+
+    // Up, down and back; the ticks stay with their customers, and one that came meanwhile has none.
+    void sortsByAClickOnTheHeading()
+    {
+        Deletion d;
+        d.searchAll();
+        d.toggle(4);
+        auto &grid = d.the<ui::Grid>("DataGrid1");
+        QHeaderView *header = grid.horizontalHeader();
+        const auto click = [&](int section) {
+            QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                              QPoint(header->sectionViewportPosition(section) + 9, header->height() / 2));
+            return d.listed();
+        };
+        QCOMPARE(click(7), u"1- 2- 3x 4x 5 6x"_s);
+        QVERIFY(header->isSortIndicatorShown());
+        d.shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー, TEL1, 区分ID) "
+                   "VALUES (7, '東', '東', '01-7', 1)"_s);
+        QCOMPARE(click(7), u"6x 5 4x 3x 2- 1- 7"_s);
+        QCOMPARE(click(0), u"6x 5 4x 3x 2- 1- 7"_s); // the ticks are no order
+        QCOMPARE(click(7), u"1- 2- 3x 4x 5 6x 7"_s);
+        QVERIFY(!header->isSortIndicatorShown());
     }
 
     // A slip that another program entered since the list was made protects its customer too.

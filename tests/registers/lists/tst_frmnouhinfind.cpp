@@ -221,8 +221,19 @@ private slots:
 
         Search bare(false);
         ui::prompts::expectInform(ui::messages::noCategories());
-        bare.findAll();
+        inModalScreen([&] { bare.findAll(); }, [](ScreenDriver &) {}); // where none is registered
         QCOMPARE(bare.enabled(), nothingShown);
+        // What was refused for want of a category goes on once there is one.
+        ui::prompts::expectInform(ui::messages::noCategories());
+        inModalScreen([&] { bare.press("Command2"); },
+                      [](ScreenDriver &editor) {
+                          QTRY_VERIFY(
+                              editor.box("txtName").isEnabled()); // its first row begins when it is active
+                          editor.enter("txtName", u"一般"_s);
+                          editor.press("cmdUpdate");
+                      });
+        QCOMPARE(bare.shop.value(u"SELECT 区分名 FROM 登録区分"_s).toString(), u"一般"_s);
+        QCOMPARE(bare.enabled(), customersShown);
     }
 
     void finds()
@@ -345,10 +356,10 @@ private slots:
     {
         Search s;
         s.find(u"TEL1"_s, u"03"_s);
-        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false);
+        ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), false, ui::prompts::anyRemark);
         s.press("cmdDelete");
         for (const QString &left : {u"3"_s, QString()}) {
-            ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true);
+            ui::prompts::expectAskCautiously(ui::messages::deleteQuestion(), true, ui::prompts::anyRemark);
             s.press("cmdDelete");
             QCOMPARE(s.listed(), left);
         }

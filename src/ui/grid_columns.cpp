@@ -1,0 +1,179 @@
+#include "db/recordset.h"
+#include "ui/grid.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QScopedValueRollback>
+
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+// The columns of a grid: which ones, in which order and how wide.
+namespace ui
+{
+
+QString Grid::currentWidths() const
+{
+    QStringList widths;
+    const QList<int> given = givenWidths();
+    for (const int width : given)
+        widths << QString::number(width);
+    return widths.join(u' ');
+}
+
+// Without what they have of the room that was left; 0 of a hidden column.
+QList<int> Grid::givenWidths() const
+{
+    QList<int> widths = m_given;
+    for (int column = int(widths.size()); column < model()->columnCount(); ++column)
+        widths << (isColumnHidden(column) ? 0 : columnWidth(column));
+    return widths;
+}
+
+void Grid::setWidths(const QList<int> &given, double share)
+{
+    const QScopedValueRollback quiet(m_sharing, true);
+    for (int column = 0; column < int(given.size()); ++column) {
+        if (given.at(column) > 0)
+            setColumnWidth(column, int(given.at(column) * share));
+    }
+}
+
+// On a wide display the columns share what room is left, each in its proportion.
+void Grid::shareRoom()
+{
+    constexpr int wide = 1200; // pixels; in a smaller table they have the widths that they were given
+    if (m_sharing || !model() || horizontalHeader()->stretchSectionCount() > 0)
+        return;
+    const QList<int> given = givenWidths();
+    const int total = std::accumulate(given.begin(), given.end(), 0);
+    const int room = viewport()->width();
+    const bool isLeft = room > wide && total > 0 && total < room;
+    if (!isLeft && m_given.isEmpty())
+        return;
+    m_share = isLeft ? double(room) / total : 1;
+    setWidths(given, m_share);
+    m_given = isLeft ? given : QList<int>();
+}
+
+void Grid::takeRoomBack()
+{
+    setWidths(m_given, 1);
+    m_given.clear();
+}
+
+void Grid::resizeEvent(QResizeEvent *event)
+{
+    QTableView::resizeEvent(event);
+    shareRoom();
+}
+
+void Grid::setColumns(const QList<GridColumn> &columns)
+{
+    m_columns = columns;
+    if (m_rows)
+        m_rows->setColumns(columns);
+    arrangeColumns();
+}
+
+void Grid::setNames(const QString &column, const NameOf &nameOf)
+{
+    for (GridColumn &shown : m_columns) {
+        if (shown.column == column)
+            shown.nameOf = nameOf;
+    }
+    if (m_rows)
+        m_rows->setNames(column, nameOf);
+}
+
+void Grid::arrangeColumns()
+{
+    m_given.clear();
+    if (m_recordset && !m_columns.isEmpty())
+        showColumns();
+    applyWidths();
+}
+
+// Scroll bars come and go meanwhile, and with them the room; it is shared when all columns are there.
+void Grid::showColumns()
+{
+    const QScopedValueRollback quiet(m_sharing, true);
+    for (int column = 0; column < model()->columnCount(); ++column)
+        setColumnHidden(column, true);
+    int place = 0;
+    for (const GridColumn &shown : std::as_const(m_columns)) {
+        const int column = m_recordset->columnOf(shown.column);
+        if (column < 0 || m_leftOut.contains(shown.column))
+            continue;
+        setColumnHidden(column, false);
+        setColumnWidth(column, (shown.characters + 2) * fontMetrics().horizontalAdvance(u'0'));
+        horizontalHeader()->moveSection(horizontalHeader()->visualIndex(column), place++);
+    }
+}
+
+void Grid::applyWidths()
+{
+    if (!model())
+        return;
+    takeRoomBack();
+    useRememberedWidths();
+    shareRoom();
+}
+
+void Grid::useRememberedWidths()
+{
+    const QScopedValueRollback quiet(m_sharing, true);
+    const QStringList widths = m_widths.split(u' ', Qt::SkipEmptyParts);
+    for (int column = 0; column < std::min<int>(int(widths.size()), model()->columnCount()); ++column) {
+        const int width = widths.at(column).toInt();
+        if (width >= 10 && width <= 4000 && !isColumnHidden(column))
+            setColumnWidth(column, width);
+    }
+}
+
+// --- Columns of the clerk's choice ---
+
+void Grid::letChooseColumns() { m_choosesColumns = true; }
+
+void Grid::setShown(const QString &column, bool shown)
+{
+    m_widths = currentWidths();
+    if (shown)
+        m_leftOut.removeAll(column);
+    else if (m_leftOut.size() + 1 < m_columns.size())
+        m_leftOut << column;
+    arrangeColumns();
+}
+
+QMenu *Grid::columnMenu()
+{
+    auto *menu = new QMenu(this);
+    const int column = currentIndex().isValid() ? currentIndex().column() : -1;
+    if (m_sorts && column >= 0) {
+        const QString heading = model()->headerData(column, Qt::Horizontal).toString();
+        menu->addAction(u"「%1」で並べ替え(&S)"_s.arg(heading), this, [this, column] { sortBy(column); });
+    }
+    QMenu *columns = menu->addMenu(u"表示する項目(&C)"_s);
+    for (const GridColumn &shown : std::as_const(m_columns)) {
+        QAction *action = columns->addAction(shown.heading.isEmpty() ? shown.column : shown.heading);
+        action->setCheckable(true);
+        action->setChecked(!m_leftOut.contains(shown.column));
+        connect(action, &QAction::toggled, this,
+                [this, name = shown.column](bool wanted) { setShown(name, wanted); });
+    }
+    return menu;
+}
+
+void Grid::contextMenuEvent(QContextMenuEvent *event)
+{
+    if (!m_choosesColumns || !model())
+        return;
+    QMenu *menu = columnMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const QPoint ofCursor = viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
+    menu->popup(event->reason() == QContextMenuEvent::Keyboard ? ofCursor : event->globalPos());
+}
+
+} // namespace ui
