@@ -140,6 +140,8 @@ Commands customerCommands()
          {{u"Command14", u"納品先データ削除", Page::Customers, u"納品先"}}},
         {Action::SupplementaryRoster, u"mnuCustomSub", u"補助名簿作成(&S)", u"mnuCustom", none,
          {{u"Command16", u"補助名簿作成", Page::Customers, u"名簿・宛名", u"現在のファイルのデータより新しいファイルを作成します"}}},
+        {Action::DuplicateCustomers, u"mnuCustomSame", u"重複する納品先の確認・統合(&T)", u"mnuCustom", none,
+         {{u"cmdDuplicates", u"重複する納品先", Page::Customers, u"納品先", u"二重に登録されているらしい納品先を一覧にして、一つにまとめます"}}},
         {Action::Addresses, u"", u"", u"", none,
          {{u"Command6", u"宛名印刷", Page::Customers, u"名簿・宛名", u"はがき・封筒の宛名印刷＆郵便振替用紙を印刷します。"}}},
         {Action::BulkAddresses, u"", u"", u"", none, {{u"Command61", u"一括宛名印刷", Page::Customers, u"名簿・宛名"}}},

@@ -88,6 +88,7 @@ enum class Action {
     Customers,
     CustomerRoster,
     DeleteCustomers,
+    DuplicateCustomers,
     SupplementaryRoster,
     Suppliers,
     CustomerCategories,

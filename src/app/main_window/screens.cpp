@@ -9,6 +9,7 @@
 #include "printing/DialogPrinterP.h"
 #include "printing/DialogPrinterSet.h"
 #include "printing/renderer.h"
+#include "registers/duplicates/DialogDuplicates.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
 #include "registers/lists/frmNouhinDel.h"
@@ -155,6 +156,7 @@ Openers screenOpeners()
         {Action::StocktakeCorrection, correction(book::stocktake)},
         {Action::Customers, openCustomers},
         {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
+        {Action::DuplicateCustomers, screen<registers::DialogDuplicates>()},
         {Action::SupplementaryRoster, screen<registers::frmNouhinSub>()},
         {Action::Suppliers, screen<registers::frmSiire>()},
         {Action::PostalCodes, screen<registers::ZipCodeConv>()},
