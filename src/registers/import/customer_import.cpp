@@ -185,7 +185,6 @@ importCandidates(db::Connection &connection, const ImportTable &table, const Imp
         if (!progress(static_cast<qint64>(candidate.row), total))
             return base::cancelled();
     }
-    tellMerges(candidates, merges);
     const KnownRows known(candidates);
     CodeNumbers numbers;
     const base::Status visited = visitCustomers(
@@ -197,6 +196,7 @@ importCandidates(db::Connection &connection, const ImportTable &table, const Imp
     if (!visited)
         return visited.error();
     markRepeatedRows(candidates);
+    tellMerges(candidates, merges);
     if (assignment.numbersCodes)
         numberCodes(candidates, numbers);
     return candidates;

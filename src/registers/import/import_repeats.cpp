@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -188,8 +189,13 @@ void refuseRepeatedUpdates(std::vector<ImportCandidate> &candidates)
 std::vector<ImportMerge> mergeRepeatedRows(std::vector<ImportCandidate> &candidates)
 {
     std::vector<ImportMerge> merges;
+    // A row that repeats one by its key and another by its code leads on to the first of all.
+    std::vector<std::size_t> whole(candidates.size());
+    std::iota(whole.begin(), whole.end(), std::size_t(0));
     for (const Repeat &repeat : repeatsAmong(candidates, {State::Ready})) {
-        ImportCandidate &first = candidates[repeat.first];
+        const std::size_t into = whole[repeat.first];
+        whole[repeat.again] = into;
+        ImportCandidate &first = candidates[into];
         ImportCandidate &again = candidates[repeat.again];
         const QString nameNow = valueOf(again, u"納品先名1"_s);
         const QString nameBefore = valueOf(first, u"納品先名1"_s);
@@ -201,7 +207,7 @@ std::vector<ImportMerge> mergeRepeatedRows(std::vector<ImportCandidate> &candida
         again.repeats = first.line;
         again.remark = u"%1 行目にまとめます（同じ%2）"_s.arg(QString::number(first.line), repeat.what);
         const QString said = changes.isEmpty() ? u"%1 行目をまとめます"_s : u"%1 行目をまとめます：%2"_s;
-        merges.push_back({repeat.first,
+        merges.push_back({into,
                           changes.isEmpty() ? said.arg(again.line)
                                             : said.arg(QString::number(again.line), changes.join(u"、"_s)),
                           isOther});

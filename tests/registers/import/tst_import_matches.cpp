@@ -62,6 +62,12 @@ private slots:
             << QStringList{u"名前が違います。3 行目をまとめます：納品先名1「青木」→「森」"_s,
                            u"2 行目にまとめます（同じコード「A1」）"_s}
             << u""_s;
+        QTest::newRow("one by its code, another by its key")
+            << u"コード,納品先ID,氏名,FAX\nA1,,青木,\nA1,11,青木,\n,11,青木,03-9\n"_s << true
+            << QStringList{u"3 行目をまとめます、4 行目をまとめます"_s,
+                           u"2 行目にまとめます（同じコード「A1」）"_s,
+                           u"2 行目にまとめます（同じ納品先ID「11」）"_s}
+            << u"青木|-|1"_s;
         QTest::newRow("refused first")
             << u"コード,氏名,登録日\nA1,青木,4/31\nA1,森,\n"_s << true
             << QStringList{u"登録日：日付として読み取れません"_s, u""_s} << u"森|-|1"_s;
@@ -96,6 +102,10 @@ private slots:
         QCOMPARE(*shop.store(shop.candidates(csv)), 1);
         QCOMPARE(shop.rows(u"SELECT 住所1, TEL1 FROM 納品先 WHERE 納品先ID = 7"_s),
                  QStringList{u"港区|03-9"_s});
+        // Who is somebody else is said, and not stored unasked.
+        const auto other = shop.candidates(u"コード,氏名\nA1,\nA1,佐々木\n"_s + u"Z1,森\nZ1,林\n"_s);
+        QVERIFY2(other[2].remark.contains(u"名前が違います"_s), qPrintable(other[2].remark));
+        QVERIFY(!other[0].taken && !other[2].taken);
         shop.wants.match = ImportMatch::None;
         const auto candidates = shop.candidates(u"コード,氏名\nａ１,高橋\n"_s);
         QCOMPARE(candidates[0].remark, u"登録済みのコード「A1」：納品先ID 7「山田商店」"_s);
