@@ -1,6 +1,7 @@
 #include "book/printed_slip.h"
 
 #include "book/tax.h"
+#include "book/tax_terms.h"
 
 #include <algorithm>
 #include <numeric>
@@ -51,6 +52,8 @@ std::vector<TaxableAmount> taxableAll(const std::vector<SlipLine> &lines, double
 std::vector<SlipLine> taxLinesOf(const std::vector<RateTax> &taxes, double slipRate)
 {
     const bool isOwn = isSlipsOwn(taxes, slipRate);
+    const bool areSeveral =
+        std::ranges::count_if(taxes, [](const RateTax &tax) { return isTaxed(tax.taxClass); }) > 1;
     std::vector<SlipLine> lines;
     for (const RateTax &tax : taxes) {
         if (tax.tax == 0)
@@ -62,6 +65,8 @@ std::vector<SlipLine> taxLinesOf(const std::vector<RateTax> &taxes, double slipR
             line.taxClass = tax.taxClass;
             line.taxRate = tax.rate;
         }
+        if (areSeveral)
+            line.specification = rateName(tax.taxClass, tax.rate);
         lines.push_back(line);
     }
     return lines;

@@ -34,8 +34,9 @@ std::vector<TaxableAmount> taxableGoods(const std::vector<SlipLine> &lines, doub
 /// of the price.
 std::vector<TaxableAmount> taxableAll(const std::vector<SlipLine> &lines, double rate);
 
-/// The tax lines that a slip of \a slipRate percent gets of \a taxes, one for each that is not 0. A line says
-/// which rate it is of, unless that is the only one and the slip's own.
+/// The tax lines that a slip of \a slipRate percent gets of \a taxes, one for each that is not 0. A line
+/// keeps which rate it is of, unless that is the only one and the slip's own, and says so in its 規格 where
+/// there are several.
 std::vector<SlipLine> taxLinesOf(const std::vector<RateTax> &taxes, double slipRate);
 
 /// The tax lines that closing a slip of \a goods stores, one for each rate whose tax is not 0. \a rate: as

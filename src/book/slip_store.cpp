@@ -181,9 +181,13 @@ base::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &
 
 base::Status addLine(db::Connection &connection, qint64 id, const GoodsLine &line)
 {
-    return insertLine(connection, u"商品名, 規格, 数量, 単位, 単価, 金額"_s,
-                      {line.product, line.specification, line.quantity, line.unit, line.price, line.amount},
-                      id);
+    QString columns = u"商品名, 規格, 数量, 単位, 単価, 金額"_s;
+    QVariantList values{line.product, line.specification, line.quantity, line.unit, line.price, line.amount};
+    if (line.tax) {
+        columns += u", 税区分, 税率"_s;
+        values << static_cast<int>(line.tax->taxClass) << line.tax->rate;
+    }
+    return insertLine(connection, columns, values, id);
 }
 
 base::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind, const MoneyLine &line)
@@ -204,9 +208,11 @@ base::Status addTaxLine(db::Connection &connection, qint64 id, const SlipLine &l
 {
     if (!line.taxClass || !line.taxRate)
         return addTaxLine(connection, id, line.amount);
+    const QVariant rate = line.specification.isEmpty() ? QVariant() : QVariant(line.specification);
     return insertLine(
-        connection, u"商品名, 金額, 税区分, 税率"_s,
-        {QString::fromUtf16(taxLineName), line.amount, static_cast<int>(*line.taxClass), *line.taxRate}, id);
+        connection, u"商品名, 規格, 金額, 税区分, 税率"_s,
+        {QString::fromUtf16(taxLineName), rate, line.amount, static_cast<int>(*line.taxClass), *line.taxRate},
+        id);
 }
 
 base::Result<bool> slipExists(db::Connection &connection, qint64 id)

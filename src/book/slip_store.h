@@ -57,7 +57,8 @@ struct GoodsLine
     double quantity = 0;
     QString unit;
     double price = 0;
-    double amount = 0; // whole yen
+    double amount = 0;            // whole yen
+    std::optional<LineTax> tax{}; // empty: the slip's own
 };
 
 /// Appends \a line to the slip \a id. The error is `gone` when the slip is no longer there; so it is below.
@@ -78,7 +79,8 @@ base::Status addLine(db::Connection &connection, qint64 id, const SlipKind &kind
 /// Appends the tax line of \a tax yen to the slip \a id, which must still be there.
 base::Status addTaxLine(db::Connection &connection, qint64 id, double tax);
 
-/// Appends \a line, a tax line, with the class and the rate that it may have for itself.
+/// Appends \a line, a tax line, with the class and the rate that it may have for itself, and what its 規格
+/// says of them.
 base::Status addTaxLine(db::Connection &connection, qint64 id, const SlipLine &line);
 
 /// Whether the slip is still there: another program may have deleted it.

@@ -16,6 +16,8 @@ const QDate firstTaxedDay(1989, 4, 1); // 消費税法附則第1条
 
 bool isTaxed(GoodsTax taxClass) { return taxClass != GoodsTax::Exempt && taxClass != GoodsTax::OutOfScope; }
 
+bool isReduced(GoodsTax taxClass) { return taxClass == GoodsTax::Food || taxClass == GoodsTax::Newspapers; }
+
 std::optional<GoodsTax> goodsTaxFrom(const QVariant &stored)
 {
     bool isNumber = false;
@@ -23,6 +25,11 @@ std::optional<GoodsTax> goodsTaxFrom(const QVariant &stored)
     if (stored.isNull() || !isNumber || number < 0 || number > static_cast<int>(GoodsTax::OutOfScope))
         return std::nullopt;
     return static_cast<GoodsTax>(number);
+}
+
+std::optional<LineTax> besideSlips(const LineTax &tax, double slipRate)
+{
+    return tax == LineTax{GoodsTax::Standard, slipRate} ? std::nullopt : std::optional(tax);
 }
 
 TaxRates::TaxRates(std::vector<Term> terms)

@@ -28,9 +28,24 @@ enum class GoodsTax {
 /// Whether there is a rate for goods of \a taxClass.
 bool isTaxed(GoodsTax taxClass);
 
+/// Whether \a taxClass is food or newspapers, whose rate is a reduced one.
+bool isReduced(GoodsTax taxClass);
+
 /// The class that a stored 税区分 means; empty for NULL and for a number that is none, which is the slip's
 /// own.
 std::optional<GoodsTax> goodsTaxFrom(const QVariant &stored);
+
+/// What a line is taxed at.
+struct LineTax
+{
+    GoodsTax taxClass = GoodsTax::Standard;
+    double rate = 0; // percent
+
+    bool operator==(const LineTax &) const = default;
+};
+
+/// \a tax as a line of a slip of \a slipRate percent keeps it: nothing where it is the slip's own.
+std::optional<LineTax> besideSlips(const LineTax &tax, double slipRate);
 
 /// The rates of consumption tax by date and class.
 class TaxRates

@@ -136,6 +136,13 @@ QString nameOf(GoodsTax taxClass)
     return u"標準"_s;
 }
 
+QString rateName(GoodsTax taxClass, double percent)
+{
+    if (!isTaxed(taxClass))
+        return nameOf(taxClass);
+    return (isReduced(taxClass) ? u"軽減"_s : QString()) + QString::number(percent, 'g', 6) + u'%';
+}
+
 base::Result<std::vector<TaxTerm>> taxTerms(db::Connection &connection)
 {
     const auto rows = connection.select(u"SELECT 税率ID, 税区分, 開始日, 終了日, 税率, 有効 FROM 税率 "

@@ -31,6 +31,9 @@ struct TaxTerm
 /// "標準", "軽減（飲食料品）", "軽減（新聞）", "非課税" or "対象外".
 QString nameOf(GoodsTax taxClass);
 
+/// A rate in few words: "10%", "軽減8%"; of what is not taxed the name of its class.
+QString rateName(GoodsTax taxClass, double percent);
+
 /// All rows, by class and date; those of no class or without a first day are left out.
 base::Result<std::vector<TaxTerm>> taxTerms(db::Connection &connection);
 

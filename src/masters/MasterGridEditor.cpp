@@ -3,6 +3,9 @@
 #include "ui/grid.h"
 #include "ui/second_letter.h"
 #include "ui_MasterGridEditor.h"
+#include "workspace/workspace.h"
+
+#include <QComboBox>
 
 namespace masters
 {
@@ -10,12 +13,22 @@ namespace masters
 namespace
 {
 
-QLineEdit *addBox(QFormLayout *form, const MasterField &field, QWidget *above)
+template <class Box>
+Box *addBox(QFormLayout *form, const MasterField &field, QWidget *above)
 {
-    auto *box = new QLineEdit(form->parentWidget());
+    auto *box = new Box(form->parentWidget());
     box->setObjectName(field.control);
     form->addRow(field.label, box);
     QWidget::setTabOrder(above, box);
+    return box;
+}
+
+// A shop that has one rate for all goods does not pass it by on its way to the next one.
+QComboBox *addChoice(QFormLayout *form, const MasterField &field, QWidget *above, bool isStopped)
+{
+    auto *box = addBox<QComboBox>(form, field, above);
+    box->addItems(field.choices);
+    box->setFocusPolicy(isStopped ? Qt::StrongFocus : Qt::ClickFocus);
     return box;
 }
 
@@ -31,8 +44,14 @@ MasterGridEditor::MasterGridEditor(workspace::Workspace &workspace, Master maste
     controls.grid = form.DataGrid1;
     QWidget *above = form.DataGrid1;
     for (const MasterField &field : definition.fields) {
-        controls.fields.push_back({addBox(form.fields, field, above), field.column});
-        above = controls.fields.back().box;
+        if (field.choices.isEmpty()) {
+            controls.fields.push_back({addBox<QLineEdit>(form.fields, field, above), field.column});
+            above = controls.fields.back().box;
+        } else {
+            const bool isStopped = workspace.panel.followsTaxTable;
+            controls.choices.push_back({addChoice(form.fields, field, above, isStopped), field.column});
+            above = controls.choices.back().box;
+        }
     }
     controls.fields.front().box->setMaximumWidth(100);
     if (definition.hasReturnButton)

@@ -1,11 +1,26 @@
 #include "masters/master_definitions.h"
 
+#include "book/tax_terms.h"
 #include "masters/list_queries.h"
 
 using namespace Qt::StringLiterals;
 
 namespace masters
 {
+
+namespace
+{
+
+// What goods are taxed as.
+MasterField taxClassField()
+{
+    QStringList names;
+    for (int taxClass = 0; taxClass <= static_cast<int>(book::GoodsTax::OutOfScope); ++taxClass)
+        names << nameOf(static_cast<book::GoodsTax>(taxClass));
+    return {u"cboTaxClass"_s, u"税区分"_s, u"税区分(&X)"_s, names};
+}
+
+} // namespace
 
 const MasterDefinition &definitionOf(Master master)
 {
@@ -46,13 +61,15 @@ const MasterDefinition &definitionOf(Master master)
          .caption = u"仕入商品登録"_s,
          .list = lists::purchaseProducts(),
          .fields = {{u"txtID"_s, u"商品ID"_s, u"商品ID"_s},
-                    {u"txtShohin"_s, u"商品名"_s, u"仕入商品名(&K)"_s}},
+                    {u"txtShohin"_s, u"商品名"_s, u"仕入商品名(&K)"_s},
+                    taxClassField()},
          .deleteCaption = deleteByK},
         {.screen = u"frmOutShohin"_s,
          .caption = u"納品　商品登録"_s,
          .list = lists::salesProducts(),
          .fields = {{u"txtID"_s, u"商品ID"_s, u"商品ID"_s},
-                    {u"txtShohin"_s, u"商品名"_s, u"納品　商品名(&K)"_s}}},
+                    {u"txtShohin"_s, u"商品名"_s, u"納品　商品名(&K)"_s},
+                    taxClassField()}},
         {.screen = u"frmMyco"_s,
          .caption = u"自社情報登録"_s,
          .list = lists::ownCompany(),

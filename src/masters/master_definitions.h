@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace masters
 {
@@ -26,6 +27,7 @@ struct MasterField
     QString control; // object name
     QString column;
     QString label;
+    QStringList choices = {}; // what the numbers in the column stand for: the box is a drop-down
 };
 
 /// All that makes one master editor differ from another.

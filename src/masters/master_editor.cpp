@@ -24,6 +24,13 @@ constexpr double nameColumnWidth = 3000;
 
 constexpr int plainColumnCharacters = 12; // half-width
 
+ui::NameOf namesOf(const QStringList &choices)
+{
+    if (choices.isEmpty())
+        return {};
+    return [choices](qint64 number) { return choices.value(number); };
+}
+
 } // namespace
 
 MasterEditor::MasterEditor(workspace::Workspace &workspace, const MasterDefinition &definition,
@@ -65,6 +72,8 @@ void MasterEditor::bindBoxes()
         m_panel.bind(field.box, field.column);
         m_boxes << field.box;
     }
+    for (const Choice &choice : m_controls.choices)
+        m_panel.bind(choice.box, choice.column);
     // Keys are given by the program; the box only shows.
     QLineEdit *key = m_boxes.takeFirst();
     key->setReadOnly(true);
@@ -81,7 +90,9 @@ void MasterEditor::openList()
     if (m_controls.grid) {
         QList<ui::GridColumn> shown;
         for (const MasterField &field : m_definition.fields)
-            shown << ui::GridColumn{field.column, plainColumnCharacters};
+            shown << ui::GridColumn{.column = field.column,
+                                    .characters = plainColumnCharacters,
+                                    .nameOf = namesOf(field.choices)};
         m_controls.grid->letSort();
         m_controls.grid->setColumns(shown);
         m_controls.grid->bind(m_rows, [this](const QString &reason) { ui::prompts::inform(this, reason); });
@@ -230,6 +241,8 @@ void MasterEditor::entered(EditorStep step)
     for (QLineEdit *box : std::as_const(m_boxes)) {
         box->setEnabled(hasRows); // what is typed without a row would be lost
     }
+    for (const Choice &choice : m_controls.choices)
+        choice.box->setEnabled(hasRows);
     showWhatCanBeTyped();
     // Moving on would leave the new row behind, neither confirmed nor given up.
     if (m_controls.grid)

@@ -5,6 +5,7 @@
 #include "ui/record_panel.h"
 #include "ui/screen.h"
 
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -36,6 +37,13 @@ protected:
         QString column;
     };
 
+    /// A drop-down and the column whose number it shows.
+    struct Choice
+    {
+        QComboBox *box;
+        QString column;
+    };
+
     struct Controls
     {
         QPushButton *add;
@@ -45,6 +53,7 @@ protected:
         QPushButton *undo; // takes back what was typed into an existing row
         QLabel *hint;
         std::vector<Field> fields = {}; // the key first
+        std::vector<Choice> choices = {};
         // Lets the row be edited, which is only shown until then; not in every form.
         QPushButton *edit = nullptr;
         ui::Grid *grid = nullptr; // shows the list as well; not in every form

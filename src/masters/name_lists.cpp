@@ -4,6 +4,8 @@
 #include "db/long_value.h"
 #include "masters/list_queries.h"
 
+#include <QSet>
+
 using namespace Qt::StringLiterals;
 
 namespace masters
@@ -44,6 +46,26 @@ base::Result<QStringList> names(db::Connection &connection, const db::Query &lis
     return found;
 }
 
+// Of two rows of one name the first one counts.
+base::Result<std::vector<Product>> products(db::Connection &connection, const db::Query &list)
+{
+    const auto rows = connection.select(list.statement());
+    if (!rows)
+        return rows.error();
+    std::vector<Product> found;
+    QSet<QString> known;
+    for (int row = 0; row < rows->count(); ++row) {
+        const QVariant name = rows->value(row, u"商品名"_s);
+        if (db::isTooLong(name) || name.toString().isEmpty() || known.contains(name.toString()))
+            continue;
+        known.insert(name.toString());
+        found.push_back(
+            {name.toString(),
+             book::goodsTaxFrom(rows->value(row, u"税区分"_s)).value_or(book::GoodsTax::Standard)});
+    }
+    return found;
+}
+
 } // namespace
 
 base::Result<std::vector<Entry>> employees(db::Connection &connection)
@@ -66,14 +88,14 @@ base::Result<QStringList> specificationNames(db::Connection &connection)
     return names(connection, lists::specifications(), u"規格"_s);
 }
 
-base::Result<QStringList> salesProductNames(db::Connection &connection)
+base::Result<std::vector<Product>> salesProducts(db::Connection &connection)
 {
-    return names(connection, lists::salesProducts(), u"商品名"_s);
+    return products(connection, lists::salesProducts());
 }
 
-base::Result<QStringList> purchaseProductNames(db::Connection &connection)
+base::Result<std::vector<Product>> purchaseProducts(db::Connection &connection)
 {
-    return names(connection, lists::purchaseProducts(), u"商品名"_s);
+    return products(connection, lists::purchaseProducts());
 }
 
 } // namespace masters

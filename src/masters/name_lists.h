@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "book/tax_rates.h"
 
 #include <QStringList>
 
@@ -31,7 +32,14 @@ base::Result<std::vector<Entry>> customerCategories(db::Connection &connection);
 // Names that are copied into slips: each once, in the list's order, without the empty ones.
 base::Result<QStringList> unitNames(db::Connection &connection);
 base::Result<QStringList> specificationNames(db::Connection &connection);
-base::Result<QStringList> salesProductNames(db::Connection &connection);
-base::Result<QStringList> purchaseProductNames(db::Connection &connection);
+
+/// Goods, and what they are taxed as.
+struct Product
+{
+    QString name;
+    book::GoodsTax taxClass = book::GoodsTax::Standard;
+};
+base::Result<std::vector<Product>> salesProducts(db::Connection &connection);
+base::Result<std::vector<Product>> purchaseProducts(db::Connection &connection);
 
 } // namespace masters

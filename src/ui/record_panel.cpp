@@ -4,6 +4,7 @@
 #include "text/dates.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 
@@ -49,6 +50,13 @@ void RecordPanel::bind(QCheckBox *box, const QString &column)
     });
 }
 
+void RecordPanel::bind(QComboBox *box, const QString &column)
+{
+    m_fields.append({nullptr, nullptr, column, false, box});
+    connect(box, &QComboBox::activated, this,
+            [this, column](int index) { m_recordset.setValue(column, index); });
+}
+
 // What is not shown whole is not to be edited.
 void RecordPanel::lockIfCut(QLineEdit &box, bool isCut)
 {
@@ -69,7 +77,9 @@ void RecordPanel::show()
         const QVariant value = m_recordset.value(field.column);
         if (field.line)
             lockIfCut(*field.line, m_recordset.isCut(field.column));
-        if (field.check)
+        if (field.choice)
+            field.choice->setCurrentIndex(value.toInt());
+        else if (field.check)
             field.check->setChecked(value.toInt() == 1);
         else if (const QString text = shown(field); field.line->text() != text)
             field.line->setText(text);

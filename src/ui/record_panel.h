@@ -6,6 +6,7 @@
 #include <QString>
 
 class QCheckBox;
+class QComboBox;
 class QLineEdit;
 
 namespace db
@@ -32,6 +33,8 @@ public:
     void bindDay(QLineEdit *box, const QString &column);
     /// Binds \a box to a column that holds 0 or 1.
     void bind(QCheckBox *box, const QString &column);
+    /// Binds \a box to a column that holds the number of one of its items; nothing in it shows as the first.
+    void bind(QComboBox *box, const QString &column);
 
     /// Shows the current row in all boxes; without a row they are empty.
     void show();
@@ -46,6 +49,7 @@ private:
         QCheckBox *check;
         QString column;
         bool isDay = false;
+        QComboBox *choice = nullptr;
     };
 
     [[nodiscard]] QString shown(const Field &field) const;

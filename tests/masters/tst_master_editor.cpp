@@ -1,8 +1,10 @@
 #include "masters/master_desk.h"
+#include "support/screen_driver.h"
 #include "support/scripted_test.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
 
+#include <QComboBox>
 #include <QtTest>
 
 using Desk = MasterDesk;
@@ -222,6 +224,42 @@ private slots:
         categories.click(u"Command1"_s);
         QVERIFY(!categories.screen->isVisible());
         QCOMPARE(categories.stored(), QString());
+    }
+
+    // What a product is taxed as, for shops that follow the table of rates; nobody else passes it by.
+    void productsHaveAClassOfTax_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::newRow("sold") << 6;
+        QTest::newRow("bought") << 5;
+    }
+
+    void productsHaveAClassOfTax()
+    {
+        QFETCH(int, index);
+        Desk desk(cases.at(index));
+        desk.store({1, 2});
+        desk.shop.run(u"UPDATE %1 SET 税区分 = 3 WHERE 商品ID = 2"_s.arg(desk.c.table));
+        QVERIFY(desk.open());
+        auto *tax = desk.screen->findChild<QComboBox *>(u"cboTaxClass"_s);
+        QCOMPARE(tax->currentText(), u"標準"_s);
+        QCOMPARE(desk.grid()->model()->index(1, 2).data().toString(), u"非課税"_s);
+        turnWheelOver(*tax);
+        QCOMPARE(tax->currentText(), u"標準"_s);
+        QTest::keyClick(desk.nameBox(), Qt::Key_Tab);
+        QVERIFY(!tax->hasFocus());
+        QTest::keyClick(desk.screen.get(), Qt::Key_X, Qt::AltModifier);
+        QVERIFY(tax->hasFocus());
+        QTest::keyClick(tax, Qt::Key_Down);
+        QCOMPARE(tax->currentText(), u"軽減（飲食料品）"_s);
+        desk.grid()->selectRow(1);
+        QCOMPARE(tax->currentText(), u"非課税"_s);
+        QTest::keyClick(tax, Qt::Key_Down);
+        desk.click(u"cmdUndo"_s);
+        QCOMPARE(tax->currentText(), u"非課税"_s);
+        desk.screen->close();
+        QCOMPARE(desk.shop.rows(u"SELECT 税区分 FROM %1 ORDER BY 商品ID"_s.arg(desk.c.table)),
+                 QStringList({u"1"_s, u"3"_s}));
     }
 
     void aWideNewRowCanStillBeGivenUp()

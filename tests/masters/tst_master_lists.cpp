@@ -1,3 +1,4 @@
+#include "book/tax_terms.h"
 #include "masters/name_lists.h"
 #include "masters/own_company.h"
 #include "support/fresh_shop.h"
@@ -5,6 +6,19 @@
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+QStringList namesOf(const std::vector<masters::Product> &products)
+{
+    QStringList names;
+    for (const masters::Product &product : products)
+        names << product.name + u' ' + nameOf(product.taxClass);
+    return names;
+}
+
+} // namespace
 
 class TestMasterLists : public QObject
 {
@@ -32,12 +46,14 @@ private slots:
     void namesAreOfferedInOrderEachOnce()
     {
         FreshShop shop;
-        shop.run(u"INSERT INTO 納品商品 (商品ID, 商品名) VALUES (1, 'りんご'), (2, 'あんず'), (3, NULL), "
-                 "(4, ''), (5, 'りんご')"_s);
+        shop.run(
+            u"INSERT INTO 納品商品 (商品ID, 商品名, 税区分) VALUES (1, 'りんご', 1), (2, 'あんず', NULL), "
+            "(3, NULL, 1), (4, '', 1), (5, 'りんご', 3), (6, 'ん', 9)"_s);
         shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (7, '一般'), (2, '法人')"_s);
-        const auto products = masters::salesProductNames(shop.connection);
+        const auto products = masters::salesProducts(shop.connection);
         QVERIFY(products);
-        QCOMPARE(*products, QStringList({u"あんず"_s, u"りんご"_s}));
+        QCOMPARE(namesOf(*products),
+                 QStringList({u"あんず 標準"_s, u"りんご 軽減（飲食料品）"_s, u"ん 標準"_s}));
         const auto categories = masters::customerCategories(shop.connection);
         QVERIFY(categories);
         QCOMPARE(int(categories->size()), 2);
@@ -52,15 +68,16 @@ private slots:
         const QString huge(5'000'000, u'あ');
         shop.run(u"INSERT INTO 納品商品 (商品ID, 商品名) VALUES (1, 'りんご'), (2, ?)"_s, {huge});
         shop.run(u"INSERT INTO 社員 (社員ID, 社員名) VALUES (1, ?)"_s, {huge});
-        QCOMPARE(*masters::salesProductNames(shop.connection), QStringList{u"りんご"_s});
+        QCOMPARE(namesOf(*masters::salesProducts(shop.connection)), QStringList{u"りんご 標準"_s});
         QVERIFY(masters::employees(shop.connection)->front().name.size() < 2000);
     }
 
     void everyListCanBeRead()
     {
         FreshShop shop;
-        for (const auto &list : {masters::unitNames, masters::specificationNames, masters::salesProductNames,
-                                 masters::purchaseProductNames})
+        for (const auto &list : {masters::unitNames, masters::specificationNames})
+            QVERIFY(list(shop.connection));
+        for (const auto &list : {masters::salesProducts, masters::purchaseProducts})
             QVERIFY(list(shop.connection));
         QVERIFY(masters::employees(shop.connection));
         shop.connection.close();

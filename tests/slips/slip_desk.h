@@ -40,6 +40,13 @@ public:
         }
         return *m_screen;
     }
+    /// Opens the screen anew, which reads the masters then.
+    void reopen()
+    {
+        m_driver.reset();
+        m_screen.reset();
+        screen();
+    }
     ScreenDriver &driver()
     {
         screen();

@@ -15,19 +15,15 @@ namespace slips
 namespace
 {
 
-bool isReduced(const std::optional<GoodsTax> &taxClass)
-{
-    return taxClass == GoodsTax::Food || taxClass == GoodsTax::Newspapers;
-}
+// Of a line: one of the slip's own rate is not.
+bool isReduced(const std::optional<GoodsTax> &taxClass) { return taxClass && book::isReduced(*taxClass); }
 
 QString percent(double rate) { return QString::number(rate, 'g', 6) + u'%'; }
 
 QString nameOf(const book::RateTax &rate, bool inclusive)
 {
-    if (!book::isTaxed(rate.taxClass))
-        return book::nameOf(rate.taxClass);
-    return (isReduced(rate.taxClass) ? u"軽減"_s : QString()) + percent(rate.rate) +
-           (inclusive ? u"税込"_s : QString());
+    const bool tellsBasis = inclusive && book::isTaxed(rate.taxClass);
+    return book::rateName(rate.taxClass, rate.rate) + (tellsBasis ? u"税込"_s : QString());
 }
 
 // What the slip's tax lines say of \a rate.

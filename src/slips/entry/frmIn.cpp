@@ -22,11 +22,12 @@ GoodsSlipDescription description(SupplierGoods goods)
                  .nothingFound = u"検索した仕入先は見つかりませんでした。\n新規に入力しますか？",
                  .foundWidths = {60, 190, 130, 210, 110, 76, 0},
                  .stampsCounterpart = false},
-        .products = masters::purchaseProductNames,
+        .products = masters::purchaseProducts,
         // The doubled full stop is how the users know this question.
         .emptyPrice = {u"単価が入力されていません。。よろしいですか。", true},
         // Unlike a sale, a purchase whose prices include the tax shows none.
         .showsIncludedTax = false,
+        .takesReturns = isPurchase,
         .isTaxed = isPurchase,
     };
 }

@@ -33,7 +33,8 @@ template <class Form>
 GoodsControls goodsControls(const Form &form)
 {
     return {.slip = slipControls(form),
-            .entry = {form.dbcShohin, form.dbcKikaku, form.txtCnt, form.dbcTani, form.txtTanka},
+            .entry = {form.dbcShohin, form.dbcKikaku, form.txtCnt, form.dbcTani, form.txtTanka,
+                      form.lblLineTax, form.cboLineTax},
             .taxClass = form.txtTaxK,
             .taxClassName = form.lblTaxClass,
             .totalName = form.lblTotal,

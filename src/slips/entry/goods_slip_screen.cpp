@@ -1,6 +1,12 @@
 #include "slips/entry/goods_slip_screen.h"
 
+#include "book/discount.h"
+#include "book/returned_goods.h"
+#include "book/tax_terms.h"
 #include "masters/name_lists.h"
+#include "masters/own_company.h"
+#include "masters/registration_number.h"
+#include "slips/entry/DialogOriginal.h"
 #include "slips/tax_rates_of.h"
 #include "text/numbers.h"
 #include "ui/grid.h"
@@ -19,9 +25,13 @@ using enum base::Format;
 
 std::vector<base::Column> lineColumns()
 {
-    return {{u"商品名"_s}, {u"規格"_s},           {u"数量"_s, Quantity},
-            {u"単位"_s},   {u"単価"_s, Quantity}, {u"金額"_s, Amount}};
+    return {{u"商品名"_s},       {u"規格"_s}, {u"数量"_s, Quantity}, {u"単位"_s}, {u"単価"_s, Quantity},
+            {u"金額"_s, Amount}, {u"税"_s}};
 }
+
+constexpr int taxColumn = 6; // of these
+
+constexpr int mostOriginals = 200; // that a return can be of, the newest
 
 std::vector<base::Column> previousColumns()
 {
@@ -42,9 +52,10 @@ GoodsSlipDescription goodsForCustomer(const book::SlipKind &kind)
              .nothingFound = u"検索した納品先は見つかりませんでした。\n新規に入力しますか？",
              .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 76, 0},
              .stampsCounterpart = true},
-        .products = masters::salesProductNames,
+        .products = masters::salesProducts,
         .emptyPrice = {u"単価が入力されていません。よろしいですか。", true},
         .showsIncludedTax = true,
+        .takesReturns = kind == book::sale,
     };
 }
 
@@ -66,7 +77,7 @@ void GoodsSlipScreen::setUpGoods(const GoodsControls &controls)
 void GoodsSlipScreen::setUpLines()
 {
     m_goods.lines->setModel(&m_lines);
-    setWidths(m_goods.lines, {290, 180, 80, 60, 100, 110});
+    setWidths(m_goods.lines, {290, 180, 80, 60, 100, 110, 70});
     m_goods.previous->setModel(&m_previous);
     setWidths(m_goods.previous, {120, 100, 320, 260, 90, 60, 110, 130});
     m_entry = new LineEntry(this, m_description.emptyPrice, m_goods.entry);
@@ -108,7 +119,23 @@ void GoodsSlipScreen::beginLines()
     if (m_goods.taxClass->text().isEmpty())
         m_goods.taxClass->setText(u"0"_s);
     m_goods.inclusive->setChecked(pricesIncludeTax().value_or(false));
+    offerTaxes();
     showPreviousLines();
+}
+
+// Where one rate is kept by hand every line is taxed as its slip.
+void GoodsSlipScreen::offerTaxes()
+{
+    std::vector<book::TaxChoice> choices;
+    const auto rate = slipRateOf(workspace(), date());
+    if (m_description.isTaxed && workspace().panel.followsTaxTable && tell(rate.status())) {
+        const auto terms = book::taxTerms(workspace().connection);
+        if (tell(terms.status()))
+            choices = book::taxChoices(*terms, date());
+    }
+    m_slipRate = rate ? *rate : 0;
+    m_goods.lines->setColumnHidden(taxColumn, choices.empty());
+    m_entry->offerTaxes(std::move(choices), m_slipRate);
 }
 
 void GoodsSlipScreen::focusLine() { m_entry->begin(); }
@@ -131,28 +158,107 @@ void GoodsSlipScreen::showPreviousLines()
 
 void GoodsSlipScreen::addLine()
 {
-    const auto line = m_entry->read();
+    const auto typed = m_entry->read();
+    const auto line = typed ? asReturned(*typed) : std::nullopt;
     if (!line)
         return;
     base::Result<book::SlipSums> sums = book::SlipSums();
+    std::vector<book::GoodsLine> added;
     const bool isStored = storeLine([&](db::Connection &file) {
-        const base::Status added = book::addLine(file, header().id, *line);
+        const base::Status stored = addTo(file, *line, added);
         // While the file is in our hands anyway; the line stays where they cannot be worked out.
-        if (added)
+        if (stored)
             sums = readSums();
-        return added;
+        return stored;
     });
     if (!isStored)
         return;
-    m_goods.lines->showAppended([&] {
-        m_lines.append(
-            {line->product, line->specification, line->quantity, line->unit, line->price, line->amount});
-    });
+    showAdded(added);
     m_entry->clear();
     m_goods.taxFlag->setText(u"OFF"_s);
     enter(SlipState::LinesPresent);
     showTotals(std::move(sums));
     m_entry->begin();
+}
+
+base::Status GoodsSlipScreen::addTo(db::Connection &file, const book::GoodsLine &line,
+                                    std::vector<book::GoodsLine> &added)
+{
+    // Less for goods of several rates: no one rate would be the discount's.
+    const bool isDiscount = line.amount < 0 && line.quantity > 0;
+    if (isDiscount && m_entry->hasChoice() && !m_entry->taxIsSettled()) {
+        const auto parts = book::addDiscount(file, header().id, line, m_slipRate);
+        if (parts)
+            added = *parts;
+        return parts.status();
+    }
+    added = {line};
+    return book::addLine(file, header().id, line);
+}
+
+void GoodsSlipScreen::showAdded(const std::vector<book::GoodsLine> &lines)
+{
+    m_goods.lines->showAppended([&] {
+        for (const book::GoodsLine &line : lines)
+            m_lines.append({line.product, line.specification, line.quantity, line.unit, line.price,
+                            line.amount, book::taxMark(line.tax)});
+    });
+}
+
+// --- Goods that come back ---
+
+// A shop of one rate that issues no invoices has nothing to tell of a return.
+bool GoodsSlipScreen::asksForOriginal(const book::GoodsLine &line) const
+{
+    if (line.quantity >= 0 || !m_description.takesReturns)
+        return false;
+    const auto own = masters::ownCompany(workspace().connection);
+    return m_entry->hasChoice() || (own && *own && masters::isRegistrationNumber((*own)->registrationNumber));
+}
+
+// \return \a line at the rate of its sale; nothing when the clerk has gone back
+std::optional<book::GoodsLine> GoodsSlipScreen::asReturned(book::GoodsLine line)
+{
+    if (!asksForOriginal(line))
+        return line;
+    if (!m_originalIsKnown && !chooseOriginal(line.product))
+        return std::nullopt;
+    if (m_original == 0 || m_entry->taxIsChosen())
+        return line;
+    const auto rates = taxRatesOf(workspace());
+    if (!tell(rates.status()))
+        return std::nullopt;
+    const auto tax = book::taxWhenSold(workspace().connection, m_original, line.product,
+                                       line.tax ? line.tax->taxClass : book::GoodsTax::Standard, *rates);
+    if (!tell(tax.status()))
+        return std::nullopt;
+    line.tax = book::besideSlips(*tax, m_slipRate);
+    return line;
+}
+
+bool GoodsSlipScreen::chooseOriginal(const QString &product)
+{
+    const auto slips =
+        book::slipsToReturnOf(workspace().connection, kind(), header(), date(), product, mostOriginals);
+    if (!tell(slips.status()))
+        return false;
+    DialogOriginal question(workspace(), *slips, product, this);
+    if (question.exec() != QDialog::Accepted) {
+        m_entry->beginQuantity();
+        return false;
+    }
+    const qint64 original = question.original();
+    db::Connection &connection = workspace().connection;
+    const base::Status kept = original == 0 ? base::Status() : book::onSlip(connection, header(), [&] {
+        return book::keepOriginal(connection, header().id, original);
+    });
+    if (!kept) {
+        tellOfSlip(kept.error());
+        return false;
+    }
+    m_original = original;
+    m_originalIsKnown = true;
+    return true;
 }
 
 void GoodsSlipScreen::removeLine()
@@ -376,6 +482,8 @@ void GoodsSlipScreen::clearLines()
     m_goods.taxFlag->setText(u"ON"_s);
     m_storedRemark.clear();
     m_printed.reset();
+    m_originalIsKnown = false;
+    m_original = 0;
 }
 
 } // namespace slips

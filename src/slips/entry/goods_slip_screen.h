@@ -15,10 +15,11 @@ namespace slips
 struct GoodsSlipDescription
 {
     SlipDescription slip;
-    LineEntry::Names products;
+    LineEntry::Products products;
     EmptyPriceRule emptyPrice;
     bool showsIncludedTax;
-    bool isTaxed = true; // whether closing adds a tax line where one is due
+    bool takesReturns = false; // goods come back on slips like these
+    bool isTaxed = true;       // whether closing adds a tax line where one is due
 };
 
 /// What the sales and the estimate screen have in common; \a kind is one of theirs.
@@ -61,7 +62,14 @@ protected:
 
 private:
     void showPreviousLines();
+    void offerTaxes();
     void addLine();
+    base::Status addTo(db::Connection &file, const book::GoodsLine &line,
+                       std::vector<book::GoodsLine> &added);
+    std::optional<book::GoodsLine> asReturned(book::GoodsLine line);
+    bool chooseOriginal(const QString &product);
+    [[nodiscard]] bool asksForOriginal(const book::GoodsLine &line) const;
+    void showAdded(const std::vector<book::GoodsLine> &lines);
     void removeLine();
     base::Result<book::SlipSums> readSums();
     void showTotals(base::Result<book::SlipSums> sums);
@@ -84,6 +92,9 @@ private:
     GoodsControls m_goods = {};
     QString m_storedRemark; // of the open slip
     std::optional<PaperState> m_printed;
+    double m_slipRate = 0;          // percent
+    bool m_originalIsKnown = false; // whether there is one, or that there is none
+    qint64 m_original = 0;          // ID of the slip that goods come back of; 0: none
 };
 
 } // namespace slips

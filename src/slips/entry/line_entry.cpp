@@ -1,12 +1,14 @@
 #include "slips/entry/line_entry.h"
 
 #include "book/tax.h"
-#include "masters/name_lists.h"
 #include "slips/entry/picker.h"
+#include "text/like.h"
 #include "text/numbers.h"
 #include "ui/prompts.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 
 #include <algorithm>
@@ -20,15 +22,25 @@ namespace slips
 namespace
 {
 
+constexpr int listMargin = 8; // pixels
+
+void fill(QComboBox *picker, const QStringList &names)
+{
+    picker->clear();
+    picker->addItems(names);
+    picker->setCurrentIndex(-1);
+}
+
 base::Status fill(QComboBox *picker, const base::Result<QStringList> &names)
 {
     if (!names)
         return names.error();
-    picker->clear();
-    picker->addItems(*names);
-    picker->setCurrentIndex(-1);
+    fill(picker, *names);
     return {};
 }
+
+// A name typed in another width is still that product's.
+QString nameKey(const QString &name) { return QString::fromStdU16String(text::folded(name.trimmed())); }
 
 } // namespace
 
@@ -42,15 +54,64 @@ LineEntry::LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, const Bo
         m_boxes.amount->hide();
     for (QComboBox *picker : {m_boxes.product, m_boxes.specification, m_boxes.unit})
         new Picker(picker);
+    offerTaxes({}, 0);
+    connect(m_boxes.product, &QComboBox::currentTextChanged, this, &LineEntry::followProduct);
+    connect(m_boxes.tax, &QComboBox::activated, this, [this] { m_taxIsChosen = true; });
 }
 
-base::Status LineEntry::offer(db::Connection &connection, Names products)
+base::Status LineEntry::offer(db::Connection &connection, Products products)
 {
-    if (const auto filled = fill(m_boxes.product, products(connection)); !filled)
-        return filled;
+    const auto goods = products(connection);
+    if (!goods)
+        return goods.error();
+    QStringList names;
+    m_products.clear();
+    for (const masters::Product &product : *goods) {
+        names << product.name;
+        if (product.taxClass != book::GoodsTax::Standard)
+            m_products.insert(nameKey(product.name), product.taxClass);
+    }
+    fill(m_boxes.product, names);
     if (const auto filled = fill(m_boxes.specification, masters::specificationNames(connection)); !filled)
         return filled;
     return fill(m_boxes.unit, masters::unitNames(connection));
+}
+
+void LineEntry::offerTaxes(std::vector<book::TaxChoice> choices, double slipRate)
+{
+    m_choices = std::move(choices);
+    m_slipRate = slipRate;
+    m_boxes.tax->clear();
+    for (const book::TaxChoice &choice : m_choices)
+        m_boxes.tax->addItem(choice.caption);
+    // The box is no wider than the button below it.
+    m_boxes.tax->view()->setMinimumWidth(m_boxes.tax->view()->sizeHintForColumn(0) + 2 * listMargin);
+    m_boxes.tax->setVisible(!m_choices.empty());
+    m_boxes.taxName->setVisible(!m_choices.empty());
+    m_taxIsChosen = false;
+    followProduct();
+}
+
+book::GoodsTax LineEntry::productsTax() const
+{
+    return m_products.value(nameKey(m_boxes.product->currentText()), book::GoodsTax::Standard);
+}
+
+// What the clerk has chosen stays until the line is done, whichever box comes first.
+void LineEntry::followProduct()
+{
+    if (!m_taxIsChosen && !m_choices.empty())
+        m_boxes.tax->setCurrentIndex(int(choiceOf(m_choices, productsTax())));
+}
+
+bool LineEntry::taxIsSettled() const { return m_taxIsChosen || productsTax() != book::GoodsTax::Standard; }
+
+std::optional<book::LineTax> LineEntry::chosenTax() const
+{
+    const int chosen = m_boxes.tax->currentIndex();
+    if (chosen < 0 || chosen >= std::ssize(m_choices))
+        return std::nullopt;
+    return book::besideSlips(m_choices.at(static_cast<std::size_t>(chosen)).tax, m_slipRate);
 }
 
 bool LineEntry::refuse(QWidget *box, const QString &text)
@@ -110,7 +171,8 @@ std::optional<book::GoodsLine> LineEntry::read()
                            *quantity,
                            m_boxes.unit->currentText().trimmed(),
                            *price,
-                           *amount};
+                           *amount,
+                           chosenTax()};
 }
 
 bool LineEntry::isTyped() const
@@ -132,8 +194,16 @@ void LineEntry::clear()
         box->clear();
     if (m_boxes.amount)
         m_boxes.amount->clear();
+    m_taxIsChosen = false;
+    followProduct();
 }
 
 void LineEntry::begin() { m_boxes.product->setFocus(); }
+
+void LineEntry::beginQuantity()
+{
+    m_boxes.quantity->setFocus();
+    m_boxes.quantity->selectAll();
+}
 
 } // namespace slips

@@ -1,10 +1,14 @@
 #pragma once
 
 #include "book/slip_store.h"
+#include "book/tax_choices.h"
+#include "masters/name_lists.h"
 
+#include <QHash>
 #include <QObject>
 
 class QComboBox;
+class QLabel;
 class QLineEdit;
 
 namespace db
@@ -28,7 +32,7 @@ class LineEntry : public QObject
     Q_OBJECT
 
 public:
-    using Names = base::Result<QStringList> (*)(db::Connection &);
+    using Products = base::Result<std::vector<masters::Product>> (*)(db::Connection &);
 
     struct Boxes
     {
@@ -37,13 +41,27 @@ public:
         QLineEdit *quantity;
         QComboBox *unit;
         QLineEdit *price;
+        QLabel *taxName; // shown with the box below it, where there is a choice
+        QComboBox *tax;
         QLineEdit *amount = nullptr; // hidden, takes the line's amount before it is truncated; may be absent
     };
 
     LineEntry(QWidget *screen, const EmptyPriceRule &emptyPrice, const Boxes &boxes);
 
     /// Offers the masters' names in the pickers; other texts may be typed as well.
-    base::Status offer(db::Connection &connection, Names products);
+    base::Status offer(db::Connection &connection, Products products);
+
+    /// From now on a line is taxed as one of \a choices: as its product is, unless the clerk chooses
+    /// otherwise for the one line. \a slipRate: percent. Without choices it is taxed as its slip, and nothing
+    /// of it shows.
+    void offerTaxes(std::vector<book::TaxChoice> choices, double slipRate);
+
+    /// Whether a line can be taxed otherwise than its slip.
+    [[nodiscard]] bool hasChoice() const { return !m_choices.empty(); }
+    /// Whether the clerk has chosen by hand what the line is taxed as.
+    [[nodiscard]] bool taxIsChosen() const { return m_taxIsChosen; }
+    /// The same, or its product says so.
+    [[nodiscard]] bool taxIsSettled() const;
 
     /// The line as typed. Nothing when the clerk has to correct it: told, and the cursor in the box
     /// concerned.
@@ -57,15 +75,24 @@ public:
 
     /// Puts the cursor where a line begins.
     void begin();
+    /// Puts it where how many are typed.
+    void beginQuantity();
 
 private:
     bool checkPresent();
     std::optional<double> number(QLineEdit *box, const QString &name);
     bool refuse(QWidget *box, const QString &text);
+    void followProduct();
+    [[nodiscard]] book::GoodsTax productsTax() const;
+    [[nodiscard]] std::optional<book::LineTax> chosenTax() const;
 
     QWidget *m_screen;
     EmptyPriceRule m_emptyPrice;
     Boxes m_boxes;
+    std::vector<book::TaxChoice> m_choices;
+    QHash<QString, book::GoodsTax> m_products; // by folded name, those that are not taxed as everything
+    double m_slipRate = 0;
+    bool m_taxIsChosen = false; // by hand, for this line
 };
 
 } // namespace slips
