@@ -3,6 +3,7 @@
 #include "book/counterpart_search.h"
 #include "book/numbering.h"
 #include "book/tax.h"
+#include "book/tax_terms.h"
 #include "masters/name_lists.h"
 #include "text/dates.h"
 #include "text/numbers.h"
@@ -45,6 +46,21 @@ base::Result<double> readNumber(const QString &column, const QString &typed)
     if (std::abs(*number) > book::greatestAmount)
         return base::Error{u"%1が大きすぎます。９０００億以内になるように入力してください。"_s.arg(column)};
     return *number;
+}
+
+// By one of its names or by the number that the file holds; nothing for the slip's own.
+base::Result<QVariant> readTaxClass(const QString &typed)
+{
+    const QString word = text::toHalfWidth(typed.trimmed());
+    if (word.isEmpty())
+        return QVariant();
+    const QStringList names = shortTaxNames();
+    for (int taxClass = 0; taxClass < names.size(); ++taxClass) {
+        const QString inFull = text::toHalfWidth(nameOf(static_cast<book::GoodsTax>(taxClass)));
+        if (word == QString::number(taxClass) || word == names.at(taxClass) || word == inFull)
+            return QVariant(taxClass);
+    }
+    return base::Error{u"税区分の欄には「%1」のどれかを入力してください。"_s.arg(names.join(u"」「"_s))};
 }
 
 base::Result<QVariant> readRate(const QString &typed)
@@ -157,6 +173,29 @@ void makeHeadersEditable(db::Recordset &headers, db::Connection &connection, con
                         [&connection, kind](const QString &column, const QString &typed) {
                             return readHeaderCell(connection, kind, column, typed);
                         });
+}
+
+QStringList shortTaxNames() { return {u"標準"_s, u"軽減"_s, u"新聞"_s, u"非課税"_s, u"対象外"_s}; }
+
+void makeTaxedLinesEditable(db::Recordset &lines, const RateOf &rateOf)
+{
+    const auto read = [&lines, rateOf](const QString &column,
+                                       const QString &typed) -> base::Result<QVariant> {
+        if (column == u"税率")
+            return typed.trimmed().isEmpty() ? base::Result<QVariant>(QVariant()) : readRate(typed);
+        if (column != u"税区分")
+            return readLineCell(column, typed);
+        const auto taxClass = readTaxClass(typed);
+        if (!taxClass)
+            return taxClass;
+        // A class without its rate would be taxed at the slip's.
+        const auto goods = book::goodsTaxFrom(*taxClass);
+        const auto rate = goods ? rateOf(*goods) : std::nullopt;
+        lines.setValue(u"税率"_s, rate ? QVariant(*rate) : QVariant());
+        return taxClass;
+    };
+    lines.setEditable(
+        {u"商品名"_s, u"規格"_s, u"数量"_s, u"単位"_s, u"単価"_s, u"金額"_s, u"税区分"_s, u"税率"_s}, read);
 }
 
 void makeLinesEditable(db::Recordset &lines)

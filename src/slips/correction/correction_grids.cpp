@@ -1,6 +1,7 @@
 #include "slips/correction/correction_grids.h"
 
 #include "book/counterpart_name.h"
+#include "slips/correction/correction_cells.h"
 #include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
 #include "ui/grid.h"
@@ -42,6 +43,14 @@ QList<ui::GridColumn> headerColumns(const book::SlipKind &kind, const ui::NameOf
         columns << ui::GridColumn{u"内税"_s, 6, {}, Text, ui::namesFrom({{0, u"外税"_s}, {1, u"内税"_s}})};
     columns << ui::GridColumn{u"備考"_s, 36} << ui::GridColumn{u"摘要"_s, 36};
     return columns;
+}
+
+QList<ui::GridColumn> taxColumns()
+{
+    QHash<qint64, QString> names;
+    for (const QString &name : shortTaxNames())
+        names.insert(names.size(), name);
+    return {{u"税区分"_s, 8, {}, Text, ui::namesFrom(names)}, {u"税率"_s, 6, u"税率 %"_s, Quantity}};
 }
 
 // The names of counterparts, each read once for as long as a list stands.
@@ -108,11 +117,14 @@ void showHeadersIn(ui::Grid &grid, db::Recordset &headers, db::Connection &conne
     grid.bind(headers, std::move(refused));
 }
 
-void showLinesIn(ui::Grid &grid, db::Recordset &lines, const book::SlipKind &kind,
+void showLinesIn(ui::Grid &grid, db::Recordset &lines, const book::SlipKind &kind, bool tellsTax,
                  std::function<void(const QString &)> refused)
 {
     lines.setDecorator([&lines](int row, int, int role) { return lineLook(lines, row, role); });
-    grid.setColumns(holdsGoods(kind) ? goodsColumns : moneyColumns);
+    QList<ui::GridColumn> columns = holdsGoods(kind) ? goodsColumns : moneyColumns;
+    if (tellsTax)
+        columns << taxColumns();
+    grid.setColumns(columns);
     grid.bind(lines, std::move(refused));
 }
 

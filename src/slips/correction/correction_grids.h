@@ -18,8 +18,9 @@ void showHeadersIn(ui::Grid &grid, db::Recordset &headers, db::Connection &conne
                    const book::SlipKind &kind, const QHash<qint64, QString> &employees,
                    std::function<void(const QString &)> refused);
 
-/// The same for the lines of one slip; those whose figures disagree are marked.
-void showLinesIn(ui::Grid &grid, db::Recordset &lines, const book::SlipKind &kind,
+/// The same for the lines of one slip; those whose figures disagree are marked. \a tellsTax: with class and
+/// rate of each line's tax, where they are not the slip's own.
+void showLinesIn(ui::Grid &grid, db::Recordset &lines, const book::SlipKind &kind, bool tellsTax,
                  std::function<void(const QString &)> refused);
 
 } // namespace slips

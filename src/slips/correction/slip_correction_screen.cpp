@@ -82,9 +82,24 @@ void SlipCorrectionScreen::setUpGrids()
     makeHeadersEditable(m_slip.headers, workspace().connection, kind);
     m_headerCells = new ui::CellDelegate(m_ui->DataGrid1);
     showHeadersIn(*m_ui->DataGrid1, m_slip.headers, workspace().connection, kind, employeeNames(), refused);
-    makeLinesEditable(m_slip.lines);
+    const bool tellsTax = workspace().panel.followsTaxTable && isTaxed(kind);
+    if (tellsTax)
+        makeTaxedLinesEditable(m_slip.lines, [this](book::GoodsTax goods) { return rateOf(goods); });
+    else
+        makeLinesEditable(m_slip.lines);
     m_lineCells = new ui::CellDelegate(m_ui->dgdSub);
-    showLinesIn(*m_ui->dgdSub, m_slip.lines, kind, refused);
+    showLinesIn(*m_ui->dgdSub, m_slip.lines, kind, tellsTax, refused);
+}
+
+// Everyday goods are taxed as the slip says, whatever the table has meanwhile.
+std::optional<double> SlipCorrectionScreen::rateOf(book::GoodsTax goods) const
+{
+    const double own = m_slip.headers.value(u"消費税率"_s).toDouble();
+    const auto rates = book::TaxRates::read(workspace().connection);
+    if (goods == book::GoodsTax::Standard || !rates)
+        return own;
+    const QDate date = QDate::fromString(m_slip.headers.value(u"日付"_s).toString(), u"yyyy-MM-dd"_s);
+    return rates->on(date, goods).value_or(own);
 }
 
 void SlipCorrectionScreen::connectControls()

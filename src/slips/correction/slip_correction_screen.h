@@ -69,6 +69,7 @@ private:
     void setCaptions();
     void setUpGrids();
     void connectControls();
+    [[nodiscard]] std::optional<double> rateOf(book::GoodsTax goods) const;
     void pasteByKey(ui::Grid *grid, db::Recordset &rows);
     void fillEmployees();
     [[nodiscard]] QHash<qint64, QString> employeeNames() const;

@@ -42,6 +42,13 @@ public:
             {id, id});
     }
 
+    /// The workspace of a shop that goes by the table of rates, or keeps one by hand.
+    workspace::Workspace &following(bool table)
+    {
+        workspace.panel.followsTaxTable = table;
+        return workspace;
+    }
+
     /// What the slips hold, line by line.
     QStringList book()
     {

@@ -40,8 +40,8 @@ inline void expectNewLine(const QString &answer) { ui::prompts::expectAskWhichWa
 /// The correction screen of a kind in the shop.
 struct CorrectionDesk
 {
-    explicit CorrectionDesk(const book::SlipKind &kind = book::sale)
-        : screen(screenOf(shop.workspace, kind))
+    explicit CorrectionDesk(const book::SlipKind &kind = book::sale, bool followsTaxTable = false)
+        : screen(screenOf(shop.following(followsTaxTable), kind))
         , driver(screen.get())
     {
         driver.show();
