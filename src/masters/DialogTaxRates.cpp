@@ -4,6 +4,7 @@
 #include "text/numbers.h"
 #include "ui/prompts.h"
 #include "ui_DialogTaxRates.h"
+#include "workspace/settings.h"
 #include "workspace/workspace.h"
 
 #include <QScopedValueRollback>
@@ -90,6 +91,9 @@ void DialogTaxRates::connectControls()
             &DialogTaxRates::rowChosen);
     connect(m_ui->chkNoEnd, &QCheckBox::toggled, m_ui->dtTo, &QWidget::setDisabled);
     connect(m_ui->chkInForce, &QCheckBox::toggled, this, &DialogTaxRates::showStates);
+    m_ui->chkIncludedOnBill->setChecked(workspace().settings.checked(workspace::keys::includedOnBill));
+    connect(m_ui->chkIncludedOnBill, &QCheckBox::clicked, this,
+            [this](bool onBill) { workspace().settings.write(workspace::keys::includedOnBill, onBill); });
     connect(m_ui->cmdNew, &QPushButton::clicked, this, &DialogTaxRates::begin);
     connect(m_ui->cmdStore, &QPushButton::clicked, this, &DialogTaxRates::store);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &DialogTaxRates::remove);

@@ -30,6 +30,8 @@ inline constexpr SettingKey fontSize{"Settings", "txtFontSize", u"10"};
 inline constexpr SettingKey taxRate{"Settings", "TaxRate", u"5"};
 /// Whether the rate follows the table of the database instead.
 inline constexpr SettingKey taxTable{"Settings", "TaxTable", u"0"};
+/// Whether the qualified invoice of customers whose prices include the tax is the bill, and not the note.
+inline constexpr SettingKey includedOnBill{"Settings", "IncludedOnBill", u"0"};
 /// The check boxes of the settings panel; the first is automatic slip numbering.
 inline constexpr SettingKey check[8] = {
     {"Settings", "Check1", u"1"}, {"Settings", "Check2", u"1"}, {"Settings", "Check3", u"0"},

@@ -74,6 +74,7 @@ private slots:
     void deletionNamesTheRow();
     void changedByAnotherProgram();
     void wheelChangesNothing();
+    void theInvoiceOfIncludedPricesIsChosenOnce();
 };
 
 void TestDialogTaxRates::announcedRateIsSwitchedOn_data()
@@ -251,6 +252,16 @@ void TestDialogTaxRates::wheelChangesNothing()
     QVERIFY(!desk.screen.isVisible());
     QCOMPARE(desk.stored(0), standard);
     QCOMPARE(desk.stored(1), food);
+}
+
+void TestDialogTaxRates::theInvoiceOfIncludedPricesIsChosenOnce()
+{
+    Desk desk;
+    QVERIFY(!desk.driver.the<QCheckBox>("chkIncludedOnBill").isChecked());
+    desk.driver.press("chkIncludedOnBill");
+    QVERIFY(desk.shop.settings.checked(workspace::keys::includedOnBill));
+    masters::DialogTaxRates again(desk.shop.workspace);
+    QVERIFY(again.findChild<QCheckBox *>(u"chkIncludedOnBill"_s)->isChecked());
 }
 
 QTEST_MAIN(TestDialogTaxRates)

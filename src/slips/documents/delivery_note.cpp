@@ -125,6 +125,8 @@ std::vector<printing::Sheet> deliveryNote(const DeliveryNoteData &data, const pr
     addAddressee(values.items, data.slip);
     addTotals(values.items, data);
     addInvoice(values.items, data);
+    for (const QString &notice : data.returned)
+        values.rows.push_back({{u"明細.商品名"_s, notice}});
     QString rest = data.memo;
     values.items[u"注文番号"_s] = takeOrderNumber(rest);
     values.items[u"備考"_s] = data.memo;

@@ -38,6 +38,7 @@ struct DeliveryNoteData
     std::optional<double> includedTax; // whole yen, of prices that include it
     std::vector<InvoiceRate> rates;    // of a shop that issues qualified invoices
     QString reducedLegend;
+    QStringList returned; // what the note says of goods that came back
     QString memo;
     NoteOffsets offsets;
 };
@@ -50,6 +51,7 @@ struct DeliveryNoteOptions
     QString memo;
     CompanyName companyName = CompanyName::Plain;
     NoteOffsets offsets;
+    bool includedOnBill = false; // the invoice of prices that include the tax is the bill
 };
 
 /// The note of the sales slip \a id as the database has it. A slip that is still open gets the tax lines that

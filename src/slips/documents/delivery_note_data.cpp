@@ -5,6 +5,26 @@
 namespace slips
 {
 
+namespace
+{
+
+base::Status addInvoice(db::Connection &connection, const book::PrintedSlip &printed, DeliveryNoteData &note)
+{
+    auto rates = invoiceRates(printed);
+    const auto original = book::originalOf(connection, printed.slip.id);
+    if (!rates || !original)
+        return rates ? original.error() : rates.error();
+    note.rates = std::move(*rates);
+    if (note.rates.empty())
+        return {};
+    auto returned = returnNotices(printed, *original);
+    if (returned)
+        note.returned = std::move(*returned);
+    return returned.status();
+}
+
+} // namespace
+
 base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint64 id,
                                                 const DeliveryNoteOptions &options)
 {
@@ -19,11 +39,11 @@ base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint
         return printed.error();
     DeliveryNoteData note;
     note.sender = company->value_or(masters::OwnCompany());
-    if (masters::isRegistrationNumber(note.sender.registrationNumber)) {
-        auto rates = invoiceRates(*printed);
-        if (!rates)
-            return rates.error();
-        note.rates = std::move(*rates);
+    const bool isInvoice = masters::isRegistrationNumber(note.sender.registrationNumber) &&
+                           !(printed->includedTax && options.includedOnBill);
+    if (isInvoice) {
+        if (const base::Status added = addInvoice(connection, *printed, note); !added)
+            return added.error();
     }
     note.reducedLegend = reducedLegend(printed->slip, printed->rate);
     note.slip = std::move(printed->slip);

@@ -6,6 +6,7 @@
 #include "slips/documents/note_document.h"
 #include "slips/tax_rates_of.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
 #include "workspace/workspace.h"
 
 using namespace Qt::StringLiterals;
@@ -34,6 +35,7 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
 {
     DeliveryNoteOptions options{request.inclusive, std::nullopt, request.memo, companyNameOf(workspace),
                                 noteOffsets(printing::noteSteps(workspace.settings))};
+    options.includedOnBill = workspace.settings.checked(workspace::keys::includedOnBill);
     if (!request.closed) {
         const auto rates = taxRatesOf(workspace);
         if (!rates)

@@ -1,8 +1,8 @@
 #include "slips/documents/invoice_rates.h"
 
 #include "book/tax_terms.h"
-
-#include <QStringList>
+#include "text/dates.h"
+#include "text/numbers.h"
 
 #include <algorithm>
 
@@ -72,6 +72,25 @@ base::Result<std::vector<InvoiceRate>> invoiceRates(const book::PrintedSlip &pri
     if (!inclusive && !fits(slip, rates))
         rates.clear();
     return rates;
+}
+
+base::Result<QStringList> returnNotices(const book::PrintedSlip &printed,
+                                        const std::optional<book::OriginalSlip> &original)
+{
+    const bool inclusive = printed.includedTax.has_value();
+    const auto taxes =
+        book::returnedAt(printed.slip, printed.rate, inclusive ? book::Basis::Gross : book::Basis::Net);
+    if (!taxes)
+        return taxes.error();
+    if (!book::needsReturnDocument(*taxes))
+        return QStringList();
+    QStringList notices{
+        original ? u"【返還】元の伝票 %1　%2"_s.arg(original->number, text::formatDate(original->date))
+                 : u"【返還】"_s};
+    for (const book::RateTax &tax : *taxes)
+        notices << u"　%1対象 %2 円"_s.arg(nameOf(tax, inclusive),
+                                           text::formatAmount(inclusive ? tax.gross : tax.net));
+    return notices;
 }
 
 QString reducedMark(const book::SlipLine &line)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "book/printed_slip.h"
+#include "book/returned_goods.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -25,6 +27,13 @@ struct InvoiceRate
 /// is what is told. None for a customer taxed on the bill, which is the invoice then, and none for a slip
 /// that lacks the tax that is due. Fails as book::taxesByRate().
 base::Result<std::vector<InvoiceRate>> invoiceRates(const book::PrintedSlip &printed);
+
+/// What the return document (適格返還請求書) says of the goods that come back on \a printed:
+/// "【返還】元の伝票 O12　2026/03/01", and a line for each rate, "　軽減8%対象 -9,260 円". None where nothing
+/// comes back or it comes to less than 10,000 yen with tax. Amount and rate are enough
+/// (消費税法第57条の4第3項); the one tax of the note stands in its box.
+base::Result<QStringList> returnNotices(const book::PrintedSlip &printed,
+                                        const std::optional<book::OriginalSlip> &original);
 
 /// The mark of a line at a reduced rate; empty for any other.
 QString reducedMark(const book::SlipLine &line);

@@ -20,8 +20,9 @@ void addLines(FreshShop &shop, const QString &text)
         const QString amount = part.section(u'@', 0, 0);
         const bool isTax = amount.startsWith(u't');
         shop.run(
-            u"INSERT INTO 入出庫サブ (ID, 商品名, 数量, 単価, 金額, 税区分, 税率) VALUES (1, ?, 1, ?, ?, ?, ?)"_s,
-            {isTax ? u"消費税"_s : u"煎茶"_s, amount.mid(isTax), amount.mid(isTax).toDouble(),
+            u"INSERT INTO 入出庫サブ (ID, 商品名, 数量, 単価, 金額, 税区分, 税率) VALUES (1, ?, ?, ?, ?, ?, ?)"_s,
+            {isTax ? u"消費税"_s : u"煎茶"_s, amount.startsWith(u'-') ? -1 : 1,
+             amount.mid(isTax).remove(u'-'), amount.mid(isTax).toDouble(),
              isReduced        ? QVariant(1)
              : rate.isEmpty() ? QVariant()
                               : QVariant(0),
@@ -34,8 +35,8 @@ void addShop(FreshShop &shop, int taxClass, const QString &number)
     shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1, 登録番号) VALUES (1, '山田茶舗', ?)"_s, {number});
     shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, 消費税区分) VALUES (7, '山田　太郎', ?)"_s,
              {taxClass});
-    shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率) VALUES "
-             "(1, '2026-04-01', 'O1', 7, 10)"_s);
+    shop.run(u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率, 元伝票) VALUES "
+             "(1, '2026-04-01', 'O1', 7, 10, 2), (2, '2026-03-01', 'O2', 7, 10, NULL)"_s);
 }
 
 QString shown(const std::vector<InvoiceRate> &rates)
@@ -59,6 +60,8 @@ private slots:
     void ratesOfANote();
     void onPaper_data();
     void onPaper();
+    void billsOfIncludedPrices();
+    void nobodyIsAddressed();
 };
 
 void TestInvoiceRates::ratesOfANote_data()
@@ -131,6 +134,18 @@ void TestInvoiceRates::onPaper_data()
         << QStringList{u"※"_s, legend, u"軽減8%"_s};
     QTest::newRow("not registered") << QString() << u"5000@8r 800"_s << QStringList{u"※"_s, legend}
                                     << QStringList{u"登録番号"_s, u"対象額"_s};
+    QTest::newRow("a return of 10,000 with tax")
+        << number << u"-9260@8r"_s
+        << QStringList{u"【返還】元の伝票 O2　2026/03/01"_s, u"　軽減8%対象 -9,260 円"_s, u"-740"_s}
+        << QStringList();
+    QTest::newRow("a return of two rates")
+        << number << u"-4630@8r -4546"_s << QStringList{u"　10%対象 -4,546 円"_s, u"　軽減8%対象 -4,630 円"_s}
+        << QStringList();
+    QTest::newRow("a small return") << number << u"-9259@8r 20000"_s << QStringList()
+                                    << QStringList{u"【返還】元の伝票 O2　2026/03/01"_s};
+    QTest::newRow("a return to a shop without a number")
+        << QString() << u"-20000"_s << QStringList{u"-20,000"_s}
+        << QStringList{u"【返還】元の伝票 O2　2026/03/01"_s};
     QTest::newRow("no such number") << u"T12345"_s << u"800"_s << QStringList{u"合計金額"_s}
                                     << QStringList{u"登録番号"_s, u"登録番号　T12345"_s, u"対象額"_s};
 }
@@ -153,6 +168,37 @@ void TestInvoiceRates::onPaper()
         QVERIFY2(texts.contains(text), qPrintable(text + texts.join(u'|')));
     for (const QString &text : missing)
         QVERIFY2(!texts.contains(text), qPrintable(text));
+}
+
+// To whom prices include the tax the shop issues the invoice once, as it has chosen.
+void TestInvoiceRates::billsOfIncludedPrices()
+{
+    FreshShop shop;
+    addShop(shop, 2, number);
+    addLines(shop, u"1000"_s);
+    DeliveryNoteOptions options;
+    options.inclusive = true;
+    QCOMPARE(readDeliveryNote(shop.connection, 1, options)->rates.size(), 1U);
+    options.includedOnBill = true;
+    QVERIFY(readDeliveryNote(shop.connection, 1, options)->rates.empty());
+    options.inclusive = false; // a slip taxed on top all the same
+    options.closing = book::TaxRates::keptByHand(10);
+    QCOMPARE(readDeliveryNote(shop.connection, 1, options)->rates.size(), 1U);
+}
+
+// The simplified invoice (適格簡易請求書) names nobody; it has all the rest.
+void TestInvoiceRates::nobodyIsAddressed()
+{
+    FreshShop shop;
+    addShop(shop, 0, number);
+    shop.run(u"UPDATE 納品先 SET 納品先名1 = NULL"_s);
+    addLines(shop, u"1000"_s);
+    DeliveryNoteOptions options;
+    options.closing = book::TaxRates::keptByHand(10);
+    const QStringList texts = textsOf(plainSheets(*readDeliveryNote(shop.connection, 1, options)).front());
+    QVERIFY(texts.contains(u"登録番号　T7000012050002"_s));
+    QVERIFY(texts.contains(u"対象額"_s));
+    QVERIFY(texts.filter(u"様"_s).isEmpty());
 }
 
 QTEST_MAIN(TestInvoiceRates)
