@@ -2,6 +2,7 @@
 
 #include "bare.h"
 #include "export_operations.h"
+#include "glance_operations.h"
 #include "ledger_operations.h"
 #include "measuring.h"
 #include "search_operations.h"
@@ -317,6 +318,7 @@ std::vector<Row> registerOperations(const Shops &shops)
     registerExports(shops, rows);
     registerSearches(shops, rows);
     registerLedgers(shops, rows);
+    registerGlance(shops, rows);
     return rows;
 }
 

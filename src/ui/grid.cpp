@@ -134,6 +134,8 @@ void Grid::letSort()
 
 void Grid::sortBy(int column)
 {
+    if (!m_recordset)
+        emit sortWanted(column);
     if (!m_recordset || !m_recordset->isOpen())
         return;
     const QString name = m_recordset->columns().value(column);

@@ -48,13 +48,14 @@ public:
     /// cannot be left, \a refused gets the reason and the grid stays.
     void bind(db::Recordset &recordset, std::function<void(const QString &)> refused);
 
-    /// From now on a click on a heading sorts the record set's rows by its column: up, down, and as before.
-    /// To be called before bind().
+    /// From now on a click on a heading, or the context menu, sorts the record set's rows by its column: up,
+    /// down, and as before. To be called before bind(). Other rows are for who hears sortWanted() to sort.
     void letSort();
 
-    /// From now on the clerk chooses with the context menu which of the columns of setColumns() show. They
-    /// are remembered as the widths are.
-    void letChooseColumns();
+    /// From now on the clerk chooses with the context menu which of the columns of setColumns() show; of
+    /// other models which of those that show now, \a first and the ones behind it. They are remembered as
+    /// the widths are.
+    void letChooseColumns(int first = 0);
     /// That menu, for the column with the cursor. The caller owns it.
     [[nodiscard]] QMenu *columnMenu();
 
@@ -67,6 +68,8 @@ public:
 signals:
     /// The clerk went to another row of the record set.
     void wentTo(int row);
+    /// Rows that are no record set's are to be sorted by \a column.
+    void sortWanted(int column);
 
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
@@ -87,6 +90,8 @@ private:
     void sortBy(int column);
     void showSorting();
     void setShown(const QString &column, bool shown);
+    [[nodiscard]] QList<GridColumn> offeredColumns() const;
+    void hideLeftOut();
     void applyWidths();
     void useRememberedWidths();
     [[nodiscard]] QList<int> givenWidths() const;
@@ -111,7 +116,8 @@ private:
     Qt::SortOrder m_direction = Qt::AscendingOrder;
     bool m_isSorting = false;
     bool m_choosesColumns = false;
-    QStringList m_leftOut; // columns of setColumns() that the clerk does not want to see
+    QList<int> m_choosable; // of a model of the screen's own
+    QStringList m_leftOut;  // columns that the clerk does not want to see
 };
 
 } // namespace ui

@@ -93,6 +93,7 @@ void Grid::arrangeColumns()
     m_given.clear();
     if (m_recordset && !m_columns.isEmpty())
         showColumns();
+    hideLeftOut();
     applyWidths();
 }
 
@@ -135,14 +136,35 @@ void Grid::useRememberedWidths()
 
 // --- Columns of the clerk's choice ---
 
-void Grid::letChooseColumns() { m_choosesColumns = true; }
+void Grid::letChooseColumns(int first)
+{
+    m_choosesColumns = true;
+    for (int column = first; !m_recordset && model() && column < model()->columnCount(); ++column) {
+        if (!isColumnHidden(column))
+            m_choosable << column;
+    }
+}
+
+QList<GridColumn> Grid::offeredColumns() const
+{
+    QList<GridColumn> offered = m_columns;
+    for (const int column : m_choosable)
+        offered.push_back({model()->headerData(column, Qt::Horizontal).toString(), 0});
+    return offered;
+}
+
+void Grid::hideLeftOut()
+{
+    for (const int column : std::as_const(m_choosable))
+        setColumnHidden(column, m_leftOut.contains(model()->headerData(column, Qt::Horizontal).toString()));
+}
 
 void Grid::setShown(const QString &column, bool shown)
 {
     m_widths = currentWidths();
     if (shown)
         m_leftOut.removeAll(column);
-    else if (m_leftOut.size() + 1 < m_columns.size())
+    else if (m_leftOut.size() + 1 < offeredColumns().size())
         m_leftOut << column;
     arrangeColumns();
 }
@@ -155,8 +177,11 @@ QMenu *Grid::columnMenu()
         const QString heading = model()->headerData(column, Qt::Horizontal).toString();
         menu->addAction(u"「%1」で並べ替え(&S)"_s.arg(heading), this, [this, column] { sortBy(column); });
     }
+    if (!m_choosesColumns)
+        return menu;
     QMenu *columns = menu->addMenu(u"表示する項目(&C)"_s);
-    for (const GridColumn &shown : std::as_const(m_columns)) {
+    const QList<GridColumn> offered = offeredColumns();
+    for (const GridColumn &shown : offered) {
         QAction *action = columns->addAction(shown.heading.isEmpty() ? shown.column : shown.heading);
         action->setCheckable(true);
         action->setChecked(!m_leftOut.contains(shown.column));
@@ -168,7 +193,7 @@ QMenu *Grid::columnMenu()
 
 void Grid::contextMenuEvent(QContextMenuEvent *event)
 {
-    if (!m_choosesColumns || !model())
+    if (!model() || !(m_choosesColumns || (m_sorts && currentIndex().isValid())))
         return;
     QMenu *menu = columnMenu();
     menu->setAttribute(Qt::WA_DeleteOnClose);

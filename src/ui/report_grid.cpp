@@ -1,5 +1,7 @@
 #include "ui/report_grid.h"
 
+#include "ui/report_order.h"
+
 #include <QHeaderView>
 #include <QStyle>
 
@@ -37,6 +39,16 @@ int ReportGrid::fullWidth() const
 
 void ReportGrid::setReport(base::Report report)
 {
+    m_asGiven.clear();
+    if (m_sortedColumn >= 0 && canBeSorted(report)) {
+        m_asGiven = report.rows;
+        sortRows(report, m_sortedColumn, m_sortedTowards);
+    }
+    showRows(std::move(report));
+}
+
+void ReportGrid::showRows(base::Report report)
+{
     const QVariant link = currentLink();
     const int before = currentIndex().row();
     m_rows.setReport(std::move(report));
@@ -48,6 +60,36 @@ void ReportGrid::clear()
     base::Report empty;
     empty.columns = report().columns;
     setReport(std::move(empty));
+}
+
+// --- Sorting ---
+
+void ReportGrid::letSortRows()
+{
+    letSort();
+    connect(this, &Grid::sortWanted, this, &ReportGrid::sortRowsBy);
+}
+
+void ReportGrid::sortRowsBy(int column)
+{
+    base::Report report = m_rows.report();
+    if (!canBeSorted(report))
+        return;
+    if (m_sortedColumn >= 0)
+        report.rows = std::move(m_asGiven);
+    const bool again = column == m_sortedColumn;
+    const bool isLast = again && m_sortedTowards == Qt::DescendingOrder;
+    m_sortedTowards = again ? Qt::DescendingOrder : Qt::AscendingOrder;
+    m_sortedColumn = isLast ? -1 : column;
+    showSortedColumn();
+    setReport(std::move(report));
+}
+
+void ReportGrid::showSortedColumn()
+{
+    horizontalHeader()->setSortIndicatorShown(m_sortedColumn >= 0);
+    if (m_sortedColumn >= 0)
+        horizontalHeader()->setSortIndicator(m_sortedColumn, m_sortedTowards);
 }
 
 QVariant ReportGrid::currentLink() const

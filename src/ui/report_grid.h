@@ -24,6 +24,10 @@ public:
     void setReport(base::Report report);
     void clear();
 
+    /// From now on a click on a heading, or the context menu, sorts the rows by its column: up, down, and as
+    /// they were given. What report() prints and exports is sorted too. For reports whose order says nothing.
+    void letSortRows();
+
     [[nodiscard]] const base::Report &report() const { return m_rows.report(); }
     [[nodiscard]] int rowCount() const { return m_rows.rowCount(); }
     /// What the current row leads to; null: nowhere, or there is none.
@@ -31,8 +35,14 @@ public:
 
 private:
     [[nodiscard]] int rowOf(const QVariant &link, int before) const;
+    void showRows(base::Report report);
+    void sortRowsBy(int column);
+    void showSortedColumn();
 
     ReportModel m_rows;
+    int m_sortedColumn = -1; // none
+    Qt::SortOrder m_sortedTowards = Qt::AscendingOrder;
+    std::vector<base::ReportRow> m_asGiven; // while they are sorted
 };
 
 } // namespace ui

@@ -182,6 +182,7 @@ private:
                 continue;
             }
             const QString name = element.attribute(u"name"_s);
+            checkUsualLetter(name, caption, letter);
             const QString former = m_letters.value(letter);
             if (!former.isEmpty() && former != name && !knownTwice.contains(former + u' ' + name)) {
                 report(name + u" has the letter of "_s + former);
@@ -190,6 +191,20 @@ private:
         }
         for (const Element &child : element.children) {
             checkLetters(child);
+        }
+    }
+
+    /// The same key for the same action on every screen.
+    void checkUsualLetter(const QString &name, const QString &caption, const QString &letter)
+    {
+        static const QHash<QString, QString> usual = {
+            {u"登録"_s, u"I"_s}, {u"更新"_s, u"U"_s}, {u"新規登録"_s, u"N"_s}, {u"新規"_s, u"N"_s}};
+        // Known for long, and pressed by the other letter too.
+        static const QSet<QString> known = {u"frmSiire cmdUpdate"_s};
+        const QString wanted = usual.value(caption.section(u'(', 0, 0));
+        const QString form = m_path.section(u'/', -1).chopped(3);
+        if (!wanted.isEmpty() && letter != wanted && !known.contains(form + u' ' + name)) {
+            report(u"%1 has not the letter %2"_s.arg(name, wanted));
         }
     }
 

@@ -275,6 +275,10 @@ void TestHouse::formRulesFindFaults_data()
                  "<string>削除(&amp;s)</string></property></widget></item>",
         bothStops.mid(bothStops.indexOf("<tabstop>cmdA")) + "<tabstop>cmdB</tabstop>",
         "cmdB has the letter of cmdA");
+    row("other letter",
+        "<item><widget class='QPushButton' name='cmdB'><property name='text'>"
+        "<string>登録(&amp;s)</string></property></widget></item>",
+        "", "cmdB has not the letter I");
     row("sign",
         "<item><widget class='QToolButton' name='cmdB'><property name='text'><string>…</string>"
         "</property></widget></item>",

@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QPaintEvent>
 #include <QScrollBar>
+#include <QStandardItemModel>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -146,6 +147,40 @@ private slots:
         grid.setUp(shop.workspace, u"frmTest/grid"_s);
         QCOMPARE(shownColumns(grid), QStringList({u"名前"_s, u"内線番号"_s}));
         QCOMPARE(grid.columnWidth(1), 123);
+    }
+
+    // By the keys, too, and of rows that are no record set's.
+    void choosesColumnsOfAnyModel()
+    {
+        FreshShop shop;
+        QStandardItemModel model(2, 4);
+        model.setHorizontalHeaderLabels({u"対象"_s, u"ID"_s, u"名前"_s, u"内線"_s});
+        const auto open = [&](ui::Grid &grid) {
+            grid.setModel(&model);
+            grid.setColumnHidden(3, true); // the screen's own doing
+            grid.letSort();
+            grid.letChooseColumns(1);
+            grid.setUp(shop.workspace, u"frmTest/any"_s);
+        };
+        {
+            ui::Grid grid;
+            open(grid);
+            grid.setCurrentIndex(model.index(0, 2));
+            QList<int> sorted;
+            connect(&grid, &ui::Grid::sortWanted, this, [&](int column) { sorted << column; });
+            const std::unique_ptr<QMenu> menu(grid.columnMenu());
+            menu->actions().constFirst()->trigger();
+            QCOMPARE(sorted, QList<int>{2});
+            const auto columns = menu->actions().constLast()->menu()->actions();
+            QCOMPARE(columns.size(), 2);
+            columns.at(0)->trigger();
+            columns.at(1)->trigger(); // the last one stays
+            QCOMPARE(shownColumns(grid), QStringList({u"対象"_s, u"名前"_s}));
+            grid.saveLayout(shop.workspace);
+        }
+        ui::Grid grid;
+        open(grid);
+        QCOMPARE(shownColumns(grid), QStringList({u"対象"_s, u"名前"_s}));
     }
 
     void columnsOutliveTheStatement()

@@ -1,7 +1,10 @@
 #include "support/fresh_shop.h"
 #include "ui/report_grid.h"
 
+#include <QHeaderView>
 #include <QtTest>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -82,6 +85,49 @@ private slots:
         grid.setCurrentIndex(grid.model()->index(row, 0));
         grid.setReport(reportOf(after));
         QTEST(grid.currentIndex().row(), "expected");
+    }
+
+    // What is printed and written goes by it too; another day's rows come in the same order.
+    void sortsItsRows()
+    {
+        ui::ReportGrid grid;
+        grid.showColumns(columns());
+        grid.letSortRows();
+        const auto report = [](std::initializer_list<std::pair<QString, QVariant>> rows) {
+            base::Report made{.columns = columns()};
+            for (const auto &[name, amount] : rows)
+                made.rows.push_back({{u"2026-04-01"_s, name, amount}, name});
+            return made;
+        };
+        const auto names = [&grid] {
+            QStringList shown;
+            for (const base::ReportRow &row : grid.report().rows)
+                shown << row.values.at(1).toString();
+            return shown.join(u' ');
+        };
+        const auto click = [&grid](int column) { emit grid.horizontalHeader()->sectionClicked(column); };
+        const QVariant none(std::numeric_limits<double>::quiet_NaN());
+        grid.setReport(
+            report({{u"リンゴ"_s, 900.0}, {u"あんず"_s, 10000.0}, {u"ﾅｼ"_s, none}, {u"ガク"_s, -5.0}}));
+        grid.setCurrentIndex(grid.model()->index(1, 0));
+        click(2);
+        QCOMPARE(names(), u"ﾅｼ ガク リンゴ あんず"_s);
+        QCOMPARE(grid.currentLink(), u"あんず"_s);
+        click(2);
+        QCOMPARE(names(), u"あんず リンゴ ガク ﾅｼ"_s);
+        click(1);
+        QCOMPARE(names(), u"あんず ガク ﾅｼ リンゴ"_s);
+        grid.setReport(report({{u"ワサビ"_s, 1.0}, {u"イモ"_s, 2.0}}));
+        QCOMPARE(names(), u"イモ ワサビ"_s);
+        click(1);
+        click(1); // as they were given
+        QCOMPARE(names(), u"ワサビ イモ"_s);
+        QVERIFY(!grid.horizontalHeader()->isSortIndicatorShown());
+        base::Report groups = report({{u"ワサビ"_s, 1.0}, {u"イモ"_s, 2.0}});
+        beginGroup(groups, u"組"_s);
+        grid.setReport(std::move(groups));
+        click(1);
+        QCOMPARE(names(), u"ワサビ イモ 組"_s);
     }
 
     // The widths that the clerk set outlive the rows and the screen.

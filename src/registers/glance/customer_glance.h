@@ -58,7 +58,7 @@ private:
     // What is added up next: the slips of so many days from a day on; older ones before all others.
     QDate m_from;
     QDate m_last; // a later slip belongs to the last piece
-    int m_days = 30;
+    int m_days = 7;
     bool m_olderDone = false;
 };
 

@@ -35,9 +35,9 @@ void CustomerChoicePanel::bind(workspace::Workspace &workspace, CustomerTicks::G
     m_ticks = std::make_unique<CustomerTicks>(workspace.connection, guard);
     m_ui->DataGrid1->setModel(m_ticks.get());
     setUpColumns();
-    m_ui->DataGrid1->horizontalHeader()->setSectionsClickable(true);
-    connect(m_ui->DataGrid1->horizontalHeader(), &QHeaderView::sectionClicked, this,
-            &CustomerChoicePanel::sortBy);
+    m_ui->DataGrid1->letSort();
+    m_ui->DataGrid1->letChooseColumns(CustomerTicks::firstChoosable);
+    connect(m_ui->DataGrid1, &ui::Grid::sortWanted, this, &CustomerChoicePanel::sortBy);
     connect(m_ticks.get(), &CustomerTicks::choiceChanged, this, &CustomerChoicePanel::showCount);
     connect(m_ui->searchBar, &CustomerSearchBar::searchStarted, this, &CustomerChoicePanel::search);
     connect(m_ui->cmdTickAll, &QPushButton::clicked, m_ticks.get(), [this] { m_ticks->tickAll(true); });

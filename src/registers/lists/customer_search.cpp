@@ -2,6 +2,7 @@
 
 #include "db/condition.h"
 #include "db/connection.h"
+#include "db/query.h"
 #include "db/recordset.h"
 #include "registers/counterpart.h"
 #include "registers/customer.h"
@@ -84,11 +85,14 @@ const Item *itemAt(int place)
                                                                 : nullptr;
 }
 
+// Names in the order in which a person looks for them.
 QString orderOf(const CustomerQuery &query, const Item &item)
 {
     const auto place = static_cast<std::size_t>(query.order);
     const bool own = query.order < 0 || place >= orders.size() || *orders[place].columns == u'\0';
-    return QString::fromUtf16(own ? item.ownOrder : orders[place].columns);
+    const QString columns = QString::fromUtf16(own ? item.ownOrder : orders[place].columns);
+    const bool isName = columns == u"フリガナ"_s || columns == u"納品先名キー"_s;
+    return isName ? db::inJapaneseOrder(columns) : columns;
 }
 
 bool isInOwnOrder(const CustomerQuery &query)

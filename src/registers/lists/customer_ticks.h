@@ -20,6 +20,9 @@ public:
     /// Whether customers that have slips are kept out of the choice until setSlipsAllowed().
     enum class Guard { None, Slips };
 
+    /// The columns before this one, which tell what is chosen, always show.
+    static constexpr int firstChoosable = 2;
+
     CustomerTicks(db::Connection &connection, Guard guard);
 
     /// Finds the customers of a query that lacks nothing, and ticks all that can be. After a failure the list

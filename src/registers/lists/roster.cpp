@@ -3,6 +3,7 @@
 #include "book/slip_reader.h"
 #include "db/connection.h"
 #include "registers/customer.h"
+#include "text/japanese_order.h"
 
 #include <QHash>
 
@@ -171,8 +172,9 @@ base::Result<base::Report> roster(db::Connection &connection, const std::vector<
         std::move(block->begin(), block->end(), std::back_inserter(entries));
     }
     if (options.byReading)
-        std::stable_sort(entries.begin(), entries.end(),
-                         [](const Entry &a, const Entry &b) { return a.reading < b.reading; });
+        std::stable_sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
+            return text::comesBefore(a.reading, b.reading);
+        });
     base::Report report{options.title, u"%1 件"_s.arg(entries.size()), options.title, columnsOf(options)};
     report.rows.reserve(entries.size());
     for (Entry &entry : entries) {

@@ -28,6 +28,7 @@ LedgerDescription descriptionOf(LedgerView view)
                 .screen = u"frmOutZandaka",
                 .title = u"売掛金残高照会",
                 .zeros = openOnly,
+                .sorts = true,
                 .hasStart = false,
                 .opens = opensLedger};
     case LedgerView::PayableBalances:
@@ -35,6 +36,7 @@ LedgerDescription descriptionOf(LedgerView view)
                 .screen = u"frmInZandaka",
                 .title = u"買掛金残高照会",
                 .zeros = openOnly,
+                .sorts = true,
                 .hasStart = false,
                 .opens = opensLedger};
     case LedgerView::Stocktakes:
@@ -44,6 +46,7 @@ LedgerDescription descriptionOf(LedgerView view)
                 .screen = u"frmTanaMoto",
                 .title = u"棚卸補助元帳",
                 .zeros = u"在庫のあるものだけ(&Z)",
+                .sorts = true,
                 .hasStart = false,
                 .opens = opensLedger};
     case LedgerView::Goods:

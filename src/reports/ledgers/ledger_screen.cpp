@@ -116,6 +116,8 @@ void LedgerScreen::fitGrid()
 {
     m_ui->MSFlexGrid1->setAccessibleName(windowTitle());
     m_ui->MSFlexGrid1->showColumns(columnsOf(m_description.view));
+    if (m_description.sorts)
+        m_ui->MSFlexGrid1->letSortRows();
     // No wider than the columns: on its way along a wider row the eye gets lost.
     const QMargins margins = layout()->contentsMargins();
     resize(std::min(width(), margins.left() + margins.right() + m_ui->MSFlexGrid1->fullWidth()), height());

@@ -27,6 +27,7 @@ struct LedgerDescription
     const book::CounterpartSearch *search = nullptr; // whose ledger; none: it is about all
     std::vector<int> foundWidths{};                  // of the search result's columns, pixels; 0 hides one
     const char16_t *zeros = u""; // caption of the box that leaves zeros out; empty: no box
+    bool sorts = false;          // by a click on a heading: the order of its rows says nothing
     bool hasStart = true;        // a period; otherwise the state at the end of a day
     const char16_t *opens = u""; // what Enter does with a row; empty: nothing
 };

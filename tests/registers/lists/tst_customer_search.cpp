@@ -1,5 +1,6 @@
 #include "db/recordset.h"
 #include "registers/lists/customer_search.h"
+#include "registers/lists/roster.h"
 #include "support/fresh_shop.h"
 
 #include <QtTest>
@@ -205,6 +206,32 @@ private slots:
         QVERIFY(found({0, {}, false, orderNamed(u"登録区分昇順"_s)}).endsWith(u" 1"_s));
     }
 
+    // As in a dictionary, whatever the characters' numbers are: voiced kana beside the others, wide ones
+    // beside half-width ones.
+    void ordersNamesAsTheyAreLookedFor()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先')"_s);
+        int id = 0;
+        for (const QString &reading : {u"ｶﾜｲ"_s, u"ｶﾞﾏ"_s, u"アオキ"_s, u"ｷﾑﾗ"_s, u"ｱｲﾀﾞ"_s, u"ギオン"_s})
+            shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名キー, フリガナ, 区分ID) VALUES (?, ?, ?, 1)"_s,
+                     {++id, reading, reading});
+        const QString byReading = u"5 3 2 1 6 4"_s;
+        QCOMPARE(found(shop, {0, {}, false, orderNamed(u"ﾌﾘｶﾞﾅ昇順"_s)}), byReading);
+        for (const QString &item : {u"納品先名"_s, u"ﾌﾘｶﾞﾅ"_s})
+            QCOMPARE(found(shop, {itemNamed(item), {}, false, orderNamed(u"検索項目昇順"_s)}), byReading);
+        // On paper too.
+        const registers::RosterOptions readingsAlone{
+            u"名簿"_s, {}, registers::rosterColumnsFrom(u"000010000000000"_s)};
+        const auto printed =
+            registers::roster(shop.connection, {1, 2, 3, 4, 5, 6}, readingsAlone, base::unwatched);
+        QVERIFY(printed);
+        QStringList readings;
+        for (const base::ReportRow &row : printed->rows)
+            readings << row.values.constFirst().toString();
+        QCOMPARE(readings.join(u' '), u"ｱｲﾀﾞ アオキ ｶﾞﾏ ｶﾜｲ ギオン ｷﾑﾗ"_s);
+    }
+
     void tellsWhatIsLacking()
     {
         using registers::QueryLack;
@@ -238,9 +265,11 @@ private slots:
     }
 
 private:
-    QString found(const CustomerQuery &query)
+    QString found(const CustomerQuery &query) { return found(*m_shop, query); }
+
+    static QString found(FreshShop &shop, const CustomerQuery &query)
     {
-        db::Recordset customers(m_shop->connection);
+        db::Recordset customers(shop.connection);
         if (const base::Status opened = registers::openCustomersFound(customers, query); !opened)
             return opened.error().text;
         QStringList keys;

@@ -10,6 +10,7 @@
 
 #include <QCheckBox>
 #include <QDateEdit>
+#include <QHeaderView>
 #include <QPushButton>
 #include <QTimer>
 #include <QtTest>
@@ -182,6 +183,13 @@ private slots:
                      "|(相手先なし)|2026/03/04||70"_s);
         QCOMPARE(desk.sums(), u"-2,096"_s);
         QCOMPARE(desk.driver().cursor(), u"MSFlexGrid1"_s);
+        // Who owes most comes first after two clicks; the customers' own order after three.
+        auto *headings = desk.driver().the<ui::Grid>("MSFlexGrid1").horizontalHeader();
+        for (const QString &first : {u"aite0"_s, u"(削除済み) ID 77"_s, u"aite0"_s}) {
+            QTest::mouseClick(headings->viewport(), Qt::LeftButton, {},
+                              QPoint(headings->sectionViewportPosition(4) + 9, headings->height() / 2));
+            QCOMPARE(desk.cell(0, 1), first);
+        }
         QTest::keyClick(&desk.driver().the<QCheckBox>("Check1"), Qt::Key_Space);
         QCOMPARE(desk.row(1).join(u'|'), u"|aite1|2026/03/02|2026/03/03|0"_s);
 
