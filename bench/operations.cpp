@@ -35,10 +35,11 @@ namespace
 class SalesDesk
 {
 public:
-    explicit SalesDesk(const QString &fileName)
+    explicit SalesDesk(const QString &fileName, bool followsTaxTable = false)
         : m_shop(fileName)
         , m_screen(m_shop.workspace)
     {
+        m_shop.workspace.panel.followsTaxTable = followsTaxTable;
         m_shop.workspace.panel.employeeId = 1;
         m_screen.show();
     }
@@ -100,8 +101,9 @@ public:
     std::vector<Row> all()
     {
         slipSaved();
-        lineEntered(1000, 10000);
-        lineEntered(100000, 1000000);
+        lineEntered(1000, 10000, false);
+        lineEntered(100000, 1000000, false);
+        lineEntered(100000, 1000000, true);
         keySearch();
         screensOpened();
         previousSales(1000, 10000);
@@ -143,16 +145,18 @@ private:
     }
 
     // The third line of a slip, until it is shown.
-    void lineEntered(int customers, int slipCount)
+    void lineEntered(int customers, int slipCount, bool followsTaxTable)
     {
         const std::size_t at =
-            row("line entered in the sales screen",
-                QLocale(QLocale::English).toString(slipCount).toStdString() + " slips", 1.2);
-        const QString file = m_shops.copy(customers, slipCount, u"entered-%1"_s.arg(slipCount));
+            row(followsTaxTable ? "line entered, taxed by the table" : "line entered in the sales screen",
+                QLocale(QLocale::English).toString(slipCount).toStdString() + " slips",
+                followsTaxTable ? 1.5 : 1.2);
+        const QString file =
+            m_shops.copy(customers, slipCount, u"entered-%1-%2"_s.arg(slipCount).arg(followsTaxTable));
         auto bare = std::make_shared<Bare>(file);
         const qint64 customer = bare->customerOfClass(0);
         const QString key = bare->searchKeyOf(customer);
-        auto desk = std::make_shared<SalesDesk>(file);
+        auto desk = std::make_shared<SalesDesk>(file, followsTaxTable);
         add(at, "ours", [desk, key] {
             desk->begin(key);
             desk->secondsToEnterLine();

@@ -36,16 +36,6 @@ QString taxesWords(const book::Slip &slip)
     return words;
 }
 
-// "10%", or "8%・10%".
-QString ratesOf(const book::Slip &slip)
-{
-    QStringList rates;
-    for (const book::SlipLine &line : slip.lines)
-        rates << rateOf(line, slip);
-    rates.removeDuplicates();
-    return rates.join(u'・');
-}
-
 double taxOn(const book::Slip &slip)
 {
     double tax = 0;
@@ -63,7 +53,7 @@ void addTotals(printing::FormRecord &items, const DeliveryNoteData &data)
         items[u"消費税"_s] = taxesWords(data.slip);
     } else if (data.includedTax) {
         items[u"内税額"_s] = std::trunc(*data.includedTax);
-        items[u"内税率"_s] = ratesOf(data.slip);
+        items[u"内税率"_s] = data.includedRates;
     } else if (data.slip.taxClass == book::TaxClass::OnBill) {
         items[u"消費税"_s] = u"ご請求時に加算"_s;
     }

@@ -36,6 +36,7 @@ struct DeliveryNoteData
     book::Slip slip;                   // with the tax line, where one is due
     double total = 0;                  // yen
     std::optional<double> includedTax; // whole yen, of prices that include it
+    QString includedRates;             // at which: "10%", "10% ¥300・軽減8% ¥400"
     std::vector<InvoiceRate> rates;    // of a shop that issues qualified invoices
     QString reducedLegend;
     QStringList returned; // what the note says of goods that came back

@@ -1,6 +1,10 @@
 #include "book/printed_slip.h"
+#include "book/tax_terms.h"
 #include "masters/registration_number.h"
 #include "slips/documents/delivery_note.h"
+#include "text/numbers.h"
+
+using namespace Qt::StringLiterals;
 
 namespace slips
 {
@@ -21,6 +25,21 @@ base::Status addInvoice(db::Connection &connection, const book::PrintedSlip &pri
     if (returned)
         note.returned = std::move(*returned);
     return returned.status();
+}
+
+// One rate says nothing that the tax beside it does not.
+base::Result<QString> includedRates(const book::PrintedSlip &printed)
+{
+    const auto taxes =
+        book::taxesByRate(book::taxableAll(printed.slip.lines, printed.rate), book::Basis::Gross);
+    if (!taxes)
+        return taxes.error();
+    QStringList rates;
+    for (const book::RateTax &tax : *taxes) {
+        if (book::isTaxed(tax.taxClass))
+            rates << book::rateName(tax.taxClass, tax.rate) + u" ¥"_s + text::formatAmount(tax.tax);
+    }
+    return rates.size() == 1 ? rates.front().section(u' ', 0, 0) : rates.join(u'・');
 }
 
 } // namespace
@@ -45,6 +64,10 @@ base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint
         if (const base::Status added = addInvoice(connection, *printed, note); !added)
             return added.error();
     }
+    const auto included = printed->includedTax ? includedRates(*printed) : base::Result<QString>(QString());
+    if (!included)
+        return included.error();
+    note.includedRates = *included;
     note.reducedLegend = reducedLegend(printed->slip, printed->rate);
     note.slip = std::move(printed->slip);
     note.total = printed->total;

@@ -274,7 +274,9 @@ void GoodsSlipScreen::removeLine()
 
 base::Result<book::SlipSums> GoodsSlipScreen::readSums()
 {
-    const auto rate = slipRateOf(workspace(), date());
+    // The rate of a day stays; one kept by hand may be another by now.
+    const auto rate =
+        m_entry->hasChoice() ? base::Result<double>(m_slipRate) : slipRateOf(workspace(), date());
     return rate ? book::slipSums(workspace().connection, header().id, *rate) : rate.error();
 }
 

@@ -104,9 +104,11 @@ DeliveryNotes deliveryNotes()
     endless.slip.lines.push_back(endlessLine());
     auto &inclusive = notes[u"inclusive"_s] = note(3);
     inclusive.includedTax = 9817.9;
+    inclusive.includedRates = u"0%"_s;
     auto &large = notes[u"inclusive, large amounts"_s] = note(1);
     large.total = 999'999'999'999'999.0;
     large.includedTax = 99'999'999'999'999.0;
+    large.includedRates = u"0%"_s;
     notes[u"sender omitted"_s] = note(1);
     notes[u"sender omitted"_s].companyName = CompanyName::Omitted;
     notes[u"sender extended"_s] = note(21);

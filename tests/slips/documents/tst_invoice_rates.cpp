@@ -62,6 +62,7 @@ private slots:
     void onPaper();
     void billsOfIncludedPrices();
     void nobodyIsAddressed();
+    void includedTaxIsToldByRate();
 };
 
 void TestInvoiceRates::ratesOfANote_data()
@@ -184,6 +185,23 @@ void TestInvoiceRates::billsOfIncludedPrices()
     options.inclusive = false; // a slip taxed on top all the same
     options.closing = book::TaxRates::keptByHand(10);
     QCOMPARE(readDeliveryNote(shop.connection, 1, options)->rates.size(), 1U);
+}
+
+// For everybody, registered or not: whole yen at each rate.
+void TestInvoiceRates::includedTaxIsToldByRate()
+{
+    FreshShop shop;
+    addShop(shop, 2, QString());
+    addLines(shop, u"5400@8r 3300"_s);
+    DeliveryNoteOptions options;
+    options.inclusive = true;
+    const auto several = readDeliveryNote(shop.connection, 1, options);
+    QCOMPARE(several->includedRates, u"10% ¥300・軽減8% ¥400"_s);
+    const QStringList texts = textsOf(plainSheets(*several).front());
+    QVERIFY2(texts.contains(u"¥700"_s) && texts.contains(u"10% ¥300・軽減8% ¥400"_s),
+             qPrintable(texts.join(u'|')));
+    shop.run(u"DELETE FROM 入出庫サブ WHERE 税区分 = 1"_s);
+    QCOMPARE(readDeliveryNote(shop.connection, 1, options)->includedRates, u"10%"_s);
 }
 
 // The simplified invoice (適格簡易請求書) names nobody; it has all the rest.
