@@ -2,9 +2,11 @@
 
 #include "book/printed_slip.h"
 #include "book/tax.h"
+#include "book/tax_terms.h"
 #include "text/numbers.h"
 
 #include <cmath>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
@@ -46,6 +48,33 @@ Sums sumsOf(const std::vector<book::SlipLine> &lines)
     return sums;
 }
 
+// The tax lines among \a lines together, by what they are the tax of.
+std::map<QString, double> taxesIn(const std::vector<book::SlipLine> &lines, double slipRate)
+{
+    std::map<QString, double> taxes;
+    for (const book::SlipLine &line : lines) {
+        if (line.isTax())
+            taxes[book::rateName(line.taxClass.value_or(book::GoodsTax::Standard),
+                                 line.taxRate.value_or(slipRate))] += line.amount;
+    }
+    std::erase_if(taxes, [](const auto &tax) { return tax.second == 0; });
+    return taxes;
+}
+
+double wantedRate(const std::vector<book::SlipLine> &taxes, double slipRate)
+{
+    return taxes.empty() ? slipRate : taxes.front().taxRate.value_or(slipRate);
+}
+
+// "10% 200 円、軽減8% 256 円"
+QString taxesInWords(const std::map<QString, double> &taxes)
+{
+    QStringList words;
+    for (const auto &[rate, tax] : taxes)
+        words << rate + u' ' + figure(tax) + u" 円"_s;
+    return words.isEmpty() ? u"0 円"_s : words.join(u'、');
+}
+
 } // namespace
 
 bool isCounted(const book::SlipLine &line)
@@ -80,13 +109,19 @@ QString taxRemark(const std::vector<book::SlipLine> &lines, double taxRate, book
     if (!book::taxIsAdded(taxClass, false))
         return u"この相手先の消費税は%1ですが、伝票に消費税の行（%2 円）があります。"_s.arg(nameOf(taxClass),
                                                                                             figure(sums.tax));
-    const auto tax = book::taxOf(book::taxableGoods(lines, taxRate), book::Basis::Net);
-    if (!tax)
-        return tax.error().text;
-    if (*tax == sums.tax)
+    const auto wanted = book::taxLinesFor(lines, taxRate, taxRate);
+    if (!wanted)
+        return wanted.error().text;
+    const std::map<QString, double> booked = taxesIn(lines, taxRate);
+    const std::map<QString, double> due = taxesIn(*wanted, taxRate);
+    if (booked == due)
         return {};
+    if (booked.size() > 1 || due.size() > 1)
+        return u"消費税の行は %1 ですが、いまの明細では %2 になります。"_s.arg(taxesInWords(booked),
+                                                                               taxesInWords(due));
     return u"消費税の行は %1 円ですが、いまの明細（%2 円、税率 %3 %）では %4 円になります。"_s.arg(
-        figure(sums.tax), figure(sums.goods), QString::number(taxRate, 'g', 6), figure(*tax));
+        figure(sums.tax), figure(sums.goods), QString::number(wantedRate(*wanted, taxRate), 'g', 6),
+        figure(sumsOf(*wanted).tax));
 }
 
 std::optional<double> taxDue(const std::vector<book::SlipLine> &lines, double taxRate,

@@ -12,6 +12,7 @@ private slots:
     void aClassBringsItsRate_data();
     void aClassBringsItsRate();
     void taxLinesAreMadeAnewByRate();
+    void aTaxOfTheWrongRateIsDoubted();
     void nonsenseIsRefused_data();
     void nonsenseIsRefused();
     void oneRateByHandShowsNoClasses();
@@ -65,6 +66,23 @@ void TestCorrectionTaxes::taxLinesAreMadeAnewByRate()
                  u"SELECT 商品名, 規格, 金額, 税区分, 税率 FROM 入出庫サブ WHERE ID = 9 ORDER BY 明細ID"_s),
              QStringList({u"りんご|箱|2000|1|8"_s, u"箱|-|1000|-|-"_s, u"消費税|5%|50|0|5"_s,
                           u"消費税|軽減8%|160|1|8"_s}));
+}
+
+// The same yen in one line: right in sum, wrong on the invoice.
+void TestCorrectionTaxes::aTaxOfTheWrongRateIsDoubted()
+{
+    Desk desk(book::sale, true);
+    desk.shop.run(u"UPDATE 入出庫サブ SET 税区分 = 1, 税率 = 5 WHERE ID = 9 AND 商品名 = 'りんご'"_s);
+    for (const int row : {0, 1})
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), row, u"伝票番号"_s));
+    QVERIFY2(desk.message().contains(u"税率 5 %"_s), qPrintable(desk.message()));
+    desk.shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 数量, 単価, 金額) VALUES (9, '箱', 1, 1000, 1000)"_s);
+    desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 150 WHERE ID = 9 AND 商品名 = '消費税'"_s);
+    for (const int row : {0, 1})
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), row, u"伝票番号"_s));
+    QVERIFY2(desk.message().contains(
+                 u"消費税の行は 5% 150 円 ですが、いまの明細では 5% 50 円、軽減5% 100 円 になります。"_s),
+             qPrintable(desk.message()));
 }
 
 void TestCorrectionTaxes::nonsenseIsRefused_data()
