@@ -93,7 +93,7 @@ void DialogFormLayout::connectControls()
     connect(m_ui->chkGrid, &QCheckBox::toggled, m_view, &SheetView::setCalibrationGrid);
     connect(m_ui->cmdZoomIn, &QPushButton::clicked, m_view, &SheetView::zoomIn);
     connect(m_ui->cmdZoomOut, &QPushButton::clicked, m_view, &SheetView::zoomOut);
-    connect(m_ui->cmdPreview, &QPushButton::clicked, this, &DialogFormLayout::preview);
+    connect(m_ui->cmdPreview, &QPushButton::clicked, this, &DialogFormLayout::printTrial);
     connect(m_ui->cmdUndo, &QPushButton::clicked, this, &DialogFormLayout::undo);
     connect(m_ui->cmdStore, &QPushButton::clicked, this, &DialogFormLayout::store);
     connect(m_ui->cmdBuiltIn, &QPushButton::clicked, this, &DialogFormLayout::takeBuiltIn);
@@ -165,13 +165,20 @@ const LayoutElement *DialogFormLayout::current() const
     return link.isValid() ? &m_elements.at(static_cast<std::size_t>(link.toInt())) : nullptr;
 }
 
-void DialogFormLayout::showSheet()
+std::vector<Sheet> DialogFormLayout::specimenSheets(const QHash<QString, double> &shifts) const
 {
     const QString sheet = current() ? current()->sheet : QString();
     const bool isOfSeveral = sheet == u"before_last" || sheet == u"further";
     const int rows = m_form.body ? m_form.body->first.count : 0;
-    m_document.sheets = formSheets(m_form, specimenValues(*form().items, isOfSeveral ? 2 * rows : rows / 2));
-    m_view->turnTo(sheet == u"further" ? 2 : 1);
+    FormValues values = specimenValues(*form().items, isOfSeveral ? 2 * rows : rows / 2);
+    values.shifts = shifts;
+    return formSheets(m_form, values);
+}
+
+void DialogFormLayout::showSheet()
+{
+    m_document.sheets = specimenSheets({});
+    m_view->turnTo(current() && current()->sheet == u"further" ? 2 : 1);
     m_view->showChange();
 }
 
@@ -279,6 +286,13 @@ bool DialogFormLayout::settle()
 
 bool DialogFormLayout::mayClose() { return settle(); }
 
-void DialogFormLayout::preview() { showPreview(workspace(), this, m_document); }
+// As it comes out in use, so that what the ruler tells of it is what is to be changed.
+void DialogFormLayout::printTrial()
+{
+    Document trial = m_document;
+    trial.sheets = specimenSheets(form().shifts);
+    trial.calibrationGrid = true;
+    showPreview(workspace(), this, std::move(trial));
+}
 
 } // namespace printing

@@ -27,6 +27,7 @@ struct AdjustableForm
     QString caption;
     QString fileName; // of its layout
     const FormItems *items = nullptr;
+    QHash<QString, double> shifts{}; // as the printer dialogs move it in use, millimetres
 };
 
 /// 「用紙の調整」: where each element of a form stands, over a grid of millimetres, and boxes that move it.
@@ -60,6 +61,7 @@ private:
     void showElements();
     /// Draws the form with so many sheets that the current element is on one of them, and turns to that.
     void showSheet();
+    [[nodiscard]] std::vector<Sheet> specimenSheets(const QHash<QString, double> &shifts) const;
     [[nodiscard]] const LayoutElement *current() const;
     void showMeasures();
     void showStates(const QString &message = {});
@@ -68,7 +70,7 @@ private:
     bool store();
     void takeBuiltIn();
     bool settle();
-    void preview();
+    void printTrial();
 
     const std::unique_ptr<Ui::DialogFormLayout> m_ui;
     const std::vector<AdjustableForm> m_forms;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -91,23 +92,30 @@ void drawRichText(QPainter &painter, const RichTextSlot &slot, QTextDocument &te
     painter.restore();
 }
 
-void drawGrid(QPainter &painter, const Sheet &sheet, const QString &face)
+void drawGridLines(QPainter &painter, const Sheet &sheet, int step, const std::function<QPen(int at)> &pen)
+{
+    const double right = twipsFromMillimetres(sheet.readWidth());
+    const double bottom = twipsFromMillimetres(sheet.readHeight());
+    for (int x = 0; x <= sheet.readWidth(); x += step) {
+        painter.setPen(pen(x));
+        painter.drawLine(QPointF(twipsFromMillimetres(x), 0), QPointF(twipsFromMillimetres(x), bottom));
+    }
+    for (int y = 0; y <= sheet.readHeight(); y += step) {
+        painter.setPen(pen(y));
+        painter.drawLine(QPointF(0, twipsFromMillimetres(y)), QPointF(right, twipsFromMillimetres(y)));
+    }
+}
+
+void drawGrid(QPainter &painter, const Sheet &sheet, const Look &look)
 {
     constexpr int step = 10; // millimetres
     constexpr int labelledStep = 50;
     const QColor colour(120, 120, 120);
-    const double right = twipsFromMillimetres(sheet.readWidth());
-    const double bottom = twipsFromMillimetres(sheet.readHeight());
-    const auto pen = [&](int at) { painter.setPen(QPen(colour, at % labelledStep == 0 ? 8 : 2)); };
-    for (int x = 0; x <= sheet.readWidth(); x += step) {
-        pen(x);
-        painter.drawLine(QPointF(twipsFromMillimetres(x), 0), QPointF(twipsFromMillimetres(x), bottom));
-    }
-    for (int y = 0; y <= sheet.readHeight(); y += step) {
-        pen(y);
-        painter.drawLine(QPointF(0, twipsFromMillimetres(y)), QPointF(right, twipsFromMillimetres(y)));
-    }
-    applyFont(painter, face, 7);
+    if (look.fineGrid)
+        drawGridLines(painter, sheet, 1, [](int) { return QPen(QColor(225, 225, 225), 0); });
+    drawGridLines(painter, sheet, step,
+                  [&colour](int at) { return QPen(colour, at % labelledStep == 0 ? 8 : 2); });
+    applyFont(painter, look.face, 7);
     painter.setPen(colour);
     for (int x = labelledStep; x < sheet.readWidth(); x += labelledStep)
         painter.drawText(QPointF(twipsFromMillimetres(x + 0.5), twipsFromMillimetres(step - 1)),
@@ -121,7 +129,7 @@ void drawContent(QPainter &painter, const Document &document, const Sheet &sheet
                  TextPainter &texts)
 {
     if (look.calibrationGrid)
-        drawGrid(painter, sheet, look.face);
+        drawGrid(painter, sheet, look);
     for (const Box &box : sheet.boxes)
         drawBox(painter, box);
     drawLines(painter, sheet.lines);

@@ -39,6 +39,7 @@ struct Look
 {
     QString face;                 // font of all text
     bool calibrationGrid = false; // lines every 10 mm, to see how far a printer is off
+    bool fineGrid = false;        // every millimetre too, on a screen where there is room for them
 };
 
 /// Draws \a sheet from the painter's present origin, which is the paper's top-left corner.

@@ -18,6 +18,7 @@ constexpr double zoomStep = 1.25;
 constexpr double smallestScale = 0.4; // dots to the millimetre
 constexpr double largestScale = 40;
 constexpr double millimetresPerInch = 25.4;
+constexpr double fineScale = 5; // from which on a grid shows each millimetre, dots to one
 constexpr int wheelNotch = 120; // eighths of a degree
 
 } // namespace
@@ -141,7 +142,9 @@ void SheetView::drawPaper(const QRectF &area, const QRect &seen)
     // The sheet is drawn in its own size on a device of so many dots to the inch.
     const double natural = viewport()->logicalDpiX() / millimetresPerInch;
     painter.scale(m_scale / natural, m_scale / natural);
-    drawSheet(painter, m_document, *sheet(), m_look, usualUnprintableMargins());
+    Look look = m_look;
+    look.fineGrid = m_scale >= fineScale;
+    drawSheet(painter, m_document, *sheet(), look, usualUnprintableMargins());
 }
 
 void SheetView::drawMark(const QPointF &corner)

@@ -206,6 +206,31 @@ private slots:
         QCOMPARE(view.verticalScrollBar()->value(), 0);
     }
 
+    void aGridSeenCloselyShowsEachMillimetre()
+    {
+        Document document;
+        document.sheets.push_back({});
+        SheetView view(document, {u"IPAMincho"_s, true});
+        view.resize(600, 700);
+        view.show();
+        const auto linesAcross = [&view] { // between the lines of the grid that lie
+            const QImage seen = view.viewport()->grab().toImage();
+            const QRectF paper = areaOf(seen, [](QRgb dot) { return dot == qRgb(255, 255, 255); });
+            const int y = qRound(paper.top() + 15.5 * view.scale());
+            int lines = 0;
+            for (int x = qRound(paper.left()) + 1; x < qRound(paper.right()); ++x)
+                lines +=
+                    seen.pixel(x, y) != qRgb(255, 255, 255) && seen.pixel(x - 1, y) == qRgb(255, 255, 255);
+            return lines * view.scale() / paper.width() * 10; // to ten millimetres
+        };
+        const double whole = linesAcross();
+        QVERIFY2(whole > 0.7 && whole < 1.3, qPrintable(QString::number(whole)));
+        while (view.scale() < 8)
+            view.zoomIn();
+        const double near = linesAcross();
+        QVERIFY2(near > 8.5 && near < 11, qPrintable(QString::number(near)));
+    }
+
     void savesAsPdfAndAsksBeforeOverwriting()
     {
         const Desk desk(1);

@@ -69,7 +69,7 @@ void openOwnCompany(QWidget *parent, workspace::Workspace &workspace)
 // The form that notes are printed on comes first.
 void openFormLayouts(QWidget *parent, workspace::Workspace &workspace)
 {
-    printing::DialogFormLayout shown(workspace, slips::adjustableForms(),
+    printing::DialogFormLayout shown(workspace, slips::adjustableForms(workspace.settings),
                                      slips::deliveryNoteLayout(workspace.panel.deliveryPaper, false), parent);
     shown.exec();
 }

@@ -35,11 +35,34 @@ QString ownLayout(const QString &applicationFolder, const QString &fileName)
     return QDir(formFolder(applicationFolder)).filePath(fileName);
 }
 
-// Of a file that is not there, and of one that cannot be read: none.
-QByteArray contentOf(const QString &fileName)
+/// Leaves a copy of \a own under a dated name, where it is there and not what is \a known of it. \return that
+/// name, else an empty one
+base::Result<QString> keepForeign(const QString &own, const QByteArray &known, const QDate &today)
 {
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.read(mostBytes) : QByteArray();
+    QFile file(own);
+    if (!file.exists())
+        return QString();
+    if (!file.open(QIODevice::ReadOnly))
+        return base::Error{
+            u"レイアウトファイル「%1」を読み取れないため、保存しませんでした。「組み込みに戻す」を"
+            "押すと、別の名前で残してから保存できます。"_s.arg(own)};
+    if (file.read(mostBytes) == known)
+        return QString();
+    const QString kept = base::datedName(own, u"以前"_s, today);
+    if (!QFile::copy(own, kept))
+        return base::Error{
+            u"ほかで変更されたレイアウトファイル「%1」を別の名前で残せないため、保存しませんでした。"_s.arg(
+                own)};
+    return kept;
+}
+
+base::Status write(const base::Replacement &replacement, const QByteArray &content)
+{
+    QFile file(replacement.name());
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush())
+        return {};
+    return base::Error{u"レイアウトファイル「%1」に書き込めませんでした（%2）。"_s.arg(replacement.target(),
+                                                                                       file.errorString())};
 }
 
 } // namespace
@@ -86,19 +109,18 @@ base::Status saveOwnLayout(const QString &applicationFolder, const QString &file
     const QString target = ownLayout(applicationFolder, fileName);
     if (!base::makeSharedFolder(formFolder(applicationFolder)))
         return base::Error{u"フォルダ「%1」を作成できませんでした。"_s.arg(formFolder(applicationFolder))};
-    if (contentOf(target) != known) {
-        if (const auto kept = dropOwnLayout(applicationFolder, fileName, today); !kept)
-            return kept.error();
-    }
     base::Replacement file(target);
     if (const base::Status begun = file.begin(); !begun)
         return begun;
-    QFile writing(file.name());
-    if (!writing.open(QIODevice::WriteOnly) || writing.write(content) != content.size() || !writing.flush())
-        return base::Error{
-            u"レイアウトファイル「%1」に書き込めませんでした（%2）。"_s.arg(target, writing.errorString())};
-    writing.close();
-    return file.finish();
+    if (const base::Status written = write(file, content); !written)
+        return written;
+    const auto kept = keepForeign(target, known, today);
+    if (!kept)
+        return kept.error();
+    const base::Status finished = file.finish();
+    if (!finished && !kept->isEmpty())
+        QFile::remove(*kept);
+    return finished;
 }
 
 base::Result<QString> dropOwnLayout(const QString &applicationFolder, const QString &fileName,

@@ -8,10 +8,11 @@ using namespace Qt::StringLiterals;
 namespace slips
 {
 
-std::vector<printing::AdjustableForm> adjustableForms()
+std::vector<printing::AdjustableForm> adjustableForms(const workspace::Settings &settings)
 {
-    const auto note = [](const QString &caption, const char16_t *layout) {
-        return printing::AdjustableForm{caption, QString::fromUtf16(layout), &deliveryNoteItems()};
+    const auto note = [moved = noteShifts(noteOffsets(printing::noteSteps(settings)))](
+                          const QString &caption, const char16_t *layout) {
+        return printing::AdjustableForm{caption, QString::fromUtf16(layout), &deliveryNoteItems(), moved};
     };
     return {note(u"納品書　A4 無地"_s, plainDeliveryNoteLayout),
             note(u"納品書　HISAGO 1149"_s, continuousDeliveryNoteLayout),

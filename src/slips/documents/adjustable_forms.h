@@ -2,10 +2,15 @@
 
 #include "printing/DialogFormLayout.h"
 
+namespace workspace
+{
+class Settings;
+} // namespace workspace
+
 namespace slips
 {
 
-/// The forms of slips, for 「用紙の調整」.
-std::vector<printing::AdjustableForm> adjustableForms();
+/// The forms of slips, for 「用紙の調整」, moved in use as \a settings say.
+std::vector<printing::AdjustableForm> adjustableForms(const workspace::Settings &settings);
 
 } // namespace slips

@@ -4,16 +4,27 @@
 #include "slips/documents/adjustable_forms.h"
 #include "slips/documents/delivery_note.h"
 #include "support/fresh_shop.h"
+#include "support/ordinary_user.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
+#include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 #include "ui/report_grid.h"
+#include "workspace/settings.h"
 
+#include <QApplication>
+#include <QCheckBox>
 #include <QDir>
 #include <QDoubleSpinBox>
 #include <QFile>
 #include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
+#include <QTimer>
+
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 using ui::prompts::Choice;
@@ -29,11 +40,21 @@ const QString backToBuiltIn = u"この用紙の調整をやめて、組み込み
 
 struct Desk
 {
+    explicit Desk(const std::function<void(FreshShop &)> &prepare)
+    {
+        prepare(shop);
+        open();
+    }
     explicit Desk(const QByteArray &own = {})
     {
         if (!own.isEmpty())
             write(own);
-        screen = std::make_unique<printing::DialogFormLayout>(shop.workspace, slips::adjustableForms());
+        open();
+    }
+    void open()
+    {
+        screen = std::make_unique<printing::DialogFormLayout>(shop.workspace,
+                                                              slips::adjustableForms(shop.settings));
         driver = std::make_unique<ScreenDriver>(screen.get());
         driver->show();
     }
@@ -105,6 +126,9 @@ private slots:
     void fileChangedMeanwhileIsKept();
     void clickChoosesTheElement();
     void failedStoringKeepsTheMoves();
+    void failedStoringKeepsTheOtherFile_data();
+    void failedStoringKeepsTheOtherFile();
+    void trialComesOutAsInUse();
     void wheelMovesNothing();
 };
 
@@ -263,6 +287,66 @@ void TestFormLayout::failedStoringKeepsTheMoves()
     QVERIFY(desk.driver->the("cmdStore").isEnabled());
     ui::prompts::expectAskHowToLeave(unsaved, Choice::Discard, Choice::Save);
     desk.driver->key(Qt::Key_Escape);
+}
+
+void TestFormLayout::failedStoringKeepsTheOtherFile_data()
+{
+    QTest::addColumn<bool>("unreadable"); // the file; else nothing can be written into the folder
+    QTest::newRow("no rights for the folder") << false;
+    QTest::newRow("a file of somebody else") << true;
+}
+
+// What a colleague made meanwhile stays where it is, and in use.
+void TestFormLayout::failedStoringKeepsTheOtherFile()
+{
+    QFETCH(bool, unreadable);
+    Desk desk;
+    desk.choose(u"日付"_s);
+    desk.type(1, u"150"_s);
+    desk.write("# 別の人");
+    const QString folder = desk.shop.path(u"layouts"_s);
+    const auto rights = QFile::ReadOwner | QFile::ExeOwner;
+    {
+        const OrdinaryUser user({desk.shop.folder.path(), folder, desk.ownFile()});
+        if (unreadable)
+            QVERIFY(QFile::setPermissions(desk.ownFile(), {}));
+        else
+            QVERIFY(QFile::setPermissions(folder, rights));
+        ui::prompts::expectInform({});
+        desk.driver->press("cmdStore");
+        QVERIFY(QFile::setPermissions(folder, rights | QFile::WriteOwner));
+    }
+    QCOMPARE(desk.files(), QStringList{layout});
+    QFile other(desk.ownFile());
+    QVERIFY(other.open(QIODevice::ReadOnly));
+    QCOMPARE(other.readAll(), "# 別の人");
+    QCOMPARE(desk.box(1).value(), 150.0);
+    ui::prompts::expectAskHowToLeave(unsaved, Choice::Discard, Choice::Save);
+    desk.driver->key(Qt::Key_Escape);
+}
+
+// Moved by the offsets of the printer dialog, over the grid: the ruler is laid on what is in use.
+void TestFormLayout::trialComesOutAsInUse()
+{
+    Desk desk([](FreshShop &shop) { shop.settings.write(workspace::keys::offsetB, 2); });
+    const double drawn = desk.printed(u"日付"_s).y();
+    const QString fileName = desk.shop.path(u"trial.pdf"_s);
+    QTimer::singleShot(0, desk.screen.get(), [&] {
+        QWidget *preview = QApplication::activeModalWidget();
+        QVERIFY(preview && preview->objectName() == u"frmPreview"_s);
+        QVERIFY(preview->findChild<QCheckBox *>(u"chkGrid"_s)->isChecked());
+        ui::file_dialogs::expectFile(fileName);
+        preview->findChild<QPushButton *>(u"cmdPdf"_s)->click();
+        preview->close();
+    });
+    desk.driver->press("cmdPreview");
+    QProcess reader;
+    reader.start(u"pdftotext"_s, {u"-bbox"_s, fileName, u"-"_s});
+    reader.waitForFinished();
+    static const QRegularExpression word(u"yMin=\"([0-9.]+)\"[^>]*>2026年12月31日"_s);
+    const auto match = word.match(QString::fromUtf8(reader.readAll()));
+    const double y = match.captured(1).toDouble() * 25.4 / 72;
+    QVERIFY2(std::abs(y - drawn - 2.82) < 0.3, qPrintable(QString::number(y - drawn)));
 }
 
 void TestFormLayout::wheelMovesNothing()
