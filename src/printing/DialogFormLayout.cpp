@@ -12,6 +12,7 @@
 #include "workspace/workspace.h"
 
 #include <QDoubleSpinBox>
+#include <QLineEdit>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -84,8 +85,11 @@ void DialogFormLayout::connectControls()
         showSheet();
         showMeasures();
     });
-    for (std::size_t i = 0; i < m_boxes.size(); ++i)
+    for (std::size_t i = 0; i < m_boxes.size(); ++i) {
         connect(m_boxes[i].box, &QDoubleSpinBox::valueChanged, this, [this, i] { measureChanged(i); });
+        connect(m_boxes[i].box->findChild<QLineEdit *>(), &QLineEdit::textEdited, this,
+                [this] { m_ui->cmdStore->setEnabled(true); });
+    }
     connect(m_view, &SheetView::pointedAt, this, [this](const QPointF &point) {
         if (const int found = elementAt(m_elements, point); found >= 0)
             m_ui->gridElements->setCurrentIndex(m_ui->gridElements->model()->index(found, 0));
@@ -233,8 +237,15 @@ void DialogFormLayout::measureChanged(std::size_t place)
     showMeasures();
 }
 
+void DialogFormLayout::takeTyped()
+{
+    for (const MeasureBox &measure : m_boxes)
+        measure.box->interpretText();
+}
+
 void DialogFormLayout::undo()
 {
+    takeTyped();
     if (m_before.empty())
         return;
     const QByteArray before = m_before.back();
@@ -245,6 +256,7 @@ void DialogFormLayout::undo()
 
 bool DialogFormLayout::store()
 {
+    takeTyped();
     const QByteArray known = m_file.isOwn ? m_file.content : QByteArray();
     if (!tell(saveOwnLayout(workspace().applicationFolder(), form().fileName, m_content, known,
                             workspace().today())))
@@ -270,6 +282,7 @@ void DialogFormLayout::takeBuiltIn()
 
 bool DialogFormLayout::settle()
 {
+    takeTyped();
     if (m_content == m_file.content)
         return true;
     switch (ui::prompts::askHowToLeave(this, u"用紙の調整が保存されていません。保存しますか。"_s,
@@ -289,6 +302,7 @@ bool DialogFormLayout::mayClose() { return settle(); }
 // As it comes out in use, so that what the ruler tells of it is what is to be changed.
 void DialogFormLayout::printTrial()
 {
+    takeTyped();
     Document trial = m_document;
     trial.sheets = specimenSheets(form().shifts);
     trial.calibrationGrid = true;

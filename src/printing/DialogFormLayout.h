@@ -66,6 +66,8 @@ private:
     void showMeasures();
     void showStates(const QString &message = {});
     void measureChanged(std::size_t place);
+    /// Takes what stands typed in a box that the cursor has not left.
+    void takeTyped();
     void undo();
     bool store();
     void takeBuiltIn();

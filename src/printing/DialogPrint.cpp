@@ -24,12 +24,20 @@ QSizeF paperOf(const Document &document)
     return {sheet.paperWidth, sheet.paperHeight};
 }
 
+std::optional<QMarginsF> unprintableFor(const Document &document, const QueueAbilities &abilities)
+{
+    const QMarginsF margins = unprintableOn(abilities, paperOf(document));
+    return margins.isNull() ? std::nullopt : std::optional(margins);
+}
+
 } // namespace
 
-DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &document, QWidget *parent)
+DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &document,
+                         const SelectedPrinter &selected, QWidget *parent)
     : Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::DialogPrint>())
     , m_document(document)
+    , m_missing(missingInWords(selected))
 {
     m_ui->setupUi(this);
     const int pages = static_cast<int>(document.sheets.size());
@@ -38,7 +46,8 @@ DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &docume
     m_ui->spnLast->setValue(pages);
     m_ui->lblPages->setText(u"/ 全 %1 ページ"_s.arg(pages));
     m_ui->lblPaper->setText(paperInWords(paperOf(document)));
-    fillQueues();
+    m_ui->cboQueue->addItems(selected.installed);
+    m_ui->cboQueue->setCurrentText(selected.name);
     connect(m_ui->cboQueue, &QComboBox::currentIndexChanged, this, &DialogPrint::readQueue);
     for (QSpinBox *page : {m_ui->spnFirst, m_ui->spnLast})
         connect(page, &QSpinBox::valueChanged, this, [this] { m_ui->optRange->setChecked(true); });
@@ -50,21 +59,6 @@ DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &docume
 }
 
 DialogPrint::~DialogPrint() = default;
-
-void DialogPrint::fillQueues()
-{
-    const auto selected =
-        selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose, m_document.printer);
-    if (!selected) {
-        m_failure = selected.error().text;
-        return;
-    }
-    m_ui->cboQueue->addItems(selected->installed);
-    m_ui->cboQueue->setCurrentText(selected->name);
-    m_missing = missingInWords(*selected);
-    if (selected->installed.isEmpty())
-        m_failure = u"プリンタが見つかりません。プリンタを設定するか、PDF に保存してください。"_s;
-}
 
 void DialogPrint::readQueue()
 {
@@ -129,7 +123,8 @@ void DialogPrint::print()
                             .paper = paperOf(m_document),
                             .bin = m_ui->cboBin->currentData().toString(),
                             .copies = copies,
-                            .resolution = resolutionToAskFor(*m_abilities)},
+                            .resolution = resolutionToAskFor(*m_abilities),
+                            .unprintable = unprintableFor(m_document, *m_abilities)},
                            isRange ? first : 1,
                            isRange ? last : m_ui->spnFirst->maximum()};
     accept();

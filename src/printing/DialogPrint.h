@@ -30,15 +30,15 @@ class DialogPrint : public ui::Screen
     Q_OBJECT
 
 public:
-    /// Stands at the purpose's own printer, or at the usual one where that is gone.
-    DialogPrint(workspace::Workspace &workspace, const Document &document, QWidget *parent = nullptr);
+    /// Stands at the printer \a selected, of those that it was chosen from.
+    DialogPrint(workspace::Workspace &workspace, const Document &document, const SelectedPrinter &selected,
+                QWidget *parent = nullptr);
     ~DialogPrint() override;
 
     /// What the clerk chose; nothing unless the dialog was accepted.
     [[nodiscard]] const std::optional<PrintChoice> &choice() const { return m_choice; }
 
 private:
-    void fillQueues();
     void readQueue();
     void showBins();
     void showRemark();
@@ -48,7 +48,7 @@ private:
 
     const std::unique_ptr<Ui::DialogPrint> m_ui;
     const Document &m_document;
-    QString m_missing; // says that the purpose's own printer is gone
+    const QString m_missing; // says that the purpose's own printer is gone
     std::optional<QueueAbilities> m_abilities;
     QString m_failure; // why they could not be read
     std::optional<PrintChoice> m_choice;

@@ -25,7 +25,7 @@ std::vector<base::Column> jobColumns()
     return {{u"時刻"_s, Text, 7},
             {u"文書"_s, Text, 30, 20, true},
             {u"プリンタ"_s, Text, 20},
-            {u"状態"_s, Text, 30},
+            {u"状態"_s, Text, 36},
             {u"番号"_s, Number, 7}};
 }
 

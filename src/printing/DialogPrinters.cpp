@@ -49,7 +49,7 @@ void DialogPrinters::buildRows()
     m_ui->lblRemark->setText(installed ? QString() : installed.error().text);
     m_ui->lblRemark->setVisible(!installed);
     for (const Row &row : m_rows) {
-        fill(row, installed ? *installed : QStringList());
+        fill(row, installed ? installed->names : QStringList());
         connect(row.chooseFont, &QPushButton::clicked, this, [this, &row] { chooseFont(row); });
     }
 }

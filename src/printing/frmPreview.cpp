@@ -16,8 +16,10 @@
 #include <QAction>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -33,7 +35,7 @@ frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidg
     m_ui->setupUi(this);
     m_ui->chkGrid->setChecked(m_look.calibrationGrid);
     setWindowTitle(u"印刷プレビュー　"_s + m_document.title);
-    m_ui->LblPrinterName->setText(printerInWords());
+    m_ui->LblPrinterName->setText(u"プリンタを調べています。"_s);
     m_ui->lblRemark->setText(m_document.remark);
     m_ui->lblRemark->setVisible(!m_document.remark.isEmpty());
     addPages();
@@ -101,24 +103,38 @@ bool frmPreview::carryOut(const QString &what,
     return done || done.error().cancelled ? bool(done) : tell(done);
 }
 
-QString frmPreview::printerInWords() const
+base::Result<SelectedPrinter> frmPreview::selected() const
 {
-    const auto selected =
-        selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose, m_document.printer);
-    return selected && !selected->name.isEmpty() ? u"プリンタ："_s + selected->name
-                                                 : u"プリンタが見つかりません。PDF に保存できます。"_s;
+    return selectPrinter(printSystem(workspace()), workspace().settings, m_document.purpose,
+                         m_document.printer);
+}
+
+// The print service may take its time to answer: the page comes first.
+void frmPreview::paintEvent(QPaintEvent *event)
+{
+    Screen::paintEvent(event);
+    if (!std::exchange(m_isPrinterAsked, true))
+        QTimer::singleShot(0, this, &frmPreview::showPrinter);
+}
+
+void frmPreview::showPrinter()
+{
+    const auto printer = selected();
+    m_ui->LblPrinterName->setText(printer && !printer->name.isEmpty()
+                                      ? u"プリンタ："_s + printer->name
+                                      : u"プリンタが見つかりません。PDF に保存できます。"_s);
 }
 
 void frmPreview::print()
 {
-    const auto printers = printSystem(workspace()).queues();
-    if (!printers || printers->isEmpty()) {
-        const QString none = printers ? u"プリンタが見つかりません。"_s : printers.error().text + u'\n';
+    const auto printer = selected();
+    if (!printer || printer->installed.isEmpty()) {
+        const QString none = printer ? u"プリンタが見つかりません。"_s : printer.error().text + u'\n';
         if (ui::prompts::ask(this, none + u"PDF に保存しますか。"_s))
             savePdf();
         return;
     }
-    DialogPrint dialog(workspace(), m_document, this);
+    DialogPrint dialog(workspace(), m_document, *printer, this);
     dialog.exec();
     if (dialog.choice() && hand(*dialog.choice())) {
         m_issued = true;

@@ -32,6 +32,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void addPages();
@@ -39,7 +40,8 @@ private:
     void addShortcuts();
     /// Does long \a work, which may be stopped. \return whether it was done; a failure is told
     bool carryOut(const QString &what, const std::function<base::Status(const base::Progress &)> &work);
-    [[nodiscard]] QString printerInWords() const;
+    [[nodiscard]] base::Result<SelectedPrinter> selected() const;
+    void showPrinter();
     void print();
     bool hand(const PrintChoice &choice);
     void savePdf();
@@ -49,6 +51,7 @@ private:
     const Document m_document;
     Look m_look;
     bool m_issued = false;
+    bool m_isPrinterAsked = false;
     SheetView *m_preview = nullptr;
 };
 

@@ -1,6 +1,7 @@
 #include "printing/pdf.h"
 
 #include "base/replacement.h"
+#include "printing/queue/print_system.h"
 #include "printing/renderer.h"
 #include "workspace/workspace.h"
 
@@ -31,6 +32,13 @@ base::Status writeWhole(const QString &fileName, const QByteArray &content)
 }
 
 } // namespace
+
+Look lookOn(const JobSettings &settings, const Look &look)
+{
+    Look there = look;
+    there.unprintable = settings.unprintable;
+    return there;
+}
 
 base::Result<QByteArray> pdfOf(const Document &document, const Look &look, const base::Progress &progress)
 {

@@ -14,7 +14,11 @@ namespace printing
 {
 
 struct Document;
+struct JobSettings;
 struct Look;
+
+/// \a look as it has to be for the printer that \a settings are for.
+Look lookOn(const JobSettings &settings, const Look &look);
 
 /// \a document as PDF, with its fonts embedded.
 base::Result<QByteArray> pdfOf(const Document &document, const Look &look,

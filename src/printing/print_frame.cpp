@@ -27,17 +27,17 @@ QString missingInWords(const SelectedPrinter &selected)
 base::Result<SelectedPrinter> selectPrinter(PrintSystem &system, const workspace::Settings &settings,
                                             Purpose purpose, const QString &other)
 {
-    const auto installed = system.queues();
-    if (!installed)
-        return installed.error();
-    SelectedPrinter selected{*installed, other.isEmpty() ? settings.text(printerKey(purpose)) : other, {}};
-    if (installed->contains(selected.name))
+    const auto queues = system.queues();
+    if (!queues)
+        return queues.error();
+    SelectedPrinter selected{queues->names, other.isEmpty() ? settings.text(printerKey(purpose)) : other, {}};
+    if (queues->names.contains(selected.name))
         return selected;
     selected.missing = std::exchange(selected.name, QString());
-    if (const auto usual = system.usualQueue(); usual && installed->contains(*usual))
-        selected.name = *usual;
-    else if (!installed->isEmpty())
-        selected.name = installed->front();
+    if (queues->names.contains(queues->usual))
+        selected.name = queues->usual;
+    else if (!queues->names.isEmpty())
+        selected.name = queues->names.front();
     return selected;
 }
 

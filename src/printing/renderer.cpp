@@ -180,7 +180,7 @@ base::Status drawPages(QPagedPaintDevice &device, const Document &document, cons
     QPainter painter;
     if (!painter.begin(&device))
         return jobRefused();
-    const QMarginsF unprintable = unprintableMargins(device);
+    const QMarginsF unprintable = look.unprintable.value_or(unprintableMargins(device));
     TextPainter texts(look.face);
     qint64 drawn = 0;
     for (int round = 0; round < pages.rounds; ++round) {
@@ -223,6 +223,23 @@ void setPage(QPagedPaintDevice &device, const Document &document)
 {
     if (!document.sheets.empty())
         device.setPageLayout(pageOf(document.sheets.front()));
+}
+
+bool setPage(QPrinter &printer, const Document &document)
+{
+    if (document.sheets.empty())
+        return true;
+    const QPageLayout wanted = pageOf(document.sheets.front());
+    // A page without margins is refused whole by a printer that has some; one thing after the other is not.
+    if (!printer.setPageLayout(wanted)) {
+        printer.setFullPage(true);
+        printer.setPageSize(wanted.pageSize());
+        printer.setPageOrientation(wanted.orientation());
+    }
+    constexpr double tolerance = 1; // millimetres
+    const QSizeF off = printer.pageLayout().fullRect(QPageLayout::Millimeter).size() -
+                       wanted.fullRect(QPageLayout::Millimeter).size();
+    return std::abs(off.width()) < tolerance && std::abs(off.height()) < tolerance;
 }
 
 base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,

@@ -11,6 +11,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 
 class QPagedPaintDevice;
 class QPainter;
@@ -37,9 +38,10 @@ struct Document
 /// How a document is drawn.
 struct Look
 {
-    QString face;                 // font of all text
-    bool calibrationGrid = false; // lines every 10 mm, to see how far a printer is off
-    bool fineGrid = false;        // every millimetre too, on a screen where there is room for them
+    QString face;                           // font of all text
+    bool calibrationGrid = false;           // lines every 10 mm, to see how far a printer is off
+    bool fineGrid = false;                  // every millimetre too, on a screen where there is room for them
+    std::optional<QMarginsF> unprintable{}; // of the printer, millimetres; else as the device tells
 };
 
 /// Draws \a sheet from the painter's present origin, which is the paper's top-left corner.
@@ -56,6 +58,9 @@ QMarginsF unprintableMargins(const QPagedPaintDevice &device);
 
 /// Tells \a device the document's paper. To be called again after a print dialog, which may have changed it.
 void setPage(QPagedPaintDevice &device, const Document &document);
+
+/// As above. \return whether \a printer took it: one of cut paper may keep its own
+bool setPage(QPrinter &printer, const Document &document);
 
 /// Draws all sheets onto \a device, one a page. Fails when the device takes no job. \a progress counts pages.
 base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,

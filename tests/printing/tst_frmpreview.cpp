@@ -19,6 +19,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QTest>
@@ -327,7 +328,7 @@ private slots:
         Sheet sheet;
         sheet.bin = wanted;
         document.sheets.push_back(sheet);
-        DialogPrint dialog(shop.workspace, document);
+        DialogPrint dialog(shop.workspace, document, {printers->names, u"LASER"_s, {}});
         ScreenDriver driver(&dialog);
         driver.show();
         driver.press("cmdPrint");
@@ -373,13 +374,63 @@ private slots:
         const Desk desk(1, [](FakePrinters &, FreshShop &shop) {
             shop.settings.write(workspace::keys::printerName, u"事務所のプリンタ"_s);
         });
-        QVERIFY(desk.driver->the<QLabel>("LblPrinterName").text().contains(u"LASER"_s));
+        QTRY_COMPARE(desk.driver->the<QLabel>("LblPrinterName").text(), u"プリンタ：LASER"_s);
         desk.print([](QWidget &dialog) {
             QCOMPARE(in<QComboBox>(dialog, "cboQueue").currentText(), u"LASER"_s);
             QVERIFY(in<QLabel>(dialog, "lblRemark").text().contains(u"「事務所のプリンタ」が見つからない"_s));
             dialog.close();
         });
         QVERIFY(desk.printers->given.empty());
+    }
+
+    // The service may take seconds; it is asked once for the label, and once for each print.
+    void thePageIsThereBeforeThePrintServiceIsAsked()
+    {
+        FreshShop shop;
+        const auto printers = std::make_shared<FakePrinters>();
+        printers->usual = u"DOT"_s;
+        keepPrintSystem(shop.workspace, printers);
+        frmPreview preview(shop.workspace, pagesOfText(1));
+        preview.show();
+        QCOMPARE(printers->asked, 0);
+        QTRY_COMPARE(preview.findChild<QLabel *>(u"LblPrinterName"_s)->text(), u"プリンタ：DOT"_s);
+        preview.repaint();
+        QCoreApplication::processEvents();
+        QCOMPARE(printers->asked, 1);
+        QTimer::singleShot(0, &preview, [] { QApplication::activeModalWidget()->close(); });
+        press(preview, "cmdPrint");
+        QCOMPARE(printers->asked, 2);
+    }
+
+    // Counted from the corner of what this printer reaches, as the queue tells it for the paper.
+    void aFormFromThePrintableCornerIsSetByThePrintersMargins()
+    {
+        Document document;
+        Sheet sheet;
+        sheet.origin = Origin::PrintableArea;
+        sheet.texts.push_back({0, 0, u"角"_s, 12});
+        document.sheets.push_back(sheet);
+        FreshShop shop;
+        const auto printers = std::make_shared<FakePrinters>();
+        printers->can[u"LASER"_s] = {.media = {{u"a4"_s, {210, 297}, {10, 20, 10, 20}}}};
+        keepPrintSystem(shop.workspace, printers);
+        frmPreview preview(shop.workspace, document);
+        ScreenDriver driver(&preview);
+        driver.show();
+        QTimer::singleShot(0, &preview, [] { press(*QApplication::activeModalWidget(), "cmdPrint"); });
+        driver.press("cmdPrint");
+        QProcess reader;
+        reader.start(u"pdftotext"_s, {u"-bbox"_s, u"-"_s, u"-"_s});
+        reader.write(printers->given.front().pdf);
+        reader.closeWriteChannel();
+        reader.waitForFinished();
+        const QString words = QString::fromUtf8(reader.readAll());
+        static const QRegularExpression word(u"xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\"[^>]*>角"_s);
+        const auto match = word.match(words);
+        const double mm = 72 / 25.4;
+        QVERIFY2(std::abs(match.captured(1).toDouble() / mm - 10) < 0.3 &&
+                     std::abs(match.captured(2).toDouble() / mm - 20) < 0.3,
+                 qPrintable(words));
     }
 
     void aRefusedJobIsToldAndCountsAsNotPrinted()

@@ -292,7 +292,7 @@ private slots:
         desk.driver->type("Text2", u"3"_s);
         inWindow(u"frmPreview"_s, *desk.dialog, [&desk](QWidget &preview) {
             QVERIFY(preview.findChild<QCheckBox *>(u"chkGrid"_s)->isChecked());
-            QCOMPARE(preview.findChild<QLabel *>(u"LblPrinterName"_s)->text(), u"プリンタ：DOT"_s);
+            QTRY_COMPARE(preview.findChild<QLabel *>(u"LblPrinterName"_s)->text(), u"プリンタ：DOT"_s);
             inWindow(u"DialogPrint"_s, *desk.dialog,
                      [](QWidget &dialog) { dialog.findChild<QPushButton *>(u"cmdPrint"_s)->click(); });
             preview.findChild<QPushButton *>(u"cmdPrint"_s)->click();

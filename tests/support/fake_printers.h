@@ -21,17 +21,20 @@ public:
     std::map<QString, printing::QueueAbilities> can; // others take all paper
     std::optional<base::Error> noService;            // what every call fails with
     std::optional<base::Error> refusal;              // of whatever is handed over
+    int asked = 0;                                   // how often for the queues
     std::vector<Given> given;
     std::vector<printing::PrintJob> list;
     std::vector<int> cancelled; // numbers
     bool hasProperties = true;  // the desktop can show them
     QStringList shown;          // whose properties were
 
-    base::Result<QStringList> queues() override
+    base::Result<printing::Queues> queues() override
     {
-        return noService ? base::Result<QStringList>(*noService) : names;
+        ++asked;
+        if (noService)
+            return *noService;
+        return printing::Queues{names, usual};
     }
-    base::Result<QString> usualQueue() override { return usual; }
     base::Result<printing::QueueAbilities> abilities(const QString &queue) override
     {
         const auto found = can.find(queue);
@@ -42,7 +45,7 @@ public:
     {
         if (refusal)
             return *refusal;
-        const auto pdf = printing::pdfOf(document, look, progress);
+        const auto pdf = printing::pdfOf(document, printing::lookOn(settings, look), progress);
         if (!pdf)
             return pdf.error();
         given.push_back({settings, *pdf});

@@ -5,6 +5,7 @@
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
+#include <QAction>
 #include <QDialog>
 
 using namespace Qt::StringLiterals;
@@ -15,8 +16,9 @@ namespace tour
 namespace
 {
 
-std::shared_ptr<FakePrinters> printers()
+std::shared_ptr<FakePrinters> printers(const QDate &today)
 {
+    using printing::JobState;
     using printing::Medium;
     const Medium a4{u"iso_a4_210x297mm"_s, {210, 297}, {4.2, 4.2, 4.2, 4.2}};
     const Medium form{u"custom_241.3x114.3mm"_s, {241.3, 114.3}, {6.35, 12.7, 6.35, 12.7}};
@@ -32,6 +34,8 @@ std::shared_ptr<FakePrinters> printers()
                                  .custom = printing::CustomSizes{{25, 25}, 381, {}, form.margins},
                                  .usualPaper = form,
                                  .mostCopies = 99};
+    made->list = {{12, u"Souko-Dot"_s, u"納品書 O2"_s, JobState::Stopped, {today, QTime(10, 42)}},
+                  {11, u"Jimusho-Laser"_s, u"納品書 O1"_s, JobState::Done, {today, QTime(9, 58)}}};
     return made;
 }
 
@@ -39,7 +43,7 @@ std::shared_ptr<FakePrinters> printers()
 
 void setPrintersUp(Walker &walker, workspace::Workspace &workspace, app::frmAMain &window)
 {
-    printing::keepPrintSystem(workspace, printers());
+    printing::keepPrintSystem(workspace, printers(workspace.today()));
     walker.visit(
         u"printer of notes"_s, [&] { walker.on(window).press(u"LblPrinterName"_s); },
         [&](QDialog &screen) {
@@ -49,7 +53,12 @@ void setPrintersUp(Walker &walker, workspace::Workspace &workspace, app::frmAMai
             walker.picture(screen, u"printer-of-notes"_s);
             walker.visit(
                 u"calibration sheet"_s, [&] { walker.on(screen).press(u"Command49"_s); },
-                [&](QDialog &preview) { walker.picture(preview, u"calibration-sheet"_s); });
+                [&](QDialog &preview) {
+                    walker.picture(preview, u"calibration-sheet"_s);
+                    walker.visit(
+                        u"print dialog"_s, [&] { walker.on(preview).press(u"cmdPrint"_s); },
+                        [&](QDialog &print) { walker.picture(print, u"print-dialog"_s); });
+                });
             walker.visit(
                 u"printers of other purposes"_s, [&] { walker.on(screen).press(u"cmdPurposes"_s); },
                 [&](QDialog &others) { walker.picture(others, u"printers-of-other-purposes"_s); });
@@ -64,6 +73,9 @@ void setPrintersUp(Walker &walker, workspace::Workspace &workspace, app::frmAMai
             walker.on(screen).press(u"Command2"_s);
             walker.picture(screen, u"printer-of-slips"_s);
         });
+    walker.visit(
+        u"print jobs"_s, [&] { walker.on(window).the<QAction>(u"mnuPrintJobs"_s).trigger(); },
+        [&](QDialog &screen) { walker.picture(screen, u"print-jobs"_s); });
     walker.check(workspace.settings.integer(workspace::keys::offsetB) == 2,
                  u"the position of notes is not stored"_s);
     walker.check(workspace.settings.text(workspace::keys::kuroPrinterName) == u"Souko-Dot"_s,

@@ -33,6 +33,7 @@ Commands fileCommands()
         {Action::SaveFileAs, u"mnuSave", u"名前を付けて保存(&S)", u"mnuFileOpen"},
         {Action::PrinterChoice, u"mnuPrinter", u"プリンタの設定(&P)", u"mnuFileOpen"},
         {Action::PrinterProperties, u"munPrinter", u"プリンタのプロパティ(&R)", u"mnuFileOpen"},
+        {Action::PrintJobs, u"mnuPrintJobs", u"印刷の状況(&J)", u"mnuFileOpen"},
         {Action::OpenBackup, u"mnuBackupOpen", u"バックアップファイルを開く(&B)", u"mnuFileOpen"},
         {Action::Backups, u"mnuBackups", u"バックアップの一覧(&L)", u"mnuFileOpen", none,
          {{u"cmdBackups", u"バックアップの一覧", Page::Settings, u"データベース"}}},
@@ -288,6 +289,7 @@ bool needsDatabase(Action action)
     case Action::PrinterProperties:
     case Action::SlipPrinter:
     case Action::SlipFont:
+    case Action::PrintJobs:
     case Action::ExtendedName:
     case Action::FormLayouts:
     case Action::PostalCodes:

@@ -37,6 +37,7 @@ enum class Action {
     PrinterProperties,
     SlipPrinter,
     SlipFont,
+    PrintJobs,
     // slips
     Sales,
     SalesCorrection,

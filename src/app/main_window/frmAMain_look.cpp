@@ -225,8 +225,11 @@ void frmAMain::showPrinters()
     };
     m_ui->LblPrinterName->setText(shown(settings.text(workspace::keys::printerName)));
     m_ui->Label19->setText(shown(settings.text(workspace::keys::kuroPrinterName)));
-    m_ui->txtFontName->setText(settings.text(workspace::keys::printerFont));
-    m_ui->txtFontName2->setText(settings.text(workspace::keys::kuroPrinterFont));
+    const auto face = [&settings](printing::Purpose purpose) {
+        return printing::withoutVerticalMark(settings.text(printing::fontKey(purpose)));
+    };
+    m_ui->txtFontName->setText(face(printing::Purpose::DeliveryNotesAndBills));
+    m_ui->txtFontName2->setText(face(printing::Purpose::ShippingSlips));
 }
 
 void frmAMain::showFile()

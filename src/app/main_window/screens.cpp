@@ -6,6 +6,7 @@
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
 #include "printing/DialogFormLayout.h"
+#include "printing/DialogPrintJobs.h"
 #include "printing/DialogPrinterP.h"
 #include "printing/DialogPrinterSet.h"
 #include "printing/renderer.h"
@@ -172,6 +173,7 @@ Openers screenOpeners()
         {Action::PrinterChoice, openNotePrinter},
         {Action::PrinterProperties, screen<printing::frmPrinterP>()},
         {Action::SlipPrinter, screen<printing::DialogPrinterP>()},
+        {Action::PrintJobs, screen<printing::DialogPrintJobs>()},
         {Action::Employees, screen<masters::frmShain>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},
         {Action::FormLayouts, openFormLayouts},

@@ -208,6 +208,8 @@ void fill(Options &options, const JobSettings &settings)
 {
     options.add("media-col", mediumText(settings));
     options.add("copies", QString::number(std::max(1, settings.copies)));
+    // A note of several sheets comes out whole before it comes out again.
+    options.add("multiple-document-handling", u"separate-documents-collated-copies"_s);
     // Fitted to the printable area, a form would shrink away from its boxes.
     options.add("print-scaling", u"none"_s);
     if (settings.resolution)
@@ -272,30 +274,20 @@ JobState stateFrom(ipp_jstate_t state)
 
 } // namespace
 
-base::Result<QStringList> CupsSystem::queues()
+base::Result<Queues> CupsSystem::queues()
 {
     const auto http = connection();
     if (!http)
         return http.error();
-    QStringList names;
+    Queues queues;
     for (const cups_dest_t &queue : Destinations(http->get())) {
         // An instance is a second name of the same queue with options of its own.
         if (!queue.instance)
-            names << QString::fromUtf8(queue.name);
-    }
-    return names;
-}
-
-base::Result<QString> CupsSystem::usualQueue()
-{
-    const auto http = connection();
-    if (!http)
-        return http.error();
-    for (const cups_dest_t &queue : Destinations(http->get())) {
+            queues.names << QString::fromUtf8(queue.name);
         if (queue.is_default != 0)
-            return QString::fromUtf8(queue.name);
+            queues.usual = QString::fromUtf8(queue.name);
     }
-    return QString();
+    return queues;
 }
 
 base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
@@ -333,7 +325,7 @@ base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
 base::Result<int> CupsSystem::print(const Document &document, const Look &look, const JobSettings &settings,
                                     const base::Progress &progress)
 {
-    const auto pdf = pdfOf(document, look, progress);
+    const auto pdf = pdfOf(document, lookOn(settings, look), progress);
     return pdf ? hand(*pdf, document.title, settings) : pdf.error();
 }
 

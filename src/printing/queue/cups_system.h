@@ -10,8 +10,7 @@ namespace printing
 class CupsSystem : public PrintSystem
 {
 public:
-    base::Result<QStringList> queues() override;
-    base::Result<QString> usualQueue() override;
+    base::Result<Queues> queues() override;
     base::Result<QueueAbilities> abilities(const QString &queue) override;
     base::Result<int> print(const Document &document, const Look &look, const JobSettings &settings,
                             const base::Progress &progress) override;

@@ -28,6 +28,14 @@ struct JobSettings
     QString bin{}; // as the system names it; empty: the queue's own choice
     int copies = 1;
     std::optional<Resolution> resolution{}; // where the queue's usual one is not to be used
+    std::optional<QMarginsF> unprintable{}; // of the queue on this paper, millimetres, where it tells
+};
+
+/// The queues of this machine.
+struct Queues
+{
+    QStringList names; // as the clerk knows them; none where none is set up
+    QString usual{};   // that the desktop prints on; empty where it has none
 };
 
 enum class JobState { Waiting, Held, Printing, Stopped, Cancelled, Failed, Done };
@@ -55,10 +63,8 @@ class PrintSystem
 public:
     virtual ~PrintSystem() = default;
 
-    /// The names of the queues, as the clerk knows them; none where none is set up.
-    virtual base::Result<QStringList> queues() = 0;
-    /// The queue that the desktop prints on; empty where it has none.
-    virtual base::Result<QString> usualQueue() = 0;
+    /// May take a moment: the system looks about the network, too. Fails where there is no print service.
+    virtual base::Result<Queues> queues() = 0;
     /// Fails where there is no such queue, or its printer does not answer.
     virtual base::Result<QueueAbilities> abilities(const QString &queue) = 0;
     /// Draws \a document whole and hands it over. \return the number of the job that the queue made of it.

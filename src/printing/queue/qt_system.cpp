@@ -34,9 +34,10 @@ base::Error noSuchPrinter(const QString &queue)
 
 } // namespace
 
-base::Result<QStringList> QtSystem::queues() { return QPrinterInfo::availablePrinterNames(); }
-
-base::Result<QString> QtSystem::usualQueue() { return QPrinterInfo::defaultPrinterName(); }
+base::Result<Queues> QtSystem::queues()
+{
+    return Queues{QPrinterInfo::availablePrinterNames(), QPrinterInfo::defaultPrinterName()};
+}
 
 base::Result<QueueAbilities> QtSystem::abilities(const QString &queue)
 {
@@ -60,7 +61,9 @@ base::Result<int> QtSystem::print(const Document &document, const Look &look, co
     QPrinter printer(QPrinter::HighResolution);
     printer.setPrinterName(settings.queue);
     printer.setDocName(document.title);
-    setPage(printer, document);
+    if (!setPage(printer, document))
+        return base::Error{
+            u"プリンタ「%1」が用紙の大きさを受け付けないため、印刷しませんでした。"_s.arg(settings.queue)};
     printer.setCopyCount(std::max(1, settings.copies));
     printer.setCollateCopies(true);
     const base::Status printed = printDocument(printer, document, look, progress);

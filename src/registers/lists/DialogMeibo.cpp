@@ -33,7 +33,7 @@ DialogMeibo::DialogMeibo(workspace::Workspace &workspace, std::vector<qint64> cu
     m_ui->setupUi(this);
     addColumns();
     if (const auto printers = printing::printSystem(workspace).queues())
-        m_ui->Combo2->addItems(*printers);
+        m_ui->Combo2->addItems(printers->names);
     m_ui->Combo2->setEnabled(m_ui->Combo2->count() > 0);
     showSettings();
     connect(m_ui->Command7, &QPushButton::clicked, this, &DialogMeibo::chooseFont);

@@ -28,6 +28,7 @@ void TestPrinterCommands::eachWayLeadsToItsPrinter_data()
     QTest::newRow("notes, menu") << u"mnuPrinter"_s << Action::PrinterChoice;
     QTest::newRow("slips, their printer") << u"Label19"_s << Action::SlipPrinter;
     QTest::newRow("slips, button") << u"Picture3"_s << Action::SlipPrinter;
+    QTest::newRow("the day's jobs, menu") << u"mnuPrintJobs"_s << Action::PrintJobs;
     QTest::newRow("properties, menu") << u"munPrinter"_s << Action::PrinterProperties;
 }
 
@@ -50,7 +51,7 @@ void TestPrinterCommands::aNewPrinterShowsAtOnce()
     QCOMPARE(stage.find<QAbstractButton>("Label19")->text(), u"通常使うプリンタ"_s);
     stage.whenOpened = [&stage](Action) {
         stage.shop.settings.write(workspace::keys::kuroPrinterName, u"倉庫"_s);
-        stage.shop.settings.write(workspace::keys::printerFont, u"IPAGothic"_s);
+        stage.shop.settings.write(workspace::keys::printerFont, u"@IPAGothic"_s);
     };
     stage.click("Label19");
     QCOMPARE(stage.find<QAbstractButton>("Label19")->text(), u"倉庫"_s);

@@ -81,10 +81,10 @@ private slots:
     {
         const auto queues = m_system.queues();
         QVERIFY(queues);
-        QCOMPARE(QSet<QString>(queues->begin(), queues->end()),
+        QCOMPARE(QSet<QString>(queues->names.begin(), queues->names.end()),
                  (QSet<QString>{u"cut"_s, u"any"_s, u"needles"_s}));
         QVERIFY(test::PrivateCups::run(u"lpadmin"_s, {u"-d"_s, u"any"_s}));
-        QCOMPARE(*m_system.usualQueue(), u"any"_s);
+        QCOMPARE(m_system.queues()->usual, u"any"_s);
 
         const QSizeF continuous(241.3, 114.3);
         const auto cut = m_system.abilities(u"cut"_s);
@@ -125,7 +125,8 @@ private slots:
         const QStringList options = m_cups->options(*job);
         QCOMPARE(options.front(), u"3"_s);
         for (const QString &option :
-             {u"InputSlot=Manual"_s, u"PageSize=Custom.684x324"_s, u"print-scaling=none"_s})
+             {u"InputSlot=Manual"_s, u"PageSize=Custom.684x324"_s, u"print-scaling=none"_s,
+              u"multiple-document-handling=separate-documents-collated-copies"_s})
             QVERIFY2(options.contains(option), qPrintable(options.join(u' ')));
     }
 
@@ -195,7 +196,7 @@ private slots:
     {
         QtSystem toolkit;
         const auto queues = toolkit.queues();
-        QVERIFY(queues->contains(u"any"_s) && queues->contains(u"cut"_s));
+        QVERIFY(queues->names.contains(u"any"_s) && queues->names.contains(u"cut"_s));
         const auto cut = toolkit.abilities(u"cut"_s);
         QVERIFY(takesPaper(*cut, {210, 297}) && !takesPaper(*cut, {241.3, 114.3}));
         QVERIFY(takesPaper(*toolkit.abilities(u"any"_s), {241.3, 114.3}));

@@ -129,6 +129,8 @@ private slots:
     void failedStoringKeepsTheOtherFile_data();
     void failedStoringKeepsTheOtherFile();
     void trialComesOutAsInUse();
+    void whatIsStillBeingTypedCounts_data();
+    void whatIsStillBeingTypedCounts();
     void wheelMovesNothing();
 };
 
@@ -347,6 +349,28 @@ void TestFormLayout::trialComesOutAsInUse()
     const auto match = word.match(QString::fromUtf8(reader.readAll()));
     const double y = match.captured(1).toDouble() * 25.4 / 72;
     QVERIFY2(std::abs(y - drawn - 2.82) < 0.3, qPrintable(QString::number(y - drawn)));
+}
+
+void TestFormLayout::whatIsStillBeingTypedCounts_data()
+{
+    QTest::addColumn<Qt::Key>("key"); // with Alt, or Esc alone
+    QTest::newRow("stored by its letter") << Qt::Key_S;
+    QTest::newRow("left with Esc") << Qt::Key_Escape;
+}
+
+// The cursor has not left the box.
+void TestFormLayout::whatIsStillBeingTypedCounts()
+{
+    QFETCH(Qt::Key, key);
+    Desk desk;
+    desk.choose(u"日付"_s);
+    desk.box(1).setFocus();
+    desk.box(1).selectAll();
+    QTest::keyClicks(&desk.box(1), u"150"_s);
+    if (key == Qt::Key_Escape)
+        ui::prompts::expectAskHowToLeave(unsaved, Choice::Save, Choice::Save);
+    desk.driver->key(key, key == Qt::Key_Escape ? Qt::NoModifier : Qt::AltModifier);
+    QTRY_COMPARE(desk.printed(u"日付"_s).x(), 150.0);
 }
 
 void TestFormLayout::wheelMovesNothing()

@@ -1,7 +1,9 @@
 #include "placed_texts.h"
+#include "printing/forms/form_files.h"
 #include "printing/frmPreview.h"
 #include "printing/queue/cups_system.h"
 #include "slips/documents/delivery_note_print.h"
+#include "slips/documents/estimate.h"
 #include "support/fresh_shop.h"
 #include "support/private_cups.h"
 #include "support/screen_driver.h"
@@ -220,6 +222,26 @@ private slots:
         }
         QCOMPARE(m_cups->options(*job).front(), u"2"_s);
         QVERIFY(m_cups->options(*job).contains(u"print-scaling=none"_s));
+    }
+
+    void estimatesArriveInTheirPlace()
+    {
+        Shop shop(forms().at(u"A4"_s));
+        const auto data = readEstimate(shop.workspace.connection, 1, {});
+        QVERIFY(data);
+        printing::Document document;
+        document.title = u"見積書 M1"_s;
+        document.sheets =
+            estimateSheets(*data, printing::builtInForm(QString::fromUtf16(estimateLayout), estimateItems()));
+        for (const QString &queue : {u"any"_s, u"cut"_s}) {
+            const auto job = m_system.print(document, printing::Look{u"IPAMincho"_s},
+                                            {.queue = queue, .paper = {210, 297}}, base::unwatched);
+            QVERIFY2(job, job ? "" : qPrintable(job.error().text));
+            const std::vector<Page> pages = pagesOf(m_cups->arrived(*job));
+            QCOMPARE(pages.size(), document.sheets.size());
+            for (const printing::TextItem &item : document.sheets.front().texts)
+                QVERIFY2(isThere(pages.front(), item), qPrintable(item.text));
+        }
     }
 
     // A known layout, so that a fault of the engine and of the way to the queue cannot make up for each
