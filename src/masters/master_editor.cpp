@@ -23,6 +23,7 @@ constexpr double keyColumnWidth = 1200;
 constexpr double nameColumnWidth = 3000;
 
 constexpr int plainColumnCharacters = 12; // half-width
+constexpr int choiceCharacters = 20;
 
 ui::NameOf namesOf(const QStringList &choices)
 {
@@ -91,7 +92,8 @@ void MasterEditor::openList()
         QList<ui::GridColumn> shown;
         for (const MasterField &field : m_definition.fields)
             shown << ui::GridColumn{.column = field.column,
-                                    .characters = plainColumnCharacters,
+                                    .characters =
+                                        field.choices.isEmpty() ? plainColumnCharacters : choiceCharacters,
                                     .nameOf = namesOf(field.choices)};
         m_controls.grid->letSort();
         m_controls.grid->setColumns(shown);
