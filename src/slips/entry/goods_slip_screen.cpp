@@ -13,6 +13,8 @@
 #include "ui/prompts.h"
 #include "workspace/workspace.h"
 
+#include <QHeaderView>
+
 using namespace Qt::StringLiterals;
 
 namespace slips
@@ -77,11 +79,10 @@ void GoodsSlipScreen::setUpGoods(const GoodsControls &controls)
 void GoodsSlipScreen::setUpLines()
 {
     m_goods.lines->setModel(&m_lines);
-    // With the column of the tax all of them are to be seen on a small display, too.
-    if (workspace().panel.followsTaxTable)
-        setWidths(m_goods.lines, {240, 150, 80, 60, 100, 110, 70});
-    else
-        setWidths(m_goods.lines, {290, 180, 80, 60, 100, 110, 70});
+    setWidths(m_goods.lines, {290, 180, 80, 60, 100, 110, 70});
+    // Beside the name, as on paper: there it is seen however wide the others are.
+    m_goods.lines->horizontalHeader()->moveSection(taxColumn, 1);
+    m_goods.lines->setColumnHidden(taxColumn, !workspace().panel.followsTaxTable);
     m_goods.previous->setModel(&m_previous);
     setWidths(m_goods.previous, {120, 100, 320, 260, 90, 60, 110, 130});
     m_entry = new LineEntry(this, m_description.emptyPrice, m_goods.entry);

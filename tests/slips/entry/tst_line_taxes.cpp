@@ -148,6 +148,7 @@ void TestLineTaxes::aShopOfOneRateSeesNothingOfIt()
 {
     SalesDesk desk;
     desk.shop.run(u"UPDATE 納品商品 SET 税区分 = 1"_s);
+    QVERIFY(desk.the<QTableView>("dgdSub").isColumnHidden(6));
     desk.open(0);
     QVERIFY(!desk.the("cboLineTax").isVisible());
     QVERIFY(!desk.the("lblLineTax").isVisible());
