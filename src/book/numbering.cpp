@@ -4,6 +4,8 @@
 #include "text/like.h"
 #include "text/width.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace book
@@ -31,14 +33,17 @@ base::Status checkManualNumber(db::Connection &connection, const QString &number
 {
     if (!number.startsWith(QChar(letter)))
         return base::Error{wrongNumber()};
-    const auto found = connection.integers(
-        u"SELECT ID FROM 入出庫マスター WHERE 伝票番号 LIKE ? ESCAPE '\\' AND ID <> ? LIMIT 1"_s,
-        {text::literalPattern(number), own});
+    const auto found = connection.select(u"SELECT 伝票番号 FROM 入出庫マスター WHERE 伝票番号 LIKE ? "
+                                         "ESCAPE '\\' AND ID <> ? ORDER BY ID"_s,
+                                         {text::literalPattern(number), own});
     if (!found)
         return found.error();
-    if (!found->empty())
-        return base::Error{u"伝票番号が重複しています。"_s};
-    return {};
+    // The search finds both forms of a kanji, which make two numbers.
+    const std::u16string asWritten = text::foldedAsWritten(number);
+    const bool isTaken = std::ranges::any_of(found->rows, [&](const QVariantList &row) {
+        return text::foldedAsWritten(row.constFirst().toString()) == asWritten;
+    });
+    return isTaken ? base::Status(base::Error{u"伝票番号が重複しています。"_s}) : base::Status();
 }
 
 } // namespace book

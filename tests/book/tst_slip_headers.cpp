@@ -110,6 +110,7 @@ void TestSlipHeaders::manualNumbers_data()
     QTest::newRow("taken") << u"I7"_s << taken;
     QTest::newRow("taken, other width") << u"I７"_s << taken;
     QTest::newRow("taken, other case") << u"I-A1%"_s << taken;
+    QTest::newRow("another form of a kanji") << u"I高2"_s << QString();
     QTest::newRow("not a pattern") << u"I%"_s << QString();
     QTest::newRow("nor a joker") << u"I_"_s << QString();
     QTest::newRow("quote") << u"I'1"_s << QString();
@@ -120,7 +121,7 @@ void TestSlipHeaders::manualNumbers()
     QFETCH(QString, number);
     QFETCH(QString, refusal);
     Shop shop;
-    shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (7, 'I7'), (8, 'I-a1%')"_s);
+    shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (7, 'I7'), (8, 'I-a1%'), (9, 'I髙2')"_s);
     const base::Status checked = book::checkManualNumber(shop.connection, number, u'I');
     QCOMPARE(checked ? QString() : checked.error().text, refusal);
 
@@ -131,7 +132,7 @@ void TestSlipHeaders::manualNumbers()
     QCOMPARE(header ? QString() : header.error().text, refusal);
     if (header)
         QCOMPARE(header->number, number);
-    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), refusal.isEmpty() ? 3 : 2);
+    QCOMPARE(shop.value(u"SELECT COUNT(*) FROM 入出庫マスター"_s).toInt(), refusal.isEmpty() ? 4 : 3);
 }
 
 void TestSlipHeaders::headerStampsTheCustomerInOneAction()
