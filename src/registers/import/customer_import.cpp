@@ -155,7 +155,8 @@ void numberCodes(std::vector<ImportCandidate> &candidates, CodeNumbers numbers)
         numbers.take(candidate.values.at(places().code));
     for (ImportCandidate &candidate : candidates) {
         const bool isNew = candidate.state == State::Ready || candidate.state == State::Duplicate;
-        if (isNew && candidate.values.at(places().code).isEmpty())
+        candidate.isNumbered = isNew && candidate.values.at(places().code).isEmpty();
+        if (candidate.isNumbered)
             fill(candidate, places().code, numbers.next());
     }
 }

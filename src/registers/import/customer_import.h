@@ -41,12 +41,13 @@ struct ImportCandidate
     std::size_t row = 0; // in the table
     int line = 0;        // of the file
     State state = State::Ready;
-    QString remark{};      // why it is refused, whom it repeats or changes, what was cut or filled in
-    bool taken = true;     // what repeats a customer is left out until the clerk takes it
-    QStringList values{};  // by place in importFields(), in stored form
-    QString newCategory{}; // the category that it names, which is made with it; empty: it is there
-    QString givenKey{};    // 納品先ID as the table has it, whatever customers are matched by
-    int repeats = 0;       // the line of an earlier row with its key or code; 0: none has it
+    QString remark{};        // why it is refused, whom it repeats or changes, what was cut or filled in
+    bool taken = true;       // what repeats a customer is left out until the clerk takes it
+    QStringList values{};    // by place in importFields(), in stored form
+    QString newCategory{};   // the category that it names, which is made with it; empty: it is there
+    QString givenKey{};      // 納品先ID as the table has it, whatever customers are matched by
+    int repeats = 0;         // the line of an earlier row with its key or code; 0: none has it
+    bool isNumbered = false; // its code is the one after the others', and stands in no table
 
     // Of an update.
     qint64 customer = 0; // 納品先ID

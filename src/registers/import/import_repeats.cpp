@@ -256,7 +256,8 @@ KnownRows::KnownRows(const std::vector<ImportCandidate> &candidates)
     for (std::size_t place = 0; place < candidates.size(); ++place) {
         if (candidates[place].state != State::Ready)
             continue;
-        m_byName[nameAndPhone(candidates[place])].push_back(place);
+        if (!valueOf(candidates[place], u"納品先名1"_s).isEmpty())
+            m_byName[nameAndPhone(candidates[place])].push_back(place);
         const QString code = valueOf(candidates[place], u"コード"_s);
         if (!code.isEmpty())
             m_byCode[nameAsWritten(code)].push_back(place);

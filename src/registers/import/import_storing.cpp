@@ -93,6 +93,15 @@ ImportCandidate withCategory(ImportCandidate candidate, const MadeCategories &ma
 
 // --- New customers ---
 
+// Of a row that is taken although it repeats a customer, its code: that was to be nobody's.
+ImportCandidate codeAlone(ImportCandidate candidate)
+{
+    candidate.state = State::Ready;
+    for (const QString &column : {u"納品先名1"_s, u"納品先ID"_s})
+        candidate.values[placeOf(column)].clear();
+    return candidate;
+}
+
 // Another program may have entered one of them, or given its code to another one, since they were looked at.
 base::Status checkStillNew(db::Connection &connection, const std::vector<const ImportCandidate *> &taken)
 {
@@ -100,6 +109,8 @@ base::Status checkStillNew(db::Connection &connection, const std::vector<const I
     for (const ImportCandidate *candidate : taken) {
         if (candidate->state == State::Ready)
             rows.push_back(*candidate);
+        else if (candidate->state == State::Duplicate && candidate->isNumbered)
+            rows.push_back(codeAlone(*candidate));
     }
     if (rows.empty())
         return {};

@@ -150,6 +150,26 @@ private slots:
         QCOMPARE(shop.rows(u"SELECT * FROM 納品先"_s), before);
     }
 
+    // One that is taken although it repeats a customer gets no code that has been given away since.
+    void countsNoCodeTwice()
+    {
+        ImportDesk shop;
+        shop.addCustomers();
+        shop.run(u"INSERT INTO 納品先 (納品先ID, コード) VALUES (10, '100')"_s);
+        shop.wants = {.numbersCodes = true};
+        const QString csv = u"氏名,TEL1\n山田商店,03-1\n"_s;
+        auto candidates = shop.candidates(csv);
+        QCOMPARE(candidates.front().state, ImportCandidate::State::Duplicate);
+        candidates.front().taken = true;
+        shop.run(u"INSERT INTO 納品先 (納品先ID, コード) VALUES (20, '101')"_s);
+        const auto stored = shop.store(candidates);
+        QVERIFY(!stored && stored.error().changed);
+        candidates = shop.candidates(csv);
+        candidates.front().taken = true;
+        QCOMPARE(*shop.store(candidates), 1);
+        QCOMPARE(shop.rows(u"SELECT コード FROM 納品先 WHERE 納品先ID > 20"_s), QStringList{u"102"_s});
+    }
+
     // Forms of a kanji tell people apart, whatever finds them both.
     void theFormOfANameIsNotChangedUnasked()
     {
