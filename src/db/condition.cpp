@@ -16,6 +16,8 @@ Condition &Condition::operator&=(const Condition &other)
     return *this;
 }
 
+QString dayIn(const QString &column) { return u"day_in("_s + column + u')'; }
+
 Condition keyHolds(const QString &column, const QString &typed)
 {
     const QStringList words = text::searchWords(typed);

@@ -20,4 +20,7 @@ struct Condition
 /// stands, as text::keyPatterns() tells; of all that have a text there when none was.
 Condition keyHolds(const QString &column, const QString &typed);
 
+/// What \a column, a text that anybody wrote, says of a day: yyyy-MM-dd, NULL where it says none.
+QString dayIn(const QString &column);
+
 } // namespace db

@@ -1,5 +1,7 @@
 #include "db/valid_day.h"
 
+#include "text/dates.h"
+
 #include <QDate>
 
 #include <sqlite3.h>
@@ -32,24 +34,42 @@ bool isDay(std::string_view text)
     return year > 0 && QDate::isValid(year, digits(text, 5, 2), digits(text, 8, 2));
 }
 
+// Empty where it is none.
+std::string_view textOf(sqlite3_value *value)
+{
+    const auto *text = sqlite3_value_type(value) == SQLITE_TEXT
+                           ? reinterpret_cast<const char *>(sqlite3_value_text(value))
+                           : nullptr;
+    return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)))
+                : std::string_view();
+}
+
 void validDay(sqlite3_context *context, int /*count*/, sqlite3_value **arguments)
 {
-    bool valid = false;
-    if (sqlite3_value_type(arguments[0]) == SQLITE_TEXT) {
-        const auto *text = reinterpret_cast<const char *>(sqlite3_value_text(arguments[0]));
-        const auto size = static_cast<std::size_t>(sqlite3_value_bytes(arguments[0]));
-        valid = text && isDay({text, size});
-    }
-    sqlite3_result_int(context, valid ? 1 : 0);
+    sqlite3_result_int(context, isDay(textOf(arguments[0])) ? 1 : 0);
+}
+
+void dayIn(sqlite3_context *context, int /*count*/, sqlite3_value **arguments)
+{
+    const std::string_view written = textOf(arguments[0]);
+    const auto day =
+        text::parseAnyDate(QString::fromUtf8(written.data(), static_cast<qsizetype>(written.size())));
+    if (!day)
+        return;
+    const QByteArray stored = text::stored(*day).toUtf8();
+    sqlite3_result_text(context, stored.constData(), static_cast<int>(stored.size()), SQLITE_TRANSIENT);
 }
 
 } // namespace
 
 int installValidDay(sqlite3 *handle)
 {
-    return sqlite3_create_function_v2(handle, "valid_day", 1,
-                                      SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, nullptr,
-                                      validDay, nullptr, nullptr, nullptr);
+    const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+    const int code = sqlite3_create_function_v2(handle, "valid_day", 1, flags, nullptr, validDay, nullptr,
+                                                nullptr, nullptr);
+    return code != SQLITE_OK ? code
+                             : sqlite3_create_function_v2(handle, "day_in", 1, flags, nullptr, dayIn, nullptr,
+                                                          nullptr, nullptr);
 }
 
 } // namespace db

@@ -136,9 +136,14 @@ db::Condition categoryCondition(const QString &typed)
 }
 
 // LIKE here too: a name typed in full width is exactly the one that is stored in half width.
+// A reading also as readings are stored.
 db::Condition exactTextCondition(const QString &column, const QString &typed)
 {
-    return {column + u" LIKE ? ESCAPE '\\'"_s, {text::literalPattern(typed)}};
+    const QString isTyped = column + u" LIKE ? ESCAPE '\\'"_s;
+    if (column != u"フリガナ"_s)
+        return {isTyped, {text::literalPattern(typed)}};
+    return {u'(' + isTyped + u" OR "_s + isTyped + u')',
+            {text::literalPattern(typed), text::literalPattern(text::normalisedReading(typed))}};
 }
 
 db::Condition textCondition(const QString &column, const QString &typed, bool anywhere)
@@ -178,8 +183,10 @@ std::optional<std::pair<QDate, QDate>> daysOf(const QString &typed)
     return std::pair(first, (isYear ? first.addYears(1) : first.addMonths(1)).addDays(-1));
 }
 
-db::Condition daysCondition(const QString &column, const CustomerTerm &term)
+// A birthday is stored as it was typed, and found by the day that it is.
+db::Condition daysCondition(const QString &written, const CustomerTerm &term)
 {
+    const QString column = written == u"誕生日"_s ? db::dayIn(written) : written;
     const auto first = daysOf(term.condition);
     const auto last = daysOf(term.until);
     const auto bound = [](const auto &days, bool isEnd) {
@@ -245,9 +252,8 @@ QString customerSearchHint(int item)
 
 bool isSearchedByDays(int item)
 {
-    // 誕生日 is whatever was typed.
     const Item *found = itemAt(item);
-    return found && found->comparison == Comparison::Date && QStringView(found->column) != u"誕生日";
+    return found && found->comparison == Comparison::Date;
 }
 
 std::vector<masters::Entry> customerSearchNames(int item, const std::vector<masters::Entry> &categories)

@@ -165,6 +165,39 @@ private slots:
         QTEST(found(query), "keys");
     }
 
+    void findsReadingsAsTheyAreTyped()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先')"_s);
+        shop.run(
+            u"INSERT INTO 納品先 (納品先ID, フリガナ, 区分ID) VALUES (1, 'ｼﾖｳｼﾞ', 1), (2, 'ショウジ', 1), "
+            "(3, 'ｼﾖｳｼﾞﾔ', 1)"_s);
+        for (const QString &typed : {u"しょうじ"_s, u"ショウジ"_s, u"ｼｮｳｼﾞ"_s}) {
+            QCOMPARE(found(shop, {itemNamed(u"ﾌﾘｶﾞﾅ"_s), typed, true, orderNamed(u"登録区分昇順"_s)}),
+                     u"1 2"_s);
+            QCOMPARE(found(shop, {itemNamed(u"ﾌﾘｶﾞﾅ"_s), typed, false, orderNamed(u"登録区分昇順"_s)}),
+                     u"1 2 3"_s);
+        }
+    }
+
+    // Whichever way they were typed; what is no day is in no span.
+    void findsBirthdaysInASpan()
+    {
+        FreshShop shop;
+        shop.run(u"INSERT INTO 登録区分 (区分ID, 区分名) VALUES (1, '得意先')"_s);
+        int id = 0;
+        for (const QString &birthday :
+             {u"1970-05-01"_s, u"1970/5/1"_s, u"昭和45年5月1日"_s, u"S45.5.1"_s, u"19700501"_s, u"五月"_s,
+              u"1970-02-30"_s, u"1971-05-01"_s, QString()})
+            shop.run(u"INSERT INTO 納品先 (納品先ID, 誕生日, 区分ID) VALUES (?, ?, 1)"_s, {++id, birthday});
+        CustomerQuery query{itemNamed(u"誕生日"_s), u"1970/4"_s, false, orderNamed(u"登録区分昇順"_s)};
+        query.until = u"1970/5"_s;
+        QCOMPARE(found(shop, query), u"1 2 3 4 5"_s);
+        query.condition.clear();
+        query.until = u"1970/4/30"_s;
+        QCOMPARE(found(shop, query), QString());
+    }
+
     void findsWhatMeetsAllConditions()
     {
         const auto term = [](const QString &item, const QString &condition, bool exact = false) {
