@@ -8,6 +8,7 @@
 #include "book/tax.h"
 #include "book/taxes_by_rate.h"
 #include "db/transaction.h"
+#include "text/japanese_order.h"
 
 #include <algorithm>
 #include <cmath>
@@ -204,7 +205,7 @@ base::Result<Accounts> readAccounts(db::Connection &connection, book::Party part
 struct Listed
 {
     CounterpartBalance balance;
-    QString place;
+    QByteArray place; // UTF-8
 };
 
 Listed listed(book::CounterpartKey counterpart, const Account &account)
@@ -229,7 +230,7 @@ std::vector<Listed> namedAccounts(Accounts accounts, const db::Rows &names)
         list.push_back(listed(account.key(), account.mapped()));
         list.back().balance.code = row.at(1).toString();
         list.back().balance.name = book::counterpartName(row.at(2).toString(), row.at(3).toString());
-        list.back().place = row.at(4).toString();
+        list.back().place = row.at(4).toString().toUtf8();
     }
     for (const auto &[counterpart, account] : accounts) {
         list.push_back(listed(counterpart, account));
@@ -239,13 +240,24 @@ std::vector<Listed> namedAccounts(Accounts accounts, const db::Rows &names)
     return list;
 }
 
-bool comesBefore(const Listed &one, const Listed &other)
+// Readings in the order of the sounds, codes as they are.
+int comparePlaces(const Listed &one, const Listed &other, book::Party party)
 {
-    const auto rank = [](const Listed &entry) {
-        const CounterpartBalance &balance = entry.balance;
-        return std::tuple(balance.unknown, !balance.counterpart, entry.place, balance.counterpart);
+    if (party == book::Party::Supplier)
+        return one.place.compare(other.place);
+    const auto viewOf = [](const QByteArray &text) {
+        return std::string_view(text.constData(), static_cast<std::size_t>(text.size()));
     };
-    return rank(one) < rank(other);
+    return text::compareJapanese(viewOf(one.place), viewOf(other.place));
+}
+
+bool comesBefore(const Listed &one, const Listed &other, book::Party party)
+{
+    const auto rank = [](const Listed &entry, int place) {
+        const CounterpartBalance &balance = entry.balance;
+        return std::tuple(balance.unknown, !balance.counterpart, place, balance.counterpart);
+    };
+    return rank(one, comparePlaces(one, other, party)) < rank(other, 0);
 }
 
 } // namespace
@@ -299,7 +311,8 @@ base::Result<std::vector<CounterpartBalance>> balanceList(db::Connection &connec
         return names.error();
 
     std::vector<Listed> list = namedAccounts(std::move(*accounts), *names);
-    std::sort(list.begin(), list.end(), comesBefore);
+    std::sort(list.begin(), list.end(),
+              [party](const Listed &one, const Listed &other) { return comesBefore(one, other, party); });
     std::vector<CounterpartBalance> balances;
     balances.reserve(list.size());
     for (Listed &entry : list)

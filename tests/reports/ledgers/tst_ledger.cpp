@@ -151,6 +151,26 @@ private slots:
         QCOMPARE(report.sums.at(2).name + QString::number(report.sums.at(2).value), u"(内 消費税)88"_s);
     }
 
+    void balancesGoByTheSounds()
+    {
+        FreshShop shop;
+        int id = 0;
+        for (const QString &reading : {u"ｶﾜｲ"_s, u"ｶﾞﾏ"_s, u"アオキ"_s, u"ｱｲﾀﾞ"_s}) {
+            shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1, フリガナ) VALUES (?, ?, ?)"_s,
+                     {++id, reading, reading});
+            shop.run(
+                u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (?, '2026-03-01', ?, ?)"_s,
+                {id, u"O%1"_s.arg(id), id});
+            shop.run(u"INSERT INTO 入出庫サブ (ID, 金額) VALUES (?, 10)"_s, {id});
+        }
+        const auto list = reports::balanceList(shop.connection, Party::Customer, {2026, 3, 31}, unwatched);
+        QVERIFY(list);
+        QStringList names;
+        for (const auto &balance : *list)
+            names << balance.name;
+        QCOMPARE(names.join(u' '), u"ｱｲﾀﾞ アオキ ｶﾞﾏ ｶﾜｲ"_s);
+    }
+
     void deletedCounterpartsStayAndComeLastButForNobody()
     {
         const auto list =
