@@ -96,6 +96,7 @@ void MasterEditor::openList()
                                         field.choices.isEmpty() ? plainColumnCharacters : choiceCharacters,
                                     .nameOf = namesOf(field.choices)};
         m_controls.grid->letSort();
+        m_controls.grid->letChooseColumns();
         m_controls.grid->setColumns(shown);
         m_controls.grid->bind(m_rows, [this](const QString &reason) { ui::prompts::inform(this, reason); });
         m_controls.grid->setColumnWidth(0, ui::pixelsFromTwips(keyColumnWidth));

@@ -3,8 +3,10 @@
 #include "app/main_window/frmAMain.h"
 #include "app/main_window/menu_letters.h"
 #include "masters/DialogMyCo.h"
+#include "masters/DialogTaxRates.h"
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
+#include "printing/DialogPrinterP.h"
 #include "registers/duplicates/DialogDuplicates.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
@@ -169,7 +171,8 @@ void TestLetters::standOnceOnScreens()
                        masters::frmInvKubun, masters::frmInShohin, masters::frmOutShohin, masters::frmMyco,
                        masters::DialogMyCo, registers::frmNouhin, registers::frmSiire,
                        registers::DialogDuplicates, registers::frmNouhinDel, registers::frmNouhinFind,
-                       registers::frmNouhinSub, registers::ZipCodeConv>(shop.workspace);
+                       registers::frmNouhinSub, registers::ZipCodeConv, masters::DialogTaxRates,
+                       printing::DialogPrinterP, printing::frmPrinterP>(shop.workspace);
     twice << twiceOnScreens<slips::frmOut, slips::frmIn, slips::frmMitsumori, slips::frmOutReceipt,
                             slips::frmInPay, slips::frmUrikake, slips::frmKaikake, slips::frmTana,
                             slips::frmOutAmd, slips::frmInAmd, slips::frmMitumoriAmd>(shop.workspace);

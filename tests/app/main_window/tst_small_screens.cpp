@@ -1,8 +1,11 @@
 // Windows on the counter's small display, and with the large type of a desktop: all of them can be worked.
 #include "app/main_window/frmAMain.h"
 #include "masters/DialogMyCo.h"
+#include "masters/DialogTaxRates.h"
 #include "masters/MasterGridEditor.h"
 #include "masters/frmMyco.h"
+#include "printing/DialogPrinterP.h"
+#include "registers/duplicates/DialogDuplicates.h"
 #include "registers/frmNouhin.h"
 #include "registers/frmSiire.h"
 #include "registers/lists/frmNouhinDel.h"
@@ -111,8 +114,9 @@ void TestSmallScreens::nothingIsOutOfReach()
         cutScreens<masters::frmTani, masters::frmKikaku, masters::frmShain, masters::frmKubun,
                    masters::frmInvKubun, masters::frmInShohin, masters::frmOutShohin, masters::frmMyco,
                    masters::DialogMyCo, registers::frmNouhin, registers::frmSiire, registers::frmNouhinDel,
-                   registers::frmNouhinFind, registers::frmNouhinSub, registers::ZipCodeConv>(shop.workspace,
-                                                                                              display);
+                   registers::frmNouhinFind, registers::frmNouhinSub, registers::ZipCodeConv,
+                   registers::DialogDuplicates, masters::DialogTaxRates, printing::DialogPrinterP,
+                   printing::frmPrinterP>(shop.workspace, display);
     cut << cutScreens<slips::frmOut, slips::frmIn, slips::frmMitsumori, slips::frmOutReceipt, slips::frmInPay,
                       slips::frmUrikake, slips::frmKaikake, slips::frmTana, slips::frmOutAmd, slips::frmInAmd,
                       slips::frmMitumoriAmd>(shop.workspace, display);
