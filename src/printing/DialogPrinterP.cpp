@@ -55,8 +55,16 @@ void DialogPrinterP::connectAll()
     connect(m_ui->Command3, &QPushButton::clicked, this, &DialogPrinterP::showProperties);
     connect(m_ui->Command4, &QPushButton::clicked, this, &DialogPrinterP::restorePosition);
     connect(m_ui->Command2, &QPushButton::clicked, this, &DialogPrinterP::registerAll);
+    m_ui->cmdAdjust->hide();
+    connect(m_ui->cmdAdjust, &QPushButton::clicked, this, [this] { m_adjust(this); });
     for (QPushButton *button : {m_ui->Command1, m_ui->Command5})
         connect(button, &QPushButton::clicked, this, &DialogPrinterP::reject);
+}
+
+void DialogPrinterP::setAdjuster(std::function<void(QWidget *)> adjust)
+{
+    m_adjust = std::move(adjust);
+    m_ui->cmdAdjust->setVisible(bool(m_adjust));
 }
 
 void DialogPrinterP::fillPrinters()

@@ -5,6 +5,7 @@
 #include "printing/queue/paper_codes.h"
 #include "ui/screen.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -26,6 +27,9 @@ public:
     explicit DialogPrinterP(workspace::Workspace &workspace, QWidget *parent = nullptr);
     ~DialogPrinterP() override;
 
+    /// What 「用紙の調整」 opens over this dialog; without it there is no such button.
+    void setAdjuster(std::function<void(QWidget *)> adjust);
+
 protected:
     bool mayClose() override;
     void becameActive() override;
@@ -45,6 +49,7 @@ private:
     void storePrinter();
 
     const std::unique_ptr<Ui::DialogPrinterP> m_ui;
+    std::function<void(QWidget *)> m_adjust;
     OffsetBox *m_right;
     OffsetBox *m_down;
     int m_rightBefore; // when the dialog was opened

@@ -225,23 +225,6 @@ void setPage(QPagedPaintDevice &device, const Document &document)
         device.setPageLayout(pageOf(document.sheets.front()));
 }
 
-bool setPage(QPrinter &printer, const Document &document)
-{
-    if (document.sheets.empty())
-        return true;
-    const QPageLayout wanted = pageOf(document.sheets.front());
-    // A page without margins is refused whole by a printer that has some; one thing after the other is not.
-    if (!printer.setPageLayout(wanted)) {
-        printer.setFullPage(true);
-        printer.setPageSize(wanted.pageSize());
-        printer.setPageOrientation(wanted.orientation());
-    }
-    constexpr double tolerance = 1; // millimetres
-    const QSizeF off = printer.pageLayout().fullRect(QPageLayout::Millimeter).size() -
-                       wanted.fullRect(QPageLayout::Millimeter).size();
-    return std::abs(off.width()) < tolerance && std::abs(off.height()) < tolerance;
-}
-
 base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
                           const base::Progress &progress)
 {

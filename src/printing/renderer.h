@@ -59,9 +59,6 @@ QMarginsF unprintableMargins(const QPagedPaintDevice &device);
 /// Tells \a device the document's paper. To be called again after a print dialog, which may have changed it.
 void setPage(QPagedPaintDevice &device, const Document &document);
 
-/// As above. \return whether \a printer took it: one of cut paper may keep its own
-bool setPage(QPrinter &printer, const Document &document);
-
 /// Draws all sheets onto \a device, one a page. Fails when the device takes no job. \a progress counts pages.
 base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,
                           const base::Progress &progress = base::unwatched);

@@ -137,12 +137,17 @@ class TestPrinterDialogs : public ScriptedTest
 private slots:
     void theFormIsAdjustedWhereThatIsOffered()
     {
-        NoteDesk desk;
-        QVERIFY(desk.driver->the("cmdAdjust").isHidden());
-        int adjusted = 0;
-        desk.dialog->setAdjuster([&](QWidget *over) { adjusted += over == desk.dialog.get(); });
-        desk.driver->press("cmdAdjust");
-        QCOMPARE(adjusted, 1);
+        const auto adjust = [](auto &desk) {
+            QVERIFY(desk.driver->the("cmdAdjust").isHidden());
+            int adjusted = 0;
+            desk.dialog->setAdjuster([&](QWidget *over) { adjusted += over == desk.dialog.get(); });
+            desk.driver->press("cmdAdjust");
+            QCOMPARE(adjusted, 1);
+        };
+        NoteDesk notes;
+        adjust(notes);
+        SlipDesk slips;
+        adjust(slips);
     }
 
     void eachBoxStoresItsOffset_data()

@@ -85,6 +85,14 @@ void openNotePrinter(QWidget *parent, workspace::Workspace &workspace)
     shown.exec();
 }
 
+template <class Dialog>
+void openSlipPrinter(QWidget *parent, workspace::Workspace &workspace)
+{
+    Dialog shown(workspace, parent);
+    shown.setAdjuster([&workspace](QWidget *over) { openFormLayouts(over, workspace); });
+    shown.exec();
+}
+
 Opener correction(const book::SlipKind &kind)
 {
     return [kind](QWidget *parent, workspace::Workspace &workspace) {
@@ -171,8 +179,8 @@ Openers screenOpeners()
         {Action::OwnCompany, openOwnCompany},
         {Action::ExtendedName, screen<masters::DialogMyCo>()},
         {Action::PrinterChoice, openNotePrinter},
-        {Action::PrinterProperties, screen<printing::frmPrinterP>()},
-        {Action::SlipPrinter, screen<printing::DialogPrinterP>()},
+        {Action::PrinterProperties, openSlipPrinter<printing::frmPrinterP>},
+        {Action::SlipPrinter, openSlipPrinter<printing::DialogPrinterP>},
         {Action::PrintJobs, screen<printing::DialogPrintJobs>()},
         {Action::Employees, screen<masters::frmShain>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},

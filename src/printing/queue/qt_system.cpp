@@ -61,9 +61,7 @@ base::Result<int> QtSystem::print(const Document &document, const Look &look, co
     QPrinter printer(QPrinter::HighResolution);
     printer.setPrinterName(settings.queue);
     printer.setDocName(document.title);
-    if (!setPage(printer, document))
-        return base::Error{
-            u"プリンタ「%1」が用紙の大きさを受け付けないため、印刷しませんでした。"_s.arg(settings.queue)};
+    setPage(printer, document);
     printer.setCopyCount(std::max(1, settings.copies));
     printer.setCollateCopies(true);
     const base::Status printed = printDocument(printer, document, look, progress);
