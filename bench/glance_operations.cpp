@@ -13,7 +13,7 @@ namespace
 {
 
 // A key may come while a piece is being read: it is shown as late as that. Milliseconds.
-constexpr double mostForAKey = 50;
+constexpr double mostForAKey = 100;
 constexpr qint64 customer = 7;
 
 /// A shop that sells nearly all to one customer: as good as all slips of \a shops' large one are its own.
