@@ -94,6 +94,24 @@ Folded foldedCharacters(std::string_view utf8)
     return text;
 }
 
+// As far as whole characters go.
+std::string_view beginningOf(std::string_view utf8)
+{
+    constexpr std::size_t enough = 15; // bytes: five kana or kanji
+    if (utf8.size() <= enough)
+        return utf8;
+    std::size_t end = enough;
+    while (end > 0 && (static_cast<unsigned char>(utf8[end]) & 0xC0) == 0x80)
+        --end;
+    return utf8.substr(0, end);
+}
+
+const Weights &weights()
+{
+    static const auto all = std::make_unique<const Weights>();
+    return *all;
+}
+
 bool isDigit(char32_t c) { return c >= U'0' && c <= U'9'; }
 
 // A number in a text, moved over.
@@ -120,7 +138,7 @@ struct Number
 
 int compareWeights(const Folded &one, const Folded &other)
 {
-    static const auto weights = std::make_unique<const Weights>();
+    const Weights &weightOf = weights();
     qsizetype i = 0;
     qsizetype j = 0;
     while (i < one.size() && j < other.size()) {
@@ -131,12 +149,29 @@ int compareWeights(const Folded &one, const Folded &other)
                 return order;
             continue;
         }
-        const char32_t left = (*weights)(one[i++]);
-        const char32_t right = (*weights)(other[j++]);
+        const char32_t left = weightOf(one[i++]);
+        const char32_t right = weightOf(other[j++]);
         if (left != right)
             return left < right ? -1 : 1;
     }
     return int(i < one.size()) - int(j < other.size());
+}
+
+// Most texts of a list differ early, and need not be folded as a whole. \return 0 where the beginnings alone
+// do not tell: the last character may belong to what follows it, and a number goes on.
+int compareBeginnings(std::string_view one, std::string_view other)
+{
+    const Weights &weightOf = weights();
+    const Folded left = foldedCharacters(beginningOf(one));
+    const Folded right = foldedCharacters(beginningOf(other));
+    const qsizetype certain = std::min(left.size(), right.size()) - 1;
+    for (qsizetype i = 0; i < certain && !(isDigit(left[i]) && isDigit(right[i])); ++i) {
+        const char32_t first = weightOf(left[i]);
+        const char32_t second = weightOf(right[i]);
+        if (first != second)
+            return first < second ? -1 : 1;
+    }
+    return 0;
 }
 
 } // namespace
@@ -145,6 +180,8 @@ int compareJapanese(std::string_view one, std::string_view other)
 {
     if (one == other)
         return 0;
+    if (const int order = compareBeginnings(one, other); order != 0)
+        return order;
     const Folded left = foldedCharacters(one);
     const Folded right = foldedCharacters(other);
     if (const int order = compareWeights(left, right); order != 0)

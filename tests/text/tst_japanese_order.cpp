@@ -50,7 +50,7 @@ private slots:
             const QByteArray pieces[] = {"0",  "1",  "09",       "a",    "A",  "ガ", "が",
                                          "ｶﾞ", "か", "\xE3\x82", "\xFF", "亜", "-",  "ー"};
             QByteArray text;
-            for (std::size_t left = random() % 4; left > 0; --left)
+            for (std::size_t left = random() % 12; left > 0; --left)
                 text += pieces[random() % std::size(pieces)];
             return text.toStdString();
         };
