@@ -30,6 +30,8 @@ QString linesStatement(const Condition &condition, const Grouping &grouping)
         when(grouping.withTax, u"CASE WHEN "_s + columns::isTax + u" THEN 1 ELSE 0 END"_s) + u" AS 税"_s,
         when(grouping.withLastDay, columns::day) + u" AS 日"_s,
         u"入出庫サブ.ID AS 伝票"_s,
+        when(grouping.byBasis, columns::inclusive) + u" AS 内"_s,
+        when(grouping.byDay, columns::suppliedDay) + u" AS 供給日"_s,
     };
     return u"SELECT "_s + list.join(u", "_s) + u" FROM "_s + columns::slipsAndLines + u" WHERE "_s +
            condition.sql;
@@ -37,9 +39,11 @@ QString linesStatement(const Condition &condition, const Grouping &grouping)
 
 QString sumsStatement(const Condition &condition, const Grouping &grouping)
 {
+    // What is never asked for together would cost the large sums time.
+    const QString finer = grouping.byBasis || grouping.byDay ? u", 内, 供給日"_s : QString();
     return u"SELECT 種, 相手, 以後, 区分, 率, SUM(額), COUNT(伝票), MIN(伝票), MAX(日), SUM(税), "
-           "SUM(CASE WHEN 税 = 1 THEN 額 END) FROM ("_s +
-           linesStatement(condition, grouping) + u") AS 明細 GROUP BY 種, 相手, 以後, 区分, 率"_s;
+           "SUM(CASE WHEN 税 = 1 THEN 額 END), MIN(内), MIN(供給日) FROM ("_s +
+           linesStatement(condition, grouping) + u") AS 明細 GROUP BY 種, 相手, 以後, 区分, 率"_s + finer;
 }
 
 MovementSum sumFrom(const db::Statement &row)
@@ -56,6 +60,9 @@ MovementSum sumFrom(const db::Statement &row)
     sum.lastDay = QString::fromLatin1(row.text(8));
     sum.taxLines = row.integer(9);
     sum.tax = base::ExactSum::ofTenThousandths(row.real(10));
+    if (const QVariant inclusive = row.variant(11); !inclusive.isNull())
+        sum.inclusive = inclusive.toInt() != 0;
+    sum.day = QString::fromLatin1(row.text(12));
     return sum;
 }
 

@@ -17,6 +17,8 @@ struct Grouping
 {
     bool byCounterpart = false;
     bool byRate = false;      // of tax: class and rate of the line, else the rate of its slip
+    bool byBasis = false;     // slips whose prices include the tax apart from others
+    bool byDay = false;       // of supply: of what is given back that of its slip, where that is known
     QDate since{};            // slips of this day and later ones apart from older ones
     bool withTax = false;     // what tax lines make of the sum
     bool withLastDay = false; // the last day
@@ -30,6 +32,8 @@ struct MovementSum
     bool isSince = false; // of Grouping::since or later
     std::optional<GoodsTax> taxClass;
     std::optional<double> taxRate; // percent; a book from elsewhere may have none
+    std::optional<bool> inclusive; // of Grouping::byBasis; empty: not known
+    QString day;                   // of Grouping::byDay: yyyy-MM-dd; empty where the slip has none
 
     base::ExactSum
         amount;         // yen, as written: a receipt is positive; none where one of the lines has no number

@@ -22,6 +22,13 @@ inline const QString hasDay = QStringLiteral("(valid_day(日付) = 1)");
 /// That day; an empty text, older than every day, without one.
 inline const QString day = QStringLiteral("CASE WHEN valid_day(日付) = 1 THEN 日付 ELSE '' END");
 
+/// The day that decides on the tax of a line: of what is given back that of the slip that it came with, where
+/// its own slip names that.
+inline const QString suppliedDay =
+    QStringLiteral("COALESCE(CASE WHEN 金額 < 0 THEN (SELECT 元.日付 FROM 入出庫マスター AS 元 WHERE 元.ID = "
+                   "入出庫マスター.元伝票 AND valid_day(元.日付) = 1) END, CASE WHEN valid_day(日付) = 1 "
+                   "THEN 日付 ELSE '' END)");
+
 inline const QString taxName = QStringLiteral("'消費税'");
 /// A condition: the line is a slip's tax.
 inline const QString isTax = QStringLiteral("商品名 = '消費税'");

@@ -103,6 +103,7 @@ CREATE TABLE 納品先 (
     版 INTEGER
 );
 
+-- 登録: 1 issues qualified invoices, from 登録開始日 to 登録終了日 where they are set; 2 does not; else it is not known.
 CREATE TABLE 仕入先 (
     仕入先ID INTEGER PRIMARY KEY,
     コード TEXT,

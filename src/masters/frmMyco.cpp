@@ -19,16 +19,6 @@ namespace
 
 QString telephone(const QString &typed) { return text::toHalfWidth(text::withPlainHyphens(typed)); }
 
-QString remarkOn(const QString &typed)
-{
-    const QString number = registrationNumber(typed);
-    if (number.isEmpty() || isCorporate(number))
-        return {};
-    return isRegistrationNumber(number)
-               ? u"法人番号の検査数字と合いません。法人のときは、番号を確かめてください。"_s
-               : u"登録番号は「T」と数字13桁です。"_s;
-}
-
 } // namespace
 
 frmMyco::frmMyco(workspace::Workspace &workspace, QWidget *parent)
@@ -59,7 +49,9 @@ frmMyco::frmMyco(workspace::Workspace &workspace, QWidget *parent)
                 {form.txtRegistration, registrationNumber}});
     m_registration = form.txtRegistration;
     connect(m_registration, &QLineEdit::textChanged, form.lblRegistrationRemark,
-            [remark = form.lblRegistrationRemark](const QString &text) { remark->setText(remarkOn(text)); });
+            [remark = form.lblRegistrationRemark](const QString &text) {
+                remark->setText(registrationRemark(text));
+            });
     ui::pressAlsoBy(*form.cmdUpdate, Qt::Key_I);
     m_postal = {form.txtZip, form.txtAddress1, form.txtAddress2, form.cmdZip, form.cmdZipSearch};
     form.txtZip->installEventFilter(this);

@@ -1,5 +1,6 @@
 #include "registers/frmSiire.h"
 
+#include "book/supplier_registration.h"
 #include "registers/counterpart.h"
 #include "registers/postal/postal_boxes.h"
 #include "registers/supplier.h"
@@ -35,6 +36,10 @@ const QList<ui::GridColumn> listColumns = {
     {u"FAX"_s, 15, u"ＦＡＸ"_s},
     {u"担当者2"_s, 16, u"担当者名２"_s},
     {u"振込先"_s, 40},
+    {u"登録番号"_s, 15},
+    {.column = u"登録"_s,
+     .characters = 10,
+     .nameOf = [](qint64 state) { return nameOf(book::Registered(state)); }},
 };
 
 } // namespace
@@ -86,8 +91,24 @@ void frmSiire::bindBoxes()
 
     m_ui->Combo1->addItems(taxClassNames());
     ui::bindDropDown(m_ui->Combo1, m_ui->Text1, m_ui->lblNoTax);
+    bindRegistration();
     m_codeWatch = new ui::LeaveWatch(m_ui->txtCode);
     connect(m_codeWatch, &ui::LeaveWatch::left, this, &frmSiire::warnOfCode);
+}
+
+void frmSiire::bindRegistration()
+{
+    m_boxes.bind(m_ui->txtRegistration, u"登録番号"_s);
+    m_boxes.bindDay(m_ui->txtRegisteredFrom, u"登録開始日"_s);
+    m_boxes.bindDay(m_ui->txtRegisteredTo, u"登録終了日"_s);
+    for (const auto state : {book::Registered::Unknown, book::Registered::Yes, book::Registered::No})
+        m_ui->Combo2->addItem(nameOf(state));
+    m_boxes.bind(m_ui->Combo2, u"登録"_s);
+    for (QLineEdit *box : {m_ui->txtRegistration, m_ui->txtRegisteredFrom, m_ui->txtRegisteredTo})
+        connect(box, &QLineEdit::editingFinished, this, &frmSiire::settleRegistration);
+    const auto showRemark = [this] { m_ui->lblRegistrationRemark->setText(registrationRemark(rows())); };
+    connect(&rows(), &db::Recordset::currentRowChanged, this, showRemark);
+    connect(&rows(), &db::Recordset::edited, this, showRemark);
 }
 
 void frmSiire::setUpList()
@@ -143,14 +164,46 @@ void frmSiire::forgetBoxes()
     m_postal->forget();
 }
 
+std::optional<RegisterScreen::Failure> frmSiire::refusal() const
+{
+    const auto fault = registrationFault(rows());
+    return fault ? std::optional(
+                       Failure{fault->text, QString::fromUtf16(ui::prompts::errorCheck), fault->column})
+                 : std::nullopt;
+}
+
 base::Status frmSiire::store() { return registers::saveSupplier(rows()); }
 
 void frmSiire::showRow() { m_boxes.show(); }
 
 void frmSiire::focusColumn(const QString &column)
 {
-    if (column == u"仕入先名1"_s)
-        m_ui->txtName1->setFocus();
+    const std::pair<QString, QLineEdit *> boxes[] = {
+        {u"仕入先名1"_s, m_ui->txtName1},
+        {u"登録開始日"_s, m_ui->txtRegisteredFrom},
+        {u"登録終了日"_s, m_ui->txtRegisteredTo},
+    };
+    for (const auto &[name, box] : boxes) {
+        if (name == column)
+            box->setFocus();
+    }
+}
+
+QString frmSiire::wordsFor(const QString &column, const QVariant &value) const
+{
+    if (column == u"登録"_s)
+        return nameOf(book::registrationFrom(value, {}, {}).registered);
+    const bool isTaxClass = column == u"消費税区分"_s && !value.isNull();
+    return isTaxClass ? taxClassNames().value(value.toInt()) : QString();
+}
+
+// --- The registration ---
+
+// Only what was typed is brought into form: passing through a box with the cursor is no edit.
+void frmSiire::settleRegistration()
+{
+    registers::settleRegistration(rows());
+    m_boxes.show();
 }
 
 void frmSiire::entryEnded() { m_ui->cmdAdd->setFocus(); }

@@ -45,10 +45,14 @@ protected:
     void showRow() override;
     void focusColumn(const QString &column) override;
     void entryEnded() override;
+    [[nodiscard]] std::optional<Failure> refusal() const override;
+    [[nodiscard]] QString wordsFor(const QString &column, const QVariant &value) const override;
 
 private:
     void setUpList();
     void bindBoxes();
+    void bindRegistration();
+    void settleRegistration();
     void connectButtons();
     void warnOfCode();
 

@@ -179,7 +179,9 @@ std::optional<RegisterScreen::Failure> RegisterScreen::trySave()
         return m_failure;
     }
     const qint64 key = m_rows.currentKey();
-    const base::Status stored = ui::saveBesideOthers(this, {&m_rows}, [this] { return store(); });
+    const base::Status stored = ui::saveBesideOthers(
+        this, {&m_rows}, [this] { return store(); },
+        [this](const QString &column, const QVariant &value) { return wordsFor(column, value); });
     if (stored) {
         m_savedKey = key;
         rememberRow();

@@ -91,6 +91,11 @@ protected:
     /// Shows the current row in the boxes again.
     virtual void showRow() = 0;
     virtual void focusColumn(const QString &) {}
+    /// What a value that is a number for something is called on the screen; empty for any other.
+    [[nodiscard]] virtual QString wordsFor(const QString & /*column*/, const QVariant & /*value*/) const
+    {
+        return {};
+    }
     /// Where the cursor goes when an entry has ended.
     virtual void entryEnded() {}
     /// How many rows there are, as it is shown.

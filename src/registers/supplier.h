@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace db
 {
 class Connection;
@@ -32,6 +34,23 @@ base::Result<qint64> addSupplier(db::Connection &connection, db::Recordset &supp
 /// Saves the current supplier, even an empty one, with a new key. After a failure its key is as before, and
 /// the edits are still there.
 base::Status saveSupplier(db::Recordset &suppliers);
+
+/// Brings what was typed of the current supplier's registration into form: the number, and that one who has a
+/// number or a day of registration is registered, unless the clerk said something else.
+void settleRegistration(db::Recordset &suppliers);
+
+/// What stands beside the boxes of the current supplier's registration; empty where all is in order.
+QString registrationRemark(const db::Recordset &suppliers);
+
+/// What keeps the days of registration that were typed from being saved.
+struct RegistrationFault
+{
+    QString text;
+    QString column; // of the day to be mended
+};
+
+/// That a day is none, or the last one is before the first; none for days that nobody touched.
+std::optional<RegistrationFault> registrationFault(const db::Recordset &suppliers);
 
 /// Whether any supplier has the code of the current one. Unlike a customer's, a supplier's own code counts
 /// once it is saved; that is wanted.

@@ -16,27 +16,30 @@ namespace
 constexpr int mostColumns = 12; // more make the box too high for the screen
 constexpr int mostCharacters = 40;
 
-QString shown(const QVariant &value)
+QString shown(const QString &column, const QVariant &value, const ValueWords &words)
 {
     const bool isNumber = value.typeId() == QMetaType::Double;
-    QString quoted = isNumber ? text::formatPlain(value.toDouble()) : text::shownDay(value.toString());
+    QString quoted = words ? words(column, value) : QString();
+    if (quoted.isEmpty())
+        quoted = isNumber ? text::formatPlain(value.toDouble()) : text::shownDay(value.toString());
     if (quoted.size() > mostCharacters)
         quoted = quoted.left(mostCharacters) + u'…';
     return u"「%1」"_s.arg(quoted);
 }
 
-QString sentenceOn(const db::Recordset::Difference &difference)
+QString sentenceOn(const db::Recordset::Difference &difference, const ValueWords &words)
 {
-    return difference.isEdited ? u"%1：自分の入力は%2、ほかの変更は%3"_s.arg(
-                                     difference.column, shown(difference.mine), shown(difference.theirs))
-                               : u"%1：%2がほかで%3に変更（どちらを選んでも残ります）"_s.arg(
-                                     difference.column, shown(difference.mine), shown(difference.theirs));
+    const QString mine = shown(difference.column, difference.mine, words);
+    const QString theirs = shown(difference.column, difference.theirs, words);
+    return (difference.isEdited ? u"%1：自分の入力は%2、ほかの変更は%3"_s
+                                : u"%1：%2がほかで%3に変更（どちらを選んでも残ります）"_s)
+        .arg(difference.column, mine, theirs);
 }
 
 // Search keys are made of the other columns.
 bool isShown(const db::Recordset::Difference &difference) { return !difference.column.endsWith(u"名キー"); }
 
-base::Result<QString> question(const QList<db::Recordset *> &rows)
+base::Result<QString> question(const QList<db::Recordset *> &rows, const ValueWords &words)
 {
     QStringList sentences;
     for (const db::Recordset *one : rows) {
@@ -47,7 +50,7 @@ base::Result<QString> question(const QList<db::Recordset *> &rows)
             return differences.error();
         for (const auto &difference : *differences) {
             if (isShown(difference))
-                sentences << sentenceOn(difference);
+                sentences << sentenceOn(difference, words);
         }
     }
     if (sentences.isEmpty())
@@ -61,13 +64,13 @@ base::Result<QString> question(const QList<db::Recordset *> &rows)
 } // namespace
 
 base::Status saveBesideOthers(QWidget *parent, const QList<db::Recordset *> &rows,
-                              const std::function<base::Status()> &save)
+                              const std::function<base::Status()> &save, const ValueWords &words)
 {
     for (;;) {
         const base::Status saved = save();
         if (saved || !saved.error().changed)
             return saved;
-        const auto text = question(rows);
+        const auto text = question(rows, words);
         if (!text)
             return text.error();
         const prompts::Version version = prompts::askWhichVersion(parent, *text);

@@ -235,7 +235,8 @@ private slots:
         } while (r.cursor() != u"DataGrid1"_s && order.size() < 50);
         QCOMPARE(order.join(u' '),
                  u"DataGrid1 txtCode txtName1 txtName2 txtTantou1 txtTantou2 txtZip txtAddress1 txtAddress2 "
-                 "txtTel1 txtFax txtTel2 txtMail txtPay1 txtPay2 Combo1 cmdAdd cmdUpdate cmdDelete"_s);
+                 "txtTel1 txtFax txtTel2 txtMail txtPay1 txtPay2 Combo1 txtRegistration Combo2 "
+                 "txtRegisteredFrom txtRegisteredTo cmdAdd cmdUpdate cmdDelete"_s);
     }
 };
 
