@@ -19,8 +19,9 @@ public:
     /// Width of the grid at which no column is cut off, pixels.
     [[nodiscard]] int fullWidth() const;
 
-    /// Shows \a report, whose columns are as many as showColumns() had. The current row stays at what it
-    /// leads to, wherever that is now; where it is gone, or leads nowhere, the same place stays.
+    /// Shows \a report, whose columns are those that showColumns() had, and may be more behind them. The
+    /// current row stays at what it leads to, wherever that is now; where it is gone, or leads nowhere, the
+    /// same place stays.
     void setReport(base::Report report);
     void clear();
 

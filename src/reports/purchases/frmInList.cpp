@@ -19,6 +19,11 @@ namespace reports
 namespace
 {
 
+// Pixels.
+constexpr int amountWidth = 130;
+constexpr int sharesWidth = 90;
+constexpr int deductibleWidth = 110;
+
 void showAmount(QLineEdit *box, std::optional<double> amount)
 {
     box->setText(amount ? text::formatAmount(*amount) : QString());
@@ -38,7 +43,8 @@ frmInList::frmInList(workspace::Workspace &workspace, QWidget *parent)
     m_ui->DTPicker1->setDate({today.year(), today.month(), 1});
     m_ui->DTPicker2->setDate({today.year(), today.month(), today.daysInMonth()});
     m_ui->MSFlexGrid1->showColumns(shownPurchases({}).columns);
-    slips::setWidths(m_ui->MSFlexGrid1, {320, 130, 130, 130, 130, 130});
+    slips::setWidths(m_ui->MSFlexGrid1,
+                     {320, amountWidth, amountWidth, amountWidth, amountWidth, amountWidth});
     m_shown = period();
     show({});
     connectControls();
@@ -108,13 +114,22 @@ base::Status frmInList::read()
 void frmInList::show(PurchaseList list)
 {
     m_list = std::move(list);
-    m_ui->MSFlexGrid1->setReport(shownPurchases(m_list));
+    showRows();
     const int count = m_ui->MSFlexGrid1->rowCount();
     m_ui->Command2->setEnabled(count > 0);
     m_ui->Command3->setEnabled(count > 0);
     showState();
     showTotals();
     showChosen();
+}
+
+// The columns of what may be deducted come with the first supplier who is not registered, at their width.
+void frmInList::showRows()
+{
+    const int before = m_ui->MSFlexGrid1->model()->columnCount();
+    m_ui->MSFlexGrid1->setReport(shownPurchases(m_list));
+    for (int column = before; column < m_ui->MSFlexGrid1->model()->columnCount(); ++column)
+        m_ui->MSFlexGrid1->setColumnWidth(column, column == before ? sharesWidth : deductibleWidth);
 }
 
 // Figures of one period under the dates of another would be taken for what they are not.
@@ -135,6 +150,10 @@ void frmInList::showTotals()
     showAmount(m_ui->txtTotalCarried, totals.carried());
     showAmount(m_ui->txtTotalPurchases, totals.purchases);
     showAmount(m_ui->txtTotalBalance, totals.balance());
+    const std::optional<PurchaseDeduction> &deduction = m_list.deduction;
+    m_ui->lblTotalDeductible->setVisible(deduction.has_value());
+    m_ui->txtTotalDeductible->setVisible(deduction.has_value());
+    showAmount(m_ui->txtTotalDeductible, deduction ? deduction->tax : std::nullopt);
 }
 
 void frmInList::showChosen()

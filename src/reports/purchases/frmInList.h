@@ -33,6 +33,7 @@ private:
     void recompute();
     base::Status read();
     void show(PurchaseList list);
+    void showRows();
     void showState();
     void showTotals();
     void showChosen();

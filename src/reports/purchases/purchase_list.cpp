@@ -136,8 +136,34 @@ void enter(SupplierPurchases &purchases, const Account &account, bool taxedOnBil
     purchases.sums = account.sums(taxedOnBill);
 }
 
+// What may be deducted of purchases from those of \a list who were not registered then.
+base::Status addDeductions(db::Connection &connection, const book::Period &period,
+                           const std::set<book::CounterpartKey> &onBill, PurchaseList &list)
+{
+    const auto lacking = book::suppliersLackingRegistration(connection);
+    if (!lacking)
+        return lacking.error();
+    for (SupplierPurchases &purchases : list.suppliers) {
+        const auto supplier = lacking->find(purchases.supplier.value_or(0));
+        if (supplier == lacking->end())
+            continue;
+        const auto deduction = deductionOf(connection, supplier->first, period, supplier->second,
+                                           onBill.contains(purchases.supplier));
+        if (!deduction)
+            return deduction.error();
+        purchases.deduction = *deduction;
+        if (!purchases.deduction)
+            continue;
+        if (!list.deduction)
+            list.deduction.emplace();
+        list.deduction->add(*purchases.deduction);
+    }
+    return {};
+}
+
 // Takes the accounts in the order of the suppliers; what is left belongs to deleted ones and to nobody.
-base::Result<PurchaseList> listed(db::Connection &connection, Accounts accounts, bool withIdle)
+base::Result<PurchaseList> listed(db::Connection &connection, const book::Period &period, Accounts accounts,
+                                  bool withIdle)
 {
     const auto suppliers = connection.select(
         u"SELECT 仕入先ID, 仕入先名1, 仕入先名2, コード FROM 仕入先 ORDER BY コード, 仕入先ID"_s);
@@ -164,6 +190,8 @@ base::Result<PurchaseList> listed(db::Connection &connection, Accounts accounts,
         take(purchasesOfUnknown(supplier), account);
     if (nobody)
         take(purchasesOfUnknown({}), nobody.mapped());
+    if (const base::Status added = addDeductions(connection, period, onBill, list); !added)
+        return added.error();
     return list;
 }
 
@@ -203,7 +231,7 @@ base::Result<PurchaseList> purchaseList(db::Connection &connection, const book::
     auto accounts = readAccounts(connection, period, std::nullopt, progress);
     if (!accounts)
         return accounts.error();
-    return listed(connection, std::move(*accounts), withIdle);
+    return listed(connection, period, std::move(*accounts), withIdle);
 }
 
 base::Result<SupplierPurchases> purchasesOf(db::Connection &connection, qint64 supplier,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reports/ledgers/ledger.h"
+#include "reports/purchases/purchase_deduction.h"
 
 #include <optional>
 #include <vector>
@@ -40,6 +41,9 @@ struct SupplierPurchases
     QString name2;
     bool hasTaxLine = false; // in the period
     PurchaseSums sums;
+    /// Of purchases on days on which the supplier was not registered; nothing where there are none. Told in
+    /// the list of all suppliers alone.
+    std::optional<PurchaseDeduction> deduction;
 
     [[nodiscard]] QString name() const; // in one line
 };
@@ -48,6 +52,7 @@ struct PurchaseList
 {
     std::vector<SupplierPurchases> suppliers;
     PurchaseSums totals;
+    std::optional<PurchaseDeduction> deduction; // of all of them; nothing where none has any
 };
 
 /// The purchases of all suppliers in the order of their codes, then of deleted ones that slips within or

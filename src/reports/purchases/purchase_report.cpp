@@ -26,6 +26,14 @@ std::vector<base::Column> columns()
             amount(u"未計上（消費税）"_s)};
 }
 
+// Where a supplier of the list is not registered.
+std::vector<base::Column> deductionColumns()
+{
+    base::Column shares{u"経過措置"_s, base::Format::Text, 10, 16};
+    shares.centred = true;
+    return {shares, {u"控除できる税額"_s, base::Format::Amount, 16, 24}};
+}
+
 // In the order of the columns.
 QVariantList values(const QString &code, const QString &name, const PurchaseSums &sums)
 {
@@ -34,6 +42,26 @@ QVariantList values(const QString &code, const QString &name, const PurchaseSums
             sums.carried(), sums.untaxed(),
             sums.tax,       sums.purchases,
             sums.balance(), sums.unbooked ? QVariant(*sums.unbooked) : QVariant()};
+}
+
+QVariantList values(const std::optional<PurchaseDeduction> &deduction)
+{
+    if (!deduction)
+        return {QVariant(), QVariant()};
+    return {deduction->shares(), deduction->tax ? QVariant(*deduction->tax) : QVariant()};
+}
+
+// A shop of which no supplier is known to be without a registration sees nothing of it.
+void addDeductions(base::Report &report, const PurchaseList &list)
+{
+    if (!list.deduction)
+        return;
+    for (const base::Column &column : deductionColumns())
+        report.columns.push_back(column);
+    for (std::size_t row = 0; row < list.suppliers.size(); ++row)
+        report.rows[row].values << values(list.suppliers[row].deduction);
+    if (!report.totals.isEmpty())
+        report.totals << QVariantList{QVariant(), values(list.deduction).back()};
 }
 
 } // namespace
@@ -52,6 +80,7 @@ base::Report purchaseReport(const PurchaseList &list, const book::Period &period
     for (const SupplierPurchases &purchases : list.suppliers)
         report.rows.push_back({values(purchases.code, purchases.name(), purchases.sums)});
     report.totals = values({}, u"合計"_s, list.totals);
+    addDeductions(report, list);
     return report;
 }
 
@@ -70,6 +99,7 @@ base::Report shownPurchases(const PurchaseList &list)
         report.rows.push_back({{purchases.name(), sums.previous, sums.payments, sums.carried(),
                                 sums.purchases, sums.balance()}});
     }
+    addDeductions(report, list);
     return report;
 }
 

@@ -1,8 +1,10 @@
 #include "slips/entry/frmIn.h"
 
+#include "book/deduction.h"
 #include "masters/name_lists.h"
 #include "slips/entry/new_counterpart.h"
 #include "ui_frmIn.h"
+#include "workspace/workspace.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,7 +39,8 @@ void showAsStocktake(QWidget &screen, const Ui::frmIn &form)
     screen.setObjectName(u"frmTana"_s);
     screen.setWindowTitle(u"棚卸伝票入力"_s);
     form.lblPrevious->setText(u"前回棚卸伝票"_s);
-    for (QLabel *label : {form.lblTax, form.lblTaxK, form.lblTaxClass, form.lblTaxWords, form.lblWithTax})
+    for (QLabel *label :
+         {form.lblTax, form.lblTaxK, form.lblTaxClass, form.lblTaxWords, form.lblWithTax, form.lblRegistered})
         label->hide();
     for (QLineEdit *box : {form.Text2, form.txtTaxK, form.txtWithTax})
         box->hide();
@@ -58,8 +61,23 @@ SupplierGoodsScreen::SupplierGoodsScreen(workspace::Workspace &workspace, QWidge
     controls.slip.fields = {{form.txtNouhinsaki1, u"仕入先名1"},
                             {form.txtNouhinsaki2, u"仕入先名2"},
                             {form.txtTaxK, u"消費税区分"}};
+    m_registration = form.lblRegistered;
+    connect(form.DTPicker1, &QDateEdit::dateChanged, this, &SupplierGoodsScreen::showRegistration);
     setUpGoods(controls);
     setCounterpartEditor([&workspace](QWidget *window) { return enterNewSupplier(workspace, window); });
+}
+
+void SupplierGoodsScreen::counterpartShown(bool chosen)
+{
+    GoodsSlipScreen::counterpartShown(chosen);
+    showRegistration();
+}
+
+// A purchase without a qualified invoice is entered as any other one.
+void SupplierGoodsScreen::showRegistration()
+{
+    const auto registration = book::registrationOf(workspace().connection, counterpart());
+    m_registration->setText(registration ? book::deductionRemark(*registration, date()) : QString());
 }
 
 } // namespace slips

@@ -16,6 +16,14 @@ class SupplierGoodsScreen : public GoodsSlipScreen
 
 public:
     SupplierGoodsScreen(workspace::Workspace &workspace, QWidget *parent, SupplierGoods goods);
+
+protected:
+    void counterpartShown(bool chosen) override;
+
+private:
+    void showRegistration();
+
+    QLabel *m_registration = nullptr;
 };
 
 template <SupplierGoods goods>

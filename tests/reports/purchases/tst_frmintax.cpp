@@ -263,6 +263,36 @@ private slots:
         ui::prompts::expectInform(u"該当するデータが見つかりませんでした。"_s);
         driver.press("cmdMasterUpdate");
     }
+
+    // The columns come with such purchases and go without them.
+    void monthlyListOfOneNotRegistered()
+    {
+        SlipDesk<reports::frmInList> desk;
+        desk.shop.run(u"UPDATE 仕入先 SET 登録 = 2 WHERE 仕入先ID = 8"_s);
+        buy(desk, 1, u"2026-03-31"_s, 500);
+        buy(desk, 2, u"2026-04-30"_s, 10'500, 8);
+        ScreenDriver &driver = desk.driver();
+        auto &grid = driver.the<QAbstractItemView>("MSFlexGrid1");
+        auto &total = driver.box("txtTotalDeductible");
+        const auto row = [&grid](int line) {
+            QStringList cells;
+            for (int column = 4; column < grid.model()->columnCount(); ++column)
+                cells << grid.model()->index(line, column).data().toString();
+            return cells.join(u'|');
+        };
+        QTRY_COMPARE(row(0), u"10,500|10,500|80%|400"_s);
+        QCOMPARE(row(1), u"0|500||"_s);
+        QVERIFY(total.isVisible());
+        QCOMPARE(total.text(), u"400"_s);
+        driver.the<QDateEdit>("DTPicker1").setDate({2026, 3, 1});
+        driver.the<QDateEdit>("DTPicker2").setDate({2026, 3, 31});
+        driver.press("cmdMasterUpdate");
+        QCOMPARE(row(0), u"500|500"_s);
+        QVERIFY(!total.isVisible());
+        driver.the<QDateEdit>("DTPicker2").setDate({2026, 4, 30});
+        driver.press("cmdMasterUpdate");
+        QCOMPARE(row(0), u"10,500|10,500|80%|400"_s);
+    }
 };
 
 QTEST_MAIN(TestFrmInTax)

@@ -8,6 +8,8 @@
 #include "ui/prompts.h"
 
 #include <QCheckBox>
+#include <QDateEdit>
+#include <QLabel>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -65,6 +67,36 @@ private slots:
         QTEST(desk.lines().mid(1).join(u'\n'), "taxLine");
         // A purchase does not bring its supplier up in any list.
         QCOMPARE(desk.shop.value(u"SELECT COUNT(*) FROM 納品先 WHERE 更新日 <> '2020-01-01'"_s).toInt(), 0);
+    }
+
+    // Quietly, beside the class of tax, and by the date of the slip.
+    void remarksOnSuppliersWithoutRegistration()
+    {
+        SlipDesk<slips::frmIn> desk;
+        desk.shop.run(u"UPDATE 仕入先 SET 登録 = 2 WHERE 仕入先ID = 10"_s);
+        desk.shop.run(u"UPDATE 仕入先 SET 登録 = 1, 登録終了日 = '2026-09-30' WHERE 仕入先ID = 9"_s);
+        auto &date = desk.driver().the<QDateEdit>("DTPicker1");
+        auto &remark = desk.driver().the<QLabel>("lblRegistered");
+        const auto choose = [&](int taxClass) {
+            desk.driver().box("txtKey1").setText(u"aite%1"_s.arg(taxClass));
+            desk.driver().press("Command1");
+            return remark.text();
+        };
+        QCOMPARE(remark.text(), QString());
+        QCOMPARE(choose(0), u"登録事業者ではありません（経過措置 80%）"_s);
+        date.setDate({2026, 10, 1});
+        QCOMPARE(remark.text(), u"登録事業者ではありません（経過措置 70%）"_s);
+        QCOMPARE(choose(1), u"登録の期間外です（経過措置 70%）"_s);
+        date.setDate({2026, 9, 30});
+        QCOMPARE(remark.text(), QString());
+        QCOMPARE(choose(2), QString());
+        date.setDate({2031, 10, 1});
+        QCOMPARE(choose(0), u"登録事業者ではありません（仕入税額控除なし）"_s);
+        desk.driver().press("cmdMasterUpdate");
+        desk.goods(u"1"_s, u"1999"_s);
+        desk.driver().press("cmdNext");
+        QCOMPARE(remark.text(), QString());
+        QCOMPARE(desk.headers(), QStringList{u"I1|2031-10-01|10"_s});
     }
 
     void suppliersComeByKey()
