@@ -108,7 +108,9 @@ void DialogMitsumori::preview()
     const printing::FormFile layout = printing::loadForm(workspace().applicationFolder(),
                                                          QString::fromUtf16(estimateLayout), estimateItems());
     document.sheets = estimateSheets(entered(), layout.form);
-    document.remark = layout.complaint;
+    QStringList remarks{roomRemark(m_data.rates), layout.complaint};
+    remarks.removeAll(QString());
+    document.remark = remarks.join(u'\n');
     if (!tell(addCompanyName(document, workspace(), m_data.companyName)))
         return;
     const bool issued = printing::showPreview(workspace(), this, std::move(document));

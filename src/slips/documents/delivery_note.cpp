@@ -66,13 +66,7 @@ void addInvoice(printing::FormRecord &items, const DeliveryNoteData &data)
     if (!masters::isRegistrationNumber(data.sender.registrationNumber))
         return;
     items[u"自社.登録番号"_s] = data.sender.registrationNumber;
-    int number = 0;
-    for (const InvoiceRate &rate : data.rates) {
-        const QString name = u"税率%1"_s.arg(++number);
-        items[name] = rate.name;
-        items[name + u".対象額"_s] = rate.amount;
-        items[name + u".消費税"_s] = rate.tax;
-    }
+    addRates(items, data.rates);
 }
 
 } // namespace

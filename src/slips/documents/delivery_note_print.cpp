@@ -19,12 +19,8 @@ namespace
 
 QString remarksOn(const DeliveryNoteData &note, const QString &complaint)
 {
-    QStringList remarks;
-    if (note.rates.size() > mostInvoiceRates)
-        remarks << u"税率が %1 種類あり、税率別の欄に入りきりません。伝票を分けてください。"_s.arg(
-            note.rates.size());
-    if (!complaint.isEmpty())
-        remarks << complaint;
+    QStringList remarks{roomRemark(note.rates), complaint};
+    remarks.removeAll(QString());
     return remarks.join(u'\n');
 }
 

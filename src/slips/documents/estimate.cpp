@@ -82,6 +82,8 @@ std::vector<printing::Sheet> estimateSheets(const EstimateData &data, const prin
     printing::FormValues values = noteValues(data.slip, data.sender, data.companyName);
     addAddressee(values.items, data.slip);
     addTotals(values.items, data);
+    addRates(values.items, data.rates);
+    values.items[u"軽減の注記"_s] = data.reducedLegend;
     addTerms(values.items, data.terms);
     return printing::formSheets(form, values);
 }

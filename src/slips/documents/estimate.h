@@ -36,6 +36,8 @@ struct EstimateData
     double goods = 0; // yen
     double tax = 0;   // yen; added to the goods, or included in them
     EstimateTax taxed = EstimateTax::Untold;
+    std::vector<InvoiceRate> rates; // of a registered shop, where there are several or a reduced one
+    QString reducedLegend;          // explains the mark of reduced rates
     EstimateTerms terms;
 
     /// What the customer is to pay, as far as the estimate tells.

@@ -1,4 +1,5 @@
 #include "book/tax.h"
+#include "masters/registration_number.h"
 #include "slips/documents/estimate.h"
 
 namespace slips
@@ -20,6 +21,20 @@ EstimateTax taxOf(const book::PrintedSlip &printed, bool open)
     return open ? EstimateTax::Added : EstimateTax::Untold;
 }
 
+// An estimate is no invoice, whoever makes it; of one rate it has always told the tax in one sum.
+base::Status addRates(EstimateData &data, const book::PrintedSlip &printed)
+{
+    data.reducedLegend = reducedLegend(printed.slip, printed.rate);
+    if (!masters::isRegistrationNumber(data.sender.registrationNumber))
+        return {};
+    auto rates = invoiceRates(printed);
+    if (!rates)
+        return rates.error();
+    if (rates->size() > 1 || !data.reducedLegend.isEmpty())
+        data.rates = std::move(*rates);
+    return {};
+}
+
 } // namespace
 
 base::Result<EstimateData> readEstimate(db::Connection &connection, qint64 id, const EstimateReading &reading)
@@ -39,6 +54,8 @@ base::Result<EstimateData> readEstimate(db::Connection &connection, qint64 id, c
     EstimateData data;
     data.sender = company->value_or(masters::OwnCompany());
     data.taxed = taxOf(*printed, reading.closing.has_value());
+    if (const base::Status added = addRates(data, *printed); !added)
+        return added.error();
     data.slip = std::move(printed->slip);
     if (printed->includedTax)
         data.tax = *printed->includedTax;

@@ -93,6 +93,13 @@ base::Result<QStringList> returnNotices(const book::PrintedSlip &printed,
     return notices;
 }
 
+QString roomRemark(const std::vector<InvoiceRate> &rates)
+{
+    if (rates.size() <= mostInvoiceRates)
+        return {};
+    return u"税率が %1 種類あり、税率別の欄に入りきりません。伝票を分けてください。"_s.arg(rates.size());
+}
+
 QString reducedMark(const book::SlipLine &line)
 {
     return isReduced(line.taxClass) && !line.isTax() ? u"※"_s : QString();

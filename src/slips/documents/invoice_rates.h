@@ -35,6 +35,9 @@ base::Result<std::vector<InvoiceRate>> invoiceRates(const book::PrintedSlip &pri
 base::Result<QStringList> returnNotices(const book::PrintedSlip &printed,
                                         const std::optional<book::OriginalSlip> &original);
 
+/// What the preview says where \a rates have no room on the paper; empty where they do.
+QString roomRemark(const std::vector<InvoiceRate> &rates);
+
 /// The mark of a line at a reduced rate; empty for any other.
 QString reducedMark(const book::SlipLine &line);
 

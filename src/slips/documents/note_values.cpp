@@ -1,7 +1,6 @@
 #include "slips/documents/note_values.h"
 
 #include "book/counterpart_name.h"
-#include "slips/documents/invoice_rates.h"
 #include "text/postal_code.h"
 #include "text/width.h"
 
@@ -96,6 +95,17 @@ void addAddressee(FormRecord &items, const book::Slip &slip)
     items[u"宛先.名称1"_s] = alone ? last : slip.name1;
     items[u"宛先.名称2"_s] = alone ? QString() : last;
     items[u"宛先.名称"_s] = alone ? last : slip.name1 + u'　' + last;
+}
+
+void addRates(FormRecord &items, const std::vector<InvoiceRate> &rates)
+{
+    int number = 0;
+    for (const InvoiceRate &rate : rates) {
+        const QString name = u"税率%1"_s.arg(++number);
+        items[name] = rate.name;
+        items[name + u".対象額"_s] = rate.amount;
+        items[name + u".消費税"_s] = rate.tax;
+    }
 }
 
 QString rateOf(const book::SlipLine &line, const book::Slip &slip)

@@ -3,6 +3,7 @@
 #include "book/slip_reader.h"
 #include "masters/own_company.h"
 #include "printing/forms/form_values.h"
+#include "slips/documents/invoice_rates.h"
 
 // What the printed slips for customers, delivery note and estimate, show alike.
 namespace slips
@@ -31,6 +32,9 @@ QString honorificOf(const book::Slip &slip);
 /// Adds the addressee's names, the last one with its honorific. What lists call a deleted customer is not
 /// honoured.
 void addAddressee(printing::FormRecord &items, const book::Slip &slip);
+
+/// Adds what was sold and taxed at each of \a rates, as far as there is room.
+void addRates(printing::FormRecord &items, const std::vector<InvoiceRate> &rates);
 
 /// The rate of \a line, else that of its slip, as it is printed: "10%".
 QString rateOf(const book::SlipLine &line, const book::Slip &slip);

@@ -199,7 +199,15 @@ private slots:
         data.goods = data.tax = number;
         data.terms = {QDate(2026, 5, 1), QDate(2026, 4, 15), text, text, (text + u'\n').repeated(3)};
         for (int i = 0; i < 30; ++i)
-            data.slip.lines.push_back({text, text, number, text.left(5), number, number});
+            data.slip.lines.push_back({.product = text,
+                                       .specification = text,
+                                       .quantity = number,
+                                       .unit = text.left(5),
+                                       .price = number,
+                                       .amount = number,
+                                       .taxClass = book::GoodsTax::Food});
+        data.rates.assign(mostInvoiceRates, {u"軽減8%税込"_s, number, number});
+        data.reducedLegend = u"※は軽減税率（8%・1%）対象"_s;
         for (const Sheet &sheet : plainSheets(data))
             QCOMPARE(misplaced(sheet), QStringList());
     }
@@ -243,6 +251,60 @@ private slots:
         QTEST(data->taxed, "taxed");
         QTEST(u"%1 %2 %3"_s.arg(data->goods).arg(data->tax).arg(data->total()), "figures");
         QCOMPARE(data->slip.lines.size(), std::size_t{1});
+    }
+
+    void severalRates_data()
+    {
+        QTest::addColumn<QString>("registered"); // 登録番号
+        QTest::addColumn<int>("taxClass");
+        QTest::addColumn<bool>("isFood"); // one of the two lines
+        QTest::addColumn<QStringList>("there");
+        QTest::addColumn<QStringList>("missing"); // whatever holds one of them
+        const QString number = u"T7000012050002"_s;
+        const QStringList invoice{u"登録番号"_s, number, u"適格"_s};
+        const QStringList marks{u"※"_s, u"※は軽減税率（8%）対象"_s};
+        QTest::newRow("food and postage")
+            << number << 0 << true
+            << marks + QStringList{u"軽減8%対象"_s, u"¥5,000"_s, u"税 ¥400"_s, u"10%対象"_s,
+                                   u"¥800"_s,       u"税 ¥80"_s, u"¥480"_s,    u"¥6,280"_s}
+            << invoice;
+        QTest::newRow("prices with the tax") << number << 2 << true
+                                             << marks + QStringList{u"軽減8%税込対象"_s, u"税 ¥370"_s,
+                                                                    u"10%税込対象"_s, u"税 ¥72"_s, u"¥442"_s}
+                                             << invoice;
+        QTest::newRow("tax with the bill")
+            << number << 1 << true << marks << invoice + QStringList{u"%対象"_s};
+        QTest::newRow("one rate") << number << 0 << false << QStringList{u"¥580"_s}
+                                  << invoice + QStringList{u"※"_s, u"対象"_s, u"10%"_s};
+        QTest::newRow("not registered")
+            << QString() << 0 << true << marks << invoice + QStringList{u"%対象"_s, u"税 ¥"_s};
+    }
+    void severalRates()
+    {
+        QFETCH(QString, registered);
+        QFETCH(int, taxClass);
+        QFETCH(bool, isFood);
+        QFETCH(QStringList, there);
+        QFETCH(QStringList, missing);
+        SlipDesk<frmMitsumori> desk;
+        desk.shop.run(u"INSERT INTO 自社情報 (会社ID, 会社名1, 登録番号) VALUES (1, '山田茶舗', ?)"_s,
+                      {registered});
+        desk.open(taxClass);
+        desk.goods(u"1"_s, u"5000"_s);
+        desk.goods(u"1"_s, u"800"_s);
+        if (isFood)
+            desk.shop.run(u"UPDATE 入出庫サブ SET 税区分 = 1, 税率 = 8 WHERE 金額 = 5000"_s);
+        const auto data =
+            readEstimate(desk.shop.connection, 1, {taxClass == 2, book::TaxRates::keptByHand(10)});
+        QVERIFY(data);
+        const QStringList texts = textsOf(plainSheets(*data).front());
+        for (const QString &text : there)
+            QVERIFY2(texts.contains(text), qPrintable(text + u" is not in "_s + texts.join(u'|')));
+        for (const QString &text : missing) {
+            const QStringList found = texts.filter(text);
+            QVERIFY2(found.isEmpty() || found == QStringList{u"※は軽減税率（8%）対象"_s},
+                     qPrintable(found.join(u'|')));
+        }
     }
 
     void slipLeftWithoutItsTaxPromisesNothing()
