@@ -26,13 +26,15 @@ constexpr double tableTop = 25.5;
 constexpr double footHeight = 15;
 constexpr double rowHeight = 7.4; // of the headings too
 constexpr double padding = 1;
-constexpr double cellHeight = rowHeight - 0.6;
+constexpr double slack = 0.6; // of a row over its lines
 constexpr double thin = 0.15;
 constexpr double thick = 0.4;
 
 constexpr double titlePoints = 15;
 constexpr double points = 9;
 constexpr double smallPoints = 7.5; // below it, text is rather broken into lines
+constexpr double leastPoints = 7;   // nobody reads smaller type at a counter: the row grows
+constexpr qsizetype mostLines = 12;
 constexpr double leading = 1.1;
 
 constexpr int ruleGrey = 150;
@@ -45,6 +47,14 @@ Align alignOf(const base::Column &column)
     return base::isNumber(column.format) ? Align::Right : Align::Left;
 }
 
+// A telephone number, a postal code, a day.
+bool isFigure(const QString &line)
+{
+    return std::any_of(line.begin(), line.end(), [](QChar c) { return c.isDigit(); }) &&
+           std::all_of(line.begin(), line.end(),
+                       [](QChar c) { return c.isDigit() || u"-()+/.,: "_s.contains(c); });
+}
+
 class ListLayout
 {
 public:
@@ -55,6 +65,7 @@ public:
         , m_height(paper == ListPaper::Upright ? longSide : shortSide)
     {
         placeColumns();
+        measureRows();
         breakPages();
     }
 
@@ -80,15 +91,48 @@ private:
         return line < m_report.rows.size() ? m_report.rows[line].kind : base::RowKind::Subtotal;
     }
 
+    QString textAt(std::size_t line, std::size_t column) const
+    {
+        const QVariantList &values =
+            line < m_report.rows.size() ? m_report.rows[line].values : m_report.totals;
+        return text::formatValue(m_report.columns[column].format,
+                                 values.value(static_cast<qsizetype>(column)));
+    }
+
+    double roomOf(std::size_t column) const { return m_edges[column + 1] - m_edges[column] - 2 * padding; }
+
+    // How high each line is.
+    void measureRows()
+    {
+        m_heights.assign(lineCount(), rowHeight);
+        for (std::size_t line = 0; line < m_heights.size(); ++line) {
+            for (std::size_t column = 0; column < m_report.columns.size(); ++column) {
+                if (alignOf(m_report.columns[column]) != Align::Right)
+                    m_heights[line] =
+                        std::max(m_heights[line], heightFor(textAt(line, column), roomOf(column)));
+            }
+        }
+    }
+
+    static double heightFor(const QString &text, double room)
+    {
+        const QString line = singleLine(text);
+        if (isFigure(line) || (!text.contains(u'\n') && fittingPoints(line, room, points) >= smallPoints))
+            return rowHeight;
+        const qsizetype lines = std::min(linesInBlock(text, room, leastPoints), mostLines);
+        return static_cast<double>(lines) * millimetresFromPoints(leastPoints) * leading + slack + 0.01;
+    }
+
     // The first line of each page, and the end of the last one.
     void breakPages()
     {
         const double room = m_height - footHeight - tableTop - rowHeight;
-        const auto most = static_cast<std::size_t>(room / rowHeight);
         const std::size_t count = lineCount();
         m_breaks = {0};
         do {
-            std::size_t end = std::min(count, m_breaks.back() + most);
+            std::size_t end = m_breaks.back();
+            for (double left = room; end < count && m_heights[end] <= left; ++end)
+                left -= m_heights[end];
             while (end < count && end - 1 > m_breaks.back() && kindOf(end - 1) == base::RowKind::Heading)
                 --end;
             m_breaks.push_back(end);
@@ -130,14 +174,18 @@ private:
     void writeTable(SheetWriter &writer, std::size_t first, std::size_t end) const
     {
         const double right = m_edges.back();
-        const double bottom = tableTop + rowHeight + static_cast<double>(end - first) * rowHeight;
+        const auto heights = m_heights.begin();
+        const double bottom =
+            std::accumulate(heights + static_cast<std::ptrdiff_t>(first),
+                            heights + static_cast<std::ptrdiff_t>(end), tableTop + rowHeight);
         writer.box(margin, tableTop, right - margin, rowHeight, 0, headingGrey);
         for (std::size_t column = 0; column < m_report.columns.size(); ++column)
-            writeCell(writer, m_report.columns[column].heading, column, tableTop, Align::Centre, false);
+            writeCell(writer, m_report.columns[column].heading, column, {tableTop, rowHeight}, Align::Centre,
+                      false);
         double y = tableTop + rowHeight;
-        for (std::size_t row = first; row < end; ++row, y += rowHeight) {
+        for (std::size_t row = first; row < end; y += m_heights[row++]) {
             if (kindOf(row) == base::RowKind::Subtotal)
-                writer.box(margin, y, right - margin, rowHeight, 0, headingGrey);
+                writer.box(margin, y, right - margin, m_heights[row], 0, headingGrey);
             writeRow(writer, row, y);
             writer.line(margin, y, right, y, thin, ruleGrey);
         }
@@ -148,46 +196,49 @@ private:
 
     void writeRow(SheetWriter &writer, std::size_t row, double y) const
     {
-        const QVariantList &values = row < m_report.rows.size() ? m_report.rows[row].values : m_report.totals;
-        for (std::size_t column = 0; column < m_report.columns.size(); ++column) {
-            const base::Column &described = m_report.columns[column];
-            writeCell(writer,
-                      text::formatValue(described.format, values.value(static_cast<qsizetype>(column))),
-                      column, y, alignOf(described), kindOf(row) != base::RowKind::Plain);
-        }
+        for (std::size_t column = 0; column < m_report.columns.size(); ++column)
+            writeCell(writer, textAt(row, column), column, {y, m_heights[row]},
+                      alignOf(m_report.columns[column]), kindOf(row) != base::RowKind::Plain);
     }
 
-    void writeCell(SheetWriter &writer, const QString &text, std::size_t column, double y, Align align,
+    struct Band
+    {
+        double top, height;
+    };
+
+    void writeCell(SheetWriter &writer, const QString &text, std::size_t column, Band row, Align align,
                    bool bold) const
     {
         if (text.isEmpty())
             return;
         const double left = m_edges[column] + padding;
         const double right = m_edges[column + 1] - padding;
-        const FittedText cell = setText(text, right - left, align);
+        const FittedText cell = setText(text, right - left, row.height - slack, align);
         const double anchor = align == Align::Left    ? left
                               : align == Align::Right ? right
                                                       : (left + right) / 2;
         const double step = millimetresFromPoints(cell.points) * leading;
         const double block =
             static_cast<double>(cell.lines.size() - 1) * step + millimetresFromPoints(cell.points);
-        double top = y + (rowHeight - block) / 2;
+        double top = row.top + (row.height - block) / 2;
         for (const QString &line : cell.lines) {
             writer.text(anchor, top, line, cell.points, align, right - left, bold);
             top += step;
         }
     }
 
-    static FittedText setText(const QString &text, double room, Align align)
+    static FittedText setText(const QString &text, double room, double height, Align align)
     {
         const QString line = singleLine(text);
         if (align == Align::Right)
             return {{line}, fittingPoints(line, room, points)};
+        if (isFigure(line)) // set narrower, if need be
+            return {{line}, std::max(leastPoints, fittingPoints(line, room, points))};
         const bool broken = text.contains(u'\n');
         const double fitting = broken ? 0 : fittingPoints(line, room, points);
         if (fitting >= smallPoints)
             return {{line}, fitting};
-        return fitBlock(text, room, cellHeight, broken ? points : smallPoints, leading);
+        return fitBlock(text, room, height, broken ? points : smallPoints, leading);
     }
 
     const base::Report m_report;
@@ -195,6 +246,7 @@ private:
     const double m_width;
     const double m_height;
     std::vector<double> m_edges;
+    std::vector<double> m_heights; // of the lines
     std::vector<std::size_t> m_breaks;
 };
 
@@ -204,6 +256,14 @@ ListPaper paperFor(const base::Report &report)
 {
     constexpr std::size_t mostUpright = 6;
     return report.columns.size() > mostUpright ? ListPaper::Lying : ListPaper::Upright;
+}
+
+ListPaper paperByWidths(const base::Report &report)
+{
+    const double wanted =
+        std::accumulate(report.columns.begin(), report.columns.end(), 0.0,
+                        [](double sum, const base::Column &column) { return sum + column.millimetres; });
+    return wanted > shortSide - 2 * margin ? ListPaper::Lying : ListPaper::Upright;
 }
 
 Sheets listSheets(base::Report report, const QString &date, ListPaper paper)

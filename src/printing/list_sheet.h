@@ -11,11 +11,13 @@ enum class ListPaper { Upright, Lying }; // A4
 
 /// Upright for few columns.
 ListPaper paperFor(const base::Report &report);
+/// Upright as long as the columns have their widths there.
+ListPaper paperByWidths(const base::Report &report);
 
 /// The pages of \a report, each with title, remark, \a date, headings and page number; one page when there
 /// are no rows. The heading of a group is never the last row of a page. Columns that do not fit side by side
-/// are all made narrower. Text that is too long is made smaller or broken into lines, and never leaves its
-/// cell; numbers stay on one line. A page is laid out when it is looked at.
+/// are all made narrower. Text that is too long is made a little smaller or broken into lines, for which its
+/// row grows, and never leaves its cell; numbers stay on one line. A page is laid out when it is looked at.
 Sheets listSheets(base::Report report, const QString &date, ListPaper paper);
 
 } // namespace printing

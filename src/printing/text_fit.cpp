@@ -59,6 +59,14 @@ QString shortened(QStringView text)
     return text.size() <= longestPrinted ? text.toString() : text.first(longestPrinted).toString() + u"…"_s;
 }
 
+QStringList blockLines(QStringView text, double width, double points)
+{
+    QStringList lines;
+    for (const QStringView paragraph : text.split(u'\n'))
+        lines << broken(singleLine(paragraph), bytesInLine(width, points));
+    return lines;
+}
+
 } // namespace
 
 double textWidth(QStringView text, double points)
@@ -84,13 +92,16 @@ FittedText fitBlock(QStringView text, double width, double height, double points
 {
     const QString shown = shortened(text);
     for (;; points -= 0.5) {
-        QStringList lines;
-        for (const QStringView paragraph : QStringView(shown).split(u'\n'))
-            lines << broken(singleLine(paragraph), bytesInLine(width, points));
+        const QStringList lines = blockLines(shown, width, points);
         const double needed = static_cast<double>(lines.size()) * millimetresFromPoints(points) * leading;
         if (needed <= height || points - 0.5 < smallestPoints)
             return {lines, points};
     }
+}
+
+qsizetype linesInBlock(QStringView text, double width, double points)
+{
+    return blockLines(shortened(text), width, points).size();
 }
 
 QString singleLine(QStringView text)

@@ -27,6 +27,9 @@ FittedText fitText(QStringView text, double width, double points, double minPoin
 /// until it fits into the block. Lines stand \a leading times their size apart.
 FittedText fitBlock(QStringView text, double width, double height, double points, double leading);
 
+/// How many lines fitBlock() breaks \a text into at \a points.
+qsizetype linesInBlock(QStringView text, double width, double points);
+
 /// \a text, or its first 5,000 characters, for one line of print: line breaks, tabs and other control
 /// characters become blanks.
 QString singleLine(QStringView text);

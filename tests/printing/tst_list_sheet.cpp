@@ -219,9 +219,12 @@ private slots:
         Report report = reportOf(0);
         report.rows = {{{u"上"_s, 1}}, {{text, text}}, {{u"下"_s, 2}}};
         const auto sheets = sheetsOf(report);
-        const QRectF row(left, firstRow + rowHeight, 80, rowHeight);
-        const QRectF cells[] = {{row.left(), row.top(), 50, rowHeight},
-                                {row.left() + 50, row.top(), 30, rowHeight}};
+        // As high as it takes, up to the row below.
+        const double bottom = areaOf(*item(sheets.front(), u"下"_s)).center().y() - rowHeight / 2;
+        const QRectF row(left, firstRow + rowHeight, 80, bottom - firstRow - rowHeight);
+        QVERIFY(row.height() > rowHeight - 0.01);
+        const QRectF cells[] = {{row.left(), row.top(), 50, row.height()},
+                                {row.left() + 50, row.top(), 30, row.height()}};
         QString printed[2];
         for (const TextItem &item : sheets.front().texts) {
             const QRectF area = areaOf(item);
@@ -237,6 +240,39 @@ private slots:
         const auto bare = [](QString all) { return all.remove(QRegularExpression(u"[\\s\\x07]"_s)); };
         QCOMPARE(bare(printed[0]), bare(text));
         QCOMPARE(printed[1], printing::singleLine(text));
+    }
+
+    // A roster with all its columns: rows grow before the type gets too small to read, and telephone numbers
+    // and codes stay in one piece.
+    void longNamesStayLegible()
+    {
+        Report report;
+        for (const double width : {44., 16., 50., 22., 22., 40., 60.})
+            report.columns.push_back({u"列"_s, base::Format::Text, 10, width});
+        const QString name = QString(22, u'山') + u'\n' + QString(22, u'川');
+        for (int row = 0; row < 40; ++row)
+            report.rows.push_back({{name, u"100-0005"_s, name, u"011-1234-5678"_s, u"(0120)123-456"_s,
+                                    QString(50, u'備'), QString()}});
+        const auto sheets = sheetsOf(report);
+        QVERIFY(sheets.size() > 2);
+        int codes = 0;
+        int phones = 0;
+        QString names;
+        for (std::size_t page = 0; page < sheets.size(); ++page) {
+            for (const TextItem &text : sheets[page].texts) {
+                QVERIFY2(text.points >= 7, qPrintable(text.text));
+                QVERIFY(areaOf(text).bottom() < 290);
+                codes += text.text == u"100-0005" ? 1 : 0;
+                phones += text.text == u"011-1234-5678" || text.text == u"(0120)123-456" ? 1 : 0;
+                names += text.text;
+            }
+        }
+        QCOMPARE(codes, 40);
+        QCOMPARE(phones, 80);
+        QCOMPARE(names.count(u'山'), 2 * 40 * 22);
+        QCOMPARE(printing::paperByWidths(report), ListPaper::Lying);
+        report.columns.resize(3);
+        QCOMPARE(printing::paperByWidths(report), ListPaper::Upright);
     }
 };
 

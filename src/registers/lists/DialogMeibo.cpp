@@ -32,9 +32,11 @@ DialogMeibo::DialogMeibo(workspace::Workspace &workspace, std::vector<qint64> cu
 {
     m_ui->setupUi(this);
     addColumns();
-    if (const auto printers = printing::printSystem(workspace).queues())
-        m_ui->Combo2->addItems(printers->names);
-    m_ui->Combo2->setEnabled(m_ui->Combo2->count() > 0);
+    m_ui->Combo2->addItem(u"通常使うプリンタ"_s, QString());
+    if (const auto printers = printing::printSystem(workspace).queues()) {
+        for (const QString &name : printers->names)
+            m_ui->Combo2->addItem(name, name);
+    }
     showSettings();
     connect(m_ui->Command7, &QPushButton::clicked, this, &DialogMeibo::chooseFont);
     connect(m_ui->Command49, &QPushButton::clicked, this, &DialogMeibo::preview);
@@ -72,7 +74,9 @@ void DialogMeibo::showSettings()
         m_columns[i]->setChecked(shown[i]);
     const bool byReading = settings.checked(workspace::keys::meiboByReading);
     (byReading ? m_ui->Option1 : m_ui->Option2)->setChecked(true);
-    m_ui->Combo2->setCurrentIndex(m_ui->Combo2->findText(settings.text(workspace::keys::meiboPrinterName)));
+    const QString printer = settings.text(workspace::keys::meiboPrinterName);
+    m_ui->Combo2->setCurrentIndex(m_ui->Combo2->findData(printer));
+    m_ui->Combo2->setPlaceholderText(printer);
     m_ui->txtFontName->setText(settings.text(workspace::keys::meiboPrinterFont));
 }
 
@@ -89,7 +93,7 @@ void DialogMeibo::storeSettings()
     settings.write(workspace::keys::meiboPrinterFont, m_ui->txtFontName->text());
     // A printer that is switched off is missing from the list, and stays the chosen one.
     if (m_ui->Combo2->currentIndex() >= 0)
-        settings.write(workspace::keys::meiboPrinterName, m_ui->Combo2->currentText());
+        settings.write(workspace::keys::meiboPrinterName, m_ui->Combo2->currentData().toString());
 }
 
 bool DialogMeibo::mayClose()
@@ -133,8 +137,9 @@ base::Result<printing::Document> DialogMeibo::document(const base::Progress &pro
     printing::Document document;
     document.title = report->documentName;
     document.purpose = printing::Purpose::Rosters;
-    document.sheets = printing::listSheets(
-        std::move(*report), text::formatDate(workspace().today()) + u" 現在"_s, printing::ListPaper::Upright);
+    const printing::ListPaper paper = printing::paperByWidths(*report);
+    document.sheets =
+        printing::listSheets(std::move(*report), text::formatDate(workspace().today()) + u" 現在"_s, paper);
     return document;
 }
 

@@ -64,7 +64,9 @@ QString cellText(const db::Rows &rows, int row, const Column &column)
 {
     QStringList lines;
     for (const char16_t *field : column.fields) {
-        const QVariant value = field ? rows.value(row, QString::fromUtf16(field)) : QVariant();
+        QVariant value = field ? rows.value(row, QString::fromUtf16(field)) : QVariant();
+        if (field && value.toString().isEmpty() && QStringView(field) == QStringView(honorific))
+            value = honorifics().constFirst(); // as on all paper
         if (value.isNull())
             continue;
         const bool isDay = QStringView(field) == QStringView(closingDay);

@@ -262,6 +262,17 @@ private slots:
         for (const base::ReportRow &row : printed->rows)
             readings << row.values.constFirst().toString();
         QCOMPARE(readings.join(u' '), u"ｱｲﾀﾞ アオキ ｶﾞﾏ ｶﾜｲ ギオン ｷﾑﾗ"_s);
+        // Who has no honorific of his own is addressed as on all paper.
+        shop.run(u"UPDATE 納品先 SET 敬称 = '先生' WHERE 納品先ID = 5"_s);
+        shop.run(u"UPDATE 納品先 SET 敬称 = 'なし' WHERE 納品先ID = 3"_s);
+        const registers::RosterOptions honorificsAlone{
+            u"名簿"_s, {}, registers::rosterColumnsFrom(u"000100000000000"_s)};
+        const auto addressed =
+            registers::roster(shop.connection, {5, 3, 2}, honorificsAlone, base::unwatched);
+        QVERIFY(addressed);
+        QCOMPARE(addressed->rows[0].values.constFirst().toString(), u"先生"_s);
+        QCOMPARE(addressed->rows[1].values.constFirst().toString(), QString());
+        QCOMPARE(addressed->rows[2].values.constFirst().toString(), u"様"_s);
     }
 
     void tellsWhatIsLacking()
