@@ -136,6 +136,13 @@ int Bare::count(const char *sql, const QString &text)
     return readAll(m_handle, statement);
 }
 
+int Bare::findDocuments(const char *condition)
+{
+    const QByteArray sql =
+        QByteArray("SELECT 発行ID FROM 発行控 WHERE ") + condition + " ORDER BY 日付 DESC, 発行ID DESC";
+    return count(sql.constData(), {});
+}
+
 int Bare::searchCustomers(const QString &key)
 {
     return count("SELECT 納品先ID FROM 納品先 WHERE (納品先名キー LIKE ?) ORDER BY 更新日 DESC",

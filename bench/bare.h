@@ -40,6 +40,9 @@ public:
     /// of them for an empty one. \return how many
     int findCustomers(const QString &key);
 
+    /// The keys of the issued documents of which \a condition holds, the latest first. \return how many
+    int findDocuments(const char *condition);
+
     /// All columns of all customers, printed into \a fileName with commas between.
     void writeCustomers(const QString &fileName);
 

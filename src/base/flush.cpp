@@ -34,6 +34,8 @@ Status flushFile(const QString &fileName)
     return done ? Status() : Error{u"ファイルをディスクに書き込めませんでした。("_s + fileName + u")"_s};
 }
 
+void flushFolder(const QString &) {} // the rename below writes through
+
 Status replaceFile(const QString &from, const QString &to)
 {
     if (MoveFileExW(reinterpret_cast<const wchar_t *>(from.utf16()),
@@ -75,12 +77,14 @@ Status flushFile(const QString &fileName)
                : diskError(u"ファイルをディスクに書き込めませんでした。"_s, fileName, errno);
 }
 
+void flushFolder(const QString &folder) { (void)flushPath(folder, O_RDONLY | O_DIRECTORY); }
+
 Status replaceFile(const QString &from, const QString &to)
 {
     if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0)
         return diskError(u"ファイルの名前を変更できませんでした。"_s, to, errno);
     // Some file systems cannot flush a folder; the rename itself is done all the same.
-    (void)flushPath(QFileInfo(to).absolutePath(), O_RDONLY | O_DIRECTORY);
+    flushFolder(QFileInfo(to).absolutePath());
     return {};
 }
 

@@ -28,10 +28,25 @@ base::Result<qint64> countSlips(db::Connection &connection, const Selection &sel
     return count->front();
 }
 
+Condition documentsOf(Party party)
+{
+    QVariantList letters;
+    for (const SlipKind &kind : kindsOf(party))
+        letters << QString(QChar(kind.letter));
+    return {u"伝票種別 IN ("_s + QStringList(letters.size(), u"?"_s).join(u", "_s) + u')', letters};
+}
+
 base::Result<qint64> keyWithoutSlips(db::Connection &connection, Party party, qint64 next)
 {
-    return db::unusedKey(connection, next,
-                         {u"入出庫マスター"_s, u"相手先ID"_s, slipsOf({.kinds = kindsOf(party)})});
+    const db::References slips{u"入出庫マスター"_s, u"相手先ID"_s, slipsOf({.kinds = kindsOf(party)})};
+    const db::References documents{u"発行控"_s, u"相手先ID"_s, documentsOf(party)};
+    for (;;) {
+        const auto free = db::unusedKey(connection, next, slips);
+        const auto fresh = free ? db::unusedKey(connection, *free, documents) : free;
+        if (!fresh || *fresh == *free)
+            return fresh;
+        next = *fresh;
+    }
 }
 
 base::Result<QHash<qint64, int>> slipsOfEach(db::Connection &connection, Party party)

@@ -1,5 +1,6 @@
 #include "book/slip_move.h"
 
+#include "book/slip_counts.h"
 #include "book/slip_selection.h"
 
 using namespace Qt::StringLiterals;
@@ -31,13 +32,10 @@ base::Result<int> moveSlips(db::Connection &connection, Party party, qint64 from
     if (!moved)
         return moved;
     // Those who look for a counterpart's documents look by its key; the name that was printed stays.
-    QVariantList letters;
-    for (const SlipKind &kind : kindsOf(party))
-        letters << QString(QChar(kind.letter));
-    const QString places = QStringList(letters.size(), u"?"_s).join(u", "_s);
-    const auto documents = connection.execute(
-        u"UPDATE 発行控 SET 相手先ID = ? WHERE 相手先ID = ? AND 伝票種別 IN ("_s + places + u')',
-        QVariantList{to, from} + letters);
+    const Condition issued = documentsOf(party);
+    const auto documents =
+        connection.execute(u"UPDATE 発行控 SET 相手先ID = ? WHERE 相手先ID = ? AND "_s + issued.sql,
+                           QVariantList{to, from} + issued.values);
     return documents ? moved : documents;
 }
 

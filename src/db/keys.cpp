@@ -86,6 +86,9 @@ base::Result<qint64> nextVersion(Connection &connection)
 
 base::Result<int> deleteRows(Connection &connection, const QString &statement, const QVariantList &values)
 {
+    // The law has them kept for years (所得税法施行規則第63条, 法人税法施行規則第59条).
+    if (statement.contains(u"発行控"_s))
+        return base::Error{u"発行した書類の控えは削除できません。"_s};
     return atomically(connection, [&]() -> base::Result<int> {
         const auto raised = nextVersion(connection);
         return raised ? connection.execute(statement, values) : raised.error();

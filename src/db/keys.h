@@ -35,7 +35,7 @@ base::Result<qint64> unusedKey(Connection &connection, qint64 next, const Refere
 base::Result<qint64> nextVersion(Connection &connection);
 
 /// Deletes rows by \a statement and raises the counter, so that a row that is given one of their keys again
-/// is never taken for the one before. \return how many
+/// is never taken for the one before. Refuses to touch issued documents (発行控). \return how many
 base::Result<int> deleteRows(Connection &connection, const QString &statement,
                              const QVariantList &values = {});
 

@@ -60,6 +60,13 @@ DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &docume
 
 DialogPrint::~DialogPrint() = default;
 
+void DialogPrint::keepTogether()
+{
+    m_ui->optAll->setChecked(true);
+    for (QWidget *control : std::initializer_list<QWidget *>{m_ui->optRange, m_ui->spnFirst, m_ui->spnLast})
+        control->setEnabled(false);
+}
+
 void DialogPrint::readQueue()
 {
     m_abilities.reset();

@@ -35,6 +35,9 @@ public:
                 QWidget *parent = nullptr);
     ~DialogPrint() override;
 
+    /// From now on all pages are printed: they are one PDF, which is not taken apart.
+    void keepTogether();
+
     /// What the clerk chose; nothing unless the dialog was accepted.
     [[nodiscard]] const std::optional<PrintChoice> &choice() const { return m_choice; }
 

@@ -26,6 +26,35 @@ using namespace Qt::StringLiterals;
 namespace printing
 {
 
+namespace
+{
+
+Document pagesOf(const Document &document, const PrintChoice &choice)
+{
+    Document chosen;
+    chosen.title = document.title;
+    chosen.purpose = document.purpose;
+    chosen.richTexts = document.richTexts;
+    chosen.sheets = document.sheets.part(static_cast<std::size_t>(choice.firstPage - 1),
+                                         static_cast<std::size_t>(choice.lastPage - choice.firstPage + 1));
+    return chosen;
+}
+
+// Leaves in \a pdf what went to the queue, where it went as PDF.
+base::Result<int> handOver(PrintSystem &system, const Document &document, const Look &look,
+                           const JobSettings &settings, QByteArray &pdf, const base::Progress &progress)
+{
+    if (!system.takesPdf())
+        return system.print(document, look, settings, progress);
+    auto drawn = pdfOf(document, lookOn(settings, look), progress);
+    if (!drawn)
+        return drawn.error();
+    pdf = std::move(*drawn);
+    return system.printPdf(pdf, document.title, settings);
+}
+
+} // namespace
+
 frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidget *parent)
     : Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::frmPreview>())
@@ -144,20 +173,44 @@ void frmPreview::print()
 
 bool frmPreview::hand(const PrintChoice &choice)
 {
-    Document chosen;
-    chosen.title = m_document.title;
-    chosen.purpose = m_document.purpose;
-    chosen.richTexts = m_document.richTexts;
-    chosen.sheets = m_document.sheets.part(static_cast<std::size_t>(choice.firstPage - 1),
-                                           static_cast<std::size_t>(choice.lastPage - choice.firstPage + 1));
+    const bool isWhole =
+        choice.firstPage == 1 && choice.lastPage == static_cast<int>(m_document.sheets.size());
+    const Document chosen = isWhole ? m_document : pagesOf(m_document, choice);
+    QByteArray pdf;
     const auto job = ui::runWithProgress(this, u"印刷しています。"_s, [&](const base::Progress &progress) {
-        return printSystem(workspace()).print(chosen, m_look, choice.settings, progress);
+        return handOver(printSystem(workspace()), chosen, m_look, choice.settings, pdf, progress);
     });
     if (!job && job.error().cancelled)
         ui::prompts::inform(this, u"印刷を中止しました。何も印刷していません。"_s);
     else
         tell(job.status());
+    // Of a few pages, printed because the paper jammed, the whole document is what was issued.
+    if (job)
+        keep(isWhole ? pdf : QByteArray(), lookOn(choice.settings, m_look), u"印刷は済みました"_s);
     return bool(job);
+}
+
+// What was done stays done; nobody is to believe that there is a copy when there is none. \a pdf: empty where
+// it is still to be drawn.
+void frmPreview::keep(QByteArray pdf, const Look &look, const QString &done)
+{
+    if (!m_document.keep)
+        return;
+    base::Status kept;
+    if (pdf.isEmpty()) {
+        auto drawn = pdfOf(m_document, look);
+        kept = drawn.status();
+        if (drawn)
+            pdf = std::move(*drawn);
+    }
+    if (kept)
+        kept = m_document.keep(pdf);
+    if (!kept)
+        ui::prompts::inform(this,
+                            done + u"が、発行控えに残せませんでした。原因を取り除いてから、もう一度この伝票の"
+                                   "プレビューを開き、「PDF保存」を押してください。"_s,
+                            QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Exclamation,
+                            kept.error().text);
 }
 
 void frmPreview::savePdf()
@@ -175,12 +228,26 @@ void frmPreview::savePdf()
         !ui::prompts::askCautiously(
             this, u"「%1」は既にあります。上書きしますか。"_s.arg(QFileInfo(fileName).fileName())))
         return;
-    if (!carryOut(u"PDF に保存しています。"_s, [&](const base::Progress &progress) {
-            return writePdf(m_document, m_look, fileName, progress);
-        }))
+    if (!saveAs(fileName))
         return;
     m_issued = true;
     m_ui->LblPrinterName->setText(u"PDF に保存しました："_s + QFileInfo(fileName).fileName());
+}
+
+bool frmPreview::saveAs(const QString &fileName)
+{
+    QByteArray pdf;
+    const auto save = [&](const base::Progress &progress) -> base::Status {
+        auto drawn = pdfOf(m_document, m_look, progress);
+        if (!drawn)
+            return drawn.error();
+        pdf = std::move(*drawn);
+        return writePdf(pdf, fileName);
+    };
+    if (!carryOut(u"PDF に保存しています。"_s, save))
+        return false;
+    keep(pdf, m_look, u"PDF は保存しました"_s);
+    return true;
 }
 
 int frmPreview::page() const { return m_preview->page(); }

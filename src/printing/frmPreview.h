@@ -17,7 +17,8 @@ namespace printing
 struct PrintChoice;
 class SheetView;
 
-/// Shows a document as it will be printed; prints it or saves it as PDF.
+/// Shows a document as it will be printed; prints it or saves it as PDF, and has kept what is to be kept of
+/// it.
 class frmPreview : public ui::Screen
 {
     Q_OBJECT
@@ -45,6 +46,8 @@ private:
     void print();
     bool hand(const PrintChoice &choice);
     void savePdf();
+    bool saveAs(const QString &fileName);
+    void keep(QByteArray pdf, const Look &look, const QString &done);
     void showPage();
 
     const std::unique_ptr<Ui::frmPreview> m_ui;

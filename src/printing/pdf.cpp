@@ -1,12 +1,15 @@
 #include "printing/pdf.h"
 
 #include "base/replacement.h"
+#include "printing/pdf_mark.h"
 #include "printing/queue/print_system.h"
 #include "printing/renderer.h"
 #include "workspace/workspace.h"
 
 #include <QBuffer>
+#include <QCryptographicHash>
 #include <QFile>
+#include <QHashSeed>
 #include <QPdfWriter>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +21,29 @@ namespace
 {
 
 constexpr int dotsPerInch = 1440; // one to the twip
+
+// The toolkit writes a document's fonts in the order of their hashes, which it seeds anew at each start.
+class OneOrder
+{
+public:
+    OneOrder() { QHashSeed::setDeterministicGlobalSeed(); }
+    ~OneOrder() { QHashSeed::resetRandomGlobalSeed(); }
+    OneOrder(const OneOrder &) = delete;
+    OneOrder &operator=(const OneOrder &) = delete;
+};
+
+void addWords(QCryptographicHash &said, const Document &document)
+{
+    for (const Sheet &sheet : document.sheets) {
+        for (const TextItem &item : sheet.texts)
+            said.addData(item.text.toUtf8() + '\n');
+        for (const RichTextSlot &slot : sheet.richTexts) {
+            if (const auto found = document.richTexts.find(slot.name); found != document.richTexts.end())
+                said.addData(found->second->toPlainText().toUtf8() + '\n');
+        }
+        said.addData("\f");
+    }
+}
 
 base::Status writeWhole(const QString &fileName, const QByteArray &content)
 {
@@ -42,6 +68,7 @@ Look lookOn(const JobSettings &settings, const Look &look)
 
 base::Result<QByteArray> pdfOf(const Document &document, const Look &look, const base::Progress &progress)
 {
+    const OneOrder order;
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     {
@@ -53,7 +80,13 @@ base::Result<QByteArray> pdfOf(const Document &document, const Look &look, const
         if (const base::Status drawn = drawDocument(writer, document, look, progress); !drawn)
             return drawn.error();
     }
-    return buffer.data();
+    QByteArray pdf = buffer.data();
+    // A list that nobody keeps may be long, and its sheets are made anew each time.
+    QCryptographicHash said(QCryptographicHash::Sha256);
+    if (document.keep)
+        addWords(said, document);
+    markPdf(pdf, document.keep ? &said : nullptr);
+    return pdf;
 }
 
 base::Status writePdf(const Document &document, const Look &look, const QString &fileName,
@@ -61,12 +94,15 @@ base::Status writePdf(const Document &document, const Look &look, const QString 
 {
     // Drawn in memory first: the PDF engine does not report a full disk.
     const auto pdf = pdfOf(document, look, progress);
-    if (!pdf)
-        return pdf.error();
+    return pdf ? writePdf(*pdf, fileName) : pdf.error();
+}
+
+base::Status writePdf(const QByteArray &pdf, const QString &fileName)
+{
     base::Replacement file(fileName);
     if (const base::Status begun = file.begin(); !begun)
         return base::Error{u"PDF を保存できませんでした。"_s + begun.error().text};
-    const base::Status written = writeWhole(file.name(), *pdf);
+    const base::Status written = writeWhole(file.name(), pdf);
     return written ? file.finish() : written;
 }
 

@@ -5,10 +5,12 @@
 #include "printing/print_frame.h"
 #include "printing/sheets.h"
 
+#include <QByteArray>
 #include <QMarginsF>
 #include <QString>
 #include <QTextDocument>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -33,6 +35,8 @@ struct Document
     QString printer{};            // to begin with; empty: the purpose's own
     QString font{};               // as it is stored; empty: the purpose's own
     bool calibrationGrid = false; // to begin with
+    /// Keeps the PDF of what the shop issues, once a queue took it or it was saved; empty: nothing is kept.
+    std::function<base::Status(const QByteArray &pdf)> keep{};
 };
 
 /// How a document is drawn.

@@ -63,6 +63,14 @@ QString saveFile(QWidget *parent, const QString &title, const QString &filters, 
     return chosen;
 }
 
+QString chooseFolder(QWidget *parent, const QString &title)
+{
+    if (script().running)
+        return scripted(title).toString();
+    return QFileDialog::getExistingDirectory(
+        parent, title, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+}
+
 QString proposedFile(const QString &title, const QString &suffix)
 {
     static const QString forbidden = u"\\/:*?\"<>|"_s;

@@ -22,6 +22,9 @@ QString openFile(QWidget *parent, const QString &title, const QString &filters, 
 QString saveFile(QWidget *parent, const QString &title, const QString &filters, const QString &suffix,
                  const QString &proposal = {});
 
+/// An existing folder; empty when the user cancelled. The dialog begins in the folder for documents.
+QString chooseFolder(QWidget *parent, const QString &title);
+
 /// A file to propose for something called \a title: in the folder for documents, without the characters that
 /// some file system does not take.
 QString proposedFile(const QString &title, const QString &suffix);
@@ -36,7 +39,7 @@ std::optional<QFont> chooseFont(QWidget *parent, const QFont &first, const QStri
 
 /// Puts all dialogs under script until the process ends; one that nobody scripted is cancelled and recorded.
 void beginScript();
-/// The next file dialog gives \a fileName; empty: cancelled.
+/// The next dialog for a file or a folder gives \a fileName; empty: cancelled.
 void expectFile(const QString &fileName);
 void expectColor(const std::optional<QColor> &color);
 void expectFont(const std::optional<QFont> &font);

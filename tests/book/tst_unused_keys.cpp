@@ -17,6 +17,7 @@ private slots:
     void slipsNeverTakeOverLines();
     void counterpartsNeverTakeOverSlips_data();
     void counterpartsNeverTakeOverSlips();
+    void counterpartsNeverTakeOverDocuments();
     void everyKeyIsNamed();
     void aLostRegisterIsSkippedQuickly();
 };
@@ -77,6 +78,16 @@ void TestUnusedKeys::counterpartsNeverTakeOverSlips()
     QVERIFY(customer && supplier);
     QTEST(*customer, "customer");
     QTEST(*supplier, "supplier");
+}
+
+// After everything was deleted, the documents are what is left.
+void TestUnusedKeys::counterpartsNeverTakeOverDocuments()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 入出庫マスター (伝票番号, 相手先ID) VALUES ('O1', 3), ('R1', 6), ('I2', 4)"_s);
+    shop.run(u"INSERT INTO 発行控 (伝票種別, 相手先ID) VALUES ('O', 4), ('M', 5), ('O', 7), ('I', 3)"_s);
+    QCOMPARE(*book::keyWithoutSlips(shop.connection, book::Party::Customer, 3), 8);
+    QCOMPARE(*book::keyWithoutSlips(shop.connection, book::Party::Supplier, 3), 5);
 }
 
 void TestUnusedKeys::everyKeyIsNamed()

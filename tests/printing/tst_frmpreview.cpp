@@ -51,12 +51,15 @@ QString textOfFile(const QString &fileName)
 // A preview of some pages over printers that keep what they are given.
 struct Desk
 {
-    explicit Desk(int pages, const std::function<void(FakePrinters &, FreshShop &)> &prepare = {})
+    explicit Desk(int pages, const std::function<void(FakePrinters &, FreshShop &)> &prepare = {},
+                  const std::function<base::Status(const QByteArray &pdf)> &keep = {})
     {
         if (prepare)
             prepare(*printers, shop);
         keepPrintSystem(shop.workspace, printers);
-        preview = std::make_unique<frmPreview>(shop.workspace, pagesOfText(pages));
+        Document document = pagesOfText(pages);
+        document.keep = keep;
+        preview = std::make_unique<frmPreview>(shop.workspace, std::move(document));
         driver = std::make_unique<ScreenDriver>(preview.get());
         driver->show();
     }
@@ -245,6 +248,71 @@ private slots:
         ui::prompts::expectAsk(u"「saved.pdf」は既にあります。上書きしますか。"_s, false);
         QTest::keyClick(desk.preview.get(), Qt::Key_S, Qt::ControlModifier);
         QCOMPARE(QFile(fileName).size(), 3);
+    }
+
+    // What is kept is what went out, byte for byte; of a few pages the whole document.
+    void whatIsIssuedIsKept_data()
+    {
+        QTest::addColumn<QString>("how");
+        for (const char *how : {"printed", "some pages", "saved", "refused", "looked at"})
+            QTest::newRow(how) << QString::fromLatin1(how);
+    }
+
+    void whatIsIssuedIsKept()
+    {
+        QFETCH(QString, how);
+        QList<QByteArray> kept;
+        const Desk desk(3, {}, [&kept](const QByteArray &pdf) {
+            kept << pdf;
+            return base::Status();
+        });
+        const QString fileName = desk.shop.path(u"saved.pdf"_s);
+        if (how == u"saved"_s) {
+            for (int time = 0; time < 2; ++time) {
+                ui::file_dialogs::expectFile(fileName);
+                if (time > 0)
+                    ui::prompts::expectAsk({}, true);
+                desk.driver->press("cmdPdf");
+            }
+            QFile saved(fileName);
+            QVERIFY(saved.open(QIODevice::ReadOnly));
+            QCOMPARE(kept, QList<QByteArray>(2, saved.readAll()));
+            return;
+        }
+        if (how == u"looked at"_s) {
+            desk.preview->close();
+            QVERIFY(kept.isEmpty());
+            return;
+        }
+        if (how == u"refused"_s) {
+            desk.printers->refusal = base::Error{u"受け付けません。"_s};
+            ui::prompts::expectInform(u"受け付けません。"_s);
+        }
+        desk.print([&how](QWidget &dialog) {
+            if (how == u"some pages"_s)
+                in<QSpinBox>(dialog, "spnFirst").setValue(3);
+            press(dialog, "cmdPrint");
+        });
+        if (how == u"refused"_s) {
+            QVERIFY(kept.isEmpty());
+            return;
+        }
+        QCOMPARE(kept.size(), 1);
+        QVERIFY(textOfPdf(kept.front()).contains(u"第1葉"_s));
+        QCOMPARE(kept.front() == desk.printers->given.front().pdf, how == u"printed"_s);
+    }
+
+    // The paper is there; that its copy is not must not be passed over, nor be taken for a failed print.
+    void aCopyThatCannotBeKeptIsTold()
+    {
+        const Desk desk(1, {}, [](const QByteArray &) { return base::Error{u"ディスクがいっぱいです。"_s}; });
+        ui::prompts::expectInform(
+            u"印刷は済みましたが、発行控えに残せませんでした。原因を取り除いてから、もう一度"
+            "この伝票のプレビューを開き、「PDF保存」を押してください。"_s,
+            u"ディスクがいっぱいです。"_s);
+        desk.print([](QWidget &dialog) { press(dialog, "cmdPrint"); });
+        QVERIFY(desk.preview->isIssued());
+        QCOMPARE(desk.printers->given.size(), std::size_t(1));
     }
 
     void withoutAPrinterAPdfIsOffered()

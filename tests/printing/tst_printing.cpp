@@ -1,5 +1,6 @@
 #include "printing/font_names.h"
 #include "printing/pdf.h"
+#include "printing/pdf_mark.h"
 #include "printing/renderer.h"
 #include "printing/text_fit.h"
 #include "support/fresh_shop.h"
@@ -85,6 +86,47 @@ class TestPrinting : public ScriptedTest
     Q_OBJECT
 
 private slots:
+    // Whoever prints a slip again without a change has the same document in hand, not another version of it.
+    void theSamePaperIsTheSameBytes()
+    {
+        Document document;
+        document.title = u"納品書 O1"_s;
+        Sheet sheet;
+        int y = 0;
+        for (const QString &face :
+             {u"IPAMincho"_s, u"DejaVu Sans"_s, u"DejaVu Serif"_s, u"DejaVu Sans Mono"_s}) {
+            for (const bool bold : {false, true})
+                sheet.texts.push_back(
+                    {.x = 1000, .y = double(y += 500), .text = u"合計 ABC"_s, .bold = bold, .face = face});
+        }
+        document.sheets.push_back(sheet);
+        const auto first = pdfOf(document, Look{u"IPAMincho"_s});
+        QVERIFY(first);
+        QVERIFY(!first->contains("D:20"));
+        for (int start = 0; start < 5; ++start) {
+            QHashSeed::resetRandomGlobalSeed(); // as another start of the program
+            QCOMPARE(pdfOf(document, Look{u"IPAMincho"_s})->size(), first->size());
+            QVERIFY(*pdfOf(document, Look{u"IPAMincho"_s}) == *first);
+        }
+        QVERIFY(QHashSeed::globalSeed() != 0);
+    }
+
+    void otherLooksBearTheSameMark()
+    {
+        const auto drawn = [](const QString &text, const QString &face, double at) {
+            Document document;
+            Sheet sheet;
+            sheet.texts.push_back({.x = at, .y = 1000, .text = text});
+            document.sheets.push_back(sheet);
+            document.keep = [](const QByteArray &) { return base::Status(); };
+            return *pdfOf(document, Look{face});
+        };
+        const QByteArray mark = markIn(drawn(u"100"_s, u"IPAMincho"_s, 1000));
+        QCOMPARE(mark.size(), 20);
+        QCOMPARE(markIn(drawn(u"100"_s, u"DejaVu Sans"_s, 1400)), mark);
+        QVERIFY(markIn(drawn(u"101"_s, u"IPAMincho"_s, 1000)) != mark);
+    }
+
     void millimetresAreConvertedAt567()
     {
         QCOMPARE(twipsFromMillimetres(36), 2041.2);

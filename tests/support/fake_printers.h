@@ -46,9 +46,15 @@ public:
         if (refusal)
             return *refusal;
         const auto pdf = printing::pdfOf(document, printing::lookOn(settings, look), progress);
-        if (!pdf)
-            return pdf.error();
-        given.push_back({settings, *pdf});
+        return pdf ? printPdf(*pdf, document.title, settings) : pdf.error();
+    }
+    [[nodiscard]] bool takesPdf() const override { return true; }
+    base::Result<int> printPdf(const QByteArray &pdf, const QString &,
+                               const printing::JobSettings &settings) override
+    {
+        if (refusal)
+            return *refusal;
+        given.push_back({settings, pdf});
         return static_cast<int>(given.size());
     }
     base::Result<std::vector<printing::PrintJob>> jobs() override

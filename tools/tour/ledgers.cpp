@@ -3,12 +3,14 @@
 #include "walker.h"
 
 #include "ui/file_dialogs.h"
+#include "ui/prompts.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QTableView>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +30,18 @@ void printLedger(Walker &walker, QDialog &ledger, const QString &fileName)
             walker.on(preview).press(u"cmdPdf"_s);
         });
     walker.check(QFileInfo(fileName).size() > 1000, u"the ledger is not there as PDF"_s);
+}
+
+// The notes and the estimate that were saved on the way here are whole.
+void lookAtIssued(Walker &walker, QDialog &screen)
+{
+    QApplication::processEvents();
+    QAbstractItemModel &rows = *walker.on(screen).the<QTableView>(u"grdIssued"_s).model();
+    walker.check(rows.rowCount() > 1, u"what was issued is not kept"_s);
+    walker.picture(screen, u"issued-documents"_s);
+    ui::prompts::expectInform(
+        u"%1 件の控えを検査しました。すべて発行した時のまま残っています。"_s.arg(rows.rowCount()));
+    walker.on(screen).press(u"cmdVerifyAll"_s);
 }
 
 } // namespace
@@ -60,6 +74,8 @@ void lookIntoLedgers(Walker &walker, QWidget &window, const QDir &folder)
             u"goods"_s, [&] { walker.on(stock).press(u"Command4"_s); },
             [&](QDialog &goods) { walker.picture(goods, u"goods-ledger"_s); });
     });
+    walker.visit(u"issued documents"_s, choose(u"mnuIssued"_s),
+                 [&](QDialog &screen) { lookAtIssued(walker, screen); });
     const std::pair<QString, QString> others[] = {{u"mnuReportInZandaka"_s, u"payable-balances"_s},
                                                   {u"mnuReportTana"_s, u"stocktakes"_s}};
     for (const auto &[item, name] : others)

@@ -3,9 +3,11 @@
 #include "app/files/database_files.h"
 #include "app/files/doubtful_rows.h"
 #include "app/files/repair_report.h"
+#include "app/files/shop_documents.h"
 #include "base/dated_name.h"
 #include "base/replacement.h"
 #include "db/care/backup.h"
+#include "db/connection.h"
 #include "db/schema.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
@@ -68,6 +70,7 @@ void DialogCompile::compile()
     if (!tell(outcome.status()))
         return;
     showOutcome(*outcome, target);
+    bringDocuments(target);
     const QString whole = outcome->isComplete() ? u"すべての行を新しいファイルに移しました。"_s
                                                 : u"読み取れる行を新しいファイルに移しました。"_s;
     if (!ui::prompts::ask(this, whole + u"\n新しいファイルで作業を続けますか？"_s))
@@ -110,6 +113,20 @@ base::Result<db::Salvage> DialogCompile::build(const QString &target)
                                                : outcome.status();
                                    return done ? outcome : done.error();
                                });
+}
+
+void DialogCompile::bringDocuments(const QString &target)
+{
+    db::Connection connection;
+    if (!connection.open(target))
+        return; // who goes on in it is told why
+    const QString untold =
+        ui::runWithProgress(this, u"発行控えをコピーしています。"_s, [&](const base::Progress &progress) {
+            return takeDocumentsAlong(connection, m_source, target, workspace().applicationFolder(),
+                                      progress);
+        });
+    if (!untold.isEmpty())
+        ui::prompts::inform(this, untold);
 }
 
 void DialogCompile::showOutcome(const db::Salvage &outcome, const QString &target)

@@ -34,6 +34,7 @@ private:
     [[nodiscard]] QString askForTarget();
     [[nodiscard]] QString keptNameOf(const QString &fileName) const;
     base::Result<db::Salvage> build(const QString &target);
+    void bringDocuments(const QString &target);
     void showOutcome(const db::Salvage &outcome, const QString &target);
 
     std::unique_ptr<Ui::DialogCompile> m_ui;

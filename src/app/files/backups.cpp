@@ -2,6 +2,7 @@
 
 #include "app/files/backup_origin.h"
 #include "app/files/database_files.h"
+#include "app/files/shop_documents.h"
 #include "base/dated_name.h"
 #include "base/file_rights.h"
 #include "base/replacement.h"
@@ -174,6 +175,25 @@ base::Result<QStringList> backUpDated(db::Connection &connection, const QString 
     const QStringList aside = putFutureAside(folder, prefix, today);
     removeOld(folder, prefix, name);
     return aside;
+}
+
+base::Result<BackedUp> backUpDay(db::Connection &connection, const QString &applicationFolder,
+                                 const QDate &today, const base::Progress &progress)
+{
+    const auto dated = backUpDated(connection, applicationFolder, today, progress);
+    if (!dated)
+        return dated.error();
+    return BackedUp{*dated, backUpDocuments(connection, applicationFolder, progress)};
+}
+
+base::Result<BackedUp> backUpWholly(db::Connection &connection, const QString &applicationFolder,
+                                    const QDate &today, const base::Progress &progress)
+{
+    const base::Status last = backUpAtExit(connection, applicationFolder, today, progress);
+    if (!last && last.error().cancelled)
+        return last.error();
+    auto day = backUpDay(connection, applicationFolder, today, progress);
+    return last ? day : last.error();
 }
 
 base::Status restoreBackup(const QString &from, const QString &target, const QString &kept,

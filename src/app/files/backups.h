@@ -31,6 +31,21 @@ base::Status backUpAtExit(db::Connection &connection, const QString &application
 base::Result<QStringList> backUpDated(db::Connection &connection, const QString &applicationFolder,
                                       const QDate &today, const base::Progress &progress = base::unwatched);
 
+/// What is to be told of backups that were made.
+struct BackedUp
+{
+    QStringList aside;      // the new names of those of a day to come
+    QString aboutDocuments; // empty: theirs were taken along
+};
+
+/// The backup of the day, and the documents that the database names.
+base::Result<BackedUp> backUpDay(db::Connection &connection, const QString &applicationFolder,
+                                 const QDate &today, const base::Progress &progress = base::unwatched);
+
+/// The same and the backup of the last exit.
+base::Result<BackedUp> backUpWholly(db::Connection &connection, const QString &applicationFolder,
+                                    const QDate &today, const base::Progress &progress = base::unwatched);
+
 /// Puts a copy of the backup \a from in the place of the closed file \a target, which stays as \a kept. From
 /// the beginning no other program may have \a target open.
 base::Status restoreBackup(const QString &from, const QString &target, const QString &kept,

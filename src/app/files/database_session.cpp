@@ -5,6 +5,7 @@
 #include "app/files/old_file_opening.h"
 #include "app/files/opened_backups.h"
 #include "app/files/recent_files.h"
+#include "app/files/shop_documents.h"
 #include "base/dated_name.h"
 #include "base/file_rights.h"
 #include "db/care/backup.h"
@@ -266,11 +267,18 @@ void DatabaseSession::saveAs()
     if (chosen.isEmpty())
         return;
     const QString kept = keptNameOf(chosen);
+    QString aboutDocuments;
     const base::Status copied = ui::runWithProgress(
         &m_window, u"データベースをコピーしています。"_s, [&](const base::Progress &progress) {
-            return db::copyDatabase(m_workspace.connection, chosen, progress,
-                                    kept.isEmpty() ? db::Replacing() : db::keptAs(kept));
+            base::Status done = db::copyDatabase(m_workspace.connection, chosen, progress,
+                                                 kept.isEmpty() ? db::Replacing() : db::keptAs(kept));
+            if (done)
+                aboutDocuments = takeDocumentsAlong(m_workspace.connection, m_fileName, chosen,
+                                                    m_workspace.applicationFolder(), progress);
+            return done;
         });
+    if (!aboutDocuments.isEmpty())
+        ui::prompts::inform(&m_window, aboutDocuments);
     if (copied)
         switchTo(chosen);
     else if (!copied.error().cancelled)
@@ -356,15 +364,10 @@ void DatabaseSession::leaveInitialFile()
     createNew();
 }
 
-base::Result<QStringList> DatabaseSession::bothBackups(const base::Progress &progress)
+base::Result<BackedUp> DatabaseSession::bothBackups(const base::Progress &progress)
 {
-    const QString folder = m_workspace.applicationFolder();
-    const QDate today = m_workspace.today();
-    const base::Status last = backUpAtExit(m_workspace.connection, folder, today, progress);
-    if (!last && last.error().cancelled)
-        return last.error();
-    auto dated = backUpDated(m_workspace.connection, folder, today, progress);
-    return last ? dated : last.error();
+    return backUpWholly(m_workspace.connection, m_workspace.applicationFolder(), m_workspace.today(),
+                        progress);
 }
 
 void DatabaseSession::backUp()
@@ -409,13 +412,13 @@ void DatabaseSession::backUpOnLeaving()
         return;
     (void)tellOfBackup(ui::runWithProgress(
         &m_window, u"バックアップを作成しています。"_s, [this](const base::Progress &progress) {
-            return backUpDated(m_workspace.connection, m_workspace.applicationFolder(), m_workspace.today(),
-                               progress);
+            return backUpDay(m_workspace.connection, m_workspace.applicationFolder(), m_workspace.today(),
+                             progress);
         }));
 }
 
 // Stopped by someone who has no time: the earlier backups are still there.
-bool DatabaseSession::tellOfBackup(const base::Result<QStringList> &done)
+bool DatabaseSession::tellOfBackup(const base::Result<BackedUp> &done)
 {
     if (!done) {
         if (!done.error().cancelled)
@@ -424,10 +427,13 @@ bool DatabaseSession::tellOfBackup(const base::Result<QStringList> &done)
                                 done.error().text);
         return false;
     }
-    if (!done->isEmpty())
-        ui::prompts::inform(&m_window, u"今日より後の日付のバックアップが %1 個ありました。"
-                                       "名前を変えて残しました。\n"
-                                       "コンピュータの日付が正しいか確かめてください。"_s.arg(done->size()));
+    if (!done->aside.isEmpty())
+        ui::prompts::inform(&m_window,
+                            u"今日より後の日付のバックアップが %1 個ありました。"
+                            "名前を変えて残しました。\n"
+                            "コンピュータの日付が正しいか確かめてください。"_s.arg(done->aside.size()));
+    if (!done->aboutDocuments.isEmpty())
+        ui::prompts::inform(&m_window, done->aboutDocuments);
     return true;
 }
 

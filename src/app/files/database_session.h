@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/progress.h"
+#include "base/result.h"
 
 #include <QObject>
 #include <QString>
@@ -15,6 +16,8 @@ class Workspace;
 
 namespace app
 {
+
+struct BackedUp;
 
 /// The database file that is worked on, and the commands of the file menu that change it.
 class DatabaseSession : public QObject
@@ -86,8 +89,8 @@ private:
     void refuse(const QString &fileName, const QString &why);
     void tellOfCopy(const QString &left);
     void backUpOnLeaving();
-    bool tellOfBackup(const base::Result<QStringList> &done);
-    base::Result<QStringList> bothBackups(const base::Progress &progress);
+    bool tellOfBackup(const base::Result<BackedUp> &done);
+    base::Result<BackedUp> bothBackups(const base::Progress &progress);
     [[nodiscard]] QString keptNameOf(const QString &fileName) const;
 
     workspace::Workspace &m_workspace;

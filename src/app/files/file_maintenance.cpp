@@ -7,6 +7,7 @@
 #include "app/files/database_session.h"
 #include "app/files/doubtful_rows.h"
 #include "app/files/repair_report.h"
+#include "app/files/shop_documents.h"
 #include "app/files/table_emptying.h"
 #include "base/dated_name.h"
 #include "db/care/file_repair.h"
@@ -191,10 +192,26 @@ void FileMaintenance::restore(const QString &backup, const QString &described)
         &m_window, u"バックアップを復元しています。"_s,
         [&](const base::Progress &progress) { return restoreBackup(backup, target, kept, progress); });
     m_session.reopen();
-    if (restored)
-        tellDone(u"バックアップを復元しました"_s);
-    else
+    if (!restored) {
         tell(restored.error().text);
+        return;
+    }
+    bringDocuments(backup);
+    tellDone(u"バックアップを復元しました"_s);
+}
+
+// Those that the file of before did not know any more, or that went with it.
+void FileMaintenance::bringDocuments(const QString &backup)
+{
+    if (!m_session.isOpen())
+        return;
+    const QString untold = ui::runWithProgress(
+        &m_window, u"発行控えをコピーしています。"_s, [&](const base::Progress &progress) {
+            return takeDocumentsAlong(m_workspace.connection, backup, m_session.fileName(),
+                                      m_workspace.applicationFolder(), progress);
+        });
+    if (!untold.isEmpty())
+        tell(untold);
 }
 
 // The work on the file is one thing, whether it could be opened again another.

@@ -54,6 +54,7 @@ private:
     [[nodiscard]] QString doubtfulText(const db::Salvage &outcome) const;
     std::optional<db::Salvage> salvaged(db::FileRepair &repair, int faults);
     void restore(const QString &backup, const QString &described);
+    void bringDocuments(const QString &backup);
     bool tell(const QString &text);
     void tellDone(const QString &done);
 

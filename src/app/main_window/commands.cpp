@@ -167,6 +167,8 @@ Commands reportCommands()
          {{u"Command10", u"仕入日報", Page::Purchases, u"日報・元帳"}}},
         {Action::PaymentReport, u"mnuReportDayPay", u"支払日報(&P)", u"mnuReport", none,
          {{u"Command30", u"支払日報", Page::Purchases, u"日報・元帳"}}},
+        {Action::IssuedDocuments, u"mnuIssued", u"発行控え(&K)", u"mnuReport", none,
+         {{u"cmdIssued", u"発行控え", Page::Sales, u"日報・元帳", u"発行した納品書と見積書の控えを検索します"}}},
         {Action::BillList, u"", u"", u"", needsEmployee, {{u"Command4", u"月別請求一覧", Page::Sales, u"日報・元帳"}}},
         {Action::ReceivableLedger, u"", u"", u"", none,
          {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"}}},

@@ -73,6 +73,7 @@ enum class Action {
     ReceiptReport,
     PurchaseReport,
     PaymentReport,
+    IssuedDocuments,
     // shipping and addresses
     MailOrderSlip,
     GiftSlip,

@@ -29,6 +29,7 @@
 #include "slips/entry/frmMitsumori.h"
 #include "slips/entry/frmOut.h"
 #include "slips/entry/money_slips.h"
+#include "slips/issued/DialogIssued.h"
 #include "workspace/workspace.h"
 
 #include <QGuiApplication>
@@ -183,6 +184,7 @@ Openers screenOpeners()
         {Action::SlipPrinter, openSlipPrinter<printing::DialogPrinterP>},
         {Action::PrintJobs, screen<printing::DialogPrintJobs>()},
         {Action::Employees, screen<masters::frmShain>()},
+        {Action::IssuedDocuments, screen<slips::DialogIssued>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},
         {Action::FormLayouts, openFormLayouts},
     };

@@ -329,6 +329,12 @@ base::Result<int> CupsSystem::print(const Document &document, const Look &look, 
     return pdf ? hand(*pdf, document.title, settings) : pdf.error();
 }
 
+base::Result<int> CupsSystem::printPdf(const QByteArray &pdf, const QString &title,
+                                       const JobSettings &settings)
+{
+    return hand(pdf, title, settings);
+}
+
 base::Result<std::vector<PrintJob>> CupsSystem::jobs()
 {
     const auto http = connection();

@@ -14,6 +14,9 @@ public:
     base::Result<QueueAbilities> abilities(const QString &queue) override;
     base::Result<int> print(const Document &document, const Look &look, const JobSettings &settings,
                             const base::Progress &progress) override;
+    [[nodiscard]] bool takesPdf() const override { return true; }
+    base::Result<int> printPdf(const QByteArray &pdf, const QString &title,
+                               const JobSettings &settings) override;
     base::Result<std::vector<PrintJob>> jobs() override;
     base::Status cancel(const PrintJob &job) override;
     bool showPrinterProperties(const QString &queue) override;

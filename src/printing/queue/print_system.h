@@ -72,6 +72,11 @@ public:
     /// nothing comes out.
     virtual base::Result<int> print(const Document &document, const Look &look, const JobSettings &settings,
                                     const base::Progress &progress) = 0;
+    /// Whether finished PDFs can be handed over.
+    [[nodiscard]] virtual bool takesPdf() const = 0;
+    /// Hands \a pdf over as it is, as a job called \a title. As print().
+    virtual base::Result<int> printPdf(const QByteArray &pdf, const QString &title,
+                                       const JobSettings &settings) = 0;
     /// This user's jobs, finished ones too as long as the system remembers them; the newest first.
     virtual base::Result<std::vector<PrintJob>> jobs() = 0;
     /// Takes a job back. What has reached the printer comes out all the same.

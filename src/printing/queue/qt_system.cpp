@@ -68,6 +68,12 @@ base::Result<int> QtSystem::print(const Document &document, const Look &look, co
     return printed ? base::Result<int>(0) : printed.error();
 }
 
+base::Result<int> QtSystem::printPdf(const QByteArray &, const QString &title, const JobSettings &)
+{
+    return base::Error{
+        u"「%1」は、ここからは印刷できません。PDF を開いて、その画面から印刷してください。"_s.arg(title)};
+}
+
 base::Result<std::vector<PrintJob>> QtSystem::jobs() { return std::vector<PrintJob>(); }
 
 base::Status QtSystem::cancel(const PrintJob &job)

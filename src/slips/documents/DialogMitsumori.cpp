@@ -4,6 +4,7 @@
 #include "printing/forms/form_files.h"
 #include "printing/frmPreview.h"
 #include "slips/documents/note_document.h"
+#include "slips/issued/issued_documents.h"
 #include "text/numbers.h"
 #include "ui/file_dialogs.h"
 #include "ui_DialogMitsumori.h"
@@ -107,10 +108,13 @@ void DialogMitsumori::preview()
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
     const printing::FormFile layout = printing::loadForm(workspace().applicationFolder(),
                                                          QString::fromUtf16(estimateLayout), estimateItems());
-    document.sheets = estimateSheets(entered(), layout.form);
+    const EstimateData estimate = entered();
+    document.sheets = estimateSheets(estimate, layout.form);
     QStringList remarks{roomRemark(m_data.rates), layout.complaint};
     remarks.removeAll(QString());
     document.remark = remarks.join(u'\n');
+    document.keep = keeperOf(workspace(), describedDocument(QString::fromUtf16(estimateKind), book::estimate,
+                                                            estimate.slip, estimate.total()));
     if (!tell(addCompanyName(document, workspace(), m_data.companyName)))
         return;
     const bool issued = printing::showPreview(workspace(), this, std::move(document));

@@ -4,6 +4,7 @@
 #include "printing/frmPreview.h"
 #include "slips/documents/delivery_note.h"
 #include "slips/documents/note_document.h"
+#include "slips/issued/issued_documents.h"
 #include "slips/tax_rates_of.h"
 #include "ui/prompts.h"
 #include "workspace/settings.h"
@@ -49,6 +50,8 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
         deliveryNoteLayout(workspace.panel.deliveryPaper, request.designatedForm), deliveryNoteItems());
     document.sheets = deliveryNote(*note, layout.form);
     document.remark = remarksOn(*note, layout.complaint);
+    document.keep = keeperOf(workspace, describedDocument(QString::fromUtf16(deliveryNoteKind), book::sale,
+                                                          note->slip, note->total));
     if (const base::Status named = addCompanyName(document, workspace, options.companyName); !named)
         return named.error();
     return document;

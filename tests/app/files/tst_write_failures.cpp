@@ -13,6 +13,7 @@
 #include "registers/import/import_mapping.h"
 #include "registers/lists/customer_deletion.h"
 #include "slips/entry/frmOut.h"
+#include "slips/issued/issued_documents.h"
 #include "slips/slip_desk.h"
 #include "support/failing_disk.h"
 #include "support/files_content.h"
@@ -259,6 +260,20 @@ QString importCustomers(Scene &scene)
         registers::importCustomers(scene.logic->connection, rows, scene.logic->now.date(), base::unwatched));
 }
 
+QString keepDocument(Scene &scene)
+{
+    FreshShop &shop = *scene.logic;
+    const slips::IssuedDocument note{.kind = u"納品書"_s,
+                                     .number = u"O1"_s,
+                                     .date = shop.now.date(),
+                                     .slipKind = book::sale,
+                                     .counterpart = 1,
+                                     .counterpartName = u"顧客1"_s,
+                                     .amount = 100};
+    return told(slips::keepDocument(shop.connection, shop.path(u"shop.発行控"_s), note,
+                                    QByteArray(30000, 'x'), shop.now, u"山田"_s));
+}
+
 QString migrate(Scene &scene)
 {
     return told(db::migrate(scene.logic->path(u"shop.cdb"_s), scene.logic->now.date()));
@@ -304,6 +319,7 @@ const Action actions[] = {
     {"slip deleted", openSlipWithLine, deleteSlip, u"shop.cdb"_s, true},
     {"customers deleted", openShop, deleteCustomers, u"shop.cdb"_s, true},
     {"customers imported", openShop, importCustomers, u"shop.cdb"_s, true},
+    {"document kept", openShop, keepDocument, u"shop.cdb"_s, true},
     {"migration", leaveShopOfVersion1, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},

@@ -114,6 +114,47 @@ private slots:
         workOn<frmMitsumori>(none ? nullptr : std::function<void(SlipDesk<frmMitsumori> &)>(changed), u"M"_s);
     }
 
+    // The second paper of the slip names the first one, and says what the slip says now.
+    void everyPaperIsKept()
+    {
+        Desk<frmOut> desk;
+        desk.shop.workspace.panel.employeeName = u"木村"_s;
+        desk.print(1);
+        desk.goods(u"1"_s, u"1000"_s);
+        ui::prompts::expectAsk({}, true);
+        saveNextPaper(desk.file(2));
+        desk.press("cmdNext");
+        QCOMPARE(
+            desk.shop.rows(
+                u"SELECT 発行ID, 種類, 番号, 日付, 伝票種別, 相手先ID, 相手先名, 税込金額, 社員名, 訂正元 "
+                "FROM 発行控 ORDER BY 発行ID"_s),
+            (QStringList{u"1|納品書|O1|2026-04-01|O|1|aite0|2100|木村|-"_s,
+                         u"2|納品書|O1|2026-04-01|O|1|aite0|3150|木村|1"_s}));
+        for (int number : {1, 2}) {
+            const QString hash =
+                desk.shop.value(u"SELECT ハッシュ FROM 発行控 WHERE 発行ID = ?"_s, {number}).toString();
+            QFile kept(desk.shop.path(u"shop.発行控/2026/%1.pdf"_s.arg(hash)));
+            QFile saved(desk.file(number));
+            QVERIFY(kept.open(QIODevice::ReadOnly) && saved.open(QIODevice::ReadOnly));
+            QVERIFY(kept.readAll() == saved.readAll());
+        }
+    }
+
+    void estimatesAreKeptWithTheNameOnThem()
+    {
+        Desk<frmMitsumori> desk;
+        QTimer::singleShot(0, qApp, [&] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            ScreenDriver(dialog).type("txtNouhinsaki1", u"山田様方"_s);
+            saveNextPaper(desk.file(1));
+            ScreenDriver(dialog).press("Command2");
+            dialog->close();
+        });
+        desk.press("Command3");
+        QCOMPARE(desk.shop.rows(u"SELECT 種類, 番号, 伝票種別, 相手先ID, 相手先名, 税込金額 FROM 発行控"_s),
+                 QStringList{u"見積書|M1|M|1|山田様方|2100"_s});
+    }
+
     // A look at the preview makes no paper.
     void whatWasOnlyLookedAtIsNotAskedAbout()
     {

@@ -1,0 +1,95 @@
+#include "slips/issued/issued_search.h"
+
+#include "db/condition.h"
+#include "slips/issued/issued_documents.h"
+#include "text/dates.h"
+#include "text/like.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace slips
+{
+
+namespace
+{
+
+// One bound alone is a range that is open on the other side.
+db::Condition inRange(const QString &column, QVariant low, QVariant high, bool isTurned)
+{
+    if (isTurned)
+        std::swap(low, high);
+    db::Condition condition;
+    if (low.isValid())
+        condition &= {column + u" >= ?"_s, {low}};
+    if (high.isValid())
+        condition &= {column + u" <= ?"_s, {high}};
+    return condition;
+}
+
+QVariant bound(const QDate &date) { return date.isValid() ? QVariant(text::stored(date)) : QVariant(); }
+
+QVariant bound(const std::optional<double> &amount) { return amount ? QVariant(*amount) : QVariant(); }
+
+IssuedRow rowOf(const QVariantList &values)
+{
+    return {.key = values.at(0).toLongLong(),
+            .kind = values.at(1).toString(),
+            .number = values.at(2).toString(),
+            .date = values.at(3).toString(),
+            .counterpartName = values.at(4).toString(),
+            .amount = values.at(5).toDouble(),
+            .issuedAt = values.at(6).toString(),
+            .employee = values.at(7).toString(),
+            .corrected = values.at(8).isNull() ? std::nullopt : std::optional(values.at(8).toLongLong()),
+            .hash = values.at(9).toString()};
+}
+
+} // namespace
+
+db::Query findingIssued(const IssuedQuery &query)
+{
+    const bool datesTurned = query.from.isValid() && query.to.isValid() && query.from > query.to;
+    const bool amountsTurned = query.least && query.most && *query.least > *query.most;
+    db::Condition condition = inRange(u"日付"_s, bound(query.from), bound(query.to), datesTurned);
+    condition &= inRange(u"税込金額"_s, bound(query.least), bound(query.most), amountsTurned);
+    if (!query.kind.isEmpty())
+        condition &= {u"種類 IN (?, ?)"_s, {query.kind, query.kind + QString::fromUtf16(reissueMark)}};
+    if (!query.number.trimmed().isEmpty())
+        condition &= {u"番号 LIKE ? ESCAPE '\\'"_s, {text::literalPattern(query.number.trimmed()) + u'%'}};
+    if (!query.counterpart.trimmed().isEmpty())
+        condition &= db::keyHolds(u"相手先名"_s, query.counterpart);
+    return {.table = u"発行控"_s,
+            .where = condition.sql,
+            .order = {u"日付 DESC"_s, u"発行ID DESC"_s},
+            .values = condition.values};
+}
+
+DocumentPlace IssuedRow::place() const { return {QDate::fromString(date, Qt::ISODate), hash}; }
+
+QString IssuedRow::words() const { return kind + u' ' + number + u'　' + counterpartName; }
+
+base::Result<std::vector<IssuedRow>> readIssued(db::Connection &connection, const std::vector<qint64> &keys)
+{
+    std::vector<IssuedRow> rows;
+    rows.reserve(keys.size());
+    for (const qint64 key : keys) {
+        const auto found = connection.select(
+            u"SELECT 発行ID, 種類, 番号, 日付, 相手先名, 税込金額, 発行日時, 社員名, 訂正元, ハッシュ "
+            "FROM 発行控 WHERE 発行ID = ?"_s,
+            {key});
+        if (!found)
+            return found.error();
+        if (!found->isEmpty())
+            rows.push_back(rowOf(found->rows.front()));
+    }
+    return rows;
+}
+
+base::Result<std::vector<qint64>> allIssued(db::Connection &connection)
+{
+    return connection.integers(u"SELECT 発行ID FROM 発行控 ORDER BY 発行ID"_s);
+}
+
+} // namespace slips

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "db/connection.h"
+#include "db/query.h"
+#include "slips/issued/document_files.h"
+
+#include <optional>
+#include <vector>
+
+// Finding issued documents: by ranges of date and amount and by counterpart, together, as the law wants it
+// (電子帳簿保存法施行規則第2条第6項第5号).
+namespace slips
+{
+
+/// What is looked for; what is left empty is no condition.
+struct IssuedQuery
+{
+    QDate from{};
+    QDate to{};
+    std::optional<double> least{}; // yen, with the tax
+    std::optional<double> most{};
+    QString counterpart{}; // words of its name, as it was written then
+    QString kind{};
+    QString number{}; // or its beginning
+};
+
+/// The documents of \a query, the latest first. Ranges the wrong way round are turned.
+db::Query findingIssued(const IssuedQuery &query);
+
+/// A row of 発行控.
+struct IssuedRow
+{
+    qint64 key = 0;
+    QString kind;
+    QString number;
+    QString date; // yyyy-MM-dd; empty: none
+    QString counterpartName;
+    double amount = 0;
+    QString issuedAt; // yyyy-MM-dd HH:mm:ss
+    QString employee;
+    std::optional<qint64> corrected; // 訂正元
+    QString hash;
+
+    [[nodiscard]] DocumentPlace place() const;
+    /// "納品書 O1　山田商店"
+    [[nodiscard]] QString words() const;
+};
+
+/// The rows \a keys, in their order; one that is gone is left out.
+base::Result<std::vector<IssuedRow>> readIssued(db::Connection &connection, const std::vector<qint64> &keys);
+
+/// The keys of all rows, in their order.
+base::Result<std::vector<qint64>> allIssued(db::Connection &connection);
+
+} // namespace slips
