@@ -4,9 +4,12 @@
 #include "measuring.h"
 
 #include "slips/issued/DialogIssued.h"
+#include "slips/issued/document_copies.h"
 
 #include <QCheckBox>
 #include <QDateEdit>
+#include <QDir>
+#include <QFile>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
@@ -53,7 +56,7 @@ int documentCount()
 // Of ten years, in the order in which they were issued, to one customer in a hundred called 山田.
 QString shopWithDocuments(const Shops &shops, int count)
 {
-    const QString file = shops.copy(1000, 1000, u"documents"_s);
+    const QString file = shops.copy(1000, 1000, u"documents-%1"_s.arg(count));
     OpenShop shop(file);
     const auto filled = shop.connection.execute(
         u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < ?) "
@@ -100,6 +103,43 @@ private:
     slips::DialogIssued m_screen;
     ScreenDriver m_driver{&m_screen};
 };
+
+constexpr int tenYears = 60'000; // documents of a small shop
+
+/// A folder with the files of ten years, of which a backup goes by the names alone.
+QString folderWithDocuments(const QDir &place)
+{
+    const QString folder = place.filePath(u"documents-60000.発行控"_s);
+    for (int year = 2016; year <= 2026; ++year)
+        place.mkpath(folder + u"/%1"_s.arg(year));
+    for (int i = 1; i <= tenYears; ++i) {
+        const QDate date = QDate(2016, 4, 1).addDays(qint64(i) * 3650 / tenYears);
+        QFile file(folder + u"/%1/%2.pdf"_s.arg(date.year()).arg(i, 64, 16, QChar(u'0')));
+        if (!file.exists() && !file.open(QIODevice::WriteOnly))
+            qFatal("%s cannot be written", qPrintable(file.fileName()));
+    }
+    return folder;
+}
+
+// What each exit spends on documents that are in the backup already.
+void registerBackup(const Shops &shops, std::vector<Row> &rows)
+{
+    rows.push_back({"issued documents looked through for a backup, none new", "60,000 documents", 0, 500});
+    auto shop = std::make_shared<std::unique_ptr<OpenShop>>();
+    auto folder = std::make_shared<QString>();
+    add(rows.size() - 1, "ours", [shop, folder, &shops] {
+        if (!*shop) {
+            *shop = std::make_unique<OpenShop>(shopWithDocuments(shops, tenYears));
+            *folder = folderWithDocuments(QFileInfo((*shop)->connection.fileName()).dir());
+        }
+        return secondsOf([&] {
+            const auto copies =
+                slips::copyDocuments((*shop)->connection, {*folder}, {*folder}, base::unwatched);
+            if (!copies || copies->copied + copies->lacking > 0)
+                qFatal("the documents are not there");
+        });
+    });
+}
 
 /// Both sides over one file, which is made when the first of them is asked for.
 class Sides
@@ -153,6 +193,7 @@ void registerDocuments(const Shops &shops, std::vector<Row> &rows)
             return secondsOf([&] { bare.findDocuments(search.condition); });
         });
     }
+    registerBackup(shops, rows);
 }
 
 } // namespace bench

@@ -234,6 +234,18 @@ QStringList checkOrders(const Source &source)
     return findings;
 }
 
+QStringList checkKept(const Source &source)
+{
+    static const QRegularExpression change(
+        uR"((DELETE FROM|UPDATE|DROP TABLE|INTO) 発行控 (?!\(|SET 相手先ID = \?))"_s);
+    QStringList findings;
+    for (const Source::Literal &literal : source.literals) {
+        if ((literal.text + u' ').contains(change))
+            findings += finding(source, literal.line, u"issued documents are neither changed nor deleted"_s);
+    }
+    return findings;
+}
+
 QStringList checkSlipSql(const Source &source)
 {
     if (source.path.startsWith(u"book/"_s) || source.path.startsWith(u"db/"_s))

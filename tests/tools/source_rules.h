@@ -61,6 +61,9 @@ QStringList checkOrders(const Source &source);
 /// day.
 QStringList checkSlipSql(const Source &source);
 
+/// Issued documents are only added to; the counterpart alone follows when two are merged.
+QStringList checkKept(const Source &source);
+
 /// The files of the targets that \a function ("kanbalore_logic") makes in the text of a CMakeLists.txt: the
 /// names in SOURCES with their rooms, without suffix.
 QStringList filesOfTargets(const QString &cmakeText, const QString &function);

@@ -94,6 +94,7 @@ private slots:
     void screensHoldNoSql();
     void everyEngineUnderstands() { expectNone(checkAll(house::checkEngines)); }
     void everyOrderEndsInTheKey() { expectNone(checkAll(house::checkOrders)); }
+    void issuedDocumentsStay() { expectNone(checkAll(house::checkKept)); }
     void bookAloneKnowsSlips() { expectNone(checkAll(house::checkSlipSql)); }
     void formsAreInOrder();
 
@@ -184,6 +185,9 @@ void TestHouse::rulesFindFaults_data()
         {u"slip 1"_s, u"slip 2"_s, u"engine 1"_s});
     row("a slip's kind in the book", u"book/bill.cpp"_s, u"f(u\"WHERE 種別 IN (?)\"_s);"_s, {});
     row("a line of tax", u"reports/bill.cpp"_s, u"f(u\"商品名 = '消費税'\"_s);"_s, {u"slip 1"_s});
+    row("issued documents", u"slips/a.cpp"_s,
+        u"f(u\"DELETE FROM 発行控\"_s);\ng(u\"UPDATE 発行控 SET 税込金額 = ?\"_s);\nh(u\"INSERT INTO 発行控 (a) VALUES (?)\"_s);"_s,
+        {u"kept 1"_s, u"kept 2"_s});
     row("order of rows", u"book/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {u"engine 1"_s, u"order 1"_s});
     row("order without the key", u"book/a.cpp"_s,
         u"f(u\"SELECT 1 FROM x ORDER BY 日付, \"\n  \"ID DESC LIMIT ?\"_s + u\" ORDER BY 日付 DESC, \"\n\"コード\"_s);"_s,
@@ -221,6 +225,7 @@ void TestHouse::rulesFindFaults()
     note(u"clock"_s, house::checkClock(source));
     note(u"sql"_s, house::checkNoSql(source));
     note(u"slip"_s, house::checkSlipSql(source));
+    note(u"kept"_s, house::checkKept(source));
     note(u"engine"_s, house::checkEngines(source));
     note(u"order"_s, house::checkOrders(source));
     note(u"widget"_s, house::checkNoWidgets(source, {u"QLabel"_s}));
