@@ -12,8 +12,7 @@ namespace
 
 constexpr QByteArrayView timeEntry("/CreationDate (");
 constexpr QByteArrayView markEntry("/Said (");
-constexpr qsizetype markLength =
-    20; // hexadecimal digits; there is room for 25, or more in a zone with minutes
+constexpr qsizetype markLength = 20; // hexadecimal digits; the time leaves room for 25 at least
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "printing/DialogPrint.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
+#include "workspace/workspace.h"
 
 #include <QRegularExpression>
 

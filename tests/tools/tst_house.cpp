@@ -187,7 +187,7 @@ void TestHouse::rulesFindFaults_data()
     row("a line of tax", u"reports/bill.cpp"_s, u"f(u\"商品名 = '消費税'\"_s);"_s, {u"slip 1"_s});
     row("issued documents", u"slips/a.cpp"_s,
         u"f(u\"DELETE FROM 発行控\"_s);\ng(u\"UPDATE 発行控 SET 税込金額 = ?\"_s);\nh(u\"INSERT INTO 発行控 (a) VALUES (?)\"_s);"_s,
-        {u"kept 1"_s, u"kept 2"_s});
+        {u"sql 1"_s, u"sql 2"_s, u"sql 3"_s, u"kept 1"_s, u"kept 2"_s});
     row("order of rows", u"book/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {u"engine 1"_s, u"order 1"_s});
     row("order without the key", u"book/a.cpp"_s,
         u"f(u\"SELECT 1 FROM x ORDER BY 日付, \"\n  \"ID DESC LIMIT ?\"_s + u\" ORDER BY 日付 DESC, \"\n\"コード\"_s);"_s,
