@@ -40,19 +40,6 @@ Document pagesOf(const Document &document, const PrintChoice &choice)
     return chosen;
 }
 
-// Leaves in \a pdf what went to the queue, where it went as PDF.
-base::Result<int> handOver(PrintSystem &system, const Document &document, const Look &look,
-                           const JobSettings &settings, QByteArray &pdf, const base::Progress &progress)
-{
-    if (!system.takesPdf())
-        return system.print(document, look, settings, progress);
-    auto drawn = pdfOf(document, lookOn(settings, look), progress);
-    if (!drawn)
-        return drawn.error();
-    pdf = std::move(*drawn);
-    return system.printPdf(pdf, document.title, settings);
-}
-
 } // namespace
 
 frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidget *parent)
@@ -176,10 +163,11 @@ bool frmPreview::hand(const PrintChoice &choice)
     const bool isWhole =
         choice.firstPage == 1 && choice.lastPage == static_cast<int>(m_document.sheets.size());
     const Document chosen = isWhole ? m_document : pagesOf(m_document, choice);
-    QByteArray pdf;
+    PrintSystem &system = printSystem(workspace());
     const auto job = ui::runWithProgress(this, u"印刷しています。"_s, [&](const base::Progress &progress) {
-        return handOver(printSystem(workspace()), chosen, m_look, choice.settings, pdf, progress);
+        return system.print(chosen, m_look, choice.settings, progress);
     });
+    const QByteArray pdf = system.takeHandedOver();
     if (!job && job.error().cancelled)
         ui::prompts::inform(this, u"印刷を中止しました。何も印刷していません。"_s);
     else

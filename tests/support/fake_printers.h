@@ -48,6 +48,7 @@ public:
         const auto pdf = printing::pdfOf(document, printing::lookOn(settings, look), progress);
         return pdf ? printPdf(*pdf, document.title, settings) : pdf.error();
     }
+    QByteArray takeHandedOver() override { return given.empty() ? QByteArray() : given.back().pdf; }
     [[nodiscard]] bool takesPdf() const override { return true; }
     base::Result<int> printPdf(const QByteArray &pdf, const QString &,
                                const printing::JobSettings &settings) override

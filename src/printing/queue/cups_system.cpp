@@ -325,8 +325,13 @@ base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
 base::Result<int> CupsSystem::print(const Document &document, const Look &look, const JobSettings &settings,
                                     const base::Progress &progress)
 {
-    const auto pdf = pdfOf(document, lookOn(settings, look), progress);
-    return pdf ? hand(*pdf, document.title, settings) : pdf.error();
+    auto pdf = pdfOf(document, lookOn(settings, look), progress);
+    if (!pdf)
+        return pdf.error();
+    const auto job = hand(*pdf, document.title, settings);
+    if (job)
+        m_handedOver = std::move(*pdf);
+    return job;
 }
 
 base::Result<int> CupsSystem::printPdf(const QByteArray &pdf, const QString &title,

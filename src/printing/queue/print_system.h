@@ -72,6 +72,8 @@ public:
     /// nothing comes out.
     virtual base::Result<int> print(const Document &document, const Look &look, const JobSettings &settings,
                                     const base::Progress &progress) = 0;
+    /// What went to the queue by the last print(), which is forgotten then; empty where it was no PDF.
+    virtual QByteArray takeHandedOver() = 0;
     /// Whether finished PDFs can be handed over.
     [[nodiscard]] virtual bool takesPdf() const = 0;
     /// Hands \a pdf over as it is, as a job called \a title. As print().

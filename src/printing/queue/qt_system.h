@@ -14,6 +14,7 @@ public:
     base::Result<QueueAbilities> abilities(const QString &queue) override;
     base::Result<int> print(const Document &document, const Look &look, const JobSettings &settings,
                             const base::Progress &progress) override;
+    QByteArray takeHandedOver() override { return {}; }
     [[nodiscard]] bool takesPdf() const override { return false; }
     base::Result<int> printPdf(const QByteArray &pdf, const QString &title,
                                const JobSettings &settings) override;
