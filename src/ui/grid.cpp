@@ -50,7 +50,10 @@ Grid::Grid(QWidget *parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->hide();
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-        if (!m_sharing && column < m_given.size())
+        if (m_sharing)
+            return;
+        m_gaveWay.remove(column);
+        if (column < m_given.size())
             m_given[column] = qRound(width / m_share);
     });
 }
@@ -192,14 +195,15 @@ void Grid::showAppended(const std::function<void()> &append)
 {
     executeDelayedItemsLayout();
     const QSize size = viewport()->size();
-    const int top = verticalScrollBar()->value();
     const bool isDrawn = viewport()->updatesEnabled();
     viewport()->setAttribute(Qt::WA_UpdatesDisabled);
     append();
     executeDelayedItemsLayout();
     viewport()->setAttribute(Qt::WA_UpdatesDisabled, !isDrawn);
     const int last = model()->rowCount() - 1;
-    if (viewport()->size() != size || verticalScrollBar()->value() != top)
+    // What is scrolled is not moved on the screen: the rows that were hidden until now are drawn with the
+    // rest.
+    if (viewport()->size() != size || verticalScrollBar()->value() != verticalScrollBar()->maximum())
         viewport()->update();
     else
         viewport()->update(0, rowViewportPosition(last), size.width(), rowHeight(last));

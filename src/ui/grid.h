@@ -59,6 +59,18 @@ public:
     /// That menu, for the column with the cursor. The caller owns it.
     [[nodiscard]] QMenu *columnMenu();
 
+    /// A column that gives way to the others, down to so many pixels.
+    struct GivingWay
+    {
+        int column;
+        int narrowest;
+    };
+    /// From now on \a columns, in this order, are narrower than they were set where the table is too narrow
+    /// for all of its columns, and only as long as it is.
+    void letGiveWay(const QList<GivingWay> &columns);
+    /// Does so anew, after a column was shown or hidden.
+    void keepInSight();
+
     /// Scrolls to the row that \a append puts at the end, and draws that one alone.
     void showAppended(const std::function<void()> &append);
 
@@ -98,12 +110,15 @@ private:
     void setWidths(const QList<int> &given, double share);
     void shareRoom();
     void takeRoomBack();
+    void takeGivenWayBack();
     [[nodiscard]] QString currentWidths() const;
 
     QString m_name;
     QList<int> m_given; // the columns' own widths while they share the room of a wide display
     double m_share = 1; // by which they are wider then
     bool m_sharing = false;
+    QList<GivingWay> m_givingWay;
+    QHash<int, int> m_gaveWay; // columns that did, with the widths that they were set to
     QString m_widths;
     QList<GridColumn> m_columns;
     db::Recordset *m_recordset = nullptr;

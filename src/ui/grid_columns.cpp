@@ -28,7 +28,7 @@ QList<int> Grid::givenWidths() const
 {
     QList<int> widths = m_given;
     for (int column = int(widths.size()); column < model()->columnCount(); ++column)
-        widths << (isColumnHidden(column) ? 0 : columnWidth(column));
+        widths << (isColumnHidden(column) ? 0 : m_gaveWay.value(column, columnWidth(column)));
     return widths;
 }
 
@@ -68,6 +68,41 @@ void Grid::resizeEvent(QResizeEvent *event)
 {
     QTableView::resizeEvent(event);
     shareRoom();
+    keepInSight();
+}
+
+void Grid::letGiveWay(const QList<GivingWay> &columns)
+{
+    m_givingWay = columns;
+    keepInSight();
+}
+
+void Grid::takeGivenWayBack()
+{
+    const QScopedValueRollback quiet(m_sharing, true);
+    for (auto column = m_gaveWay.cbegin(); column != m_gaveWay.cend(); ++column)
+        setColumnWidth(column.key(), column.value());
+    m_gaveWay.clear();
+}
+
+void Grid::keepInSight()
+{
+    if (m_sharing || m_givingWay.isEmpty() || !model())
+        return;
+    takeGivenWayBack();
+    const QScopedValueRollback quiet(m_sharing, true);
+    int excess = -viewport()->width();
+    for (int column = 0; column < model()->columnCount(); ++column)
+        excess += columnWidth(column);
+    for (const auto &[column, narrowest] : std::as_const(m_givingWay)) {
+        const int width = columnWidth(column);
+        const int less = std::min(excess, width - narrowest);
+        if (less <= 0)
+            continue;
+        m_gaveWay.insert(column, width);
+        setColumnWidth(column, width - less);
+        excess -= less;
+    }
 }
 
 void Grid::setColumns(const QList<GridColumn> &columns)
@@ -119,8 +154,10 @@ void Grid::applyWidths()
     if (!model())
         return;
     takeRoomBack();
+    takeGivenWayBack();
     useRememberedWidths();
     shareRoom();
+    keepInSight();
 }
 
 void Grid::useRememberedWidths()

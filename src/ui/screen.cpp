@@ -147,6 +147,10 @@ void Screen::restorePlace()
     moveOnto(this, wanted);
 }
 
+// Some desktops put the frame where the contents were to be, others the contents: a screen that was not moved
+// would open a little higher each time.
+QPoint Screen::placeToRemember() const { return m_cameOut ? m_asked + pos() - *m_cameOut : pos(); }
+
 void Screen::saveLayout()
 {
     if (!isMaximized()) {
@@ -154,7 +158,9 @@ void Screen::saveLayout()
         m_workspace.settings.writeLayout(
             layoutName() + u"/size"_s,
             u"%1 %2 %3 %4"_s.arg(width()).arg(height()).arg(display.width()).arg(display.height()));
-        m_workspace.settings.writeLayout(layoutName() + u"/place"_s, u"%1 %2"_s.arg(x()).arg(y()));
+        const QPoint place = placeToRemember();
+        m_workspace.settings.writeLayout(layoutName() + u"/place"_s,
+                                         u"%1 %2"_s.arg(place.x()).arg(place.y()));
     }
     const auto grids = findChildren<Grid *>();
     for (const Grid *grid : grids)
@@ -186,6 +192,7 @@ void Screen::showEvent(QShowEvent *event)
     if (!m_placed) {
         m_placed = true;
         restorePlace();
+        m_asked = pos();
     }
     QDialog::showEvent(event);
 }
@@ -197,6 +204,8 @@ bool Screen::event(QEvent *event)
         const QWidget *modal = QApplication::activeModalWidget();
         m_underDialog = modal && modal != this && !qobject_cast<const Screen *>(modal);
     } else if (event->type() == QEvent::WindowActivate && isVisible()) {
+        if (!m_cameOut)
+            m_cameOut = pos();
         if (!std::exchange(m_underDialog, false))
             becameActive();
     }

@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class QLineEdit;
 
 namespace workspace
@@ -61,11 +63,14 @@ private:
     void scrollWhatDoesNotFit();
     void restoreSize();
     void restorePlace();
+    [[nodiscard]] QPoint placeToRemember() const;
     void saveLayout();
 
     workspace::Workspace &m_workspace;
     bool m_placed = false;
-    bool m_underDialog = false; // inactive only because of a message box or the like
+    QPoint m_asked;                  // where it was to open
+    std::optional<QPoint> m_cameOut; // where the desktop put it then
+    bool m_underDialog = false;      // inactive only because of a message box or the like
 };
 
 } // namespace ui

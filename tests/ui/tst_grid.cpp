@@ -346,6 +346,57 @@ private slots:
         }
     }
 
+    // What stands on the screen is what a drawing of everything would show.
+    void appendedRowsAreAllOnTheScreen()
+    {
+        ui::SlipGridModel lines({{u"商品名"_s}, {u"数量"_s}}, nullptr);
+        ui::Grid grid;
+        grid.setModel(&lines);
+        grid.resize(400, 205); // a part of a row below the whole ones
+        grid.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&grid));
+        for (int line = 1; line <= 25; ++line) {
+            grid.showAppended([&] { lines.append({u"品%1"_s.arg(line), line}); });
+            QTest::qWait(1);
+            const QImage screen = grid.screen()->grabWindow(grid.winId()).toImage();
+            QImage whole(screen.size(), screen.format());
+            grid.render(&whole);
+            QVERIFY2(screen == whole, qPrintable(u"line %1"_s.arg(line)));
+        }
+    }
+
+    void namesGiveWayToAmounts()
+    {
+        ui::SlipGridModel lines({{u"商品名"_s}, {u"規格"_s}, {u"金額"_s}}, nullptr);
+        ui::Grid grid;
+        grid.setModel(&lines);
+        grid.resize(500, 200);
+        for (const auto &[column, width] : {std::pair(0, 200), std::pair(1, 150), std::pair(2, 100)})
+            grid.setColumnWidth(column, width);
+        grid.letGiveWay({{0, 120}, {1, 100}});
+        grid.show();
+        const auto widths = [&] {
+            return QList{grid.columnWidth(0), grid.columnWidth(1), grid.columnWidth(2)};
+        };
+        const auto narrowTo = [&](int room) {
+            grid.resize(room + grid.width() - grid.viewport()->width(), 200);
+            QTest::qWait(1);
+        };
+        narrowTo(450);
+        QCOMPARE(widths(), (QList{200, 150, 100}));
+        narrowTo(400);
+        QCOMPARE(widths(), (QList{150, 150, 100}));
+        narrowTo(350);
+        QCOMPARE(widths(), (QList{120, 130, 100}));
+        narrowTo(300);
+        QCOMPARE(widths(), (QList{120, 100, 100})); // and no further
+        narrowTo(420);
+        QCOMPARE(widths(), (QList{170, 150, 100}));
+        grid.setColumnWidth(0, 180); // the clerk's own wish, from now on
+        narrowTo(450);
+        QCOMPARE(widths(), (QList{180, 150, 100}));
+    }
+
 private:
     static constexpr db::Pace slow{10, 20, std::chrono::minutes(1)};
 

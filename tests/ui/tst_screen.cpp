@@ -42,6 +42,20 @@ protected:
 
 } // namespace
 
+// On a desktop that puts the contents where the frame was to be.
+class ShiftedScreen : public CountingScreen
+{
+public:
+    using CountingScreen::CountingScreen;
+
+protected:
+    void showEvent(QShowEvent *event) override
+    {
+        CountingScreen::showEvent(event);
+        move(pos() - QPoint(1, 20));
+    }
+};
+
 // A page too long for its area, whose boxes the wheel comes to lie over.
 class LongScreen : public ui::Screen
 {
@@ -87,6 +101,26 @@ class TestScreen : public QObject
     Q_OBJECT
 
 private slots:
+    void aScreenOpensWhereItWas()
+    {
+        FreshShop shop;
+        const auto placeAfter = [&](const QPoint &moved) {
+            ShiftedScreen screen(shop.workspace);
+            if (!QTest::qWaitForWindowActive(&screen))
+                return QString();
+            screen.move(screen.pos() + moved);
+            screen.close();
+            return shop.settings.layout(u"frmCounting/place"_s);
+        };
+        const QString first = placeAfter({0, 0});
+        QCOMPARE(placeAfter({0, 0}), first);
+        QCOMPARE(placeAfter({0, 0}), first);
+        const QPoint at(first.section(u' ', 0, 0).toInt(), first.section(u' ', 1).toInt());
+        const QString moved = u"%1 %2"_s.arg(at.x() + 30).arg(at.y() + 50);
+        QCOMPARE(placeAfter({30, 50}), moved);
+        QCOMPARE(placeAfter({0, 0}), moved);
+    }
+
     void aMessageBoxIsNoAbsence()
     {
         FreshShop shop;

@@ -83,8 +83,10 @@ void GoodsSlipScreen::setUpLines()
     // Beside the name, as on paper: there it is seen however wide the others are.
     m_goods.lines->horizontalHeader()->moveSection(taxColumn, 1);
     m_goods.lines->setColumnHidden(taxColumn, !workspace().panel.followsTaxTable);
+    m_goods.lines->letGiveWay({{0, 160}, {1, 90}}); // name and 規格: the amounts stay in sight
     m_goods.previous->setModel(&m_previous);
     setWidths(m_goods.previous, {120, 100, 320, 260, 90, 60, 110, 130});
+    m_goods.previous->letGiveWay({{2, 160}, {3, 100}});
     m_entry = new LineEntry(this, m_description.emptyPrice, m_goods.entry);
     tell(m_entry->offer(workspace().connection, m_description.products));
 
@@ -140,6 +142,7 @@ void GoodsSlipScreen::offerTaxes()
     }
     m_slipRate = rate ? *rate : 0;
     m_goods.lines->setColumnHidden(taxColumn, choices.empty());
+    m_goods.lines->keepInSight();
     m_entry->offerTaxes(std::move(choices), m_slipRate);
 }
 
