@@ -45,6 +45,11 @@ void printRoster(Walker &walker, QWidget &window, const QDir &folder)
                     walker.picture(options, u"roster-options"_s);
                     walker.visit(
                         u"roster preview"_s, [&] { walker.on(options).press(u"Command49"_s); }, savePdf);
+                    for (const int column : {2, 4, 5, 11, 12, 13, 14, 15})
+                        walker.on(options).press(u"chkColumn%1"_s.arg(column));
+                    walker.visit(
+                        u"roster of all columns"_s, [&] { walker.on(options).press(u"Command49"_s); },
+                        [&](QDialog &preview) { walker.picture(preview, u"roster-all-columns"_s); });
                 });
         });
     walker.check(QFileInfo(fileName).size() > 1000, u"the roster is not there as PDF"_s);
