@@ -119,7 +119,8 @@ private:
         const QString line = singleLine(text);
         if (isFigure(line) || (!text.contains(u'\n') && fittingPoints(line, room, points) >= smallPoints))
             return rowHeight;
-        const qsizetype lines = std::min(linesInBlock(text, room, leastPoints), mostLines);
+        const qsizetype lines =
+            std::min(linesInBlock(text, room, leastPoints, Breaks::BesideFigures), mostLines);
         return static_cast<double>(lines) * millimetresFromPoints(leastPoints) * leading + slack + 0.01;
     }
 
@@ -238,7 +239,7 @@ private:
         const double fitting = broken ? 0 : fittingPoints(line, room, points);
         if (fitting >= smallPoints)
             return {{line}, fitting};
-        return fitBlock(text, room, height, broken ? points : smallPoints, leading);
+        return fitBlock(text, room, height, broken ? points : smallPoints, leading, Breaks::BesideFigures);
     }
 
     const base::Report m_report;

@@ -27,11 +27,26 @@ int bytesInLine(double width, double points)
     return std::max(leastBytes, static_cast<int>(width / halfWidth + 1e-6));
 }
 
-QStringList broken(QStringView text, int bytes)
+bool isOfFigure(QChar c) { return c.isDigit() || c == u'-'; }
+
+// How much of \a text goes into a line that has room for \a fitting characters of it.
+qsizetype lineLength(QStringView text, qsizetype fitting)
+{
+    if (fitting == text.size() || !isOfFigure(text[fitting]))
+        return fitting;
+    qsizetype start = fitting;
+    while (start > 0 && isOfFigure(text[start - 1]))
+        --start;
+    return start > 0 ? start : fitting;
+}
+
+QStringList broken(QStringView text, int bytes, Breaks breaks = Breaks::Anywhere)
 {
     QStringList lines;
     do {
-        const QString line = text::leftCp932(text, bytes);
+        QString line = text::leftCp932(text, bytes);
+        if (breaks == Breaks::BesideFigures)
+            line.truncate(lineLength(text, line.size()));
         lines << line;
         text = text.sliced(line.size());
     } while (!text.isEmpty());
@@ -59,11 +74,11 @@ QString shortened(QStringView text)
     return text.size() <= longestPrinted ? text.toString() : text.first(longestPrinted).toString() + u"…"_s;
 }
 
-QStringList blockLines(QStringView text, double width, double points)
+QStringList blockLines(QStringView text, double width, double points, Breaks breaks)
 {
     QStringList lines;
     for (const QStringView paragraph : text.split(u'\n'))
-        lines << broken(singleLine(paragraph), bytesInLine(width, points));
+        lines << broken(singleLine(paragraph), bytesInLine(width, points), breaks);
     return lines;
 }
 
@@ -88,20 +103,21 @@ FittedText fitText(QStringView text, double width, double points, double minPoin
     return {balanced(text, width, minPoints), minPoints};
 }
 
-FittedText fitBlock(QStringView text, double width, double height, double points, double leading)
+FittedText fitBlock(QStringView text, double width, double height, double points, double leading,
+                    Breaks breaks)
 {
     const QString shown = shortened(text);
     for (;; points -= 0.5) {
-        const QStringList lines = blockLines(shown, width, points);
+        const QStringList lines = blockLines(shown, width, points, breaks);
         const double needed = static_cast<double>(lines.size()) * millimetresFromPoints(points) * leading;
         if (needed <= height || points - 0.5 < smallestPoints)
             return {lines, points};
     }
 }
 
-qsizetype linesInBlock(QStringView text, double width, double points)
+qsizetype linesInBlock(QStringView text, double width, double points, Breaks breaks)
 {
-    return blockLines(shortened(text), width, points).size();
+    return blockLines(shortened(text), width, points, breaks).size();
 }
 
 QString singleLine(QStringView text)

@@ -23,12 +23,16 @@ struct FittedText
 /// Nothing of the text is lost.
 FittedText fitText(QStringView text, double width, double points, double minPoints);
 
+/// Where a line that is too long is broken: anywhere, or not within a house number as long as that fits.
+enum class Breaks { Anywhere, BesideFigures };
+
 /// \a text, which may hold line breaks and of which 5,000 characters are printed, broken and made smaller
 /// until it fits into the block. Lines stand \a leading times their size apart.
-FittedText fitBlock(QStringView text, double width, double height, double points, double leading);
+FittedText fitBlock(QStringView text, double width, double height, double points, double leading,
+                    Breaks breaks = Breaks::Anywhere);
 
 /// How many lines fitBlock() breaks \a text into at \a points.
-qsizetype linesInBlock(QStringView text, double width, double points);
+qsizetype linesInBlock(QStringView text, double width, double points, Breaks breaks);
 
 /// \a text, or its first 5,000 characters, for one line of print: line breaks, tabs and other control
 /// characters become blanks.

@@ -270,6 +270,13 @@ private slots:
         QCOMPARE(codes, 40);
         QCOMPARE(phones, 80);
         QCOMPARE(names.count(u'山'), 2 * 40 * 22);
+        // A house number stays in one piece, too, wherever it would be broken.
+        report.rows = {};
+        for (int length = 8; length < 40; ++length)
+            report.rows.push_back({{QString(length, u'町') + u"３-15-33"_s}});
+        for (const TextItem &text : sheetsOf(report).front().texts)
+            QVERIFY2(!text.text.contains(u"15"_s) || text.text.endsWith(u"３-15-33"_s),
+                     qPrintable(text.text));
         QCOMPARE(printing::paperByWidths(report), ListPaper::Lying);
         report.columns.resize(3);
         QCOMPARE(printing::paperByWidths(report), ListPaper::Upright);
