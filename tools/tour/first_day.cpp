@@ -233,12 +233,21 @@ void FirstDay::registerSuppliers()
                 m_walker.on(screen).enter(u"txtPay2"_s, str(supplier.bank));
                 auto &taxClass = m_walker.on(screen).the<QComboBox>(u"Combo1"_s);
                 m_walker.on(screen).choose(u"Combo1"_s, taxClass.itemText(supplier.taxClass));
+                enterRegistration(screen, str(supplier.registration));
                 m_walker.on(screen).press(u"cmdUpdate"_s);
             }
             m_walker.checkText(screen, u"txtName4"_s, u"戸隠そば製粉所 S03 026-254-0103"_s);
             m_walker.picture(screen, u"suppliers"_s);
         });
     m_walker.check(value(u"SELECT count(*) FROM 仕入先"_s) == "3"_L1, u"there are not 3 suppliers"_s);
+}
+
+void FirstDay::enterRegistration(QDialog &screen, const QString &registration)
+{
+    if (registration.startsWith(u'T'))
+        m_walker.on(screen).enter(u"txtRegistration"_s, registration);
+    else if (!registration.isEmpty())
+        m_walker.on(screen).choose(u"Combo2"_s, registration);
 }
 
 // A code of several towns lists them to choose from.

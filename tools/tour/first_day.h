@@ -44,6 +44,7 @@ private:
     void checkBooks();
 
     /// Adds rows to a master editor through its name box.
+    void enterRegistration(QDialog &screen, const QString &registration);
     void typePostalCode(QDialog &screen, const QString &zip);
     void fillMaster(const QString &button, const QString &caption, const QStringList &names);
     [[nodiscard]] QString value(const QString &sql);

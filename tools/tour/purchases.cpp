@@ -70,6 +70,8 @@ void buyAndList(Walker &walker, QWidget &window, const QDir &folder)
         [&](QDialog &screen) {
             QApplication::processEvents(); // the list comes when the screen is there
             walker.checkText(screen, u"txtTotalBalance"_s, u"191,113"_s);
+            // 124,620 yen from one who is not registered, with 11,329 of tax.
+            walker.checkText(screen, u"txtTotalDeductible"_s, u"9,063"_s);
             walker.picture(screen, u"purchase-list"_s);
             walker.visit(
                 u"purchase list preview"_s, [&] { walker.on(screen).press(u"Command2"_s); },

@@ -87,15 +87,16 @@ struct Supplier
     const char16_t *payment;
     const char16_t *bank;
     int taxClass;
+    const char16_t *registration; // a number, or what is chosen without one; empty: nothing is known
 };
 
 inline constexpr Supplier suppliers[] = {
     {u"S01", u"安曇野　果樹園", u"丸山", u"399-8303", u"長野県安曇野市穂高5521", u"0263-82-0101",
-     u"月末締め翌月末振込", u"安曇野農協　穂高支所　普通　0012345", 0},
+     u"月末締め翌月末振込", u"安曇野農協　穂高支所　普通　0012345", 0, u"登録なし"},
     {u"S02", u"株式会社千曲醸造", u"営業部　滝沢", u"387-0013", u"長野県千曲市小島3131", u"026-272-0102",
-     u"２０日締め翌月１０日振込", u"八十二銀行　屋代支店　当座　2233445", 1},
+     u"２０日締め翌月１０日振込", u"八十二銀行　屋代支店　当座　2233445", 1, u"T9234567890123"},
     {u"S03", u"戸隠そば製粉所", u"武井", u"381-4101", u"長野県長野市戸隠3506", u"026-254-0103", u"納品時現金",
-     u"", 2},
+     u"", 2, u""},
 };
 
 struct Line
