@@ -10,6 +10,8 @@ namespace reports
 namespace
 {
 
+constexpr double narrowAmount = 23; // millimetres; 999,999,999 and its minus
+
 base::Column amount(const QString &heading) { return {heading, base::Format::Amount, 16, 26}; }
 
 std::vector<base::Column> columns()
@@ -31,7 +33,7 @@ std::vector<base::Column> deductionColumns()
 {
     base::Column shares{u"経過措置"_s, base::Format::Text, 10, 16};
     shares.centred = true;
-    return {shares, {u"控除できる税額"_s, base::Format::Amount, 16, 24}};
+    return {shares, {u"控除できる税額"_s, base::Format::Amount, 16, narrowAmount}};
 }
 
 // In the order of the columns.
@@ -56,6 +58,9 @@ void addDeductions(base::Report &report, const PurchaseList &list)
 {
     if (!list.deduction)
         return;
+    // So narrow that the names keep their room on paper.
+    for (base::Column &column : report.columns)
+        column.millimetres = column.format == base::Format::Amount ? narrowAmount : column.millimetres;
     for (const base::Column &column : deductionColumns())
         report.columns.push_back(column);
     for (std::size_t row = 0; row < list.suppliers.size(); ++row)

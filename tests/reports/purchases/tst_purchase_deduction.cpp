@@ -362,6 +362,12 @@ private slots:
         QCOMPARE(printed.filter(u"%"_s).size(), 1);
         QCOMPARE(printed.mid(printed.indexOf(u"合計"_s) + 9, 1), QStringList{u"700"_s});
 
+        // A usual name stays in one line.
+        double others = 0;
+        for (const base::Column &column : report.columns)
+            others += column.stretches ? 0 : column.millimetres;
+        QVERIFY(273 - others >= 28);
+
         const QString file = shop.path(u"list.csv"_s);
         QVERIFY(tables::writeReport(file, report, base::unwatched));
         QFile written(file);
