@@ -6,6 +6,7 @@
 #include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
 #include "slips/correction/slip_doubts.h"
+#include "text/dates.h"
 #include "ui/prompts.h"
 
 using namespace Qt::StringLiterals;
@@ -38,7 +39,11 @@ base::Result<bool> EditedSlip::openLines()
     if (std::exchange(m_shown, id()) == id())
         return false;
     const base::Status opened = slips::openLines(lines, id());
-    return opened ? base::Result<bool>(true) : opened.error();
+    const auto original = book::originalOf(m_connection, id());
+    m_original = original ? *original : std::nullopt;
+    if (!opened)
+        return opened.error();
+    return original ? base::Result<bool>(true) : original.error();
 }
 
 base::Status EditedSlip::openCounterpart()
@@ -92,6 +97,9 @@ QStringList EditedSlip::remarks() const
     if (lines.isNewRow())
         remarks << u"新しい明細は、入力して「更新」を押すと伝票に入ります。"_s;
     remarks << lineDoubt() << taxDoubt(shown());
+    if (m_original)
+        remarks << u"伝票 %1（%2）の返品です。"_s.arg(m_original->number.left(30),
+                                                      text::formatDate(m_original->date));
     if (isLeftOpen())
         remarks << leftOpenRemark(taxDue());
     remarks.removeAll(QString());

@@ -2,6 +2,7 @@
 
 #include "book/counterpart_name.h"
 #include "book/counterpart_search.h"
+#include "book/returned_goods.h"
 #include "db/recordset.h"
 #include "slips/correction/slip_recalculation.h"
 
@@ -119,9 +120,10 @@ private:
     const book::SlipKind m_kind;
     const book::CounterpartSearch &m_counterparts;
     QWidget *m_screen;
-    qint64 m_shown = 0;    // whose lines are open
-    QString m_acceptedTax; // what disagreed when the slip was found, or was agreed to
-    QString m_agreed;      // all that disagreed when the clerk left it so
+    qint64 m_shown = 0;                           // whose lines are open
+    std::optional<book::OriginalSlip> m_original; // the slip whose goods come back on it
+    QString m_acceptedTax;                        // what disagreed when the slip was found, or was agreed to
+    QString m_agreed;                             // all that disagreed when the clerk left it so
 };
 
 } // namespace slips

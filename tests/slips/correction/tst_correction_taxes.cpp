@@ -13,6 +13,7 @@ private slots:
     void aClassBringsItsRate();
     void taxLinesAreMadeAnewByRate();
     void aTaxOfTheWrongRateIsDoubted();
+    void aReturnNamesItsSale();
     void nonsenseIsRefused_data();
     void nonsenseIsRefused();
     void oneRateByHandShowsNoClasses();
@@ -83,6 +84,17 @@ void TestCorrectionTaxes::aTaxOfTheWrongRateIsDoubted()
     QVERIFY2(desk.message().contains(
                  u"消費税の行は 5% 150 円 ですが、いまの明細では 5% 50 円、軽減5% 100 円 になります。"_s),
              qPrintable(desk.message()));
+}
+
+void TestCorrectionTaxes::aReturnNamesItsSale()
+{
+    Desk desk(book::sale, true);
+    desk.shop.run(u"UPDATE 入出庫マスター SET 元伝票 = 1 WHERE ID = 9"_s);
+    for (const int row : {0, 1})
+        desk.headers().setCurrentIndex(Desk::cell(desk.headers(), row, u"伝票番号"_s));
+    QVERIFY2(desk.message().contains(u"伝票 O1（2026/03/01）の返品です。"_s), qPrintable(desk.message()));
+    desk.headers().setCurrentIndex(Desk::cell(desk.headers(), 0, u"伝票番号"_s));
+    QVERIFY(!desk.message().contains(u"返品"_s));
 }
 
 void TestCorrectionTaxes::nonsenseIsRefused_data()
