@@ -13,6 +13,7 @@
 
 #include <QDoubleSpinBox>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -35,6 +36,14 @@ std::vector<base::Column> elementColumns()
             {u"内容"_s, Text, 24, 12, true},
             {u"左から"_s, Quantity, 8},
             {u"上から"_s, Quantity, 8}};
+}
+
+// "file.toml:19: 「x」には…" as the hand at the box called 左から knows it.
+QString inWordsOfTheBox(QString fault, const QString &key, const QString &caption)
+{
+    static const QRegularExpression place(u"^[^\\n]*?:\\d+: "_s);
+    fault.remove(place);
+    return fault.replace(u"「%1」"_s.arg(key.section(u'.', -1)), u"「%1」"_s.arg(caption));
 }
 
 QVariant valueOf(const LayoutElement &element, QStringView key)
@@ -84,6 +93,7 @@ void DialogFormLayout::connectControls()
             return;
         showSheet();
         showMeasures();
+        showStates(m_file.complaint); // what was told was of the element before
     });
     for (std::size_t i = 0; i < m_boxes.size(); ++i) {
         connect(m_boxes[i].box, &QDoubleSpinBox::valueChanged, this, [this, i] { measureChanged(i); });
@@ -174,7 +184,12 @@ std::vector<Sheet> DialogFormLayout::specimenSheets(const QHash<QString, double>
     const QString sheet = current() ? current()->sheet : QString();
     const bool isOfSeveral = sheet == u"before_last" || sheet == u"further";
     const int rows = m_form.body ? m_form.body->first.count : 0;
-    FormValues values = specimenValues(*form().items, isOfSeveral ? 2 * rows : rows / 2);
+    const QStringList &other = form().otherCase;
+    const bool isOther = current() && std::ranges::any_of(other, [this](const QString &item) {
+                             return current()->name.contains(item);
+                         });
+    FormValues values =
+        specimenValues(*form().items, isOfSeveral ? 2 * rows : rows / 2, isOther ? QStringList() : other);
     values.shifts = shifts;
     return formSheets(m_form, values);
 }
@@ -228,11 +243,15 @@ void DialogFormLayout::measureChanged(std::size_t place)
     const auto changed =
         withMeasure(m_content, current()->line, measure.line, measure.key, m_boxes[place].box->value());
     const QByteArray before = m_content;
-    if (!changed)
+    const QString caption = measure.caption;
+    const QString key = measure.key;
+    if (!changed) {
         showStates(changed.error().text);
-    if (changed && take(*changed)) {
+    } else if (take(*changed)) {
         m_before.push_back(before);
         showStates();
+    } else {
+        showStates(inWordsOfTheBox(m_ui->lblMessage->text(), key, caption));
     }
     showMeasures();
 }

@@ -27,6 +27,7 @@ struct AdjustableForm
     QString caption;
     QString fileName; // of its layout
     const FormItems *items = nullptr;
+    QStringList otherCase{};         // items that never stand beside the rest
     QHash<QString, double> shifts{}; // as the printer dialogs move it in use, millimetres
 };
 

@@ -37,6 +37,7 @@ DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &docume
     : Screen(workspace, parent)
     , m_ui(std::make_unique<Ui::DialogPrint>())
     , m_document(document)
+    , m_selected(selected.name)
     , m_missing(missingInWords(selected))
 {
     m_ui->setupUi(this);
@@ -103,10 +104,12 @@ QString DialogPrint::obstacle() const
 void DialogPrint::showRemark()
 {
     QStringList remarks;
-    if (!m_missing.isEmpty())
+    if (!m_missing.isEmpty() && m_ui->cboQueue->currentText() == m_selected)
         remarks << m_missing;
     if (const QString hindrance = obstacle(); !hindrance.isEmpty())
         remarks << hindrance;
+    else if (const QString trouble = troubleInWords(m_abilities->state); !trouble.isEmpty())
+        remarks << trouble + u"。印刷すると、動きだすまで待つことになります。"_s;
     m_ui->lblRemark->setText(remarks.join(u'\n'));
     m_ui->lblRemark->setVisible(!remarks.isEmpty());
 }

@@ -51,6 +51,7 @@ private:
 
     const std::unique_ptr<Ui::DialogPrint> m_ui;
     const Document &m_document;
+    const QString m_selected;
     const QString m_missing; // says that the purpose's own printer is gone
     std::optional<QueueAbilities> m_abilities;
     QString m_failure; // why they could not be read

@@ -65,9 +65,10 @@ void DialogPrintJobs::read()
     });
     base::Report report{.columns = jobColumns()};
     for (const PrintJob &job : m_jobs) {
+        const QString trouble = troubleInWords(job.printer);
         const bool isToday = job.taken.date() == workspace().today();
         report.rows.push_back({{job.taken.toString(isToday ? u"HH:mm"_s : u"MM/dd"_s), job.title, job.queue,
-                                stateInWords(job.state), job.number},
+                                trouble.isEmpty() ? stateInWords(job.state) : trouble, job.number},
                                job.number});
     }
     m_ui->gridJobs->setReport(std::move(report));

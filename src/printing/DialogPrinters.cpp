@@ -113,8 +113,26 @@ bool DialogPrinters::isChanged() const
            m_ui->optTurned->isChecked() != settings.checked(workspace::keys::oderOption1);
 }
 
+bool DialogPrinters::confirmFarOffsets()
+{
+    for (const auto &[rule, offset] : m_offsets) {
+        QLineEdit &box = offset->box();
+        if (!offset->isFarOff() ||
+            ui::prompts::askCautiously(
+                this, u"「%1」の %2 は、動かす量が多すぎるようです。このまま登録しますか。"_s.arg(
+                          box.accessibleName(), box.text())))
+            continue;
+        box.setFocus();
+        box.selectAll();
+        return false;
+    }
+    return true;
+}
+
 bool DialogPrinters::storeSettings()
 {
+    if (!confirmFarOffsets())
+        return false;
     workspace::Settings &settings = workspace().settings;
     for (const Row &row : m_rows) {
         settings.write(printerKey(row.purpose), printerOf(row));

@@ -49,6 +49,8 @@ private:
     [[nodiscard]] QString printerOf(const Row &row) const;
     [[nodiscard]] QString storedFont(const Row &row) const;
     [[nodiscard]] bool isChanged() const;
+    bool confirmFarOffsets();
+    /// \return false when the clerk rather looks at them once more, or they could not be stored
     bool storeSettings();
 
     const std::unique_ptr<Ui::DialogPrinters> m_ui;

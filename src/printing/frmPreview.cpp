@@ -17,6 +17,7 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QTimer>
+#include <QToolTip>
 
 #include <algorithm>
 #include <utility>
@@ -40,6 +41,16 @@ Document pagesOf(const Document &document, const PrintChoice &choice)
     return chosen;
 }
 
+// Whether there are texts, and none of them begins on the paper.
+bool isOffThePaper(const Sheet &sheet)
+{
+    const QRectF paper(0, 0, twipsFromMillimetres(sheet.readWidth()),
+                       twipsFromMillimetres(sheet.readHeight()));
+    return !sheet.texts.empty() && std::ranges::none_of(sheet.texts, [&paper](const TextItem &text) {
+        return paper.contains(QPointF(text.x, text.y));
+    });
+}
+
 } // namespace
 
 frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidget *parent)
@@ -52,8 +63,7 @@ frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidg
     m_ui->chkGrid->setChecked(m_look.calibrationGrid);
     setWindowTitle(u"印刷プレビュー　"_s + m_document.title);
     m_ui->LblPrinterName->setText(u"プリンタを調べています。"_s);
-    m_ui->lblRemark->setText(m_document.remark);
-    m_ui->lblRemark->setVisible(!m_document.remark.isEmpty());
+    showRemark();
     addPages();
     addShortcuts();
     setUp();
@@ -61,6 +71,16 @@ frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidg
 }
 
 frmPreview::~frmPreview() = default;
+
+void frmPreview::showRemark()
+{
+    QStringList remarks{m_document.remark};
+    if (!m_document.sheets.empty() && isOffThePaper(m_document.sheets.front()))
+        remarks << u"この出力位置では、すべて用紙の外です。プリンタの設定で位置を直してください。"_s;
+    remarks.removeAll(QString());
+    m_ui->lblRemark->setText(remarks.join(u'\n'));
+    m_ui->lblRemark->setVisible(!remarks.isEmpty());
+}
 
 void frmPreview::addPages()
 {
@@ -130,20 +150,20 @@ void frmPreview::paintEvent(QPaintEvent *event)
 {
     Screen::paintEvent(event);
     if (!std::exchange(m_isPrinterAsked, true))
-        QTimer::singleShot(0, this, &frmPreview::showPrinter);
+        QTimer::singleShot(0, this, [this] { showPrinter(selected()); });
 }
 
-void frmPreview::showPrinter()
+void frmPreview::showPrinter(const base::Result<SelectedPrinter> &printer)
 {
-    const auto printer = selected();
-    m_ui->LblPrinterName->setText(printer && !printer->name.isEmpty()
-                                      ? u"プリンタ："_s + printer->name
-                                      : u"プリンタが見つかりません。PDF に保存できます。"_s);
+    const QString none = printer ? u"プリンタが見つかりません。"_s : u"印刷サービスに接続できません。"_s;
+    m_ui->LblPrinterName->setText(printer && !printer->name.isEmpty() ? u"プリンタ："_s + printer->name
+                                                                      : none + u"PDF に保存できます。"_s);
 }
 
 void frmPreview::print()
 {
     const auto printer = selected();
+    showPrinter(printer); // the service may be there again, or gone
     if (!printer || printer->installed.isEmpty()) {
         const QString none = printer ? u"プリンタが見つかりません。"_s : printer.error().text + u'\n';
         if (ui::prompts::ask(this, none + u"PDF に保存しますか。"_s))
@@ -155,7 +175,18 @@ void frmPreview::print()
     if (dialog.choice() && hand(*dialog.choice())) {
         m_issued = true;
         accept();
+        tellWhatWasTaken(dialog.choice()->settings.queue);
     }
+}
+
+// A word in passing, which wants no answer.
+void frmPreview::tellWhatWasTaken(const QString &queue)
+{
+    constexpr int shown = 4000; // milliseconds
+    if (QWidget *opener = parentWidget(); opener && opener->isVisible())
+        QToolTip::showText(opener->mapToGlobal(opener->rect().center()),
+                           u"「%1」をプリンタ「%2」に送りました。"_s.arg(m_document.title, queue), opener, {},
+                           shown);
 }
 
 bool frmPreview::hand(const PrintChoice &choice)

@@ -42,7 +42,9 @@ private:
     /// Does long \a work, which may be stopped. \return whether it was done; a failure is told
     bool carryOut(const QString &what, const std::function<base::Status(const base::Progress &)> &work);
     [[nodiscard]] base::Result<SelectedPrinter> selected() const;
-    void showPrinter();
+    void showPrinter(const base::Result<SelectedPrinter> &printer);
+    void showRemark();
+    void tellWhatWasTaken(const QString &queue);
     void print();
     bool hand(const PrintChoice &choice);
     void savePdf();

@@ -21,6 +21,43 @@ namespace
 {
 
 constexpr int dotsPerInch = 1440; // one to the twip
+const QString creator = u"Kanbalore"_s;
+
+// "(…)" of UTF-16 as PDF writes it. \a isStrict: with the escape that a carriage return needs.
+QByteArray pdfText(const QString &text, bool isStrict)
+{
+    QByteArray bytes("\xfe\xff", 2);
+    for (const QChar letter : text) {
+        bytes.append(static_cast<char>(letter.unicode() >> 8));
+        bytes.append(static_cast<char>(letter.unicode() & 0xff));
+    }
+    QByteArray written("(");
+    for (const char byte : bytes) {
+        if (byte == '(' || byte == ')' || byte == '\\')
+            written += '\\';
+        if (byte == '\r' && isStrict)
+            written += "\\r";
+        else
+            written += byte;
+    }
+    return written + ')';
+}
+
+// The toolkit writes the second byte of 納 (7D0D) as it is, which readers take for the end of a line: 紊. The
+// blanks that the creator's name was given for it make room, so that nothing behind moves.
+void mendTitle(QByteArray &pdf, const QString &title)
+{
+    const QByteArray faulty = pdfText(title, false);
+    const QByteArray strict = pdfText(title, true);
+    const qsizetype more = strict.size() - faulty.size();
+    const QByteArray roomy = pdfText(creator + QString(more, u' '), false);
+    const qsizetype titleAt = pdf.indexOf("/Title " + faulty);
+    const qsizetype creatorAt = pdf.indexOf("/Creator " + roomy);
+    if (more == 0 || titleAt < 0 || creatorAt < titleAt)
+        return;
+    pdf.replace(creatorAt, 9 + roomy.size(), "/Creator " + pdfText(creator, false) + QByteArray(more, ' '));
+    pdf.replace(titleAt, 7 + faulty.size(), "/Title " + strict);
+}
 
 // The toolkit writes a document's fonts in the order of their hashes, which it seeds anew at each start.
 class OneOrder
@@ -75,12 +112,16 @@ base::Result<QByteArray> pdfOf(const Document &document, const Look &look, const
         QPdfWriter writer(&buffer);
         writer.setResolution(dotsPerInch);
         writer.setTitle(document.title);
-        writer.setCreator(u"Kanbalore"_s);
+        writer.setCreator(
+            creator +
+            QString(pdfText(document.title, true).size() - pdfText(document.title, false).size(), u' '));
         setPage(writer, document);
         if (const base::Status drawn = drawDocument(writer, document, look, progress); !drawn)
             return drawn.error();
     }
+    buffer.close();
     QByteArray pdf = buffer.data();
+    mendTitle(pdf, document.title);
     // A list that nobody keeps may be long, and its sheets are made anew each time.
     QCryptographicHash said(QCryptographicHash::Sha256);
     if (document.keep)
@@ -101,7 +142,7 @@ base::Status writePdf(const QByteArray &pdf, const QString &fileName)
 {
     base::Replacement file(fileName);
     if (const base::Status begun = file.begin(); !begun)
-        return base::Error{u"PDF を保存できませんでした。"_s + begun.error().text};
+        return base::Error{u"PDF を保存できませんでした。保存先「%1」を確かめてください。"_s.arg(fileName)};
     const base::Status written = writeWhole(file.name(), pdf);
     return written ? file.finish() : written;
 }

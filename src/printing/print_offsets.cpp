@@ -55,7 +55,7 @@ const OffsetRule billDown{keys::offsetA, -4, -4, 20, stepDown, u"下へ", u"上�
 const OffsetRule noteDown{keys::offsetB, -4, -4, 20, stepDown, u"下へ", u"上へ"};
 const OffsetRule receiptDown{keys::offsetC, -4, -4, 20, stepDown, u"下へ", u"上へ"};
 const OffsetRule noteRight{keys::offsetL, -8, -8, 20, stepRight, u"右へ", u"左へ"};
-const OffsetRule addresseeRight{keys::offsetF, std::nullopt, -10, 40};
+const OffsetRule addresseeRight{keys::offsetF, std::nullopt, -10, 20};
 const OffsetRule slipRight{keys::kuOffsetX, std::nullopt, -30, 60};
 const OffsetRule slipDown{keys::kuOffsetY, std::nullopt, -30, 60};
 const OffsetRule letterRight{keys::letterOffsetX, std::nullopt, -30, 60};

@@ -446,9 +446,55 @@ private slots:
         desk.print([](QWidget &dialog) {
             QCOMPARE(in<QComboBox>(dialog, "cboQueue").currentText(), u"LASER"_s);
             QVERIFY(in<QLabel>(dialog, "lblRemark").text().contains(u"「事務所のプリンタ」が見つからない"_s));
+            in<QComboBox>(dialog, "cboQueue").setCurrentText(u"DOT"_s);
+            QVERIFY(!in<QLabel>(dialog, "lblRemark").isVisible());
             dialog.close();
         });
         QVERIFY(desk.printers->given.empty());
+    }
+
+    void aPrinterThatStandsStillIsToldBeforeAnythingIsSent()
+    {
+        const Desk desk(1, [](FakePrinters &printers, FreshShop &) {
+            printers.can[u"LASER"_s].state = {.isStopped = true, .reasons = {u"media-jam-error"_s}};
+        });
+        desk.print([](QWidget &dialog) {
+            QVERIFY(in<QLabel>(dialog, "lblRemark")
+                        .text()
+                        .startsWith(u"プリンタが止まっています（紙詰まり）。"_s));
+            press(dialog, "cmdPrint");
+        });
+        QCOMPARE(desk.printers->given.size(), std::size_t(1)); // it waits for the paper
+    }
+
+    void aSheetThatIsAllBesideThePaperSaysSo()
+    {
+        FreshShop shop;
+        keepPrintSystem(shop.workspace, std::make_shared<FakePrinters>());
+        for (const double x : {-200'000.0, 1000.0}) {
+            Document document;
+            Sheet sheet;
+            sheet.texts.push_back({x, 1000, u"納品書"_s, 12});
+            document.sheets.push_back(sheet);
+            frmPreview preview(shop.workspace, document);
+            QCOMPARE(preview.findChild<QLabel *>(u"lblRemark"_s)->text().contains(u"すべて用紙の外"_s),
+                     x < 0);
+        }
+    }
+
+    // The label tells how it is now.
+    void aServiceThatIsBackIsFoundAgain()
+    {
+        const Desk desk(1, [](FakePrinters &printers, FreshShop &) {
+            printers.noService = base::Error{u"印刷サービスに接続できません。"_s};
+        });
+        auto &label = desk.driver->the<QLabel>("LblPrinterName");
+        QTRY_VERIFY(label.text().startsWith(u"印刷サービスに接続できません。"_s));
+        desk.printers->noService.reset();
+        desk.print([&label](QWidget &dialog) {
+            QCOMPARE(label.text(), u"プリンタ：LASER"_s);
+            dialog.close();
+        });
     }
 
     // The service may take seconds; it is asked once for the label, and once for each print.
@@ -517,7 +563,12 @@ private slots:
         FreshShop shop;
         const auto printers = std::make_shared<FakePrinters>();
         const QDateTime today(shop.workspace.today(), QTime(9, 30));
-        printers->list = {{7, u"DOT"_s, u"納品書 O3"_s, JobState::Stopped, today},
+        printers->list = {{7,
+                           u"DOT"_s,
+                           u"納品書 O3"_s,
+                           JobState::Waiting,
+                           today,
+                           {.isStopped = true, .reasons = {u"media-empty-error"_s, u"media-needed"_s}}},
                           {6, u"LASER"_s, u"納品書 O2"_s, JobState::Done, today},
                           {5, u"LASER"_s, u"納品書 O1"_s, JobState::Waiting, today.addDays(-1)},
                           {4, u"LASER"_s, u"昨日の日報"_s, JobState::Done, today.addDays(-1)}};
@@ -527,6 +578,7 @@ private slots:
         driver.show();
         auto &grid = driver.the<ui::ReportGrid>("gridJobs");
         QCOMPARE(grid.rowCount(), 3); // what is done is listed on its day, what may still come out always
+        QCOMPARE(grid.model()->index(0, 3).data().toString(), u"プリンタが止まっています（用紙切れ）"_s);
         grid.selectRow(1);
         QVERIFY(!driver.the<QPushButton>("cmdCancelJob").isEnabled());
         grid.selectRow(0);

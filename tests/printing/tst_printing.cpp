@@ -369,6 +369,27 @@ private slots:
             QVERIFY2(font.contains(standIn) && font.contains(embedded), qPrintable(font));
     }
 
+    // 納 is 7D0D: as a bare byte, 0D ends a line and becomes 0A, and 紊.
+    void titlesAreReadAsTheyAreWritten()
+    {
+        FreshShop shop;
+        const QString fileName = shop.path(u"title.pdf"_s);
+        for (const QString &title : {u"納品書 O1"_s, u"(納)\\納納"_s, u"請求書"_s}) {
+            Document document = pagesOfText(2);
+            document.title = title;
+            QVERIFY(writePdf(shop.workspace, document, fileName));
+            QProcess info;
+            info.start(u"pdfinfo"_s, {fileName});
+            info.waitForFinished();
+            const QString told = QString::fromUtf8(info.readAllStandardOutput());
+            QVERIFY2(told.contains(
+                         QRegularExpression(u"Title: +"_s + QRegularExpression::escape(title) + u"\n"_s)),
+                     qPrintable(told));
+            QVERIFY2(info.readAllStandardError().isEmpty(), qPrintable(title));
+            QVERIFY(textOfPdf(fileName).contains(u"第2葉"_s));
+        }
+    }
+
     void aPdfThatCannotBeWrittenIsAnError()
     {
         FreshShop shop;
@@ -376,6 +397,7 @@ private slots:
             writePdf(shop.workspace, pagesOfText(1), shop.path(u"no such folder/note.pdf"_s));
         QVERIFY(!written);
         QVERIFY(written.error().text.startsWith(u"PDF を保存できませんでした。"_s));
+        QVERIFY(written.error().text.contains(u"note.pdf"_s) && !written.error().text.contains(u".tmp"_s));
         QVERIFY(!writePdf(shop.workspace, pagesOfText(0), shop.path(u"empty.pdf"_s)));
         QVERIFY(!QFile::exists(shop.path(u"empty.pdf"_s)));
     }

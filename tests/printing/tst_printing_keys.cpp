@@ -220,6 +220,14 @@ private slots:
         ui::prompts::expectAskHowToLeave(question, ui::prompts::Choice::Cancel, ui::prompts::Choice::Save);
         QTest::keyClick(&dialog, Qt::Key_Escape);
         QVERIFY(dialog.isVisible());
+        driver.type("txtLetterX", u"10000"_s);
+        ui::prompts::expectAskCautiously(
+            u"「はがき・封筒の出力位置　横方向」の 10000 は、動かす量が多すぎるようです。このまま登録しますか。"_s,
+            false);
+        driver.press("cmdStore");
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(shop.settings.text(workspace::keys::letterOffsetX), QString());
+        driver.type("txtLetterX", u"1"_s);
         ui::prompts::expectAskHowToLeave(question, ui::prompts::Choice::Save, ui::prompts::Choice::Save);
         driver.press("cmdClose");
         QCOMPARE(shop.settings.text(workspace::keys::fuPrinterName), u"二階"_s);

@@ -37,10 +37,12 @@ FormRecord specimens(const std::map<QString, FormItemKind> &items)
 
 } // namespace
 
-FormValues specimenValues(const FormItems &items, int rows)
+FormValues specimenValues(const FormItems &items, int rows, const QStringList &without)
 {
     FormValues values;
     values.items = specimens(items.items);
+    for (const QString &item : without)
+        values.items.remove(item);
     FormRecord row = specimens(items.columns);
     for (FormValue &value : row) {
         // Of the name's last part the first letter: a longer text would break in a narrow column, and make

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -18,8 +19,9 @@ namespace printing
 namespace
 {
 
-constexpr int longestWait = 5000;  // milliseconds, for the service to answer
-constexpr double unitsPerMm = 100; // CUPS counts in hundredths of a millimetre
+constexpr int longestWait = 5000;    // milliseconds, for the service to take a connection
+constexpr double longestSilence = 4; // seconds, of one that took the connection; libcups would wait a minute
+constexpr double unitsPerMm = 100;   // CUPS counts in hundredths of a millimetre
 
 struct CloseConnection
 {
@@ -84,14 +86,42 @@ base::Error lastError(const QString &what)
     return base::Error{said.isEmpty() ? what : what + u"（"_s + said + u"）"_s};
 }
 
+base::Error noService()
+{
+    return base::Error{u"印刷サービス（CUPS）に接続できません。プリンタの設定を確かめるか、PDF に"
+                       "保存してください。"_s};
+}
+
 base::Result<Http> connection()
 {
     Http http(
         httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, longestWait, nullptr));
     if (!http)
-        return base::Error{u"印刷サービス（CUPS）に接続できません。プリンタの設定を確かめるか、PDF に"
-                           "保存してください。"_s};
+        return noService();
+    httpSetTimeout(
+        http.get(), longestSilence, [](http_t *, void *) { return 0; }, nullptr);
     return http;
+}
+
+// Of a call that names queues: none is no failure.
+bool hasAnswered()
+{
+    return cupsLastError() <= IPP_STATUS_OK_CONFLICTING || cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND;
+}
+
+// As the service tells it with each queue.
+QueueState stateOf(const cups_dest_t &queue)
+{
+    const auto option = [&queue](const char *name) {
+        const char *value = cupsGetOption(name, queue.num_options, queue.options);
+        return value ? QString::fromUtf8(value) : QString();
+    };
+    QueueState state;
+    state.isStopped = option("printer-state").toInt() == IPP_PSTATE_STOPPED;
+    state.isAccepting = option("printer-is-accepting-jobs") != u"false"_s;
+    state.reasons = option("printer-state-reasons").split(u',', Qt::SkipEmptyParts);
+    state.reasons.removeAll(u"none"_s);
+    return state;
 }
 
 base::Error noSuchQueue(const QString &queue)
@@ -272,6 +302,22 @@ JobState stateFrom(ipp_jstate_t state)
     return JobState::Failed;
 }
 
+// What the queues of the jobs that may still come out say of themselves.
+void tellStates(http_t *http, std::vector<PrintJob> &jobs)
+{
+    std::map<QString, QueueState> states;
+    for (PrintJob &job : jobs) {
+        if (!job.isUnderWay())
+            continue;
+        auto known = states.find(job.queue);
+        if (known == states.end()) {
+            const Destinations found(http, job.queue);
+            known = states.emplace(job.queue, found.isEmpty() ? QueueState() : stateOf(*found.begin())).first;
+        }
+        job.printer = known->second;
+    }
+}
+
 } // namespace
 
 base::Result<Queues> CupsSystem::queues()
@@ -280,7 +326,10 @@ base::Result<Queues> CupsSystem::queues()
     if (!http)
         return http.error();
     Queues queues;
-    for (const cups_dest_t &queue : Destinations(http->get())) {
+    const Destinations found(http->get());
+    if (found.isEmpty() && !hasAnswered())
+        return noService();
+    for (const cups_dest_t &queue : found) {
         // An instance is a second name of the same queue with options of its own.
         if (!queue.instance)
             queues.names << QString::fromUtf8(queue.name);
@@ -297,7 +346,7 @@ base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
         return http.error();
     const Destinations found(http->get(), queue);
     if (found.isEmpty())
-        return noSuchQueue(queue);
+        return hasAnswered() ? noSuchQueue(queue) : noService();
     cups_dest_t *destination = found.begin();
     const Info info(cupsCopyDestInfo(http->get(), destination));
     if (!info)
@@ -311,7 +360,8 @@ base::Result<QueueAbilities> CupsSystem::abilities(const QString &queue)
                              .bins = keywords(supported("media-source")),
                              .usualBin = usualBin(http->get(), destination, info.get()),
                              .mostCopies = mostCopies(supported("copies")),
-                             .resolutions = resolutions(supported("printer-resolution"))};
+                             .resolutions = resolutions(supported("printer-resolution")),
+                             .state = stateOf(*destination)};
     if (abilities.custom)
         abilities.custom->margins =
             customMargins(http->get(), destination, info.get(), abilities.custom->least);
@@ -356,6 +406,7 @@ base::Result<std::vector<PrintJob>> CupsSystem::jobs()
                         stateFrom(job.state), QDateTime::fromSecsSinceEpoch(job.creation_time)});
     }
     cupsFreeJobs(count, found);
+    tellStates(http->get(), jobs);
     std::sort(jobs.begin(), jobs.end(),
               [](const PrintJob &a, const PrintJob &b) { return a.number > b.number; });
     return jobs;

@@ -47,7 +47,8 @@ struct PrintJob
     QString queue;
     QString title;
     JobState state = JobState::Waiting;
-    QDateTime taken; // when the queue took it
+    QDateTime taken;      // when the queue took it
+    QueueState printer{}; // its queue just now, while it may still come out
 
     /// Whether it may still come out.
     [[nodiscard]] bool isUnderWay() const

@@ -37,6 +37,14 @@ struct Resolution
     friend bool operator==(const Resolution &, const Resolution &) = default;
 };
 
+/// How a queue is just now.
+struct QueueState
+{
+    bool isStopped = false;
+    bool isAccepting = true;
+    QStringList reasons{}; // as the system names them: "media-empty-error"
+};
+
 struct QueueAbilities
 {
     std::vector<Medium> media{};
@@ -47,6 +55,7 @@ struct QueueAbilities
     int mostCopies = 1;
     std::vector<Resolution> resolutions{};
     std::optional<Resolution> usualResolution{};
+    QueueState state{};
 };
 
 /// The bounds that the queue names among its media, as "custom_min_25.4x25.4mm" and "custom_max_15x30in".

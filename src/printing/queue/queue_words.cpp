@@ -87,4 +87,36 @@ QString stateInWords(JobState state)
     return {};
 }
 
+QString troubleInWords(const QueueState &state)
+{
+    // The keywords of RFC 8011, without what tells how grave each is.
+    static const std::array<std::pair<QString, QString>, 12> known{{
+        {u"media-empty"_s, u"用紙切れ"_s},
+        {u"media-needed"_s, u"用紙切れ"_s},
+        {u"media-jam"_s, u"紙詰まり"_s},
+        {u"toner-empty"_s, u"トナー切れ"_s},
+        {u"marker-supply-empty"_s, u"インク切れ"_s},
+        {u"cover-open"_s, u"カバーが開いています"_s},
+        {u"door-open"_s, u"カバーが開いています"_s},
+        {u"offline"_s, u"電源か接続を確かめてください"_s},
+        {u"shutdown"_s, u"電源か接続を確かめてください"_s},
+        {u"timed-out"_s, u"電源か接続を確かめてください"_s},
+        {u"connecting-to-device"_s, u"接続しています"_s},
+        {u"paused"_s, u"一時停止中"_s},
+    }};
+    QStringList why;
+    for (const QString &reason : state.reasons) {
+        for (const auto &[name, words] : known) {
+            if ((reason == name || reason.startsWith(name + u'-')) && !why.contains(words))
+                why << words;
+        }
+    }
+    const QString because = why.isEmpty() ? QString() : u'（' + why.join(u'、') + u'）';
+    if (!state.isAccepting)
+        return u"プリンタが印刷を受け付けていません"_s + because;
+    if (state.isStopped)
+        return u"プリンタが止まっています"_s + because;
+    return why.isEmpty() ? QString() : u"プリンタを確かめてください"_s + because;
+}
+
 } // namespace printing

@@ -20,4 +20,8 @@ QString paperObstacle(const QueueAbilities &abilities, const QString &queue, con
 
 QString stateInWords(JobState state);
 
+/// "プリンタが止まっています（用紙切れ）", also of one that is not stopped but cannot go on; empty where all
+/// is well with it.
+QString troubleInWords(const QueueState &state);
+
 } // namespace printing

@@ -108,15 +108,14 @@ void DialogMitsumori::preview()
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
     const printing::FormFile layout = printing::loadForm(workspace().applicationFolder(),
                                                          QString::fromUtf16(estimateLayout), estimateItems());
-    const EstimateData estimate = entered();
-    document.sheets = estimateSheets(estimate, layout.form);
     QStringList remarks{roomRemark(m_data.rates), layout.complaint};
     remarks.removeAll(QString());
     document.remark = remarks.join(u'\n');
+    EstimateData estimate = entered();
+    estimate.companyName = addCompanyName(document, workspace(), estimate.companyName);
+    document.sheets = estimateSheets(estimate, layout.form);
     document.keep = keeperOf(workspace(), describedDocument(QString::fromUtf16(estimateKind), book::estimate,
                                                             estimate.slip, estimate.total()));
-    if (!tell(addCompanyName(document, workspace(), m_data.companyName)))
-        return;
     const bool issued = printing::showPreview(workspace(), this, std::move(document));
     m_issued = m_issued || issued;
 }

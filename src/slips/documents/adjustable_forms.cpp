@@ -8,17 +8,20 @@ using namespace Qt::StringLiterals;
 namespace slips
 {
 
+QStringList inclusiveItems() { return {u"内税額"_s, u"内税率"_s}; }
+
 std::vector<printing::AdjustableForm> adjustableForms(const workspace::Settings &settings)
 {
     const auto note = [moved = noteShifts(noteOffsets(printing::noteSteps(settings)))](
                           const QString &caption, const char16_t *layout) {
-        return printing::AdjustableForm{caption, QString::fromUtf16(layout), &deliveryNoteItems(), moved};
+        return printing::AdjustableForm{caption, QString::fromUtf16(layout), &deliveryNoteItems(),
+                                        inclusiveItems(), moved};
     };
     return {note(u"納品書　A4 無地"_s, plainDeliveryNoteLayout),
             note(u"納品書　HISAGO 1149"_s, continuousDeliveryNoteLayout),
             note(u"納品書・物品受領書　HISAGO BP0201"_s, receiptDeliveryNoteLayout),
             note(u"指定納品書"_s, designatedDeliveryNoteLayout),
-            {u"見積書　A4 無地"_s, QString::fromUtf16(estimateLayout), &estimateItems()}};
+            {u"見積書　A4 無地"_s, QString::fromUtf16(estimateLayout), &estimateItems(), {u"内消費税"_s}}};
 }
 
 } // namespace slips

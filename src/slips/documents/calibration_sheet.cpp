@@ -3,6 +3,7 @@
 #include "printing/forms/form_files.h"
 #include "printing/forms/form_sheets.h"
 #include "printing/forms/specimen.h"
+#include "slips/documents/adjustable_forms.h"
 #include "slips/documents/delivery_note.h"
 #include "workspace/workspace.h"
 
@@ -33,7 +34,7 @@ base::Result<printing::Document> calibrationSheet(workspace::Workspace &workspac
     const printing::FormItems &items = deliveryNoteItems();
     const QString file = deliveryNoteLayout(workspace.panel.deliveryPaper, false);
     const printing::FormFile layout = printing::loadForm(workspace.applicationFolder(), file, items);
-    printing::FormValues values = printing::specimenValues(items, rowsOf(layout.form));
+    printing::FormValues values = printing::specimenValues(items, rowsOf(layout.form), inclusiveItems());
     values.shifts = noteShifts(noteOffsets(steps));
     printing::Document document;
     document.title = u"位置合わせ "_s + layout.form.name;

@@ -39,7 +39,7 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
             return rates.error();
         options.closing = *rates;
     }
-    const auto note = readDeliveryNote(workspace.connection, request.slipId, options);
+    auto note = readDeliveryNote(workspace.connection, request.slipId, options);
     if (!note)
         return note.error();
     printing::Document document;
@@ -48,12 +48,11 @@ base::Result<printing::Document> deliveryNoteDocument(workspace::Workspace &work
     const printing::FormFile layout = printing::loadForm(
         workspace.applicationFolder(),
         deliveryNoteLayout(workspace.panel.deliveryPaper, request.designatedForm), deliveryNoteItems());
-    document.sheets = deliveryNote(*note, layout.form);
     document.remark = remarksOn(*note, layout.complaint);
+    note->companyName = addCompanyName(document, workspace, options.companyName);
+    document.sheets = deliveryNote(*note, layout.form);
     document.keep = keeperOf(workspace, describedDocument(QString::fromUtf16(deliveryNoteKind), book::sale,
                                                           note->slip, note->total));
-    if (const base::Status named = addCompanyName(document, workspace, options.companyName); !named)
-        return named.error();
     return document;
 }
 

@@ -6,10 +6,15 @@
 #include "printing/renderer.h"
 #include "support/private_cups.h"
 
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QTest>
 
 #include <memory>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -173,6 +178,7 @@ private slots:
         QCOMPARE(job().queue, u"any"_s);
         QCOMPARE(job().title, u"納品書 O123"_s);
         QVERIFY(job().isUnderWay());
+        QVERIFY(job().printer.isStopped && m_system.abilities(u"any"_s)->state.isStopped);
         QVERIFY(job().taken.secsTo(QDateTime::currentDateTime()) < 60);
         QVERIFY(m_system.cancel(job()));
         QCOMPARE(job().state, JobState::Cancelled);
@@ -217,6 +223,30 @@ private slots:
         QVERIFY(!m_system.jobs());
         qputenv("CUPS_SERVER", server);
         cupsForget();
+    }
+
+    // It takes the connection and never answers: a service that was stopped, or hangs.
+    void aSilentServiceIsGivenUp()
+    {
+        const QTemporaryDir folder;
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+        const QByteArray path = QFile::encodeName(folder.filePath(u"cups.sock"_s));
+        qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
+        const int silent = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        QVERIFY(::bind(silent, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+                ::listen(silent, 5) == 0);
+        const QByteArray server = qgetenv("CUPS_SERVER");
+        qputenv("CUPS_SERVER", path);
+        cupsForget();
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(!m_system.jobs());
+        QVERIFY(!m_system.queues()); // not none
+        const qint64 waited = clock.elapsed();
+        ::close(silent);
+        qputenv("CUPS_SERVER", server);
+        cupsForget();
+        QVERIFY2(waited < 20'000, qPrintable(QString::number(waited)));
     }
 
 private:

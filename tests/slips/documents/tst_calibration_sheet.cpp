@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using namespace slips;
 
@@ -50,6 +52,9 @@ void TestCalibrationSheet::everyPaperShowsItsItemsAndMovesThem()
     QCOMPARE(usual->sheets.size(), std::size_t(1));
     const printing::Sheet &sheet = usual->sheets.front();
     QTEST(QSizeF(sheet.paperWidth, sheet.paperHeight), "size");
+    // As one slip is: no tax that is charged and included at once.
+    QVERIFY(std::ranges::none_of(
+        sheet.texts, [](const printing::TextItem &text) { return text.text.contains(u"内税"_s); }));
     const auto moved = calibrationSheet(shop.workspace, {.noteDown = 2, .right = -2});
     const QPointF way = placeOf(*moved) - placeOf(*usual);
     QVERIFY2(std::abs(way.x() + 3.5) < 0.01 && std::abs(way.y() - 2.82) < 0.01,

@@ -280,7 +280,9 @@ private slots:
 
         const QString block = shop.path(u"社名.rtf"_s);
         shop.settings.write(workspace::keys::richTextFileName, block);
-        QVERIFY(!deliveryNoteDocument(shop.workspace, {.slipId = 1})); // the file is missing
+        const auto without = deliveryNoteDocument(shop.workspace, {.slipId = 1}); // the file is missing
+        QVERIFY(without && itemWith(without->sheets.front(), u"有限会社山田茶舗"_s));
+        QVERIFY2(without->remark.contains(u"「社名拡張」の印を外して"_s), qPrintable(without->remark));
         QFile file(block);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{\\rtf1\\ansi Yamada}") > 0);
         file.close();
