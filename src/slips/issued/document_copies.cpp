@@ -3,9 +3,12 @@
 #include "db/statement.h"
 #include "slips/issued/document_files.h"
 
-#include <QDirIterator>
+#include <QDir>
+#include <QFile>
 #include <QSet>
 
+#include <filesystem>
+#include <system_error>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -16,15 +19,19 @@ namespace slips
 namespace
 {
 
-// By name alone: to read all of them at every backup would take minutes.
+// By name alone: to read all of them at every backup would take minutes, and to ask for each whether it is a
+// file seconds.
 QSet<QString> pathsIn(const QStringList &folders)
 {
     QSet<QString> paths;
     for (const QString &folder : folders) {
-        const qsizetype length = QDir(folder).path().size() + 1;
-        QDirIterator files(QDir(folder).path(), {u"*.pdf"_s}, QDir::Files, QDirIterator::Subdirectories);
-        while (files.hasNext())
-            paths.insert(files.next().sliced(length));
+        const QStringList years = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const QString &year : years) {
+            std::error_code failed; // a year that cannot be read has none
+            const std::filesystem::path path(QFile::encodeName(QDir(folder).filePath(year)).toStdString());
+            for (std::filesystem::directory_iterator at(path, failed), end; at != end; at.increment(failed))
+                paths.insert(year + u'/' + QFile::decodeName(at->path().filename().string().c_str()));
+        }
     }
     return paths;
 }

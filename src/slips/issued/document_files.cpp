@@ -8,7 +8,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -77,9 +78,10 @@ QString hashOf(const QByteArray &pdf)
 // The hash comes out of a file that others may have written.
 QString pathOf(const DocumentPlace &place)
 {
-    static const QRegularExpression digits(u"\\A[0-9a-f]{64}\\z"_s);
-    return digits.match(place.hash).hasMatch() ? yearOf(place.date) + u'/' + place.hash + u".pdf"_s
-                                               : QString();
+    constexpr qsizetype digits = 64;
+    const auto isDigit = [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); };
+    const bool isHash = place.hash.size() == digits && std::ranges::all_of(place.hash, isDigit);
+    return isHash ? yearOf(place.date) + u'/' + place.hash + u".pdf"_s : QString();
 }
 
 base::Status storeDocument(const QString &folder, const DocumentPlace &place, const QByteArray &pdf)

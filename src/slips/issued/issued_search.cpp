@@ -28,6 +28,14 @@ db::Condition inRange(const QString &column, QVariant low, QVariant high, bool i
     return condition;
 }
 
+// Such documents lie far apart in the order of their dates: they are found by their own condition and sorted
+// then. All others are walked through in that order, and the first ones show at once.
+bool isSelective(const IssuedQuery &query)
+{
+    return query.least || query.most || !query.counterpart.trimmed().isEmpty() ||
+           !query.number.trimmed().isEmpty();
+}
+
 QVariant bound(const QDate &date) { return date.isValid() ? QVariant(text::stored(date)) : QVariant(); }
 
 QVariant bound(const std::optional<double> &amount) { return amount ? QVariant(*amount) : QVariant(); }
@@ -53,7 +61,11 @@ db::Query findingIssued(const IssuedQuery &query)
     const bool datesTurned = query.from.isValid() && query.to.isValid() && query.from > query.to;
     const bool amountsTurned = query.least && query.most && *query.least > *query.most;
     db::Condition condition = inRange(u"日付"_s, bound(query.from), bound(query.to), datesTurned);
-    condition &= inRange(u"税込金額"_s, bound(query.least), bound(query.most), amountsTurned);
+    // Where there are dates, theirs is the index to go by; without figures of its own the database cannot
+    // tell.
+    const bool hasDates = query.from.isValid() || query.to.isValid();
+    condition &= inRange(hasDates ? u"税込金額 + 0"_s : u"税込金額"_s, bound(query.least), bound(query.most),
+                         amountsTurned);
     if (!query.kind.isEmpty())
         condition &= {u"種類 IN (?, ?)"_s, {query.kind, query.kind + QString::fromUtf16(reissueMark)}};
     if (!query.number.trimmed().isEmpty())
@@ -62,7 +74,7 @@ db::Query findingIssued(const IssuedQuery &query)
         condition &= db::keyHolds(u"相手先名"_s, query.counterpart);
     return {.table = u"発行控"_s,
             .where = condition.sql,
-            .order = {u"日付 DESC"_s, u"発行ID DESC"_s},
+            .order = {isSelective(query) ? u"coalesce(日付, '') DESC"_s : u"日付 DESC"_s, u"発行ID DESC"_s},
             .values = condition.values};
 }
 
