@@ -40,11 +40,13 @@ base::Result<std::vector<OriginalSlip>> slipsToReturnOf(db::Connection &connecti
     const auto rows = connection.select(
         u"SELECT ID, 日付, 伝票番号, CASE WHEN EXISTS (SELECT 1 FROM 入出庫サブ WHERE 入出庫サブ.ID = "
         u"近い伝票.ID "
-        "AND 商品名 LIKE ? ESCAPE '\\') THEN 1 ELSE 0 END FROM (SELECT ID, 日付, 伝票番号 FROM "
+        "AND 数量 > 0 AND 商品名 LIKE ? ESCAPE '\\') THEN 1 ELSE 0 END FROM (SELECT ID, 日付, 伝票番号 FROM "
         "入出庫マスター "
         "WHERE "_s +
             columns::kind + u" = ? AND 相手先ID = ? AND ID <> ? AND "_s + columns::hasDay +
-            u" AND 日付 <= ? ORDER BY 日付 DESC, ID DESC LIMIT ?) AS 近い伝票 ORDER BY 日付 DESC, ID DESC"_s,
+            u" AND 日付 <= ? AND EXISTS (SELECT 1 FROM 入出庫サブ WHERE 入出庫サブ.ID = 入出庫マスター.ID "
+            u"AND "
+            "数量 > 0) ORDER BY 日付 DESC, ID DESC LIMIT ?) AS 近い伝票 ORDER BY 日付 DESC, ID DESC"_s,
         {text::literalPattern(product), QString(QChar(kind.letter)), slip.counterpart, slip.id,
          text::stored(until), most});
     if (!rows)
@@ -58,19 +60,18 @@ base::Result<std::vector<OriginalSlip>> slipsToReturnOf(db::Connection &connecti
     return slips;
 }
 
-base::Result<LineTax> taxWhenSold(db::Connection &connection, qint64 original, const QString &product,
-                                  GoodsTax taxClass, const TaxRates &rates)
+base::Result<std::optional<LineTax>> taxWhenSold(db::Connection &connection, qint64 original,
+                                                 const QString &product)
 {
     const auto slip = readSlip(connection, original, Party::Customer);
     if (!slip)
         return slip.error();
     for (const SlipLine &line : slip->lines) {
-        if (!line.isTax() && text::folded(line.product) == text::folded(product))
-            return taxOf(line, slip->taxRate);
+        const bool isSold = !line.isTax() && line.quantity.value_or(0) > 0;
+        if (isSold && text::folded(line.product) == text::folded(product))
+            return std::optional(taxOf(line, slip->taxRate));
     }
-    if (taxClass == GoodsTax::Standard)
-        return LineTax{taxClass, slip->taxRate};
-    return LineTax{taxClass, rates.on(slip->date, taxClass).value_or(slip->taxRate)};
+    return std::optional<LineTax>();
 }
 
 base::Status keepOriginal(db::Connection &connection, qint64 id, qint64 original)

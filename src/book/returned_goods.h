@@ -20,15 +20,15 @@ struct OriginalSlip
 };
 
 /// Slips of \a kind and \a counterpart but for \a slip itself, of the day \a until and earlier: the \a most
-/// newest, of these those that hold \a product first.
+/// newest on which anything was sold, of these those that hold \a product first.
 base::Result<std::vector<OriginalSlip>> slipsToReturnOf(db::Connection &connection, const SlipKind &kind,
                                                         const SavedHeader &slip, const QDate &until,
                                                         const QString &product, int most);
 
-/// What \a product was taxed at on the slip \a original; where that did not hold it, goods of \a taxClass at
-/// what \a rates say of its day. Fails when the slip is no longer there.
-base::Result<LineTax> taxWhenSold(db::Connection &connection, qint64 original, const QString &product,
-                                  GoodsTax taxClass, const TaxRates &rates);
+/// What \a product was taxed at on the slip \a original; nothing where that does not hold it. Fails when the
+/// slip is no longer there.
+base::Result<std::optional<LineTax>> taxWhenSold(db::Connection &connection, qint64 original,
+                                                 const QString &product);
 
 /// Keeps on the slip \a id that goods come back of \a original. Fails when the slip is no longer there.
 base::Status keepOriginal(db::Connection &connection, qint64 id, qint64 original);

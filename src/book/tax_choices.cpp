@@ -17,8 +17,8 @@ QString captionOf(GoodsTax taxClass, double rate)
 {
     const QString name = rateName(taxClass, rate);
     if (taxClass == Food)
-        return name + u"（飲食料品）"_s;
-    return taxClass == Newspapers ? name + u"（新聞）"_s : name;
+        return name + u" 食品"_s;
+    return taxClass == Newspapers ? name + u" 新聞"_s : name;
 }
 
 // The rates that goods of \a taxClass had before \a date, the latest first, each once.
@@ -48,6 +48,8 @@ std::vector<TaxChoice> taxChoices(const std::vector<TaxTerm> &terms, const QDate
     if (!rates.on(date))
         return choices;
     for (const GoodsTax taxClass : {Standard, Food, Newspapers, Exempt, OutOfScope}) {
+        if (isReduced(taxClass) && !rates.has(date, taxClass))
+            continue; // taxed as everything else
         const double rate = rates.on(date, taxClass).value_or(0);
         choices.push_back({captionOf(taxClass, rate), {taxClass, rate}});
     }

@@ -8,7 +8,7 @@ namespace book
 /// One of the ways in which a line can be taxed.
 struct TaxChoice
 {
-    QString caption; // "10%", "軽減8%（飲食料品）", "非課税", "経過措置 8%"
+    QString caption; // "10%", "軽減8% 食品", "非課税", "経過措置 8%"
     LineTax tax;
     bool isTransitional = false; // a rate of an earlier time, by a transitional rule (経過措置)
 };

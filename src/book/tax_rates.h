@@ -75,6 +75,9 @@ public:
     /// table lacks: a slip without its tax would be the worst guess.
     [[nodiscard]] std::optional<double> on(const QDate &date, GoodsTax taxClass = GoodsTax::Standard) const;
 
+    /// Whether goods of \a taxClass had a rate of their own on \a date: food had none before 2019-10-01.
+    [[nodiscard]] bool has(const QDate &date, GoodsTax taxClass) const { return termOn(date, taxClass); }
+
 private:
     [[nodiscard]] const Term *termOn(const QDate &date, GoodsTax taxClass) const;
 

@@ -190,23 +190,24 @@ void Grid::followRecordset(int row)
     m_following = false;
 }
 
-// With each new row the view would draw all of them anew, and the clerk would wait for it at every line.
+// With new rows the view would draw all of them anew, and the clerk would wait for it at every line.
 void Grid::showAppended(const std::function<void()> &append)
 {
     executeDelayedItemsLayout();
     const QSize size = viewport()->size();
+    const int first = model()->rowCount();
     const bool isDrawn = viewport()->updatesEnabled();
     viewport()->setAttribute(Qt::WA_UpdatesDisabled);
     append();
     executeDelayedItemsLayout();
     viewport()->setAttribute(Qt::WA_UpdatesDisabled, !isDrawn);
-    const int last = model()->rowCount() - 1;
     // What is scrolled is not moved on the screen: the rows that were hidden until now are drawn with the
     // rest.
     if (viewport()->size() != size || verticalScrollBar()->value() != verticalScrollBar()->maximum())
         viewport()->update();
     else
-        viewport()->update(0, rowViewportPosition(last), size.width(), rowHeight(last));
+        viewport()->update(0, rowViewportPosition(first), size.width(),
+                           rowHeight(first) * (model()->rowCount() - first));
     scrollToBottom();
 }
 

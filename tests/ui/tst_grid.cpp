@@ -356,7 +356,10 @@ private slots:
         grid.show();
         QVERIFY(QTest::qWaitForWindowExposed(&grid));
         for (int line = 1; line <= 25; ++line) {
-            grid.showAppended([&] { lines.append({u"品%1"_s.arg(line), line}); });
+            grid.showAppended([&] {
+                for (int part = 0; part <= line % 2; ++part)
+                    lines.append({u"品%1"_s.arg(line), part});
+            });
             QTest::qWait(1);
             const QImage screen = grid.screen()->grabWindow(grid.winId()).toImage();
             QImage whole(screen.size(), screen.format());

@@ -191,6 +191,8 @@ void makeTaxedLinesEditable(db::Recordset &lines, const RateOf &rateOf)
         // A class without its rate would be taxed at the slip's.
         const auto goods = book::goodsTaxFrom(*taxClass);
         const auto rate = goods ? rateOf(*goods) : std::nullopt;
+        if (goods && !rate)
+            return base::Error{u"この伝票の日付には、軽減税率がありません。"_s};
         lines.setValue(u"税率"_s, rate ? QVariant(*rate) : QVariant());
         return taxClass;
     };

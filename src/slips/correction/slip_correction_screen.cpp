@@ -99,7 +99,9 @@ std::optional<double> SlipCorrectionScreen::rateOf(book::GoodsTax goods) const
     if (goods == book::GoodsTax::Standard || !rates)
         return own;
     const QDate date = QDate::fromString(m_slip.headers.value(u"日付"_s).toString(), u"yyyy-MM-dd"_s);
-    return rates->on(date, goods).value_or(own);
+    if (book::isReduced(goods) && !rates->has(date, goods))
+        return std::nullopt;
+    return rates->on(date, goods);
 }
 
 void SlipCorrectionScreen::connectControls()

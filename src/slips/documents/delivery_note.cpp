@@ -1,6 +1,7 @@
 #include "slips/documents/delivery_note.h"
 
 #include "book/printed_slip.h"
+#include "book/tax_terms.h"
 #include "masters/registration_number.h"
 #include "printing/forms/form_sheets.h"
 #include "text/numbers.h"
@@ -25,13 +26,15 @@ constexpr double halfWidthCharacter = 1.75; // of the addressee's 10-point type
 
 constexpr double printedLine = 25.4 / 6; // by which the totals of the receipt are raised
 
-// "（10%）¥800", one for each rate.
+// "（10%）¥800（軽減8%）¥400", one for each rate.
 QString taxesWords(const book::Slip &slip)
 {
     QString words;
     for (const book::SlipLine &line : slip.lines) {
         if (line.isTax())
-            words += u"（%1）¥%2"_s.arg(rateOf(line, slip), text::formatAmount(line.amount));
+            words += u"（%1）¥%2"_s.arg(book::rateName(line.taxClass.value_or(book::GoodsTax::Standard),
+                                                       line.taxRate.value_or(slip.taxRate)),
+                                        text::formatAmount(line.amount));
     }
     return words;
 }

@@ -68,7 +68,7 @@ base::Result<DeliveryNoteData> readDeliveryNote(db::Connection &connection, qint
     if (!included)
         return included.error();
     note.includedRates = *included;
-    note.reducedLegend = reducedLegend(printed->slip, printed->rate);
+    note.reducedLegend = reducedLegend(printed->slip);
     note.slip = std::move(printed->slip);
     note.total = printed->total;
     note.includedTax = printed->includedTax;

@@ -24,7 +24,7 @@ EstimateTax taxOf(const book::PrintedSlip &printed, bool open)
 // An estimate is no invoice, whoever makes it; of one rate it has always told the tax in one sum.
 base::Status addRates(EstimateData &data, const book::PrintedSlip &printed)
 {
-    data.reducedLegend = reducedLegend(printed.slip, printed.rate);
+    data.reducedLegend = reducedLegend(printed.slip);
     if (!masters::isRegistrationNumber(data.sender.registrationNumber))
         return {};
     auto rates = invoiceRates(printed);

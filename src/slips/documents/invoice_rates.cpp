@@ -26,6 +26,19 @@ QString nameOf(const book::RateTax &rate, bool inclusive)
     return book::rateName(rate.taxClass, rate.rate) + (tellsBasis ? u"税込"_s : QString());
 }
 
+// Of goods, the highest first: most of what is sold at a reduced rate is.
+QList<double> reducedRates(const book::Slip &slip)
+{
+    QList<double> rates;
+    for (const book::SlipLine &line : slip.lines) {
+        const double rate = line.taxRate.value_or(slip.taxRate);
+        if (isReduced(line.taxClass) && !line.isTax() && !rates.contains(rate))
+            rates << rate;
+    }
+    std::ranges::sort(rates, std::greater());
+    return rates;
+}
+
 // What the slip's tax lines say of \a rate.
 double bookedTax(const book::Slip &slip, const book::RateTax &rate)
 {
@@ -100,20 +113,25 @@ QString roomRemark(const std::vector<InvoiceRate> &rates)
     return u"税率が %1 種類あり、税率別の欄に入りきりません。伝票を分けてください。"_s.arg(rates.size());
 }
 
-QString reducedMark(const book::SlipLine &line)
+QString reducedMark(const book::SlipLine &line, const book::Slip &slip)
 {
-    return isReduced(line.taxClass) && !line.isTax() ? u"※"_s : QString();
+    if (!isReduced(line.taxClass) || line.isTax())
+        return {};
+    static const QString marks = u"※◆◇"_s;
+    const auto place = reducedRates(slip).indexOf(line.taxRate.value_or(slip.taxRate));
+    return marks.sliced(std::min(place, marks.size() - 1), 1);
 }
 
-QString reducedLegend(const book::Slip &slip, double rate)
+QString reducedLegend(const book::Slip &slip)
 {
-    QStringList rates;
+    QStringList words;
     for (const book::SlipLine &line : slip.lines) {
-        if (!reducedMark(line).isEmpty())
-            rates << percent(line.taxRate.value_or(rate));
+        if (const QString mark = reducedMark(line, slip); !mark.isEmpty())
+            words << u"%1は軽減税率（%2）"_s.arg(mark, percent(line.taxRate.value_or(slip.taxRate)));
     }
-    rates.removeDuplicates();
-    return rates.isEmpty() ? QString() : u"※は軽減税率（%1）対象"_s.arg(rates.join(u'・'));
+    words.removeDuplicates();
+    words.sort(); // ※, ◆, ◇: so they come in the codes
+    return words.isEmpty() ? QString() : words.join(u'、') + u"対象"_s;
 }
 
 } // namespace slips

@@ -38,10 +38,11 @@ base::Result<QStringList> returnNotices(const book::PrintedSlip &printed,
 /// What the preview says where \a rates have no room on the paper; empty where they do.
 QString roomRemark(const std::vector<InvoiceRate> &rates);
 
-/// The mark of a line at a reduced rate; empty for any other.
-QString reducedMark(const book::SlipLine &line);
+/// The mark of a line at a reduced rate, "※"; where \a slip has several such rates, one of its own for each.
+/// Empty for any other line.
+QString reducedMark(const book::SlipLine &line, const book::Slip &slip);
 
-/// "※は軽減税率（8%）対象"; empty where \a slip has no such line.
-QString reducedLegend(const book::Slip &slip, double rate);
+/// "※は軽減税率（8%）対象", "※は軽減税率（8%）、◆は軽減税率（1%）対象"; empty where \a slip has no such line.
+QString reducedLegend(const book::Slip &slip);
 
 } // namespace slips

@@ -28,13 +28,13 @@ QString telephones(const QString &tel, const QString &fax)
     return both.join(u"　"_s);
 }
 
-FormRecord lineValues(const book::SlipLine &line)
+FormRecord lineValues(const book::SlipLine &line, const book::Slip &slip)
 {
     FormRecord record{{u"明細.商品名"_s, line.product},
                       {u"明細.規格"_s, line.specification},
                       {u"明細.単位"_s, line.unit},
                       {u"明細.金額"_s, line.amount},
-                      {u"明細.軽減"_s, reducedMark(line)}};
+                      {u"明細.軽減"_s, reducedMark(line, slip)}};
     if (line.quantity)
         record.insert(u"明細.数量"_s, *line.quantity);
     if (line.price)
@@ -108,11 +108,6 @@ void addRates(FormRecord &items, const std::vector<InvoiceRate> &rates)
     }
 }
 
-QString rateOf(const book::SlipLine &line, const book::Slip &slip)
-{
-    return QString::number(line.taxRate.value_or(slip.taxRate), 'g', 6) + u'%';
-}
-
 printing::FormItems noteItems()
 {
     printing::FormItems items;
@@ -150,7 +145,7 @@ printing::FormValues noteValues(const book::Slip &slip, const masters::OwnCompan
                     {u"宛先.電話"_s, telephones(slip.tel, slip.fax)}};
     addSender(values.items, sender, name);
     for (const book::SlipLine &line : slip.lines)
-        values.rows.push_back(lineValues(line));
+        values.rows.push_back(lineValues(line, slip));
     return values;
 }
 

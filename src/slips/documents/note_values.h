@@ -36,7 +36,4 @@ void addAddressee(printing::FormRecord &items, const book::Slip &slip);
 /// Adds what was sold and taxed at each of \a rates, as far as there is room.
 void addRates(printing::FormRecord &items, const std::vector<InvoiceRate> &rates);
 
-/// The rate of \a line, else that of its slip, as it is printed: "10%".
-QString rateOf(const book::SlipLine &line, const book::Slip &slip);
-
 } // namespace slips

@@ -182,6 +182,8 @@ void GoodsSlipScreen::addLine()
     if (!isStored)
         return;
     showAdded(added);
+    m_hasReturned = m_hasReturned || line->quantity < 0;
+    m_entered.push_back(int(added.size()));
     m_entry->clear();
     m_goods.taxFlag->setText(u"OFF"_s);
     enter(SlipState::LinesPresent);
@@ -233,15 +235,29 @@ std::optional<book::GoodsLine> GoodsSlipScreen::asReturned(book::GoodsLine line)
         return std::nullopt;
     if (m_original == 0 || m_entry->taxIsChosen())
         return line;
-    const auto rates = taxRatesOf(workspace());
-    if (!tell(rates.status()))
-        return std::nullopt;
-    const auto tax = book::taxWhenSold(workspace().connection, m_original, line.product,
-                                       line.tax ? line.tax->taxClass : book::GoodsTax::Standard, *rates);
+    const auto tax = book::taxWhenSold(workspace().connection, m_original, line.product);
     if (!tell(tax.status()))
         return std::nullopt;
-    line.tax = book::besideSlips(*tax, m_slipRate);
-    return line;
+    if (*tax) {
+        line.tax = book::besideSlips(**tax, m_slipRate);
+        return line;
+    }
+    return mayComeBackAsItIs(line) ? std::optional(line) : std::nullopt;
+}
+
+// A slip has one original: goods of another sale belong on a slip of their own.
+bool GoodsSlipScreen::mayComeBackAsItIs(const book::GoodsLine &line)
+{
+    const auto original = book::originalOf(workspace().connection, header().id);
+    const QString number = original && *original ? (*original)->number : QString();
+    if (ui::prompts::askCautiously(
+            this,
+            u"元の伝票 %1 に「%2」はありません。いまの税区分のまま入れますか。"_s.arg(number, line.product),
+            u"別の伝票の返品は、伝票を分けて入力してください。"_s))
+        return true;
+    m_originalIsKnown = m_hasReturned;
+    m_entry->beginQuantity();
+    return false;
 }
 
 bool GoodsSlipScreen::chooseOriginal(const QString &product)
@@ -271,11 +287,15 @@ bool GoodsSlipScreen::chooseOriginal(const QString &product)
 
 void GoodsSlipScreen::removeLine()
 {
-    const auto removed = takeLineBack();
+    // A divided discount was one line to the clerk.
+    const int lines = m_entered.empty() ? 1 : m_entered.back();
+    const auto removed = takeLineBack(lines);
     if (!removed)
         return;
-    if (*removed)
+    for (int line = 0; *removed && line < lines; ++line)
         m_lines.removeLast();
+    if (!m_entered.empty())
+        m_entered.pop_back();
     showTotals(readSums());
     m_entry->begin();
 }
@@ -494,6 +514,8 @@ void GoodsSlipScreen::clearLines()
     m_printed.reset();
     m_originalIsKnown = false;
     m_original = 0;
+    m_hasReturned = false;
+    m_entered.clear();
 }
 
 } // namespace slips

@@ -68,6 +68,7 @@ private:
                        std::vector<book::GoodsLine> &added);
     std::optional<book::GoodsLine> asReturned(book::GoodsLine line);
     bool chooseOriginal(const QString &product);
+    bool mayComeBackAsItIs(const book::GoodsLine &line);
     [[nodiscard]] bool asksForOriginal(const book::GoodsLine &line) const;
     void showAdded(const std::vector<book::GoodsLine> &lines);
     void removeLine();
@@ -94,6 +95,8 @@ private:
     std::optional<PaperState> m_printed;
     double m_slipRate = 0;          // percent
     bool m_originalIsKnown = false; // whether there is one, or that there is none
+    bool m_hasReturned = false;     // goods come back on the slip
+    std::vector<int> m_entered;     // lines that each line typed has become
     qint64 m_original = 0;          // ID of the slip that goods come back of; 0: none
 };
 

@@ -279,11 +279,15 @@ bool SlipScreen::storeLine(const std::function<base::Status(db::Connection &)> &
     return bool(stored);
 }
 
-std::optional<bool> SlipScreen::takeLineBack()
+std::optional<bool> SlipScreen::takeLineBack(int lines)
 {
     db::Connection &connection = workspace().connection;
-    const auto removed =
-        book::onSlip(connection, m_header, [&] { return book::removeLastLine(connection, m_header.id); });
+    const auto removed = book::onSlip(connection, m_header, [&]() -> base::Result<bool> {
+        base::Result<bool> last = false;
+        for (int line = 0; last && line < lines; ++line)
+            last = book::removeLastLine(connection, m_header.id);
+        return last;
+    });
     if (removed)
         return *removed;
     tellOfSlip(removed.error());

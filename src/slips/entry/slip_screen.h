@@ -97,7 +97,7 @@ protected:
     bool storeLine(const std::function<base::Status(db::Connection &)> &add);
     /// Takes the line entered last out of the slip. \return whether there was one; nothing when it failed,
     /// which was told
-    std::optional<bool> takeLineBack();
+    std::optional<bool> takeLineBack(int lines = 1);
 
     /// Tells the error of an action on the slip. Nothing more can be done to a slip that another program has
     /// deleted; the screen then goes on with the next one.

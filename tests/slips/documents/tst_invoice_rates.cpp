@@ -147,6 +147,11 @@ void TestInvoiceRates::onPaper_data()
     QTest::newRow("a return to a shop without a number")
         << QString() << u"-20000"_s << QStringList{u"-20,000"_s}
         << QStringList{u"【返還】元の伝票 O2　2026/03/01"_s};
+    QTest::newRow("several reduced rates have marks of their own")
+        << number << u"1000@8r 2000@1r"_s
+        << QStringList{u"※"_s, u"◆"_s, u"※は軽減税率（8%）、◆は軽減税率（1%）対象"_s,
+                       u"（軽減1%）¥20（軽減8%）¥80"_s}
+        << QStringList{u"◇"_s};
     QTest::newRow("no such number") << u"T12345"_s << u"800"_s << QStringList{u"合計金額"_s}
                                     << QStringList{u"登録番号"_s, u"登録番号　T12345"_s, u"対象額"_s};
 }

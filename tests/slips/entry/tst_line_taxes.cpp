@@ -88,6 +88,8 @@ private slots:
     void returnsTakeTheRateOfTheirSale();
     void goingBackFromTheQuestionStoresNothing();
     void oneQuestionForASlip();
+    void goodsOfAnotherSaleAreAskedAbout();
+    void aDiscountIsTakenBackWhole();
 };
 
 void TestLineTaxes::fromTheScreenToThePaper_data()
@@ -122,7 +124,7 @@ void TestLineTaxes::fromTheScreenToThePaper_data()
         << QStringList{u"8%|80|0|8"_s, u"10%|100|0|10"_s, u"軽減8%|80|1|8"_s}
         << u"8%: 1000+80, 10%: 1000+100, 軽減8%: 1000+80"_s;
     QTest::newRow("before food had a rate of its own")
-        << 0 << u"2019/9/30"_s << u"紅玉 1 12345"_s << QStringList{u"-|987|1|8"_s} << u"軽減8%: 12345+987"_s;
+        << 0 << u"2019/9/30"_s << u"紅玉 1 12345"_s << QStringList{u"-|987|-|-"_s} << u"8%: 12345+987"_s;
     QTest::newRow("the last day of five")
         << 0 << u"2014/3/31"_s << u"箱 1 12345"_s << QStringList{u"-|617|-|-"_s} << u"5%: 12345+617"_s;
     QTest::newRow("nothing to tax") << 0 << day << u"箱 1 9"_s << QStringList() << u"10%: 9+0"_s;
@@ -169,7 +171,7 @@ void TestLineTaxes::theBoxFollowsTheProduct()
     QVERIFY(tax.isVisible());
     QCOMPARE(tax.currentText(), u"10%"_s);
     product.setEditText(u"紅玉"_s);
-    QCOMPARE(tax.currentText(), u"軽減8%（飲食料品）"_s);
+    QCOMPARE(tax.currentText(), u"軽減8% 食品"_s);
     product.setEditText(u"送料"_s);
     QCOMPARE(tax.currentText(), u"10%"_s);
     // Chosen by hand it stays, whatever is typed before the line is done; the next line begins anew.
@@ -231,8 +233,7 @@ void TestLineTaxes::aDiscountIsDividedOverTheRates_data()
     QTest::newRow("in proportion") << 2 << u"紅玉 1 2160; 箱 1 3300"_s << u"クーポン 1 -500"_s
                                    << QStringList{u"クーポン|軽減8%分|-197|1|8"_s,
                                                   u"クーポン|10%分|-303|-|-"_s};
-    QTest::newRow("chosen by hand") << 2 << u"紅玉 1 2160; 箱 1 3300"_s
-                                    << u"クーポン 1 -500 軽減8%（飲食料品）"_s
+    QTest::newRow("chosen by hand") << 2 << u"紅玉 1 2160; 箱 1 3300"_s << u"クーポン 1 -500 軽減8% 食品"_s
                                     << QStringList{u"クーポン||-500|1|8"_s};
     QTest::newRow("of food alone") << 0 << u"紅玉 1 2160"_s << u"値引 1 -160"_s
                                    << QStringList{u"値引||-160|1|8"_s};
@@ -268,9 +269,7 @@ void TestLineTaxes::returnsTakeTheRateOfTheirSale_data()
     QTest::newRow("of the slip") << u"箱 5 1000"_s << u"箱 -1 1000"_s << u"cmdTake"_s << u"-1000|0|8"_s
                                  << u"1"_s;
     QTest::newRow("the same goods in another width")
-        << u"リンゴ 5 1000"_s << u"ﾘﾝｺﾞ -1 1000"_s << u"cmdTake"_s << u"-1000|1|8"_s << u"1"_s;
-    QTest::newRow("goods that the slip does not hold")
-        << u"箱 5 1000"_s << u"紙 -1 1000"_s << u"cmdTake"_s << u"-1000|0|8"_s << u"1"_s;
+        << u"リンゴ 5 1000"_s << u"ﾘﾝｺﾞ -1 1000"_s << u"cmdTake"_s << u"-1000|0|8"_s << u"1"_s;
     QTest::newRow("of none that is known")
         << u"箱 5 1000"_s << u"箱 -1 1000"_s << u"cmdNone"_s << u"-1000|-|-"_s << u"-"_s;
     QTest::newRow("by hand all the same")
@@ -327,6 +326,48 @@ void TestLineTaxes::oneQuestionForASlip()
                                 "ORDER BY 明細ID"_s.arg(slip)),
                  QStringList({u"10%|-100"_s, u"軽減8%|-80"_s}));
     }
+}
+
+void TestLineTaxes::goodsOfAnotherSaleAreAskedAbout()
+{
+    FoodDesk desk;
+    desk.openOn(0, u"2019/9/30"_s);
+    desk.enter(u"箱 5 1000"_s);
+    desk.press("cmdNext");
+    desk.openOn(0, u"2026/4/1"_s);
+    const QString question = u"元の伝票 O1 に「皿」はありません。いまの税区分のまま入れますか。"_s;
+    const QString advice = u"別の伝票の返品は、伝票を分けて入力してください。"_s;
+    for (const bool yes : {false, true}) {
+        // Gone back, the clerk is asked for the slip anew.
+        QTimer::singleShot(50, &desk.screen(),
+                           [] { ScreenDriver(QApplication::activeModalWidget()).press("cmdTake"); });
+        ui::prompts::expectAskCautiously(question, yes, advice);
+        desk.enter(u"皿 -1 1000"_s);
+        QCOMPARE(desk.shop.rows(u"SELECT 金額, 税区分, 税率 FROM 入出庫サブ WHERE ID = 2"_s),
+                 yes ? QStringList{u"-1000|-|-"_s} : QStringList());
+    }
+    // A slip has one original, which is settled now.
+    ui::prompts::expectAskCautiously(u"元の伝票 O1 に「鉢」はありません。いまの税区分のまま入れますか。"_s,
+                                     false, advice);
+    desk.enter(u"鉢 -1 500"_s);
+    desk.enter(u"箱 -1 1000"_s);
+    QCOMPARE(desk.shop.rows(u"SELECT 金額, 税率 FROM 入出庫サブ WHERE ID = 2 ORDER BY 明細ID"_s),
+             QStringList({u"-1000|-"_s, u"-1000|8"_s}));
+}
+
+void TestLineTaxes::aDiscountIsTakenBackWhole()
+{
+    FoodDesk desk;
+    desk.open(0);
+    desk.enter(u"紅玉 1 2160; 箱 1 3300; 値引 1 -500; 箱 1 100"_s);
+    QCOMPARE(desk.stored().size(), 5);
+    for (const int left : {4, 2, 1, 0}) {
+        desk.press("cmdSubCancel");
+        QCOMPARE(desk.stored().size(), left);
+        QCOMPARE(desk.the<QTableView>("dgdSub").model()->rowCount(), left);
+    }
+    desk.press("cmdSubCancel"); // nothing is left to take back
+    QCOMPARE(desk.stored().size(), 0);
 }
 
 QTEST_MAIN(TestLineTaxes)
