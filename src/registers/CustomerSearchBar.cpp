@@ -11,6 +11,25 @@ using namespace Qt::StringLiterals;
 namespace registers
 {
 
+namespace
+{
+
+QString sentenceOf(QueryLack lack)
+{
+    switch (lack) {
+    case QueryLack::Item:
+        return u"検索する項目を選んでください。"_s;
+    case QueryLack::Day:
+        return u"条件が日付として読み取れません。\n"
+               "2026/4/1、2026/04、R8.4.1、令和8年4月1日のように入力してください。"_s;
+    case QueryLack::Condition:
+        break;
+    }
+    return ui::messages::searchEmpty();
+}
+
+} // namespace
+
 CustomerSearchBar::CustomerSearchBar(QWidget *parent)
     : QWidget(parent)
     , m_ui(std::make_unique<Ui::CustomerSearchBar>())
@@ -94,8 +113,7 @@ void CustomerSearchBar::search()
         emit searchStarted();
         return;
     }
-    ui::prompts::inform(window(), *lack == QueryLack::Item ? u"検索する項目を選んでください。"_s
-                                                           : ui::messages::searchEmpty());
+    ui::prompts::inform(window(), sentenceOf(*lack));
     lacking()->focusCondition();
 }
 

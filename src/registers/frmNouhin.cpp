@@ -98,7 +98,8 @@ void frmNouhin::connectButtons()
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
     connect(m_ui->importPanel, &CustomerImportPanel::finished, this, &frmNouhin::endImport);
-    connect(m_ui->importPanel, &CustomerImportPanel::imported, this, &frmNouhin::openEvery);
+    connect(m_ui->importPanel, &CustomerImportPanel::imported, this,
+            [this] { openRowsAt(rows().currentKey()); });
     connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, this, [this] {
         m_ui->txtKey1->setFocus(Qt::ShortcutFocusReason);
         m_ui->txtKey1->selectAll();
@@ -238,11 +239,15 @@ void frmNouhin::endImport() { showImport(false); }
 // The rows to import take the place of all but the two buttons that bring further ones.
 void frmNouhin::showImport(bool shown)
 {
-    for (const State &state : states())
-        state.control->setVisible(!shown);
-    m_ui->Command1->show();
-    m_ui->Command2->show();
-    m_ui->importPanel->setVisible(shown);
+    // What goes makes room first: with both in it the window would grow, and stay so.
+    if (!shown)
+        m_ui->importPanel->hide();
+    for (const State &state : states()) {
+        if (state.control != m_ui->Command1 && state.control != m_ui->Command2)
+            state.control->setVisible(!shown);
+    }
+    if (shown)
+        m_ui->importPanel->show();
     m_ui->layoutScreen->setStretchFactor(m_ui->layoutList, shown ? 0 : 1);
     (shown ? static_cast<QWidget *>(m_ui->importPanel) : m_ui->DataGrid1)->setFocus();
 }
@@ -300,8 +305,12 @@ void frmNouhin::mergeDuplicates()
 {
     if (!leaveRow())
         return;
-    DialogDuplicates(workspace(), this).exec();
-    openEvery();
+    const qint64 before = rows().currentKey();
+    DialogDuplicates dialog(workspace(), this);
+    dialog.exec();
+    const qint64 now = dialog.standsFor(before);
+    if (tell(rows().requery()) && rows().currentKey() != now)
+        openRowsAt(now);
     m_ui->glance->showAgain(); // the first one may have got slips
     m_ui->DataGrid1->setFocus();
 }

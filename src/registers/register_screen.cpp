@@ -203,6 +203,11 @@ bool RegisterScreen::save()
     return saved;
 }
 
+bool RegisterScreen::openRowsAt(qint64 key)
+{
+    return tell(openRows()) && tell(m_rows.moveToKey(key)) && m_rows.currentKey() == key;
+}
+
 bool RegisterScreen::leaveRow() { return !m_rows.isDirty() || save(); }
 
 void RegisterScreen::tellFailure()
@@ -219,12 +224,17 @@ void RegisterScreen::careForNameless(book::Party party)
 {
     if (!leaveRow())
         return;
+    const qint64 before = m_rows.currentKey();
     DialogNameless dialog(workspace(), party, this);
     dialog.exec();
-    if (!dialog.chosen())
+    if (!dialog.chosen()) {
         tell(m_rows.requery());
-    else if (tell(openRows()) && tell(m_rows.moveToKey(*dialog.chosen())))
+    } else if (openRowsAt(*dialog.chosen())) {
         focusColumn(m_rows.table() + u"名1"_s);
+    } else {
+        tell(m_rows.moveToKey(before));
+        ui::prompts::inform(this, u"選んだ行は、ほかのパソコンで削除されています。"_s);
+    }
     countNameless();
 }
 

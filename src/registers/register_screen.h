@@ -110,6 +110,9 @@ protected:
     void removeRow();
     /// Saves what was typed before the list changes. \return false when the row cannot be left
     bool leaveRow();
+    /// Lists as at first what openRows() does, with the row \a key as the current one. \return whether it
+    /// is there
+    bool openRowsAt(qint64 key);
     void showStates();
     /// The row on the screen is whom the clerk deals with.
     void rememberRow();

@@ -294,6 +294,14 @@ bool DialogDuplicates::readBalances(MergePlan &plan)
     return tell(balances.status());
 }
 
+// The one that was kept may have gone into a third one since.
+qint64 DialogDuplicates::standsFor(qint64 id) const
+{
+    while (m_mergedInto.contains(id))
+        id = m_mergedInto.value(id);
+    return id;
+}
+
 void DialogDuplicates::merge()
 {
     if (!m_plan || !readBalances(*m_plan))
@@ -315,6 +323,7 @@ void DialogDuplicates::merge()
     const MergePlan plan = *m_plan;
     const base::Status merged = mergeCustomers(workspace().connection, plan, workspace().today());
     if (tell(merged)) {
+        m_mergedInto.insert(plan.gone, plan.kept);
         if (lastCounterparts(workspace()).customer == plan.gone)
             rememberCounterpart(workspace(), book::Party::Customer, plan.kept);
         ui::prompts::inform(this, u"納品先ID %1 に統合しました。"_s.arg(plan.kept));

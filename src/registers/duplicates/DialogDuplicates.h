@@ -5,6 +5,7 @@
 #include "registers/duplicates/duplicate_customers.h"
 #include "ui/screen.h"
 
+#include <QHash>
 #include <QTimer>
 
 #include <memory>
@@ -28,6 +29,9 @@ class DialogDuplicates : public ui::Screen
 public:
     explicit DialogDuplicates(workspace::Workspace &workspace, QWidget *parent = nullptr);
     ~DialogDuplicates() override;
+
+    /// 納品先ID of the one that stands for the customer \a id now: the one it was merged into, or itself.
+    [[nodiscard]] qint64 standsFor(qint64 id) const;
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -62,6 +66,7 @@ private:
     std::vector<std::pair<qint64, QString>> m_categories;
     std::optional<Pair> m_pair;
     std::optional<MergePlan> m_plan;
+    QHash<qint64, qint64> m_mergedInto; // by the one that is gone; 納品先ID
     bool m_searched = false;
     bool m_copied = false; // the file as it was when the screen was opened
 };

@@ -33,6 +33,7 @@ const QString csvFilters = u"カンマ区切りのテキストファイル (*.cs
 const QStringList changeHeadings{u"項目"_s, u"いまの内容"_s, u"取り込み後"_s};
 constexpr int changeWidths[] = {14, 44, 44};
 constexpr int nameWidth = 24;
+constexpr int sourceWidth = 36;
 
 // Only what the address alone says for certain: the code of a whole city is little more than none.
 QString plainPostalCodeOf(const PostalData &data, const QString &address)
@@ -180,7 +181,10 @@ bool CustomerImportPanel::load(ImportTable table, Source source, const QString &
     if (!assignment || !judge(table, *assignment))
         return false;
     m_table = std::move(table);
-    m_ui->labelSource->setText(name + u'：');
+    m_ui->labelSource->setText(
+        fontMetrics().elidedText(name, Qt::ElideMiddle, sourceWidth * fontMetrics().horizontalAdvance(u'0')) +
+        u'：');
+    m_ui->labelSource->setToolTip(name.toHtmlEscaped());
     offerCategories();
     offerMerging();
     showCounts();

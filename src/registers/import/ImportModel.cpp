@@ -3,6 +3,8 @@
 #include "text/dates.h"
 
 #include <QColor>
+#include <QGuiApplication>
+#include <QPalette>
 
 #include <algorithm>
 #include <unordered_map>
@@ -18,6 +20,16 @@ namespace
 
 // A cell of a damaged file may hold a megabyte; nobody reads on beyond this in a grid.
 constexpr qsizetype shownCharacters = 300;
+
+// To be read on a light ground as well as on a dark one.
+QColor remarkColour(ImportCandidate::State state)
+{
+    const QPalette palette = QGuiApplication::palette();
+    const bool isDark = palette.color(QPalette::Base).lightness() < palette.color(QPalette::Text).lightness();
+    if (state == ImportCandidate::State::Refused)
+        return QColor(isDark ? 0xffb0a8 : 0xb00020);
+    return QColor(isDark ? 0xffcf87 : 0x8a5a00);
+}
 
 // What the clerk looked at when it was ticked, or left out.
 bool isAsBefore(const ImportCandidate &now, const ImportCandidate &before)
@@ -219,7 +231,7 @@ QVariant ImportModel::data(const QModelIndex &index, int role) const
         return {};
     case Qt::ForegroundRole:
         if (index.column() == Remark && (row.state == State::Refused || row.state == State::Duplicate))
-            return QColor(row.state == State::Refused ? 0xb00020 : 0x8a5a00);
+            return remarkColour(row.state);
         return {};
     default:
         return {};

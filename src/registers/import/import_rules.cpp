@@ -88,6 +88,9 @@ ImportValue birthday(const QString &cell)
 {
     if (const auto day = dayIn(cell))
         return {text::stored(*day), {}};
+    // A day counted by a spreadsheet (45000) means nothing to a person.
+    if (text::parseNumber(cell))
+        return refused(u"日付として読み取れません"_s);
     return isImpossibleDay(cell) ? refused(u"暦にない日付です"_s) : fittingText(cell);
 }
 

@@ -173,7 +173,7 @@ std::optional<std::pair<QDate, QDate>> daysOf(const QString &typed)
 {
     static const QRegularExpression part(uR"(\A([0-9]{4})(?:[/.-]([0-9]{1,2}))?\z)"_s);
     const QString plain = text::toHalfWidthAscii(typed).trimmed();
-    if (const auto day = text::parseDate(plain))
+    if (const auto day = text::parseAnyDate(plain))
         return std::pair(*day, *day);
     const auto match = part.match(plain);
     const bool isYear = match.hasMatch() && match.captured(2).isEmpty();
@@ -199,6 +199,32 @@ db::Condition daysCondition(const QString &written, const CustomerTerm &term)
     return condition;
 }
 
+// A day that is written out (R2.4.1, 令和2年4月1日) is that day, however the database writes it; part of a
+// birthday that is stored as it was typed it may be, too.
+db::Condition writtenDayCondition(const QString &column, const CustomerTerm &term)
+{
+    CustomerTerm day = term;
+    day.until = term.condition;
+    const db::Condition isDay = daysCondition(column, day);
+    const db::Condition holds = dateCondition(column, term.condition, false);
+    return {u"(("_s + isDay.sql + u") OR "_s + holds.sql + u')', isDay.values + holds.values};
+}
+
+db::Condition daySearch(const QString &column, const CustomerTerm &term)
+{
+    if (!term.until.isEmpty())
+        return daysCondition(column, term);
+    const bool isWrittenOut = !text::parseDate(term.condition) && text::parseWrittenDate(term.condition);
+    return isWrittenOut ? writtenDayCondition(column, term)
+                        : dateCondition(column, term.condition, term.exact);
+}
+
+// A part of a day is searched for as a text; what stands for a day, or bounds a span, has to be one.
+bool isNoDay(const QString &typed, bool isBound)
+{
+    return !typed.isEmpty() && (isBound || text::isWrittenAsDay(typed)) && !daysOf(typed);
+}
+
 db::Condition conditionOf(const CustomerTerm &term, const Item &item, bool isInOwnOrder)
 {
     const QString column = QString::fromUtf16(item.column);
@@ -207,8 +233,7 @@ db::Condition conditionOf(const CustomerTerm &term, const Item &item, bool isInO
         return &item == &items[categoryItem] ? categoryCondition(term.condition)
                                              : numberCondition(column, term.condition);
     case Comparison::Date:
-        return term.until.isEmpty() ? dateCondition(column, term.condition, term.exact)
-                                    : daysCondition(column, term);
+        return daySearch(column, term);
     case Comparison::Text:
         if (term.exact)
             return exactTextCondition(column, term.condition);
@@ -226,6 +251,10 @@ std::optional<QueryLack> lackOfTerm(const CustomerTerm &term)
         return QueryLack::Item;
     if (item->comparison != Comparison::None && term.condition.isEmpty() && term.until.isEmpty())
         return QueryLack::Condition;
+    const bool isSpan = !term.until.isEmpty();
+    if (item->comparison == Comparison::Date &&
+        (isNoDay(term.condition, isSpan) || isNoDay(term.until, isSpan)))
+        return QueryLack::Day;
     return std::nullopt;
 }
 

@@ -59,7 +59,7 @@ std::vector<masters::Entry> customerSearchNames(int item, const std::vector<mast
 /// The orders of the customers found; the last one, "検索項目昇順", is by the column searched.
 QStringList customerSearchOrders();
 
-enum class QueryLack { Item, Condition };
+enum class QueryLack { Item, Condition, Day };
 
 /// What keeps \a query from being carried out; nothing when it can be.
 std::optional<QueryLack> lackOf(const CustomerQuery &query);

@@ -17,6 +17,9 @@ CustomerTermBoxes::CustomerTermBoxes(const Controls &controls, QObject *parent)
 {
     m_controls.item->addItems(customerSearchItems());
     m_controls.item->setCurrentIndex(-1);
+    // The longest way of writing a day, and the frame of the box.
+    m_controls.until->setMinimumWidth(
+        m_controls.until->fontMetrics().horizontalAdvance(u"令和２年１２月３１日　"_s));
     connect(m_controls.item, &QComboBox::currentIndexChanged, this, &CustomerTermBoxes::showItem);
     connect(m_controls.text, &QLineEdit::textChanged, this, &CustomerTermBoxes::showName);
     connect(m_controls.names, &QComboBox::activated, this, [this](int place) {

@@ -1,3 +1,4 @@
+#include "registers/customer_desk.h"
 #include "registers/duplicates/DialogDuplicates.h"
 #include "registers/last_counterparts.h"
 #include "support/fresh_shop.h"
@@ -6,9 +7,11 @@
 #include "ui/prompts.h"
 #include "ui/report_grid.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
+#include <QTimer>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -176,6 +179,53 @@ private slots:
         ui::prompts::expectInform({});
         r.press("cmdSwap");
         QVERIFY(!r.the<QPushButton>("cmdMerge").isEnabled());
+    }
+
+    // What is typed next goes to whom the clerk was at, or to the one who was kept in his place.
+    void leadsBackToTheSameCustomer()
+    {
+        CustomerDesk r;
+        r.shop.run(u"UPDATE 納品先 SET TEL1 = '03-1234-5678', 消費税区分 = 0 WHERE 納品先ID IN (1, 2)"_s);
+        r.shop.run(u"INSERT INTO 入出庫マスター (ID, 伝票番号, 相手先ID) VALUES (1, 'O1', 1)"_s);
+        r.press("Command6");
+        const auto inDuplicates = [&r](const std::function<void(ScreenDriver &)> &work) {
+            QTimer::singleShot(0, &r.screen, [work] {
+                auto *dialog = qobject_cast<registers::DialogDuplicates *>(QApplication::activeModalWidget());
+                ScreenDriver driver(dialog);
+                QCoreApplication::processEvents(); // the search begins when the screen stands
+                work(driver);
+                dialog->close();
+            });
+            r.press("cmdDuplicates");
+        };
+        r.goTo(2);
+        QCOMPARE(r.box("txtID").text(), u"2"_s);
+        inDuplicates([](ScreenDriver &) {});
+        QCOMPARE(r.box("txtID").text(), u"2"_s);
+        r.type("txtMemo", u"新"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.shop.rows(u"SELECT メモ FROM 納品先 ORDER BY 納品先ID"_s),
+                 QStringList({u"-"_s, u"新"_s, u"-"_s}));
+
+        // A search shows those found still.
+        r.type("txtKey1", u"鈴木"_s);
+        r.press("cmdFind");
+        inDuplicates([](ScreenDriver &) {});
+        QCOMPARE(r.listed(), u"2"_s);
+        inDuplicates([](ScreenDriver &driver) {
+            auto &grid = driver.the<ui::ReportGrid>("gridGroups");
+            for (int row = 0; row < grid.model()->rowCount(); ++row) {
+                if (grid.model()->index(row, 0).data().toString() == u"2"_s)
+                    grid.setCurrentIndex(grid.model()->index(row, 0));
+            }
+            QTRY_VERIFY(driver.the<QPushButton>("cmdMerge").isEnabled());
+            ui::prompts::expectAskCautiously({}, true);
+            ui::prompts::expectInform(u"納品先ID 1 に統合しました。"_s);
+            driver.press("cmdMerge");
+        });
+        QCOMPARE(r.box("txtID").text(), u"1"_s);
+        r.goTo(1); // there are others again
+        QCOMPARE(r.grid().model()->rowCount(), 2);
     }
 };
 

@@ -115,6 +115,28 @@ private slots:
         QTRY_VERIFY(!button.isVisible());
     }
 
+    // Another program deletes the row that is to be filled in: the boxes stay those of whom they were.
+    void theRowIsGone()
+    {
+        CustomerDesk r(CustomerDesk::Customers);
+        r.shop.run(u"INSERT INTO 納品先 (納品先ID, 区分ID, 更新日) VALUES (77, 1, '2020-01-01')"_s);
+        r.screen.hide();
+        r.show();
+        QTRY_VERIFY(r.the<QPushButton>("cmdNameless").isVisible());
+        r.press("Command6");
+        r.goTo(2);
+        QCOMPARE(r.box("txtID").text(), u"2"_s);
+        QTimer::singleShot(0, &r.screen, [&r] {
+            ScreenDriver driver(qobject_cast<DialogNameless *>(QApplication::activeModalWidget()));
+            r.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 77"_s);
+            ui::prompts::expectInform(u"選んだ行は、ほかのパソコンで削除されています。"_s);
+            driver.press("cmdFill");
+        });
+        r.press("cmdNameless");
+        QCOMPARE(r.box("txtID").text(), u"2"_s);
+        QVERIFY(!r.box("txtName").hasFocus());
+    }
+
     void suppliersToo()
     {
         FreshShop shop;

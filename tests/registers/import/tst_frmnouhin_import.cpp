@@ -7,6 +7,7 @@
 #include "ui/grid.h"
 #include "ui/prompts.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -14,9 +15,12 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +32,16 @@ const QString noMapping = u"設定ファイルが見つかりませんでした�
 const QString importAll = u"表示中のデータをすべてインポートします。よろしいですか。"_s;
 
 QString taken(int count) { return u"印のある行だけを取り込みます（新規登録 %1 件）。"_s.arg(count); }
+
+// How bright a colour is to the eye, 0 to 1.
+double luminance(const QColor &colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
 
 // The register of a shop with one customer, and a table of four rows: one to import, one that repeats the
 // customer, one without a name, one more to import.
@@ -277,6 +291,97 @@ private slots:
         QVERIFY(r.the<QCheckBox>("checkMergeRepeats").isHidden());
         // The rows have the room of the whole screen.
         QVERIFY(r.the<ui::Grid>("MSFlexGrid1").height() * 2 > r.screen.height());
+    }
+
+    // The clerk goes on with whom he was at, and a category that the import made can be chosen.
+    void leadsBackToTheSameCustomer()
+    {
+        Import r;
+        r.shop.run(
+            u"INSERT INTO 納品先 (納品先ID, 納品先名1, 区分ID, 更新日) VALUES (5, '鈴木', 2, '2025-01-01')"_s);
+        r.press("Command6");
+        QTest::keyClick(&r.the<ui::Grid>("DataGrid1"), Qt::Key_Down);
+        QCOMPARE(r.box("txtID").text(), u"5"_s);
+        QGuiApplication::clipboard()->setText(u"氏名\t区分\n佐藤\t特約店\n"_s);
+        r.press("Command2");
+        r.press("checkNewCategories");
+        ui::prompts::expectAsk(importAll, true, taken(1));
+        ui::prompts::expectInform(u"1 件の納品先を登録しました。"_s);
+        r.press("Command5");
+        QVERIFY(!r.importing());
+        QCOMPARE(r.box("txtID").text(), u"5"_s);
+        r.type("txtMemo", u"新"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.shop.rows(u"SELECT 納品先名1 FROM 納品先 WHERE メモ = '新'"_s), QStringList{u"鈴木"_s});
+        r.type("txtKey1", u"佐藤"_s);
+        r.press("cmdFind");
+        QCOMPARE(r.box("txtName").text(), u"佐藤"_s);
+        QCOMPARE(r.list("dbcKubun").currentText(), u"特約店"_s);
+        r.type("txtMemo", u"紹介"_s);
+        r.press("cmdNewDate");
+        QCOMPARE(r.shop.rows(u"SELECT 納品先名1 FROM 納品先 WHERE メモ = '紹介'"_s), QStringList{u"佐藤"_s});
+    }
+
+    // Whatever the table has to say of itself.
+    void leavesTheWindowItsSize()
+    {
+        Import r;
+        QStringList headings{u"氏名"_s, u"区分"_s};
+        QStringList cells{u"佐藤"_s, u"とても長い名前の区分をそのまま書いた表です一"_s.repeated(2)};
+        for (int i = 0; i < 12; ++i) {
+            headings << u"名簿ソフトの予備の項目 %1"_s.arg(i);
+            cells << u"x"_s;
+        }
+        QString table = headings.join(u'\t') + u'\n' + cells.join(u'\t') + u'\n';
+        for (int i = 0; i < 3; ++i) {
+            cells[1] += QString::number(i);
+            table += cells.join(u'\t') + u'\n';
+        }
+        QGuiApplication::clipboard()->setText(table);
+        QTest::qWait(0);
+        r.screen.resize(r.screen.minimumSizeHint()); // without room to spare
+        QTest::qWait(0);
+        const QSize size = r.screen.size();
+        for (int times = 0; times < 2; ++times) {
+            r.press("Command2");
+            QTest::qWait(0);
+            QVERIFY(r.importing());
+            QCOMPARE(r.screen.size(), size);
+            r.press("cmdBack");
+            QTest::qWait(0);
+            QVERIFY(!r.importing());
+            QCOMPARE(r.screen.size(), size);
+        }
+    }
+
+    // By the contrast that is asked of a text, 4.5.
+    void whatIsWrongCanBeRead_data()
+    {
+        QTest::addColumn<QColor>("base");
+        QTest::addColumn<QColor>("text");
+        QTest::newRow("light") << QColor(0xffffff) << QColor(0x22282b);
+        QTest::newRow("dark") << QColor(0x364046) << QColor(0xe6e9e8);
+    }
+    void whatIsWrongCanBeRead()
+    {
+        QFETCH(QColor, base);
+        QFETCH(QColor, text);
+        const QPalette usual = QApplication::palette();
+        const auto back = qScopeGuard([&usual] { QApplication::setPalette(usual); });
+        QPalette palette = usual;
+        palette.setColor(QPalette::Base, base);
+        palette.setColor(QPalette::Text, text);
+        QApplication::setPalette(palette);
+        Import r;
+        QGuiApplication::clipboard()->setText(Import::table(u'\t'));
+        r.press("Command2");
+        for (const int row : {1, 2}) {
+            const auto ink = r.model().index(row, 2).data(Qt::ForegroundRole).value<QColor>();
+            QVERIFY(ink.isValid());
+            const double one = luminance(ink) + 0.05;
+            const double other = luminance(base) + 0.05;
+            QVERIFY2(std::max(one, other) / std::min(one, other) >= 4.5, qPrintable(ink.name()));
+        }
     }
 
     void leavesEverythingWhenGivenUp()

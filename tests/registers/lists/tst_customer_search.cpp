@@ -101,6 +101,9 @@ private slots:
         row(u"登録日", u"20260104", "", "1");
         row(u"登録日", u"2026/02/30", "", "");
         row(u"登録日", u"きのう", "", "");
+        row(u"登録日", u"R8.1.4", "1", "1");
+        row(u"登録日", u"令和７年１２月３１日", "2", "2");
+        row(u"誕生日", u"昭和45年5月1日", "2 1", "2 1");
         row(u"更新日", u"2026", "2 1 3", "");
         row(u"更新日", u"2026-04-01", "3", "3");
         row(u"誕生日", u"1970/05/01", "2", "2 1");
@@ -165,6 +168,33 @@ private slots:
         QTEST(found(query), "keys");
     }
 
+    // Nothing would be found, and nobody would know why.
+    void saysWhatIsNoDay_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("until");
+        QTest::addColumn<bool>("isDay");
+        QTest::newRow("eras") << u"R2.1.1"_s << u"令和２年１２月３１日"_s << true;
+        QTest::newRow("months") << u"2026/1"_s << u"2026/4"_s << true;
+        QTest::newRow("no first day") << u""_s << u"R2.12.31"_s << true;
+        QTest::newRow("a part") << u"五月"_s << u""_s << true;
+        QTest::newRow("a word to a day") << u"きのう"_s << u"2026/4/1"_s << false;
+        QTest::newRow("a day to a word") << u"2026/4/1"_s << u"きのう"_s << false;
+        QTest::newRow("not in its era") << u"H32.4.1"_s << u""_s << false;
+        QTest::newRow("not in the calendar") << u"2026/2/30"_s << u""_s << false;
+    }
+    void saysWhatIsNoDay()
+    {
+        QFETCH(QString, from);
+        QFETCH(QString, until);
+        QFETCH(bool, isDay);
+        CustomerQuery query{itemNamed(u"誕生日"_s), from};
+        query.until = until;
+        const auto lack = registers::lackOf(query);
+        QCOMPARE(!lack, isDay);
+        QVERIFY(isDay || lack == registers::QueryLack::Day);
+    }
+
     void findsReadingsAsTheyAreTyped()
     {
         FreshShop shop;
@@ -192,6 +222,12 @@ private slots:
             shop.run(u"INSERT INTO 納品先 (納品先ID, 誕生日, 区分ID) VALUES (?, ?, 1)"_s, {++id, birthday});
         CustomerQuery query{itemNamed(u"誕生日"_s), u"1970/4"_s, false, orderNamed(u"登録区分昇順"_s)};
         query.until = u"1970/5"_s;
+        QCOMPARE(found(shop, query), u"1 2 3 4 5"_s);
+        query.condition = u"S45.4.30"_s;
+        query.until = u"昭和４５年５月２日"_s;
+        QCOMPARE(found(shop, query), u"1 2 3 4 5"_s);
+        query.condition = u"昭和45年5月1日"_s;
+        query.until.clear();
         QCOMPARE(found(shop, query), u"1 2 3 4 5"_s);
         query.condition.clear();
         query.until = u"1970/4/30"_s;
