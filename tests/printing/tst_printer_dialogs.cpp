@@ -171,7 +171,8 @@ private slots:
         QFETCH(const QString, arrows);
         QFETCH(const QString, label);
         QFETCH(const QString, key);
-        const workspace::SettingKey setting{"Printer", qstrdup(qPrintable(key)), u""};
+        const QByteArray keyName = key.toLatin1();
+        const workspace::SettingKey setting{"Printer", keyName.constData(), u""};
         const NoteDesk desk([&](FakePrinters &, FreshShop &shop) { shop.settings.write(setting, 5); });
         const QByteArray name = box.toLatin1();
         auto &line = desk.driver->box(box);

@@ -12,6 +12,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace slips;
@@ -142,10 +143,12 @@ private slots:
 
     void findsWhatANaiveFilterFinds()
     {
-        static FreshShop shop;
         static const std::vector<Known> all = generated(3000);
-        if (shop.value(u"SELECT count(*) FROM 発行控"_s).toInt() == 0)
-            store(shop, all);
+        if (!m_shop) {
+            m_shop = std::make_unique<FreshShop>();
+            store(*m_shop, all);
+        }
+        FreshShop &shop = *m_shop;
         QFETCH(QDate, from);
         QFETCH(QDate, to);
         QFETCH(QString, least);
@@ -292,6 +295,11 @@ private slots:
         QVERIFY(!exportDocuments(office.shop.connection, {one}, {office.folder()},
                                  office.shop.path(u"shop.cdb/無い"_s), QDate(2026, 4, 2), base::unwatched));
     }
+
+    void cleanupTestCase() { m_shop.reset(); } // before the connections go
+
+private:
+    std::unique_ptr<FreshShop> m_shop; // that the searches share
 };
 
 QTEST_GUILESS_MAIN(TestIssuedSearch)
