@@ -14,6 +14,9 @@
 #include <QFontDatabase>
 #include <QShortcut>
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace printing
@@ -179,18 +182,8 @@ bool DialogPrinterSet::isChanged() const
 
 bool DialogPrinterSet::confirmFarOffsets()
 {
-    for (const OffsetBox *box : {m_bill, m_note, m_receipt, m_right, m_addressee}) {
-        if (!box->isFarOff())
-            continue;
-        if (ui::prompts::askCautiously(
-                this, u"「%1」の %2 は、動かす量が多すぎるようです。このまま登録しますか。"_s.arg(
-                          box->box().accessibleName(), box->box().text())))
-            continue;
-        box->box().setFocus();
-        box->box().selectAll();
-        return false;
-    }
-    return true;
+    return std::ranges::all_of(std::array{m_bill, m_note, m_receipt, m_right, m_addressee},
+                               [this](const OffsetBox *box) { return box->confirm(this); });
 }
 
 bool DialogPrinterSet::storeSettings()

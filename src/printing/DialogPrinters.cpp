@@ -115,18 +115,8 @@ bool DialogPrinters::isChanged() const
 
 bool DialogPrinters::confirmFarOffsets()
 {
-    for (const auto &[rule, offset] : m_offsets) {
-        QLineEdit &box = offset->box();
-        if (!offset->isFarOff() ||
-            ui::prompts::askCautiously(
-                this, u"「%1」の %2 は、動かす量が多すぎるようです。このまま登録しますか。"_s.arg(
-                          box.accessibleName(), box.text())))
-            continue;
-        box.setFocus();
-        box.selectAll();
-        return false;
-    }
-    return true;
+    return std::ranges::all_of(m_offsets,
+                               [this](const auto &offset) { return offset.second->confirm(this); });
 }
 
 bool DialogPrinters::storeSettings()

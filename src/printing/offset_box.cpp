@@ -1,6 +1,7 @@
 #include "printing/offset_box.h"
 
 #include "text/numbers.h"
+#include "ui/prompts.h"
 #include "ui/up_down.h"
 
 #include <QKeyEvent>
@@ -8,6 +9,8 @@
 #include <QLineEdit>
 
 #include <algorithm>
+
+using namespace Qt::StringLiterals;
 
 namespace printing
 {
@@ -60,6 +63,18 @@ void OffsetBox::step(int direction)
     const int now = steps();
     const int next = std::clamp(now + direction, std::min(now, m_rule.least), std::max(now, m_rule.most));
     setSteps(next);
+}
+
+bool OffsetBox::confirm(QWidget *screen) const
+{
+    if (!isFarOff() ||
+        ui::prompts::askCautiously(
+            screen, u"「%1」の %2 は、動かす量が多すぎるようです。このまま登録しますか。"_s.arg(
+                        m_box.accessibleName(), m_box.text())))
+        return true;
+    m_box.setFocus();
+    m_box.selectAll();
+    return false;
 }
 
 bool OffsetBox::eventFilter(QObject *watched, QEvent *event)

@@ -29,6 +29,9 @@ public:
     void setSteps(int steps);
     [[nodiscard]] bool isFarOff() const { return printing::isFarOff(steps(), m_rule); }
     [[nodiscard]] QLineEdit &box() const { return m_box; }
+    /// Whether the steps may be kept: asked by \a screen where they move very far, with the cursor in the box
+    /// where they may not.
+    bool confirm(QWidget *screen) const;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
