@@ -274,7 +274,8 @@ private slots:
         report.rows = {};
         for (int length = 8; length < 40; ++length)
             report.rows.push_back({{QString(length, u'町') + u"３-15-33"_s}});
-        for (const TextItem &text : sheetsOf(report).front().texts)
+        const Sheet page = sheetsOf(report).front();
+        for (const TextItem &text : page.texts)
             QVERIFY2(!text.text.contains(u"15"_s) || text.text.endsWith(u"３-15-33"_s),
                      qPrintable(text.text));
         QCOMPARE(printing::paperByWidths(report), ListPaper::Lying);
