@@ -76,10 +76,11 @@ double migrated(const QString &file)
 double migratedBare(const QString &file)
 {
     const QString copy = freshCopy(file);
-    return secondsOf([&] {
-        runOrEnd(copy, "BEGIN IMMEDIATE;" + db::migrations().front().statements +
-                           "PRAGMA user_version = 2; COMMIT");
-    });
+    QByteArray statements = "BEGIN IMMEDIATE;";
+    for (const db::Migration &step : db::migrations())
+        statements += step.statements;
+    statements += "PRAGMA user_version = " + QByteArray::number(db::schemaVersion) + "; COMMIT";
+    return secondsOf([&] { runOrEnd(copy, statements); });
 }
 
 } // namespace

@@ -68,7 +68,7 @@ base::Status migrateInTransaction(PlainHandle &file, const Migrations &steps)
 
 const Migrations &migrations()
 {
-    static const Migrations all{{2, migration2Text}};
+    static const Migrations all{{2, migration2Text}, {3, migration3Text}};
     return all;
 }
 

@@ -223,6 +223,22 @@ CREATE TABLE 発行控 (
     内容 BLOB
 );
 
+-- The rows of cash books and banks' files that receipts were written from, so that none is taken twice: 行キー tells a
+-- row by its content, whatever its file is called. A row counts as taken as long as its slip is there.
+CREATE TABLE 入金取込 (
+    取込ID INTEGER PRIMARY KEY,
+    行キー TEXT,
+    ファイル TEXT,
+    日付 TEXT,
+    名義 TEXT,
+    名義キー TEXT,
+    金額 REAL,
+    伝票ID INTEGER,
+    伝票番号 TEXT,
+    取込日時 TEXT,
+    版 INTEGER
+);
+
 -- The counter behind every 版, one for the file: each change of a row gives it the next number.
 CREATE TABLE 版数 (
     版数ID INTEGER PRIMARY KEY,
@@ -255,6 +271,9 @@ CREATE INDEX 発送マスター_名キー ON 発送マスター (依頼主名キ
 CREATE INDEX 発行控_日付 ON 発行控 (日付);
 CREATE INDEX 発行控_税込金額 ON 発行控 (税込金額);
 CREATE INDEX 発行控_相手先 ON 発行控 (相手先ID, 日付);
+-- Whether a row was taken; to whom a payer's receipts were written before.
+CREATE INDEX 入金取込_行キー ON 入金取込 (行キー);
+CREATE INDEX 入金取込_名義キー ON 入金取込 (名義キー);
 
 INSERT INTO 版数 (版数ID, 最終) VALUES (1, 0);
 -- The last one is announced for food and not yet law.

@@ -123,7 +123,8 @@ void TestConnection::refusedFiles_data()
     QTest::newRow("old engine") << QByteArray::fromHex("00010000") + "Standard Jet DB" + QByteArray(4096, 0)
                                 << u"以前の形式"_s;
     QTest::newRow("foreign") << changed("PRAGMA application_id = 7") << u"このプログラムの"_s;
-    QTest::newRow("newer") << changed("PRAGMA user_version = 3") << u"新しい版"_s;
+    const QByteArray newer = "PRAGMA user_version = " + QByteArray::number(db::schemaVersion + 1);
+    QTest::newRow("newer") << changed(newer.constData()) << u"新しい版"_s;
     QTest::newRow("no version") << changed("PRAGMA user_version = 0") << u"版が正しくない"_s;
     QTest::newRow("table missing") << changed("DROP TABLE 規格") << u"規格"_s;
     QTest::newRow("column missing") << changed("ALTER TABLE 社員 DROP COLUMN 内線番号") << u"内線番号"_s;

@@ -1,9 +1,9 @@
 #include "db/care/plain_handle.h"
 #include "db/migrations.h"
 #include "db/schema.h"
+#include "support/earlier_version.h"
 #include "support/fresh_shop.h"
 #include "support/ordinary_user.h"
-#include "support/version_1.h"
 
 #include <QDir>
 #include <QTest>
@@ -18,8 +18,8 @@ namespace
 const QDate today(2026, 4, 1);
 
 const db::Migrations twoSteps = {
-    {3, "ALTER TABLE 納品先 ADD COLUMN 別名 TEXT; UPDATE 納品先 SET 別名 = '様'"},
-    {4, "CREATE TABLE 倉庫 (倉庫ID INTEGER PRIMARY KEY, 倉庫名 TEXT)"},
+    {db::schemaVersion + 1, "ALTER TABLE 納品先 ADD COLUMN 別名 TEXT; UPDATE 納品先 SET 別名 = '様'"},
+    {db::schemaVersion + 2, "CREATE TABLE 倉庫 (倉庫ID INTEGER PRIMARY KEY, 倉庫名 TEXT)"},
 };
 
 // Rows of every table and of every sort that the screens, the earlier program and other programs leave
@@ -54,18 +54,32 @@ QByteArray version1Rows()
            "'孤児');";
 }
 
-// The rows of each table of version 1 with their types, in the order in which version 1 read them.
-QStringList version1Contents(const QString &fileName, bool isMigrated)
+// What version 2 brought along, beside rows of before.
+QByteArray version2Rows()
+{
+    return version1Rows() +
+           "UPDATE 版数 SET 最終 = 41; UPDATE 税率 SET 有効 = 1 WHERE 税率ID = 7;"
+           "UPDATE 入出庫マスター SET 内税 = 1, 摘要 = '急ぎ', 元伝票 = 4, 完了 = 0, 版 = 41 WHERE ID = 1;"
+           "UPDATE 入出庫サブ SET 税区分 = 1, 税率 = 8 WHERE 商品名 = 'りんご';"
+           "UPDATE 納品先 SET 敬称 = '御中', 版 = 40 WHERE 納品先ID = 1;"
+           "UPDATE 仕入先 SET 登録 = 1, 登録開始日 = '2023-10-01';"
+           "INSERT INTO 発行控 (発行ID, 種類, 番号, 伝票種別, 税込金額, ハッシュ) VALUES "
+           "(1, '納品書', 'O1', 'O', 1650, '9f');";
+}
+
+// The rows with their types, in the columns of \a version and in the order in which it read them.
+QStringList contentsOf(const QString &fileName, int version, bool isMigrated)
 {
     QStringList contents;
     db::PlainHandle file;
     if (!file.open(fileName))
         qFatal("cannot open %s", qPrintable(fileName));
-    for (const db::Table &table : db::tables()) {
-        if (table.firstColumns == 0)
+    for (const db::Table &table : db::declaredTables()) {
+        QStringList columns = table.columns;
+        columns.removeIf([&](const QString &column) { return table.versionOf(column) > version; });
+        if (columns.isEmpty() || (version == 1 && table.firstColumns == 0))
             continue;
-        const QStringList columns = table.columns.first(table.firstColumns);
-        const QString order = isMigrated ? table.key : u"rowid"_s;
+        const QString order = isMigrated || columns.contains(table.key) ? table.key : u"rowid"_s;
         const QString statement = u"SELECT quote(%1) FROM %2 ORDER BY %3"_s.arg(
             columns.join(u") || ' ' || quote("_s), table.name, order);
         db::PlainStatement rows(file, statement.toUtf8());
@@ -103,8 +117,9 @@ class TestMigration : public QObject
 
 private slots:
     void theProgramsOwnListIsWhole();
-    void version1KeepsEveryValue();
-    void version1BecomesLikeANewFile();
+    void earlierVersionKeepsEveryValue_data();
+    void earlierVersionKeepsEveryValue();
+    void earlierVersionBecomesLikeANewFile();
     void version1ThatCannotBeMovedStays_data();
     void version1ThatCannotBeMovedStays();
     void oldFileIsMovedAndKept();
@@ -132,16 +147,27 @@ void TestMigration::theProgramsOwnListIsWhole()
     QCOMPARE(version, db::schemaVersion);
 }
 
-void TestMigration::version1KeepsEveryValue()
+void TestMigration::earlierVersionKeepsEveryValue_data()
 {
+    QTest::addColumn<int>("version");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("1") << 1 << 27;
+    QTest::newRow("2") << 2 << 27 + 7 + 1 + 1; // tax rates, a document, the counter
+}
+
+void TestMigration::earlierVersionKeepsEveryValue()
+{
+    QFETCH(int, version);
+    QFETCH(int, rows);
     QTemporaryDir folder;
     const QString file = folder.filePath(u"shop.cdb"_s);
-    makeVersion1(file, version1Rows());
-    const QStringList before = version1Contents(file, false);
-    QCOMPARE(before.size(), 27);
+    makeVersion(version, file, version == 1 ? version1Rows() : version2Rows());
+    const QStringList before = contentsOf(file, version, false);
+    QCOMPARE(before.size(), rows);
     QVERIFY(db::migrate(file, today));
-    QCOMPARE(version1Contents(file, true), before);
-    QCOMPARE(version1Contents(folder.filePath(u"shop 版1 2026-04-01.cdb"_s), false), before);
+    QCOMPARE(contentsOf(file, version, true), before);
+    const QString kept = folder.filePath(u"shop 版%1 2026-04-01.cdb"_s.arg(version));
+    QCOMPARE(contentsOf(kept, version, false), before);
     db::Connection connection;
     QVERIFY(connection.open(file));
     const auto kinds = connection.select(u"SELECT group_concat(coalesce(種別, '-')) FROM 入出庫マスター"_s);
@@ -149,14 +175,16 @@ void TestMigration::version1KeepsEveryValue()
     QCOMPARE(connection.select(u"PRAGMA integrity_check"_s)->rows.front().front().toString(), u"ok"_s);
 }
 
-void TestMigration::version1BecomesLikeANewFile()
+void TestMigration::earlierVersionBecomesLikeANewFile()
 {
-    FreshShop shop;
-    shop.connection.close();
-    const QString file = shop.path(u"old.cdb"_s);
-    makeVersion1(file);
-    QVERIFY(db::migrate(file, today));
-    QCOMPARE(definitionsIn(file), definitionsIn(shop.path(u"shop.cdb"_s)));
+    for (int version = 1; version < db::schemaVersion; ++version) {
+        FreshShop shop;
+        shop.connection.close();
+        const QString file = shop.path(u"old.cdb"_s);
+        makeVersion(version, file);
+        QVERIFY(db::migrate(file, today));
+        QCOMPARE(definitionsIn(file), definitionsIn(shop.path(u"shop.cdb"_s)));
+    }
 }
 
 void TestMigration::version1ThatCannotBeMovedStays_data()
@@ -175,10 +203,11 @@ void TestMigration::version1ThatCannotBeMovedStays()
     QFETCH(QString, told);
     QTemporaryDir folder;
     const QString file = folder.filePath(u"shop.cdb"_s);
-    makeVersion1(file, version1Rows() +
-                           "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
-                           "INSERT INTO 入出庫サブ (ID, 商品名) SELECT 1, '商品' || i FROM n;" +
-                           (hindrance == u"column" ? "ALTER TABLE 納品先 ADD COLUMN 敬称 TEXT" : ""));
+    makeVersion(1, file,
+                version1Rows() +
+                    "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
+                    "INSERT INTO 入出庫サブ (ID, 商品名) SELECT 1, '商品' || i FROM n;" +
+                    (hindrance == u"column" ? "ALTER TABLE 納品先 ADD COLUMN 敬称 TEXT" : ""));
     QFile bytes(file);
     QVERIFY(bytes.open(QIODevice::ReadWrite));
     if (hindrance == u"damaged") { // a page of lines in the middle
@@ -214,11 +243,11 @@ void TestMigration::oldFileIsMovedAndKept()
     shop.connection.close();
     const QString file = shop.path(u"shop.cdb"_s);
     QVERIFY(db::migrate(file, today, twoSteps));
-    QCOMPARE(number(file, "PRAGMA user_version"), 4);
+    QCOMPARE(number(file, "PRAGMA user_version"), db::schemaVersion + 2);
     QCOMPARE(number(file, "SELECT count(*) FROM 納品先 WHERE 別名 = '様'"), 1);
     QCOMPARE(number(file, "SELECT count(*) FROM 倉庫"), 0);
-    const QString kept = shop.path(u"shop 版2 2026-04-01.cdb"_s);
-    QCOMPARE(number(kept, "PRAGMA user_version"), 2);
+    const QString kept = shop.path(u"shop 版%1 2026-04-01.cdb"_s.arg(db::schemaVersion));
+    QCOMPARE(number(kept, "PRAGMA user_version"), db::schemaVersion);
     QCOMPARE(number(kept, "SELECT count(*) FROM 納品先"), 1);
     // Up to date: nothing more is done or kept.
     QVERIFY(db::migrate(file, today, twoSteps));
@@ -231,8 +260,8 @@ void TestMigration::failureLeavesTheFile_data()
 {
     QTest::addColumn<int>("version");
     QTest::addColumn<QByteArray>("statements");
-    QTest::newRow("second step fails") << 4 << QByteArray("CREATE TABLE 納品先 (x)");
-    QTest::newRow("a step is missing") << 5 << QByteArray("CREATE TABLE 倉庫 (x)");
+    QTest::newRow("second step fails") << db::schemaVersion + 2 << QByteArray("CREATE TABLE 納品先 (x)");
+    QTest::newRow("a step is missing") << db::schemaVersion + 3 << QByteArray("CREATE TABLE 倉庫 (x)");
 }
 
 void TestMigration::failureLeavesTheFile()
@@ -255,7 +284,7 @@ void TestMigration::othersAreLeftAlone()
     shop.connection.close();
     const QString file = shop.path(u"shop.cdb"_s);
     QVERIFY(!db::migrate(file, today, twoSteps)); // a trigger would be carried out by the steps
-    QCOMPARE(number(file, "PRAGMA user_version"), 2);
+    QCOMPARE(number(file, "PRAGMA user_version"), db::schemaVersion);
     QVERIFY(db::migrate(shop.path(u"missing.cdb"_s), today, twoSteps));
     QVERIFY(!QFile::exists(shop.path(u"missing.cdb"_s)));
 }

@@ -4,7 +4,7 @@
 
 #include "app/files/backup_list.h"
 #include "app/files/backups.h"
-#include "support/version_1.h"
+#include "support/earlier_version.h"
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
@@ -223,7 +223,7 @@ void TestBackupCare::untouchedCopyGoes()
     Stage stage;
     const QString backup = stage.shop.path(u"BackupKanbalore 削除前 2026-03-30.cdb"_s);
     if (version == 1)
-        makeVersion1(backup, "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')");
+        makeVersion(1, backup, "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')");
     else
         QVERIFY(QFile::copy(stage.file, backup));
     if (version == 0)

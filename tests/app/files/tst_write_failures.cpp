@@ -15,9 +15,9 @@
 #include "slips/entry/frmOut.h"
 #include "slips/issued/issued_documents.h"
 #include "slips/slip_desk.h"
+#include "support/earlier_version.h"
 #include "support/failing_disk.h"
 #include "support/files_content.h"
-#include "support/version_1.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -219,9 +219,10 @@ void leaveShopOfVersion1(Scene &scene)
     closeShop(scene);
     const QString file = scene.logic->path(u"shop.cdb"_s);
     QFile::remove(file);
-    makeVersion1(file, "INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (1, 'O1'), (2, 'I2');"
-                       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
-                       "INSERT INTO 入出庫サブ (ID, 商品名, 金額) SELECT 1 + i % 2, '商品' || i, i FROM n");
+    makeVersion(1, file,
+                "INSERT INTO 入出庫マスター (ID, 伝票番号) VALUES (1, 'O1'), (2, 'I2');"
+                "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 300) "
+                "INSERT INTO 入出庫サブ (ID, 商品名, 金額) SELECT 1 + i % 2, '商品' || i, i FROM n");
 }
 
 void closeShopBesideBackup(Scene &scene)

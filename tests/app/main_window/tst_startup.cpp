@@ -9,9 +9,9 @@
 #include "db/file_header.h"
 #include "db/schema.h"
 #include "registers/postal/postal_index.h"
+#include "support/earlier_version.h"
 #include "support/fresh_shop.h"
 #include "support/scripted_test.h"
-#include "support/version_1.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -220,7 +220,7 @@ void TestStartup::anOlderInitialFileIsReplaced()
     QDir(root.path()).mkpath(u"mine"_s);
     QDir(root.path()).mkpath(u"bin"_s);
     const QString initial = root.filePath(u"mine/Kanbalore.cdb"_s);
-    makeVersion1(initial, "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')");
+    makeVersion(1, initial, "INSERT INTO 単位 (単位ID, 単位) VALUES (1, '箱')");
     // Without one of the program's own it stays, and is brought up to date when it is copied and opened.
     QCOMPARE(settleApplicationFolder(places).problem, QString());
     QCOMPARE(db::storedVersion(initial), 1);

@@ -3,7 +3,7 @@
 #include "db/care/file_repair.h"
 #include "db/care/salvage_shop.h"
 #include "db/migrations.h"
-#include "support/version_1.h"
+#include "support/earlier_version.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -211,13 +211,14 @@ void TestSalvage::rowsOfVersion1()
     QFETCH(bool, isDamaged);
     QTemporaryDir folder;
     const QString file = folder.filePath(u"shop.cdb"_s);
-    makeVersion1(
-        file, "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
-              "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率) "
-              "SELECT i, '2026-04-01', 'O' || i, i % 40, 10 FROM n;"
-              "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2700) "
-              "INSERT INTO 入出庫サブ (ID, 商品名, 数量, 金額) SELECT 1 + i % 900, '商品' || i, i, i FROM n;"
-              "INSERT INTO 納品先 (納品先ID, 納品先名1, 区分ID) VALUES (3, '山田', 1)");
+    makeVersion(
+        1, file,
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
+        "INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率) "
+        "SELECT i, '2026-04-01', 'O' || i, i % 40, 10 FROM n;"
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2700) "
+        "INSERT INTO 入出庫サブ (ID, 商品名, 数量, 金額) SELECT 1 + i % 900, '商品' || i, i, i FROM n;"
+        "INSERT INTO 納品先 (納品先ID, 納品先名1, 区分ID) VALUES (3, '山田', 1)");
     if (isMigrated)
         QVERIFY(db::migrate(file, QDate(2026, 4, 1)));
     QByteArray bytes = contentOf(file);

@@ -1,7 +1,7 @@
 // Damage of a few bytes, and what others did to the file: it costs what it hit, and nothing beside it.
 #include "db/care/salvage_shop.h"
 #include "db/migrations.h"
-#include "support/version_1.h"
+#include "support/earlier_version.h"
 
 #include <QTest>
 #include <QtEndian>
@@ -218,9 +218,10 @@ void TestSalvageBytes::columnsOfCompanions()
     const QString file = m_shop.path(u"companion.cdb"_s);
     QFile::remove(file);
     if (isOlder) {
-        makeVersion1(file, "INSERT INTO 納品先 (納品先ID, 納品先名1) VALUES (1, '山田'), (2, '佐藤');"
-                           "ALTER TABLE 納品先 ADD COLUMN 別名 TEXT;"
-                           "INSERT INTO 納品先 (納品先ID, 納品先名1, 別名) VALUES (3, '鈴木', 'すずき')");
+        makeVersion(1, file,
+                    "INSERT INTO 納品先 (納品先ID, 納品先名1) VALUES (1, '山田'), (2, '佐藤');"
+                    "ALTER TABLE 納品先 ADD COLUMN 別名 TEXT;"
+                    "INSERT INTO 納品先 (納品先ID, 納品先名1, 別名) VALUES (3, '鈴木', 'すずき')");
         QVERIFY(db::migrate(file, QDate(2026, 4, 1)));
     } else {
         SalvageShop::write(file, m_sound);
