@@ -6,6 +6,8 @@
 #include "db/statement.h"
 #include "text/dates.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace book
@@ -75,6 +77,32 @@ base::Status takeSums(db::Connection &connection, const Condition &condition, co
                             [&take](const db::Statement &row) { take(sumFrom(row)); });
 }
 
+// A few hundred counterparts at a time: so many of their slips are read in some hundredths of a second, and
+// each statement but the last has the same text.
+constexpr std::size_t counterpartSlice = 500;
+
+base::Status takeSumsOfCounterparts(db::Connection &connection, const Selection &selection,
+                                    const Grouping &grouping, const base::Progress &progress,
+                                    const TakeSum &take)
+{
+    const std::vector<qint64> &all = *selection.counterparts;
+    for (std::size_t done = 0; done < all.size(); done += counterpartSlice) {
+        if (!progress(static_cast<qint64>(done), static_cast<qint64>(all.size())))
+            return base::cancelled();
+        const std::size_t next = std::min(done + counterpartSlice, all.size());
+        const auto at = [&all](std::size_t place) {
+            return all.begin() + static_cast<std::ptrdiff_t>(place);
+        };
+        Selection slice = selection;
+        slice.counterparts.emplace(at(done), at(next));
+        Condition condition = slipsOf(slice);
+        condition &= linesOf(slice);
+        if (const base::Status taken = takeSums(connection, condition, grouping, take); !taken)
+            return taken;
+    }
+    return {};
+}
+
 } // namespace
 
 base::ExactSum MovementSum::inBalance() const { return amount.times(kind.sign); }
@@ -82,6 +110,8 @@ base::ExactSum MovementSum::inBalance() const { return amount.times(kind.sign); 
 base::Status sumMovements(db::Connection &connection, const Selection &selection, const Grouping &grouping,
                           const base::Progress &progress, const TakeSum &take)
 {
+    if (selection.counterparts)
+        return takeSumsOfCounterparts(connection, selection, grouping, progress, take);
     Condition condition = slipsOf(selection);
     condition &= linesOf(selection);
     const bool isSmall = selection.counterpart || selection.days.onlyUndated || selection.days.from.isValid();

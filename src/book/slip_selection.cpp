@@ -27,6 +27,14 @@ Condition ofCounterpart(CounterpartKey counterpart)
     return counterpart ? Condition{u"相手先ID = ?"_s, {*counterpart}} : Condition{u"相手先ID IS NULL"_s, {}};
 }
 
+Condition ofCounterparts(const std::vector<qint64> &counterparts)
+{
+    QVariantList keys;
+    for (const qint64 key : counterparts)
+        keys << key;
+    return {u"相手先ID IN ("_s + QStringList(keys.size(), u"?"_s).join(u", "_s) + u')', keys};
+}
+
 // An unset text would be bound as NULL, which equals nothing.
 QString written(const QString &text) { return text.isNull() ? u""_s : text; }
 
@@ -54,6 +62,8 @@ Condition slipsOf(const Selection &selection)
     Condition condition = ofKinds(selection.kinds);
     if (selection.counterpart)
         condition &= ofCounterpart(*selection.counterpart);
+    if (selection.counterparts)
+        condition &= ofCounterparts(*selection.counterparts);
     condition &= ofDays(selection.days);
     return condition;
 }

@@ -48,6 +48,7 @@ struct Selection
 {
     std::vector<SlipKind> kinds;
     std::optional<CounterpartKey> counterpart{}; // none: everybody's; an empty key: slips without counterpart
+    std::optional<std::vector<qint64>> counterparts{}; // of these alone; none: of whomever else it takes
     Days days{};
     LinesOf lines = LinesOf::All;
     std::optional<Goods> goods{};

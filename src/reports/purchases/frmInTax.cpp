@@ -221,7 +221,7 @@ bool frmInTax::mayEnter(const book::NewSlip &slip)
         m_ui->DTPicker3->setFocus();
         return false;
     }
-    return !present->hasTaxLine ||
+    return !present->isTaxBooked ||
            ui::prompts::askCautiously(this,
                                       u"この期間の消費税はすでに計上されています。さらに入力しますか。"_s);
 }

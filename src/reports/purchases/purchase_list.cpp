@@ -6,6 +6,7 @@
 #include "book/tax.h"
 #include "book/taxes_by_rate.h"
 #include "db/transaction.h"
+#include "reports/period_check.h"
 
 #include <map>
 #include <set>
@@ -28,13 +29,6 @@ double difference(double one, double other)
 
 double sumOf(double one, double other) { return difference(one, -other); }
 
-base::Status checkPeriod(const book::Period &period)
-{
-    if (period.to < period.from)
-        return base::Error{u"期間の終わりが始まりより前になっています。日付を入力し直してください。"_s};
-    return {};
-}
-
 // Adds the sums of one supplier up.
 class Account
 {
@@ -49,12 +43,13 @@ public:
             m_previous.add(part.inBalance());
     }
 
-    [[nodiscard]] bool hasTaxLine() const { return m_hasTaxLine; }
+    // Tax lines that take each other back book nothing.
+    [[nodiscard]] bool isTaxBooked() const { return !m_tax.isZero(); }
 
     [[nodiscard]] PurchaseSums sums(bool taxedOnBill) const
     {
         PurchaseSums sums{m_previous.value(), m_purchases.value(), m_tax.value(), m_payments.value()};
-        if (taxedOnBill && !m_hasTaxLine)
+        if (taxedOnBill && !isTaxBooked())
             sums.unbooked = taxOfPurchases();
         return sums;
     }
@@ -64,8 +59,9 @@ private:
     {
         m_purchases.add(part.amount);
         m_tax.add(part.tax);
-        m_byRate[{part.taxClass.value_or(book::GoodsTax::Standard), part.taxRate}].add(part.amount);
-        m_hasTaxLine = m_hasTaxLine || part.taxLines > 0;
+        base::ExactSum goods = part.amount;
+        goods.add(part.tax.times(-1));
+        m_byRate[{part.taxClass.value_or(book::GoodsTax::Standard), part.taxRate}].add(goods);
     }
 
     // At the rates that the slips were saved with: a past month comes to the same after the panel's rate was
@@ -89,7 +85,6 @@ private:
     base::ExactSum m_tax;
     base::ExactSum m_payments;
     std::map<std::pair<book::GoodsTax, std::optional<double>>, base::ExactSum> m_byRate;
-    bool m_hasTaxLine = false;
 };
 
 using Accounts = std::map<book::CounterpartKey, Account>;
@@ -132,7 +127,7 @@ SupplierPurchases purchasesOfUnknown(book::CounterpartKey supplier)
 
 void enter(SupplierPurchases &purchases, const Account &account, bool taxedOnBill)
 {
-    purchases.hasTaxLine = account.hasTaxLine();
+    purchases.isTaxBooked = account.isTaxBooked();
     purchases.sums = account.sums(taxedOnBill);
 }
 

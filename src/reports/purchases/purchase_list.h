@@ -18,9 +18,9 @@ struct PurchaseSums
     double purchases = 0; // tax included
     double tax = 0;       // what tax lines make of that
     double payments = 0;
-    /// Tax of a supplier who adds it to the bill, where no tax line of the period holds it yet: that on the
-    /// purchases of each rate the slips were saved with, truncated to whole yen. Nothing where it cannot be
-    /// computed from what the slips hold.
+    /// Tax of a supplier who adds it to the bill, while the tax lines of the period come to nothing: that on
+    /// the purchases of each rate the slips were saved with, truncated to whole yen. Nothing where it cannot
+    /// be computed from what the slips hold.
     std::optional<double> unbooked = 0.0;
 
     [[nodiscard]] double balance() const;
@@ -39,7 +39,7 @@ struct SupplierPurchases
     QString code;
     QString name1; // of an unknown one what it is called by
     QString name2;
-    bool hasTaxLine = false; // in the period
+    bool isTaxBooked = false; // in the period: its tax lines come to something
     PurchaseSums sums;
     /// Of purchases on days on which the supplier was not registered; nothing where there are none. Told in
     /// the list of all suppliers alone.
