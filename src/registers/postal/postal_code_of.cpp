@@ -2,6 +2,7 @@
 
 #include "registers/postal/postal_folding.h"
 #include "registers/postal/postal_search.h"
+#include "registers/postal/postal_wards.h"
 #include "registers/postal/prefectures.h"
 
 #include <QRegularExpression>
@@ -68,26 +69,30 @@ bool liesElsewhere(const PostalData &data, const PostalSearch &found)
     });
 }
 
-// \a text without a ward that its city does not have: wards are divided anew, and neither an old nor a new
-// one is in every list. It reads as a town otherwise (中央 in 浜松市中央区).
-QString withoutUnknownWard(const PostalData &data, const QString &text)
+// A ward as an address has it, and what the list says of it.
+struct WrittenWard
+{
+    QString city; // empty: none is written
+    QString ward; // with its city
+    bool isKnown = false;
+    bool isOfWards = false; // its city has others
+};
+
+WrittenWard wardIn(const PostalData &data, const QString &text)
 {
     static const QRegularExpression wards(u"(?=([^都道府県郡市区]+市)([^都道府県郡市区町村]{1,4}区))"_s);
-    const std::vector<PostalGroup> &groups = postalGroups(data).groups();
     const QRegularExpressionMatch match = wards.match(text);
     if (!match.hasMatch())
-        return text;
-    const QString city = match.captured(1);
-    const QString ward = city + match.captured(2);
-    bool hasWards = false;
-    for (const PostalGroup &group : groups) {
-        if (group.name.endsWith(ward) || group.shortName.endsWith(ward))
-            return text;
-        const qsizetype at = group.name.indexOf(city);
-        hasWards =
-            hasWards || (at >= 0 && at + city.size() < group.name.size() && group.name.endsWith(u'区'));
+        return {};
+    WrittenWard written{match.captured(1), match.captured(1) + match.captured(2)};
+    for (const PostalGroup &group : postalGroups(data).groups()) {
+        written.isKnown =
+            written.isKnown || group.name.endsWith(written.ward) || group.shortName.endsWith(written.ward);
+        const qsizetype at = group.name.indexOf(written.city);
+        written.isOfWards = written.isOfWards || (at >= 0 && at + written.city.size() < group.name.size() &&
+                                                  group.name.endsWith(u'区'));
     }
-    return hasWards ? QString(text).replace(ward, city) : text;
+    return written;
 }
 
 struct Found
@@ -133,9 +138,23 @@ QString postalSearchText(const QString &typed)
     return at < 0 ? typed : typed.first(at) + typed.sliced(at + oaza.size());
 }
 
+// Wards are divided anew, and neither an old nor a new one is in every list. One that is in none reads as a
+// town otherwise (中央 in 浜松市中央区) and is left out.
+QString inWardsOfTheList(const PostalData &data, const QString &text)
+{
+    const QString compact = withoutBlanks(text);
+    const WrittenWard written = wardIn(data, compact);
+    if (written.city.isEmpty() || written.isKnown)
+        return text;
+    const QString today = withWardOfToday(compact);
+    if (today != compact && wardIn(data, today).isKnown)
+        return today;
+    return written.isOfWards ? QString(compact).replace(written.ward, written.city) : text;
+}
+
 QString postalCodeOf(const PostalData &data, const QString &address)
 {
-    const QString text = withoutUnknownWard(data, postalSearchText(address));
+    const QString text = inWardsOfTheList(data, postalSearchText(address));
     const Found written = foundAsWritten(data, text);
     if (written.isTown)
         return written.code;

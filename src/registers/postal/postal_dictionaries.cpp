@@ -1,5 +1,6 @@
 #include "registers/postal/postal_dictionaries.h"
 
+#include "registers/postal/postal_wards.h"
 #include "text/euc_jp.h"
 
 #include <QDir>
@@ -94,6 +95,14 @@ qsizetype cityEnd(QStringView address, qsizetype prefecture, const QSet<QStringV
     return 0;
 }
 
+void addInWardOfToday(PostalSource &source, PostalArea area)
+{
+    if (area.town.isEmpty() && isDividedWard(area.city))
+        return;
+    area.city = withWardOfToday(area.city + area.town).chopped(area.town.size());
+    source.areas.push_back(std::move(area));
+}
+
 } // namespace
 
 PostalSource areasOfDictionary(const QString &text)
@@ -114,9 +123,9 @@ PostalSource areasOfDictionary(const QString &text)
             source.refused.add(u"市区町村が分からない"_s, line);
             return;
         }
-        const QStringView city = address.first(end).sliced(prefecture.size());
-        source.areas.push_back(
-            {code.toString(), prefecture.toString(), city.toString(), cleanedTown(address.sliced(end))});
+        addInWardOfToday(source, {code.toString(), prefecture.toString(),
+                                  address.first(end).sliced(prefecture.size()).toString(),
+                                  cleanedTown(address.sliced(end))});
     });
     return source;
 }
@@ -131,8 +140,8 @@ PostalSource officesOfDictionary(const QString &text)
             source.refused.add(u"「事業所名 @ 住所」の形ではない"_s, line);
             return;
         }
-        source.offices.push_back(
-            {code.toString(), words.first(at).toString(), words.sliced(at + separator.size()).toString()});
+        source.offices.push_back({code.toString(), words.first(at).toString(),
+                                  withWardOfToday(words.sliced(at + separator.size()).toString())});
     });
     return source;
 }

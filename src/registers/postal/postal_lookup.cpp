@@ -86,11 +86,12 @@ base::Result<PostalFinds> searchAreas(const PostalData &data, const QString &tex
                                       const base::Progress &progress)
 {
     PostalSearch search(data, progress);
-    if (const base::Status searched = search.run(text); !searched)
+    const QString known = inWardsOfTheList(data, text);
+    if (const base::Status searched = search.run(known); !searched)
         return searched.error();
     if (search.finds.stopped || !search.finds.lines.isEmpty())
         return search.finds;
-    return searchEntries(postalFile(data, u"ZipCode1.txt"_s), text, progress);
+    return searchEntries(postalFile(data, u"ZipCode1.txt"_s), known, progress);
 }
 
 base::Result<PostalFinds> searchOffices(const PostalData &data, const QString &text,

@@ -54,6 +54,9 @@ QString postalFile(const PostalData &data, const QString &name);
 /// The groups of \a data; none where none were loaded.
 const PostalIndex &postalGroups(const PostalData &data);
 
+/// \a text with the ward that the list has for the one that is written, or without any.
+QString inWardsOfTheList(const PostalData &data, const QString &text);
+
 /// \a text without blanks of either width.
 QString withoutBlanks(QStringView text);
 

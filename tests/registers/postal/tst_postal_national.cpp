@@ -57,6 +57,7 @@ private slots:
     void hardOnes_data();
     void hardOnes();
     void areasOfACode();
+    void wardsInTheWindow();
     void everyAddressFitsOnTwoLines();
 
 private:
@@ -155,6 +156,15 @@ void TestPostalNational::hardOnes_data()
     row(u"静岡県浜松市中央区板屋町100", u"430-0928");
     row(u"浜松市中央区鍛冶町1-1", u"430-0933");
     row(u"浜松市浜名区細江町気賀1", u"431-1305");
+    row(u"静岡県浜松市中央区上島１－２－３", u"433-8122");
+    row(u"浜松市中区上島1-2-3", u"433-8122");
+    row(u"静岡県 浜松市 浜北区 上島", u"434-0011");
+    row(u"浜松市浜名区上島5", u"434-0011");
+    row(u"浜松市北区三方原町100", u"433-8105");
+    row(u"浜松市中央区三方原町100", u"433-8105");
+    row(u"静岡県浜松市北区引佐町金指", u"431-2213");
+    row(u"静岡県浜松市中央区鍛治町", u"432-0000");
+    row(u"北海道　札幌市　中央区　北1条西2", u"060-0001");
     // Cities whose names hold others, or that towns hold
     row(u"滋賀県草津市草津1", u"525-0034");
     row(u"草津市草津1", u"525-0034");
@@ -212,6 +222,23 @@ void TestPostalNational::areasOfACode()
     QVERIFY(addresses);
     QCOMPARE(*addresses, QStringList{u"茨城県龍ケ崎市"_s});
     QCOMPARE(*addressesOf(m_data, u"227-0062"_s), QStringList{u"神奈川県横浜市青葉区青葉台"_s});
+    QCOMPARE(*addressesOf(m_data, u"433-8122"_s), QStringList{u"静岡県浜松市中央区上島"_s});
+    QCOMPARE(*addressesOf(m_data, u"432-0000"_s),
+             (QStringList{u"静岡県浜松市中央区"_s, u"静岡県浜松市天竜区"_s}));
+}
+
+// What the window lists.
+void TestPostalNational::wardsInTheWindow()
+{
+    for (const QString &typed :
+         {u"静岡県浜松市中央区上島１－２－３"_s, u"浜松市中央区上島"_s, u"浜松市中区上島"_s}) {
+        const auto finds = searchAreas(m_data, typed, base::unwatched);
+        QVERIFY(finds);
+        QCOMPARE(finds->code, u"433-8122"_s);
+        QVERIFY2(std::ranges::all_of(finds->lines,
+                                     [](const QString &line) { return line.contains(u"浜松市中央区"); }),
+                 qUtf8Printable(finds->lines.join(u'\n')));
+    }
 }
 
 // Of 22 characters each; the wide ones are divided behind the city, but for towers with long names.
