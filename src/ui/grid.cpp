@@ -61,7 +61,7 @@ Grid::Grid(QWidget *parent)
 void Grid::setUp(const workspace::Workspace &workspace, const QString &name)
 {
     m_name = name;
-    m_widths = workspace.settings.layout(name + u"/columns"_s);
+    m_widths = keptWidths(workspace);
     if (m_choosesColumns)
         m_leftOut = workspace.settings.layout(name + u"/hidden"_s).split(u' ', Qt::SkipEmptyParts);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + spacingOf(workspace.panel.gridSpacing));
@@ -77,6 +77,7 @@ void Grid::saveLayout(workspace::Workspace &workspace) const
     if (m_name.isEmpty() || !model() || model()->columnCount() == 0)
         return;
     workspace.settings.writeLayout(m_name + u"/columns"_s, currentWidths());
+    workspace.settings.writeLayout(m_name + u"/digit"_s, QString::number(digitWidth()));
     if (m_choosesColumns)
         workspace.settings.writeLayout(m_name + u"/hidden"_s, m_leftOut.join(u' '));
 }

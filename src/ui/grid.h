@@ -112,6 +112,8 @@ private:
     void takeRoomBack();
     void takeGivenWayBack();
     [[nodiscard]] QString currentWidths() const;
+    [[nodiscard]] QString keptWidths(const workspace::Workspace &workspace) const;
+    [[nodiscard]] int digitWidth() const; // pixels
 
     QString m_name;
     QList<int> m_given; // the columns' own widths while they share the room of a wide display

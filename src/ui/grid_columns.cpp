@@ -1,5 +1,7 @@
 #include "db/recordset.h"
 #include "ui/grid.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
@@ -20,6 +22,22 @@ QString Grid::currentWidths() const
     const QList<int> given = givenWidths();
     for (const int width : given)
         widths << QString::number(width);
+    return widths.join(u' ');
+}
+
+int Grid::digitWidth() const { return fontMetrics().horizontalAdvance(u'0'); }
+
+// What was wide enough for a smaller type is not for a larger one.
+QString Grid::keptWidths(const workspace::Workspace &workspace) const
+{
+    const QString kept = workspace.settings.layout(m_name + u"/columns"_s);
+    const int before = workspace.settings.layout(m_name + u"/digit"_s).toInt();
+    const int now = digitWidth();
+    if (before < 2 || before > 100 || before == now)
+        return kept;
+    QStringList widths = kept.split(u' ', Qt::SkipEmptyParts);
+    for (QString &width : widths)
+        width = QString::number(width.toLongLong() % 10000 * now / before);
     return widths.join(u' ');
 }
 
@@ -144,7 +162,7 @@ void Grid::showColumns()
         if (column < 0 || m_leftOut.contains(shown.column))
             continue;
         setColumnHidden(column, false);
-        setColumnWidth(column, (shown.characters + 2) * fontMetrics().horizontalAdvance(u'0'));
+        setColumnWidth(column, (shown.characters + 2) * digitWidth());
         horizontalHeader()->moveSection(horizontalHeader()->visualIndex(column), place++);
     }
 }

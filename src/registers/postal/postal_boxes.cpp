@@ -37,6 +37,9 @@ PostalBoxes::PostalBoxes(workspace::Workspace &workspace, const Controls &contro
     , m_remark(controls.remark)
     , m_zipWatch(new ui::LeaveWatch(controls.zip))
 {
+    // The remark beside it takes the room that is left, not that of the code.
+    m_zip->setMinimumWidth(m_zip->fontMetrics().horizontalAdvance(u"999-99999"_s) + 12);
+    m_remark->setMinimumWidth(m_remark->fontMetrics().horizontalAdvance(m_remark->text()) + 4);
     connect(m_zipWatch, &ui::LeaveWatch::left, this, &PostalBoxes::zipLeft);
     connect(m_zip, &QLineEdit::textChanged, m_remark, &QWidget::hide);
     connect(m_remark, &QAbstractButton::clicked, this, &PostalBoxes::searchInWindow);

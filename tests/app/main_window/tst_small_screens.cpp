@@ -87,6 +87,8 @@ private slots:
     void nothingIsOutOfReach_data();
     void nothingIsOutOfReach();
     void customersNeedNoScrolling();
+    void generalCodeNeedsNoMoreRoom();
+    void datesAreWhole();
     void cursorComesIntoSight();
     void wideTablesShareTheRoom();
     void aSizeOfASmallDisplayDoesNotStick();
@@ -154,6 +156,63 @@ void TestSmallScreens::customersNeedNoScrolling()
         const int least = screen->minimumSizeHint().width();
         screen->show();
         QVERIFY2(!screen->findChild<QScrollArea *>(u"pageView"_s), qPrintable(QString::number(least)));
+    }
+    ui::prompts::takeUnexpected();
+}
+
+// The remark beside a city's own code takes the room that is left, not that of the code.
+void TestSmallScreens::generalCodeNeedsNoMoreRoom()
+{
+    for (const int points : {10, 11, 14}) {
+        QFont type = QApplication::font();
+        type.setPointSize(points);
+        QApplication::setFont(type);
+        FreshShop shop;
+        shop.workspace.panel.textSize = points;
+        registers::frmNouhin customers(shop.workspace);
+        registers::frmSiire suppliers(shop.workspace);
+        for (ui::Screen *screen : std::initializer_list<ui::Screen *>{&customers, &suppliers}) {
+            screen->show();
+            QTest::qWait(0);
+            const int width = screen->minimumSizeHint().width();
+            auto *remark = screen->findChild<QPushButton *>(u"cmdZipSearch"_s);
+            auto *code = screen->findChild<QLineEdit *>(u"txtZip"_s);
+            const int whole = code->fontMetrics().horizontalAdvance(u"999-9999"_s) + 10;
+            remark->show();
+            QTest::qWait(0);
+            QVERIFY2(screen->minimumSizeHint().width() <= std::max(width, 1024),
+                     qPrintable(u"%1: %2 points: %3, %4"_s.arg(screen->objectName())
+                                    .arg(points)
+                                    .arg(width)
+                                    .arg(screen->minimumSizeHint().width())));
+            QVERIFY2(code->width() >= whole, qPrintable(u"%1 of %2"_s.arg(code->width()).arg(whole)));
+            QVERIFY2(remark->width() >= remark->fontMetrics().horizontalAdvance(remark->text()),
+                     qPrintable(u"%1 points: %2"_s.arg(points).arg(remark->width())));
+        }
+    }
+    ui::prompts::takeUnexpected();
+}
+
+// Also where the widths were kept while the type was smaller.
+void TestSmallScreens::datesAreWhole()
+{
+    FreshShop shop;
+    for (const int points : {10, 11, 14}) {
+        shop.workspace.panel.textSize = points;
+        slips::frmOutAmd screen(shop.workspace);
+        screen.show();
+        QTest::qWait(0);
+        const auto *slips = screen.findChild<ui::Grid *>(u"DataGrid1"_s);
+        QVERIFY(slips);
+        for (int column = 0; column < slips->model()->columnCount(); ++column) {
+            if (slips->model()->headerData(column, Qt::Horizontal) != u"日付"_s)
+                continue;
+            const int whole = slips->fontMetrics().horizontalAdvance(u"2026/11/22"_s) + 8;
+            QVERIFY2(
+                slips->columnWidth(column) >= whole,
+                qPrintable(u"%1 points: %2 of %3"_s.arg(points).arg(slips->columnWidth(column)).arg(whole)));
+        }
+        screen.reject();
     }
     ui::prompts::takeUnexpected();
 }
