@@ -323,7 +323,11 @@ void DialogFormLayout::printTrial()
 {
     takeTyped();
     Document trial = m_document;
-    trial.sheets = specimenSheets(form().shifts);
+    std::vector<Sheet> sheets = specimenSheets(form().shifts);
+    if (form().lay)
+        std::ranges::for_each(sheets, form().lay);
+    trial.purpose = form().purpose;
+    trial.sheets = std::move(sheets);
     trial.calibrationGrid = true;
     showPreview(workspace(), this, std::move(trial));
 }

@@ -5,6 +5,7 @@
 #include "printing/renderer.h"
 #include "ui/screen.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -29,6 +30,8 @@ struct AdjustableForm
     const FormItems *items = nullptr;
     QStringList otherCase{};         // items that never stand beside the rest
     QHash<QString, double> shifts{}; // as the printer dialogs move it in use, millimetres
+    Purpose purpose = Purpose::DeliveryNotesAndBills;
+    std::function<void(Sheet &)> lay{}; // declares its paper as in use; empty: as the layout does
 };
 
 /// 「用紙の調整」: where each element of a form stands, over a grid of millimetres, and boxes that move it.

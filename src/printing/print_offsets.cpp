@@ -23,7 +23,6 @@ constexpr double slipTwipsWide = 6486;  // 114.4 mm
 
 constexpr double transferLong = 184; // millimetres; the form itself is 180, the rest lies right
 constexpr double transferShort = 114;
-constexpr int transferBegin = 2; // units down
 
 constexpr double mostSteps = 10'000; // what a box can hold in earnest
 
@@ -125,7 +124,7 @@ std::optional<QSizeF> slipPaper(bool declared)
 
 QPoint transferFormOffset(const workspace::Settings &settings)
 {
-    return {stepsOf(settings, transferRight), stepsOf(settings, transferDown) + transferBegin};
+    return {stepsOf(settings, transferRight), stepsOf(settings, transferDown)};
 }
 
 void setTransferFormPaper(Sheet &sheet, const workspace::Settings &settings)

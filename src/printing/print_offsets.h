@@ -42,8 +42,8 @@ extern const OffsetRule letterRight;    // letterOffsetX, of postcards and envel
 extern const OffsetRule letterDown;     // letterOffsetY, millimetres
 extern const OffsetRule giftRight;      // stOffsetAppX, of the gift list by sender, millimetres
 extern const OffsetRule giftDown;       // stOffsetAppY, millimetres
-extern const OffsetRule transferRight;  // OderOffsetX, of postal transfer forms, units of their layout
-extern const OffsetRule transferDown;   // OderOffsetY, units of their layout
+extern const OffsetRule transferRight;  // OderOffsetX, of postal transfer forms, millimetres
+extern const OffsetRule transferDown;   // OderOffsetY, millimetres
 
 /// What \a text counts as: whole steps, none where it is no number, and not below the lowest.
 int offsetFrom(const QString &text, const OffsetRule &rule);
@@ -85,7 +85,9 @@ QPoint physicalOffsetTwips(const QMarginsF &unprintable);
 /// is to be taken. \a declared: what the box "用紙サイズの通知" says.
 std::optional<QSizeF> slipPaper(bool declared);
 
-/// How far postal transfer forms are moved, whole units of their layout. The form begins two units down.
+/// How far postal transfer forms are moved, whole millimetres, from where their layout has them. The two
+/// millimetres by which the forms have always begun further down are in the layout, whose measures so are
+/// those of the paper.
 QPoint transferFormOffset(const workspace::Settings &settings);
 
 /// Declares the paper of a postal transfer form on \a sheet, upright or turned as the settings say.

@@ -153,10 +153,10 @@ private slots:
         QCOMPARE(QSizeF(sheet.paperWidth, sheet.paperHeight), QSizeF(114, 184));
         QCOMPARE(QSizeF(sheet.readWidth(), sheet.readHeight()), QSizeF(184, 114));
 
-        QCOMPARE(transferFormOffset(shop.settings), QPoint(0, 2));
+        QCOMPARE(transferFormOffset(shop.settings), QPoint(0, 0));
         shop.settings.write(keys::oderOffsetX, -9);
         shop.settings.write(keys::oderOffsetY, -9);
-        QCOMPARE(transferFormOffset(shop.settings), QPoint(-2, -6));
+        QCOMPARE(transferFormOffset(shop.settings), QPoint(-2, -8));
     }
 };
 

@@ -297,7 +297,11 @@ void FirstDay::enterSlips()
                     m_walker.picture(screen, u"sales-slip-lines"_s);
                 choosePaper(screen, i);
                 printNote(screen, i);
-                m_walker.on(screen).press(u"cmdNext"_s);
+                m_walker.on(screen).the<QCheckBox>(u"Check3"_s).setChecked(i == 0);
+                if (i == 0)
+                    collectByTransfer(screen);
+                else
+                    m_walker.on(screen).press(u"cmdNext"_s);
             }
             // The first customer again: the earlier lines are listed.
             m_walker.on(screen).the<QLineEdit>(u"txtKey1"_s).setText(str(all.first().customerKey));
@@ -350,6 +354,32 @@ void FirstDay::printNote(QDialog &screen, int number)
     m_walker.check(QFileInfo(fileName).size() > 1000, u"the note is not there as PDF"_s);
     if (number < 4 || number == 9)
         m_walker.pages(fileName, u"delivery-note-%1"_s.arg(number + 1));
+}
+
+// The first note's customer pays at the post office.
+void FirstDay::collectByTransfer(QDialog &slip)
+{
+    const QString fileName = m_folder.filePath(u"transfer-form.pdf"_s);
+    m_walker.visit(
+        u"transfer form"_s, [&] { m_walker.on(slip).press(u"cmdNext"_s); },
+        [&](QDialog &screen) {
+            m_walker.picture(screen, u"transfer-form-first-time"_s);
+            m_walker.on(screen).enter(u"Text1"_s, u"００９９０-4-313097"_s);
+            m_walker.on(screen).enter(u"Text2"_s, u"有限会社信州りんご園"_s);
+            m_walker.on(screen).enter(u"Text3"_s, u"いつもご利用いただき、ありがとうございます。"_s);
+            m_walker.on(screen).enter(u"Text4"_s, u"お支払いは一週間以内にお願いいたします。"_s);
+            m_walker.picture(screen, u"transfer-form"_s);
+            m_walker.visit(
+                u"transfer form preview"_s, [&] { m_walker.on(screen).press(u"Command2"_s); },
+                [&](QDialog &preview) {
+                    ui::file_dialogs::expectFile(fileName);
+                    m_walker.on(preview).press(u"cmdPdf"_s);
+                });
+            m_walker.visit(
+                u"transfer form calibration"_s, [&] { m_walker.on(screen).press(u"Command4"_s); },
+                [&](QDialog &preview) { m_walker.picture(preview, u"transfer-form-calibration"_s); });
+        });
+    m_walker.pages(fileName, u"transfer-form"_s);
 }
 
 // Compaction, the list of backups, and the file built anew.

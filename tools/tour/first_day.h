@@ -36,6 +36,7 @@ private:
     void enterLines(QDialog &screen, const struct Slip &slip);
     void choosePaper(QDialog &screen, int number);
     void printNote(QDialog &screen, int number);
+    void collectByTransfer(QDialog &slip);
     void chooseCustomers();
     void tidyCustomers();
     void lookAfterFile();

@@ -8,6 +8,7 @@
 #include "workspace/workspace.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
@@ -90,6 +91,7 @@ private:
                     enter(screen, line);
                 m_walker.picture(screen, name);
                 print(screen, name);
+                m_walker.on(screen).the<QCheckBox>(u"Check3"_s).setChecked(false);
                 m_walker.on(screen).press(u"cmdNext"_s);
             });
     }

@@ -1,8 +1,13 @@
 #include "slips/entry/frmOut.h"
 
+#include "book/slip_store.h"
 #include "slips/documents/delivery_note_print.h"
+#include "slips/documents/transfer_form_print.h"
 #include "slips/entry/new_counterpart.h"
 #include "ui_frmOut.h"
+#include "workspace/workspace.h"
+
+#include <utility>
 
 namespace slips
 {
@@ -17,8 +22,7 @@ frmOut::frmOut(workspace::Workspace &workspace, QWidget *parent)
     controls.entry.amount = m_ui->Text5;
     setUpGoods(controls);
     setCounterpartEditor([&workspace](QWidget *window) { return enterNewCustomer(workspace, window); });
-    // The transfer form is not printed yet.
-    m_ui->Check3->setEnabled(false);
+    m_ui->Check3->setChecked(workspace.panel.transferFormAfterDelivery);
 }
 
 frmOut::~frmOut() = default;
@@ -31,6 +35,30 @@ bool frmOut::showPaper()
                               .closed = false,
                               .designatedForm = m_ui->Check2->isChecked(),
                               .memo = m_ui->txtMemo->text()});
+}
+
+void frmOut::beginLines()
+{
+    GoodsSlipScreen::beginLines();
+    m_ui->Check3->setChecked(workspace().panel.transferFormAfterDelivery);
+}
+
+base::Result<QString> frmOut::closeSlip()
+{
+    auto closed = GoodsSlipScreen::closeSlip();
+    m_isClosed = bool(closed);
+    return closed;
+}
+
+// Of a slip that is left open nobody knows yet what is to be paid.
+void frmOut::slipEnds()
+{
+    GoodsSlipScreen::slipEnds();
+    if (!std::exchange(m_isClosed, false) || !m_ui->Check3->isChecked())
+        return;
+    const auto sums = book::slipSums(workspace().connection, header().id); // with the tax lines, if any
+    if (tell(sums.status()))
+        printTransferForm(workspace(), this, {header().counterpart, sums->total});
 }
 
 } // namespace slips

@@ -12,7 +12,8 @@ class frmOut;
 namespace slips
 {
 
-/// 納品書発行: enters sales slips and prints them as delivery notes.
+/// 納品書発行: enters sales slips and prints them as delivery notes, and a postal transfer form after each
+/// one where it is ticked.
 class frmOut : public GoodsSlipScreen
 {
     Q_OBJECT
@@ -23,9 +24,13 @@ public:
 
 protected:
     bool showPaper() override;
+    void beginLines() override;
+    base::Result<QString> closeSlip() override;
+    void slipEnds() override;
 
 private:
     std::unique_ptr<Ui::frmOut> m_ui;
+    bool m_isClosed = false; // the slip that ends
 };
 
 } // namespace slips
