@@ -1,5 +1,6 @@
 #include "printing/DialogPrintJobs.h"
 
+#include "printing/queue/job_watch.h"
 #include "printing/queue/queue_words.h"
 #include "ui/prompts.h"
 #include "ui_DialogPrintJobs.h"
@@ -65,6 +66,8 @@ void DialogPrintJobs::read()
     });
     base::Report report{.columns = jobColumns()};
     for (const PrintJob &job : m_jobs) {
+        if (job.state == JobState::Cancelled)
+            (void)passOn(job); // at the next look once more
         const QString trouble = troubleInWords(job.printer);
         const bool isToday = job.taken.date() == workspace().today();
         report.rows.push_back({{job.taken.toString(isToday ? u"HH:mm"_s : u"MM/dd"_s), job.title, job.queue,
@@ -101,8 +104,20 @@ void DialogPrintJobs::cancel()
     if (!ui::prompts::askCautiously(this, u"「%1」の印刷を取り消します。よろしいですか。"_s.arg(job.title),
                                     u"プリンタに届いている分は、そのまま出ることがあります。"_s))
         return;
-    tell(printSystem(workspace()).cancel(job));
+    if (tell(printSystem(workspace()).cancel(job)))
+        tell(passOn(job));
     read();
+}
+
+base::Status DialogPrintJobs::passOn(const PrintJob &job)
+{
+    const auto watch = workspace().kept<JobWatch>();
+    if (!watch || m_passedOn.contains(job.number))
+        return {};
+    const base::Status done = watch->cancelled(job);
+    if (done)
+        m_passedOn.insert(job.number);
+    return done;
 }
 
 } // namespace printing

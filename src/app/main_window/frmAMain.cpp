@@ -7,6 +7,7 @@
 #include "app/main_window/slips_to_look_at.h"
 #include "book/slip_counts.h"
 #include "registers/last_counterparts.h"
+#include "slips/issued/withdrawn_prints.h"
 #include "ui/prompts.h"
 #include "ui/screen.h"
 #include "ui/wheel_guard.h"
@@ -65,6 +66,7 @@ frmAMain::frmAMain(workspace::Workspace &workspace, Openers openers, QWidget *pa
     , m_session(workspace, *this)
 {
     m_ui->setupUi(this);
+    slips::watchPrintJobs(workspace);
     workspace.panel.desktopSurplus = desktopSurplus();
     m_ui->centralWidget->setStyleSheet(mainWindowStyle());
     m_commands = new CommandPanel(

@@ -4,6 +4,7 @@
 #include "db/transaction.h"
 #include "printing/pdf_mark.h"
 #include "slips/issued/document_files.h"
+#include "slips/issued/withdrawn_prints.h"
 #include "text/dates.h"
 #include "workspace/document_places.h"
 #include "workspace/workspace.h"
@@ -119,9 +120,11 @@ base::Status noteReissue(db::Connection &connection, qint64 key, const QDateTime
         const QString mark = QString::fromUtf16(reissueMark);
         const auto noted = connection.execute(
             u"INSERT INTO 発行控 (発行ID, 種類, 番号, 日付, 伝票種別, 相手先ID, 相手先名, 税込金額, "
-            "発行日時, 社員名, ハッシュ) SELECT ?, replace(種類, ?, '') || ?, 番号, 日付, 伝票種別, "
+            "発行日時, 社員名, ハッシュ) SELECT ?, replace(replace(種類, ?, ''), ?, '') || ?, 番号, 日付, "
+            "伝票種別, "
             "相手先ID, 相手先名, 税込金額, ?, ?, ハッシュ FROM 発行控 WHERE 発行ID = ?"_s,
-            {*next, mark, mark, now.toString(u"yyyy-MM-dd HH:mm:ss"_s), employee, key});
+            {*next, mark, QString::fromUtf16(withdrawnMark), mark, now.toString(u"yyyy-MM-dd HH:mm:ss"_s),
+             employee, key});
         if (noted && *noted != 1)
             return base::Error{.text = u"控えが見つからないため、再発行を記録できませんでした。"_s,
                                .gone = true};

@@ -2,6 +2,7 @@
 
 #include "db/condition.h"
 #include "slips/issued/issued_documents.h"
+#include "slips/issued/withdrawn_prints.h"
 #include "text/dates.h"
 #include "text/like.h"
 
@@ -67,7 +68,9 @@ db::Query findingIssued(const IssuedQuery &query)
     condition &= inRange(hasDates ? u"税込金額 + 0"_s : u"税込金額"_s, bound(query.least), bound(query.most),
                          amountsTurned);
     if (!query.kind.isEmpty())
-        condition &= {u"種類 IN (?, ?)"_s, {query.kind, query.kind + QString::fromUtf16(reissueMark)}};
+        condition &= {u"種類 IN (?, ?, ?)"_s,
+                      {query.kind, query.kind + QString::fromUtf16(reissueMark),
+                       query.kind + QString::fromUtf16(withdrawnMark)}};
     if (!query.number.trimmed().isEmpty())
         condition &= {u"番号 LIKE ? ESCAPE '\\'"_s, {text::literalPattern(query.number.trimmed()) + u'%'}};
     if (!query.counterpart.trimmed().isEmpty())

@@ -4,6 +4,7 @@
 #include "printing/pdf_mark.h"
 #include "slips/issued/document_files.h"
 #include "slips/issued/issued_documents.h"
+#include "slips/issued/withdrawn_prints.h"
 #include "support/fresh_shop.h"
 #include "support/ordinary_user.h"
 #include "workspace/document_places.h"
@@ -116,6 +117,34 @@ private slots:
         }
         QTEST(office.chain().join(u' '), "rows");
         QTEST(int(office.files().size()), "files");
+    }
+
+    // A job that never came out: the row nearest to it is followed by one that says so, once.
+    void whatWasTakenBackAtThePrinterIsNotedInARowOfItsOwn()
+    {
+        Office office;
+        QVERIFY(office.keep(note(), "%PDF one"));
+        const QDateTime first = office.shop.now;
+        office.shop.now = first.addSecs(600);
+        QVERIFY(office.keep(note(), "%PDF one"));
+        QVERIFY(office.keep(note(u"O12"_s), "%PDF other"));
+        const auto takenBack = [&](const QString &title, const QDateTime &taken) {
+            QVERIFY(noteWithdrawn(office.shop.connection, title, taken, first.addSecs(900), u"鈴木"_s));
+        };
+        for (const QString &title : {u"納品書 O1　山田商店"_s, u"納品書 O1"_s, u"納品書"_s, u"残高一覧 O1"_s,
+                                     u"納品書 O99"_s, u"請求書 O1"_s})
+            takenBack(title, first.addSecs(2));
+        takenBack(u"納品書（再発行） O1　山田商店（再発行）"_s, first.addSecs(601));
+        QCOMPARE(office.chain().join(u' '), u"1|納品書|- 2|納品書（再発行）|- 3|納品書|- "
+                                            "4|納品書（印刷取消）|1 5|納品書（印刷取消）|2"_s);
+        QCOMPARE(
+            office.shop.rows(u"SELECT 番号, 日付, 相手先ID, 相手先名, 税込金額, 発行日時, 社員名, ハッシュ = "
+                             "(SELECT ハッシュ FROM 発行控 WHERE 発行ID = 1) FROM 発行控 WHERE 発行ID = 4"_s),
+            QStringList{u"O1|2026-04-01|1|山田商店|1100|2026-04-01 10:15:00|鈴木|1"_s});
+        // The copy goes on: what is printed again is the same document, and what has changed corrects it.
+        QVERIFY(office.keep(note(), "%PDF one"));
+        QVERIFY(noteReissue(office.shop.connection, 4, office.shop.now, u"鈴木"_s));
+        QVERIFY(office.chain().join(u' ').endsWith(u"6|納品書（再発行）|- 7|納品書（再発行）|-"_s));
     }
 
     // Printed on another printer, or after its position was adjusted, it says what it said.
