@@ -61,8 +61,10 @@ DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &docume
 
 DialogPrint::~DialogPrint() = default;
 
-void DialogPrint::keepTogether()
+void DialogPrint::keepTogether(const QString &what)
 {
+    if (!what.isEmpty())
+        m_ui->lblPages->setText(what);
     m_ui->optAll->setChecked(true);
     for (QWidget *control : std::initializer_list<QWidget *>{m_ui->optRange, m_ui->spnFirst, m_ui->spnLast})
         control->setEnabled(false);

@@ -35,8 +35,9 @@ public:
                 QWidget *parent = nullptr);
     ~DialogPrint() override;
 
-    /// From now on all pages are printed: they are one PDF, which is not taken apart.
-    void keepTogether();
+    /// From now on all pages are printed: they are one PDF, which is not taken apart, or \a what, several
+    /// documents of which the first is shown.
+    void keepTogether(const QString &what = {});
 
     /// What the clerk chose; nothing unless the dialog was accepted.
     [[nodiscard]] const std::optional<PrintChoice> &choice() const { return m_choice; }

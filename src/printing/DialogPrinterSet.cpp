@@ -71,6 +71,8 @@ void DialogPrinterSet::connectAll()
     connect(letter, &QShortcut::activated, m_ui->Combo2, qOverload<>(&QWidget::setFocus));
 }
 
+void DialogPrinterSet::setBillSheet(CalibrationSheet sheet) { m_billSheet = std::move(sheet); }
+
 void DialogPrinterSet::setAdjuster(std::function<void(QWidget *)> adjust)
 {
     m_adjust = std::move(adjust);
@@ -152,10 +154,24 @@ void DialogPrinterSet::showProperties()
     m_ui->Label4->setText(isShown ? QString() : u"表示できません。"_s);
 }
 
+const CalibrationSheet *DialogPrinterSet::chosenSheet()
+{
+    if (!m_billSheet)
+        return &m_sheet;
+    const auto way =
+        ui::prompts::askWhichWay(this, u"どちらの用紙の位置を合わせますか。"_s, {u"納品書"_s, u"請求書"_s});
+    if (!way)
+        return nullptr;
+    return *way == 0 ? &m_sheet : &m_billSheet;
+}
+
 // As it is entered, not as it is stored: a shopkeeper prints, measures and moves until it fits.
 void DialogPrinterSet::print()
 {
-    auto document = m_sheet(entered());
+    const CalibrationSheet *sheet = chosenSheet();
+    if (!sheet)
+        return;
+    auto document = (*sheet)(entered());
     if (!tell(document.status()))
         return;
     document->printer = m_ui->Combo2->currentText();

@@ -31,6 +31,9 @@ public:
     DialogPrinterSet(workspace::Workspace &workspace, CalibrationSheet sheet, QWidget *parent = nullptr);
     ~DialogPrinterSet() override;
 
+    /// The same sheet for bills: 「印刷」 asks then which of the two is meant.
+    void setBillSheet(CalibrationSheet sheet);
+
     /// What 「用紙の調整」 opens over this dialog; without it there is no such button.
     void setAdjuster(std::function<void(QWidget *)> adjust);
 
@@ -47,6 +50,8 @@ private:
     void chooseFont();
     void showProperties();
     void print();
+    /// The sheet that is to be printed; nothing where the clerk thought better of it.
+    [[nodiscard]] const CalibrationSheet *chosenSheet();
     void store();
     /// \return false when the clerk rather looks at them once more, or they could not be stored
     bool storeSettings();
@@ -59,6 +64,7 @@ private:
 
     const std::unique_ptr<Ui::DialogPrinterSet> m_ui;
     const CalibrationSheet m_sheet;
+    CalibrationSheet m_billSheet;
     std::function<void(QWidget *)> m_adjust;
     OffsetBox *m_bill;
     OffsetBox *m_note;

@@ -1,5 +1,6 @@
 #include "printing/renderer.h"
 
+#include "printing/lead_lines.h"
 #include "printing/text_painter.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -143,6 +144,23 @@ void drawContent(QPainter &painter, const Document &document, const Sheet &sheet
     }
 }
 
+// Where the sheet's own positions are counted from, twips. A form that is printed line by line is drawn as
+// for the printers that it is designed for where no printer tells what it cannot reach.
+QPointF originOf(const Sheet &sheet, const QMarginsF &unprintable)
+{
+    switch (sheet.origin) {
+    case Origin::PrintableArea:
+        return {twipsFromMillimetres(unprintable.left()), twipsFromMillimetres(unprintable.top())};
+    case Origin::LeadLines:
+        if (unprintable != usualUnprintableMargins())
+            return {0, twipsFromMillimetres(leadShift(unprintable.top()))};
+        break;
+    case Origin::PaperEdge:
+        break;
+    }
+    return {};
+}
+
 void drawOn(QPainter &painter, const Document &document, const Sheet &sheet, const Look &look,
             const QMarginsF &unprintable, TextPainter &texts)
 {
@@ -151,8 +169,7 @@ void drawOn(QPainter &painter, const Document &document, const Sheet &sheet, con
                            QPainter::SmoothPixmapTransform);
     painter.scale(painter.device()->logicalDpiX() / twipsPerInch,
                   painter.device()->logicalDpiY() / twipsPerInch);
-    if (sheet.origin == Origin::PrintableArea)
-        painter.translate(twipsFromMillimetres(unprintable.left()), twipsFromMillimetres(unprintable.top()));
+    painter.translate(originOf(sheet, unprintable));
     drawContent(painter, document, sheet, look, texts);
     painter.restore();
 }

@@ -77,6 +77,7 @@ struct RichTextSlot
 enum class Origin {
     PrintableArea, // its top-left corner, which the printer's make decides: pre-printed forms
     PaperEdge,     // the paper's own corner: plain paper comes out alike on every printer
+    LeadLines,     // it too, as far as leadShift() does not move the sheet down: forms printed line by line
 };
 
 struct Sheet

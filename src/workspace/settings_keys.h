@@ -32,6 +32,8 @@ inline constexpr SettingKey taxRate{"Settings", "TaxRate", u"5"};
 inline constexpr SettingKey taxTable{"Settings", "TaxTable", u"0"};
 /// Whether the qualified invoice of customers whose prices include the tax is the bill, and not the note.
 inline constexpr SettingKey includedOnBill{"Settings", "IncludedOnBill", u"0"};
+/// What the shop says below the statement of each bill.
+inline constexpr SettingKey billMessage{"Settings", "BillMessage", u""};
 /// The check boxes of the settings panel; the first is automatic slip numbering.
 inline constexpr SettingKey check[8] = {
     {"Settings", "Check1", u"1"}, {"Settings", "Check2", u"1"}, {"Settings", "Check3", u"0"},

@@ -2,6 +2,7 @@
 
 #include "app/main_window/frmAMain.h"
 #include "support/fake_printers.h"
+#include "ui/prompts.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
@@ -52,7 +53,11 @@ void setPrintersUp(Walker &walker, workspace::Workspace &workspace, app::frmAMai
             walker.on(screen).enter(u"Text3"_s, u"-1"_s);
             walker.picture(screen, u"printer-of-notes"_s);
             walker.visit(
-                u"calibration sheet"_s, [&] { walker.on(screen).press(u"Command49"_s); },
+                u"calibration sheet"_s,
+                [&] {
+                    ui::prompts::expectAskWhichWay(u"どちらの用紙の位置を合わせますか。"_s, u"納品書"_s);
+                    walker.on(screen).press(u"Command49"_s);
+                },
                 [&](QDialog &preview) {
                     walker.picture(preview, u"calibration-sheet"_s);
                     walker.visit(

@@ -18,6 +18,7 @@
 #include "registers/lists/frmNouhinSub.h"
 #include "registers/postal/ZipCodeConv.h"
 #include "registers/postal/postal_boxes.h"
+#include "reports/bills/bill_print.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
@@ -71,7 +72,10 @@ void openOwnCompany(QWidget *parent, workspace::Workspace &workspace)
 // The form that notes are printed on comes first.
 void openFormLayouts(QWidget *parent, workspace::Workspace &workspace)
 {
-    printing::DialogFormLayout shown(workspace, slips::adjustableForms(workspace.settings),
+    std::vector<printing::AdjustableForm> forms = slips::adjustableForms(workspace.settings);
+    for (printing::AdjustableForm &bill : reports::adjustableBills(workspace.settings))
+        forms.push_back(std::move(bill));
+    printing::DialogFormLayout shown(workspace, std::move(forms),
                                      slips::deliveryNoteLayout(workspace.panel.deliveryPaper, false), parent);
     shown.exec();
 }
@@ -82,6 +86,9 @@ void openNotePrinter(QWidget *parent, workspace::Workspace &workspace)
         workspace,
         [&workspace](const printing::NoteSteps &steps) { return slips::calibrationSheet(workspace, steps); },
         parent);
+    shown.setBillSheet([&workspace](const printing::NoteSteps &steps) {
+        return reports::billCalibration(workspace, steps);
+    });
     shown.setAdjuster([&workspace](QWidget *over) { openFormLayouts(over, workspace); });
     shown.exec();
 }

@@ -27,8 +27,9 @@ inline constexpr Words<Align, 3> alignWords{
 inline constexpr Words<FormFit, 3> fitWords{
     {{u"squeeze", FormFit::Squeeze}, {u"shrink", FormFit::Shrink}, {u"wrap", FormFit::Wrap}}};
 
-inline constexpr Words<Origin, 2> originWords{
-    {{u"paper", Origin::PaperEdge}, {u"printable", Origin::PrintableArea}}};
+inline constexpr Words<Origin, 3> originWords{{{u"paper", Origin::PaperEdge},
+                                               {u"printable", Origin::PrintableArea},
+                                               {u"lead_lines", Origin::LeadLines}}};
 
 /// \a words as FormFields::choice takes them.
 template <class Value, std::size_t Count>

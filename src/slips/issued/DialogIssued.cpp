@@ -63,7 +63,7 @@ DialogIssued::DialogIssued(workspace::Workspace &workspace, QWidget *parent)
     m_ui->DTPicker1->setDate({today.year() - 1, 1, 1});
     m_ui->DTPicker2->setDate({today.year(), 12, 31});
     m_ui->cmbKind->addItem(u"すべて"_s, QString());
-    for (const char16_t *kind : {deliveryNoteKind, estimateKind})
+    for (const char16_t *kind : {deliveryNoteKind, estimateKind, billKind})
         m_ui->cmbKind->addItem(QString::fromUtf16(kind), QString::fromUtf16(kind));
     setUpGrid();
     connectControls();

@@ -22,8 +22,8 @@ namespace slips
 /// What a document is.
 struct IssuedDocument
 {
-    QString kind;   // 納品書, 見積書
-    QString number; // of its slip
+    QString kind;   // 納品書, 見積書, 請求書
+    QString number; // of its slip; of a bill its own
     QDate date;
     book::SlipKind slipKind;
     book::CounterpartKey counterpart;
@@ -33,6 +33,7 @@ struct IssuedDocument
 
 inline constexpr const char16_t *deliveryNoteKind = u"納品書";
 inline constexpr const char16_t *estimateKind = u"見積書";
+inline constexpr const char16_t *billKind = u"請求書";
 
 /// The paper of \a slip, which is of \a slipKind.
 IssuedDocument describedDocument(const QString &kind, const book::SlipKind &slipKind, const book::Slip &slip,

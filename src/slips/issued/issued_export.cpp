@@ -5,6 +5,7 @@
 #include "base/replacement.h"
 #include "slips/issued/document_check.h"
 #include "tables/report_file.h"
+#include "text/file_name.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,35 +20,6 @@ namespace
 {
 
 constexpr qsizetype longestName = 180; // bytes in UTF-8; file systems take 255, and a number may follow
-
-QString safe(const QString &text)
-{
-    static const QString forbidden = u"\\/:*?\"<>|_"_s;
-    QString name;
-    for (const char32_t c : text.toUcs4()) {
-        const bool isForbidden = c < 0x80 && forbidden.contains(QChar(char16_t(c)));
-        if (isForbidden || !QChar::isPrint(c))
-            name += u'-';
-        else
-            name += QString::fromUcs4(&c, 1);
-    }
-    return name.trimmed();
-}
-
-// Whole characters alone.
-QString cut(const QString &name)
-{
-    QString shortened;
-    qsizetype bytes = 0;
-    for (const char32_t c : name.toUcs4()) {
-        const QString next = QString::fromUcs4(&c, 1);
-        bytes += next.toUtf8().size();
-        if (bytes > longestName)
-            break;
-        shortened += next;
-    }
-    return shortened;
-}
 
 // Windows drops blanks and points at the end of a name, and knows no capitals.
 QString unusedName(const QString &wanted, QSet<QString> &used)
@@ -144,8 +116,8 @@ QString exportName(const IssuedRow &row)
 {
     QStringList parts;
     for (const QString &part : {row.date, row.kind, row.number, row.counterpartName})
-        parts << safe(part);
-    QString name = cut(parts.join(u'_'));
+        parts << text::fileNamePart(part);
+    QString name = text::cutToBytes(parts.join(u'_'), longestName);
     while (name.endsWith(u' ') || name.endsWith(u'.'))
         name.chop(1);
     return name + u".pdf"_s;
