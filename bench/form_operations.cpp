@@ -1,5 +1,6 @@
 #include "form_operations.h"
 
+#include "bare_pages.h"
 #include "measuring.h"
 
 #include "printing/forms/form_files.h"
@@ -8,14 +9,11 @@
 #include "printing/renderer.h"
 #include "slips/documents/delivery_note.h"
 
-#include <QPainter>
-#include <QPdfWriter>
 #include <QTemporaryDir>
 
 #include <malloc.h>
 
 #include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +25,7 @@ namespace
 
 constexpr int notes = 1000;
 constexpr int linesOfANote = 8;
-const QString face = u"IPAMincho"_s;
+const QString face = QString::fromUtf16(bareFace);
 
 slips::DeliveryNoteData noteOf(int number)
 {
@@ -62,60 +60,6 @@ printing::Document documentOf(int count)
                        }};
     return document;
 }
-
-/// A text as a program that draws nothing else would hold it: its font is made, its baseline known.
-struct BareText
-{
-    QPointF at;
-    const QFont *font;
-    QString text;
-};
-
-/// The same texts at the same places, drawn with nothing but QPainter and QPdfWriter.
-class BareNotes
-{
-public:
-    explicit BareNotes(const printing::Document &document)
-    {
-        for (const printing::Sheet &sheet : document.sheets) {
-            std::vector<BareText> &page = m_pages.emplace_back();
-            for (const printing::TextItem &item : sheet.texts)
-                page.push_back({{item.x, item.y + 0.88 * item.points * printing::twipsPerPoint},
-                                fontOf(item),
-                                item.text});
-        }
-    }
-
-    void write(const QString &fileName) const
-    {
-        QPdfWriter writer(fileName);
-        writer.setResolution(1440);
-        writer.setPageSize(QPageSize(QPageSize::A4));
-        writer.setPageMargins(QMarginsF());
-        QPainter painter(&writer);
-        for (std::size_t page = 0; page < m_pages.size(); ++page) {
-            if (page > 0)
-                writer.newPage();
-            for (const BareText &text : m_pages[page]) {
-                painter.setFont(*text.font);
-                painter.drawText(text.at, text.text);
-            }
-        }
-    }
-
-private:
-    const QFont *fontOf(const printing::TextItem &item)
-    {
-        const int pixels = static_cast<int>(std::lround(item.points * printing::twipsPerPoint));
-        QFont font(face);
-        font.setPixelSize(pixels);
-        font.setBold(item.bold);
-        return &m_fonts.try_emplace({pixels, item.bold}, font).first->second;
-    }
-
-    std::map<std::pair<int, bool>, QFont> m_fonts;
-    std::vector<std::vector<BareText>> m_pages;
-};
 
 /// Bytes that the program has asked for and not given back.
 std::size_t bytesInUse()
@@ -178,7 +122,7 @@ void registerMemory(std::vector<Row> &rows)
 void registerFormOperations(std::vector<Row> &rows)
 {
     auto folder = std::make_shared<QTemporaryDir>();
-    auto bare = std::make_shared<BareNotes>(documentOf(notes));
+    auto bare = std::make_shared<BarePages>(documentOf(notes));
     rows.push_back({"delivery notes through the form engine to one PDF", "1,000 notes", 1.5});
     add(rows.size() - 1, "ours", [folder] {
         return secondsOf([&] {

@@ -1,6 +1,7 @@
 // Measures what a clerk waits for against the least that SQLite needs for it, and prints one table.
 // run [--folder DIR] [options of Google Benchmark]; the shops are made in DIR on the first run.
 #include "conversion_operations.h"
+#include "day_report_operations.h"
 #include "file_operations.h"
 #include "form_operations.h"
 #include "migration_operations.h"
@@ -45,6 +46,7 @@ int main(int argc, char *argv[])
     bench::registerMigration(shops, rows);
     bench::registerPostalOperations(QDir(folder), rows);
     bench::registerFormOperations(rows);
+    bench::registerDayReports(rows);
     bench::TableReporter reporter(std::move(rows));
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::ClearRegisteredBenchmarks(); // they hold screens, which go before the application

@@ -1,6 +1,6 @@
 #include "printing/list_sheet.h"
 
-#include "printing/sheet_writer.h"
+#include "printing/cell_text.h"
 #include "printing/text_fit.h"
 #include "text/format_value.h"
 
@@ -26,16 +26,10 @@ constexpr double tableTop = 25.5;
 constexpr double footHeight = 15;
 constexpr double rowHeight = 7.4; // of the headings too
 constexpr double padding = 1;
-constexpr double slack = 0.6; // of a row over its lines
 constexpr double thin = 0.15;
 constexpr double thick = 0.4;
 
 constexpr double titlePoints = 15;
-constexpr double points = 9;
-constexpr double smallPoints = 7.5; // below it, text is rather broken into lines
-constexpr double leastPoints = 7;   // nobody reads smaller type at a counter: the row grows
-constexpr qsizetype mostLines = 12;
-constexpr double leading = 1.1;
 
 constexpr int ruleGrey = 150;
 constexpr int headingGrey = 236;
@@ -45,14 +39,6 @@ Align alignOf(const base::Column &column)
     if (column.centred)
         return Align::Centre;
     return base::isNumber(column.format) ? Align::Right : Align::Left;
-}
-
-// A telephone number, a postal code, a day.
-bool isFigure(const QString &line)
-{
-    return std::any_of(line.begin(), line.end(), [](QChar c) { return c.isDigit(); }) &&
-           std::all_of(line.begin(), line.end(),
-                       [](QChar c) { return c.isDigit() || u"-()+/.,: "_s.contains(c); });
 }
 
 class ListLayout
@@ -108,20 +94,10 @@ private:
         for (std::size_t line = 0; line < m_heights.size(); ++line) {
             for (std::size_t column = 0; column < m_report.columns.size(); ++column) {
                 if (alignOf(m_report.columns[column]) != Align::Right)
-                    m_heights[line] =
-                        std::max(m_heights[line], heightFor(textAt(line, column), roomOf(column)));
+                    m_heights[line] = std::max(m_heights[line],
+                                               cellHeight(textAt(line, column), roomOf(column), rowHeight));
             }
         }
-    }
-
-    static double heightFor(const QString &text, double room)
-    {
-        const QString line = singleLine(text);
-        if (isFigure(line) || (!text.contains(u'\n') && fittingPoints(line, room, points) >= smallPoints))
-            return rowHeight;
-        const qsizetype lines =
-            std::min(linesInBlock(text, room, leastPoints, Breaks::BesideFigures), mostLines);
-        return static_cast<double>(lines) * millimetresFromPoints(leastPoints) * leading + slack + 0.01;
     }
 
     // The first line of each page, and the end of the last one.
@@ -166,10 +142,10 @@ private:
         const QString title = singleLine(m_report.title);
         writer.text(middle, titleTop, title, fittingPoints(title, right() - margin, titlePoints),
                     Align::Centre);
-        writer.text(margin, remarkTop, m_report.remark, points);
-        writer.text(right(), remarkTop, m_date, points, Align::Right);
-        writer.text(middle, m_height - footHeight + 4, u"%1 / %2"_s.arg(page + 1).arg(pageCount()), points,
-                    Align::Centre);
+        writer.text(margin, remarkTop, m_report.remark, cellPoints);
+        writer.text(right(), remarkTop, m_date, cellPoints, Align::Right);
+        writer.text(middle, m_height - footHeight + 4, u"%1 / %2"_s.arg(page + 1).arg(pageCount()),
+                    cellPoints, Align::Centre);
     }
 
     void writeTable(SheetWriter &writer, std::size_t first, std::size_t end) const
@@ -210,36 +186,9 @@ private:
     void writeCell(SheetWriter &writer, const QString &text, std::size_t column, Band row, Align align,
                    bool bold) const
     {
-        if (text.isEmpty())
-            return;
-        const double left = m_edges[column] + padding;
-        const double right = m_edges[column + 1] - padding;
-        const FittedText cell = setText(text, right - left, row.height - slack, align);
-        const double anchor = align == Align::Left    ? left
-                              : align == Align::Right ? right
-                                                      : (left + right) / 2;
-        const double step = millimetresFromPoints(cell.points) * leading;
-        const double block =
-            static_cast<double>(cell.lines.size() - 1) * step + millimetresFromPoints(cell.points);
-        double top = row.top + (row.height - block) / 2;
-        for (const QString &line : cell.lines) {
-            writer.text(anchor, top, line, cell.points, align, right - left, bold);
-            top += step;
-        }
-    }
-
-    static FittedText setText(const QString &text, double room, double height, Align align)
-    {
-        const QString line = singleLine(text);
-        if (align == Align::Right)
-            return {{line}, fittingPoints(line, room, points)};
-        if (isFigure(line)) // set narrower, if need be
-            return {{line}, std::max(leastPoints, fittingPoints(line, room, points))};
-        const bool broken = text.contains(u'\n');
-        const double fitting = broken ? 0 : fittingPoints(line, room, points);
-        if (fitting >= smallPoints)
-            return {{line}, fitting};
-        return fitBlock(text, room, height, broken ? points : smallPoints, leading, Breaks::BesideFigures);
+        printing::writeCell(writer, text,
+                            {m_edges[column] + padding, m_edges[column + 1] - padding, row.top, row.height},
+                            align, bold);
     }
 
     const base::Report m_report;

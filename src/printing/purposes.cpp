@@ -26,6 +26,7 @@ constexpr std::array<PurposeRow, purposeCount> purposes{{
     {workspace::keys::oderPrinterName, workspace::keys::oderPrinterFont, u"郵便振替用紙"},
     {workspace::keys::fuPrinterName, workspace::keys::fuPrinterFont, u"宛名（はがき・封筒）"},
     {workspace::keys::hagakiPrinterName, workspace::keys::hagakiPrinterFont, u"一括宛名印刷"},
+    {workspace::keys::nippoPrinterName, workspace::keys::nippoPrinterFont, u"日報"},
 }};
 
 const PurposeRow &rowOf(Purpose purpose) { return purposes.at(static_cast<std::size_t>(purpose)); }

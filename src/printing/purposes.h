@@ -17,9 +17,10 @@ enum class Purpose {
     TransferForms,
     Addresses,
     AddressRange, // over a chosen range of the customers
+    DailyReports,
 };
 
-inline constexpr int purposeCount = 7;
+inline constexpr int purposeCount = 8;
 
 const workspace::SettingKey &printerKey(Purpose purpose);
 

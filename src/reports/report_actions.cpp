@@ -2,6 +2,8 @@
 
 #include "printing/frmPreview.h"
 #include "printing/list_sheet.h"
+#include "reports/ledgers/ledger_report.h"
+#include "slips/correction/correction_screens.h"
 #include "tables/report_file.h"
 #include "text/dates.h"
 #include "ui/table_export.h"
@@ -28,6 +30,15 @@ void exportReport(QWidget *parent, const base::Report &report)
                          return tables::writeReport(fileName, report, progress);
                      },
                      report.documentName});
+}
+
+bool openSlipOf(workspace::Workspace &workspace, QWidget *parent, const QVariant &link)
+{
+    if (link.metaType() != QMetaType::fromType<SlipTarget>())
+        return false;
+    const auto target = link.value<SlipTarget>();
+    slips::openCorrection(workspace, parent, target.kind, target.slip);
+    return true;
 }
 
 } // namespace reports

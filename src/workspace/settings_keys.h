@@ -72,6 +72,9 @@ inline constexpr SettingKey hagakiPrinterFont{"Printer", "HagakiPrinterFont", u"
 /// Rosters.
 inline constexpr SettingKey meiboPrinterName{"Printer", "MeiboPrinterName", u""};
 inline constexpr SettingKey meiboPrinterFont{"Printer", "MeiboPrinterFont", u"ＭＳ 明朝"};
+/// Daily reports.
+inline constexpr SettingKey nippoPrinterName{"Printer", "NippoPrinterName", u""};
+inline constexpr SettingKey nippoPrinterFont{"Printer", "NippoPrinterFont", u"ＭＳ 明朝"};
 /// Gift lists.
 inline constexpr SettingKey motoPrinterName{"Printer", "MotoPrinterName", u""};
 inline constexpr SettingKey motoFont{"Printer", "MotoFont", u"ＭＳ 明朝"};
@@ -135,7 +138,7 @@ inline constexpr SettingKey estimateDelivery{"Settings", "EstimateDelivery", u"1
 inline constexpr SettingKey estimateDeliveryDays{"Settings", "EstimateDeliveryDays", u"14"};
 inline constexpr SettingKey estimatePayment{"Settings", "EstimatePayment", u""};
 inline constexpr SettingKey estimatePlace{"Settings", "EstimatePlace", u""};
-/// Daily report dialog.
+/// Daily reports: printed upright or lying.
 inline constexpr SettingKey checkCOption1{"Settings", "CheckCOption1", u""};
 inline constexpr SettingKey checkCOption2{"Settings", "CheckCOption2", u""};
 /// Gift-list print dialog and paper of the gift lists.

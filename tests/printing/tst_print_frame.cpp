@@ -23,6 +23,8 @@ private slots:
         QTest::newRow("notes") << Purpose::DeliveryNotesAndBills << u"PrinterName"_s << u"PrinterFont"_s;
         QTest::newRow("slips") << Purpose::ShippingSlips << u"KuroPrinterName"_s << u"KuroPrinterFont"_s;
         QTest::newRow("gifts") << Purpose::GiftSheets << u"MotoPrinterName"_s << u"MotoFont"_s;
+        QTest::newRow("daily reports")
+            << Purpose::DailyReports << u"NippoPrinterName"_s << u"NippoPrinterFont"_s;
         QTest::newRow("rosters") << Purpose::Rosters << u"MeiboPrinterName"_s << u"MeiboPrinterFont"_s;
         QTest::newRow("transfers") << Purpose::TransferForms << u"OderPrinterName"_s << u"OderPrinterFont"_s;
         QTest::newRow("addresses") << Purpose::Addresses << u"FuPrinterName"_s << u"FuPrinterFont"_s;

@@ -107,6 +107,8 @@ const std::vector<Key> &keys()
         {"OderPrinterFont", Others, "cmdFont4", faceOf(TransferForms)},
         {"MotoPrinterName", Others, "cboPrinter5", printerOf(GiftSheets)},
         {"MotoFont", Others, "cmdFont5", faceOf(GiftSheets)},
+        {"NippoPrinterName", Others, "", printerOf(DailyReports)}, // Picture4 of the daily reports
+        {"NippoPrinterFont", Others, "", faceOf(DailyReports)},    // and Command7
         {"letterOffsetX", Others, "txtLetterX", moved<letterOffsetTwips>},
         {"letterOffsetY", Others, "txtLetterY", moved<letterOffsetTwips>},
         {"stOffsetAppX", Others, "txtGiftX", moved<giftListOffsetTwips>},

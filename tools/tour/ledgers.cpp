@@ -76,13 +76,10 @@ void lookIntoLedgers(Walker &walker, QWidget &window, const QDir &folder)
     });
     walker.visit(u"issued documents"_s, choose(u"mnuIssued"_s),
                  [&](QDialog &screen) { lookAtIssued(walker, screen); });
-    const std::pair<QString, QString> others[] = {{u"mnuReportInZandaka"_s, u"payable-balances"_s},
-                                                  {u"mnuReportTana"_s, u"stocktakes"_s}};
-    for (const auto &[item, name] : others)
-        walker.visit(name, choose(item), [&, &name = name](QDialog &screen) {
-            QApplication::processEvents();
-            walker.picture(screen, name);
-        });
+    walker.visit(u"payable-balances"_s, choose(u"mnuReportInZandaka"_s), [&](QDialog &screen) {
+        QApplication::processEvents();
+        walker.picture(screen, u"payable-balances"_s);
+    });
 }
 
 } // namespace tour

@@ -181,11 +181,16 @@ Commands reportCommands()
         {Action::None, u"mnuKimatsu", u"繰越伝票", u"mnuTool"},
         {Action::ReceivableCarried, u"mnuUrikakeKurikoshi", u"売掛金　繰越伝票(&O)", u"mnuKimatsu", needsEmployeeHere},
         {Action::ReceivableCorrection, u"mnuUrikakeAMD", u"売掛金　繰越伝票訂正(S)", u"mnuKimatsu", needsSlips(book::receivableCarried)},
+        {Action::ReceivableCarriedReport, u"mnuUrikakeReport", u"売掛金　繰越日報(&D)", u"mnuKimatsu", none,
+         {{u"cmdReceivableCarried", u"売掛金繰越日報", Page::Sales, u"日報・元帳", u"売掛金の繰越伝票を、日ごとに一覧にします"}}},
         {Action::PayableCarried, u"mnuKaikakeKurikoshi", u"買掛金　繰越伝票(&I)", u"mnuKimatsu", needsEmployeeHere},
         {Action::PayableCorrection, u"mnuKaikakeAMD", u"買掛金　繰越伝票訂正(&B)", u"mnuKimatsu", needsSlips(book::payableCarried)},
+        {Action::PayableCarriedReport, u"mnuKaikakeReport", u"買掛金　繰越日報(&R)", u"mnuKimatsu", none,
+         {{u"cmdPayableCarried", u"買掛金繰越日報", Page::Purchases, u"日報・元帳", u"買掛金の繰越伝票を、日ごとに一覧にします"}}},
         {Action::Stocktake, u"mnuPreTana", u"棚卸伝票入力(&T)", u"mnuTool", needsEmployeeHere},
         {Action::StocktakeCorrection, u"mnuTanaAmd", u"棚卸伝票訂正(&D)", u"mnuTool", needsSlips(book::stocktake)},
-        {Action::StocktakeReport, u"mnuReportTana", u"棚卸日報(&R)", u"mnuTool"},
+        {Action::StocktakeReport, u"mnuReportTana", u"棚卸日報(&R)", u"mnuTool", none,
+         {{u"cmdStocktakes", u"棚卸日報", Page::Purchases, u"日報・元帳", u"棚卸伝票を、日ごとに一覧にします"}}},
         {Action::StocktakeLedger, u"mnuTanaMoto", u"棚卸補助元帳(&M)", u"mnuTool"},
     };
 }

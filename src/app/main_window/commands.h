@@ -73,6 +73,8 @@ enum class Action {
     ReceiptReport,
     PurchaseReport,
     PaymentReport,
+    ReceivableCarriedReport,
+    PayableCarriedReport,
     IssuedDocuments,
     // shipping and addresses
     MailOrderSlip,

@@ -19,6 +19,7 @@
 #include "registers/postal/ZipCodeConv.h"
 #include "registers/postal/postal_boxes.h"
 #include "reports/bills/bill_print.h"
+#include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
@@ -53,6 +54,12 @@ Opener screen()
         QGuiApplication::restoreOverrideCursor();
         shown.exec();
     };
+}
+
+template <reports::DayReportKind kind>
+Opener dayReport()
+{
+    return screen<reports::DayReportOf<kind>>();
 }
 
 // The registers' postal codes serve the own company, too.
@@ -161,7 +168,13 @@ Openers screenOpeners()
         {Action::ReceivableBalances, screen<reports::frmOutZandaka>()},
         {Action::PayableLedger, screen<reports::frmInMoto>()},
         {Action::PayableBalances, screen<reports::frmInZandaka>()},
-        {Action::StocktakeReport, screen<reports::frmTanaReport>()},
+        {Action::SalesReport, dayReport<reports::DayReportKind::Sales>()},
+        {Action::ReceiptReport, dayReport<reports::DayReportKind::Receipts>()},
+        {Action::PurchaseReport, dayReport<reports::DayReportKind::Purchases>()},
+        {Action::PaymentReport, dayReport<reports::DayReportKind::Payments>()},
+        {Action::StocktakeReport, dayReport<reports::DayReportKind::Stocktakes>()},
+        {Action::ReceivableCarriedReport, dayReport<reports::DayReportKind::ReceivableCarried>()},
+        {Action::PayableCarriedReport, dayReport<reports::DayReportKind::PayableCarried>()},
         {Action::StocktakeLedger, screen<reports::frmTanaMoto>()},
         {Action::SalesCorrection, correction(book::sale)},
         {Action::ReceiptCorrection, correction(book::receipt)},

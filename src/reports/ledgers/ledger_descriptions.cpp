@@ -39,8 +39,6 @@ LedgerDescription descriptionOf(LedgerView view)
                 .sorts = true,
                 .hasStart = false,
                 .opens = opensLedger};
-    case LedgerView::Stocktakes:
-        return {.view = view, .screen = u"frmTanaReport", .title = u"棚卸日報", .opens = correctsSlip};
     case LedgerView::Stock:
         return {.view = view,
                 .screen = u"frmTanaMoto",

@@ -140,34 +140,6 @@ base::Report balanceReport(const std::vector<CounterpartBalance> &balances, book
     return report;
 }
 
-base::Report stocktakeReport(const StocktakeReport &stocktakes, const book::Period &period)
-{
-    base::Report report = headed(u"棚卸日報"_s, shownPeriod(period));
-    report.columns = {{u"日付"_s, Format::Date, 11, 20},
-                      {u"伝票番号"_s, Format::Text, 11, 22},
-                      {u"仕入先名"_s, Format::Text, 26, 44},
-                      {u"商品名"_s, Format::Text, 26, 44, true},
-                      {u"規格"_s, Format::Text, 16, 30},
-                      {u"数量"_s, Format::Quantity, 10, 18},
-                      {u"単位"_s, Format::Text, 6, 14},
-                      {u"単価"_s, Format::Quantity, 10, 20},
-                      summed({u"棚卸金額"_s, Format::Amount, 13, 26})};
-    for (const StocktakeLine &line : stocktakes.lines)
-        report.rows.push_back(
-            {{line.date, line.number, line.supplier, line.product, line.specification,
-              numberOrNothing(line.quantity), line.unit, numberOrNothing(line.price), line.amount},
-             QVariant::fromValue(SlipTarget{line.slip, book::stocktake})});
-    if (stocktakes.undatedLines > 0) {
-        const QString remark = u"日付のない棚卸 %1 行（合計に含みません）"_s.arg(stocktakes.undatedLines);
-        const QVariant none;
-        report.rows.push_back({{none, none, none, remark, none, none, none, none, none},
-                               QVariant::fromValue(SlipTarget{stocktakes.firstUndated, book::stocktake})});
-    }
-    addTotals(report, u"合計"_s);
-    report.sums = {{u"棚卸金額合計"_s, report.totals.last().toDouble()}};
-    return report;
-}
-
 base::Report stockReport(const StockLedger &stock, const QDate &day, bool onlyInStock)
 {
     base::Report report = headed(u"棚卸補助元帳"_s, text::formatDate(day) + u" 現在"_s);

@@ -42,9 +42,6 @@ base::Report ledgerReport(const Ledger &ledger, book::Party party, const QString
 base::Report balanceReport(const std::vector<CounterpartBalance> &balances, book::Party party,
                            const QDate &day, bool onlyOpen);
 
-/// A last row tells how many lines have no date, and leads to the first of them.
-base::Report stocktakeReport(const StocktakeReport &stocktakes, const book::Period &period);
-
 /// \a onlyInStock: without goods of which nothing is left.
 base::Report stockReport(const StockLedger &stock, const QDate &day, bool onlyInStock);
 

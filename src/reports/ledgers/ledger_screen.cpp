@@ -2,7 +2,6 @@
 
 #include "registers/last_counterparts.h"
 #include "reports/report_actions.h"
-#include "slips/correction/correction_screens.h"
 #include "slips/entry/slip_screen.h"
 #include "text/format_value.h"
 #include "ui/messages.h"
@@ -307,13 +306,11 @@ void LedgerScreen::enableOpening() { m_ui->Command4->setEnabled(m_ui->MSFlexGrid
 void LedgerScreen::openRow()
 {
     const QVariant link = m_ui->MSFlexGrid1->currentLink();
-    if (const auto *slip = targetIn<SlipTarget>(link))
-        slips::openCorrection(workspace(), this, slip->kind, slip->slip);
-    else if (const auto *ledger = targetIn<LedgerTarget>(link))
+    if (const auto *ledger = targetIn<LedgerTarget>(link))
         openLedgerOf(*ledger);
     else if (const auto *goods = targetIn<GoodsTarget>(link))
         openLedgerOf(*goods);
-    else
+    else if (!openSlipOf(workspace(), this, link))
         return;
     refresh();
 }

@@ -101,7 +101,6 @@ using frmOutMoto = LedgerScreenOf<LedgerView::Receivable>;
 using frmInMoto = LedgerScreenOf<LedgerView::Payable>;
 using frmOutZandaka = LedgerScreenOf<LedgerView::ReceivableBalances>;
 using frmInZandaka = LedgerScreenOf<LedgerView::PayableBalances>;
-using frmTanaReport = LedgerScreenOf<LedgerView::Stocktakes>;
 using frmTanaMoto = LedgerScreenOf<LedgerView::Stock>;
 
 } // namespace reports

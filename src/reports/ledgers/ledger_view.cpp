@@ -31,12 +31,6 @@ base::Result<base::Report> balancesOf(db::Connection &connection, book::Party pa
     return balanceReport(*balances, party, query.period.to, query.leavesOutZeros);
 }
 
-base::Result<base::Report> stocktakesOf(db::Connection &connection, const LedgerQuery &query)
-{
-    const auto report = readStocktakes(connection, query.period);
-    return report ? base::Result<base::Report>(stocktakeReport(*report, query.period)) : report.error();
-}
-
 base::Result<base::Report> stockOf(db::Connection &connection, const LedgerQuery &query,
                                    const base::Progress &progress)
 {
@@ -65,8 +59,6 @@ std::vector<base::Column> columnsOf(LedgerView view)
         return balanceReport({}, book::Party::Customer, {}, false).columns;
     case LedgerView::PayableBalances:
         return balanceReport({}, book::Party::Supplier, {}, false).columns;
-    case LedgerView::Stocktakes:
-        return stocktakeReport({}, {}).columns;
     case LedgerView::Stock:
         return stockReport({}, {}, false).columns;
     case LedgerView::Goods:
@@ -89,8 +81,6 @@ base::Result<base::Report> readView(db::Connection &connection, LedgerView view,
         return balancesOf(connection, book::Party::Customer, query, progress);
     case LedgerView::PayableBalances:
         return balancesOf(connection, book::Party::Supplier, query, progress);
-    case LedgerView::Stocktakes:
-        return stocktakesOf(connection, query);
     case LedgerView::Stock:
         return stockOf(connection, query, progress);
     case LedgerView::Goods:

@@ -11,9 +11,8 @@ enum class LedgerView {
     Payable,            // of one supplier
     ReceivableBalances, // of all customers
     PayableBalances,
-    Stocktakes, // the slips of a period
-    Stock,      // what there is of each product
-    Goods,      // what happened to the stock of one
+    Stock, // what there is of each product
+    Goods, // what happened to the stock of one
 };
 
 /// The columns of \a view's reports.

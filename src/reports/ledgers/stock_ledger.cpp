@@ -1,7 +1,6 @@
 #include "reports/ledgers/stock_ledger.h"
 
 #include "base/exact_sum.h"
-#include "book/counterpart_name.h"
 #include "book/movement_sums.h"
 #include "book/movements.h"
 #include "book/tax.h"
@@ -21,31 +20,6 @@ namespace reports
 
 namespace
 {
-
-base::Result<StocktakeReport> reportOf(db::Connection &connection, const std::vector<book::Movement> &found)
-{
-    StocktakeReport report;
-    base::ExactSum total;
-    std::map<book::CounterpartKey, QString> suppliers;
-    for (const book::Movement &movement : found) {
-        QString &supplier = suppliers[movement.counterpart];
-        if (supplier.isEmpty()) {
-            const auto name =
-                book::nameOfCounterpart(connection, book::Party::Supplier, movement.counterpart);
-            if (!name)
-                return name.error();
-            supplier = *name;
-        }
-        report.lines.push_back({movement.slip, movement.date, movement.number, supplier, movement.product,
-                                movement.specification, movement.quantity, movement.unit, movement.price,
-                                movement.amount});
-        total.add(movement.amount);
-    }
-    report.total = total.value();
-    return report;
-}
-
-// --- The stock ---
 
 // The price of a line, with what tells which of two lines is the later one.
 struct Price
@@ -139,30 +113,6 @@ bool standsBefore(const StockLine &one, const StockLine &other)
 }
 
 } // namespace
-
-base::Result<StocktakeReport> readStocktakes(db::Connection &connection, const book::Period &period)
-{
-    db::ReadTransaction oneMoment(connection);
-    if (const base::Status begun = oneMoment.begin(); !begun)
-        return begun.error();
-    const auto found =
-        book::movements(connection, {.kinds = {book::stocktake}, .days = book::Days::within(period)});
-    if (!found)
-        return found.error();
-    auto report = reportOf(connection, *found);
-    if (!report)
-        return report;
-    const base::Status undated = book::sumMovements(
-        connection, {.kinds = {book::stocktake}, .days = book::Days::none()}, {}, base::unwatched,
-        [&report](const book::MovementSum &part) {
-            if (part.lines > 0 && (report->undatedLines == 0 || part.firstSlip < report->firstUndated))
-                report->firstUndated = part.firstSlip;
-            report->undatedLines += part.lines;
-        });
-    if (!undated)
-        return undated.error();
-    return report;
-}
 
 base::Result<StockLedger> readStock(db::Connection &connection, const QDate &day,
                                     const base::Progress &progress)

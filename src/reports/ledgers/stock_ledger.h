@@ -2,37 +2,9 @@
 
 #include "reports/ledgers/ledger.h"
 
-// Stocktakes, and what the stock has become since. Movements of goods are counted, never written.
+// What the stock has become since the last stocktakes. Movements of goods are counted, never written.
 namespace reports
 {
-
-/// One line of a stocktake slip.
-struct StocktakeLine
-{
-    qint64 slip = 0;
-    QString date; // yyyy-MM-dd
-    QString number;
-    QString supplier; // what it is called in lists
-    QString product;
-    QString specification;
-    std::optional<double> quantity;
-    QString unit;
-    std::optional<double> price;
-    double amount = 0;
-};
-
-struct StocktakeReport
-{
-    std::vector<StocktakeLine> lines; // in the order of date, slip and entry
-    double total = 0;                 // yen
-
-    // Lines of slips whose date is missing or none: no period has them, and the stock does.
-    qint64 undatedLines = 0;
-    qint64 firstUndated = 0; // a slip that has some
-};
-
-/// The stocktake slips within \a period, and how many lines are within none.
-base::Result<StocktakeReport> readStocktakes(db::Connection &connection, const book::Period &period);
 
 /// Goods under one name, specification and unit: quantities in different units cannot be added.
 struct StockLine

@@ -14,6 +14,7 @@
 #include "registers/lists/frmNouhinFind.h"
 #include "registers/lists/frmNouhinSub.h"
 #include "registers/postal/ZipCodeConv.h"
+#include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
@@ -177,8 +178,9 @@ void TestLetters::standOnceOnScreens()
                             slips::frmInPay, slips::frmUrikake, slips::frmKaikake, slips::frmTana,
                             slips::frmOutAmd, slips::frmInAmd, slips::frmMitumoriAmd>(shop.workspace);
     twice << twiceOnScreens<reports::frmOutMoto, reports::frmInMoto, reports::frmOutZandaka,
-                            reports::frmInZandaka, reports::frmTanaMoto, reports::frmTanaReport,
-                            reports::frmInList, reports::frmInTax>(shop.workspace);
+                            reports::frmInZandaka, reports::frmTanaMoto,
+                            reports::DayReportOf<reports::DayReportKind::Sales>, reports::frmInList,
+                            reports::frmInTax>(shop.workspace);
     ui::prompts::takeUnexpected(); // what an empty shop has to say is not asked here
     QCOMPARE(twice.join(u'\n'), QString());
 }

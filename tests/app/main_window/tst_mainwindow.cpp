@@ -115,7 +115,8 @@ void TestMainWindow::submenusHoldTheirItems_data()
                               << u"mnuTuhan mnuGift mnuRireki mnuTeisei mnuAdena mnuGiftMenu"_s;
     QTest::newRow("sales") << u"mnuOut"_s << u"mnuDenOut mnuBill mnuReceipt mnuDenOutAmd mnuReceiptAmd"_s;
     QTest::newRow("carried forward")
-        << u"mnuKimatsu"_s << u"mnuUrikakeKurikoshi mnuUrikakeAMD mnuKaikakeKurikoshi mnuKaikakeAMD"_s;
+        << u"mnuKimatsu"_s
+        << u"mnuUrikakeKurikoshi mnuUrikakeAMD mnuUrikakeReport mnuKaikakeKurikoshi mnuKaikakeAMD mnuKaikakeReport"_s;
 }
 
 void TestMainWindow::submenusHoldTheirItems()

@@ -271,14 +271,6 @@ private slots:
         QCOMPARE(list.currentIndex().row(), 1);
     }
 
-    void stocktakesOfThePeriod()
-    {
-        LedgerDesk<reports::frmTanaReport> desk;
-        desk.screen();
-        QTRY_COMPARE(desk.shown(), u"2026/03/31|T8|aite0|りんご||12||100|1,200"_s);
-        QCOMPARE(desk.sums(), u"1,200"_s);
-    }
-
     // The file holds what the screen shows, numbers as numbers, with the row of totals.
     void writtenAsTable()
     {
