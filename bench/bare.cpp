@@ -210,6 +210,30 @@ int Bare::ledger(std::int64_t customer, const char *from, const char *to)
     return readAll(m_handle, lines);
 }
 
+int Bare::bill(std::int64_t customer, const char *from, const char *to)
+{
+    sqlite3_stmt *statement = prepared(
+        m_handle, "SELECT 納品先ID, コード, 納品先名1, 納品先名2, 郵便番号, 住所1, 住所2, TEL1, FAX, "
+                  "敬称, 締め日, 消費税区分 FROM 納品先 WHERE 納品先ID = ?");
+    sqlite3_bind_int64(statement, 1, customer);
+    return readAll(m_handle, statement) + ledger(customer, from, to);
+}
+
+int Bare::bills(int closingDay, const char *from, const char *to)
+{
+    sqlite3_stmt *statement = prepared(
+        m_handle, "SELECT m.相手先ID, substr(m.伝票番号, 1, 1) AS k, m.日付 >= ? AS w, total(s.金額), "
+                  "total(CASE WHEN s.商品名 = '消費税' THEN s.金額 END) "
+                  "FROM 納品先 c, 入出庫マスター m, 入出庫サブ s "
+                  "WHERE c.締め日 = ? AND m.相手先ID = c.納品先ID AND s.ID = m.ID AND m.日付 <= ? "
+                  "AND (m.伝票番号 LIKE 'O%' OR m.伝票番号 LIKE 'R%' OR m.伝票番号 LIKE 'B%') "
+                  "GROUP BY m.相手先ID, k, w");
+    sqlite3_bind_text(statement, 1, from, -1, SQLITE_STATIC);
+    sqlite3_bind_int(statement, 2, closingDay);
+    sqlite3_bind_text(statement, 3, to, -1, SQLITE_STATIC);
+    return readAll(m_handle, statement);
+}
+
 int Bare::balances()
 {
     return readAll(

@@ -56,6 +56,13 @@ public:
     /// added up. \return how many
     int ledger(std::int64_t customer, const char *from, const char *to);
 
+    /// The same, and the customer's row.
+    int bill(std::int64_t customer, const char *from, const char *to);
+
+    /// What the customers of a closing day owe from before \a from, bought and paid up to \a to, in one
+    /// statement. \return how many rows
+    int bills(int closingDay, const char *from, const char *to);
+
     /// The balances of all customers, in one statement. \return how many
     int balances();
 

@@ -1,6 +1,7 @@
 #include "operations.h"
 
 #include "bare.h"
+#include "bill_operations.h"
 #include "document_operations.h"
 #include "export_operations.h"
 #include "glance_operations.h"
@@ -323,6 +324,7 @@ std::vector<Row> registerOperations(const Shops &shops)
     registerExports(shops, rows);
     registerSearches(shops, rows);
     registerLedgers(shops, rows);
+    registerBills(shops, rows);
     registerGlance(shops, rows);
     registerDocuments(shops, rows);
     return rows;

@@ -175,7 +175,7 @@ private:
     {
         static const QRegularExpression mark(u"(?<!&)&([^&])"_s);
         // Captions that clerks have known for long, and that therefore stay.
-        static const QSet<QString> knownTwice = {u"Frame2 cmdDelete"_s};
+        static const QSet<QString> knownTwice = {u"Frame2 cmdDelete"_s, u"lblKey1 cmdMasterCancel"_s};
         for (const QString &caption : {element.propertyText(u"text"), element.propertyText(u"title")}) {
             const QString letter = mark.match(caption).captured(1).toUpper();
             if (element.tag != u"widget"_s || letter.isEmpty()) {

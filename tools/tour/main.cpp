@@ -1,5 +1,6 @@
 // Walks the whole program as a user would, on a fresh folder: tour DIR. Pictures of the screens and the
 // printed notes end in DIR. Exits with 1 when anything was not as it should be.
+#include "bills.h"
 #include "day_reports.h"
 #include "first_day.h"
 #include "food_day.h"
@@ -81,6 +82,7 @@ QStringList walk(const QDir &folder)
     tour::buyAndList(walker, window, folder);
     tour::lookIntoLedgers(walker, window, folder);
     tour::lookIntoDayReports(walker, window, folder);
+    tour::issueBill(walker, window, folder);
     tour::sellFood(walker, workspace, window, folder);
     tour::setPrintersUp(walker, workspace, window);
     tour::convertOldFile(walker, workspace, window, folder);

@@ -19,6 +19,7 @@
 #include "registers/postal/ZipCodeConv.h"
 #include "registers/postal/postal_boxes.h"
 #include "reports/bills/bill_print.h"
+#include "reports/bills/frmOutBill.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
@@ -132,6 +133,15 @@ void showLedger(QWidget *parent, workspace::Workspace &workspace, qint64 custome
     screen.exec();
 }
 
+void openBills(QWidget *parent, workspace::Workspace &workspace)
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    reports::frmOutBill screen(workspace, parent);
+    QGuiApplication::restoreOverrideCursor();
+    screen.setPrinterSettings([&workspace](QWidget *over) { openNotePrinter(over, workspace); });
+    screen.exec();
+}
+
 void openCustomers(QWidget *parent, workspace::Workspace &workspace)
 {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
@@ -155,6 +165,7 @@ Openers screenOpeners()
 {
     return {
         {Action::Sales, screen<slips::frmOut>()},
+        {Action::Bill, openBills},
         {Action::Purchase, screen<slips::frmIn>()},
         {Action::Estimate, screen<slips::frmMitsumori>()},
         {Action::PurchaseTax, screen<reports::frmInTax>()},

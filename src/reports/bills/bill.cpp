@@ -164,6 +164,15 @@ void enterTaxes(Bill &bill, const std::vector<book::Movement> &movements, const 
 
 } // namespace
 
+bool isSameBill(const Bill &one, const Bill &other)
+{
+    const auto amounts = [](const BillSums &sums) {
+        return std::tuple(sums.previous, sums.sales, sums.received, sums.untaxed, sums.unbooked);
+    };
+    return one.customer == other.customer && one.rows == other.rows &&
+           amounts(one.sums) == amounts(other.sums);
+}
+
 base::Result<Bill> billOf(db::Connection &connection, qint64 customer, const book::Period &period,
                           const BillOptions &options)
 {

@@ -37,6 +37,8 @@ struct BillRow
     std::optional<book::GoodsTax> taxClass; // of the line; empty: the slip's own
     std::optional<double> taxRate;          // percent
     QString mark;                           // "※" of a line at a reduced rate
+
+    bool operator==(const BillRow &) const = default;
 };
 
 struct Bill
@@ -54,6 +56,9 @@ struct Bill
     /// that the shop keeps by hand now and the bill is taxed at.
     std::optional<double> outdatedRate;
 };
+
+/// Whether \a one and \a other say the same: nothing was changed between the two.
+bool isSameBill(const Bill &one, const Bill &other);
 
 /// The bill of \a customer. A slip without a valid day counts as one before every period. The error is `gone`
 /// for a customer that the register does not have. Fails for a period that ends before it begins.

@@ -3,7 +3,6 @@
 #include "book/slip_reader.h"
 #include "book/tax.h"
 #include "db/connection.h"
-#include "db/query.h"
 #include "reports/bills/closing_period.h"
 
 using namespace Qt::StringLiterals;
@@ -13,6 +12,9 @@ namespace reports
 
 namespace
 {
+
+// Those served last first.
+const QStringList orderOfIssue{u"更新日 DESC"_s, u"フリガナ"_s};
 
 db::Query customersWhere(const db::Condition &condition, const QStringList &order)
 {
@@ -70,8 +72,18 @@ base::Result<BillCustomer> billCustomer(db::Connection &connection, qint64 id)
 
 base::Result<std::vector<BillCustomer>> customersOfClosingDay(db::Connection &connection, int closingDay)
 {
-    return read(connection,
-                customersWhere(customersClosingOn(closingDay), {u"更新日 DESC"_s, u"フリガナ"_s}));
+    return read(connection, customersWhere(customersClosingOn(closingDay), orderOfIssue));
+}
+
+db::Query closingDayQuery(int closingDay)
+{
+    const db::Condition condition = customersClosingOn(closingDay);
+    return {.columns = u"納品先ID, 納品先名1, 納品先名2, 郵便番号, 住所1, 住所2, TEL1, 納品先名キー, 更新日, "
+                       "消費税区分, 締め日, フリガナ, コード"_s,
+            .table = u"納品先"_s,
+            .where = condition.sql,
+            .order = orderOfIssue,
+            .values = condition.values};
 }
 
 base::Result<std::vector<BillCustomer>> allCustomers(db::Connection &connection)

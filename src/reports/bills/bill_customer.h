@@ -3,6 +3,7 @@
 #include "base/result.h"
 #include "book/counterpart_name.h"
 #include "book/slip_kind.h"
+#include "db/query.h"
 
 #include <optional>
 #include <vector>
@@ -28,6 +29,7 @@ struct BillCustomer
     book::TaxClass taxClass = book::TaxClass::OnDelivery;
 
     [[nodiscard]] QString name() const; // in one line
+    bool operator==(const BillCustomer &) const = default;
 };
 
 /// The customer \a id. The error is `gone` when the register does not have it (any more).
@@ -35,6 +37,9 @@ base::Result<BillCustomer> billCustomer(db::Connection &connection, qint64 id);
 
 /// The customers whose bills close on \a closingDay, those served last first.
 base::Result<std::vector<BillCustomer>> customersOfClosingDay(db::Connection &connection, int closingDay);
+
+/// The same as a screen lists them.
+db::Query closingDayQuery(int closingDay);
 
 /// All customers, in the order of their readings.
 base::Result<std::vector<BillCustomer>> allCustomers(db::Connection &connection);
