@@ -1,0 +1,247 @@
+#include "reports/bills/bill_ticks.h"
+
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace reports
+{
+
+namespace
+{
+
+enum Column {
+    TickColumn,
+    IdColumn,
+    CodeColumn,
+    NameColumn,
+    PreviousColumn,
+    ReceivedColumn,
+    SalesColumn,
+    TaxColumn,
+    BilledColumn,
+    UnbookedColumn,
+    StateColumn,
+};
+
+struct Look
+{
+    const char16_t *heading;
+    int width; // half-width characters
+};
+
+constexpr std::array<Look, 11> looks{{
+    {u"発行", 5},
+    {u"ID", 6},
+    {u"コード", 9},
+    {u"納品先名", 26},
+    {u"前回請求額", 11},
+    {u"入金額", 11},
+    {u"売上（税込）", 12},
+    {u"消費税", 10},
+    {u"今回請求額", 12},
+    {u"未計上", 9},
+    {u"状態", 16},
+}};
+
+bool isAmount(int column) { return column >= PreviousColumn && column <= UnbookedColumn; }
+
+QString unbookedWords(const BillSums &sums)
+{
+    if (sums.cannotTax)
+        return u"計算不能"_s;
+    return sums.unbooked.value_or(0) == 0 ? QString() : text::formatAmount(*sums.unbooked);
+}
+
+} // namespace
+
+BillTicks::BillTicks(QObject *parent)
+    : QAbstractTableModel(parent)
+{}
+
+void BillTicks::setBills(std::vector<CustomerBill> bills, bool salesOnly)
+{
+    beginResetModel();
+    m_salesOnly = salesOnly;
+    m_rows.clear();
+    for (CustomerBill &bill : bills) {
+        Row row{std::move(bill), false, {}};
+        row.ticked = isDue(row);
+        m_rows.push_back(std::move(row));
+    }
+    endResetModel();
+    emit choiceChanged();
+}
+
+void BillTicks::renewBills(std::vector<CustomerBill> bills)
+{
+    std::vector<Row> before = std::move(m_rows);
+    setBills(std::move(bills), m_salesOnly);
+    for (Row &row : m_rows) {
+        const auto same = std::ranges::find_if(
+            before, [&row](const Row &old) { return old.bill.customer.id == row.bill.customer.id; });
+        if (same == before.end())
+            continue;
+        row.state = same->state;
+        row.ticked = same->ticked && mayTick(row);
+    }
+    changed();
+}
+
+void BillTicks::setSalesOnly(bool salesOnly)
+{
+    m_salesOnly = salesOnly;
+    for (Row &row : m_rows)
+        row.ticked = row.state.isEmpty() && isDue(row);
+    changed();
+}
+
+void BillTicks::tickAll(bool ticked)
+{
+    for (Row &row : m_rows)
+        row.ticked = ticked && mayTick(row);
+    changed();
+}
+
+void BillTicks::toggle(int row)
+{
+    if (!at(row) || !mayTick(m_rows[std::size_t(row)]))
+        return;
+    m_rows[std::size_t(row)].ticked = !m_rows[std::size_t(row)].ticked;
+    changed();
+}
+
+void BillTicks::setIssued(qint64 customer, const QString &state)
+{
+    for (Row &row : m_rows) {
+        if (row.bill.customer.id != customer)
+            continue;
+        row.state = state;
+        row.ticked = false;
+    }
+    changed();
+}
+
+bool BillTicks::mayTick(const Row &row)
+{
+    return row.bill.hasSlipsInPeriod && !row.bill.customer.unknown && row.bill.customer.id.value_or(0) != 0 &&
+           std::isfinite(row.bill.sums.balance());
+}
+
+bool BillTicks::isDue(const Row &row) const { return mayTick(row) && row.bill.sums.billed(m_salesOnly) > 0; }
+
+void BillTicks::changed()
+{
+    if (!m_rows.empty())
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    emit choiceChanged();
+}
+
+const CustomerBill *BillTicks::at(int row) const
+{
+    return row >= 0 && row < rowCount() ? &m_rows[std::size_t(row)].bill : nullptr;
+}
+
+std::vector<CustomerBill> BillTicks::ticked() const
+{
+    std::vector<CustomerBill> bills;
+    for (const Row &row : m_rows) {
+        if (row.ticked)
+            bills.push_back(row.bill);
+    }
+    return bills;
+}
+
+std::vector<CustomerBill> BillTicks::tickedUnbooked() const
+{
+    std::vector<CustomerBill> bills = ticked();
+    std::erase_if(bills, [](const CustomerBill &bill) { return bill.sums.unbooked.value_or(0) == 0; });
+    return bills;
+}
+
+// --- As a table ---
+
+int BillTicks::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int BillTicks::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(looks.size());
+}
+
+QVariant BillTicks::shown(const Row &row, int column) const
+{
+    const BillSums &sums = row.bill.sums;
+    switch (column) {
+    case IdColumn:
+        return row.bill.customer.id.value_or(0);
+    case CodeColumn:
+        return row.bill.customer.code;
+    case NameColumn:
+        return row.bill.customer.name();
+    case PreviousColumn:
+        return text::formatAmount(sums.previous);
+    case ReceivedColumn:
+        return text::formatAmount(sums.received);
+    case SalesColumn:
+        return text::formatAmount(sums.sales);
+    case TaxColumn:
+        return text::formatAmount(sums.tax());
+    case BilledColumn:
+        return text::formatAmount(sums.billed(m_salesOnly));
+    case UnbookedColumn:
+        return unbookedWords(sums);
+    case StateColumn:
+        return row.bill.hasSlipsInPeriod ? row.state : u"伝票なし"_s;
+    default:
+        return {};
+    }
+}
+
+QVariant BillTicks::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= rowCount())
+        return {};
+    const Row &row = m_rows[std::size_t(index.row())];
+    if (role == Qt::CheckStateRole && index.column() == TickColumn)
+        return int(row.ticked ? Qt::Checked : Qt::Unchecked);
+    if (role == Qt::TextAlignmentRole && (isAmount(index.column()) || index.column() == IdColumn))
+        return int(Qt::AlignRight | Qt::AlignVCenter);
+    return role == Qt::DisplayRole ? shown(row, index.column()) : QVariant();
+}
+
+bool BillTicks::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (role != Qt::CheckStateRole || index.column() != TickColumn || !at(index.row()))
+        return false;
+    if (m_rows[std::size_t(index.row())].ticked != (value.toInt() == Qt::Checked))
+        toggle(index.row());
+    return true;
+}
+
+// What cannot be ticked can be looked at all the same.
+Qt::ItemFlags BillTicks::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    const Qt::ItemFlags row = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    const bool isTick = index.column() == TickColumn && mayTick(m_rows[std::size_t(index.row())]);
+    return isTick ? row | Qt::ItemIsUserCheckable : row;
+}
+
+QVariant BillTicks::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QAbstractTableModel::headerData(section, orientation, role);
+    return QString::fromUtf16(looks[std::size_t(section)].heading);
+}
+
+int BillTicks::width(int column) { return looks[std::size_t(column)].width; }
+
+} // namespace reports

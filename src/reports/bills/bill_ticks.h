@@ -1,0 +1,69 @@
+#pragma once
+
+#include "reports/bills/bill_list.h"
+
+#include <QAbstractTableModel>
+#include <QSet>
+
+namespace reports
+{
+
+/// Bills that were computed at once, each with a tick that has it issued. One without a slip in its period,
+/// or with an amount that is no number, cannot be ticked; one with nothing to pay is not ticked by itself.
+class BillTicks : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    explicit BillTicks(QObject *parent = nullptr);
+
+    /// Lists \a bills and ticks those that are to be paid. What was issued before counts no more.
+    void setBills(std::vector<CustomerBill> bills, bool salesOnly);
+    /// Computes the amounts that stand in the list anew, from the same slips: the ticks stay where they can.
+    void renewBills(std::vector<CustomerBill> bills);
+    /// Whether billed is the period's sales alone. Ticks anew by it.
+    void setSalesOnly(bool salesOnly);
+
+    void tickAll(bool ticked);
+    void toggle(int row);
+    /// Says of the bill of \a customer what became of it ("印刷済"), and takes its tick away.
+    void setIssued(qint64 customer, const QString &state);
+
+    [[nodiscard]] const CustomerBill *at(int row) const;
+    /// The ticked ones, in the list's order.
+    [[nodiscard]] std::vector<CustomerBill> ticked() const;
+    /// Those of them whose tax is not booked.
+    [[nodiscard]] std::vector<CustomerBill> tickedUnbooked() const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    /// The width of a column in half-width characters.
+    static int width(int column);
+
+signals:
+    /// Others are ticked, or listed, than before.
+    void choiceChanged();
+
+private:
+    struct Row
+    {
+        CustomerBill bill;
+        bool ticked = false;
+        QString state;
+    };
+
+    [[nodiscard]] static bool mayTick(const Row &row);
+    [[nodiscard]] bool isDue(const Row &row) const;
+    [[nodiscard]] QVariant shown(const Row &row, int column) const;
+    void changed();
+
+    std::vector<Row> m_rows;
+    bool m_salesOnly = false;
+};
+
+} // namespace reports
