@@ -5,6 +5,7 @@
 #include "ui/file_dialogs.h"
 #include "ui/prompts.h"
 
+#include <QComboBox>
 #include <QDateEdit>
 #include <QDialog>
 #include <QFileInfo>
@@ -44,7 +45,41 @@ void printWithTax(Walker &walker, QDialog &screen, const QString &fileName)
     walker.pages(fileName, u"bill"_s);
 }
 
+void issueAll(Walker &walker, QDialog &list, const QString &target)
+{
+    walker.on(list).choose(u"cmbClosing"_s, u"20 日"_s);
+    walker.on(list).the<QDateEdit>(u"DTPicker1"_s).setDate({2026, 4, 1});
+    walker.on(list).the<QDateEdit>(u"DTPicker2"_s).setDate({2026, 4, 30});
+    walker.on(list).enter(u"txtMessage"_s, u"4月29日から5月5日まで休業いたします。"_s);
+    walker.on(list).press(u"cmdList"_s);
+    walker.picture(list, u"bills-with-unbooked-tax"_s);
+    walker.on(list).choose(u"cmbClosing"_s, u"末日"_s);
+    walker.on(list).press(u"cmdList"_s);
+    ui::file_dialogs::expectFile(target);
+    ui::prompts::expectInform(u"すべてのデータを排出しました。"_s, ui::prompts::anyRemark);
+    walker.on(list).press(u"cmdPdf"_s);
+    walker.picture(list, u"bills-issued"_s);
+}
+
 } // namespace
+
+void issueAllBills(Walker &walker, QWidget &window, const QDir &folder)
+{
+    const QDir target(folder.filePath(u"bills"_s));
+    walker.check(target.mkpath(u"."_s), u"no folder for the bills"_s);
+    walker.on(window).the<QComboBox>(u"Combo7"_s).setCurrentText(u"A4 無地"_s);
+    walker.visit(
+        u"bills of a closing day"_s, [&] { walker.on(window).press(u"Command27"_s); },
+        [&](QDialog &screen) {
+            walker.visit(
+                u"list of bills"_s, [&] { walker.on(screen).press(u"cmdIssueAll"_s); },
+                [&](QDialog &list) { issueAll(walker, list, target.path()); });
+        });
+    const QStringList files = target.entryList(QDir::Files, QDir::Name);
+    walker.check(files.size() > 1, u"the bills are not there as PDF"_s);
+    for (const QString &file : files)
+        walker.pages(target.filePath(file), u"bill-of-all"_s);
+}
 
 void issueBill(Walker &walker, QWidget &window, const QDir &folder)
 {

@@ -13,4 +13,7 @@ class Walker;
 /// back.
 void issueBill(Walker &walker, QWidget &window, const QDir &folder);
 
+/// Issues all bills of the month's end from their list, as PDFs in \a folder's folder bills.
+void issueAllBills(Walker &walker, QWidget &window, const QDir &folder);
+
 } // namespace tour

@@ -83,6 +83,7 @@ QStringList walk(const QDir &folder)
     tour::lookIntoLedgers(walker, window, folder);
     tour::lookIntoDayReports(walker, window, folder);
     tour::issueBill(walker, window, folder);
+    tour::issueAllBills(walker, window, folder);
     tour::sellFood(walker, workspace, window, folder);
     tour::setPrintersUp(walker, workspace, window);
     tour::convertOldFile(walker, workspace, window, folder);

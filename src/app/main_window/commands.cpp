@@ -168,7 +168,7 @@ Commands reportCommands()
         {Action::PaymentReport, u"mnuReportDayPay", u"支払日報(&P)", u"mnuReport", none,
          {{u"Command30", u"支払日報", Page::Purchases, u"日報・元帳"}}},
         {Action::IssuedDocuments, u"mnuIssued", u"発行控え(&K)", u"mnuReport", none,
-         {{u"cmdIssued", u"発行控え", Page::Sales, u"日報・元帳", u"発行した納品書と見積書の控えを検索します"}}},
+         {{u"cmdIssued", u"発行控え", Page::Sales, u"日報・元帳", u"発行した納品書・見積書・請求書の控えを検索します"}}},
         {Action::BillList, u"", u"", u"", needsEmployee, {{u"Command4", u"月別請求一覧", Page::Sales, u"日報・元帳"}}},
         {Action::ReceivableLedger, u"", u"", u"", none,
          {{u"Command5", u"売掛金元帳", Page::Sales, u"日報・元帳"}}},

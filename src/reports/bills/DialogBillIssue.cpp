@@ -14,6 +14,8 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace reports
@@ -110,7 +112,15 @@ book::Period DialogBillIssue::period() const { return {m_ui->DTPicker1->date(), 
 void DialogBillIssue::openClosingDay(int closingDay)
 {
     m_ui->cmbClosing->setCurrentIndex(std::max(0, m_ui->cmbClosing->findData(closingDay)));
-    list();
+    m_listsWhenShown = !isVisible();
+    if (!m_listsWhenShown)
+        list();
+}
+
+void DialogBillIssue::becameActive()
+{
+    if (std::exchange(m_listsWhenShown, false))
+        list();
 }
 
 // Dates that were set by hand stay. What is listed is of the boxes over it, or nothing is.

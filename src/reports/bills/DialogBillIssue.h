@@ -28,6 +28,7 @@ public:
     void openClosingDay(int closingDay);
 
 protected:
+    void becameActive() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -65,6 +66,7 @@ private:
     BillTicks m_bills;
     std::vector<BillTaxSlip> m_booked; // by the last booking
     bool m_periodIsTyped = false;
+    bool m_listsWhenShown = false;
     bool m_presets = false; // the boxes of the period are being filled
 };
 

@@ -100,17 +100,19 @@ std::vector<CustomerBill> DialogBillIssue::chosen()
 
 void DialogBillIssue::preview()
 {
-    const int row = m_ui->grdBills->currentIndex().row();
-    const CustomerBill *listed = m_bills.at(row);
-    if (!listed || !settleTax({*listed}))
+    const CustomerBill *row = m_bills.at(m_ui->grdBills->currentIndex().row());
+    if (!row)
         return;
-    const qint64 customer = listed->customer.id.value_or(0);
-    const auto bill = billOf(workspace().connection, customer, listed->period, billOptionsOf(workspace()));
+    const CustomerBill listed = *row; // booking its tax renews the rows
+    if (!settleTax({listed}))
+        return;
+    const qint64 customer = listed.customer.id.value_or(0);
+    const auto bill = billOf(workspace().connection, customer, listed.period, billOptionsOf(workspace()));
     if (!tell(bill.status()))
         return;
     auto document = billDocument(workspace(), *bill, {m_ui->Check1->isChecked()});
     if (tell(document.status()) && printing::showPreview(workspace(), this, std::move(*document)))
-        m_bills.setIssued(customer, u"発行済"_s);
+        m_bills.setIssued({customer}, u"発行済"_s);
 }
 
 void DialogBillIssue::print()
@@ -167,8 +169,7 @@ void DialogBillIssue::run(const std::vector<CustomerBill> &bills, const QString 
         ui::runWithProgress(this, u"請求書を%1しています。"_s.arg(what), [&](const base::Progress &progress) {
             return issueBills(workspace().connection, bills, billOptionsOf(workspace()), issue, progress);
         });
-    for (const qint64 customer : outcome.issued)
-        m_bills.setIssued(customer, what + u"済"_s);
+    m_bills.setIssued(outcome.issued, what + u"済"_s);
     if (!outcome.changed.empty())
         renew();
     tellOutcome(outcome, bills, what);

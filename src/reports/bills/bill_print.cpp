@@ -3,6 +3,7 @@
 #include "printing/forms/form_files.h"
 #include "printing/forms/form_sheets.h"
 #include "printing/forms/specimen.h"
+#include "printing/text_fit.h"
 #include "reports/bills/bill_header.h"
 #include "reports/bills/bill_paper.h"
 #include "slips/documents/note_document.h"
@@ -31,9 +32,21 @@ slips::IssuedDocument issuedAs(const Bill &bill, bool salesOnly)
 
 QString remarksOn(const Bill &bill, const QString &complaint)
 {
-    QStringList remarks{slips::roomRemark(bill.rates), complaint};
+    const std::size_t rates = bill.rates.size();
+    QStringList remarks{complaint};
+    if (rates > slips::mostInvoiceRates)
+        remarks.prepend(
+            u"税率が %1 種類あり、税率別の欄に入りきりません。期間を分けて発行してください。"_s.arg(rates));
     remarks.removeAll(QString());
     return remarks.join(u'\n');
+}
+
+// As the print jobs and the windows call it.
+QString titleOf(const slips::IssuedDocument &issued)
+{
+    constexpr qsizetype longestName = 40;
+    return issued.kind + u' ' + issued.number + u'　' +
+           printing::singleLine(issued.counterpartName).left(longestName);
 }
 
 } // namespace
@@ -50,7 +63,7 @@ base::Result<printing::Document> billDocument(workspace::Workspace &workspace, c
         return paper.error();
     printing::Document document;
     const slips::IssuedDocument issued = issuedAs(bill, choice.salesOnly);
-    document.title = issued.kind + u' ' + issued.number + u'　' + issued.counterpartName;
+    document.title = titleOf(issued);
     document.purpose = printing::Purpose::DeliveryNotesAndBills;
     const printing::FormFile layout =
         printing::loadForm(workspace.applicationFolder(), billLayout(workspace.panel.billPaper), billItems());

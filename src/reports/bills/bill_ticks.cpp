@@ -70,7 +70,7 @@ void BillTicks::setBills(std::vector<CustomerBill> bills, bool salesOnly)
     m_rows.clear();
     for (CustomerBill &bill : bills) {
         Row row{std::move(bill), false, {}};
-        row.ticked = isDue(row);
+        row.ticked = isDue(row, salesOnly);
         m_rows.push_back(std::move(row));
     }
     endResetModel();
@@ -94,9 +94,12 @@ void BillTicks::renewBills(std::vector<CustomerBill> bills)
 
 void BillTicks::setSalesOnly(bool salesOnly)
 {
+    for (Row &row : m_rows) {
+        const bool isDueNow = isDue(row, salesOnly);
+        if (isDueNow != isDue(row, m_salesOnly))
+            row.ticked = isDueNow && row.state.isEmpty();
+    }
     m_salesOnly = salesOnly;
-    for (Row &row : m_rows)
-        row.ticked = row.state.isEmpty() && isDue(row);
     changed();
 }
 
@@ -115,10 +118,11 @@ void BillTicks::toggle(int row)
     changed();
 }
 
-void BillTicks::setIssued(qint64 customer, const QString &state)
+void BillTicks::setIssued(const std::vector<qint64> &customers, const QString &state)
 {
+    const QSet<qint64> issued(customers.begin(), customers.end());
     for (Row &row : m_rows) {
-        if (row.bill.customer.id != customer)
+        if (!row.bill.customer.id || !issued.contains(*row.bill.customer.id))
             continue;
         row.state = state;
         row.ticked = false;

@@ -21,13 +21,14 @@ public:
     void setBills(std::vector<CustomerBill> bills, bool salesOnly);
     /// Computes the amounts that stand in the list anew, from the same slips: the ticks stay where they can.
     void renewBills(std::vector<CustomerBill> bills);
-    /// Whether billed is the period's sales alone. Ticks anew by it.
+    /// Whether billed is the period's sales alone. Who has something to pay only by that, or no longer, is
+    /// ticked anew.
     void setSalesOnly(bool salesOnly);
 
     void tickAll(bool ticked);
     void toggle(int row);
-    /// Says of the bill of \a customer what became of it ("印刷済"), and takes its tick away.
-    void setIssued(qint64 customer, const QString &state);
+    /// Says of the bills of \a customers what became of them ("印刷済"), and takes their ticks away.
+    void setIssued(const std::vector<qint64> &customers, const QString &state);
 
     [[nodiscard]] const CustomerBill *at(int row) const;
     /// The ticked ones, in the list's order.
@@ -58,7 +59,7 @@ private:
     };
 
     [[nodiscard]] static bool mayTick(const Row &row);
-    [[nodiscard]] bool isDue(const Row &row) const;
+    [[nodiscard]] static bool isDue(const Row &row, bool salesOnly);
     [[nodiscard]] QVariant shown(const Row &row, int column) const;
     void changed();
 

@@ -3,6 +3,7 @@
 #include "book/counterpart_search.h"
 #include "book/tax.h"
 #include "registers/last_counterparts.h"
+#include "reports/bills/DialogBillIssue.h"
 #include "reports/bills/bill_header.h"
 #include "reports/bills/bill_options_of.h"
 #include "reports/bills/bill_report.h"
@@ -91,10 +92,11 @@ frmOutBill::~frmOutBill() = default;
 void frmOutBill::connectControls()
 {
     const std::pair<QPushButton *, void (frmOutBill::*)()> actions[] = {
-        {m_ui->Command1, &frmOutBill::search},  {m_ui->cmdBill, &frmOutBill::listClosingDay},
-        {m_ui->cmdNext, &frmOutBill::next},     {m_ui->cmdPeriod, &frmOutBill::returnToClosingDay},
-        {m_ui->cmdSlip, &frmOutBill::openSlip}, {m_ui->cmdMasterCancel, &frmOutBill::cancelTax},
-        {m_ui->Command2, &frmOutBill::print},   {m_ui->LblPrinterName, &frmOutBill::choosePrinter},
+        {m_ui->Command1, &frmOutBill::search},      {m_ui->cmdBill, &frmOutBill::listClosingDay},
+        {m_ui->cmdNext, &frmOutBill::next},         {m_ui->cmdPeriod, &frmOutBill::returnToClosingDay},
+        {m_ui->cmdSlip, &frmOutBill::openSlip},     {m_ui->cmdMasterCancel, &frmOutBill::cancelTax},
+        {m_ui->Command2, &frmOutBill::print},       {m_ui->LblPrinterName, &frmOutBill::choosePrinter},
+        {m_ui->cmdIssueAll, &frmOutBill::issueAll},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
@@ -212,6 +214,15 @@ void frmOutBill::listClosingDay()
     followList();
     showState();
     m_ui->DataGrid1->setFocus();
+}
+
+void frmOutBill::issueAll()
+{
+    DialogBillIssue shown(workspace(), this);
+    shown.openClosingDay(typedClosingDay(m_ui->txtClosingDay->text().trimmed()).value_or(0));
+    shown.exec();
+    if (m_customer != 0)
+        compute(Telling::InLine); // its tax may be booked now
 }
 
 void frmOutBill::next()

@@ -48,6 +48,7 @@ private:
     void search();
     void takeTypedId();
     void listClosingDay();
+    void issueAll();
     void next();
     void followList();
     void showCustomer(qint64 customer);
