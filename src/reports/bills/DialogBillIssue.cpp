@@ -11,6 +11,7 @@
 #include "ui_DialogBillIssue.h"
 #include "workspace/settings.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
@@ -64,6 +65,9 @@ void DialogBillIssue::setUpGrid()
     for (int column = 0; column < m_bills.columnCount(); ++column)
         m_ui->grdBills->setColumnWidth(column, (BillTicks::width(column) + 2) *
                                                    fontMetrics().horizontalAdvance(u'0'));
+    m_ui->grdBills->horizontalHeader()->setStretchLastSection(true);
+    m_ui->grdBills->letGiveWay({{BillTicks::nameColumn, fontMetrics().horizontalAdvance(u'0') * 14},
+                                {BillTicks::codeColumn, fontMetrics().horizontalAdvance(u'0') * 6}});
     m_ui->grdBills->installEventFilter(this);
     connect(&m_bills, &BillTicks::choiceChanged, this, &DialogBillIssue::showState);
     connect(m_ui->grdBills, &QTableView::doubleClicked, this, &DialogBillIssue::preview);

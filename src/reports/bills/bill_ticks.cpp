@@ -17,8 +17,8 @@ namespace
 enum Column {
     TickColumn,
     IdColumn,
-    CodeColumn,
-    NameColumn,
+    CodeColumn = BillTicks::codeColumn,
+    NameColumn = BillTicks::nameColumn,
     PreviousColumn,
     ReceivedColumn,
     SalesColumn,
@@ -36,8 +36,8 @@ struct Look
 
 constexpr std::array<Look, 11> looks{{
     {u"発行", 5},
-    {u"ID", 6},
-    {u"コード", 9},
+    {u"ID", 5},
+    {u"コード", 8},
     {u"納品先名", 26},
     {u"前回請求額", 11},
     {u"入金額", 11},
@@ -45,10 +45,13 @@ constexpr std::array<Look, 11> looks{{
     {u"消費税", 10},
     {u"今回請求額", 12},
     {u"未計上", 9},
-    {u"状態", 16},
+    {u"状態", 8},
 }};
 
-bool isAmount(int column) { return column >= PreviousColumn && column <= UnbookedColumn; }
+bool isNumber(int column)
+{
+    return column == IdColumn || (column >= PreviousColumn && column <= UnbookedColumn);
+}
 
 QString unbookedWords(const BillSums &sums)
 {
@@ -136,7 +139,10 @@ bool BillTicks::mayTick(const Row &row)
            std::isfinite(row.bill.sums.balance());
 }
 
-bool BillTicks::isDue(const Row &row) const { return mayTick(row) && row.bill.sums.billed(m_salesOnly) > 0; }
+bool BillTicks::isDue(const Row &row, bool salesOnly)
+{
+    return mayTick(row) && row.bill.sums.billed(salesOnly) > 0;
+}
 
 void BillTicks::changed()
 {
@@ -215,7 +221,7 @@ QVariant BillTicks::data(const QModelIndex &index, int role) const
     const Row &row = m_rows[std::size_t(index.row())];
     if (role == Qt::CheckStateRole && index.column() == TickColumn)
         return int(row.ticked ? Qt::Checked : Qt::Unchecked);
-    if (role == Qt::TextAlignmentRole && (isAmount(index.column()) || index.column() == IdColumn))
+    if (role == Qt::TextAlignmentRole && isNumber(index.column()))
         return int(Qt::AlignRight | Qt::AlignVCenter);
     return role == Qt::DisplayRole ? shown(row, index.column()) : QVariant();
 }
@@ -241,6 +247,8 @@ Qt::ItemFlags BillTicks::flags(const QModelIndex &index) const
 
 QVariant BillTicks::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole && isNumber(section))
+        return int(Qt::AlignRight | Qt::AlignVCenter);
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return QAbstractTableModel::headerData(section, orientation, role);
     return QString::fromUtf16(looks[std::size_t(section)].heading);

@@ -15,6 +15,10 @@ class BillTicks : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    /// The columns that may give way to the amounts.
+    static constexpr int codeColumn = 2;
+    static constexpr int nameColumn = 3;
+
     explicit BillTicks(QObject *parent = nullptr);
 
     /// Lists \a bills and ticks those that are to be paid. What was issued before counts no more.

@@ -12,6 +12,7 @@
 #include "registers/import/customer_import.h"
 #include "registers/import/import_mapping.h"
 #include "registers/lists/customer_deletion.h"
+#include "reports/bills/bill_run.h"
 #include "slips/entry/frmOut.h"
 #include "slips/issued/issued_documents.h"
 #include "slips/slip_desk.h"
@@ -275,6 +276,32 @@ QString keepDocument(Scene &scene)
                                     QByteArray(30000, 'x'), shop.now, u"山田"_s));
 }
 
+void openShopWithSales(Scene &scene)
+{
+    openShop(scene);
+    scene.logic->run(u"UPDATE 納品先 SET 消費税区分 = 1, 締め日 = 0"_s);
+    scene.logic->run(
+        u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID, 消費税率) SELECT 9000 + 納品先ID, "
+        "'2026-03-15', 'O' || (9000 + 納品先ID), 納品先ID, 10 FROM 納品先 WHERE 納品先ID <= 20"_s);
+    scene.logic->run(
+        u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) SELECT ID, 'ほうじ茶', 1000 FROM 入出庫マスター "
+        "WHERE ID > 9000"_s);
+}
+
+QString bookBillTaxes(Scene &scene)
+{
+    const reports::BillOptions options{10.0, false};
+    auto bills = reports::billsOf(scene.logic->connection, {{QDate(2026, 3, 1), QDate(2026, 3, 31)}, 0},
+                                  options, base::unwatched);
+    if (!bills)
+        return bills.error().text;
+    std::erase_if(*bills, [](const auto &bill) { return bill.sums.unbooked.value_or(0) == 0; });
+    book::NewSlip pattern;
+    pattern.date = QDate(2026, 3, 31);
+    pattern.taxRate = 10;
+    return told(reports::bookBillTaxes(scene.logic->connection, *bills, options, pattern));
+}
+
 QString migrate(Scene &scene)
 {
     return told(db::migrate(scene.logic->path(u"shop.cdb"_s), scene.logic->now.date()));
@@ -321,6 +348,7 @@ const Action actions[] = {
     {"customers deleted", openShop, deleteCustomers, u"shop.cdb"_s, true},
     {"customers imported", openShop, importCustomers, u"shop.cdb"_s, true},
     {"document kept", openShop, keepDocument, u"shop.cdb"_s, true},
+    {"taxes of bills", openShopWithSales, bookBillTaxes, u"shop.cdb"_s, true},
     {"migration", leaveShopOfVersion1, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},

@@ -12,6 +12,7 @@
 #include "registers/lists/frmNouhinFind.h"
 #include "registers/lists/frmNouhinSub.h"
 #include "registers/postal/ZipCodeConv.h"
+#include "reports/bills/DialogBillIssue.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
@@ -125,7 +126,8 @@ void TestSmallScreens::nothingIsOutOfReach()
                       slips::frmMitumoriAmd>(shop.workspace, display);
     cut << cutScreens<reports::frmOutMoto, reports::frmInMoto, reports::frmOutZandaka, reports::frmInZandaka,
                       reports::frmTanaMoto, reports::DayReportOf<reports::DayReportKind::Sales>,
-                      reports::frmInList, reports::frmInTax>(shop.workspace, display);
+                      reports::frmInList, reports::frmInTax, reports::DialogBillIssue>(shop.workspace,
+                                                                                       display);
     ui::prompts::takeUnexpected(); // what an empty shop has to say is not asked here
     QCOMPARE(cut.join(u'\n'), QString());
 
