@@ -219,7 +219,7 @@ QVariant BillTicks::data(const QModelIndex &index, int role) const
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     const Row &row = m_rows[std::size_t(index.row())];
-    if (role == Qt::CheckStateRole && index.column() == TickColumn)
+    if (role == Qt::CheckStateRole && index.column() == TickColumn && mayTick(row))
         return int(row.ticked ? Qt::Checked : Qt::Unchecked);
     if (role == Qt::TextAlignmentRole && isNumber(index.column()))
         return int(Qt::AlignRight | Qt::AlignVCenter);

@@ -5,6 +5,8 @@
 #include "slips/documents/placed_texts.h"
 #include "support/fresh_shop.h"
 
+#include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -61,6 +63,19 @@ struct BilledShop : FreshShop
     }
 };
 
+/// Where \a word begins on the first page of \a pdf that has it, millimetres.
+QPointF placeInPdf(const QByteArray &pdf, const QString &word)
+{
+    QProcess reader;
+    reader.start(u"pdftotext"_s, {u"-bbox"_s, u"-"_s, u"-"_s});
+    reader.write(pdf);
+    reader.closeWriteChannel();
+    reader.waitForFinished();
+    const QRegularExpression place(u"xMin=\"([0-9.]+)\" yMin=\"([0-9.]+)\"[^>]*>"_s + word);
+    const auto match = place.match(QString::fromUtf8(reader.readAllStandardOutput()));
+    return QPointF(match.captured(1).toDouble(), match.captured(2).toDouble()) * 25.4 / 72;
+}
+
 } // namespace
 
 class TestBillPrint : public QObject
@@ -84,6 +99,42 @@ private slots:
         const qsizetype notice = booked.indexOf(u"【返還】元の伝票 O1　2026/02/27"_s);
         QVERIFY2(notice > booked.indexOf(u"O3"_s) && booked.at(notice + 1) == u"　10%対象 -10,000 円"_s,
                  qPrintable(booked.join(u'|')));
+    }
+
+    // In the PDF that goes to the printer, millimetres from the paper's corner: a form of lines follows what
+    // the printer leaves at the top, and plain paper does not.
+    void everyPrinterGetsItInItsPlace_data()
+    {
+        QTest::addColumn<QString>("paper");
+        QTest::addColumn<double>("top"); // what the printer leaves there; 0: no printer tells
+        QTest::addColumn<QPointF>("goods");
+        const double row = 84.7 + 4.2335 - 9.5 * 25.4 / 144;
+        QTest::newRow("1148, file") << u"HISAGO 1148"_s << 0.0 << QPointF(45.5, row);
+        QTest::newRow("1148, dot-matrix") << u"HISAGO 1148"_s << 6.35 << QPointF(45.5, row);
+        QTest::newRow("1148, 8 lines") << u"HISAGO 1148"_s << 5.5 << QPointF(45.5, row - 3.672);
+        QTest::newRow("1148, 9 lines") << u"HISAGO 1148"_s << 25.4 / 6 << QPointF(45.5, row - 3.528);
+        QTest::newRow("1148, 10 lines") << u"HISAGO 1148"_s << 3.0 << QPointF(45.5, row - 3.35);
+        const double plain = 131.4 + 3.7 - 9 * 25.4 / 144;
+        QTest::newRow("A4, file") << u"A4 無地"_s << 0.0 << QPointF(42, plain);
+        QTest::newRow("A4, 8 lines") << u"A4 無地"_s << 5.5 << QPointF(42, plain);
+    }
+
+    void everyPrinterGetsItInItsPlace()
+    {
+        QFETCH(QString, paper);
+        QFETCH(double, top);
+        QFETCH(QPointF, goods);
+        BilledShop shop;
+        shop.run(u"UPDATE 入出庫サブ SET 商品名 = '角砂糖'"_s);
+        shop.run(u"DELETE FROM 入出庫マスター WHERE ID = 1"_s); // nothing is carried: the goods come first
+        shop.workspace.panel.billPaper = paper;
+        printing::Look look{u"IPAMincho"_s};
+        if (top > 0)
+            look.unprintable = QMarginsF(4, top, 4, 4);
+        const auto pdf = printing::pdfOf(shop.document(), look);
+        QVERIFY(bool(pdf));
+        const QPointF found = placeInPdf(*pdf, u"角砂糖"_s);
+        QVERIFY2(QLineF(found, goods).length() < 0.3, qPrintable(u"%1 %2"_s.arg(found.x()).arg(found.y())));
     }
 
     void aBillIsAnIssuedDocument()

@@ -241,6 +241,20 @@ private slots:
         QCOMPARE(desk.shown(), u"O3 O3 O2 O1"_s);
     }
 
+    void aBillIsFoundAndPrintedAgain()
+    {
+        Desk desk;
+        desk.keep(4, u"請求書"_s, QDate(2026, 3, 31), 4400);
+        ScreenDriver &driver = desk.open();
+        driver.choose("cmbKind", u"請求書"_s);
+        driver.press("cmdFind");
+        QCOMPARE(desk.shown(), u"O4"_s);
+        desk.printNext();
+        driver.press("cmdPrint");
+        QVERIFY(desk.printers->given.front().pdf == desk.pdf);
+        QCOMPARE(desk.shown(), u"O4 O4"_s);
+    }
+
     void aRefusedPrintIsNotNoted()
     {
         Desk desk;

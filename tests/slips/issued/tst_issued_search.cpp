@@ -34,13 +34,14 @@ struct Known
 std::vector<Known> generated(int count)
 {
     QRandomGenerator dice(20260401);
-    const QStringList kinds{u"納品書"_s, u"納品書（再発行）"_s, u"見積書"_s, u"請求書"_s};
+    const QStringList kinds{u"納品書"_s, u"納品書（再発行）"_s, u"見積書"_s, u"請求書"_s,
+                            u"請求書（印刷取消）"_s};
     const QStringList names{u"山田商店"_s,  u"㈱ヤマダ　本店"_s, u"佐藤花子"_s,     u"100%果汁の会"_s,
                             u"鈴木_商店"_s, u"(相手先なし)"_s,   u"Smith & Sons"_s, u"高橋\\商会"_s};
     std::vector<Known> all;
     for (int i = 1; i <= count; ++i) {
         const QDate date = QDate(2024, 12, 25).addDays(dice.bounded(800));
-        all.push_back({i, kinds.at(dice.bounded(4)),
+        all.push_back({i, kinds.at(dice.bounded(5)),
                        QStringLiteral("OM").at(dice.bounded(2)) + QString::number(dice.bounded(300)),
                        dice.bounded(50) == 0 ? QString() : date.toString(Qt::ISODate),
                        names.at(dice.bounded(8)), double(dice.bounded(-500, 200000))});
@@ -131,6 +132,8 @@ private slots:
         QTest::newRow("another one") << none << none << u""_s << u""_s << u"_"_s
                                      << QStringList{u"鈴木_商店"_s} << u""_s << u""_s;
         QTest::newRow("kind") << none << none << u""_s << u""_s << u""_s << anybody << u"納品書"_s << u""_s;
+        QTest::newRow("bills, those that never came out too")
+            << none << none << u""_s << u""_s << u""_s << anybody << u"請求書"_s << u""_s;
         QTest::newRow("number") << none << none << u""_s << u""_s << u""_s << anybody << u""_s << u"o12"_s;
         QTest::newRow("dates, amounts and counterpart")
             << april << may << u"5000"_s << u"150000"_s << u"商店"_s
