@@ -298,6 +298,7 @@ QString bookBillTaxes(Scene &scene)
     std::erase_if(*bills, [](const auto &bill) { return bill.sums.unbooked.value_or(0) == 0; });
     book::NewSlip pattern;
     pattern.date = QDate(2026, 3, 31);
+    pattern.employee = 1;
     pattern.taxRate = 10;
     return told(reports::bookBillTaxes(scene.logic->connection, *bills, options, pattern));
 }
