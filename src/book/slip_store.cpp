@@ -4,6 +4,7 @@
 #include "book/printed_slip.h"
 #include "book/slip_columns.h"
 #include "book/stored_values.h"
+#include "book/taken_payments.h"
 #include "book/tax.h"
 #include "db/keys.h"
 #include "db/statement.h"
@@ -353,6 +354,8 @@ base::Status deleteSlip(db::Connection &connection, qint64 id)
         const auto lines = db::deleteRows(connection, u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id});
         if (!lines)
             return lines.error();
+        if (const base::Status forgotten = forgetTaken(connection, id); !forgotten)
+            return forgotten;
         return db::deleteRows(connection, u"DELETE FROM 入出庫マスター WHERE ID = ?"_s, {id}).status();
     });
 }

@@ -127,6 +127,8 @@ inline constexpr SettingKey meiboTitle{"Settings", "MeiboTitle", u"顧客名簿"
 inline constexpr SettingKey meiboTitle2{"Settings", "MeiboTitle2", u"TEL"};
 inline constexpr SettingKey meiboTitle3{"Settings", "MeiboTitle3", u"TEL"};
 inline constexpr SettingKey meiboTitle4{"Settings", "MeiboTitle4", u"FAX"};
+/// Which columns of a bank's file are what of a payment, for the next file of the same form.
+inline constexpr SettingKey paymentColumns{"Settings", "PaymentColumns", u""};
 /// Columns of the roster, a 0 or 1 for each (empty: the usual ones), and whether it goes by the readings.
 inline constexpr SettingKey meiboColumns{"Settings", "MeiboColumns", u""};
 inline constexpr SettingKey meiboByReading{"Settings", "MeiboByReading", u"1"};

@@ -8,6 +8,7 @@
 #include "old_file.h"
 #include "printers.h"
 #include "purchases.h"
+#include "receipts.h"
 #include "trade_day.h"
 
 #include "app/files/application_folder.h"
@@ -85,6 +86,7 @@ QStringList walk(const QDir &folder)
     tour::issueBill(walker, window, folder);
     tour::issueAllBills(walker, window, folder);
     tour::sellFood(walker, workspace, window, folder);
+    tour::lookAtPayments(walker, window, folder);
     tour::setPrintersUp(walker, workspace, window);
     tour::convertOldFile(walker, workspace, window, folder);
     window.close();

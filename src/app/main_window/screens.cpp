@@ -20,6 +20,7 @@
 #include "registers/postal/postal_boxes.h"
 #include "reports/bills/bill_print.h"
 #include "reports/bills/frmOutBill.h"
+#include "reports/bills/frmReceiptB.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
@@ -171,6 +172,7 @@ Openers screenOpeners()
         {Action::PurchaseTax, screen<reports::frmInTax>()},
         {Action::PurchaseList, screen<reports::frmInList>()},
         {Action::Receipt, screen<slips::frmOutReceipt>()},
+        {Action::ReceiptImport, screen<reports::frmReceiptB>()},
         {Action::Payment, screen<slips::frmInPay>()},
         {Action::ReceivableCarried, screen<slips::frmUrikake>()},
         {Action::PayableCarried, screen<slips::frmKaikake>()},

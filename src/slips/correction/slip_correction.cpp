@@ -4,6 +4,7 @@
 #include "book/slip_selection.h"
 #include "book/slip_store.h"
 #include "book/stored_values.h"
+#include "book/taken_payments.h"
 #include "db/keys.h"
 #include "db/transaction.h"
 
@@ -78,9 +79,10 @@ base::Status saveLine(db::Recordset &lines, const db::Recordset::Step &check) { 
 
 base::Status deleteCurrentSlip(db::Recordset &headers, db::Connection &connection)
 {
-    return headers.remove([&] {
-        return db::deleteRows(connection, u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {headers.currentKey()})
-            .status();
+    return headers.remove([&]() -> base::Status {
+        const qint64 id = headers.currentKey();
+        const auto lines = db::deleteRows(connection, u"DELETE FROM 入出庫サブ WHERE ID = ?"_s, {id});
+        return lines ? book::forgetTaken(connection, id) : lines.error();
     });
 }
 
