@@ -222,11 +222,11 @@ int Bare::bill(std::int64_t customer, const char *from, const char *to)
 int Bare::bills(int closingDay, const char *from, const char *to)
 {
     sqlite3_stmt *statement = prepared(
-        m_handle, "SELECT m.相手先ID, substr(m.伝票番号, 1, 1) AS k, m.日付 >= ? AS w, total(s.金額), "
+        m_handle, "SELECT m.相手先ID, m.種別 AS k, m.日付 >= ? AS w, total(s.金額), "
                   "total(CASE WHEN s.商品名 = '消費税' THEN s.金額 END) "
-                  "FROM 納品先 c, 入出庫マスター m, 入出庫サブ s "
+                  "FROM 納品先 c CROSS JOIN 入出庫マスター m CROSS JOIN 入出庫サブ s " // customers first
                   "WHERE c.締め日 = ? AND m.相手先ID = c.納品先ID AND s.ID = m.ID AND m.日付 <= ? "
-                  "AND (m.伝票番号 LIKE 'O%' OR m.伝票番号 LIKE 'R%' OR m.伝票番号 LIKE 'B%') "
+                  "AND m.種別 IN ('O', 'R', 'B') "
                   "GROUP BY m.相手先ID, k, w");
     sqlite3_bind_text(statement, 1, from, -1, SQLITE_STATIC);
     sqlite3_bind_int(statement, 2, closingDay);

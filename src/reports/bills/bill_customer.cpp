@@ -23,7 +23,8 @@ db::Query customersWhere(const db::Condition &condition, const QStringList &orde
             .table = u"納品先"_s,
             .where = condition.sql,
             .order = order,
-            .values = condition.values};
+            .values = condition.values,
+            .fromAllOver = true};
 }
 
 BillCustomer customerFrom(const QVariantList &row)
@@ -83,7 +84,8 @@ db::Query closingDayQuery(int closingDay)
             .table = u"納品先"_s,
             .where = condition.sql,
             .order = orderOfIssue,
-            .values = condition.values};
+            .values = condition.values,
+            .fromAllOver = true};
 }
 
 base::Result<std::vector<BillCustomer>> allCustomers(db::Connection &connection)

@@ -1,7 +1,6 @@
 #include "bill_book.h"
 #include "slips/slip_desk.h"
 
-#include "printing/frmPreview.h"
 #include "reports/bills/frmOutBill.h"
 #include "support/scripted_test.h"
 #include "ui/file_dialogs.h"
@@ -71,30 +70,33 @@ public:
         const QString fileName = shop.path(u"bill.pdf"_s);
         QFile::remove(fileName);
         ui::file_dialogs::expectFile(fileName);
-        inPreview(
-            [](printing::frmPreview &preview) { preview.findChild<QPushButton *>(u"cmdPdf"_s)->click(); });
+        inNext(u"frmPreview"_s,
+               [](QDialog &preview) { preview.findChild<QPushButton *>(u"cmdPdf"_s)->click(); });
         press("Command2");
         return QFile::exists(fileName);
     }
     void printAndLeave()
     {
-        inPreview([](printing::frmPreview &) {});
+        inNext(u"frmPreview"_s, [](QDialog &) {});
         press("Command2");
     }
-    int previews = 0;
-
-private:
-    void inPreview(const std::function<void(printing::frmPreview &)> &work)
+    /// Does \a work in the next screen \a name that opens, and closes it.
+    void inNext(const QString &name, const std::function<void(QDialog &)> &work)
     {
-        QTimer::singleShot(0, &screen(), [this, work] {
-            auto *preview = qobject_cast<printing::frmPreview *>(QApplication::activeModalWidget());
-            if (!preview)
+        auto *waiting = new QTimer(&screen());
+        QObject::connect(waiting, &QTimer::timeout, &screen(), [this, waiting, name, work] {
+            auto *shown = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!shown || shown->objectName() != name)
                 return;
-            ++previews;
-            work(*preview);
-            preview->reject();
+            waiting->deleteLater();
+            waiting->stop();
+            opened << name;
+            work(*shown);
+            shown->reject();
         });
+        waiting->start(0);
     }
+    QStringList opened;
 };
 
 } // namespace
@@ -324,7 +326,7 @@ private slots:
         prompts::expectAskWhichWay(due, u"計上して印刷"_s);
         prompts::expectInform(done);
         QVERIFY(desk.printToFile());
-        QCOMPARE(desk.previews, 2);
+        QCOMPARE(desk.opened.size(), 2);
         QCOMPARE(desk.text("Text5"), u"12,962"_s);
         QCOMPARE(desk.headers().last(), u"O2|2026-03-31|2"_s);
 
@@ -335,7 +337,16 @@ private slots:
         desk.press("Command2");
         QCOMPARE(desk.text("Text5"), u"10,617"_s);
         desk.printAndLeave();
-        QCOMPARE(desk.previews, 3);
+        QCOMPARE(desk.opened.size(), 3);
+        // The transfer form follows a bill that came out, with what it says is to be paid.
+        desk.the<QCheckBox>("Check2").click();
+        desk.printAndLeave();
+        QString amount;
+        desk.inNext(u"DialogOderEX"_s,
+                    [&amount](QDialog &form) { amount = form.findChild<QLineEdit *>(u"Text5"_s)->text(); });
+        prompts::expectInform(done);
+        QVERIFY(desk.printToFile());
+        QCOMPARE(amount, u"10,617"_s);
         desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = '百' WHERE ID = 1"_s);
         prompts::expectInform(
             u"金額が数字でない伝票があるため、請求書を印刷できません。伝票を訂正してください。"_s);
