@@ -318,7 +318,7 @@ bool frmOutBill::compute(Telling telling)
     if (!bill) {
         m_bill.reset();
         showNothing(bill.error().text);
-        if (telling == Telling::InBox || bill.error().gone)
+        if (telling != Telling::InLine || bill.error().gone)
             tell(bill.error());
         return false;
     }

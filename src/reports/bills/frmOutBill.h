@@ -37,8 +37,9 @@ protected:
     bool mayClose() override;
 
 private:
-    // How what kept a bill from being computed is told.
-    enum class Telling { InBox, InLine };
+    // How what kept a bill from being computed is told; ErrorsInBox: that there are no slips in the line
+    // alone.
+    enum class Telling { InBox, ErrorsInBox, InLine };
 
     void connectControls();
     void connectDates();

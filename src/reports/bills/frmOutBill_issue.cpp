@@ -183,12 +183,9 @@ bool frmOutBill::mayClose()
 bool frmOutBill::isReadyToPrint()
 {
     const auto shown = m_bill;
-    const bool computed = compute(m_customer == 0 ? Telling::InBox : Telling::InLine);
-    if (!m_bill) {
-        if (m_customer != 0 && period().to < period().from)
-            compute(Telling::InBox); // tells it
+    const bool computed = compute(Telling::ErrorsInBox);
+    if (!m_bill)
         return false;
-    }
     if (!computed || !m_bill->hasSlipsInPeriod) {
         ui::prompts::inform(this, u"該当するデータがありません。"_s);
         return false;

@@ -129,8 +129,11 @@ private slots:
         QCOMPARE(desk.text("Text3"), u"12,352"_s);
         desk.turnTo({2026, 4, 2}, {2026, 4, 1});
         QCOMPARE(desk.figures().trimmed(), QString());
-        prompts::expectInform(u"期間の終わりが始まりより前になっています。日付を入力し直してください。"_s);
-        desk.press("cmdMasterUpdate");
+        for (const char *button : {"cmdMasterUpdate", "Command2"}) {
+            prompts::expectInform(
+                u"期間の終わりが始まりより前になっています。日付を入力し直してください。"_s);
+            desk.press(button);
+        }
     }
 
     void nobodyAndNothing()
