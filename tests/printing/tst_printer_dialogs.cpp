@@ -312,6 +312,31 @@ private slots:
         desk.esc();
     }
 
+    void billsHaveASheetOfTheirOwn()
+    {
+        const NoteDesk desk;
+        int down = 99; // steps, that the bill's sheet was asked for with
+        desk.dialog->setBillSheet([&down](const NoteSteps &steps) {
+            down = steps.billDown;
+            return note(steps);
+        });
+        desk.driver->type("Text8", u"-2"_s);
+        const QString question = u"どちらの用紙の位置を合わせますか。"_s;
+        const auto close = [](QWidget &preview) { preview.close(); };
+        ui::prompts::expectAskWhichWay(question, QString());
+        desk.driver->press("Command49"); // and thought better of it
+        ui::prompts::expectAskWhichWay(question, u"納品書"_s);
+        inWindow(u"frmPreview"_s, *desk.dialog, close);
+        desk.driver->press("Command49");
+        QCOMPARE(down, 99);
+        ui::prompts::expectAskWhichWay(question, u"請求書"_s);
+        inWindow(u"frmPreview"_s, *desk.dialog, close);
+        desk.driver->press("Command49");
+        QCOMPARE(down, -2);
+        ui::prompts::expectAskHowToLeave(unsaved, ui::prompts::Choice::Discard, ui::prompts::Choice::Save);
+        desk.esc();
+    }
+
     void withoutAPrintServiceThePositionsCanStillBeStored()
     {
         const NoteDesk desk([](FakePrinters &printers, FreshShop &) {

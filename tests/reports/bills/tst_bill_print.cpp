@@ -4,7 +4,10 @@
 #include "reports/bills/bill_header.h"
 #include "slips/documents/placed_texts.h"
 #include "support/fresh_shop.h"
+#include "support/screen_driver.h"
+#include "ui/report_grid.h"
 
+#include <QLabel>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
@@ -197,7 +200,22 @@ private slots:
             QVERIFY(sheet && sheet->sheets.size() == 1);
             QCOMPARE(textsOf(sheet->sheets.front()).count(u"品"_s), 20);
         }
-        QCOMPARE(adjustableBills(shop.settings).size(), 2U);
+    }
+
+    void bothFormsCanBeSetRight()
+    {
+        BilledShop shop;
+        printing::DialogFormLayout screen(shop.workspace, adjustableBills(shop.settings));
+        ScreenDriver driver(&screen);
+        driver.show();
+        auto &grid = driver.the<ui::ReportGrid>("gridElements");
+        for (int form = 0; form < 2; ++form) {
+            driver.choose("cboForm", form);
+            QVERIFY(grid.rowCount() > 30);
+            for (int row = 0; row < grid.rowCount(); ++row)
+                grid.setCurrentIndex(grid.model()->index(row, 0));
+            QCOMPARE(driver.the<QLabel>("lblMessage").text(), QString());
+        }
     }
 };
 

@@ -224,6 +224,33 @@ private slots:
         QVERIFY(!desk.driver->the<QPushButton>("cmdUndoTax").isEnabled());
     }
 
+    // Once for all bills, after they are out; what the clerk leaves there takes nothing of them back.
+    void transferFormsAreAskedForOnce()
+    {
+        IssueDesk desk;
+        desk.driver->the<QCheckBox>("Check2").setChecked(true);
+        QStringList asked;
+        QTimer hand;
+        connect(&hand, &QTimer::timeout, &hand, [&asked] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            if (!dialog || dialog->objectName() == u"progress"_s)
+                return;
+            asked << dialog->objectName();
+            if (auto *print = dialog->findChild<QPushButton *>(u"cmdPrint"_s);
+                print && asked.back() == u"DialogPrint"_s)
+                print->click();
+            else
+                dialog->close();
+        });
+        hand.start(50);
+        ui::prompts::expectAskWhichWay(unsettled, u"このまま発行"_s);
+        ui::prompts::expectInform(u"すべてのデータを排出しました。"_s, ui::prompts::anyRemark);
+        desk.driver->press("cmdPrint");
+        hand.stop();
+        QCOMPARE(asked, QStringList({u"DialogPrint"_s, u"DialogOderEX"_s}));
+        QCOMPARE(desk.shop.issued().size(), 3);
+    }
+
     void eachCustomerGetsAFile()
     {
         IssueDesk desk;
