@@ -31,6 +31,12 @@ struct JobTitle
     QString number;
 };
 
+bool isIssued(const QString &kind)
+{
+    return kind == QStringView(deliveryNoteKind) || kind == QStringView(estimateKind) ||
+           kind == QStringView(billKind);
+}
+
 // The row that was written when the job was taken: the one nearest to it in time.
 base::Result<std::optional<qint64>> rowOf(db::Connection &connection, const JobTitle &title,
                                           const QDateTime &taken)
@@ -81,6 +87,8 @@ base::Status noteWithdrawn(db::Connection &connection, const QString &title, con
                            const QDateTime &now, const QString &employee)
 {
     const JobTitle job(title);
+    if (!isIssued(job.kind))
+        return {};
     const QString kind = job.kind + QString::fromUtf16(withdrawnMark);
     return db::atomically(connection, [&]() -> base::Status {
         const auto row = rowOf(connection, job, taken);
