@@ -1,5 +1,6 @@
 // Walks the whole program as a user would, on a fresh folder: tour DIR. Pictures of the screens and the
 // printed notes end in DIR. Exits with 1 when anything was not as it should be.
+#include "bill_list.h"
 #include "bills.h"
 #include "day_reports.h"
 #include "first_day.h"
@@ -85,6 +86,7 @@ QStringList walk(const QDir &folder)
     tour::lookIntoDayReports(walker, window, folder);
     tour::issueBill(walker, window, folder);
     tour::issueAllBills(walker, window, folder);
+    tour::lookIntoBillList(walker, window, folder);
     tour::sellFood(walker, workspace, window, folder);
     tour::lookAtPayments(walker, window, folder);
     tour::setPrintersUp(walker, workspace, window);

@@ -20,6 +20,7 @@
 #include "registers/postal/postal_boxes.h"
 #include "reports/bills/bill_print.h"
 #include "reports/bills/frmOutBill.h"
+#include "reports/bills/frmOutBillList.h"
 #include "reports/bills/frmReceiptB.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
@@ -134,10 +135,11 @@ void showLedger(QWidget *parent, workspace::Workspace &workspace, qint64 custome
     screen.exec();
 }
 
+template <class Screen>
 void openBills(QWidget *parent, workspace::Workspace &workspace)
 {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    reports::frmOutBill screen(workspace, parent);
+    Screen screen(workspace, parent);
     QGuiApplication::restoreOverrideCursor();
     screen.setPrinterSettings([&workspace](QWidget *over) { openNotePrinter(over, workspace); });
     screen.exec();
@@ -166,7 +168,7 @@ Openers screenOpeners()
 {
     return {
         {Action::Sales, screen<slips::frmOut>()},
-        {Action::Bill, openBills},
+        {Action::Bill, openBills<reports::frmOutBill>},
         {Action::Purchase, screen<slips::frmIn>()},
         {Action::Estimate, screen<slips::frmMitsumori>()},
         {Action::PurchaseTax, screen<reports::frmInTax>()},
@@ -181,6 +183,7 @@ Openers screenOpeners()
         {Action::ReceivableBalances, screen<reports::frmOutZandaka>()},
         {Action::PayableLedger, screen<reports::frmInMoto>()},
         {Action::PayableBalances, screen<reports::frmInZandaka>()},
+        {Action::BillList, openBills<reports::frmOutBillList>},
         {Action::SalesReport, dayReport<reports::DayReportKind::Sales>()},
         {Action::ReceiptReport, dayReport<reports::DayReportKind::Receipts>()},
         {Action::PurchaseReport, dayReport<reports::DayReportKind::Purchases>()},

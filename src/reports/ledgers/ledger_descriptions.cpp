@@ -15,14 +15,16 @@ LedgerDescription descriptionOf(LedgerView view)
                 .title = u"売掛金元帳",
                 .search = &book::customerSearch,
                 .foundWidths = {0, 190, 130, 76, 210, 120, 110, 60, 90, 0, 0},
-                .opens = correctsSlip};
+                .opens = correctsSlip,
+                .charts = book::Party::Customer};
     case LedgerView::Payable:
         return {.view = view,
                 .screen = u"frmInMoto",
                 .title = u"買掛金元帳",
                 .search = &book::payeeSearch,
                 .foundWidths = {60, 190, 130, 210, 110, 0, 60, 0},
-                .opens = correctsSlip};
+                .opens = correctsSlip,
+                .charts = book::Party::Supplier};
     case LedgerView::ReceivableBalances:
         return {.view = view,
                 .screen = u"frmOutZandaka",
@@ -30,7 +32,8 @@ LedgerDescription descriptionOf(LedgerView view)
                 .zeros = openOnly,
                 .sorts = true,
                 .hasStart = false,
-                .opens = opensLedger};
+                .opens = opensLedger,
+                .charts = book::Party::Customer};
     case LedgerView::PayableBalances:
         return {.view = view,
                 .screen = u"frmInZandaka",
@@ -38,7 +41,8 @@ LedgerDescription descriptionOf(LedgerView view)
                 .zeros = openOnly,
                 .sorts = true,
                 .hasStart = false,
-                .opens = opensLedger};
+                .opens = opensLedger,
+                .charts = book::Party::Supplier};
     case LedgerView::Stock:
         return {.view = view,
                 .screen = u"frmTanaMoto",

@@ -1,6 +1,7 @@
 #include "reports/ledgers/ledger_screen.h"
 
 #include "registers/last_counterparts.h"
+#include "reports/charts/DialogCharts.h"
 #include "reports/report_actions.h"
 #include "slips/entry/slip_screen.h"
 #include "text/format_value.h"
@@ -75,6 +76,7 @@ void LedgerScreen::fitForm()
     const QString opens = QString::fromUtf16(m_description.opens);
     m_ui->Command4->setText(opens);
     m_ui->Command4->setHidden(opens.isEmpty());
+    m_ui->cmdCharts->setVisible(m_description.charts.has_value());
 }
 
 void LedgerScreen::fitSearch()
@@ -128,6 +130,7 @@ void LedgerScreen::connectControls()
         {m_ui->Command1, &LedgerScreen::search},
         {m_ui->cmdMasterUpdate, &LedgerScreen::count},
         {m_ui->Command4, &LedgerScreen::openRow},
+        {m_ui->cmdCharts, &LedgerScreen::openCharts},
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
@@ -313,6 +316,18 @@ void LedgerScreen::openRow()
     else if (!openSlipOf(workspace(), this, link))
         return;
     refresh();
+}
+
+// Of whose ledger it is; of a list all, and the one of the row at the clerk's wish.
+void LedgerScreen::openCharts()
+{
+    const QVariant link = m_ui->MSFlexGrid1->currentLink();
+    const auto *row = targetIn<LedgerTarget>(link);
+    const std::optional<LedgerTarget> whose = m_whose || !row ? m_whose : std::optional(*row);
+    DialogCharts charts(workspace(), this);
+    charts.openCharts(*m_description.charts, m_ui->DTPicker2->date(),
+                      whose ? std::optional(whose->counterpart) : std::nullopt, m_whose.has_value());
+    charts.exec();
 }
 
 void LedgerScreen::openLedgerOf(const LedgerTarget &whose)

@@ -26,10 +26,11 @@ struct LedgerDescription
     const char16_t *title;
     const book::CounterpartSearch *search = nullptr; // whose ledger; none: it is about all
     std::vector<int> foundWidths{};                  // of the search result's columns, pixels; 0 hides one
-    const char16_t *zeros = u""; // caption of the box that leaves zeros out; empty: no box
-    bool sorts = false;          // by a click on a heading: the order of its rows says nothing
-    bool hasStart = true;        // a period; otherwise the state at the end of a day
-    const char16_t *opens = u""; // what Enter does with a row; empty: nothing
+    const char16_t *zeros = u"";            // caption of the box that leaves zeros out; empty: no box
+    bool sorts = false;                     // by a click on a heading: the order of its rows says nothing
+    bool hasStart = true;                   // a period; otherwise the state at the end of a day
+    const char16_t *opens = u"";            // what Enter does with a row; empty: nothing
+    std::optional<book::Party> charts = {}; // whose charts belong to it
 };
 
 LedgerDescription descriptionOf(LedgerView view);
@@ -73,6 +74,7 @@ private:
     void markAsOutdated();
 
     void openRow();
+    void openCharts();
     void openLedgerOf(const LedgerTarget &whose);
     void openLedgerOf(const GoodsTarget &whose);
 

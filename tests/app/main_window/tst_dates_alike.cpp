@@ -4,6 +4,7 @@
 #include "registers/lists/frmNouhinDel.h"
 #include "registers/lists/frmNouhinFind.h"
 #include "registers/lists/frmNouhinSub.h"
+#include "reports/bills/frmOutBillList.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
@@ -169,7 +170,7 @@ private slots:
         QVERIFY2(daysSeen > 12, qPrintable(QString::number(daysSeen)));
         found << daysOnAll<frmOutAmd, frmInAmd, frmMitumoriAmd, frmOutMoto, frmInMoto, frmOutZandaka,
                            frmInZandaka, frmTanaMoto, DayReportOf<DayReportKind::Sales>,
-                           DayReportOf<DayReportKind::Receipts>, frmInList, frmInTax>(shop);
+                           DayReportOf<DayReportKind::Receipts>, frmOutBillList, frmInList, frmInTax>(shop);
         found << daysOnAll<frmOut, frmIn, frmMitsumori, frmOutReceipt, frmInPay>(shop, chooseCounterpart);
         QVERIFY2(daysSeen > 30, qPrintable(QString::number(daysSeen)));
         ui::prompts::takeUnexpected(); // what an unregistered company has to be told is not asked here

@@ -14,6 +14,8 @@
 #include "registers/lists/frmNouhinFind.h"
 #include "registers/lists/frmNouhinSub.h"
 #include "registers/postal/ZipCodeConv.h"
+#include "reports/bills/frmOutBillList.h"
+#include "reports/charts/DialogCharts.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
@@ -179,8 +181,8 @@ void TestLetters::standOnceOnScreens()
                             slips::frmOutAmd, slips::frmInAmd, slips::frmMitumoriAmd>(shop.workspace);
     twice << twiceOnScreens<reports::frmOutMoto, reports::frmInMoto, reports::frmOutZandaka,
                             reports::frmInZandaka, reports::frmTanaMoto,
-                            reports::DayReportOf<reports::DayReportKind::Sales>, reports::frmInList,
-                            reports::frmInTax>(shop.workspace);
+                            reports::DayReportOf<reports::DayReportKind::Sales>, reports::frmOutBillList,
+                            reports::DialogCharts, reports::frmInList, reports::frmInTax>(shop.workspace);
     ui::prompts::takeUnexpected(); // what an empty shop has to say is not asked here
     QCOMPARE(twice.join(u'\n'), QString());
 }
