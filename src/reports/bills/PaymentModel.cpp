@@ -17,7 +17,7 @@ const std::vector<base::Column> &columns()
     using enum base::Format;
     static const std::vector<base::Column> all{
         {u"取込"_s},           {u"日付"_s, Date}, {u"相手先"_s}, {u"摘要"_s},
-        {u"入金額"_s, Amount}, {u"判定"_s},       {u"納品先"_s}, {u"請求残"_s, Amount},
+        {u"入金額"_s, Amount}, {u"判定"_s},       {u"納品先"_s}, {u"未収額"_s, Amount},
         {u"差額"_s},           {u"差額の扱い"_s}, {u"備考"_s}};
     return all;
 }
@@ -38,7 +38,12 @@ void PaymentModel::set(std::vector<PaymentMatch> matches, PayingCustomers custom
     endResetModel();
 }
 
-void PaymentModel::changed(int row) { emit dataChanged(index(row, 0), index(row, ColumnCount - 1)); }
+// What one row pays is not open for the rows behind it.
+void PaymentModel::changed(int row)
+{
+    settleInOrder(m_matches, m_customers);
+    emit dataChanged(index(row, 0), index(rowCount() - 1, ColumnCount - 1));
+}
 
 void PaymentModel::setCustomer(int row, qint64 customer)
 {
@@ -74,7 +79,7 @@ int PaymentModel::tickLikely()
         ++count;
     }
     if (count > 0)
-        emit dataChanged(index(0, Ticked), index(rowCount() - 1, Ticked));
+        changed(0);
     return count;
 }
 
@@ -107,9 +112,9 @@ QVariant PaymentModel::ofCustomer(const PaymentMatch &match, int column) const
     const double missing = missingOf(match, *customer);
     switch (column) {
     case Customer:
-        return u"%1　（ID %2）"_s.arg(customer->name).arg(customer->id);
+        return u"%1：%2"_s.arg(customer->id).arg(customer->name);
     case Owed:
-        return customer->billed;
+        return owedBy(*customer);
     case Missing:
         return missingInWords(missing);
     case Treatment:
@@ -129,7 +134,7 @@ QVariant PaymentModel::value(const PaymentMatch &match, int column) const
     case Text:
         return match.row.text == match.row.payer ? QString() : match.row.text;
     case Amount:
-        return match.row.amount;
+        return match.row.trouble.isEmpty() ? QVariant(match.row.amount) : QVariant();
     case State:
         return !match.row.trouble.isEmpty() ? u"読めません"_s
                : !match.taken.isEmpty()     ? u"取込済"_s

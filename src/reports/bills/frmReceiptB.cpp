@@ -14,6 +14,7 @@
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
 
+#include <QHeaderView>
 #include <QShortcut>
 #include <QSignalBlocker>
 
@@ -26,6 +27,8 @@ namespace
 {
 
 constexpr std::size_t mostFound = 200;
+constexpr int nameColumn = 2; // of the candidates
+constexpr int firstAmount = 3;
 
 QStringList candidateRow(const PayingCustomer &customer)
 {
@@ -44,14 +47,18 @@ frmReceiptB::frmReceiptB(workspace::Workspace &workspace, QWidget *parent)
     for (const Difference each : {Difference::Stays, Difference::TransferFee, Difference::Fee})
         m_ui->Combo2->addItem(nameOf(each));
     m_ui->DataGrid1->setModel(&m_model);
-    const int widths[] = {44, 86, 170, 120, 90, 66, 190, 84, 150, 110, 170};
+    const int widths[] = {44, 84, 130, 56, 80, 74, 140, 78, 130, 100, 200};
     for (int column = 0; column < PaymentModel::ColumnCount; ++column)
         m_ui->DataGrid1->setColumnWidth(column, widths[column]);
-    m_ui->DataGrid1->letGiveWay(
-        {{PaymentModel::Text, 60}, {PaymentModel::Payer, 100}, {PaymentModel::Customer, 110}});
+    m_ui->DataGrid1->letGiveWay({{PaymentModel::Text, 60},
+                                 {PaymentModel::Payer, 100},
+                                 {PaymentModel::Customer, 100},
+                                 {PaymentModel::Remark, 110}});
     m_ui->DataGrid2->setColumnCount(5);
     m_ui->DataGrid2->setHorizontalHeaderLabels(
         {u"納品先ID"_s, u"コード"_s, u"納品先"_s, u"請求残"_s, u"残高"_s});
+    m_ui->DataGrid2->setColumnWidth(nameColumn, 240);
+    m_ui->DataGrid2->verticalHeader()->hide();
     connectControls();
     setUp();
     showRow();
@@ -227,8 +234,12 @@ void frmReceiptB::showCandidates(const std::vector<std::size_t> &places)
         const PayingCustomer &customer = m_model.customers().all()[places[std::size_t(row)]];
         m_candidates.push_back(customer.id);
         const QStringList cells = candidateRow(customer);
-        for (int column = 0; column < int(cells.size()); ++column)
-            m_ui->DataGrid2->setItem(row, column, new QTableWidgetItem(cells.at(column)));
+        for (int column = 0; column < int(cells.size()); ++column) {
+            auto *cell = new QTableWidgetItem(cells.at(column));
+            if (column >= firstAmount)
+                cell->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+            m_ui->DataGrid2->setItem(row, column, cell);
+        }
     }
     if (!places.empty())
         m_ui->DataGrid2->setCurrentCell(0, 0);

@@ -152,14 +152,36 @@ std::vector<PaymentMatch> matchPayments(const std::vector<PaymentRow> &rows, con
             matching.match(match);
         matches.push_back(std::move(match));
     }
+    settleInOrder(matches, customers);
     return matches;
+}
+
+double owedBy(const PayingCustomer &customer)
+{
+    return customer.billed > 0 ? customer.billed : customer.balance;
 }
 
 double missingOf(const PaymentMatch &match, const PayingCustomer &customer)
 {
-    if (match.row.amount == customer.balance)
+    if (match.before + match.row.amount == customer.balance)
         return 0;
-    return (customer.billed > 0 ? customer.billed : customer.balance) - match.row.amount;
+    return owedBy(customer) - match.before - match.row.amount;
+}
+
+double feeOf(const PaymentMatch &match, const PayingCustomer &customer)
+{
+    return match.difference == Difference::Stays ? 0 : std::max(0.0, missingOf(match, customer));
+}
+
+void settleInOrder(std::vector<PaymentMatch> &matches, const PayingCustomers &customers)
+{
+    QHash<qint64, double> paid;
+    for (PaymentMatch &match : matches) {
+        const PayingCustomer *customer = customers.with(match.customer);
+        match.before = customer ? paid.value(match.customer) : 0;
+        if (customer && match.ticked)
+            paid[match.customer] += match.row.amount + feeOf(match, *customer);
+    }
 }
 
 QString missingInWords(double missing)

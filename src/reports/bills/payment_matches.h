@@ -31,6 +31,7 @@ struct PaymentMatch
     QString taken{};                  // the number of the slip that was written from it; empty: none was
     bool ticked = false;              // a receipt is to be written
     Difference difference = Difference::Stays;
+    double before = 0; // yen that ticked rows before it are to pay for the same customer
 
     /// Whether a receipt can be written of it.
     [[nodiscard]] bool canBeTaken() const { return row.trouble.isEmpty() && customer != 0; }
@@ -42,10 +43,19 @@ struct PaymentMatch
 std::vector<PaymentMatch> matchPayments(const std::vector<PaymentRow> &rows, const PayingCustomers &customers,
                                         const QHash<QString, QString> &taken);
 
-/// What is missing of what \a customer owes on the last bill: negative where more was paid.
+/// What \a customer owes on the last bill; where nothing of it is open, altogether.
+double owedBy(const PayingCustomer &customer);
+
+/// What is missing of that in a payment: negative where more was paid. Nothing where all is paid at once.
 double missingOf(const PaymentMatch &match, const PayingCustomer &customer);
 
-/// The words for a company's own missing sum: "440 円少ない（振込手数料？）"; empty for none.
+/// What is written as a fee of \a match, by the clerk's choice; 0 for none.
+double feeOf(const PaymentMatch &match, const PayingCustomer &customer);
+
+/// Works out anew what is paid before each of \a matches, after a choice was changed.
+void settleInOrder(std::vector<PaymentMatch> &matches, const PayingCustomers &customers);
+
+/// A missing sum in words: "440 円少ない（振込手数料？）"; empty for none.
 QString missingInWords(double missing);
 
 } // namespace reports

@@ -96,11 +96,6 @@ base::Result<book::SavedHeader> take(db::Connection &connection, const PaymentMa
 
 } // namespace
 
-double feeOf(const PaymentMatch &match, const PayingCustomer &customer)
-{
-    return match.difference == Difference::Stays ? 0 : std::max(0.0, missingOf(match, customer));
-}
-
 base::Result<TakenPayments> takePayments(db::Connection &connection, const std::vector<PaymentMatch> &matches,
                                          const PayingCustomers &customers, const TakingOptions &options,
                                          const base::Progress &progress)

@@ -26,9 +26,6 @@ struct TakenPayments
     double total = 0;    // yen that came in
 };
 
-/// What is written as a fee of \a match from \a customer, by the clerk's choice; 0 for none.
-double feeOf(const PaymentMatch &match, const PayingCustomer &customer);
-
 /// Writes a receipt for each ticked payment, as the receipts screen does, and keeps the row as taken: all of
 /// them or none. Fails where one was taken meanwhile (`changed`), or a customer is gone.
 base::Result<TakenPayments> takePayments(db::Connection &connection, const std::vector<PaymentMatch> &matches,

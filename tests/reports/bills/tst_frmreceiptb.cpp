@@ -208,6 +208,22 @@ private slots:
         QVERIFY(desk.receipts().isEmpty());
     }
 
+    // What a ticked row pays is not missing any more in the rows behind it.
+    void rowsSettleInOrder()
+    {
+        Desk desk("日付,相手先,入金額\n2026/4/1,ﾔﾏﾀﾞｼﾖｳﾃﾝ,6000\n2026/4/1,ﾔﾏﾀﾞｼﾖｳﾃﾝ,4560\n");
+        desk.open(desk.file);
+        QCOMPARE(desk.cell(1, PaymentModel::Missing), u"6,440 円少ない"_s);
+        ui::prompts::expectInform(u"「有力」の 2 行に印を付けました。差額を確かめてください。"_s);
+        desk.driver->press("Command8");
+        QCOMPARE(desk.cell(1, PaymentModel::Missing), u"440 円少ない（振込手数料？）"_s);
+        desk.goTo(0);
+        QTest::keyClick(&desk.grid(), Qt::Key_Space);
+        QCOMPARE(desk.cell(1, PaymentModel::Missing), u"6,440 円少ない"_s);
+        ui::prompts::expectAskHowToLeave({}, ui::prompts::Choice::Discard, ui::prompts::Choice::Cancel);
+        desk.driver->key(Qt::Key_Escape);
+    }
+
     void columnsAreAskedForOnce()
     {
         Desk desk("1,2026/4/1,x,11000,ﾔﾏﾀﾞｼﾖｳﾃﾝ\n");

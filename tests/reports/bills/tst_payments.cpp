@@ -213,6 +213,20 @@ private slots:
         QCOMPARE(desk.shop.value(u"SELECT count(*) FROM 納品先 WHERE 更新日 = '2026-03-10'"_s).toInt(), 6);
     }
 
+    // A fee is what is missing after the payments before it, not what the whole bill was.
+    void whatIsPaidBeforeIsNotAFee()
+    {
+        Desk desk;
+        auto matches = desk.matched("日付,相手先,入金額\n2026/4/1,ﾔﾏﾀﾞｼﾖｳﾃﾝ,6000\n2026/4/1,ﾔﾏﾀﾞｼﾖｳﾃﾝ,4560\n");
+        for (PaymentMatch &match : matches)
+            match.ticked = true;
+        matches[1].difference = Difference::Fee;
+        settleInOrder(matches, desk.customers);
+        QVERIFY(desk.take(matches));
+        QCOMPARE(desk.shop.rows(u"SELECT 商品名, 金額 FROM 入出庫サブ WHERE ID > 6 ORDER BY 明細ID"_s),
+                 (QStringList{u"入　金|6000"_s, u"入　金|4560"_s, u"手数料|440"_s}));
+    }
+
     void noRowIsTakenTwice()
     {
         Desk desk;
