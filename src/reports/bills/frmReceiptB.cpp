@@ -213,8 +213,9 @@ void frmReceiptB::showRow()
     std::vector<std::size_t> places;
     if (row >= 0) {
         const PaymentMatch &match = m_model.at(row);
-        m_ui->lblRow->setText(u"%1　%2　%3 円"_s.arg(text::formatDate(match.row.date), match.row.payer,
-                                                     text::formatAmount(match.row.amount)));
+        m_ui->lblRow->setText(u"%1　%2　%3 円　%4"_s.arg(
+            text::formatDate(match.row.date), match.row.payer, text::formatAmount(match.row.amount),
+            m_model.index(row, PaymentModel::Remark).data().toString()));
         m_ui->Combo2->setCurrentIndex(int(match.difference));
         for (const qint64 id : match.candidates) {
             if (const PayingCustomer *customer = m_model.customers().with(id))

@@ -13,6 +13,7 @@
 #include "registers/import/import_mapping.h"
 #include "registers/lists/customer_deletion.h"
 #include "reports/bills/bill_run.h"
+#include "reports/bills/payment_taking.h"
 #include "slips/entry/frmOut.h"
 #include "slips/issued/issued_documents.h"
 #include "slips/slip_desk.h"
@@ -303,6 +304,30 @@ QString bookBillTaxes(Scene &scene)
     return told(reports::bookBillTaxes(scene.logic->connection, *bills, options, pattern));
 }
 
+QString takePayments(Scene &scene)
+{
+    db::Connection &shop = scene.logic->connection;
+    const auto customers = reports::PayingCustomers::read(shop, {}, scene.logic->now.date(), base::unwatched);
+    if (!customers)
+        return customers.error().text;
+    std::vector<reports::PaymentMatch> payments;
+    for (int i = 1; i <= 20; ++i)
+        payments.push_back({.row = {.line = i,
+                                    .date = scene.logic->now.date(),
+                                    .amount = 100.0 * i,
+                                    .payer = u"ﾔﾏﾀﾞ"_s,
+                                    .key = QString::number(i)},
+                            .customer = i,
+                            .ticked = true});
+    return told(reports::takePayments(shop, payments, *customers,
+                                      {.employee = 1,
+                                       .infix = {},
+                                       .fileName = u"bank.csv"_s,
+                                       .now = scene.logic->now,
+                                       .taxRate = [](const QDate &) { return 10.0; }},
+                                      base::unwatched));
+}
+
 QString migrate(Scene &scene)
 {
     return told(db::migrate(scene.logic->path(u"shop.cdb"_s), scene.logic->now.date()));
@@ -350,6 +375,7 @@ const Action actions[] = {
     {"customers imported", openShop, importCustomers, u"shop.cdb"_s, true},
     {"document kept", openShop, keepDocument, u"shop.cdb"_s, true},
     {"taxes of bills", openShopWithSales, bookBillTaxes, u"shop.cdb"_s, true},
+    {"receipts from a list", openShopWithSales, takePayments, u"shop.cdb"_s, true},
     {"migration", leaveShopOfVersion1, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},
