@@ -67,6 +67,22 @@ base::Result<qint64> nextSlipKey(db::Connection &connection)
     return next ? db::unusedKey(connection, *next, {u"入出庫サブ"_s, u"ID"_s}) : next;
 }
 
+// The key of \a slip. A number that went out on paper is given to no other slip, though its own was deleted
+// or is not in the backup that was restored: the copies that are kept (発行控) would tell of two sales.
+base::Result<qint64> keyFor(db::Connection &connection, const NewSlip &slip)
+{
+    auto key = nextSlipKey(connection);
+    while (key && !slip.manualNumber) {
+        const auto issued =
+            connection.integers(u"SELECT 発行ID FROM 発行控 WHERE 番号 = ? ORDER BY 発行ID LIMIT 1"_s,
+                                {automaticNumber(slip.kind, slip.infix, *key)});
+        if (!issued || issued->empty())
+            return issued ? key : issued.error();
+        key = db::unusedKey(connection, *key + 1, {u"入出庫サブ"_s, u"ID"_s});
+    }
+    return key;
+}
+
 base::Status insertHeader(db::Connection &connection, const NewSlip &slip, const SavedHeader &header)
 {
     const auto inserted = connection.execute(
@@ -158,7 +174,7 @@ base::Result<SavedHeader> saveHeader(db::Connection &connection, const NewSlip &
     if (const base::Status complete = checkHeader(slip); !complete)
         return complete.error();
     return db::atomically(connection, [&]() -> base::Result<SavedHeader> {
-        const auto id = nextSlipKey(connection);
+        const auto id = keyFor(connection, slip);
         if (!id)
             return id.error();
         if (slip.manualNumber) {

@@ -1,4 +1,4 @@
--- From version 2 to 3: receipts from the cash book and from a bank's file.
+-- From version 2 to 3: receipts from the cash book and from a bank's file; issued documents by number.
 
 CREATE TABLE 入金取込 (
     取込ID INTEGER PRIMARY KEY,
@@ -14,5 +14,7 @@ CREATE TABLE 入金取込 (
     版 INTEGER
 );
 
+CREATE INDEX 発行控_番号 ON 発行控 (番号);
+CREATE INDEX 発行控_訂正元 ON 発行控 (訂正元);
 CREATE INDEX 入金取込_行キー ON 入金取込 (行キー);
 CREATE INDEX 入金取込_名義キー ON 入金取込 (名義キー);

@@ -271,6 +271,9 @@ CREATE INDEX 発送マスター_名キー ON 発送マスター (依頼主名キ
 CREATE INDEX 発行控_日付 ON 発行控 (日付);
 CREATE INDEX 発行控_税込金額 ON 発行控 (税込金額);
 CREATE INDEX 発行控_相手先 ON 発行控 (相手先ID, 日付);
+-- Whether a number went out on paper; what became of a document.
+CREATE INDEX 発行控_番号 ON 発行控 (番号);
+CREATE INDEX 発行控_訂正元 ON 発行控 (訂正元);
 -- Whether a row was taken; to whom a payer's receipts were written before.
 CREATE INDEX 入金取込_行キー ON 入金取込 (行キー);
 CREATE INDEX 入金取込_名義キー ON 入金取込 (名義キー);

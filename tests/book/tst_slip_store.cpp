@@ -13,6 +13,7 @@ class TestSlipStore : public QObject
 private slots:
     void linesKeepTheirOrder();
     void deletedSlipIsRefused();
+    void issuedNumbersAreNotGivenAgain();
     void closingAddsTheTaxOnce_data();
     void closingAddsTheTaxOnce();
     void closingTaxesEachRateByItself();
@@ -56,6 +57,25 @@ void TestSlipStore::deletedSlipIsRefused()
     for (const TaxClass taxClass : {TaxClass::OnDelivery, TaxClass::OnBill})
         QVERIFY2(!book::closeSlip(shop.connection, 1, 5, taxClass, false), "nothing was saved");
     QCOMPARE(everything(shop), QStringList());
+}
+
+// A note that went out keeps its number for itself, whatever became of its slip.
+void TestSlipStore::issuedNumbersAreNotGivenAgain()
+{
+    Shop shop;
+    const auto numberOf = [&shop](qint64 id) {
+        return shop.value(u"SELECT 伝票番号 FROM 入出庫マスター WHERE ID = ?"_s, {id}).toString();
+    };
+    const qint64 first = savedSale(shop);
+    const QString number = numberOf(first);
+    const auto take = [&](qint64 id) { shop.run(u"DELETE FROM 入出庫マスター WHERE ID = %1"_s.arg(id)); };
+    take(first);
+    QCOMPARE(numberOf(savedSale(shop)), number); // nothing went out
+    shop.run(u"INSERT INTO 発行控 (種類, 番号) VALUES ('納品書', '%1')"_s.arg(number));
+    take(first);
+    const qint64 next = savedSale(shop);
+    QCOMPARE(next, first + 1);
+    QVERIFY(numberOf(next) != number);
 }
 
 void TestSlipStore::closingAddsTheTaxOnce_data()

@@ -187,6 +187,7 @@ void FileMaintenance::restore(const QString &backup, const QString &described)
                                     "現在の内容は「%3」に残します。よろしいですか？"_s.arg(
                                         QFileInfo(target).fileName(), described, QFileInfo(kept).fileName())))
         return;
+    const auto issued = slips::allIssuedRows(m_workspace.connection);
     m_session.close();
     const base::Status restored = ui::runWithProgress(
         &m_window, u"バックアップを復元しています。"_s,
@@ -196,8 +197,24 @@ void FileMaintenance::restore(const QString &backup, const QString &described)
         tell(restored.error().text);
         return;
     }
+    const QString carried = carryIssuedOver(issued);
     bringDocuments(backup);
-    tellDone(u"バックアップを復元しました"_s);
+    tellDone(u"バックアップを復元しました"_s + carried);
+}
+
+// What was issued after the backup is out in the world.
+QString FileMaintenance::carryIssuedOver(const base::Result<slips::IssuedRows> &issued)
+{
+    if (!m_session.isOpen())
+        return {};
+    const auto carried =
+        issued ? slips::carryOver(m_workspace.connection, *issued) : base::Result<int>(issued.error());
+    if (!carried)
+        return u"が、バックアップの後に発行した書類の控えを引き継げませんでした（%1）"_s.arg(
+            carried.error().text);
+    return *carried > 0
+               ? u"（バックアップの後に発行した書類 %1 件の控えは、発行控えに残しました）"_s.arg(*carried)
+               : QString();
 }
 
 // Those that the file of before did not know any more, or that went with it.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/panel_side.h"
+#include "slips/issued/carried_documents.h"
 
 #include <QObject>
 
@@ -55,6 +56,7 @@ private:
     std::optional<db::Salvage> salvaged(db::FileRepair &repair, int faults);
     void restore(const QString &backup, const QString &described);
     void bringDocuments(const QString &backup);
+    QString carryIssuedOver(const base::Result<slips::IssuedRows> &issued);
     bool tell(const QString &text);
     void tellDone(const QString &done);
 

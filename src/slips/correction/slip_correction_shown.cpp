@@ -4,7 +4,9 @@
 #include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
 #include "slips/correction/slip_correction_screen.h"
+#include "slips/issued/issued_search.h"
 #include "ui_CorrectionForm.h"
+#include "workspace/workspace.h"
 
 using namespace Qt::StringLiterals;
 
@@ -81,10 +83,17 @@ QString SlipCorrectionScreen::slipInWords() const
 {
     const auto cell = [this](const QString &column) { return headerCell(column).data().toString().left(60); };
     const std::vector<book::SlipLine> lines = linesIn(m_slip.lines);
+    const QString number = m_slip.headers.text(u"伝票番号"_s);
+    const auto issued = countIssued(workspace().connection, number);
+    const QString papers =
+        issued && *issued > 0
+            ? u"\nこの伝票は %1 回発行しています。その控えは「発行控え」に残ります。"_s.arg(*issued)
+            : QString();
     return u"伝票 %1　%2\n%3「%4」\n明細 %5 行　%6"_s.arg(
-        cell(u"伝票番号"_s), cell(u"日付"_s), QString::fromUtf16(m_description.party),
-        m_slip.counterpart.isEmpty() ? m_ui->txtNouhinsaki1->text() : cell(u"相手先ID"_s),
-        QString::number(lines.size()), totalRemark(lines));
+               cell(u"伝票番号"_s), cell(u"日付"_s), QString::fromUtf16(m_description.party),
+               m_slip.counterpart.isEmpty() ? m_ui->txtNouhinsaki1->text() : cell(u"相手先ID"_s),
+               QString::number(lines.size()), totalRemark(lines)) +
+           papers;
 }
 
 void SlipCorrectionScreen::showRemarks()

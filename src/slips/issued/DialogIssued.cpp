@@ -35,7 +35,7 @@ const QList<ui::GridColumn> listColumns{
     {u"種類"_s, 18},
     {u"番号"_s, 12, u"伝票番号"_s},
     {u"相手先名"_s, 28, u"相手先"_s},
-    {u"税込金額"_s, 11, {}, Amount},
+    {u"税込金額"_s, 11, u"金額"_s, Amount},
     {u"発行日時"_s, 20},
     {u"社員名"_s, 14, u"担当者"_s},
     {u"発行ID"_s, 8, u"控え番号"_s, Number},
@@ -130,6 +130,7 @@ std::optional<IssuedQuery> DialogIssued::query()
 bool DialogIssued::find()
 {
     const auto wanted = query();
+    m_fates.clear();
     if (!wanted || !tell(m_rows.open(findingIssued(*wanted))))
         return false;
     showState();
@@ -141,7 +142,12 @@ void DialogIssued::findAndTell()
     if (!find())
         return;
     if (m_rows.isEmpty()) {
-        ui::prompts::inform(this, ui::messages::nothingFound());
+        const QString hint =
+            m_ui->chkDates->isChecked()
+                ? u"期間の外の控えは探していません。「期間」のチェックを外すと、すべての期間から探します。"_s
+                : QString();
+        ui::prompts::inform(this, ui::messages::nothingFound(), QString::fromUtf16(ui::prompts::information),
+                            ui::prompts::Icon::Information, hint);
         m_ui->txtName->setFocus();
     } else {
         m_ui->grdIssued->setFocus();
@@ -160,17 +166,41 @@ void DialogIssued::showState()
     const bool any = !m_rows.isEmpty();
     for (QPushButton *button : {m_ui->cmdOpen, m_ui->cmdPrint, m_ui->cmdVerify, m_ui->cmdExport})
         button->setEnabled(any);
-    m_ui->lblState->setText(m_rows.isOpen() ? u"該当 %1 件"_s.arg(m_rows.count()) : QString());
+    QString state = m_rows.isOpen() ? u"該当 %1 件"_s.arg(m_rows.count()) : QString();
+    if (const QString fate = m_rows.currentRow() >= 0 ? fateInWords(m_rows.currentKey()) : QString();
+        !fate.isEmpty())
+        state += u"　選択中の控え: %1"_s.arg(fate);
+    m_ui->lblState->setText(state);
 }
 
 QVariant DialogIssued::lookOf(int row, int role) const
 {
-    const auto found = m_faulty.constFind(m_rows.keyAt(row));
-    if (found == m_faulty.constEnd())
+    if (role != Qt::ForegroundRole && role != Qt::ToolTipRole)
         return {};
-    if (role == Qt::ForegroundRole)
-        return QBrush(Qt::red);
-    return role == Qt::ToolTipRole ? QVariant(nameOf(*found)) : QVariant();
+    const qint64 key = m_rows.keyAt(row);
+    const auto found = m_faulty.constFind(key);
+    if (found != m_faulty.constEnd())
+        return role == Qt::ForegroundRole ? QVariant(QBrush(Qt::red)) : QVariant(nameOf(*found));
+    const QString fate = fateInWords(key);
+    if (fate.isEmpty())
+        return {};
+    return role == Qt::ForegroundRole ? QVariant(palette().brush(QPalette::Disabled, QPalette::Text))
+                                      : QVariant(fate);
+}
+
+QString DialogIssued::fateInWords(qint64 key) const
+{
+    const auto known = m_fates.constFind(key);
+    if (known != m_fates.constEnd())
+        return *known;
+    // One that cannot be read is not asked for again: each try may wait for seconds on another program.
+    const auto fate = fateOf(workspace().connection, key);
+    QStringList words;
+    if (fate && fate->successor)
+        words << u"控え番号 %1 で訂正"_s.arg(*fate->successor);
+    if (fate && fate->isWithdrawn)
+        words << u"印刷は取り消されました"_s;
+    return *m_fates.insert(key, words.join(u"、"_s));
 }
 
 // --- The documents ---
@@ -180,9 +210,19 @@ QStringList DialogIssued::folders() const
     return workspace::documentFoldersOf(workspace().connection.fileName(), workspace().applicationFolder());
 }
 
+bool DialogIssued::isOneChosen()
+{
+    const std::size_t count = selectedKeys().size();
+    if (count > 1)
+        ui::prompts::inform(
+            this,
+            u"%1 件を選択しています。開く控え、再発行する控えは、一件だけ選択してください。"_s.arg(count));
+    return count == 1;
+}
+
 std::optional<DialogIssued::Chosen> DialogIssued::chosen()
 {
-    if (m_rows.currentRow() < 0)
+    if (m_rows.currentRow() < 0 || !isOneChosen())
         return std::nullopt;
     const auto rows = readIssued(workspace().connection, {m_rows.currentKey()});
     if (!tell(rows.status()) || rows->empty())
@@ -221,6 +261,10 @@ void DialogIssued::openPdf()
 // The paper says nothing of it: it is the same document once more.
 void DialogIssued::printAgain()
 {
+    if (workspace().panel.employeeName.isEmpty()) {
+        ui::prompts::inform(this, u"担当者が選択されていません。"_s);
+        return;
+    }
     const auto again = chosen();
     if (!again || !printing::printPdf(workspace(), this, again->document.pdf,
                                       again->row.words() + QString::fromUtf16(reissueMark),
@@ -232,7 +276,8 @@ void DialogIssued::printAgain()
         ui::prompts::inform(this, u"印刷は済みましたが、再発行したことを記録できませんでした。"_s,
                             QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Exclamation,
                             noted.error().text);
-    else if (tell(m_rows.requery()))
+    m_fates.clear();
+    if (noted && tell(m_rows.requery()))
         showState();
 }
 

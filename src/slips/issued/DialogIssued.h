@@ -39,6 +39,9 @@ private:
     void showRow();
     void showState();
     QVariant lookOf(int row, int role) const;
+    /// What became of the document \a key; empty of one that stands.
+    QString fateInWords(qint64 key) const;
+    bool isOneChosen();
 
     [[nodiscard]] QStringList folders() const;
     /// The current document, read with its row; tells where there is none to work with.
@@ -58,7 +61,8 @@ private:
 
     const std::unique_ptr<Ui::DialogIssued> m_ui;
     db::Recordset m_rows;
-    QHash<qint64, DocumentState> m_faulty; // as far as they were checked
+    QHash<qint64, DocumentState> m_faulty;  // as far as they were checked
+    mutable QHash<qint64, QString> m_fates; // of rows that were shown: what became of them, in words
     bool m_hasFound = false;
 };
 

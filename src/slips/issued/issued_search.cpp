@@ -37,6 +37,13 @@ bool isSelective(const IssuedQuery &query)
            !query.number.trimmed().isEmpty();
 }
 
+// Who types digits alone leaves the letter out.
+QString numberPattern(const QString &number)
+{
+    const QString rest = text::literalPattern(number) + u'%';
+    return number.front().isDigit() ? u'%' + rest : rest;
+}
+
 QVariant bound(const QDate &date) { return date.isValid() ? QVariant(text::stored(date)) : QVariant(); }
 
 QVariant bound(const std::optional<double> &amount) { return amount ? QVariant(*amount) : QVariant(); }
@@ -72,7 +79,7 @@ db::Query findingIssued(const IssuedQuery &query)
                       {query.kind, query.kind + QString::fromUtf16(reissueMark),
                        query.kind + QString::fromUtf16(withdrawnMark)}};
     if (!query.number.trimmed().isEmpty())
-        condition &= {u"番号 LIKE ? ESCAPE '\\'"_s, {text::literalPattern(query.number.trimmed()) + u'%'}};
+        condition &= {u"番号 LIKE ? ESCAPE '\\'"_s, {numberPattern(query.number.trimmed())}};
     if (!query.counterpart.trimmed().isEmpty())
         condition &= db::keyHolds(u"相手先名"_s, query.counterpart);
     return {.table = u"発行控"_s,
@@ -84,6 +91,28 @@ db::Query findingIssued(const IssuedQuery &query)
 DocumentPlace IssuedRow::place() const { return {QDate::fromString(date, Qt::ISODate), hash}; }
 
 QString IssuedRow::words() const { return kind + u' ' + number + u'　' + counterpartName; }
+
+base::Result<qint64> countIssued(db::Connection &connection, const QString &number)
+{
+    const auto found = connection.integers(u"SELECT COUNT(*) FROM 発行控 WHERE 番号 = ?"_s, {number});
+    return found ? base::Result<qint64>(found->front()) : found.error();
+}
+
+base::Result<Fate> fateOf(db::Connection &connection, qint64 key)
+{
+    const auto later =
+        connection.select(u"SELECT 発行ID, 種類 FROM 発行控 WHERE 訂正元 = ? ORDER BY 発行ID"_s, {key});
+    if (!later)
+        return later.error();
+    Fate fate;
+    for (const QVariantList &row : later->rows) {
+        if (row.at(1).toString().endsWith(QString::fromUtf16(withdrawnMark)))
+            fate.isWithdrawn = true;
+        else if (!fate.successor)
+            fate.successor = row.at(0).toLongLong();
+    }
+    return fate;
+}
 
 base::Result<std::vector<IssuedRow>> readIssued(db::Connection &connection, const std::vector<qint64> &keys)
 {

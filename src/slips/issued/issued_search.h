@@ -46,6 +46,18 @@ struct IssuedRow
     [[nodiscard]] QString words() const;
 };
 
+/// How many papers went out under \a number of a slip.
+base::Result<qint64> countIssued(db::Connection &connection, const QString &number);
+
+/// What became of a document that was issued.
+struct Fate
+{
+    std::optional<qint64> successor; // 発行ID of the version that came after it
+    bool isWithdrawn = false;        // its print job was taken back
+};
+
+base::Result<Fate> fateOf(db::Connection &connection, qint64 key);
+
 /// The rows \a keys, in their order; one that is gone is left out.
 base::Result<std::vector<IssuedRow>> readIssued(db::Connection &connection, const std::vector<qint64> &keys);
 

@@ -463,10 +463,14 @@ void TestMaintenance::listOfBackups()
     stage.click("cmdBackups");
     QCOMPARE(stage.shop.connection.fileName(), stage.file);
 
+    // What was issued since is out all the same.
+    stage.shop.run(u"INSERT INTO 発行控 (種類, 番号) VALUES ('納品書', 'O9')"_s);
     look("cmdRestore", true);
     ui::prompts::expectAsk({}, true);
-    ui::prompts::expectInform(u"バックアップを復元しました。"_s);
+    ui::prompts::expectInform(
+        u"バックアップを復元しました（バックアップの後に発行した書類 1 件の控えは、発行控えに残しました）。"_s);
     stage.choose("mnuBackups");
+    QCOMPARE(stage.shop.value(u"SELECT 番号 FROM 発行控"_s), QVariant(u"O9"_s));
     QCOMPARE(stage.shop.connection.fileName(), stage.file);
     QCOMPARE(stage.customers(), 300);
     QVERIFY(stage.shop.connection.open(stage.shop.path(u"shop 復元前 2026-04-01.cdb"_s)));

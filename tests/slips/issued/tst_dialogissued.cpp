@@ -136,7 +136,7 @@ private slots:
         driver.press("cmdFind");
         QCOMPARE(desk.shown(), u"O3"_s);
         driver.type("txtName", u"顧客1"_s);
-        ui::prompts::expectInform(ui::messages::nothingFound());
+        ui::prompts::expectInform(ui::messages::nothingFound(), ui::prompts::anyRemark);
         driver.key(Qt::Key_Return);
         QVERIFY(!driver.the<QPushButton>("cmdOpen").isEnabled());
         driver.clear("txtLeast");
@@ -159,6 +159,39 @@ private slots:
         QVERIFY(!driver.the<QDateEdit>("DTPicker1").isEnabled());
         driver.press("cmdFind");
         QCOMPARE(desk.shown(), u"O3 O2 O1 O4"_s);
+    }
+
+    // Digits alone, as they are read out; what came of a document.
+    void tellsWhatCameOfThem()
+    {
+        Desk desk;
+        desk.keep(1, u"納品書"_s, QDate(2026, 3, 1), 990);
+        ScreenDriver &driver = desk.open();
+        driver.type("txtNumber", u"1"_s);
+        driver.press("cmdFind");
+        QCOMPARE(desk.shown(), u"O1 O1"_s);
+        const auto state = [&] { return driver.the<QLabel>("lblState").text(); };
+        QVERIFY(!state().contains(u"訂正"_s));
+        driver.the<ui::Grid>("grdIssued").setFocus();
+        driver.key(Qt::Key_Down);
+        QVERIFY2(state().contains(u"控え番号 4 で訂正"_s), qPrintable(state()));
+    }
+
+    void oneAtATime()
+    {
+        Desk desk;
+        ScreenDriver &driver = desk.open();
+        ui::prompts::expectInform(u"担当者が選択されていません。"_s);
+        driver.press("cmdPrint");
+        desk.shop.workspace.panel.employeeName = u"田中"_s;
+        driver.key(Qt::Key_Down, Qt::ShiftModifier);
+        for (const char *button : {"cmdPrint", "cmdOpen"}) {
+            ui::prompts::expectInform(
+                u"2 件を選択しています。開く控え、再発行する控えは、一件だけ選択してください。"_s);
+            driver.press(button);
+        }
+        QVERIFY(ui::desktop::takeOpened().isEmpty());
+        QVERIFY(desk.printers->given.empty());
     }
 
     void opensTheFileItself()
@@ -258,6 +291,7 @@ private slots:
     void aRefusedPrintIsNotNoted()
     {
         Desk desk;
+        desk.shop.workspace.panel.employeeName = u"田中"_s;
         desk.printers->refusal = base::Error{u"紙がありません。"_s};
         ScreenDriver &driver = desk.open();
         desk.printNext();

@@ -2,6 +2,7 @@
 // the disk.
 #include "db/keys.h"
 #include "printing/pdf_mark.h"
+#include "slips/issued/carried_documents.h"
 #include "slips/issued/document_files.h"
 #include "slips/issued/issued_documents.h"
 #include "slips/issued/withdrawn_prints.h"
@@ -68,6 +69,40 @@ void damage(const QString &fileName, const QByteArray &content)
 class TestIssuedDocuments : public QObject
 {
     Q_OBJECT
+
+private slots:
+    // A backup that is put back lacks what was issued since, and may have gone its own way.
+    void rowsAreCarriedOver_data()
+    {
+        QTest::addColumn<QString>("meanwhile"); // issued in the backup
+        QTest::addColumn<QStringList>("chain");
+        QTest::newRow("plainly") << QString()
+                                 << QStringList{u"1|納品書|-"_s, u"2|納品書|1"_s, u"3|納品書|2"_s};
+        QTest::newRow("keys taken") << u"O9"_s
+                                    << QStringList{u"1|納品書|-"_s, u"2|納品書|-"_s, u"3|納品書|1"_s,
+                                                   u"4|納品書|3"_s};
+    }
+
+    void rowsAreCarriedOver()
+    {
+        QFETCH(QString, meanwhile);
+        Office office;
+        QVERIFY(office.keep(note(), "%PDF first"));
+        QVERIFY(office.keep(note(), "%PDF second"));
+        QVERIFY(office.keep(note(), "%PDF third"));
+        const auto rows = allIssuedRows(office.shop.connection);
+        QVERIFY(rows && rows->size() == 3);
+        office.shop.run(u"DELETE FROM 発行控 WHERE 発行ID > 1"_s);
+        if (!meanwhile.isEmpty())
+            QVERIFY(office.keep(note(meanwhile), "%PDF of the backup"));
+        const auto carried = carryOver(office.shop.connection, *rows);
+        QVERIFY(carried);
+        QCOMPARE(*carried, 2);
+        QTEST(office.chain(), "chain");
+        const auto twice = carryOver(office.shop.connection, *rows);
+        if (meanwhile.isEmpty())
+            QVERIFY(twice && *twice == 0);
+    }
 
 private slots:
     void aRowTellsAllOfTheDocument()
