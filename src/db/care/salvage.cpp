@@ -10,12 +10,12 @@
 #include "db/create.h"
 #include "db/errors.h"
 #include "db/schema.h"
-#include "text/shown_text.h"
 
 #include <QFile>
 
 #include <algorithm>
 #include <sqlite3.h>
+#include <unordered_map>
 #include <unordered_set>
 
 using namespace Qt::StringLiterals;
@@ -28,20 +28,6 @@ namespace
 
 // Far beyond what a shop reaches, far below where numbers end: a greater one is damage.
 constexpr qint64 highestCounter = qint64(1) << 50;
-
-// What is kept of a doubtful row's value, to be looked at.
-QString shownValue(const StoredRecord &record, std::size_t index, int encoding)
-{
-    if (record.isNull(index))
-        return {};
-    if (record.isInteger(index))
-        return QString::number(record.integer(index));
-    if (record.isReal(index))
-        return QString::number(record.real(index), 'g', QLocale::FloatingPointShortest);
-    if (record.isText(index))
-        return text::beginningOf(textIn(record, index, encoding), text::longestShown);
-    return QString::fromLatin1(record.bytes(index).left(text::longestShown / 2).toHex());
-}
 
 // The keys of the rows that an index names.
 struct IndexedKeys
@@ -72,6 +58,7 @@ private:
     void doubt(const StoredRecord &record, const QString &table);
     base::Status carryLooseLeaves();
     base::Status carryLooseLeaf(const TreePage &page);
+    [[nodiscard]] bool isCopy(const TreePage &page) const;
     base::Status settleUncarried(SourceTable &table);
     base::Status listOrphans();
     SourceTable *onlyOne(const LeafRows &rows, bool (SourceTable::*fits)(qint64, qint64) const);
@@ -85,6 +72,7 @@ private:
     TreeWalk m_trees;
     std::vector<SourceTable> m_tables;
     std::vector<std::unique_ptr<RowWriter>> m_writers;
+    std::unordered_map<std::size_t, quint32> m_leaves; // whose rows were carried, by their bytes' hashes
     Salvage m_outcome;
 };
 
@@ -151,6 +139,7 @@ base::Result<bool> Salvager::carryOwn(SourceTable &table, const TreePage &page, 
     if (!isEmpty && !isOwn(table, rows))
         return false;
     const base::Status carried = carryRows(table, rows);
+    m_leaves.emplace(qHash(page.bytes), page.number);
     return carried ? base::Result<bool>(true) : carried.error();
 }
 
@@ -258,11 +247,23 @@ base::Status Salvager::carryLooseLeaves()
     return {};
 }
 
+// A leaf that was written to a second place is no other table's, however well its rows would fit there.
+bool Salvager::isCopy(const TreePage &page) const
+{
+    const auto same = m_leaves.find(qHash(page.bytes));
+    if (same == m_leaves.end())
+        return false;
+    const auto carried = m_reader.page(same->second);
+    return carried && carried->bytes == page.bytes;
+}
+
 base::Status Salvager::carryLooseLeaf(const TreePage &page)
 {
     const LeafRows rows = readLeaf(m_reader, page, [](const StoredRecord &) { return true; });
-    if (SourceTable *owner = ownerOf(rows))
+    if (SourceTable *owner = isCopy(page) ? nullptr : ownerOf(rows)) {
+        m_leaves.emplace(qHash(page.bytes), page.number);
         return carryRows(*owner, rows);
+    }
     for (const auto *part : {&rows.inPlace, &rows.others}) {
         for (const StoredRecord &record : *part)
             doubt(record, {});

@@ -1,5 +1,7 @@
 #include "db/care/source_table.h"
 
+#include "text/shown_text.h"
+
 #include <QRegularExpression>
 #include <QStringDecoder>
 
@@ -208,6 +210,19 @@ QString textIn(const StoredRecord &record, std::size_t index, int encoding)
         return QString::fromUtf8(bytes);
     return QStringDecoder(encoding == SQLITE_UTF16LE ? QStringDecoder::Utf16LE
                                                      : QStringDecoder::Utf16BE)(bytes);
+}
+
+QString shownValue(const StoredRecord &record, std::size_t index, int encoding)
+{
+    if (record.isNull(index))
+        return {};
+    if (record.isInteger(index))
+        return QString::number(record.integer(index));
+    if (record.isReal(index))
+        return QString::number(record.real(index), 'g', QLocale::FloatingPointShortest);
+    if (record.isText(index))
+        return text::beginningOf(textIn(record, index, encoding), text::longestShown);
+    return QString::fromLatin1(record.bytes(index).left(text::longestShown / 2).toHex());
 }
 
 // A row ends where its table ended when it was written, and that is not between two columns that one version

@@ -56,4 +56,7 @@ base::Result<std::vector<SourceTable>> readSourceTables(PageReader &reader, Tree
 /// The text of a value in the file's encoding; empty for what is no text.
 QString textIn(const StoredRecord &record, std::size_t index, int encoding);
 
+/// What is kept of a doubtful row's value, to be looked at.
+QString shownValue(const StoredRecord &record, std::size_t index, int encoding);
+
 } // namespace db
