@@ -41,7 +41,7 @@ void TestRecordset::keysComeInTheStatementsOrder()
                        .where = u"社員ID > ?"_s,
                        .order = {u"社員ID DESC"_s},
                        .values = {100}}));
-    QCOMPARE(rows.count(), 400);
+    QTRY_COMPARE(rows.count(), 400); // what takes long comes in parts
     QCOMPARE(rows.currentKey(), 500);
     QCOMPARE(rows.columns(), (QStringList{u"社員名"_s, u"社員ID"_s}));
     QVERIFY(rows.moveLast());
