@@ -279,6 +279,7 @@ private slots:
     void aBillIsFoundAndPrintedAgain()
     {
         Desk desk;
+        desk.shop.workspace.panel.employeeName = u"田中"_s;
         desk.keep(4, u"請求書"_s, QDate(2026, 3, 31), 4400);
         ScreenDriver &driver = desk.open();
         driver.choose("cmbKind", u"請求書"_s);
