@@ -14,6 +14,8 @@
 #include "registers/postal/ZipCodeConv.h"
 #include "reports/bills/DialogBillIssue.h"
 #include "reports/bills/frmOutBill.h"
+#include "reports/bills/frmOutBillList.h"
+#include "reports/charts/DialogCharts.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
@@ -127,8 +129,8 @@ void TestSmallScreens::nothingIsOutOfReach()
                       slips::frmMitumoriAmd>(shop.workspace, display);
     cut << cutScreens<reports::frmOutMoto, reports::frmInMoto, reports::frmOutZandaka, reports::frmInZandaka,
                       reports::frmTanaMoto, reports::DayReportOf<reports::DayReportKind::Sales>,
-                      reports::frmInList, reports::frmInTax, reports::DialogBillIssue, reports::frmOutBill>(
-        shop.workspace, display);
+                      reports::frmOutBillList, reports::DialogCharts, reports::frmInList, reports::frmInTax,
+                      reports::DialogBillIssue, reports::frmOutBill>(shop.workspace, display);
     ui::prompts::takeUnexpected(); // what an empty shop has to say is not asked here
     QCOMPARE(cut.join(u'\n'), QString());
 
