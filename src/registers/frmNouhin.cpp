@@ -123,6 +123,7 @@ void frmNouhin::connectGlance()
         {Qt::Key_F6, &CustomerGlancePanel::slipWanted, &CustomerGlancePanel::openSlip},
         {Qt::Key_F7, &CustomerGlancePanel::ledgerWanted, &CustomerGlancePanel::openLedger},
         {Qt::Key_F8, &CustomerGlancePanel::saleWanted, &CustomerGlancePanel::openSale},
+        {Qt::Key_F9, &CustomerGlancePanel::chartsWanted, &CustomerGlancePanel::openCharts},
     };
     for (const auto &way : ways) {
         connect(m_ui->glance, way.wanted, this, [this, way] { leadTo(way.open); });

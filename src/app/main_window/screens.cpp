@@ -22,6 +22,7 @@
 #include "reports/bills/frmOutBill.h"
 #include "reports/bills/frmOutBillList.h"
 #include "reports/bills/frmReceiptB.h"
+#include "reports/charts/DialogCharts.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
@@ -135,6 +136,13 @@ void showLedger(QWidget *parent, workspace::Workspace &workspace, qint64 custome
     screen.exec();
 }
 
+void showCharts(QWidget *parent, workspace::Workspace &workspace, qint64 customer)
+{
+    reports::DialogCharts screen(workspace, parent);
+    screen.openCharts(book::Party::Customer, workspace.today(), customer, true);
+    screen.exec();
+}
+
 template <class Screen>
 void openBills(QWidget *parent, workspace::Workspace &workspace)
 {
@@ -158,6 +166,7 @@ void openCustomers(QWidget *parent, workspace::Workspace &workspace)
             [&workspace, parent](QWidget *over, qint64 customer) {
                 sell(qobject_cast<frmAMain *>(parent), workspace, over, customer);
             },
+        .charts = [&workspace](QWidget *over, qint64 customer) { showCharts(over, workspace, customer); },
     });
     screen.exec();
 }

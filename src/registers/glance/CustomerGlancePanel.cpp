@@ -74,6 +74,7 @@ CustomerGlancePanel::CustomerGlancePanel(QWidget *parent)
     connect(m_ui->cmdSlip, &QPushButton::clicked, this, &CustomerGlancePanel::slipWanted);
     connect(m_ui->cmdLedger, &QPushButton::clicked, this, &CustomerGlancePanel::ledgerWanted);
     connect(m_ui->cmdSale, &QPushButton::clicked, this, &CustomerGlancePanel::saleWanted);
+    connect(m_ui->cmdCharts, &QPushButton::clicked, this, &CustomerGlancePanel::chartsWanted);
     // Goods, shipments and headings lead to no slip.
     connect(m_ui->gridGlance, &QTableView::doubleClicked, this, [this] {
         if (m_ui->gridGlance->currentLink().isValid())
@@ -92,6 +93,7 @@ void CustomerGlancePanel::setOpeners(const CustomerOpeners &openers)
     m_ui->cmdSlip->setVisible(bool(openers.slip));
     m_ui->cmdLedger->setVisible(bool(openers.ledger));
     m_ui->cmdSale->setVisible(bool(openers.sale));
+    m_ui->cmdCharts->setVisible(bool(openers.charts));
 }
 
 // --- Reading ---
@@ -203,6 +205,12 @@ void CustomerGlancePanel::openSale(QWidget *parent)
         return;
     m_openers.sale(parent, m_customer);
     showAgain();
+}
+
+void CustomerGlancePanel::openCharts(QWidget *parent)
+{
+    if (m_openers.charts && m_customer != 0)
+        m_openers.charts(parent, m_customer);
 }
 
 } // namespace registers

@@ -23,6 +23,7 @@ struct CustomerOpeners
     std::function<void(QWidget *parent, const book::SlipKind &kind, qint64 slip)> slip = {};
     std::function<void(QWidget *parent, qint64 customer)> ledger = {};
     std::function<void(QWidget *parent, qint64 customer)> sale = {};
+    std::function<void(QWidget *parent, qint64 customer)> charts = {};
 };
 
 /// The last slips, the balance, shipments and usual goods of the customer that a register shows. It waits
@@ -47,12 +48,14 @@ public:
     void openSlip(QWidget *parent);
     void openLedger(QWidget *parent);
     void openSale(QWidget *parent);
+    void openCharts(QWidget *parent);
 
 signals:
     /// The clerk wants one of them; the screen settles what was typed first.
     void slipWanted();
     void ledgerWanted();
     void saleWanted();
+    void chartsWanted();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -33,6 +33,11 @@ struct Glance : CustomerDesk
                         r.shop.run(u"INSERT INTO 規格 (規格) VALUES (?)"_s, {QString::number(customer)});
                     },
                 .sale = {},
+                .charts =
+                    [&r](QWidget *, qint64 customer) {
+                        r.shop.run(u"INSERT INTO 規格 (規格) VALUES (?)"_s,
+                                   {u"図"_s + QString::number(customer)});
+                    },
             });
         })
     {}
@@ -146,10 +151,12 @@ private slots:
         r.press("cmdLedger");
         QCOMPARE(r.opened(), u"O3 R2 1"_s);
         r.key(Qt::Key_F8);
+        r.key(Qt::Key_F9);
+        QCOMPARE(r.opened(), u"O3 R2 1 図1"_s);
         r.clear("txtName");
         ui::prompts::expectInform({});
         r.key(Qt::Key_F7); // what cannot be saved keeps the clerk here
-        QCOMPARE(r.opened(), u"O3 R2 1"_s);
+        QCOMPARE(r.opened(), u"O3 R2 1 図1"_s);
         r.type("txtName", u"山田"_s);
     }
 };
