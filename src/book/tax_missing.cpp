@@ -1,4 +1,6 @@
-// Closed slips whose tax was not booked.
+// Slips whose tax was not booked.
+#include "book/tax_missing.h"
+
 #include "book/slip_columns.h"
 #include "book/slip_store.h"
 #include "book/tax.h"
@@ -42,6 +44,24 @@ base::Result<std::vector<Candidate>> candidates(db::Connection &connection, cons
     return found;
 }
 
+// Of a customer whatever its class is now, closed or not.
+base::Result<std::vector<Candidate>> candidatesOf(db::Connection &connection, qint64 customer,
+                                                  const Period &period)
+{
+    const auto rows = connection.select(
+        u"SELECT ID, 伝票番号, 消費税率 FROM 入出庫マスター WHERE 相手先ID = ? AND "_s + columns::kind +
+            u" = ? AND 日付 >= ? AND 日付 <= ? AND 内税 = 0 AND NOT EXISTS (SELECT 1 FROM 入出庫サブ WHERE "
+            "入出庫サブ.ID = 入出庫マスター.ID AND "_s +
+            columns::isTax + u") ORDER BY ID"_s,
+        {customer, QString(QChar(sale.letter)), text::stored(period.from), text::stored(period.to)});
+    if (!rows)
+        return rows.error();
+    std::vector<Candidate> found;
+    for (const QVariantList &row : rows->rows)
+        found.push_back({row.at(0).toLongLong(), row.at(1).toString(), row.at(2).toDouble()});
+    return found;
+}
+
 base::Result<bool> wouldBeTaxed(db::Connection &connection, const Candidate &slip)
 {
     const auto sums = slipSums(connection, slip.id, slip.taxRate);
@@ -52,6 +72,22 @@ base::Result<bool> wouldBeTaxed(db::Connection &connection, const Candidate &sli
 }
 
 } // namespace
+
+base::Result<QStringList> salesWithoutTax(db::Connection &connection, qint64 customer, const Period &period)
+{
+    const auto all = candidatesOf(connection, customer, period);
+    if (!all)
+        return all.error();
+    QStringList numbers;
+    for (const Candidate &slip : *all) {
+        const auto taxed = wouldBeTaxed(connection, slip);
+        if (!taxed)
+            return taxed.error();
+        if (*taxed)
+            numbers << slip.number;
+    }
+    return numbers;
+}
 
 base::Result<QStringList> slipsWithoutTax(db::Connection &connection, const QDate &from, int most)
 {

@@ -186,7 +186,11 @@ void DialogBillIssue::tellOutcome(const BillRunOutcome &outcome, const std::vect
         remarks << u"次の納品先は、一覧を作った後に伝票が変わったため発行していません。"
                    "金額を確かめて、もう一度発行してください。\n"_s +
                        namesOf(bills, outcome.changed);
-    if (!isWhole && outcome.issued.size() + outcome.changed.size() < bills.size())
+    if (!outcome.doubtful.empty())
+        remarks << u"次の納品先は、消費税の行のない伝票があるか、計上した消費税が売上から計算した額と違うため"
+                   "発行していません。「表示」で確かめてください。\n"_s +
+                       namesOf(bills, outcome.doubtful);
+    if (!isWhole && outcome.issued.size() + outcome.changed.size() + outcome.doubtful.size() < bills.size())
         remarks << u"残りには印が付いています。もう一度押すと、続きから%1します。"_s.arg(what);
     QString text = u"すべてのデータを排出しました。"_s;
     if (outcome.failure)

@@ -2,9 +2,11 @@
 
 #include "book/movements.h"
 #include "book/slip_counts.h"
+#include "book/tax_missing.h"
 #include "db/transaction.h"
 #include "reports/bills/bill_invoice.h"
 #include "reports/period_check.h"
+#include "text/numbers.h"
 
 using namespace Qt::StringLiterals;
 
@@ -162,12 +164,22 @@ void enterTaxes(Bill &bill, const std::vector<book::Movement> &movements, const 
         bill.outdatedRate = rates.outdated();
 }
 
+base::Status enterUntaxed(db::Connection &connection, Bill &bill)
+{
+    if (bill.customer.taxClass == book::TaxClass::OnBill)
+        return {};
+    auto untaxed = book::salesWithoutTax(connection, bill.customer.id.value_or(0), bill.period);
+    if (untaxed)
+        bill.untaxedSlips = std::move(*untaxed);
+    return untaxed.status();
+}
+
 } // namespace
 
 bool isSameBill(const Bill &one, const Bill &other)
 {
     const auto amounts = [](const BillSums &sums) {
-        return std::tuple(sums.previous, sums.sales, sums.received, sums.untaxed, sums.unbooked);
+        return std::tuple(sums.previous, sums.sales, sums.received, sums.untaxed, sums.unbooked, sums.due);
     };
     return one.customer == other.customer && one.rows == other.rows &&
            amounts(one.sums) == amounts(other.sums);
@@ -207,7 +219,24 @@ base::Result<Bill> billOf(db::Connection &connection, qint64 customer, const boo
     }
     enter(bill, *found, before->balance);
     enterTaxes(bill, *found, account, options);
+    if (const base::Status entered = enterUntaxed(connection, bill); !entered)
+        return entered.error();
     return bill;
+}
+
+QString taxDoubt(const Bill &bill)
+{
+    constexpr qsizetype mostNumbers = 5;
+    if (bill.sums.due)
+        return u"計上した消費税 %1 円が、期間の売上から計算した消費税 %2 円と違います。消費税の伝票を訂正してください。"_s
+            .arg(text::formatAmount(bill.sums.tax()), text::formatAmount(*bill.sums.due));
+    if (bill.untaxedSlips.isEmpty())
+        return {};
+    const QString others = bill.untaxedSlips.size() > mostNumbers
+                               ? u" ほか %1 件"_s.arg(bill.untaxedSlips.size() - mostNumbers)
+                               : QString();
+    return u"消費税の行のない伝票があります（%1%2）。伝票を確かめてください。"_s.arg(
+        bill.untaxedSlips.first(std::min(mostNumbers, bill.untaxedSlips.size())).join(u'、'), others);
 }
 
 } // namespace reports

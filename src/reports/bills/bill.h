@@ -52,10 +52,16 @@ struct Bill
     std::vector<slips::InvoiceRate> rates; // of the period's sales and returns (bill_invoice.h)
     QString reducedLegend;
     QStringList noteNumbers; // of the slips of sale
+    /// The slips of the period that lack the tax that is added at delivery.
+    QStringList untaxedSlips;
     /// The rate, percent, that all slips of the period were saved with, where that is another than the one
     /// that the shop keeps by hand now and the bill is taxed at.
     std::optional<double> outdatedRate;
 };
+
+/// What is to be looked at before the bill goes out: "計上した消費税 286 円が、…", slips that lack their
+/// tax. Empty where there is nothing.
+QString taxDoubt(const Bill &bill);
 
 /// Whether \a one and \a other say the same: nothing was changed between the two.
 bool isSameBill(const Bill &one, const Bill &other);

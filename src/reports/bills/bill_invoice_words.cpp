@@ -13,6 +13,11 @@ namespace
 
 bool isInclusive(const BillPaper &paper) { return paper.bill.customer.taxClass == book::TaxClass::Included; }
 
+bool isTaxBooked(const BillPaper &paper)
+{
+    return paper.bill.sums.unbooked.value_or(0) == 0 && !paper.bill.sums.cannotTax;
+}
+
 double taxOfRates(const BillPaper &paper)
 {
     double tax = 0;
@@ -31,7 +36,7 @@ bool isInvoice(const BillPaper &paper)
 
 bool bearsRates(const BillPaper &paper)
 {
-    return paper.bill.sums.unbooked.value_or(0) == 0 && !paper.bill.sums.cannotTax;
+    return isTaxBooked(paper) && !paper.bill.sums.due && paper.bill.untaxedSlips.isEmpty();
 }
 
 QString taxWords(const BillPaper &paper)
@@ -39,7 +44,7 @@ QString taxWords(const BillPaper &paper)
     const BillSums &sums = paper.bill.sums;
     if (isInclusive(paper) && sums.tax() == 0)
         return paper.bill.rates.empty() ? u"内税"_s : u"内 "_s + text::formatAmount(taxOfRates(paper));
-    return bearsRates(paper) ? text::formatAmount(sums.tax()) : u"別途"_s;
+    return isTaxBooked(paper) ? text::formatAmount(sums.tax()) : u"別途"_s;
 }
 
 QString noteNumberWords(const QStringList &numbers)

@@ -20,7 +20,7 @@ bool isAsListed(const Bill &bill, const CustomerBill &listed)
     const BillSums &then = listed.sums;
     return now.previous == then.previous && now.sales == then.sales && now.received == then.received &&
            now.untaxed == then.untaxed && now.unbooked.value_or(0) == then.unbooked.value_or(0) &&
-           bill.hasSlipsInPeriod == listed.hasSlipsInPeriod;
+           now.due == then.due && bill.hasSlipsInPeriod == listed.hasSlipsInPeriod;
 }
 
 base::Error changedMeanwhile(const CustomerBill &bill)
@@ -59,6 +59,10 @@ BillRunOutcome issueBills(db::Connection &connection, const std::vector<Customer
         const auto bill = billOf(connection, customer, listed.period, options);
         if ((!bill && bill.error().gone) || (bill && !isAsListed(*bill, listed))) {
             outcome.changed.push_back(customer);
+            continue;
+        }
+        if (bill && !taxDoubt(*bill).isEmpty()) {
+            outcome.doubtful.push_back(customer);
             continue;
         }
         const base::Status issued = bill ? issue(*bill) : bill.status();

@@ -15,6 +15,7 @@ namespace reports
 struct BillRunOutcome
 {
     std::vector<qint64> issued;         // customers
+    std::vector<qint64> doubtful;       // whose tax is to be looked at first; it was not issued
     std::vector<qint64> changed;        // whose bill is another by now than was listed; it was not issued
     std::optional<base::Error> failure; // what ended the run, unless the clerk did
     QString failedFor;                  // whose bill it was

@@ -95,31 +95,47 @@ BillSums BillAccount::sums(book::TaxClass taxClass, const BillOptions &options) 
     base::ExactSum untaxed = m_sales;
     untaxed.add(m_tax.times(-1));
     BillSums sums{m_previous.value(), m_sales.value(), m_received.value(), untaxed.value()};
-    if (taxClass == book::TaxClass::OnBill && m_tax.isZero())
-        computeUnbooked(options, sums);
+    if (taxClass == book::TaxClass::OnBill)
+        m_tax.isZero() ? computeUnbooked(options, sums) : compareBooked(options, sums);
     return sums;
 }
 
-void BillAccount::computeUnbooked(const BillOptions &options, BillSums &sums) const
+// None where a rate is missing, or an amount is no number.
+std::optional<std::vector<book::RateTax>> BillAccount::taxes(const BillRates &rates) const
 {
-    const BillRates rates = this->rates(options);
     std::vector<book::TaxableAmount> amounts;
     for (const auto &[own, amount] : m_net) {
         const BillRate rate = rates.of(own.first, own.second);
         if (amount.isZero())
             continue;
-        if (!rate.rate) {
-            sums.cannotTax = true;
-            return;
-        }
+        if (!rate.rate)
+            return std::nullopt;
         amounts.push_back({amount.value(), *rate.rate, rate.taxClass});
     }
     auto taxes = book::taxesByRate(amounts, book::Basis::Net);
+    return taxes ? std::optional(std::move(*taxes)) : std::nullopt;
+}
+
+void BillAccount::computeUnbooked(const BillOptions &options, BillSums &sums) const
+{
+    auto taxes = this->taxes(rates(options));
     sums.cannotTax = !taxes;
     if (!taxes)
         return;
     sums.unbooked = book::sumOf(*taxes);
     sums.unbookedRates = std::move(*taxes);
+}
+
+// A shop that keeps one rate by hand may have booked a former one: that of the slips is right as well.
+void BillAccount::compareBooked(const BillOptions &options, BillSums &sums) const
+{
+    const auto kept = taxes(rates(options));
+    const auto own = taxes(rates(BillOptions()));
+    const double booked = m_tax.value();
+    const bool agrees =
+        (!kept && !own) || (kept && book::sumOf(*kept) == booked) || (own && book::sumOf(*own) == booked);
+    if (!agrees)
+        sums.due = book::sumOf(kept ? *kept : *own);
 }
 
 } // namespace reports

@@ -31,6 +31,9 @@ struct BillSums
     std::vector<book::RateTax> unbookedRates{}; // what makes that, rounded once for each rate
     /// It is due, but a slip has no rate or an amount that is no number.
     bool cannotTax = false;
+    /// What the tax of a customer taxed on the bill should come to, where something else is booked: a slip
+    /// came late, or the tax was typed. Empty where they agree.
+    std::optional<double> due{};
 
     [[nodiscard]] double tax() const;                  // 消費税 booked on the slips of the period
     [[nodiscard]] double carried() const;              // 繰越金額
@@ -89,6 +92,8 @@ private:
 
     void addSales(const book::MovementSum &part);
     void computeUnbooked(const BillOptions &options, BillSums &sums) const;
+    void compareBooked(const BillOptions &options, BillSums &sums) const;
+    [[nodiscard]] std::optional<std::vector<book::RateTax>> taxes(const BillRates &rates) const;
 
     base::ExactSum m_previous;
     base::ExactSum m_sales;

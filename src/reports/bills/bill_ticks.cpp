@@ -57,6 +57,8 @@ QString unbookedWords(const BillSums &sums)
 {
     if (sums.cannotTax)
         return u"計算不能"_s;
+    if (sums.due)
+        return u"要確認"_s;
     return sums.unbooked.value_or(0) == 0 ? QString() : text::formatAmount(*sums.unbooked);
 }
 

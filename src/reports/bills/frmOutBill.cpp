@@ -54,6 +54,8 @@ QString remarkOf(const Bill &bill, const BillOptions &options)
     if (bill.sums.cannotTax)
         return u"消費税率のない伝票、または金額が数字でない伝票があるため、消費税を計算できません。"
                "伝票を訂正してください。"_s;
+    if (const QString doubt = taxDoubt(bill); !doubt.isEmpty())
+        return doubt;
     if (bill.outdatedRate && bill.sums.unbooked)
         return u"伝票の消費税率は %1 ですが、メイン画面の消費税率 %2 で計算しています。"_s.arg(
             percent(*bill.outdatedRate), percent(options.rateByHand.value_or(0)));

@@ -103,6 +103,9 @@ bool frmOutBill::mayBook(const Bill &present, const book::NewSlip &slip, double 
             book::nameOf(present.customer.taxClass));
     else if (present.sums.tax() != 0)
         doubt = u"この期間の消費税はすでに計上されています。さらに入力しますか。"_s;
+    else if (present.sums.unbooked.value_or(tax) != tax && present.sums.unbookedRates.size() <= 1)
+        doubt = u"期間の売上から計算した消費税 %1 円と違います。%2 円で入力しますか。"_s.arg(
+            text::formatAmount(*present.sums.unbooked), text::formatAmount(tax));
     else if (present.sums.unbookedRates.size() > 1 && present.sums.unbooked != tax)
         doubt = u"税率ごとの消費税（%1）の合計と違うため、税率に分けずに入力します。よろしいですか。"_s.arg(
             byRates(present.sums.unbookedRates));
@@ -206,6 +209,10 @@ bool frmOutBill::isReadyToPrint()
 bool frmOutBill::settleTax()
 {
     const double unbooked = m_bill->sums.unbooked.value_or(0);
+    if (const QString doubt = taxDoubt(*m_bill); !doubt.isEmpty())
+        return ui::prompts::askCautiously(
+            this, doubt + u"\nこのまま印刷しますか。"_s,
+            u"このまま印刷すると、税率ごとの金額と消費税の欄は印刷されません。"_s);
     if (unbooked == 0)
         return !m_bill->sums.cannotTax ||
                ui::prompts::askCautiously(

@@ -334,11 +334,11 @@ private slots:
         QCOMPARE(desk.headers().last(), u"O2|2026-03-31|2"_s);
 
         // What was not seen is not printed.
-        desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 10000 WHERE ID = 1"_s);
+        desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 12340 WHERE ID = 1"_s);
         prompts::expectInform(u"表示した後に伝票か納品先が変更されたため、計算し直しました。\n"
                               "請求額を確かめてから、もう一度印刷してください。"_s);
         desk.press("Command2");
-        QCOMPARE(desk.text("Text5"), u"10,617"_s);
+        QCOMPARE(desk.text("Text5"), u"12,957"_s);
         desk.printAndLeave();
         QCOMPARE(desk.opened.size(), 3);
         // The transfer form follows a bill that came out, with what it says is to be paid.
@@ -349,11 +349,22 @@ private slots:
                     [&amount](QDialog &form) { amount = form.findChild<QLineEdit *>(u"Text5"_s)->text(); });
         prompts::expectInform(done);
         QVERIFY(desk.printToFile());
-        QCOMPARE(amount, u"10,617"_s);
+        QCOMPARE(amount, u"12,957"_s);
         desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = '百' WHERE ID = 1"_s);
         prompts::expectInform(
             u"金額が数字でない伝票があるため、請求書を印刷できません。伝票を訂正してください。"_s);
         desk.press("Command2");
+        // Tax that a late slip has made wrong does not go out by itself.
+        desk.the<QCheckBox>("Check2").setChecked(false);
+        desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 20000 WHERE ID = 1"_s);
+        desk.press("cmdMasterUpdate");
+        const std::size_t before = desk.opened.size();
+        prompts::expectAskCautiously(
+            u"計上した消費税 617 円が、期間の売上から計算した消費税 1,000 円と違います。"
+            "消費税の伝票を訂正してください。\nこのまま印刷しますか。"_s,
+            false, prompts::anyRemark);
+        desk.press("Command2");
+        QCOMPARE(desk.opened.size(), before);
     }
 
     void accidents()
