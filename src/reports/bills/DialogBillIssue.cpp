@@ -154,24 +154,31 @@ void DialogBillIssue::followPeriod()
         m_bills.setBills({}, m_ui->Check1->isChecked());
 }
 
-base::Result<std::vector<CustomerBill>> DialogBillIssue::compute()
+base::Result<DialogBillIssue::Listed> DialogBillIssue::compute()
 {
     const BillRun run{.period = period(), .closingDay = m_ui->cmbClosing->currentData().toInt()};
-    return ui::runWithProgress(this, u"請求額を計算しています。"_s, [&](const base::Progress &progress) {
-        return billsOf(workspace().connection, run, billOptionsOf(workspace()), progress);
-    });
+    auto bills =
+        ui::runWithProgress(this, u"請求額を計算しています。"_s, [&](const base::Progress &progress) {
+            return billsOf(workspace().connection, run, billOptionsOf(workspace()), progress);
+        });
+    if (!bills)
+        return bills.error();
+    auto issued = issuedOf(workspace().connection, *bills);
+    if (!issued)
+        return issued.error();
+    return Listed{std::move(*bills), std::move(*issued)};
 }
 
 void DialogBillIssue::list()
 {
-    auto bills = compute();
-    if (!bills) {
-        if (!bills.error().cancelled)
-            tell(bills.status());
+    auto listed = compute();
+    if (!listed) {
+        if (!listed.error().cancelled)
+            tell(listed.status());
         return;
     }
     m_booked.clear();
-    m_bills.setBills(std::move(*bills), m_ui->Check1->isChecked());
+    m_bills.setBills(std::move(listed->bills), m_ui->Check1->isChecked(), listed->issued);
     if (m_bills.rowCount() == 0) {
         ui::prompts::inform(this, ui::messages::nothingFound());
         m_ui->cmbClosing->setFocus();
@@ -184,12 +191,12 @@ void DialogBillIssue::list()
 void DialogBillIssue::renew()
 {
     const int row = m_ui->grdBills->currentIndex().row();
-    auto bills = compute();
-    if (!bills) {
-        tell(bills.status());
+    auto listed = compute();
+    if (!listed) {
+        tell(listed.status());
         return;
     }
-    m_bills.renewBills(std::move(*bills));
+    m_bills.renewBills(std::move(listed->bills), listed->issued);
     m_ui->grdBills->selectRow(row);
 }
 
@@ -197,12 +204,14 @@ void DialogBillIssue::showState()
 {
     const std::vector<CustomerBill> ticked = m_bills.ticked();
     const std::vector<CustomerBill> unbooked = m_bills.tickedUnbooked();
+    const qsizetype issued = m_bills.issuedCount();
     double billed = 0;
     for (const CustomerBill &bill : ticked)
         billed += bill.sums.billed(m_ui->Check1->isChecked());
     m_ui->lblCount->setText(u"%1 件のうち %2 件　今回請求額 %3 円"_s.arg(m_bills.rowCount())
                                 .arg(ticked.size())
-                                .arg(text::formatAmount(billed)));
+                                .arg(text::formatAmount(billed)) +
+                            (issued > 0 ? u"　発行済 %1 件"_s.arg(issued) : QString()));
     m_ui->lblUnbooked->setText(unbookedWords(unbooked));
     m_ui->cmdBookTax->setEnabled(!unbooked.empty());
     m_ui->cmdUndoTax->setEnabled(!m_booked.empty());

@@ -43,7 +43,12 @@ private:
     void followPeriod();
     void list();
     void renew();
-    base::Result<std::vector<CustomerBill>> compute();
+    struct Listed
+    {
+        std::vector<CustomerBill> bills;
+        IssuedBills issued; // of them
+    };
+    base::Result<Listed> compute();
     void showState();
 
     // The tax.

@@ -37,12 +37,16 @@ QStringList nameLines(const BillCustomer &customer)
     return {u"　　"_s + customer.name1, u"　　"_s + honoured(customer, customer.name2, u"　　"_s)};
 }
 
+QString numberFor(const BillCustomer &customer, const book::Period &period)
+{
+    return u"%1-%2"_s.arg(customer.id.value_or(0)).arg(period.to.toString(u"yyyyMMdd"_s));
+}
+
 } // namespace
 
-QString billNumber(const Bill &bill)
-{
-    return u"%1-%2"_s.arg(bill.customer.id.value_or(0)).arg(bill.period.to.toString(u"yyyyMMdd"_s));
-}
+QString billNumber(const Bill &bill) { return numberFor(bill.customer, bill.period); }
+
+QString billNumber(const CustomerBill &bill) { return numberFor(bill.customer, bill.period); }
 
 book::Slip addresseeOf(const BillCustomer &customer)
 {

@@ -2,6 +2,7 @@
 
 #include "book/slip_reader.h"
 #include "reports/bills/bill.h"
+#include "reports/bills/bill_list.h"
 
 #include <QStringList>
 
@@ -12,6 +13,7 @@ namespace reports
 /// The number of a bill: its customer's and its last day, "7-20261031". A bill of that day that is printed
 /// once more after a correction has it too, and so is known as the next version of the same.
 QString billNumber(const Bill &bill);
+QString billNumber(const CustomerBill &bill);
 
 /// What a bill for \a bill's customer prints above its statement, line by line in columns of fixed width:
 /// postal code, address, names, the last of them with the honorific, code and number, telephone and fax. What

@@ -45,7 +45,7 @@ constexpr std::array<Look, 11> looks{{
     {u"消費税", 10},
     {u"今回請求額", 12},
     {u"未計上", 9},
-    {u"状態", 8},
+    {u"状態", 18},
 }};
 
 bool isNumber(int column)
@@ -68,24 +68,26 @@ BillTicks::BillTicks(QObject *parent)
     : QAbstractTableModel(parent)
 {}
 
-void BillTicks::setBills(std::vector<CustomerBill> bills, bool salesOnly)
+void BillTicks::setBills(std::vector<CustomerBill> bills, bool salesOnly, const IssuedBills &issued)
 {
     beginResetModel();
     m_salesOnly = salesOnly;
     m_rows.clear();
     for (CustomerBill &bill : bills) {
         Row row{std::move(bill), false, {}};
-        row.ticked = isDue(row, salesOnly);
+        if (const auto last = issued.constFind(row.bill.customer.id.value_or(0)); last != issued.constEnd())
+            row.issued = *last;
+        row.ticked = isDue(row, salesOnly) && !isIssued(row);
         m_rows.push_back(std::move(row));
     }
     endResetModel();
     emit choiceChanged();
 }
 
-void BillTicks::renewBills(std::vector<CustomerBill> bills)
+void BillTicks::renewBills(std::vector<CustomerBill> bills, const IssuedBills &issued)
 {
     std::vector<Row> before = std::move(m_rows);
-    setBills(std::move(bills), m_salesOnly);
+    setBills(std::move(bills), m_salesOnly, issued);
     for (Row &row : m_rows) {
         const auto same = std::ranges::find_if(
             before, [&row](const Row &old) { return old.bill.customer.id == row.bill.customer.id; });
@@ -102,7 +104,7 @@ void BillTicks::setSalesOnly(bool salesOnly)
     for (Row &row : m_rows) {
         const bool isDueNow = isDue(row, salesOnly);
         if (isDueNow != isDue(row, m_salesOnly))
-            row.ticked = isDueNow && row.state.isEmpty();
+            row.ticked = isDueNow && !isIssued(row);
     }
     m_salesOnly = salesOnly;
     changed();
@@ -146,6 +148,21 @@ bool BillTicks::isDue(const Row &row, bool salesOnly)
     return mayTick(row) && row.bill.sums.billed(salesOnly) > 0;
 }
 
+bool BillTicks::isIssued(const Row &row) { return row.issued || !row.state.isEmpty(); }
+
+// One whose slips were taken back after it was issued says both.
+QString BillTicks::stateOf(const Row &row) const
+{
+    QStringList words;
+    if (!row.bill.hasSlipsInPeriod)
+        words << u"伝票なし"_s;
+    if (!row.state.isEmpty())
+        words << row.state;
+    else if (row.issued)
+        words << issueWords(*row.issued, row.bill.sums.billed(m_salesOnly));
+    return words.join(u'　');
+}
+
 void BillTicks::changed()
 {
     if (!m_rows.empty())
@@ -174,6 +191,8 @@ std::vector<CustomerBill> BillTicks::tickedUnbooked() const
     std::erase_if(bills, [](const CustomerBill &bill) { return bill.sums.unbooked.value_or(0) == 0; });
     return bills;
 }
+
+qsizetype BillTicks::issuedCount() const { return std::ranges::count_if(m_rows, &BillTicks::isIssued); }
 
 // --- As a table ---
 
@@ -210,7 +229,7 @@ QVariant BillTicks::shown(const Row &row, int column) const
     case UnbookedColumn:
         return unbookedWords(sums);
     case StateColumn:
-        return row.bill.hasSlipsInPeriod ? row.state : u"伝票なし"_s;
+        return stateOf(row);
     default:
         return {};
     }
@@ -225,6 +244,8 @@ QVariant BillTicks::data(const QModelIndex &index, int role) const
         return int(row.ticked ? Qt::Checked : Qt::Unchecked);
     if (role == Qt::TextAlignmentRole && isNumber(index.column()))
         return int(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::ToolTipRole && index.column() == StateColumn)
+        return stateOf(row); // may be longer than its column
     return role == Qt::DisplayRole ? shown(row, index.column()) : QVariant();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/bills/bill_list.h"
+#include "reports/bills/issued_bills.h"
 
 #include <QAbstractTableModel>
 #include <QSet>
@@ -21,10 +21,10 @@ public:
 
     explicit BillTicks(QObject *parent = nullptr);
 
-    /// Lists \a bills and ticks those that are to be paid. What was issued before counts no more.
-    void setBills(std::vector<CustomerBill> bills, bool salesOnly);
+    /// Lists \a bills and ticks those that are to be paid, but for \a issued ones, which say so.
+    void setBills(std::vector<CustomerBill> bills, bool salesOnly, const IssuedBills &issued = {});
     /// Computes the amounts that stand in the list anew, from the same slips: the ticks stay where they can.
-    void renewBills(std::vector<CustomerBill> bills);
+    void renewBills(std::vector<CustomerBill> bills, const IssuedBills &issued = {});
     /// Whether billed is the period's sales alone. Who has something to pay only by that, or no longer, is
     /// ticked anew.
     void setSalesOnly(bool salesOnly);
@@ -39,6 +39,8 @@ public:
     [[nodiscard]] std::vector<CustomerBill> ticked() const;
     /// Those of them whose tax is not booked.
     [[nodiscard]] std::vector<CustomerBill> tickedUnbooked() const;
+    /// How many of the bills are out.
+    [[nodiscard]] qsizetype issuedCount() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -59,11 +61,14 @@ private:
     {
         CustomerBill bill;
         bool ticked = false;
-        QString state;
+        QString state;                            // what became of it since it was listed
+        std::optional<slips::LastIssue> issued{}; // before
     };
 
     [[nodiscard]] static bool mayTick(const Row &row);
     [[nodiscard]] static bool isDue(const Row &row, bool salesOnly);
+    [[nodiscard]] static bool isIssued(const Row &row);
+    [[nodiscard]] QString stateOf(const Row &row) const;
     [[nodiscard]] QVariant shown(const Row &row, int column) const;
     void changed();
 

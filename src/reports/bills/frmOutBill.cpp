@@ -221,7 +221,8 @@ void frmOutBill::listClosingDay()
 void frmOutBill::issueAll()
 {
     DialogBillIssue shown(workspace(), this);
-    shown.openClosingDay(typedClosingDay(m_ui->txtClosingDay->text().trimmed()).value_or(0));
+    const int ofCustomer = m_bill ? m_bill->customer.closingDay : 0;
+    shown.openClosingDay(typedClosingDay(m_ui->txtClosingDay->text().trimmed()).value_or(ofCustomer));
     shown.exec();
     if (m_customer != 0)
         compute(Telling::InLine); // its tax may be booked now

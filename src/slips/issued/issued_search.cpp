@@ -114,6 +114,24 @@ base::Result<Fate> fateOf(db::Connection &connection, qint64 key)
     return fate;
 }
 
+// By the number, which few rows have; a customer may have years of them, so that his index is kept out of it.
+base::Result<std::optional<LastIssue>> lastIssue(db::Connection &connection, const QString &kind,
+                                                 const QString &number, qint64 counterpart)
+{
+    const auto found = connection.select(
+        u"SELECT 発行日時, 税込金額 FROM 発行控 d WHERE 番号 = ? AND 種類 IN (?, ?) AND 相手先ID + 0 = ? "
+        "AND NOT EXISTS (SELECT 1 FROM 発行控 w WHERE w.訂正元 = d.発行ID AND w.種類 = ?) "
+        "ORDER BY 発行ID DESC LIMIT 1"_s,
+        {number, kind, kind + QString::fromUtf16(reissueMark), counterpart,
+         kind + QString::fromUtf16(withdrawnMark)});
+    if (!found)
+        return found.error();
+    if (found->isEmpty())
+        return std::optional<LastIssue>();
+    const QVariantList &row = found->rows.front();
+    return std::optional<LastIssue>({row.at(0).toString(), row.at(1).toDouble()});
+}
+
 base::Result<std::vector<IssuedRow>> readIssued(db::Connection &connection, const std::vector<qint64> &keys)
 {
     std::vector<IssuedRow> rows;

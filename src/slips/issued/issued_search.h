@@ -58,6 +58,18 @@ struct Fate
 
 base::Result<Fate> fateOf(db::Connection &connection, qint64 key);
 
+/// When a document went out, and for how much.
+struct LastIssue
+{
+    QString issuedAt;  // yyyy-MM-dd HH:mm:ss
+    double amount = 0; // yen, with the tax
+};
+
+/// The last time that the document \a number of \a kind went out to \a counterpart, first or again. What was
+/// taken back at the printer does not count. Nothing where it never did.
+base::Result<std::optional<LastIssue>> lastIssue(db::Connection &connection, const QString &kind,
+                                                 const QString &number, qint64 counterpart);
+
 /// The rows \a keys, in their order; one that is gone is left out.
 base::Result<std::vector<IssuedRow>> readIssued(db::Connection &connection, const std::vector<qint64> &keys);
 

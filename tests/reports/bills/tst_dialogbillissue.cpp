@@ -2,6 +2,7 @@
 
 #include "printing/DialogPrint.h"
 #include "reports/bills/DialogBillIssue.h"
+#include "slips/issued/withdrawn_prints.h"
 #include "support/fake_printers.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
@@ -62,6 +63,13 @@ struct IssueDesk
     IssueDesk()
     {
         printing::keepPrintSystem(shop.workspace, printers);
+        open();
+    }
+
+    /// The list in a window of its own.
+    void open()
+    {
+        driver.reset();
         dialog = std::make_unique<DialogBillIssue>(shop.workspace);
         driver = std::make_unique<ScreenDriver>(dialog.get());
         driver->show();
@@ -87,6 +95,14 @@ struct IssueDesk
     QString cell(int row, int column) const
     {
         return driver->the<ui::Grid>("grdBills").model()->index(row, column).data().toString();
+    }
+    /// "1|発行済 2026/04/01": whether the bill of \a customer is ticked, and its state.
+    QString fate(int customer) const
+    {
+        const QAbstractItemModel &bills = *driver->the<ui::Grid>("grdBills").model();
+        const QModelIndex id = bills.match(bills.index(0, 1), Qt::DisplayRole, customer).value(0);
+        const bool ticked = id.siblingAtColumn(0).data(Qt::CheckStateRole).toInt() == Qt::Checked;
+        return QString::number(int(ticked)) + u'|' + id.siblingAtColumn(10).data().toString();
     }
     QString count() const { return driver->the<QLabel>("lblCount").text(); }
 
@@ -193,6 +209,44 @@ private slots:
         desk.driver->press("cmdPrint");
         QStringList numbers = desk.shop.rows(u"SELECT 番号 FROM 発行控 ORDER BY 番号"_s);
         QCOMPARE(numbers, QStringList({u"7-20260331"_s, u"8-20260331"_s, u"9-20260331"_s}));
+    }
+
+    // After the window was closed or the program ended, and whoever issued it.
+    void whatIsOutIsNotIssuedOnceMore()
+    {
+        IssueDesk desk;
+        ui::prompts::expectAskWhichWay(unsettled, u"このまま発行"_s);
+        desk.answerPrintDialog();
+        ui::prompts::expectInform(u"すべてのデータを排出しました。"_s, ui::prompts::anyRemark);
+        desk.driver->press("cmdPrint");
+        desk.open();
+        const QString out = u"0|発行済 2026/04/01"_s;
+        QCOMPARE(QStringList({desk.fate(7), desk.fate(8), desk.fate(9)}), QStringList(3, out));
+        QCOMPARE(desk.count(), u"5 件のうち 0 件　今回請求額 0 円　発行済 3 件"_s);
+        QVERIFY(!desk.driver->the<QPushButton>("cmdPrint").isEnabled());
+        // 8 is taken back at the printer; 9 buys more, 7 less than was on the bill.
+        const QString title = desk.printers->titles.filter(u" 8-20260331"_s).value(0);
+        QVERIFY(slips::noteWithdrawn(desk.shop.connection, title, desk.shop.now, desk.shop.now, u"鈴木"_s));
+        desk.shop.book(20, u'O', u"2026-03-31"_s, 9, 45);
+        desk.shop.run(u"DELETE FROM 入出庫サブ WHERE ID = 1"_s);
+        // Papers of somebody else, and of another kind, under the numbers of 11 and 12.
+        for (const QString &row :
+             {u"101, '請求書', '11-20260331', 12"_s, u"102, '納品書', '11-20260331', 11"_s,
+              u"103, '請求書', '11-20260228', 11"_s})
+            desk.shop.run(
+                u"INSERT INTO 発行控 (発行ID, 種類, 番号, 相手先ID, 税込金額, 発行日時) VALUES (%1, "
+                "1, '2026-04-01 10:00:00')"_s.arg(row));
+        desk.open();
+        QCOMPARE(desk.fate(7), u"0|伝票なし　発行済 2026/04/01（請求額 1,000 円）"_s);
+        QCOMPARE(desk.fate(8), u"1|"_s);
+        QCOMPARE(desk.fate(9), u"0|発行済 2026/04/01（請求額 300 円）"_s);
+        QCOMPARE(desk.fate(11), u"0|"_s);
+        // The clerk may all the same; what else is pressed does not undo that.
+        auto &grid = desk.driver->the<ui::Grid>("grdBills");
+        grid.selectRow(grid.model()->match(grid.model()->index(0, 1), Qt::DisplayRole, 9).value(0).row());
+        QTest::keyClick(&grid, Qt::Key_Space);
+        QVERIFY(desk.fate(9).startsWith(u"1|発行済"_s));
+        QVERIFY(desk.driver->the<QPushButton>("cmdPrint").isEnabled());
     }
 
     void theTaxComesFirstWhereTheClerkWantsIt()

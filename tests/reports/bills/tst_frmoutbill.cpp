@@ -9,6 +9,7 @@
 #include <QtTest>
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDateEdit>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -189,6 +190,29 @@ private slots:
                               "納品先を選び直してください。"_s);
         desk.press("Command2");
         QCOMPARE(desk.figures().trimmed(), QString());
+    }
+
+    // As the clerk typed it, or as the customer has it who is on the screen.
+    void allBillsAreThoseOfTheClosingDayInSight()
+    {
+        BillDesk desk;
+        desk.shop.run(u"UPDATE 納品先 SET 締め日 = 20 WHERE 納品先ID = 2"_s);
+        const auto opensAt = [&desk] {
+            QString shown;
+            desk.inNext(u"DialogBillIssue"_s, [&shown](QDialog &list) {
+                shown = list.findChild<QComboBox *>(u"cmbClosing"_s)->currentText();
+            });
+            desk.press("cmdIssueAll");
+            return shown;
+        };
+        QCOMPARE(opensAt(), u"末日"_s);
+        desk.find(1);
+        QCOMPARE(opensAt(), u"20 日"_s);
+        desk.box("txtClosingDay").setText(u"31"_s);
+        QCOMPARE(opensAt(), u"末日"_s);
+        desk.find(2);
+        desk.box("txtClosingDay").setText(u"２０"_s);
+        QCOMPARE(opensAt(), u"20 日"_s);
     }
 
     void closingDays()

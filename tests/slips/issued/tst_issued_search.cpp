@@ -101,6 +101,45 @@ class TestIssuedSearch : public QObject
     Q_OBJECT
 
 private slots:
+    void theLastTimeCountsThatWasNotTakenBack_data()
+    {
+        QTest::addColumn<QStringList>("rows"); // kind, number, counterpart, 訂正元; each of its key's yen
+        QTest::addColumn<int>("amount");       // of the bill 7-20260331; 0: it is not out
+        const QString bill = u"'請求書', '7-20260331', 7, NULL"_s;
+        const QString again = u"'請求書（再発行）', '7-20260331', 7, NULL"_s;
+        const auto takenBack = [](int key) {
+            return u"'請求書（印刷取消）', '7-20260331', 7, %1"_s.arg(key);
+        };
+        QTest::newRow("never") << QStringList() << 0;
+        QTest::newRow("once") << QStringList{bill} << 1;
+        QTest::newRow("corrected") << QStringList{bill, u"'請求書', '7-20260331', 7, 1"_s} << 2;
+        QTest::newRow("again") << QStringList{bill, again} << 2;
+        QTest::newRow("taken back") << QStringList{bill, takenBack(1)} << 0;
+        QTest::newRow("the second taken back") << QStringList{bill, again, takenBack(2)} << 1;
+        QTest::newRow("the first taken back") << QStringList{bill, takenBack(1), again} << 3;
+        QTest::newRow("another kind") << QStringList{u"'見積書', '7-20260331', 7, NULL"_s} << 0;
+        QTest::newRow("another month") << QStringList{u"'請求書', '7-20260228', 7, NULL"_s} << 0;
+        QTest::newRow("another counterpart") << QStringList{u"'請求書', '7-20260331', 8, NULL"_s} << 0;
+    }
+
+    void theLastTimeCountsThatWasNotTakenBack()
+    {
+        QFETCH(QStringList, rows);
+        FreshShop shop;
+        int key = 0;
+        for (const QString &row : rows) {
+            ++key;
+            shop.run(u"INSERT INTO 発行控 (発行ID, 種類, 番号, 相手先ID, 訂正元, 税込金額, 発行日時) VALUES "
+                     "(%1, %2, %1, '2026-04-0%1 10:00:00')"_s.arg(key)
+                         .arg(row));
+        }
+        const auto last = lastIssue(shop.connection, u"請求書"_s, u"7-20260331"_s, 7);
+        QVERIFY(last);
+        QTEST(*last ? int((*last)->amount) : 0, "amount");
+        if (*last)
+            QCOMPARE((*last)->issuedAt, u"2026-04-0%1 10:00:00"_s.arg((*last)->amount));
+    }
+
     void findsWhatANaiveFilterFinds_data()
     {
         QTest::addColumn<QDate>("from");
