@@ -52,6 +52,7 @@ void DialogDayReport::fitForm()
     m_ui->DTPicker1->setDate(workspace().today());
     m_ui->DTPicker2->setDate(workspace().today());
     m_ui->Picture4->setMenu(new QMenu(m_ui->Picture4));
+    m_ui->lblMessage->setWordWrap(true); // its remarks may be longer than a small display is wide
 }
 
 // Goods and money have columns of their own, each with their widths.

@@ -32,6 +32,7 @@
 #include "ui/grid.h"
 #include "ui/prompts.h"
 
+#include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -93,6 +94,7 @@ private slots:
     void nothingIsOutOfReach();
     void customersNeedNoScrolling();
     void generalCodeNeedsNoMoreRoom();
+    void remarksWidenNoWindow();
     void datesAreWhole();
     void cursorComesIntoSight();
     void wideTablesShareTheRoom();
@@ -195,6 +197,35 @@ void TestSmallScreens::generalCodeNeedsNoMoreRoom()
             QVERIFY2(remark->width() >= remark->fontMetrics().horizontalAdvance(remark->text()),
                      qPrintable(u"%1 points: %2"_s.arg(points).arg(remark->width())));
         }
+    }
+    ui::prompts::takeUnexpected();
+}
+
+void TestSmallScreens::remarksWidenNoWindow()
+{
+    for (const int points : {10, 11, 14}) {
+        QFont type = QApplication::font();
+        type.setPointSize(points);
+        QApplication::setFont(type);
+        FreshShop shop;
+        shop.workspace.panel.textSize = points;
+        reports::DayReportOf<reports::DayReportKind::Sales> screen(shop.workspace);
+        screen.show();
+        QTest::qWait(0);
+        const int width = screen.width();
+        for (int slip = 1; slip <= 120; ++slip) { // of customers who are deleted, every fourth without a date
+            shop.run(
+                u"INSERT INTO 入出庫マスター (ID, 日付, 伝票番号, 相手先ID) VALUES (?, ?, ?, 77)"_s,
+                {slip, slip % 4 == 0 ? QVariant() : QVariant(u"2026-04-01"_s), u'O' + QString::number(slip)});
+            shop.run(u"INSERT INTO 入出庫サブ (ID, 商品名, 金額) VALUES (?, 'みかん', 100)"_s, {slip});
+        }
+        screen.findChild<QPushButton *>(u"Command5"_s)->click();
+        QTest::qWait(0);
+        const auto *remark = screen.findChild<QLabel *>(u"lblMessage"_s);
+        QVERIFY2(remark->text().contains(u"日付のない伝票の明細 30 行"_s), qPrintable(remark->text()));
+        QCOMPARE(screen.width(), width);
+        QCOMPARE(outOfReach(screen).join(u'\n'), QString());
+        QVERIFY(remark->height() >= remark->heightForWidth(remark->width()));
     }
     ui::prompts::takeUnexpected();
 }
