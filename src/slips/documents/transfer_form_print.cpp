@@ -1,5 +1,6 @@
 #include "slips/documents/transfer_form_print.h"
 
+#include "book/counterpart_name.h"
 #include "printing/forms/form_files.h"
 #include "printing/forms/form_sheets.h"
 #include "printing/print_frame.h"
@@ -23,6 +24,7 @@ namespace
 {
 
 constexpr printing::Purpose purpose = printing::Purpose::TransferForms;
+constexpr qsizetype mostNamed = 5; // of those without a form
 
 base::Result<TransferForm> formOf(const workspace::Workspace &workspace, const TransferRequest &request)
 {
@@ -34,16 +36,44 @@ base::Result<TransferForm> formOf(const workspace::Workspace &workspace, const T
     return TransferForm{std::move(*payer), request.amount, transferTexts(workspace.settings)};
 }
 
+// "山田商店、佐藤花子　ほか 3 件": those of \a requests that no form is made for.
+base::Result<QString> namesWithoutForm(db::Connection &connection,
+                                       const std::vector<TransferRequest> &requests)
+{
+    QStringList names;
+    qsizetype others = 0;
+    for (const TransferRequest &each : requests) {
+        if (transferDigits(each.amount))
+            continue;
+        if (names.size() == mostNamed) {
+            ++others;
+            continue;
+        }
+        const auto name = book::nameOfCounterpart(connection, book::Party::Customer, each.customer);
+        if (!name)
+            return name.error();
+        names << *name;
+    }
+    return names.join(u'、') + (others > 0 ? u"　ほか %1 件"_s.arg(others) : QString());
+}
+
 // "12 枚　合計 345,678 円"
-QString runInWords(const std::vector<TransferRequest> &printable, std::size_t all)
+base::Result<QString> runInWords(db::Connection &connection, const std::vector<TransferRequest> &printable,
+                                 const std::vector<TransferRequest> &requests)
 {
     const double sum =
         std::accumulate(printable.begin(), printable.end(), 0.0,
                         [](double so, const TransferRequest &each) { return so + each.amount; });
-    QString words = u"%1 枚　合計 %2 円"_s.arg(printable.size()).arg(text::formatAmount(sum));
-    if (printable.size() < all)
-        words += u"\n%1 件は、金額を払込取扱票に印刷できないため作りません。"_s.arg(all - printable.size());
-    return words;
+    const QString words = u"%1 枚　合計 %2 円"_s.arg(printable.size()).arg(text::formatAmount(sum));
+    if (printable.size() == requests.size())
+        return words;
+    const auto names = namesWithoutForm(connection, requests);
+    if (!names)
+        return names.error();
+    return words +
+           u"\n%1 件は、金額を払込取扱票に印刷できないため作りません。\n"_s.arg(requests.size() -
+                                                                                printable.size()) +
+           *names;
 }
 
 } // namespace
@@ -118,7 +148,12 @@ std::optional<TransferRun> askTransferRun(workspace::Workspace &workspace, QWidg
         ui::prompts::inform(parent, u"郵便振替用紙に印刷できる金額がありません。"_s);
         return std::nullopt;
     }
-    DialogOderEX dialog(workspace, runInWords(printable, requests.size()), parent);
+    const auto words = runInWords(workspace.connection, printable, requests);
+    if (!words) {
+        ui::prompts::inform(parent, words.error().text);
+        return std::nullopt;
+    }
+    DialogOderEX dialog(workspace, *words, parent);
     dialog.exec();
     if (!dialog.choice())
         return std::nullopt;

@@ -201,6 +201,33 @@ private slots:
         QCOMPARE(desk.printers->given.size(), std::size_t(2));
     }
 
+    void aRunNamesThoseWhoGetNoForm_data()
+    {
+        QTest::addColumn<int>("without");
+        QTest::addColumn<QString>("words");
+        const QString why = u"%1 件は、金額を払込取扱票に印刷できないため作りません。\n"_s;
+        QTest::newRow("one") << 1 << why.arg(1) + u"店11"_s;
+        QTest::newRow("as many as are named") << 5 << why.arg(5) + u"店11、店12、店13、店14、店15"_s;
+        QTest::newRow("more") << 7 << why.arg(7) + u"店11、店12、店13、店14、店15　ほか 2 件"_s;
+    }
+
+    void aRunNamesThoseWhoGetNoForm()
+    {
+        QFETCH(int, without);
+        Desk desk;
+        std::vector<TransferRequest> requests{{1, 1980}};
+        for (int id = 11; id < 11 + without; ++id) {
+            desk.shop.run(u"INSERT INTO 納品先 (納品先ID, 納品先名1) VALUES (?, ?)"_s,
+                          {id, u"店%1"_s.arg(id)});
+            requests.push_back({id, 123'456'789});
+        }
+        QString told;
+        inNext(u"DialogOderEX"_s,
+               [&told](QWidget &screen) { told = ScreenDriver(&screen).the<QLabel>("lblRun").text(); });
+        QVERIFY(printTransferForms(desk.shop.workspace, nullptr, requests).empty());
+        QTEST(told.section(u'\n', 1), "words");
+    }
+
     void aRunThatIsLeftPrintsNothing()
     {
         Desk desk;
