@@ -4,10 +4,14 @@
 #include "slips/documents/delivery_note_print.h"
 #include "slips/documents/transfer_form_print.h"
 #include "slips/entry/new_counterpart.h"
+#include "text/numbers.h"
+#include "ui/prompts.h"
 #include "ui_frmOut.h"
 #include "workspace/workspace.h"
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace slips
 {
@@ -50,6 +54,16 @@ base::Result<QString> frmOut::closeSlip()
     return closed;
 }
 
+// Whoever is charged the tax on the bill would pay too little by a form without it, and before the bill.
+bool frmOut::mayBePaid(const book::SlipSums &sums)
+{
+    const bool taxIsToCome = taxClass() == book::TaxClass::OnBill && !inclusive() && !sums.hasTaxLine;
+    return !taxIsToCome ||
+           ui::prompts::askCautiously(
+               this, u"この納品先の消費税は請求時に加算します。"
+                     "税別の金額 %1 円で払込取扱票を作りますか。"_s.arg(text::formatAmount(sums.total)));
+}
+
 // Of a slip that is left open nobody knows yet what is to be paid.
 void frmOut::slipEnds()
 {
@@ -57,7 +71,7 @@ void frmOut::slipEnds()
     if (!std::exchange(m_isClosed, false) || !m_ui->Check3->isChecked())
         return;
     const auto sums = book::slipSums(workspace().connection, header().id); // with the tax lines, if any
-    if (tell(sums.status()))
+    if (tell(sums.status()) && mayBePaid(*sums))
         printTransferForm(workspace(), this, {header().counterpart, sums->total});
 }
 

@@ -29,6 +29,8 @@ protected:
     void slipEnds() override;
 
 private:
+    bool mayBePaid(const book::SlipSums &sums);
+
     std::unique_ptr<Ui::frmOut> m_ui;
     bool m_isClosed = false; // the slip that ends
 };

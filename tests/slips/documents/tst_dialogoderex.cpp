@@ -56,6 +56,12 @@ struct Desk
     std::shared_ptr<FakePrinters> printers = std::make_shared<FakePrinters>();
 };
 
+QString formWithoutTax(const QString &amount)
+{
+    return u"この納品先の消費税は請求時に加算します。税別の金額 %1 円で払込取扱票を作りますか。"_s.arg(
+        amount);
+}
+
 // From the transfer form's screen through the preview to the printer.
 void printFrom(QWidget &screen)
 {
@@ -257,6 +263,7 @@ private slots:
         QTest::newRow("tax is added") << 0 << false << u"1,050"_s;
         QTest::newRow("made inclusive") << 0 << true << u"1,000"_s;
         QTest::newRow("taxed on the bill") << 1 << false << u"1,000"_s;
+        QTest::newRow("taxed on the bill, made inclusive") << 1 << true << u"1,000"_s;
         QTest::newRow("inclusive") << 2 << false << u"1,000"_s;
         QTest::newRow("made exclusive") << 2 << true << u"1,050"_s;
     }
@@ -274,6 +281,8 @@ private slots:
         if (otherwise)
             desk.press("Check1");
         QString shown;
+        if (taxClass == 1 && !otherwise)
+            ui::prompts::expectAskCautiously(formWithoutTax(u"1,000"_s), true);
         inNext(u"DialogOderEX"_s,
                [&](QWidget &screen) { shown = ScreenDriver(&screen).box("Text5").text(); });
         desk.press("cmdNext");
@@ -291,6 +300,28 @@ private slots:
         ui::prompts::expectAskToSave({}, ui::prompts::Choice::Discard);
         desk.screen().close();
         QVERIFY(!desk.screen().isVisible() && !QApplication::activeModalWidget());
+    }
+
+    void noFormWithoutTheTaxUnlessWanted()
+    {
+        SlipDesk<frmOut> desk;
+        desk.shop.workspace.panel.transferFormAfterDelivery = true;
+        desk.open(1);
+        desk.goods(u"3"_s, u"1333"_s);
+        bool opened = false;
+        auto *watching = new QTimer(&desk.screen());
+        QObject::connect(watching, &QTimer::timeout, &desk.screen(), [&opened] {
+            if (auto *shown = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+                opened = true;
+                shown->reject();
+            }
+        });
+        watching->start(0);
+        ui::prompts::expectAskCautiously(formWithoutTax(u"3,999"_s), false);
+        desk.press("cmdNext");
+        QVERIFY(!opened);
+        QCOMPARE(desk.lines().size(), 1); // the slip is stored all the same
+        QCOMPARE(desk.text("Text1"), QString());
     }
 };
 
