@@ -15,6 +15,7 @@
 #include "ui/leave_watch.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
+#include "ui/second_letter.h"
 #include "ui_frmOutBill.h"
 
 #include <QSignalBlocker>
@@ -102,6 +103,7 @@ void frmOutBill::connectControls()
     };
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
+    ui::pressAlsoBy(*m_ui->cmdMasterCancel, Qt::Key_C); // K is the key box's, too
     connect(m_ui->cmdMasterUpdate, &QPushButton::clicked, this, [this] {
         if (compute(Telling::InBox))
             m_ui->Command2->setFocus();
@@ -170,8 +172,11 @@ void frmOutBill::takeTypedId()
 {
     const QString typed = m_ui->Text1->text().trimmed();
     const auto id = text::parseInteger(typed);
-    if (id == m_customer)
+    if (m_customer != 0 && id == m_customer) {
+        if (m_ui->Text1->isModified())
+            showAnew();
         return;
+    }
     if (typed.isEmpty()) {
         showAddress();
         return;
@@ -258,12 +263,21 @@ void frmOutBill::showCustomer(qint64 customer)
         compute(Telling::InBox);
 }
 
+// Whoever types the same ID once more wants to see what was changed of the customer meanwhile.
+void frmOutBill::showAnew()
+{
+    if (m_found.currentKey() == m_customer)
+        m_found.refresh();
+    choose(m_customer);
+}
+
 void frmOutBill::choose(qint64 customer)
 {
     if (customer != m_customer) {
         m_customer = customer;
         m_bill.reset();
         setEntered(std::nullopt);
+        m_ui->Check1->setChecked(false); // ticked for the one bill alone
     }
     followList();
     if (customer == 0) {
@@ -290,11 +304,18 @@ void frmOutBill::presetPeriod(int closingDay)
     suggestDate();
 }
 
+// A period that was mistyped has no bill, but its customer has a closing day all the same.
 void frmOutBill::returnToClosingDay()
 {
+    int day = typedClosingDay(m_ui->txtClosingDay->text().trimmed()).value_or(0);
+    if (m_customer != 0) {
+        const auto known = billCustomer(workspace().connection, m_customer);
+        if (!tell(known.status()))
+            return;
+        day = known->closingDay;
+    }
     m_periodIsTyped = false;
-    presetPeriod(m_bill ? m_bill->customer.closingDay
-                        : typedClosingDay(m_ui->txtClosingDay->text()).value_or(0));
+    presetPeriod(day);
     followPeriod();
 }
 

@@ -53,6 +53,7 @@ private:
     void next();
     void followList();
     void showCustomer(qint64 customer);
+    void showAnew();
     void choose(qint64 customer);
     void showAddress();
 

@@ -10,6 +10,7 @@
 #include "slips/documents/transfer_form_print.h"
 #include "slips/entry/amount_entry.h"
 #include "slips/tax_rates_of.h"
+#include "text/dates.h"
 #include "text/numbers.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -40,6 +41,16 @@ QString numberWith(char16_t letter, const QString &typed)
 {
     const QString number = typed.trimmed();
     return book::kindOf(number) == book::sale ? number : QChar(letter) + number;
+}
+
+QString inWords(const BillTaxSlip &slip)
+{
+    double tax = 0;
+    for (const book::SlipLine &line : slip.written.lines)
+        tax += line.amount;
+    return u"伝票 %1　%2\n納品先「%3」\n消費税 %4 円"_s.arg(slip.written.number,
+                                                            text::formatDate(slip.written.date),
+                                                            slip.written.name1, text::formatQuantity(tax));
 }
 
 } // namespace
@@ -147,7 +158,7 @@ bool frmOutBill::bookTax()
 
 void frmOutBill::cancelTax()
 {
-    if (!m_entered || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
+    if (!m_entered || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion(), inWords(*m_entered)))
         return;
     const BillTaxSlip slip = *m_entered;
     if (!tell(cancelBillTax(workspace().connection, slip)))

@@ -247,10 +247,68 @@ private slots:
         QCOMPARE(desk.days(), u"2026/01/05 2026/01/09"_s);
         desk.press("cmdPeriod");
         QCOMPARE(desk.days(), u"2026/02/21 2026/03/20"_s);
+        // The wrong way round there is no bill to tell the closing day.
+        desk.box("txtClosingDay").clear();
+        desk.turnTo({2026, 12, 31}, {2026, 10, 1});
+        prompts::expectInform({});
+        desk.press("cmdMasterUpdate");
+        desk.driver().key(Qt::Key_D, Qt::AltModifier);
+        QTRY_COMPARE(desk.days(), u"2026/02/21 2026/03/20"_s);
+        QVERIFY(!desk.the("cmdPeriod").isEnabled());
         desk.shop.run(u"DELETE FROM 納品先 WHERE 納品先ID = 1"_s);
         prompts::expectInform({});
         desk.press("cmdNext");
         QCOMPARE(desk.text("txtNouhinsaki1"), QString());
+    }
+
+    void salesAloneAreBilledOnce()
+    {
+        BillDesk desk;
+        for (int customer = 1; customer <= 3; ++customer) {
+            writeSlip(desk.shop, customer, u"R 2026-02-10 3000"_s, customer);
+            writeSlip(desk.shop, customer + 3, u"O 2026-03-01 3999"_s, customer);
+        }
+        desk.find(0);
+        const auto billedAfterTicking = [&desk](const std::function<void()> &goOn) {
+            desk.the<QCheckBox>("Check1").setChecked(true);
+            goOn();
+            return desk.text("Text5");
+        };
+        QCOMPARE(billedAfterTicking([&] { desk.press("cmdMasterUpdate"); }), u"3,999"_s); // the same one
+        QCOMPARE(billedAfterTicking([&] { desk.find(1); }), u"999"_s);
+        QCOMPARE(billedAfterTicking([&] {
+                     desk.driver().type("Text1", u"3"_s);
+                     desk.driver().leave("Text1");
+                     QTRY_COMPARE(desk.text("txtNouhinsaki1"), u"aite2"_s);
+                 }),
+                 u"999"_s);
+        desk.box("txtClosingDay").setText(u"0"_s);
+        desk.press("cmdBill");
+        QCOMPARE(billedAfterTicking([&] { desk.press("cmdNext"); }), u"999"_s);
+    }
+
+    void theSameIdReadsAnew()
+    {
+        BillDesk desk;
+        writeSlip(desk.shop, 1, u"O 2026-03-01 12345"_s, 2);
+        desk.find(1);
+        desk.shop.run(u"UPDATE 納品先 SET 納品先名1 = '改名商店', 消費税区分 = 0 WHERE 納品先ID = 2"_s);
+        desk.the("Text1").setFocus();
+        desk.driver().leave("Text1"); // passed by
+        QTest::qWait(50);
+        QCOMPARE(desk.text("txtNouhinsaki1"), u"aite1"_s);
+        desk.driver().type("Text1", u"2"_s);
+        desk.driver().leave("Text1");
+        QTRY_COMPARE(desk.text("txtNouhinsaki1"), u"改名商店"_s);
+        QCOMPARE(desk.text("txtTanka"), QString());
+        const QAbstractItemModel &found = *desk.the<QAbstractItemView>("DataGrid1").model();
+        QVERIFY(!found.match(found.index(0, 1), Qt::DisplayRole, u"改名商店"_s).isEmpty());
+        // Nobody has the ID 0.
+        BillDesk empty;
+        prompts::expectInform(notFound);
+        empty.driver().type("Text1", u"0"_s);
+        empty.driver().leave("Text1");
+        QTRY_COMPARE(empty.driver().cursor(), u"Text1"_s);
     }
 
     void booking()
@@ -266,17 +324,19 @@ private slots:
         QCOMPARE(desk.lines().last(), u"2|消費税|-|-|-|-|617"_s);
         QCOMPARE(desk.figures(), u"0 12,962 0 12,962 12,345 617 0 "_s);
         QCOMPARE(desk.driver().enabled({"Command4", "cmdMasterCancel"}), u"cmdMasterCancel"_s);
-        prompts::expectAskCautiously(deleteQuestion, false);
-        desk.press("cmdMasterCancel");
-        prompts::expectAskCautiously(deleteQuestion, true);
-        desk.press("cmdMasterCancel");
+        const QString which = u"伝票 O2　2026/03/31\n納品先「aite1」\n消費税 617 円"_s;
+        prompts::expectAskCautiously(deleteQuestion, false, which);
+        desk.driver().key(Qt::Key_C, Qt::AltModifier);
+        prompts::expectAskCautiously(deleteQuestion, true, which);
+        desk.driver().key(Qt::Key_C, Qt::AltModifier);
         QCOMPARE(desk.headers().size(), 1);
         QCOMPARE(desk.lines().size(), 1);
+        desk.driver().key(Qt::Key_C, Qt::AltModifier); // nothing is left to be taken back
         QCOMPARE(desk.text("txtTanka"), u"617"_s);
         // Changed by another program, it stays.
         desk.press("Command4");
         desk.shop.run(u"UPDATE 入出庫サブ SET 金額 = 600 WHERE ID = 2"_s);
-        prompts::expectAskCautiously(deleteQuestion, true);
+        prompts::expectAskCautiously(deleteQuestion, true, which);
         prompts::expectInform(
             u"伝票 O2 はほかのプログラムで変更または削除されたため、取り消しませんでした。"_s);
         desk.press("cmdMasterCancel");
@@ -295,7 +355,8 @@ private slots:
             return desk.shop.rows(u"SELECT 規格, 金額, 税区分, 税率 FROM 入出庫サブ WHERE ID = 2"_s);
         };
         QCOMPARE(taxes(), (QStringList{u"10%|10|0|10"_s, u"軽減8%|17|1|8"_s}));
-        prompts::expectAskCautiously(deleteQuestion, true);
+        prompts::expectAskCautiously(deleteQuestion, true,
+                                     u"伝票 O2　2026/03/31\n納品先「aite1」\n消費税 27 円"_s);
         desk.press("cmdMasterCancel");
         QCOMPARE(desk.headers().size(), 1);
         // Another amount belongs to no rate.
