@@ -89,7 +89,8 @@ void issueBill(Walker &walker, QWidget &window, const QDir &folder)
         [&](QDialog &screen) {
             compute(walker, screen);
             printWithTax(walker, screen, fileName);
-            ui::prompts::expectAskCautiously(u"表示中のレコードを削除します。よろしいですか。"_s, true);
+            ui::prompts::expectAskCautiously(u"表示中のレコードを削除します。よろしいですか。"_s, true,
+                                             ui::prompts::anyRemark);
             walker.on(screen).press(u"cmdMasterCancel"_s);
             walker.checkText(screen, u"Text6"_s, u"11,500"_s);
         });
