@@ -21,7 +21,7 @@
 #include "reports/bills/bill_print.h"
 #include "reports/bills/frmOutBill.h"
 #include "reports/bills/frmOutBillList.h"
-#include "reports/bills/frmReceiptB.h"
+#include "reports/bills/receipts/frmReceiptB.h"
 #include "reports/charts/DialogCharts.h"
 #include "reports/daily/DialogDayReport.h"
 #include "reports/ledgers/ledger_screen.h"

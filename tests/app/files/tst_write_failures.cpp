@@ -13,7 +13,7 @@
 #include "registers/import/import_mapping.h"
 #include "registers/lists/customer_deletion.h"
 #include "reports/bills/bill_run.h"
-#include "reports/bills/payment_taking.h"
+#include "reports/bills/receipts/payment_taking.h"
 #include "slips/entry/frmOut.h"
 #include "slips/issued/issued_documents.h"
 #include "slips/slip_desk.h"

@@ -2,7 +2,7 @@
 
 #include "base/progress.h"
 #include "book/slip_store.h"
-#include "reports/bills/payment_matches.h"
+#include "reports/bills/receipts/payment_matches.h"
 
 #include <functional>
 

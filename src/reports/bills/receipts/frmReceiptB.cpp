@@ -1,9 +1,9 @@
-#include "reports/bills/frmReceiptB.h"
+#include "reports/bills/receipts/frmReceiptB.h"
 
 #include "book/taken_payments.h"
 #include "registers/customer.h"
-#include "reports/bills/DialogPaymentColumns.h"
-#include "reports/bills/payment_taking.h"
+#include "reports/bills/receipts/DialogPaymentColumns.h"
+#include "reports/bills/receipts/payment_taking.h"
 #include "slips/tax_rates_of.h"
 #include "text/dates.h"
 #include "text/numbers.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "reports/bills/paying_customers.h"
-#include "reports/bills/payment_rows.h"
+#include "reports/bills/receipts/paying_customers.h"
+#include "reports/bills/receipts/payment_rows.h"
 
 namespace reports
 {

@@ -1,8 +1,8 @@
-#include "reports/bills/payment_taking.h"
+#include "reports/bills/receipts/payment_taking.h"
 
 #include "base/exact_sum.h"
 #include "book/taken_payments.h"
-#include "reports/bills/payer_key.h"
+#include "reports/bills/receipts/payer_key.h"
 
 #include <QFileInfo>
 

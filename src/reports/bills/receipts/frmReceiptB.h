@@ -1,7 +1,7 @@
 #pragma once
 
-#include "reports/bills/PaymentModel.h"
-#include "reports/bills/payment_file.h"
+#include "reports/bills/receipts/PaymentModel.h"
+#include "reports/bills/receipts/payment_file.h"
 #include "ui/screen.h"
 
 #include <memory>

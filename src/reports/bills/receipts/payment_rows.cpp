@@ -1,7 +1,7 @@
-#include "reports/bills/payment_rows.h"
+#include "reports/bills/receipts/payment_rows.h"
 
 #include "book/slip_store.h"
-#include "reports/bills/payer_key.h"
+#include "reports/bills/receipts/payer_key.h"
 #include "text/dates.h"
 #include "text/numbers.h"
 

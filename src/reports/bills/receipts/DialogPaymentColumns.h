@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/bills/payment_columns.h"
+#include "reports/bills/receipts/payment_columns.h"
 #include "ui/screen.h"
 
 #include <memory>

@@ -1,4 +1,4 @@
-#include "reports/bills/payer_key.h"
+#include "reports/bills/receipts/payer_key.h"
 
 #include "text/like.h"
 #include "text/width.h"

@@ -1,4 +1,4 @@
-#include "reports/bills/payment_columns.h"
+#include "reports/bills/receipts/payment_columns.h"
 
 #include "registers/import/import_fields.h"
 

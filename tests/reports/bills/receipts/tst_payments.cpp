@@ -3,8 +3,8 @@
 #include "db/care/plain_handle.h"
 #include "db/foreign_table.h"
 #include "payment_shop.h"
-#include "reports/bills/payer_key.h"
-#include "reports/bills/payment_taking.h"
+#include "reports/bills/receipts/payer_key.h"
+#include "reports/bills/receipts/payment_taking.h"
 #include "text/cp932.h"
 
 #include <QTest>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/bills/payment_file.h"
+#include "reports/bills/receipts/payment_file.h"
 
 #include <array>
 #include <optional>

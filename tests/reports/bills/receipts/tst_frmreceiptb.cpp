@@ -1,5 +1,5 @@
 #include "payment_shop.h"
-#include "reports/bills/frmReceiptB.h"
+#include "reports/bills/receipts/frmReceiptB.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
 #include "ui/file_dialogs.h"

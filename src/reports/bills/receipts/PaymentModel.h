@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/bills/payment_matches.h"
+#include "reports/bills/receipts/payment_matches.h"
 
 #include <QAbstractTableModel>
 

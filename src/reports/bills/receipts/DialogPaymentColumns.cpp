@@ -1,4 +1,4 @@
-#include "reports/bills/DialogPaymentColumns.h"
+#include "reports/bills/receipts/DialogPaymentColumns.h"
 
 #include "ui/prompts.h"
 #include "ui_DialogPaymentColumns.h"

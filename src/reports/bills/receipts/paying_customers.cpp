@@ -1,11 +1,11 @@
-#include "reports/bills/paying_customers.h"
+#include "reports/bills/receipts/paying_customers.h"
 
 #include "book/counterpart_name.h"
 #include "book/taken_payments.h"
 #include "db/connection.h"
 #include "reports/bills/bill_list.h"
 #include "reports/bills/closing_period.h"
-#include "reports/bills/payer_key.h"
+#include "reports/bills/receipts/payer_key.h"
 #include "text/like.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "reports/bills/PaymentModel.h"
+#include "reports/bills/receipts/PaymentModel.h"
 
 #include "base/column.h"
 #include "base/exact_sum.h"

@@ -1,6 +1,6 @@
-#include "reports/bills/payment_matches.h"
+#include "reports/bills/receipts/payment_matches.h"
 
-#include "reports/bills/payer_key.h"
+#include "reports/bills/receipts/payer_key.h"
 #include "text/numbers.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "reports/bills/payment_file.h"
+#include "reports/bills/receipts/payment_file.h"
 
 #include "base/same_file.h"
 #include "db/file_header.h"
