@@ -36,16 +36,34 @@ Condition documentsOf(Party party)
     return {u"伝票種別 IN ("_s + QStringList(letters.size(), u"?"_s).join(u", "_s) + u')', letters};
 }
 
+namespace
+{
+
+std::vector<db::References> referencesTo(Party party)
+{
+    std::vector<db::References> all{{u"入出庫マスター"_s, u"相手先ID"_s, slipsOf({.kinds = kindsOf(party)})},
+                                    {u"発行控"_s, u"相手先ID"_s, documentsOf(party)}};
+    if (party == Party::Customer)
+        all.insert(all.end(), {{u"発送マスター"_s, u"納品先ID"_s},
+                               {u"発送マスター"_s, u"依頼主ID"_s},
+                               {u"宛名印刷"_s, u"納品先ID"_s}});
+    return all;
+}
+
+} // namespace
+
 base::Result<qint64> keyWithoutSlips(db::Connection &connection, Party party, qint64 next)
 {
-    const db::References slips{u"入出庫マスター"_s, u"相手先ID"_s, slipsOf({.kinds = kindsOf(party)})};
-    const db::References documents{u"発行控"_s, u"相手先ID"_s, documentsOf(party)};
     for (;;) {
-        const auto free = db::unusedKey(connection, next, slips);
-        const auto fresh = free ? db::unusedKey(connection, *free, documents) : free;
-        if (!fresh || *fresh == *free)
-            return fresh;
-        next = *fresh;
+        const qint64 first = next;
+        for (const db::References &references : referencesTo(party)) {
+            const auto free = db::unusedKey(connection, next, references);
+            if (!free)
+                return free;
+            next = *free;
+        }
+        if (next == first)
+            return next;
     }
 }
 

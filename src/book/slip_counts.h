@@ -19,8 +19,9 @@ base::Result<qint64> countSlips(db::Connection &connection, const Selection &sel
 Condition documentsOf(Party party);
 
 /// The lowest key from \a next on that no slip of \a party's kinds refers to, and no document that was issued
-/// of one: \a next itself unless those of deleted counterparts are left. A new counterpart under such a key
-/// would take over their slips, what they owe, and the copies of what they were sent. To be asked again for
+/// of one; for a customer, no shipment and no address that was printed either: \a next itself unless those of
+/// deleted counterparts are left. A new counterpart under such a key would take over their slips, what they
+/// owe, their shipments, and the copies of what they were sent. To be asked again for
 /// each of several new counterparts, inside the transaction that adds them.
 base::Result<qint64> keyWithoutSlips(db::Connection &connection, Party party, qint64 next);
 

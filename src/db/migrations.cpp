@@ -68,7 +68,7 @@ base::Status migrateInTransaction(PlainHandle &file, const Migrations &steps)
 
 const Migrations &migrations()
 {
-    static const Migrations all{{2, migration2Text}, {3, migration3Text}};
+    static const Migrations all{{2, migration2Text}, {3, migration3Text}, {4, migration4Text}};
     return all;
 }
 

@@ -11,7 +11,7 @@ namespace db
 {
 
 inline constexpr quint32 applicationId = 0x4B414E42; // "KANB"
-inline constexpr int schemaVersion = 3;
+inline constexpr int schemaVersion = 4;
 
 /// The name of the initial file, which is copied and never worked in.
 inline constexpr const char16_t *initialFileName = u"Kanbalore.cdb";

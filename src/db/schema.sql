@@ -189,7 +189,14 @@ CREATE TABLE 発送マスター (
     備考1 TEXT,
     備考2 TEXT,
     印刷日 TEXT,
-    版 INTEGER
+    版 INTEGER,
+    依頼主ID INTEGER,
+    顧客コード TEXT,
+    発店コード TEXT,
+    時間帯 TEXT,
+    クール TEXT,
+    個数 INTEGER,
+    出力日 TEXT
 );
 
 -- Percent of consumption tax by class (0 standard, 1 reduced: food, 2 reduced: newspapers) and date, both days
@@ -239,6 +246,15 @@ CREATE TABLE 入金取込 (
     版 INTEGER
 );
 
+-- To whom a postcard, an envelope or a label was addressed, and when.
+CREATE TABLE 宛名印刷 (
+    印刷ID INTEGER PRIMARY KEY,
+    納品先ID INTEGER,
+    印刷日 TEXT,
+    用紙 TEXT,
+    版 INTEGER
+);
+
 -- The counter behind every 版, one for the file: each change of a row gives it the next number.
 CREATE TABLE 版数 (
     版数ID INTEGER PRIMARY KEY,
@@ -267,6 +283,9 @@ CREATE INDEX 発送マスター_受付日 ON 発送マスター (受付日);
 CREATE INDEX 発送マスター_発送区分 ON 発送マスター (発送区分);
 CREATE INDEX 発送マスター_納品先 ON 発送マスター (納品先ID);
 CREATE INDEX 発送マスター_名キー ON 発送マスター (依頼主名キー, 届先名キー);
+CREATE INDEX 発送マスター_依頼主 ON 発送マスター (依頼主ID);
+CREATE INDEX 発送マスター_伝票 ON 発送マスター (伝票ID);
+CREATE INDEX 発送マスター_送り状番号 ON 発送マスター (送り状番号);
 -- Issued documents by day, amount and counterpart.
 CREATE INDEX 発行控_日付 ON 発行控 (日付);
 CREATE INDEX 発行控_税込金額 ON 発行控 (税込金額);
@@ -277,6 +296,8 @@ CREATE INDEX 発行控_訂正元 ON 発行控 (訂正元);
 -- Whether a row was taken; to whom a payer's receipts were written before.
 CREATE INDEX 入金取込_行キー ON 入金取込 (行キー);
 CREATE INDEX 入金取込_名義キー ON 入金取込 (名義キー);
+-- Who was addressed already.
+CREATE INDEX 宛名印刷_納品先 ON 宛名印刷 (納品先ID, 印刷日);
 
 INSERT INTO 版数 (版数ID, 最終) VALUES (1, 0);
 -- The last one is announced for food and not yet law.

@@ -168,6 +168,21 @@ inline constexpr SettingKey nouhinWindowState{"Settings", "NouhinWindowState", u
 inline constexpr SettingKey distinctCustomers{"Settings", "DistinctCustomers", u""};
 /// Address printing screen.
 inline constexpr SettingKey frmInvCheck1{"Settings", "frmInvCheck1", u""};
+/// What is addressed, by the name of its paper; how addresses are written, a "name=value" for each choice.
+inline constexpr SettingKey addressPaper{"Settings", "AddressPaper", u""};
+inline constexpr SettingKey addressOptions{"Settings", "AddressOptions", u""};
+/// The sheet of labels that is in use, and the place on it that is free next, counted from 1.
+inline constexpr SettingKey labelSheet{"Settings", "LabelSheet", u""};
+inline constexpr SettingKey labelPlace{"Settings", "LabelPlace", u"1"};
+/// Whether the parcel's slip is offered after a delivery note went out.
+inline constexpr SettingKey offersShipping{"Settings", "OffersShipping", u"1"};
+/// What the carriers' own programs want set once, a "name=value" for each; where their answers have what.
+inline constexpr SettingKey b2Settings{"Settings", "B2Settings", u""};
+inline constexpr SettingKey hidenSettings{"Settings", "HidenSettings", u""};
+inline constexpr SettingKey yupriSettings{"Settings", "YupriSettings", u""};
+inline constexpr SettingKey trackingColumns{"Settings", "TrackingColumns", u""};
+/// Columns that the gift lists show, a 0 or 1 for each (empty: the usual ones).
+inline constexpr SettingKey giftColumns{"Settings", "GiftColumns", u""};
 /// Mail-order processing: options (there is no second one) and mail subject.
 inline constexpr SettingKey invCheck[8] = {
     {"Settings", "invCheck1", u""}, {"Settings", "invCheck3", u""}, {"Settings", "invCheck4", u""},

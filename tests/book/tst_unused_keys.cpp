@@ -18,6 +18,7 @@ private slots:
     void counterpartsNeverTakeOverSlips_data();
     void counterpartsNeverTakeOverSlips();
     void counterpartsNeverTakeOverDocuments();
+    void customersNeverTakeOverShipments();
     void everyKeyIsNamed();
     void aLostRegisterIsSkippedQuickly();
 };
@@ -88,6 +89,16 @@ void TestUnusedKeys::counterpartsNeverTakeOverDocuments()
     shop.run(u"INSERT INTO 発行控 (伝票種別, 相手先ID) VALUES ('O', 4), ('M', 5), ('O', 7), ('I', 3)"_s);
     QCOMPARE(*book::keyWithoutSlips(shop.connection, book::Party::Customer, 3), 8);
     QCOMPARE(*book::keyWithoutSlips(shop.connection, book::Party::Supplier, 3), 5);
+}
+
+void TestUnusedKeys::customersNeverTakeOverShipments()
+{
+    FreshShop shop;
+    shop.run(u"INSERT INTO 発送マスター (納品先ID, 依頼主ID) VALUES (3, NULL), (5, 6)"_s);
+    shop.run(u"INSERT INTO 宛名印刷 (納品先ID) VALUES (4)"_s);
+    shop.run(u"INSERT INTO 入出庫マスター (伝票番号, 相手先ID) VALUES ('O1', 7)"_s);
+    QCOMPARE(*book::keyWithoutSlips(shop.connection, book::Party::Customer, 3), 8);
+    QCOMPARE(*book::keyWithoutSlips(shop.connection, book::Party::Supplier, 3), 3);
 }
 
 void TestUnusedKeys::everyKeyIsNamed()

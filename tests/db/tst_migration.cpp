@@ -67,6 +67,15 @@ QByteArray version2Rows()
            "(1, '納品書', 'O1', 'O', 1650, '9f');";
 }
 
+// The same of version 3.
+QByteArray version3Rows()
+{
+    return version2Rows() + "UPDATE 発送マスター SET 送り状番号 = '1234-5678-9012', 納品先ID = 1, 伝票ID = "
+                            "1, 備考1 = '御中元', "
+                            "印刷日 = '2026-04-02', 版 = 41;"
+                            "INSERT INTO 入金取込 (取込ID, 行キー, 金額, 伝票ID) VALUES (1, 'k', 1650, 1);";
+}
+
 // The rows with their types, in the columns of \a version and in the order in which it read them.
 QStringList contentsOf(const QString &fileName, int version, bool isMigrated)
 {
@@ -152,7 +161,8 @@ void TestMigration::earlierVersionKeepsEveryValue_data()
     QTest::addColumn<int>("version");
     QTest::addColumn<int>("rows");
     QTest::newRow("1") << 1 << 27;
-    QTest::newRow("2") << 2 << 27 + 7 + 1 + 1; // tax rates, a document, the counter
+    QTest::newRow("2") << 2 << 27 + 7 + 1 + 1;     // tax rates, a document, the counter
+    QTest::newRow("3") << 3 << 27 + 7 + 1 + 1 + 1; // a receipt that was taken
 }
 
 void TestMigration::earlierVersionKeepsEveryValue()
@@ -161,7 +171,10 @@ void TestMigration::earlierVersionKeepsEveryValue()
     QFETCH(int, rows);
     QTemporaryDir folder;
     const QString file = folder.filePath(u"shop.cdb"_s);
-    makeVersion(version, file, version == 1 ? version1Rows() : version2Rows());
+    makeVersion(version, file,
+                version == 1   ? version1Rows()
+                : version == 2 ? version2Rows()
+                               : version3Rows());
     const QStringList before = contentsOf(file, version, false);
     QCOMPARE(before.size(), rows);
     QVERIFY(db::migrate(file, today));

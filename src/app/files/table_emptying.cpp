@@ -35,13 +35,12 @@ const struct Emptying
     {u"発送伝票"_s, u"DELETE FROM 発送マスター"_s, u"発送マスターを削除しました。"_s},
 };
 
-// Only along with everything else: the slips and what was taken for them, and the shipping categories, so
-// that no table keeps a row.
+// Only along with everything else: the slips and what was taken for them, the shipping categories and who
+// was addressed, so that no table keeps a row.
 const std::pair<QString, QString> furtherStatements[] = {
-    {u"伝票"_s, u"DELETE FROM 入出庫マスター"_s},
-    {u"伝票の明細"_s, u"DELETE FROM 入出庫サブ"_s},
-    {u"発送区分"_s, u"DELETE FROM 発送区分"_s},
-    {u"入金の取込記録"_s, u"DELETE FROM 入金取込"_s},
+    {u"伝票"_s, u"DELETE FROM 入出庫マスター"_s},     {u"伝票の明細"_s, u"DELETE FROM 入出庫サブ"_s},
+    {u"発送区分"_s, u"DELETE FROM 発送区分"_s},       {u"入金の取込記録"_s, u"DELETE FROM 入金取込"_s},
+    {u"宛名印刷の記録"_s, u"DELETE FROM 宛名印刷"_s},
 };
 
 // With what each of them deletes.
