@@ -266,7 +266,11 @@ void frmInTax::next()
 
 void frmInTax::cancelSlip()
 {
-    if (!m_entered || !ui::prompts::askCautiously(this, ui::messages::deleteQuestion()))
+    if (!m_entered)
+        return;
+    const QString inWords =
+        u"伝票 %1　消費税 %2 円"_s.arg(m_entered->header.number, text::formatQuantity(m_entered->tax));
+    if (!ui::prompts::askCautiously(this, ui::messages::deleteQuestion(), inWords))
         return;
     const TaxSlip slip = *m_entered;
     const base::Status cancelled = cancelPurchaseTax(workspace().connection, slip);

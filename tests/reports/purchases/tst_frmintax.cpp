@@ -70,10 +70,12 @@ private slots:
         QCOMPARE(driver.enabled({"Frame1", "Frame2", "cmdNext", "cmdMasterCancel"}),
                  u"cmdNext cmdMasterCancel"_s);
 
-        ui::prompts::expectAsk(u"表示中のレコードを削除します。よろしいですか。"_s, false);
+        ui::prompts::expectAskCautiously(u"表示中のレコードを削除します。よろしいですか。"_s, false,
+                                         u"伝票 I3　消費税 99 円"_s);
         driver.press("cmdMasterCancel");
         QCOMPARE(desk.lines().size(), 3);
-        ui::prompts::expectAsk(u"表示中のレコードを削除します。よろしいですか。"_s, true);
+        ui::prompts::expectAskCautiously(u"表示中のレコードを削除します。よろしいですか。"_s, true,
+                                         u"伝票 I3　消費税 99 円"_s);
         driver.press("cmdMasterCancel");
         QCOMPARE(desk.headers(), (QStringList{u"I1|2026-03-31|9"_s, u"I2|2026-04-10|9"_s}));
         QCOMPARE(desk.lines().size(), 2);
@@ -90,7 +92,8 @@ private slots:
         desk.shop.run(u"DELETE FROM 入出庫マスター WHERE ID = 2"_s);
         desk.shop.run(u"DELETE FROM 入出庫サブ WHERE ID = 2"_s);
         buy(desk, 2, u"2026-04-11"_s, 50);
-        ui::prompts::expectAsk(u"表示中のレコードを削除します。よろしいですか。"_s, true);
+        ui::prompts::expectAskCautiously(u"表示中のレコードを削除します。よろしいですか。"_s, true,
+                                         u"伝票 I2　消費税 50 円"_s);
         ui::prompts::expectInform(
             u"伝票 I2 はほかのプログラムで変更または削除されたため、取り消しませんでした。"_s);
         desk.driver().press("cmdMasterCancel");
