@@ -88,6 +88,11 @@ base::Result<QStringList> specificationNames(db::Connection &connection)
     return names(connection, lists::specifications(), u"規格"_s);
 }
 
+base::Result<QStringList> shippingCategoryNames(db::Connection &connection)
+{
+    return names(connection, lists::shippingCategories(), u"発送区分名"_s);
+}
+
 base::Result<std::vector<Product>> salesProducts(db::Connection &connection)
 {
     return products(connection, lists::salesProducts());

@@ -32,6 +32,7 @@ base::Result<std::vector<Entry>> customerCategories(db::Connection &connection);
 // Names that are copied into slips: each once, in the list's order, without the empty ones.
 base::Result<QStringList> unitNames(db::Connection &connection);
 base::Result<QStringList> specificationNames(db::Connection &connection);
+base::Result<QStringList> shippingCategoryNames(db::Connection &connection);
 
 /// Goods, and what they are taxed as.
 struct Product

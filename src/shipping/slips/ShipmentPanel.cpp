@@ -1,0 +1,491 @@
+#include "shipping/slips/ShipmentPanel.h"
+
+#include "masters/name_lists.h"
+#include "printing/font_names.h"
+#include "printing/print_frame.h"
+#include "registers/customer.h"
+#include "registers/postal/postal_boxes.h"
+#include "shipping/slips/shipment_entry.h"
+#include "slips/entry/picker.h"
+#include "text/numbers.h"
+#include "text/postal_code.h"
+#include "text/width.h"
+#include "ui/file_dialogs.h"
+#include "ui/width_check.h"
+#include "ui_ShipmentPanel.h"
+#include "workspace/settings.h"
+#include "workspace/workspace.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace shipping
+{
+
+namespace
+{
+
+constexpr printing::Purpose purpose = printing::Purpose::ShippingSlips;
+const QString formWithNotice = u"ゆうパック"_s;
+
+void offer(QComboBox *box, const QStringList &names)
+{
+    box->addItems(names);
+    box->setCurrentIndex(-1);
+    box->clearEditText();
+}
+
+// A value of another program's stands in the list, too.
+void choose(QComboBox *box, const QString &value)
+{
+    if (box->findData(value) < 0)
+        box->addItem(value, value);
+    box->setCurrentIndex(box->findData(value));
+}
+
+// From its beginning on.
+void showText(QLineEdit *box, const QString &text)
+{
+    box->setText(text);
+    box->setCursorPosition(0);
+}
+
+QString shownYen(const std::optional<double> &yen) { return yen ? text::formatAmount(*yen) : QString(); }
+
+} // namespace
+
+ShipmentPanel::ShipmentPanel(QWidget *parent)
+    : QWidget(parent)
+    , m_ui(std::make_unique<Ui::ShipmentPanel>())
+{
+    m_ui->setupUi(this);
+    // Stands for its boxes in the screen's tab order.
+    setFocusPolicy(Qt::StrongFocus);
+    setFocusProxy(m_ui->txtNName1);
+    m_to = {.boxes = {m_ui->txtNName1, m_ui->txtNName2, m_ui->txtNZip, m_ui->txtNAddress1, m_ui->txtNAddress2,
+                      m_ui->txtNTel1},
+            .link = m_ui->lblConsignee};
+    m_from = {.boxes = {m_ui->txtName1, m_ui->txtName2, m_ui->txtZip, m_ui->txtAddress1, m_ui->txtAddress2,
+                        m_ui->txtTel1},
+              .link = m_ui->lblSender};
+    fillChoices();
+    connectForms();
+    m_ui->LblPrinterName->setEnabled(false);
+}
+
+ShipmentPanel::~ShipmentPanel() = default;
+
+void ShipmentPanel::fillChoices()
+{
+    m_ui->Combo5->addItems(shippingForms());
+    for (const QString &slot : timeSlots())
+        m_ui->cmbTimeSlot->addItem(slot.isEmpty() ? u"指定なし"_s : slot, slot);
+    for (const QString &cooling : coolings())
+        m_ui->cmbCooling->addItem(cooling.isEmpty() ? u"なし"_s : cooling, cooling);
+    new slips::Picker(m_ui->dbcKubun);
+    new slips::Picker(m_ui->dbcShohin);
+    for (QLineEdit *box : {m_ui->txtNName1, m_ui->txtNName2, m_ui->txtNAddress1, m_ui->txtNAddress2,
+                           m_ui->txtName1, m_ui->txtName2, m_ui->txtAddress1, m_ui->txtAddress2,
+                           m_ui->txtHinmei, m_ui->txtMemo1, m_ui->txtMemo2})
+        ui::WidthCheck::guard(box, ui::nameWidth);
+}
+
+// What was typed is brought into form; passing through a box with the cursor is no edit.
+void ShipmentPanel::connectForms()
+{
+    const auto form = [this](QLineEdit *box, QString (*formed)(const QString &)) {
+        connect(box, &QLineEdit::editingFinished, this, [box, formed] {
+            const QString text = formed(box->text());
+            const bool isModified = box->isModified();
+            if (isModified && text != box->text())
+                box->setText(text);
+            box->setModified(isModified);
+        });
+    };
+    for (QLineEdit *box : {m_ui->txtNTel1, m_ui->txtTel1})
+        form(box, registers::normalisedPhone);
+    for (QLineEdit *box : {m_ui->txtNZip, m_ui->txtZip})
+        form(box, [](const QString &typed) { return text::shownPostalCode(typed.trimmed()); });
+    for (QLineEdit *box : {m_ui->txtCode1, m_ui->txtCode2})
+        form(box, [](const QString &typed) { return text::toHalfWidthAscii(typed).trimmed(); });
+    for (QLineEdit *box : {m_ui->Text1, m_ui->Text2})
+        form(box, [](const QString &typed) {
+            const auto yen = typedYen(typed, {});
+            return yen ? shownYen(*yen) : typed;
+        });
+    form(m_ui->txtKDenNo, typedTrackingNumber);
+    for (Side *side : {&m_to, &m_from})
+        connect(side->boxes[0], &QLineEdit::textChanged, this, [side] { showLink(*side); });
+    connect(m_ui->dbcShohin, &QComboBox::activated, this, &ShipmentPanel::takeProduct);
+    connect(m_ui->dbcShohin->lineEdit(), &QLineEdit::editingFinished, this, &ShipmentPanel::takeProduct);
+    connect(m_ui->Combo5, &QComboBox::currentTextChanged, this, &ShipmentPanel::showForm);
+    connect(m_ui->LblPrinterName, &QPushButton::clicked, this, &ShipmentPanel::openPrinter);
+    connect(m_ui->cmdFont, &QPushButton::clicked, this, &ShipmentPanel::chooseFont);
+}
+
+base::Status ShipmentPanel::bind(workspace::Workspace &workspace)
+{
+    m_workspace = &workspace;
+    connectPostal(workspace);
+    for (DayLine *box : {m_ui->txtDate1, m_ui->txtDate2})
+        box->setToday(workspace.today());
+    m_ui->txtDate1->markAllBut(workspace.today());
+    const base::Status offered = offerMasters(workspace);
+    clear();
+    showPrinter();
+    return offered;
+}
+
+void ShipmentPanel::connectPostal(workspace::Workspace &workspace)
+{
+    m_to.postal = new registers::PostalBoxes(workspace, {.zip = m_ui->txtNZip,
+                                                         .address = m_ui->txtNAddress1,
+                                                         .address2 = m_ui->txtNAddress2,
+                                                         .remark = m_ui->cmdNZipSearch});
+    m_from.postal = new registers::PostalBoxes(workspace, {.zip = m_ui->txtZip,
+                                                           .address = m_ui->txtAddress1,
+                                                           .address2 = m_ui->txtAddress2,
+                                                           .remark = m_ui->cmdZipSearch});
+    for (const Side *side : {&m_to, &m_from})
+        side->postal->fillOnLeavingAddress();
+    connect(m_ui->cmdNZip, &QPushButton::clicked, m_to.postal, &registers::PostalBoxes::lookUp);
+    connect(m_ui->cmdZip, &QPushButton::clicked, m_from.postal, &registers::PostalBoxes::lookUp);
+}
+
+base::Status ShipmentPanel::offerMasters(workspace::Workspace &workspace)
+{
+    const auto categories = masters::shippingCategoryNames(workspace.connection);
+    if (!categories)
+        return categories.error();
+    offer(m_ui->dbcKubun, *categories);
+    const auto products = masters::salesProducts(workspace.connection);
+    if (!products)
+        return products.error();
+    QStringList names;
+    for (const masters::Product &product : *products)
+        names << product.name;
+    offer(m_ui->dbcShohin, names);
+    return {};
+}
+
+// --- How it looks on the screens ---
+
+void ShipmentPanel::setReadOnly()
+{
+    m_isReadOnly = true;
+    const auto boxes = findChildren<QLineEdit *>();
+    for (QLineEdit *box : boxes)
+        box->setReadOnly(true);
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{m_ui->dbcKubun, m_ui->Combo5, m_ui->dbcShohin, m_ui->cmbTimeSlot,
+                                          m_ui->cmbCooling, m_ui->spnParcels, m_ui->cmdNZip, m_ui->cmdZip})
+        control->setEnabled(false);
+}
+
+void ShipmentPanel::showGiftWords()
+{
+    m_ui->lblMemo1->setText(u"のし上書き"_s);
+    m_ui->lblMemo2->setText(u"名入れ"_s);
+}
+
+void ShipmentPanel::tellNotice(bool wanted)
+{
+    m_ui->lblNotice->setText(wanted ? u"お届け通知：必要"_s : u"お届け通知：不要"_s);
+}
+
+void ShipmentPanel::showForm() { m_ui->lblNotice->setVisible(m_ui->Combo5->currentText() == formWithNotice); }
+
+void ShipmentPanel::setPrinterSettings(std::function<void(QWidget *)> open)
+{
+    m_openPrinter = std::move(open);
+    m_ui->LblPrinterName->setEnabled(bool(m_openPrinter));
+}
+
+void ShipmentPanel::openPrinter()
+{
+    m_openPrinter(window());
+    showPrinter();
+}
+
+void ShipmentPanel::showPrinter()
+{
+    const workspace::Settings &settings = m_workspace->settings;
+    const QString printer = settings.text(printing::printerKey(purpose));
+    m_ui->LblPrinterName->setText(printer.isEmpty() ? u"通常使うプリンタ"_s : printer);
+    m_ui->txtFontName2->setText(printing::withoutVerticalMark(settings.text(printing::fontKey(purpose))));
+}
+
+void ShipmentPanel::chooseFont()
+{
+    const QFont shown(printing::fontFace(m_workspace->settings, purpose));
+    if (const auto font = ui::file_dialogs::chooseFont(window(), shown, u"フォント（書体）の設定"_s))
+        m_workspace->settings.write(printing::fontKey(purpose),
+                                    printing::withoutVerticalMark(font->family()));
+    showPrinter();
+}
+
+void ShipmentPanel::readKept(const KeptKeys &keys)
+{
+    const workspace::Settings &settings = m_workspace->settings;
+    m_ui->txtCode1->setText(settings.text(keys.code[0]));
+    m_ui->txtCode2->setText(settings.text(keys.code[1]));
+    m_ui->txtMemo1->setText(settings.text(keys.memo[0]));
+    m_ui->txtMemo2->setText(settings.text(keys.memo[1]));
+    markUnchanged();
+}
+
+void ShipmentPanel::writeKeptCodes(const KeptKeys &keys) const
+{
+    m_workspace->settings.write(keys.code[0], m_ui->txtCode1->text());
+    m_workspace->settings.write(keys.code[1], m_ui->txtCode2->text());
+}
+
+void ShipmentPanel::writeKept(const KeptKeys &keys) const
+{
+    writeKeptCodes(keys);
+    m_workspace->settings.write(keys.memo[0], m_ui->txtMemo1->text());
+    m_workspace->settings.write(keys.memo[1], m_ui->txtMemo2->text());
+}
+
+// --- The shipment ---
+
+void ShipmentPanel::clear()
+{
+    Shipment empty;
+    empty.accepted = m_workspace->today();
+    empty.method = m_workspace->panel.carrier;
+    if (m_ui->dbcKubun->count() == 1) // needs no choosing
+        empty.category = m_ui->dbcKubun->itemText(0);
+    setShipment(empty);
+}
+
+void ShipmentPanel::setShipment(const Shipment &shipment)
+{
+    m_base = shipment;
+    fill(m_to, shipment.consignee, shipment.consigneeId);
+    fill(m_from, shipment.sender, shipment.senderId);
+    m_ui->txtDate1->setDay(shipment.accepted);
+    m_ui->txtDate2->setDay(shipment.delivery);
+    m_ui->dbcKubun->setCurrentIndex(m_ui->dbcKubun->findText(shipment.category));
+    m_ui->dbcKubun->setEditText(shipment.category);
+    m_ui->Combo5->setCurrentIndex(m_ui->Combo5->findText(shipment.method));
+    m_ui->Combo5->setPlaceholderText(shipment.method);
+    showGoods(shipment);
+    const std::pair<QLineEdit *, QString> texts[] = {{m_ui->Text1, shownYen(shipment.price)},
+                                                     {m_ui->Text2, shownYen(shipment.carriage)},
+                                                     {m_ui->txtCode1, shipment.customerCode},
+                                                     {m_ui->txtCode2, shipment.officeCode},
+                                                     {m_ui->txtKDenNo, shipment.trackingNumber}};
+    for (const auto &[box, text] : texts)
+        showText(box, text);
+    choose(m_ui->cmbTimeSlot, shipment.timeSlot);
+    choose(m_ui->cmbCooling, shipment.cooling);
+    m_ui->spnParcels->setValue(shipment.parcels);
+    showForm();
+    markUnchanged();
+}
+
+void ShipmentPanel::showGoods(const Shipment &shipment)
+{
+    m_ui->dbcShohin->setCurrentIndex(-1);
+    m_ui->dbcShohin->clearEditText();
+    m_takenProduct.clear();
+    showText(m_ui->txtHinmei, shipment.goods);
+    showText(m_ui->txtMemo1, shipment.memo1);
+    showText(m_ui->txtMemo2, shipment.memo2);
+}
+
+void ShipmentPanel::fillFrom(const Shipment &earlier)
+{
+    fill(m_to, earlier.consignee, earlier.consigneeId);
+    showGoods(earlier);
+}
+
+void ShipmentPanel::beginNext() { setShipment(nextOf(read().shipment)); }
+
+base::Result<Shipment> ShipmentPanel::shipment() const
+{
+    const Reading reading = read();
+    return reading.status ? base::Result<Shipment>(reading.shipment) : reading.status.error();
+}
+
+void ShipmentPanel::focusFault()
+{
+    if (QWidget *box = read().box)
+        box->setFocus();
+}
+
+ShipmentPanel::Reading ShipmentPanel::read() const
+{
+    Reading reading{m_base, {}, nullptr};
+    Shipment &typed = reading.shipment;
+    typed.consignee = consignee();
+    typed.consigneeId = consigneeId();
+    typed.sender = sender();
+    typed.senderId = senderId();
+    typed.goods = m_ui->txtHinmei->text().trimmed();
+    typed.category = category();
+    if (m_ui->Combo5->currentIndex() >= 0) // one that another program stored stays
+        typed.method = m_ui->Combo5->currentText();
+    typed.memo1 = m_ui->txtMemo1->text().trimmed();
+    typed.memo2 = m_ui->txtMemo2->text().trimmed();
+    typed.customerCode = m_ui->txtCode1->text().trimmed();
+    typed.officeCode = m_ui->txtCode2->text().trimmed();
+    typed.trackingNumber = typedTrackingNumber(m_ui->txtKDenNo->text());
+    typed.timeSlot = m_ui->cmbTimeSlot->currentData().toString();
+    typed.cooling = m_ui->cmbCooling->currentData().toString();
+    typed.parcels = m_ui->spnParcels->value();
+    readYen(reading);
+    readDays(reading);
+    return reading;
+}
+
+void ShipmentPanel::readDays(Reading &reading) const
+{
+    const struct
+    {
+        const DayLine *box;
+        const char16_t *name;
+        QDate Shipment::*day;
+    } days[] = {{m_ui->txtDate2, u"配達予定日", &Shipment::delivery},
+                {m_ui->txtDate1, u"受付日", &Shipment::accepted}};
+    for (const auto &[box, name, day] : days) {
+        const auto typed = box->day();
+        if (typed) {
+            reading.shipment.*day = *typed;
+            continue;
+        }
+        reading.box = const_cast<DayLine *>(box);
+        reading.status = base::Error{
+            u"%1「%2」は日付として読み取れません。\n2026/4/1、4/1、R8.4.1 のように入力してください。"_s.arg(
+                QString::fromUtf16(name), box->text())};
+    }
+    if (reading.status && !reading.shipment.accepted.isValid() && !m_isReadOnly) {
+        reading.box = m_ui->txtDate1;
+        reading.status = base::Error{u"受付日が入力されていません。"_s};
+    }
+}
+
+void ShipmentPanel::readYen(Reading &reading) const
+{
+    const struct
+    {
+        QLineEdit *box;
+        const char16_t *name;
+        std::optional<double> Shipment::*yen;
+    } amounts[] = {{m_ui->Text2, u"送料", &Shipment::carriage}, {m_ui->Text1, u"価格", &Shipment::price}};
+    for (const auto &[box, name, yen] : amounts) {
+        const auto typed = typedYen(box->text(), QString::fromUtf16(name));
+        if (typed) {
+            reading.shipment.*yen = *typed;
+        } else {
+            reading.box = box;
+            reading.status = typed.error();
+        }
+    }
+}
+
+void ShipmentPanel::settle()
+{
+    for (const Side *side : {&m_to, &m_from})
+        side->postal->settle();
+    takeProduct();
+}
+
+QStringList ShipmentPanel::state(bool isKept) const
+{
+    QList<const QLineEdit *> apart{m_ui->txtFontName2};
+    if (isKept)
+        apart << m_ui->txtMemo1 << m_ui->txtMemo2 << m_ui->txtCode1 << m_ui->txtCode2;
+    QStringList state;
+    const auto boxes = findChildren<QLineEdit *>(); // those of drop-downs and of the number of parcels, too
+    for (const QLineEdit *box : boxes) {
+        if (!apart.contains(box))
+            state << box->text();
+    }
+    for (const QComboBox *choice : {m_ui->Combo5, m_ui->cmbTimeSlot, m_ui->cmbCooling})
+        state << choice->currentText();
+    return state;
+}
+
+bool ShipmentPanel::isChanged(bool isKept) const { return state(isKept) != m_unchanged[isKept]; }
+
+void ShipmentPanel::markUnchanged()
+{
+    for (const bool isKept : {false, true})
+        m_unchanged[isKept] = state(isKept);
+}
+
+// What is on the slip may say more than the product's name; only another product takes its place.
+void ShipmentPanel::takeProduct()
+{
+    const QString product = m_ui->dbcShohin->currentText().trimmed();
+    if (std::exchange(m_takenProduct, product) == product || product.isEmpty())
+        return;
+    if (m_ui->dbcShohin->findText(product) >= 0 || m_ui->txtHinmei->text().isEmpty())
+        m_ui->txtHinmei->setText(product);
+}
+
+// --- The parties ---
+
+void ShipmentPanel::fill(Side &side, const Party &party, qint64 id)
+{
+    side.filled = party;
+    side.id = id;
+    const QString *texts[] = {&party.name1,    &party.name2,    &party.zip,
+                              &party.address1, &party.address2, &party.tel};
+    for (std::size_t i = 0; i < std::size(texts); ++i)
+        showText(side.boxes[i], *texts[i]);
+    if (side.postal)
+        side.postal->forget();
+    side.filled = partyIn(side);
+    showLink(side);
+}
+
+Party ShipmentPanel::partyIn(const Side &side)
+{
+    const auto text = [&side](std::size_t box) { return side.boxes[box]->text().trimmed(); };
+    return {text(0), text(1), text::shownPostalCode(text(2)), text(3), text(4), text(5)};
+}
+
+qint64 ShipmentPanel::idOf(const Side &side)
+{
+    return isStillNamed(side.filled, partyIn(side)) ? side.id : 0;
+}
+
+void ShipmentPanel::showLink(const Side &side)
+{
+    const qint64 id = idOf(side);
+    side.link->setText(id > 0        ? u"納品先 ID %1"_s.arg(id)
+                       : side.id > 0 ? u"「%1」とは別の人として扱います"_s.arg(side.filled.name1)
+                                     : QString());
+}
+
+Party ShipmentPanel::consignee() const { return partyIn(m_to); }
+Party ShipmentPanel::sender() const { return partyIn(m_from); }
+void ShipmentPanel::setConsignee(const Party &consignee, qint64 id) { fill(m_to, consignee, id); }
+void ShipmentPanel::setSender(const Party &sender, qint64 id) { fill(m_from, sender, id); }
+qint64 ShipmentPanel::consigneeId() const { return idOf(m_to); }
+qint64 ShipmentPanel::senderId() const { return idOf(m_from); }
+
+bool ShipmentPanel::isConsigneeTyped() const { return consignee() != Party() && consignee() != m_to.filled; }
+bool ShipmentPanel::isSenderTyped() const { return sender() != Party() && sender() != m_from.filled; }
+
+QString ShipmentPanel::category() const { return m_ui->dbcKubun->currentText().trimmed(); }
+int ShipmentPanel::categoryCount() const { return m_ui->dbcKubun->count(); }
+
+// --- Where the work goes on ---
+
+void ShipmentPanel::focusConsignee() { m_ui->txtNName1->setFocus(); }
+void ShipmentPanel::focusConsigneeZip() { m_ui->txtNZip->setFocus(); }
+void ShipmentPanel::focusSender() { m_ui->txtName1->setFocus(); }
+void ShipmentPanel::focusCategory() { m_ui->dbcKubun->setFocus(); }
+
+void ShipmentPanel::focusSlip()
+{
+    m_ui->txtDate2->setFocus();
+    m_ui->txtDate2->selectAll();
+}
+
+} // namespace shipping

@@ -1,0 +1,156 @@
+#pragma once
+
+#include "base/result.h"
+#include "shipping/slips/shipment.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+class QLabel;
+class QLineEdit;
+
+namespace Ui
+{
+class ShipmentPanel;
+}
+
+namespace registers
+{
+class PostalBoxes;
+}
+
+namespace workspace
+{
+class Workspace;
+struct SettingKey;
+} // namespace workspace
+
+namespace shipping
+{
+
+/// Where a screen keeps what stands on each of its slips: 顧客コード and 発店コード, the two lines of
+/// remarks.
+struct KeptKeys
+{
+    const workspace::SettingKey (&code)[2];
+    const workspace::SettingKey (&memo)[2];
+};
+
+/// All that a shipping slip says, as every screen of shipping slips shows it.
+class ShipmentPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ShipmentPanel(QWidget *parent = nullptr);
+    ~ShipmentPanel() override;
+
+    /// To be called once by the screen's constructor: offers what the masters hold, and begins an empty slip
+    /// of today on the form of the settings panel.
+    base::Status bind(workspace::Workspace &workspace);
+    /// Lets nothing be typed from now on. To be called before the screen's setUp().
+    void setReadOnly();
+    /// Calls the remarks what they say on gifts: のし上書き, 名入れ.
+    void showGiftWords();
+    /// Whether ゆうパック slips ask for お届け通知, which the panel says beside them.
+    void tellNotice(bool wanted);
+    /// What the printer's name opens; without it the name only shows.
+    void setPrinterSettings(std::function<void(QWidget *)> open);
+
+    /// Shows codes and remarks as the screen kept them, or keeps them.
+    void readKept(const KeptKeys &keys);
+    void writeKept(const KeptKeys &keys) const;
+    void writeKeptCodes(const KeptKeys &keys) const;
+
+    void setShipment(const Shipment &shipment);
+    /// What is typed, with all that the panel does not show as setShipment() had it. A customer whose name
+    /// was typed over is no longer the one that the parcel goes to, or comes from. The error says what cannot
+    /// be meant: a date that is none, a price that is no number; focusFault() puts the cursor there.
+    [[nodiscard]] base::Result<Shipment> shipment() const;
+    void focusFault();
+    /// Does now what leaving the boxes leaves to do, as before a slip is printed or saved.
+    void settle();
+    /// An empty slip of today.
+    void clear();
+    /// The next slip after the one that was printed, as nextOf() has it; what was typed wrongly goes.
+    void beginNext();
+    /// Sends once more what \a earlier was: its consignee, goods and remarks.
+    void fillFrom(const Shipment &earlier);
+
+    /// Whether anything is otherwise than setShipment(), clear() or markUnchanged() left it. What
+    /// writeKept() keeps counts unless it \a isKept.
+    [[nodiscard]] bool isChanged(bool isKept = false) const;
+    void markUnchanged();
+
+    [[nodiscard]] Party consignee() const;
+    [[nodiscard]] Party sender() const;
+    /// \a id: the customer whose they are, 0 for one of whom no register knows.
+    void setConsignee(const Party &consignee, qint64 id);
+    void setSender(const Party &sender, qint64 id);
+    /// Whether something stands there that was typed, and not put there.
+    [[nodiscard]] bool isConsigneeTyped() const;
+    [[nodiscard]] bool isSenderTyped() const;
+    [[nodiscard]] qint64 consigneeId() const;
+    [[nodiscard]] qint64 senderId() const;
+    [[nodiscard]] QString category() const;
+    /// How many categories there are to choose from.
+    [[nodiscard]] int categoryCount() const;
+
+    // Where the work goes on.
+    void focusConsignee();
+    void focusConsigneeZip();
+    void focusSender();
+    void focusCategory();
+    void focusSlip();
+
+private:
+    // One of the two parties: its boxes in the order of Party's members, and whom they were filled with.
+    struct Side
+    {
+        QLineEdit *boxes[6];
+        QLabel *link;
+        registers::PostalBoxes *postal = nullptr;
+        Party filled = {};
+        qint64 id = 0;
+    };
+    // What is typed, and the first box that says something impossible.
+    struct Reading
+    {
+        Shipment shipment;
+        base::Status status;
+        QWidget *box = nullptr;
+    };
+
+    void connectForms();
+    void connectPostal(workspace::Workspace &workspace);
+    base::Status offerMasters(workspace::Workspace &workspace);
+    void fillChoices();
+    [[nodiscard]] Reading read() const;
+    void readDays(Reading &reading) const;
+    void readYen(Reading &reading) const;
+    void takeProduct();
+    void showForm();
+    void showPrinter();
+    void openPrinter();
+    void chooseFont();
+    void fill(Side &side, const Party &party, qint64 id);
+    [[nodiscard]] static Party partyIn(const Side &side);
+    [[nodiscard]] static qint64 idOf(const Side &side);
+    static void showLink(const Side &side);
+    [[nodiscard]] QStringList state(bool isKept) const;
+    void showGoods(const Shipment &shipment);
+
+    std::unique_ptr<Ui::ShipmentPanel> m_ui;
+    workspace::Workspace *m_workspace = nullptr;
+    std::function<void(QWidget *)> m_openPrinter;
+    Side m_to;
+    Side m_from;
+    Shipment m_base; // what is not shown
+    QString m_takenProduct;
+    bool m_isReadOnly = false;
+    QStringList m_unchanged[2]; // with what is kept, and without
+};
+
+} // namespace shipping

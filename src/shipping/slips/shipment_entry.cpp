@@ -1,0 +1,193 @@
+#include "shipping/slips/shipment_entry.h"
+
+#include "db/connection.h"
+#include "db/recordset.h"
+#include "masters/own_company.h"
+#include "registers/counterpart.h"
+#include "shipping/slips/shipment_store.h"
+#include "text/dates.h"
+#include "text/numbers.h"
+#include "text/postal_code.h"
+#include "text/width.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace shipping
+{
+
+namespace
+{
+
+constexpr double mostYen = 999'999'999; // what the widest box of a slip holds
+constexpr int usualDaysBack = 31;       // a slip is entered soon after its parcel was taken
+constexpr int usualDaysAhead = 180;     // gifts are ordered half a year ahead at most
+
+QString shown(const QDate &day) { return text::formatDate(day); }
+
+std::optional<QDate> monthAndDay(const QString &typed, const QDate &today)
+{
+    static const QRegularExpression form(u"^([0-9]{1,2})[/.\\-月]([0-9]{1,2})日?$|^([0-9]{2})([0-9]{2})$"_s);
+    const auto match = form.match(text::withPlainHyphens(text::toHalfWidthAscii(typed)).trimmed());
+    if (!match.hasMatch())
+        return std::nullopt;
+    const bool apart = match.hasCaptured(1);
+    const int month = match.captured(apart ? 1 : 3).toInt();
+    const int day = match.captured(apart ? 2 : 4).toInt();
+    QDate nearest;
+    for (const int year : {today.year(), today.year() - 1, today.year() + 1}) {
+        const QDate candidate(year, month, day);
+        if (candidate.isValid() &&
+            (!nearest.isValid() || qAbs(today.daysTo(candidate)) < qAbs(today.daysTo(nearest))))
+            nearest = candidate;
+    }
+    return nearest.isValid() ? std::optional(nearest) : std::nullopt;
+}
+
+// Numbers of twelve digits end in the rest of the others by seven; other lengths have rules of their own.
+bool isDoubtfulNumber(const QString &number)
+{
+    static const QRegularExpression twelve(u"^[0-9]{12}$"_s);
+    return twelve.match(number).hasMatch() &&
+           number.left(11).toLongLong() % 7 != number.right(1).toLongLong();
+}
+
+void addDayDoubts(QStringList &doubts, const Shipment &shipment, const QDate &today)
+{
+    const QDate &accepted = shipment.accepted;
+    const QDate &delivery = shipment.delivery;
+    if (accepted.isValid() && qAbs(accepted.daysTo(today)) > usualDaysBack)
+        doubts << u"受付日が %1 です。今日（%2）から離れています。"_s.arg(shown(accepted), shown(today));
+    if (!delivery.isValid())
+        return;
+    if (accepted.isValid() && delivery < accepted)
+        doubts << u"配達予定日（%1）が受付日（%2）より前です。"_s.arg(shown(delivery), shown(accepted));
+    if (delivery < today)
+        doubts << u"配達予定日（%1）が今日（%2）より前です。"_s.arg(shown(delivery), shown(today));
+    else if (today.daysTo(delivery) > usualDaysAhead)
+        doubts << u"配達予定日（%1）が半年以上先です。"_s.arg(shown(delivery));
+}
+
+} // namespace
+
+std::optional<QDate> typedDay(const QString &typed, const QDate &today)
+{
+    const auto day = text::parseAnyDate(typed);
+    return day ? day : monthAndDay(typed, today);
+}
+
+base::Result<std::optional<double>> typedYen(const QString &typed, const QString &name)
+{
+    if (typed.trimmed().isEmpty())
+        return std::optional<double>();
+    const auto yen = text::parseNumber(typed);
+    if (!yen)
+        return base::Error{name + u"には数字を入力してください。"_s};
+    if (*yen < 0 || *yen > mostYen || *yen != std::floor(*yen))
+        return base::Error{name + u"には０から９億９９９９万９９９９までの円単位の数を入力してください。"_s};
+    return yen;
+}
+
+QString typedTrackingNumber(const QString &typed)
+{
+    static const QRegularExpression framed(u"^[A-D]([0-9-]+)[A-D]$"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression blanks(u"\\s"_s);
+    static const QRegularExpression digits(u"^[0-9-]*[0-9][0-9-]*$"_s);
+    QString number = text::toHalfWidthAscii(text::withPlainHyphens(typed)).remove(blanks);
+    if (const auto match = framed.match(number); match.hasMatch())
+        number = match.captured(1);
+    return digits.match(number).hasMatch() ? number.remove(u'-') : number;
+}
+
+Party partyOf(const masters::OwnCompany &company)
+{
+    return {company.name1, company.name2, company.zip, company.address1, company.address2, company.tel1};
+}
+
+Party partyOf(const db::Recordset &customers)
+{
+    return {customers.text(u"納品先名1"_s), customers.text(u"納品先名2"_s), customers.text(u"郵便番号"_s),
+            customers.text(u"住所1"_s),     customers.text(u"住所2"_s),     customers.text(u"TEL1"_s)};
+}
+
+bool isStillNamed(const Party &before, const Party &party)
+{
+    return registers::foldedName(before.name1) == registers::foldedName(party.name1);
+}
+
+Shipment nextOf(Shipment shipment)
+{
+    const Shipment fresh;
+    shipment.id = fresh.id;
+    shipment.version = fresh.version;
+    shipment.delivery = fresh.delivery;
+    shipment.consignee = fresh.consignee;
+    shipment.consigneeId = fresh.consigneeId;
+    shipment.carriage = fresh.carriage;
+    shipment.timeSlot = fresh.timeSlot;
+    shipment.trackingNumber = fresh.trackingNumber;
+    shipment.parcels = fresh.parcels;
+    shipment.slipId = fresh.slipId;
+    shipment.printed = fresh.printed;
+    shipment.exported = fresh.exported;
+    if (isCollected(shipment.method))
+        shipment.price = fresh.price;
+    return shipment;
+}
+
+QStringList doubtsOf(const Shipment &shipment, const QDate &today)
+{
+    QStringList doubts;
+    if ((shipment.sender.name1 + shipment.sender.name2).trimmed().isEmpty())
+        doubts << u"ご依頼主の名前が入力されていません。"_s;
+    const Party &consignee = shipment.consignee;
+    if ((consignee.name1 + consignee.name2).trimmed().isEmpty())
+        doubts << u"お届け先の名前が入力されていません。"_s;
+    if (!text::completePostalCode(consignee.zip))
+        doubts << u"お届け先の郵便番号「%1」は７桁の番号ではありません。"_s.arg(consignee.zip);
+    if ((consignee.address1 + consignee.address2).trimmed().isEmpty())
+        doubts << u"お届け先の住所が入力されていません。"_s;
+    addDayDoubts(doubts, shipment, today);
+    if (isCollected(shipment.method) && shipment.price.value_or(0) == 0)
+        doubts << u"「%1」ですが、集金する価格が入力されていません。"_s.arg(shipment.method);
+    if (isDoubtfulNumber(shipment.trackingNumber))
+        doubts << u"伝票番号「%1」は、最後の数字がほかの数字と合いません。"_s.arg(shipment.trackingNumber);
+    return doubts;
+}
+
+base::Result<QStringList> doubtsOf(const Shipment &shipment, db::Connection &connection)
+{
+    QStringList doubts;
+    const auto ofThatDay = connection.select(
+        u"SELECT %1 FROM 発送マスター WHERE 依頼主名キー = ? AND 届先名キー = ? AND 受付日 = ? "
+        "AND 発送ID <> ? ORDER BY 発送ID"_s.arg(shipmentColumns()),
+        {nameKey(shipment.sender), nameKey(shipment.consignee), text::stored(shipment.accepted),
+         shipment.id});
+    if (!ofThatDay)
+        return ofThatDay.error();
+    const auto same = std::ranges::find_if(ofThatDay->rows, [&shipment](const QVariantList &row) {
+        const Shipment other = shipmentOf(row);
+        return other.consignee == shipment.consignee && other.goods == shipment.goods;
+    });
+    if (same != ofThatDay->rows.end())
+        doubts << u"同じお届け先・品名の送り状が、この受付日ですでに印刷されています（発送ID %1）。"_s.arg(
+            shipmentOf(*same).id);
+    if (shipment.trackingNumber.isEmpty())
+        return doubts;
+    const auto used = connection.integers(
+        u"SELECT 発送ID FROM 発送マスター WHERE 送り状番号 = ? AND 発送ID <> ? ORDER BY 発送ID LIMIT 1"_s,
+        {shipment.trackingNumber, shipment.id});
+    if (!used)
+        return used.error();
+    if (!used->empty())
+        doubts << u"伝票番号「%1」は、ほかの荷物（発送ID %2）に使われています。"_s.arg(
+            shipment.trackingNumber, QString::number(used->front()));
+    return doubts;
+}
+
+} // namespace shipping
