@@ -27,6 +27,9 @@
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
+#include "shipping/gifts/frmKuroneko6.h"
+#include "shipping/gifts/frmKuroneko7.h"
+#include "shipping/gifts/gift_sheet_print.h"
 #include "slips/correction/correction_screens.h"
 #include "slips/documents/adjustable_forms.h"
 #include "slips/documents/calibration_sheet.h"
@@ -86,6 +89,7 @@ void openFormLayouts(QWidget *parent, workspace::Workspace &workspace)
     std::vector<printing::AdjustableForm> forms = slips::adjustableForms(workspace.settings);
     for (printing::AdjustableForm &bill : reports::adjustableBills(workspace.settings))
         forms.push_back(std::move(bill));
+    forms.push_back(shipping::adjustableGiftSheet(workspace.settings));
     printing::DialogFormLayout shown(workspace, std::move(forms),
                                      slips::deliveryNoteLayout(workspace.panel.deliveryPaper, false), parent);
     shown.exec();
@@ -232,6 +236,8 @@ Openers screenOpeners()
         {Action::IssuedDocuments, screen<slips::DialogIssued>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},
         {Action::FormLayouts, openFormLayouts},
+        {Action::GiftsBySender, screen<shipping::frmKuroneko6>()},
+        {Action::ShippedGifts, screen<shipping::frmKuroneko7>()},
     };
 }
 
