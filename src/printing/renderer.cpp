@@ -36,13 +36,17 @@ QPageLayout pageOf(const Sheet &sheet)
     return layout;
 }
 
+// Without a part of black or blue, in which digits are read.
+constexpr QColor vermilion(0xEB, 0x61, 0x01);
+
 void drawBox(QPainter &painter, const Box &box)
 {
     const QRectF area(box.x, box.y, box.width, box.height);
     if (box.grey < 255)
         painter.fillRect(area, QColor(box.grey, box.grey, box.grey));
     if (box.lineWidth > 0) {
-        painter.setPen(QPen(Qt::black, box.lineWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        const QColor colour = box.vermilion ? vermilion : QColor(Qt::black);
+        painter.setPen(QPen(colour, box.lineWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
         painter.drawRect(area);
     }
 }

@@ -61,6 +61,7 @@ struct Box
     double height = 0;
     double lineWidth = 0; // twips; 0: no outline
     int grey = 255;
+    bool vermilion = false; // its outline: the colour that readers of postal codes pass over
 };
 
 /// Room for a block of rich text, which the renderer scales down until it fits.

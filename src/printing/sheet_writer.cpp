@@ -31,10 +31,11 @@ void SheetWriter::line(double x1, double y1, double x2, double y2, double width,
     m_sheet.lines.push_back({across(x1), down(y1), across(x2), down(y2), twipsFromMillimetres(width), grey});
 }
 
-void SheetWriter::box(double x, double y, double width, double height, double lineWidth, int grey)
+void SheetWriter::box(double x, double y, double width, double height, double lineWidth, int grey,
+                      bool vermilion)
 {
     m_sheet.boxes.push_back({across(x), down(y), twipsFromMillimetres(width), twipsFromMillimetres(height),
-                             twipsFromMillimetres(lineWidth), grey});
+                             twipsFromMillimetres(lineWidth), grey, vermilion});
 }
 
 void SheetWriter::richText(double x, double y, double width, double height, const QString &name)

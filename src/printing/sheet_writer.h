@@ -22,7 +22,8 @@ public:
     /// A text with all that \a item tells, its room in millimetres; its place is \a x, \a y.
     void text(double x, double y, TextItem item);
     void line(double x1, double y1, double x2, double y2, double width, int grey = 0);
-    void box(double x, double y, double width, double height, double lineWidth, int grey = 255);
+    void box(double x, double y, double width, double height, double lineWidth, int grey = 255,
+             bool vermilion = false);
     void richText(double x, double y, double width, double height, const QString &name);
 
 private:

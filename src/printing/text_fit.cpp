@@ -91,8 +91,12 @@ double textWidth(QStringView text, double points)
 
 double fittingPoints(QStringView text, double width, double points)
 {
-    const double natural = textWidth(text, points);
-    return natural <= width ? points : std::max(smallestPoints, wholeSteps(points * width / natural));
+    return fittingPoints(textWidth(text, points), width, points);
+}
+
+double fittingPoints(double natural, double room, double points)
+{
+    return natural <= room ? points : std::max(smallestPoints, wholeSteps(points * room / natural));
 }
 
 FittedText fitText(QStringView text, double width, double points, double minPoints)

@@ -13,6 +13,9 @@ double textWidth(QStringView text, double points);
 /// The largest size up to \a points, in steps of a twentieth, at which \a text fits into \a width.
 double fittingPoints(QStringView text, double width, double points);
 
+/// The same of a text that is \a natural long at \a points.
+double fittingPoints(double natural, double room, double points);
+
 struct FittedText
 {
     QStringList lines;

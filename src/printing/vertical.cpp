@@ -1,5 +1,6 @@
 #include "printing/vertical.h"
 
+#include "printing/sheet.h"
 #include "text/width.h"
 
 #include <algorithm>
@@ -106,6 +107,11 @@ std::vector<VerticalSquare> verticalSquares(const QString &text, bool pairDigits
         }
     }
     return squares;
+}
+
+double columnLength(const QString &text, bool pairDigits, double points)
+{
+    return static_cast<double>(verticalSquares(text, pairDigits).size()) * millimetresFromPoints(points);
 }
 
 // Measured as the vertical forms of IPA Mincho and IPA Gothic stand.

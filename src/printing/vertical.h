@@ -32,6 +32,9 @@ struct VerticalSquare
 /// \a pairDigits: a run of exactly two digits shares a square; one of another length stands digit by digit.
 std::vector<VerticalSquare> verticalSquares(const QString &text, bool pairDigits);
 
+/// How long the column of \a text is at \a points, millimetres.
+double columnLength(const QString &text, bool pairDigits, double points);
+
 /// How far a form moves within its square, in parts of its size: right, and up.
 double verticalShift(VerticalForm form);
 

@@ -72,7 +72,7 @@ struct FormType
 /// What becomes of a text that is wider than its room.
 enum class FormFit {
     Squeeze, // its characters get narrower
-    Shrink,  // its type gets smaller
+    Shrink,  // its type gets smaller, down to the text's smallest, and is squeezed then
     Wrap,    // broken into lines, and smaller until they fit into the height
 };
 
@@ -84,6 +84,7 @@ struct FormText
     FormType type;
     Align align = Align::Left;
     FormFit fit = FormFit::Squeeze;
+    double smallest = 1;  // points that it shrinks to
     double width = 0;     // 0: no bound; of vertical text its length
     double height = 0;    // of a wrapped text, or to stand in the middle of
     double leading = 1.3; // of wrapped lines, times their size
@@ -99,8 +100,9 @@ struct FormBox
     FormPlace place;
     double width = 0;
     double height = 0;
-    double line = 0; // width of the outline; 0: none
-    int grey = 255;  // of the inside, from 0 (black) to 255
+    double line = 0;        // width of the outline; 0: none
+    int grey = 255;         // of the inside, from 0 (black) to 255
+    bool vermilion = false; // the outline
 };
 
 struct FormRule

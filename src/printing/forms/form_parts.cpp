@@ -132,8 +132,11 @@ void FormParts::readTextMeasures(FormFields &fields, FormText &text)
     fields.flag("pair_digits", text.pairedDigits);
     if (text.fit == FormFit::Wrap && (text.width <= 0 || text.height <= 0))
         fields.fault("fit", u"「fit = \"wrap\"」には「width」と「height」も書いてください。"_s);
-    if (text.vertical && text.fit != FormFit::Squeeze)
-        fields.fault("fit", u"縦書きでは「fit = \"squeeze\"」だけが使えます。"_s);
+    if (text.vertical && text.fit == FormFit::Wrap)
+        fields.fault("fit", u"縦書きでは「fit = \"squeeze\"」か「fit = \"shrink\"」だけが使えます。"_s);
+    fields.number("smallest", text.smallest, smallestFormType, largestFormType);
+    if (fields.has("smallest") && text.fit != FormFit::Shrink)
+        fields.fault("smallest", u"「smallest」は「fit = \"shrink\"」と一緒に書いてください。"_s);
     if (text.vertical)
         checkDown(fields, text);
     else
@@ -214,6 +217,7 @@ FormBox FormParts::box(const TomlNode &node)
     fields.number("height", box.height, 0, paperHeight());
     fields.number("line", box.line, 0, thickestLine);
     fields.integer("grey", box.grey, 0, 255);
+    fields.flag("vermilion", box.vermilion);
     checkAcross(fields, box.place.x, box.width, Align::Left);
     if (box.place.y + box.height > paperHeight() + slack)
         fields.fault("y", u"用紙の下端からはみ出しています。"_s);

@@ -1,6 +1,7 @@
 #include "printing/forms/form_sheets.h"
 
 #include "printing/forms/form_body.h"
+#include "printing/vertical.h"
 
 #include <algorithm>
 
@@ -12,11 +13,17 @@ namespace printing
 namespace
 {
 
-constexpr double smallestType = 1; // points; what must fit gets as small as that
-
 double middleOf(double top, double height, double points)
 {
     return top + (height - millimetresFromPoints(points)) / 2;
+}
+
+double shrunk(const FormText &text, const QString &words, double room)
+{
+    const double points = text.type.points;
+    const double natural =
+        text.vertical ? columnLength(words, text.pairedDigits, points) : textWidth(words, points);
+    return std::max(std::min(text.smallest, points), fittingPoints(natural, room, points));
 }
 
 using FormPartList = std::vector<const FormPart *>;
@@ -176,7 +183,7 @@ private:
 
     void writeBox(SheetWriter &writer, const FormBox &box)
     {
-        writer.box(box.place.x, box.place.y, box.width, box.height, box.line, box.grey);
+        writer.box(box.place.x, box.place.y, box.width, box.height, box.line, box.grey, box.vermilion);
     }
 
     void writeRule(SheetWriter &writer, const FormRule &rule)
@@ -207,9 +214,8 @@ private:
             writeWrapped(writer, words, x, text);
             return;
         }
-        const double points = text.fit == FormFit::Shrink && width > 0
-                                  ? std::max(smallestType, fittingPoints(words, width, text.type.points))
-                                  : text.type.points;
+        const double points =
+            text.fit == FormFit::Shrink && width > 0 ? shrunk(text, words, width) : text.type.points;
         const double y = text.middle ? middleOf(text.place.y, text.height, points) : text.place.y;
         add(writer, x, y, words, points, text, width);
     }

@@ -124,6 +124,10 @@ void TestFormFaults::damagedFiles_data()
            "own.toml:23: 用紙の左端からはみ出しています。");
     damage("vertical text off the paper", "font = \"ＭＳ ゴシック\"", "vertical = true\nwidth = 80",
            "own.toml:10: 用紙の下端からはみ出しています。");
+    damage("vertical text that wraps", "font = \"ＭＳ ゴシック\"",
+           "vertical = true\nwidth = 40\nheight = 9\nfit = \"wrap\"", "own.toml:14: 縦書きでは");
+    damage("a smallest size of text that does not shrink", "font = \"ＭＳ ゴシック\"", "smallest = 9",
+           "own.toml:11: 「smallest」は");
     damage("text of a part right of the paper", "[body]",
            "[[part]]\nname = \"控え\"\nx = 60\n[[part.text]]\ntext = \"a\"\nx = 151\ny = 1\n[body]",
            "own.toml:22: 「x」には 0 から 150 までの数を書いてください。");

@@ -285,6 +285,38 @@ y = 120
         QCOMPARE(item.room, twipsFromMillimetres(60));
         QCOMPARE(item.face, u"ＭＳ ゴシック"_s);
     }
+
+    void aTextShrinksToItsSmallestAndIsSqueezedThen_data()
+    {
+        QTest::addColumn<QString>("addressee");
+        QTest::addColumn<bool>("vertical");
+        QTest::addColumn<double>("points"); // 12 mm hold 3.4 characters at 10 points
+        for (const bool vertical : {false, true}) {
+            const QByteArray way = vertical ? "down" : "across";
+            QTest::newRow(("fits, " + way).constData()) << u"山田屋"_s << vertical << 10.0;
+            QTest::newRow(("shrinks, " + way).constData()) << u"山田商店"_s << vertical << 8.5;
+            QTest::newRow(("squeezed, " + way).constData()) << u"山田太郎商店"_s << vertical << 8.0;
+        }
+        // As half-width letters they take half as much across, and a square each in a column.
+        QTest::newRow("letters across") << u"SHOP12"_s << false << 10.0;
+        QTest::newRow("letters down") << u"SHOP"_s << true << 8.5;
+        QTest::newRow("two digits in a square") << u"店12号"_s << true << 10.0;
+    }
+
+    void aTextShrinksToItsSmallestAndIsSqueezedThen()
+    {
+        QFETCH(QString, addressee);
+        QFETCH(bool, vertical);
+        const QByteArray content =
+            head + paper +
+            "[[text]]\nitem = \"宛先\"\nx = 50\ny = 20\nsize = 10\nwidth = 12\nfit = \"shrink\"\n" +
+            "smallest = 8\n" + (vertical ? "vertical = true\npair_digits = true\n" : "");
+        FormValues values = valuesOf({});
+        values.items[u"宛先"_s] = addressee;
+        const TextItem item = formSheets(formOf(content), values).front().texts.front();
+        QTEST(item.points, "points");
+        QCOMPARE(item.room, twipsFromMillimetres(12));
+    }
 };
 
 QTEST_APPLESS_MAIN(TestFormSheets)

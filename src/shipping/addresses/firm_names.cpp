@@ -1,0 +1,75 @@
+#include "shipping/addresses/addressee.h"
+#include "text/width.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <string_view>
+
+using namespace Qt::StringLiterals;
+
+namespace shipping
+{
+
+namespace
+{
+
+// As they stand in full width.
+constexpr QStringView anywhere[] = {
+    u"株式会社", u"有限会社", u"合資会社", u"合名会社", u"合同会社", u"相互会社", u"㈱",     u"㈲",
+    u"（株",     u"（有",     u"（資",     u"（名",     u"（同",     u"（社",     u"（財",   u"（医",
+    u"社団法人", u"財団法人", u"医療法人", u"学校法人", u"宗教法人", u"福祉法人", u"ＮＰＯ", u"非営利",
+    u"独立行政", u"協同組合", u"商工会",   u"（カ）",   u"（ユ）",   u"カ）",     u"Ｃｏ．", u"Ｌｔｄ",
+    u"Ｉｎｃ",   u"ＬＬＣ",   u"㈳",       u"㈶",       u"㍿",
+};
+
+constexpr QStringView atEnd[] = {
+    u"店",       u"会",         u"商会",   u"商事",     u"工業",   u"産業",     u"興業",       u"製作所",
+    u"製菓",     u"食品",       u"物産",   u"農園",     u"果樹園", u"病院",     u"医院",       u"診療所",
+    u"歯科",     u"薬局",       u"大学",   u"学校",     u"高校",   u"中学",     u"学園",       u"幼稚園",
+    u"保育園",   u"市役所",     u"区役所", u"町役場",   u"村役場", u"役所",     u"役場",       u"県庁",
+    u"税務署",   u"警察署",     u"消防署", u"郵便局",   u"銀行",   u"金庫",     u"農協",       u"漁協",
+    u"生協",     u"組合",       u"ホテル", u"旅館",     u"食堂",   u"事務所",   u"研究所",     u"工場",
+    u"センター", u"クリニック", u"ストア", u"スーパー", u"マート", u"ショップ", u"レストラン", u"カフェ",
+    u"美容室",   u"理容室",     u"神社",   u"教会",     u"建設",   u"運送",     u"電機",       u"不動産",
+    u"酒造",     u"醸造",       u"出版社", u"新聞社",   u"倶楽部", u"クラブ",   u"サービス",
+};
+
+// Ends of firms that are ends of family names, too: 土屋, 小園. With three characters and more they are
+// firms'.
+constexpr QStringView atEndOfLonger[] = {u"屋", u"園", u"堂", u"亭", u"庵", u"舎", u"館", u"社"};
+
+constexpr QStringView sections[] = {u"部",     u"課",       u"係",     u"室",   u"支店", u"支社", u"支所",
+                                    u"営業所", u"出張所",   u"事業所", u"本部", u"本店", u"工場", u"センター",
+                                    u"窓口",   u"グループ", u"チーム", u"売場", u"局",   u"科"};
+
+template <std::size_t Count>
+bool endsWithOneOf(const QString &name, const QStringView (&ends)[Count])
+{
+    return std::ranges::any_of(
+        ends, [&](QStringView end) { return name.size() > end.size() && name.endsWith(end); });
+}
+
+/// Full width, and without blanks: a clerk puts them anywhere.
+QString folded(const QString &name)
+{
+    static const QRegularExpression blanks(u"\\s+"_s);
+    return text::toFullWidth(name).remove(blanks);
+}
+
+} // namespace
+
+bool isFirm(const QString &name)
+{
+    const QString whole = folded(name);
+    const bool holdsOne =
+        std::ranges::any_of(anywhere, [&](QStringView word) { return whole.contains(word); });
+    // 山田　屋 would be a person of that name.
+    const bool oneWord = !text::toFullWidth(name).trimmed().contains(u'　');
+    return holdsOne || endsWithOneOf(whole, atEnd) ||
+           (oneWord && whole.size() > 2 && endsWithOneOf(whole, atEndOfLonger));
+}
+
+bool isSection(const QString &name) { return endsWithOneOf(folded(name), sections); }
+
+} // namespace shipping
