@@ -327,6 +327,7 @@ void DialogFormLayout::printTrial()
     if (form().lay)
         std::ranges::for_each(sheets, form().lay);
     trial.purpose = form().purpose;
+    trial.onPrintersPaper = form().onPrintersPaper;
     trial.sheets = std::move(sheets);
     trial.calibrationGrid = true;
     showPreview(workspace(), this, std::move(trial));

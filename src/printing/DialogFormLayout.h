@@ -32,6 +32,7 @@ struct AdjustableForm
     QHash<QString, double> shifts{}; // as the printer dialogs move it in use, millimetres
     Purpose purpose = Purpose::DeliveryNotesAndBills;
     std::function<void(Sheet &)> lay{}; // declares its paper as in use; empty: as the layout does
+    bool onPrintersPaper = false;       // as Document
 };
 
 /// 「用紙の調整」: where each element of a form stands, over a grid of millimetres, and boxes that move it.

@@ -2,6 +2,7 @@
 
 #include "printing/print_frame.h"
 #include "printing/queue/queue_words.h"
+#include "printing/text_fit.h"
 #include "ui/prompts.h"
 #include "ui_DialogPrint.h"
 #include "workspace/workspace.h"
@@ -24,10 +25,33 @@ QSizeF paperOf(const Document &document)
     return {sheet.paperWidth, sheet.paperHeight};
 }
 
-std::optional<QMarginsF> unprintableFor(const Document &document, const QueueAbilities &abilities)
+std::optional<QMarginsF> unprintableFor(const QSizeF &paper, const QueueAbilities &abilities)
 {
-    const QMarginsF margins = unprintableOn(abilities, paperOf(document));
+    const QMarginsF margins = unprintableOn(abilities, paper);
     return margins.isNull() ? std::nullopt : std::optional(margins);
+}
+
+// Where the farthest text ends, as it is read, millimetres; of squeezed text its room.
+QSizeF reachOf(const Sheet &sheet)
+{
+    QSizeF reach;
+    for (const TextItem &item : sheet.texts) {
+        const double length = textWidth(item.text, item.points) * twipsPerMillimetre;
+        const double taken = item.room > 0 ? std::min(item.room, length) : length;
+        const double right = item.x + taken * (1 - shareBefore(item.align));
+        const double bottom = item.y + item.points * twipsPerPoint;
+        reach = reach.expandedTo(QSizeF(right, bottom) / twipsPerMillimetre);
+    }
+    return reach;
+}
+
+QString tooSmall(const QSizeF &paper, const Sheet &sheet)
+{
+    const QSizeF reach = reachOf(sheet);
+    if (reach.width() <= paper.width() && reach.height() <= paper.height())
+        return {};
+    return u"プリンタの用紙（%1）からはみ出すものがあります。用紙か、プリンタの設定の「用紙サイズの通知」を"
+           "確かめてください。"_s.arg(paperInWords(paper));
 }
 
 } // namespace
@@ -46,7 +70,6 @@ DialogPrint::DialogPrint(workspace::Workspace &workspace, const Document &docume
         page->setRange(1, pages);
     m_ui->spnLast->setValue(pages);
     m_ui->lblPages->setText(u"/ 全 %1 ページ"_s.arg(pages));
-    m_ui->lblPaper->setText(paperInWords(paperOf(document)));
     m_ui->cboQueue->addItems(selected.installed);
     m_ui->cboQueue->setCurrentText(selected.name);
     connect(m_ui->cboQueue, &QComboBox::currentIndexChanged, this, &DialogPrint::readQueue);
@@ -70,6 +93,13 @@ void DialogPrint::keepTogether(const QString &what)
         control->setEnabled(false);
 }
 
+QSizeF DialogPrint::paper() const
+{
+    if (m_document.onPrintersPaper && m_abilities && m_abilities->usualPaper)
+        return m_abilities->usualPaper->size;
+    return paperOf(m_document);
+}
+
 void DialogPrint::readQueue()
 {
     m_abilities.reset();
@@ -80,6 +110,7 @@ void DialogPrint::readQueue()
         m_failure = abilities ? QString() : abilities.error().text;
     }
     m_ui->spnCopies->setMaximum(m_abilities ? m_abilities->mostCopies : 1);
+    m_ui->lblPaper->setText(paperInWords(paper()));
     showBins();
     showRemark();
 }
@@ -100,7 +131,9 @@ QString DialogPrint::obstacle() const
 {
     if (!m_abilities)
         return m_failure;
-    return paperObstacle(*m_abilities, m_ui->cboQueue->currentText(), paperOf(m_document));
+    if (m_document.onPrintersPaper)
+        return {};
+    return paperObstacle(*m_abilities, m_ui->cboQueue->currentText(), paper());
 }
 
 void DialogPrint::showRemark()
@@ -112,6 +145,9 @@ void DialogPrint::showRemark()
         remarks << hindrance;
     else if (const QString trouble = troubleInWords(m_abilities->state); !trouble.isEmpty())
         remarks << trouble + u"。印刷すると、動きだすまで待つことになります。"_s;
+    if (m_document.onPrintersPaper)
+        remarks << tooSmall(paper(), m_document.sheets.front());
+    remarks.removeAll(QString());
     m_ui->lblRemark->setText(remarks.join(u'\n'));
     m_ui->lblRemark->setVisible(!remarks.isEmpty());
 }
@@ -132,11 +168,11 @@ void DialogPrint::print()
     const bool isRange = m_ui->optRange->isChecked();
     const auto [first, last] = std::minmax({m_ui->spnFirst->value(), m_ui->spnLast->value()});
     m_choice = PrintChoice{{.queue = m_ui->cboQueue->currentText(),
-                            .paper = paperOf(m_document),
+                            .paper = paper(),
                             .bin = m_ui->cboBin->currentData().toString(),
                             .copies = copies,
                             .resolution = resolutionToAskFor(*m_abilities),
-                            .unprintable = unprintableFor(m_document, *m_abilities)},
+                            .unprintable = unprintableFor(paper(), *m_abilities)},
                            isRange ? first : 1,
                            isRange ? last : m_ui->spnFirst->maximum()};
     accept();

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] const std::optional<PrintChoice> &choice() const { return m_choice; }
 
 private:
+    /// That it will be printed on, as it is fed.
+    [[nodiscard]] QSizeF paper() const;
     void readQueue();
     void showBins();
     void showRemark();

@@ -35,6 +35,7 @@ Document pagesOf(const Document &document, const PrintChoice &choice)
     Document chosen;
     chosen.title = document.title;
     chosen.purpose = document.purpose;
+    chosen.onPrintersPaper = document.onPrintersPaper;
     chosen.richTexts = document.richTexts;
     chosen.sheets = document.sheets.part(static_cast<std::size_t>(choice.firstPage - 1),
                                          static_cast<std::size_t>(choice.lastPage - choice.firstPage + 1));
@@ -71,6 +72,12 @@ frmPreview::frmPreview(workspace::Workspace &workspace, Document document, QWidg
 }
 
 frmPreview::~frmPreview() = default;
+
+void frmPreview::onlyShow()
+{
+    m_ui->cmdPrint->setEnabled(false);
+    m_ui->cmdPrint->hide();
+}
 
 void frmPreview::showRemark()
 {

@@ -28,6 +28,8 @@ public:
     ~frmPreview() override;
 
     [[nodiscard]] int page() const; // counted from 1
+    /// Offers no printing from now on: what is printed elsewhere, with a record of it.
+    void onlyShow();
     /// Whether the document was printed or saved as PDF.
     [[nodiscard]] bool isIssued() const { return m_issued; }
 

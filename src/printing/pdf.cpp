@@ -100,6 +100,7 @@ Look lookOn(const JobSettings &settings, const Look &look)
 {
     Look there = look;
     there.unprintable = settings.unprintable;
+    there.fed = settings.paper;
     return there;
 }
 
@@ -115,7 +116,7 @@ base::Result<QByteArray> pdfOf(const Document &document, const Look &look, const
         writer.setCreator(
             creator +
             QString(pdfText(document.title, true).size() - pdfText(document.title, false).size(), u' '));
-        setPage(writer, document);
+        setPage(writer, document, look);
         if (const base::Status drawn = drawDocument(writer, document, look, progress); !drawn)
             return drawn.error();
     }

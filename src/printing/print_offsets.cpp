@@ -122,6 +122,15 @@ std::optional<QSizeF> slipPaper(bool declared)
     return QSizeF(slipTwipsWide / twipsPerMillimetre, slipTwipsHigh / twipsPerMillimetre);
 }
 
+void setSlipPaper(Sheet &sheet)
+{
+    const QSizeF paper = *slipPaper(true);
+    sheet.paperWidth = paper.width();
+    sheet.paperHeight = paper.height();
+    sheet.turned = true;
+    sheet.drawnClockwise = true;
+}
+
 QPoint transferFormOffset(const workspace::Settings &settings)
 {
     return {stepsOf(settings, transferRight), stepsOf(settings, transferDown)};

@@ -85,6 +85,9 @@ QPoint physicalOffsetTwips(const QMarginsF &unprintable);
 /// is to be taken. \a declared: what the box "用紙サイズの通知" says.
 std::optional<QSizeF> slipPaper(bool declared);
 
+/// Declares the paper of a shipping slip on \a sheet, which is read across it.
+void setSlipPaper(Sheet &sheet);
+
 /// How far postal transfer forms are moved, whole millimetres, from where their layout has them. The two
 /// millimetres by which the forms have always begun further down are in the layout, whose measures so are
 /// those of the paper.

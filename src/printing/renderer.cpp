@@ -25,12 +25,20 @@ constexpr double usualUnprintable = 4.2; // millimetres, a sixth of an inch
 
 constexpr double millimetresPerInch = 25.4;
 
-QPageLayout pageOf(const Sheet &sheet)
+bool isDrawnTurned(const Sheet &sheet, const Look &look)
 {
+    return look.fed && sheet.turned && sheet.drawnClockwise;
+}
+
+QPageLayout pageOf(const Document &document, const Look &look)
+{
+    const Sheet &sheet = document.sheets.front();
+    const bool isPrinters = look.fed && document.onPrintersPaper;
+    const QSizeF paper = isPrinters ? *look.fed : QSizeF(sheet.paperWidth, sheet.paperHeight);
+    const bool isAcross = sheet.turned && !isPrinters && !isDrawnTurned(sheet, look);
     // Exact: the page of a form must not become that of a standard paper which it nearly has.
-    const QPageSize size(QSizeF(sheet.paperWidth, sheet.paperHeight), QPageSize::Millimeter, {},
-                         QPageSize::ExactMatch);
-    QPageLayout layout(size, sheet.turned ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(),
+    const QPageSize size(paper, QPageSize::Millimeter, {}, QPageSize::ExactMatch);
+    QPageLayout layout(size, isAcross ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(),
                        QPageLayout::Millimeter);
     layout.setMode(QPageLayout::FullPageMode);
     return layout;
@@ -173,6 +181,10 @@ void drawOn(QPainter &painter, const Document &document, const Sheet &sheet, con
                            QPainter::SmoothPixmapTransform);
     painter.scale(painter.device()->logicalDpiX() / twipsPerInch,
                   painter.device()->logicalDpiY() / twipsPerInch);
+    if (isDrawnTurned(sheet, look)) {
+        painter.translate(twipsFromMillimetres(sheet.paperWidth), 0);
+        painter.rotate(90);
+    }
     painter.translate(originOf(sheet, unprintable));
     drawContent(painter, document, sheet, look, texts);
     painter.restore();
@@ -240,10 +252,10 @@ QMarginsF unprintableMargins(const QPagedPaintDevice &device)
     return margins.isNull() ? usualUnprintableMargins() : margins;
 }
 
-void setPage(QPagedPaintDevice &device, const Document &document)
+void setPage(QPagedPaintDevice &device, const Document &document, const Look &look)
 {
     if (!document.sheets.empty())
-        device.setPageLayout(pageOf(document.sheets.front()));
+        device.setPageLayout(pageOf(document, look));
 }
 
 base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,

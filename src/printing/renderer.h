@@ -35,6 +35,9 @@ struct Document
     QString printer{};            // to begin with; empty: the purpose's own
     QString font{};               // as it is stored; empty: the purpose's own
     bool calibrationGrid = false; // to begin with
+    /// It is drawn from the corner of whatever paper the printer has, as it is read; the sheets' own size is
+    /// that of what is printed on.
+    bool onPrintersPaper = false;
     /// Keeps the PDF of what the shop issues, once a queue took it or it was saved; empty: nothing is kept.
     std::function<base::Status(const QByteArray &pdf)> keep{};
 };
@@ -46,6 +49,8 @@ struct Look
     bool calibrationGrid = false;           // lines every 10 mm, to see how far a printer is off
     bool fineGrid = false;                  // every millimetre too, on a screen where there is room for them
     std::optional<QMarginsF> unprintable{}; // of the printer, millimetres; else as the device tells
+    std::optional<QSizeF>
+        fed{}; // the paper that goes through a printer, millimetres; else sheets as they are read
 };
 
 /// Draws \a sheet from the painter's present origin, which is the paper's top-left corner.
@@ -61,7 +66,7 @@ QMarginsF usualUnprintableMargins();
 QMarginsF unprintableMargins(const QPagedPaintDevice &device);
 
 /// Tells \a device the document's paper. To be called again after a print dialog, which may have changed it.
-void setPage(QPagedPaintDevice &device, const Document &document);
+void setPage(QPagedPaintDevice &device, const Document &document, const Look &look = {});
 
 /// Draws all sheets onto \a device, one a page. Fails when the device takes no job. \a progress counts pages.
 base::Status drawDocument(QPagedPaintDevice &device, const Document &document, const Look &look,

@@ -88,7 +88,10 @@ struct Sheet
     double paperWidth = 210;
     double paperHeight = 297;
     bool turned = false; // it is read across its feed, with the long side on top
-    QString bin;         // that it is fed from, as the system names it; empty: the printer's own choice
+    // Turned, it is drawn so for a printer: clockwise, its top at the right edge. Else the printer turns it,
+    // one way or the other.
+    bool drawnClockwise = false;
+    QString bin; // that it is fed from, as the system names it; empty: the printer's own choice
     Origin origin = Origin::PrintableArea;
     std::vector<Box> boxes; // drawn first, so that their grey lies under the text
     std::vector<Line> lines;

@@ -61,10 +61,12 @@ base::Result<int> QtSystem::print(const Document &document, const Look &look, co
     QPrinter printer(QPrinter::HighResolution);
     printer.setPrinterName(settings.queue);
     printer.setDocName(document.title);
-    setPage(printer, document);
+    Look there = look;
+    there.fed = settings.paper;
+    setPage(printer, document, there);
     printer.setCopyCount(std::max(1, settings.copies));
     printer.setCollateCopies(true);
-    const base::Status printed = printDocument(printer, document, look, progress);
+    const base::Status printed = printDocument(printer, document, there, progress);
     return printed ? base::Result<int>(0) : printed.error();
 }
 

@@ -149,7 +149,7 @@ base::Result<std::vector<LabelSpot>> labelSpots(const LabelSheet &sheet, std::si
 }
 
 base::Result<std::vector<printing::Sheet>> labelPages(const LabelSheet &sheet, std::size_t count, int first,
-                                                      const LabelContent &content)
+                                                      const LabelContent &content, const QPointF &moved)
 {
     const auto spots = labelSpots(sheet, count, first);
     if (!spots)
@@ -158,7 +158,7 @@ base::Result<std::vector<printing::Sheet>> labelPages(const LabelSheet &sheet, s
     for (std::size_t label = 0; label < count; ++label) {
         const LabelSpot &spot = spots->at(label);
         pages.resize(std::max(pages.size(), spot.page + 1), emptyPage());
-        put(pages[spot.page], content(label), *labelRoom(sheet, spot.place));
+        put(pages[spot.page], content(label), labelRoom(sheet, spot.place)->translated(moved));
     }
     return pages;
 }

@@ -60,8 +60,9 @@ base::Result<std::vector<LabelSpot>> labelSpots(const LabelSheet &sheet, std::si
 using LabelContent = std::function<printing::Sheet(std::size_t label)>;
 
 /// The A4 pages of \a count labels from the place \a first on. What \a content makes is drawn out to a
-/// label's room; its type gets larger or smaller by the lesser of both measures. Fails as labelArea().
+/// label's room; its type gets larger or smaller by the lesser of both measures. Everything is \a moved right
+/// and down, as the printer is adjusted. Fails as labelArea().
 base::Result<std::vector<printing::Sheet>> labelPages(const LabelSheet &sheet, std::size_t count, int first,
-                                                      const LabelContent &content);
+                                                      const LabelContent &content, const QPointF &moved = {});
 
 } // namespace shipping

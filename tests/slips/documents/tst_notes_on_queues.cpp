@@ -5,6 +5,7 @@
 #include "slips/documents/delivery_note_print.h"
 #include "slips/documents/estimate.h"
 #include "support/fresh_shop.h"
+#include "support/pdf_words.h"
 #include "support/private_cups.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
@@ -13,7 +14,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -28,52 +28,14 @@ namespace
 
 constexpr double tolerance = 0.3; // millimetres
 
-/// A word as it lies on a page, millimetres from the upper left corner.
-struct Word
-{
-    QString text;
-    QRectF area;
-};
-
-struct Page
-{
-    QSizeF size;
-    std::vector<Word> words;
-};
-
-std::vector<Page> pagesOf(const QByteArray &pdf)
-{
-    constexpr double mm = 25.4 / 72;
-    QProcess reader;
-    reader.start(u"pdftotext"_s, {u"-bbox"_s, u"-"_s, u"-"_s});
-    reader.write(pdf);
-    reader.closeWriteChannel();
-    reader.waitForFinished();
-    static const QRegularExpression line(
-        uR"x(<page width="([0-9.]+)" height="([0-9.]+)">|)x"
-        uR"x(<word xMin="([-0-9.]+)" yMin="([-0-9.]+)" xMax="([-0-9.]+)" yMax="([-0-9.]+)">(.*)</word>)x"_s);
-    std::vector<Page> pages;
-    auto found = line.globalMatch(QString::fromUtf8(reader.readAll()));
-    while (found.hasNext()) {
-        const auto match = found.next();
-        const auto number = [&](int group) { return match.captured(group).toDouble() * mm; };
-        if (match.captured(7).isEmpty())
-            pages.push_back({{number(1), number(2)}, {}});
-        else
-            pages.back().words.push_back(
-                {match.captured(7), QRectF(QPointF(number(3), number(4)), QPointF(number(5), number(6)))});
-    }
-    return pages;
-}
-
 /// Whether \a page has the text where \a item is to stand. Words end at blanks, wide ones too.
-bool isThere(const Page &page, const printing::TextItem &item)
+bool isThere(const PdfPage &page, const printing::TextItem &item)
 {
     static const QRegularExpression blanks(u"\\s+"_s, QRegularExpression::UseUnicodePropertiesOption);
     const QStringList parts = item.text.split(blanks, Qt::SkipEmptyParts);
     const QPointF place = placeOf(item);
     const auto near = [](double a, double b) { return std::abs(a - b) <= tolerance; };
-    return std::any_of(page.words.begin(), page.words.end(), [&](const Word &word) {
+    return std::any_of(page.words.begin(), page.words.end(), [&](const PdfWord &word) {
         if (!near(word.area.top(), place.y()))
             return false;
         switch (item.align) {
@@ -211,7 +173,7 @@ private slots:
         settings.copies = 2;
         const auto job = m_system.print(*document, printing::Look{u"IPAMincho"_s}, settings, base::unwatched);
         QVERIFY2(job, job ? "" : qPrintable(job.error().text));
-        const std::vector<Page> pages = pagesOf(m_cups->arrived(*job));
+        const std::vector<PdfPage> pages = wordsOfPages(m_cups->arrived(*job));
         QCOMPARE(pages.size(), document->sheets.size());
         for (std::size_t i = 0; i < pages.size(); ++i) {
             // Whole points, upright as it is fed.
@@ -237,7 +199,7 @@ private slots:
             const auto job = m_system.print(document, printing::Look{u"IPAMincho"_s},
                                             {.queue = queue, .paper = {210, 297}}, base::unwatched);
             QVERIFY2(job, job ? "" : qPrintable(job.error().text));
-            const std::vector<Page> pages = pagesOf(m_cups->arrived(*job));
+            const std::vector<PdfPage> pages = wordsOfPages(m_cups->arrived(*job));
             QCOMPARE(pages.size(), document.sheets.size());
             for (const printing::TextItem &item : document.sheets.front().texts)
                 QVERIFY2(isThere(pages.front(), item), qPrintable(item.text));
@@ -276,9 +238,9 @@ private slots:
             const auto document = deliveryNoteDocument(shop.workspace, shop.request);
             const auto job = m_system.print(*document, printing::Look{u"IPAMincho"_s},
                                             {.queue = u"any"_s, .paper = wanted.size}, base::unwatched);
-            const Page page = pagesOf(m_cups->arrived(*job)).front();
+            const PdfPage page = wordsOfPages(m_cups->arrived(*job)).front();
             const auto found = std::find_if(page.words.begin(), page.words.end(),
-                                            [&](const Word &each) { return each.text == word; });
+                                            [&](const PdfWord &each) { return each.text == word; });
             QVERIFY(found != page.words.end());
             const QPointF off = found->area.topLeft() - (isMoved ? moved : at);
             QVERIFY2(std::abs(off.x()) < tolerance && std::abs(off.y()) < tolerance,
