@@ -56,7 +56,7 @@ void DialogPrinterP::connectAll()
     connect(m_ui->Command4, &QPushButton::clicked, this, &DialogPrinterP::restorePosition);
     connect(m_ui->Command2, &QPushButton::clicked, this, &DialogPrinterP::registerAll);
     m_ui->cmdAdjust->hide();
-    connect(m_ui->cmdAdjust, &QPushButton::clicked, this, [this] { m_adjust(this); });
+    connect(m_ui->cmdAdjust, &QPushButton::clicked, this, &DialogPrinterP::adjust);
     for (QPushButton *button : {m_ui->Command1, m_ui->Command5})
         connect(button, &QPushButton::clicked, this, &DialogPrinterP::reject);
 }
@@ -65,6 +65,13 @@ void DialogPrinterP::setAdjuster(std::function<void(QWidget *)> adjust)
 {
     m_adjust = std::move(adjust);
     m_ui->cmdAdjust->setVisible(bool(m_adjust));
+}
+
+// Tried on the position and the paper that stand here.
+void DialogPrinterP::adjust()
+{
+    if (storePosition())
+        m_adjust(this);
 }
 
 void DialogPrinterP::fillPrinters()

@@ -36,6 +36,7 @@ protected:
 
 private:
     void connectAll();
+    void adjust();
     void fillPrinters();
     void readPrinter();
     void showPapers();

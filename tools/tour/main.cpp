@@ -10,6 +10,7 @@
 #include "printers.h"
 #include "purchases.h"
 #include "receipts.h"
+#include "shipping_slips.h"
 #include "trade_day.h"
 
 #include "app/files/application_folder.h"
@@ -90,6 +91,7 @@ QStringList walk(const QDir &folder)
     tour::sellFood(walker, workspace, window, folder);
     tour::lookAtPayments(walker, window, folder);
     tour::setPrintersUp(walker, workspace, window);
+    tour::lookAtSlips(walker, workspace, folder);
     tour::convertOldFile(walker, workspace, window, folder);
     window.close();
     const QString backup = workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName));

@@ -30,6 +30,8 @@
 #include "shipping/gifts/frmKuroneko6.h"
 #include "shipping/gifts/frmKuroneko7.h"
 #include "shipping/gifts/gift_sheet_print.h"
+#include "shipping/slips/shipping_form.h"
+#include "shipping/slips/slip_document.h"
 #include "slips/correction/correction_screens.h"
 #include "slips/documents/adjustable_forms.h"
 #include "slips/documents/calibration_sheet.h"
@@ -83,16 +85,22 @@ void openOwnCompany(QWidget *parent, workspace::Workspace &workspace)
     shown.exec();
 }
 
-// The form that notes are printed on comes first.
-void openFormLayouts(QWidget *parent, workspace::Workspace &workspace)
+void openFormLayouts(QWidget *parent, workspace::Workspace &workspace, const QString &first)
 {
     std::vector<printing::AdjustableForm> forms = slips::adjustableForms(workspace.settings);
     for (printing::AdjustableForm &bill : reports::adjustableBills(workspace.settings))
         forms.push_back(std::move(bill));
     forms.push_back(shipping::adjustableGiftSheet(workspace.settings));
-    printing::DialogFormLayout shown(workspace, std::move(forms),
-                                     slips::deliveryNoteLayout(workspace.panel.deliveryPaper, false), parent);
+    for (printing::AdjustableForm &slip : shipping::adjustableSlips(workspace))
+        forms.push_back(std::move(slip));
+    printing::DialogFormLayout shown(workspace, std::move(forms), first, parent);
     shown.exec();
+}
+
+// The form that notes are printed on comes first.
+void openNoteLayouts(QWidget *parent, workspace::Workspace &workspace)
+{
+    openFormLayouts(parent, workspace, slips::deliveryNoteLayout(workspace.panel.deliveryPaper, false));
 }
 
 void openNotePrinter(QWidget *parent, workspace::Workspace &workspace)
@@ -104,7 +112,7 @@ void openNotePrinter(QWidget *parent, workspace::Workspace &workspace)
     shown.setBillSheet([&workspace](const printing::NoteSteps &steps) {
         return reports::billCalibration(workspace, steps);
     });
-    shown.setAdjuster([&workspace](QWidget *over) { openFormLayouts(over, workspace); });
+    shown.setAdjuster([&workspace](QWidget *over) { openNoteLayouts(over, workspace); });
     shown.exec();
 }
 
@@ -112,7 +120,9 @@ template <class Dialog>
 void openSlipPrinter(QWidget *parent, workspace::Workspace &workspace)
 {
     Dialog shown(workspace, parent);
-    shown.setAdjuster([&workspace](QWidget *over) { openFormLayouts(over, workspace); });
+    shown.setAdjuster([&workspace](QWidget *over) {
+        openFormLayouts(over, workspace, shipping::slipLayout(workspace.panel.carrier));
+    });
     shown.exec();
 }
 
@@ -235,9 +245,9 @@ Openers screenOpeners()
         {Action::Employees, screen<masters::frmShain>()},
         {Action::IssuedDocuments, screen<slips::DialogIssued>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},
-        {Action::FormLayouts, openFormLayouts},
         {Action::GiftsBySender, screen<shipping::frmKuroneko6>()},
         {Action::ShippedGifts, screen<shipping::frmKuroneko7>()},
+        {Action::FormLayouts, openNoteLayouts},
     };
 }
 

@@ -86,6 +86,9 @@ void addAmounts(FormRecord &record, const Shipment &shipment)
         record[u"合計"_s] = *shipment.price + *shipment.carriage;
 }
 
+// "14-16時", "午前中"
+QString shownTimeSlot(const QString &slot) { return slot.contains(u'-') ? slot + u'時' : slot; }
+
 bool isUnreadable(const QString &zip) { return !zip.trimmed().isEmpty() && !text::completePostalCode(zip); }
 
 bool containsAny(const QString &name, std::initializer_list<const char16_t *> words)
@@ -168,7 +171,7 @@ printing::FormValues slipValues(const Shipment &shipment, bool deliveryNotice)
     record[u"発送区分"_s] = shipment.category;
     record[u"発送方法"_s] = shipment.method;
     record[u"送り状番号"_s] = shipment.trackingNumber;
-    record[u"時間帯"_s] = shipment.timeSlot;
+    record[u"時間帯"_s] = shownTimeSlot(shipment.timeSlot);
     record[u"クール"_s] = shipment.cooling;
     record[u"個数"_s] = double(shipment.parcels);
     if (deliveryNotice)

@@ -8,6 +8,7 @@
 #include "shipping/slips/shipment_store.h"
 #include "shipping/slips/shipping_form.h"
 #include "ui/prompts.h"
+#include "workspace/settings.h"
 #include "workspace/workspace.h"
 
 using namespace Qt::StringLiterals;
@@ -140,15 +141,23 @@ bool SlipPrinter::choose(QWidget *parent, const std::vector<Shipment> &shipments
     dialog.exec();
     if (!dialog.choice())
         return false;
-    m_choices[shipments.front().method] = {dialog.choice()->settings, m_workspace.panel.slipPaperDeclared};
+    take(shipments.front().method, dialog.choice()->settings);
     return true;
+}
+
+void SlipPrinter::take(const QString &form, const printing::JobSettings &settings)
+{
+    m_choices[form] = {settings, m_workspace.panel.slipPaperDeclared,
+                       m_workspace.settings.text(printing::printerKey(printing::Purpose::ShippingSlips))};
 }
 
 const printing::JobSettings *SlipPrinter::settingsFor(const QString &form) const
 {
     const auto found = m_choices.constFind(form);
-    const bool holds = found != m_choices.constEnd() &&
-                       (!isCarriersForm(form) || found->isDeclared == m_workspace.panel.slipPaperDeclared);
+    if (found == m_choices.constEnd() ||
+        found->printer != m_workspace.settings.text(printing::printerKey(printing::Purpose::ShippingSlips)))
+        return nullptr;
+    const bool holds = !isCarriersForm(form) || found->isDeclared == m_workspace.panel.slipPaperDeclared;
     return holds ? &found->settings : nullptr;
 }
 

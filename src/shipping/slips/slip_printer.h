@@ -25,10 +25,14 @@ class SlipPrinter
 public:
     explicit SlipPrinter(workspace::Workspace &workspace, Sending sending = Sending::Other);
 
-    /// Asks for printer, bin and copies, once for each form as long as the window is open and the paper of
-    /// slips stays as it is, or \a again; and whether what cannot be printed as it ought to is to be printed
-    /// all the same. \return whether \a shipments may be printed now; what keeps them from it was told
+    /// Asks for printer, bin and copies, once for each form as long as the window is open and the settings of
+    /// slips keep their printer and its paper, or \a again; and whether what cannot be printed as it ought to
+    /// is to be printed all the same. \return whether \a shipments may be printed now; what keeps them from
+    /// it was told
     bool prepare(QWidget *parent, const std::vector<Shipment> &shipments, bool again = false);
+
+    /// Prints slips of \a form by \a settings from now on, without asking.
+    void take(const QString &form, const printing::JobSettings &settings);
 
     /// Shows \a shipment as it would be printed; it can be saved as PDF, but not be printed, from there.
     void preview(QWidget *parent, const Shipment &shipment);
@@ -51,6 +55,7 @@ private:
     {
         printing::JobSettings settings;
         bool isDeclared = false; // the paper of slips, when it was asked
+        QString printer;         // that the settings kept for slips then
     };
 
     bool choose(QWidget *parent, const std::vector<Shipment> &shipments);

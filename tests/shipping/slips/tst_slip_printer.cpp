@@ -167,7 +167,13 @@ private slots:
         desk.workspace.panel.slipPaperDeclared = true;
         QVERIFY(desk.prepare(both));
         QCOMPARE(desk.asked, 1);
+        // As is the printer, where another one was set.
+        desk.settings.write(workspace::keys::kuroPrinterName, u"DOT"_s);
+        QVERIFY(!desk.slips.issue(parcel(), Record::None));
+        QVERIFY(desk.prepare({parcel()}));
+        QCOMPARE(desk.asked, 1);
         QVERIFY(desk.slips.issue(parcel(), Record::None));
+        QCOMPARE(desk.printers->given.back().settings.queue, u"DOT"_s);
         const QSizeF paper = desk.printers->given.back().settings.paper;
         QCOMPARE(qRound(printing::twipsFromMillimetres(paper.width())), 6486);
         QCOMPARE(qRound(printing::twipsFromMillimetres(paper.height())), 13041);
