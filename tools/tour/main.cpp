@@ -2,6 +2,7 @@
 // printed notes end in DIR. Exits with 1 when anything was not as it should be.
 #include "bill_list.h"
 #include "bills.h"
+#include "carriers.h"
 #include "day_reports.h"
 #include "first_day.h"
 #include "food_day.h"
@@ -90,6 +91,7 @@ QStringList walk(const QDir &folder)
     tour::lookIntoBillList(walker, window, folder);
     tour::sellFood(walker, workspace, window, folder);
     tour::lookAtPayments(walker, window, folder);
+    tour::handToCarriers(walker, workspace, window, folder);
     tour::setPrintersUp(walker, workspace, window);
     tour::lookAtSlips(walker, workspace, folder);
     tour::convertOldFile(walker, workspace, window, folder);

@@ -14,6 +14,9 @@
 #include "registers/lists/customer_deletion.h"
 #include "reports/bills/bill_run.h"
 #include "reports/bills/receipts/payment_taking.h"
+#include "shipping/carriers/carrier_export.h"
+#include "shipping/carriers/tracking_matches.h"
+#include "shipping/slips/shipment_store.h"
 #include "slips/entry/frmOut.h"
 #include "slips/issued/issued_documents.h"
 #include "slips/slip_desk.h"
@@ -328,6 +331,57 @@ QString takePayments(Scene &scene)
                                       base::unwatched));
 }
 
+void openShopWithParcels(Scene &scene)
+{
+    openShop(scene);
+    for (int i = 0; i < 20; ++i) {
+        shipping::Shipment parcel;
+        parcel.accepted = parcel.exported = scene.logic->now.date();
+        parcel.sender =
+            parcel.consignee = {u"山田"_s, {}, u"380-0821"_s, u"長野市上千歳町1"_s, {}, u"026-200-0000"_s};
+        parcel.goods = u"りんご"_s;
+        parcel.method = u"佐川急便"_s;
+        if (!shipping::addShipment(scene.logic->connection, parcel))
+            qFatal("no parcels");
+    }
+}
+
+std::vector<shipping::Shipment> parcels(Scene &scene)
+{
+    const shipping::CarrierQuery query{shipping::CarrierProgram::Hiden3, scene.logic->now.date(),
+                                       scene.logic->now.date(), true, false};
+    auto found = shipping::shipmentsFor(scene.logic->connection, query);
+    return found ? std::move(*found) : std::vector<shipping::Shipment>();
+}
+
+QString exportParcels(Scene &scene)
+{
+    const FreshShop &shop = *scene.logic;
+    auto settings = shipping::CarrierSettings::read(shop.settings, shipping::CarrierProgram::Hiden3);
+    settings.set(u"customer"_s, u"123456789012"_s);
+    std::vector<shipping::CarrierParcel> written;
+    for (const shipping::Shipment &shipment : parcels(scene))
+        written.push_back({.shipment = shipment, .shipDay = shop.now.date()});
+    const base::Status done = shipping::writeCarrierFile(
+        shop.path(u"parcels.csv"_s), shipping::CarrierProgram::Hiden3, written, settings, base::unwatched);
+    return told(done ? shipping::markExported(scene.logic->connection, written, shop.now.date().addDays(1))
+                     : done);
+}
+
+QString takeTrackingNumbers(Scene &scene)
+{
+    std::vector<shipping::TrackingMatch> matches;
+    for (const shipping::Shipment &shipment : parcels(scene))
+        matches.push_back({.line = int(shipment.id),
+                           .management = QString::number(shipment.id),
+                           .number = QString::number(390000000000 + shipment.id),
+                           .consignee = {},
+                           .state = shipping::TrackingState::New,
+                           .shipment = shipment,
+                           .ticked = true});
+    return told(shipping::storeTracking(scene.logic->connection, matches, base::unwatched));
+}
+
 QString migrate(Scene &scene)
 {
     return told(db::migrate(scene.logic->path(u"shop.cdb"_s), scene.logic->now.date()));
@@ -376,6 +430,8 @@ const Action actions[] = {
     {"document kept", openShop, keepDocument, u"shop.cdb"_s, true},
     {"taxes of bills", openShopWithSales, bookBillTaxes, u"shop.cdb"_s, true},
     {"receipts from a list", openShopWithSales, takePayments, u"shop.cdb"_s, true},
+    {"parcels for a carrier", openShopWithParcels, exportParcels, u"parcels.csv"_s},
+    {"tracking numbers", openShopWithParcels, takeTrackingNumbers, u"shop.cdb"_s, true},
     {"migration", leaveShopOfVersion1, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},

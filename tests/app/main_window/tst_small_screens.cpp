@@ -20,6 +20,9 @@
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
+#include "shipping/carriers/DialogCarrierExport.h"
+#include "shipping/carriers/DialogCarrierSettings.h"
+#include "shipping/carriers/DialogTrackingImport.h"
 #include "slips/correction/frmInAmd.h"
 #include "slips/correction/frmMitumoriAmd.h"
 #include "slips/correction/frmOutAmd.h"
@@ -133,6 +136,8 @@ void TestSmallScreens::nothingIsOutOfReach()
                       reports::frmTanaMoto, reports::DayReportOf<reports::DayReportKind::Sales>,
                       reports::frmOutBillList, reports::DialogCharts, reports::frmInList, reports::frmInTax,
                       reports::DialogBillIssue, reports::frmOutBill>(shop.workspace, display);
+    cut << cutScreens<shipping::DialogCarrierExport, shipping::DialogCarrierSettings,
+                      shipping::DialogTrackingImport>(shop.workspace, display);
     ui::prompts::takeUnexpected(); // what an empty shop has to say is not asked here
     QCOMPARE(cut.join(u'\n'), QString());
 
