@@ -2,7 +2,7 @@
 
 #include "masters/name_lists.h"
 #include "shipping/gifts/gift_sheet_print.h"
-#include "shipping/gifts/kept_window.h"
+#include "shipping/slips/kept_window.h"
 #include "tables/report_file.h"
 #include "text/format_value.h"
 #include "ui/messages.h"

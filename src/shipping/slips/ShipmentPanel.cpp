@@ -171,12 +171,14 @@ base::Status ShipmentPanel::offerMasters(workspace::Workspace &workspace)
 
 // --- How it looks on the screens ---
 
-void ShipmentPanel::setReadOnly()
+void ShipmentPanel::setReadOnly(Typing typing)
 {
     m_isReadOnly = true;
     const auto boxes = findChildren<QLineEdit *>();
     for (QLineEdit *box : boxes)
         box->setReadOnly(true);
+    for (QLineEdit *box : {m_ui->txtCode1, m_ui->txtCode2, m_ui->txtMemo1, m_ui->txtMemo2})
+        box->setReadOnly(typing == Typing::None);
     for (QWidget *control :
          std::initializer_list<QWidget *>{m_ui->dbcKubun, m_ui->Combo5, m_ui->dbcShohin, m_ui->cmbTimeSlot,
                                           m_ui->cmbCooling, m_ui->spnParcels, m_ui->cmdNZip, m_ui->cmdZip})

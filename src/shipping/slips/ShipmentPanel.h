@@ -50,8 +50,10 @@ public:
     /// To be called once by the screen's constructor: offers what the masters hold, and begins an empty slip
     /// of today on the form of the settings panel.
     base::Status bind(workspace::Workspace &workspace);
-    /// Lets nothing be typed from now on. To be called before the screen's setUp().
-    void setReadOnly();
+    /// What can be typed into a slip that is shown.
+    enum class Typing { None, CodesAndRemarks };
+    /// Lets nothing else be typed from now on. To be called before the screen's setUp().
+    void setReadOnly(Typing typing = Typing::None);
     /// Calls the remarks what they say on gifts: のし上書き, 名入れ.
     void showGiftWords();
     /// Whether ゆうパック slips ask for お届け通知, which the panel says beside them.

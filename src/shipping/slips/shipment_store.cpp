@@ -150,6 +150,8 @@ Shipment shipmentOf(const QVariantList &row)
     return shipment;
 }
 
+QVariantList shipmentValues(const Shipment &shipment) { return valuesOf(shipment); }
+
 base::Result<Shipment> readShipment(db::Connection &connection, qint64 id)
 {
     const auto found =

@@ -14,6 +14,9 @@ QString shipmentColumns();
 /// The shipment in a row of shipmentColumns(). A value that is none of its kind counts as empty.
 Shipment shipmentOf(const QVariantList &row);
 
+/// The values of \a shipment in the order of shipmentColumns(), behind 発送ID and 版.
+QVariantList shipmentValues(const Shipment &shipment);
+
 /// The shipment \a id. The error is `gone` when it is not in the history any more.
 base::Result<Shipment> readShipment(db::Connection &connection, qint64 id);
 

@@ -1,4 +1,4 @@
-#include "shipping/gifts/kept_window.h"
+#include "shipping/slips/kept_window.h"
 
 #include "workspace/settings.h"
 
