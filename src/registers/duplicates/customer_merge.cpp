@@ -54,15 +54,16 @@ const MergedField &fieldOf(const MergePlan &plan, const QString &column)
                          [&](const MergedField &field) { return field.column == column; });
 }
 
-// Shipments belong by the customer's key. Those from before there was one, by name and address, whether the
-// customer sent them or got them.
+// Shipments belong by the customer's key, to whom they go and from whom they come. Those from before there
+// was one belong by name and address.
 struct Shipments
 {
     QString where;
     QVariantList values;
 };
 
-Shipments shipmentsOf(const MergePlan &plan)
+// Those of which he is the \a party: "届先" by the key 納品先ID, "依頼主" by the key 依頼主ID.
+Shipments shipmentsOf(const MergePlan &plan, const QString &party, const QString &key)
 {
     // Never NULL, which nothing equals.
     const auto goneValue = [&plan](const QString &column) -> QString {
@@ -70,23 +71,26 @@ Shipments shipmentsOf(const MergePlan &plan)
     };
     const QString name1 = goneValue(u"納品先名1"_s);
     const QString address1 = goneValue(u"住所1"_s);
-    Shipments shipments{u"納品先ID = ?"_s, {plan.gone}};
+    Shipments shipments{key + u" = ?"_s, {plan.gone}};
     if (name1.isEmpty() || address1.isEmpty())
         return shipments;
-    const QVariantList who{name1, goneValue(u"納品先名2"_s), address1, goneValue(u"住所2"_s)};
-    const QString same =
-        u"(%1名1 = ? AND COALESCE(%1名2, '') = ? AND %1住所1 = ? AND COALESCE(%1住所2, '') = ?)"_s;
-    shipments.where +=
-        u" OR (納品先ID IS NULL AND (%1 OR %2))"_s.arg(same.arg(u"依頼主"_s), same.arg(u"届先"_s));
-    shipments.values += who + who;
+    shipments.where += u" OR (%2 IS NULL AND %1名1 = ? AND COALESCE(%1名2, '') = ? AND %1住所1 = ? AND "
+                       "COALESCE(%1住所2, '') = ?)"_s.arg(party, key);
+    shipments.values += {name1, goneValue(u"納品先名2"_s), address1, goneValue(u"住所2"_s)};
     return shipments;
 }
 
+Shipments shipmentsTo(const MergePlan &plan) { return shipmentsOf(plan, u"届先"_s, u"納品先ID"_s); }
+
+Shipments shipmentsFrom(const MergePlan &plan) { return shipmentsOf(plan, u"依頼主"_s, u"依頼主ID"_s); }
+
 base::Result<qint64> countShipments(db::Connection &connection, const MergePlan &plan)
 {
-    const Shipments shipments = shipmentsOf(plan);
-    const auto count = connection.integers(u"SELECT COUNT(*) FROM 発送マスター WHERE "_s + shipments.where,
-                                           shipments.values);
+    const Shipments to = shipmentsTo(plan);
+    const Shipments from = shipmentsFrom(plan);
+    const auto count =
+        connection.integers(u"SELECT COUNT(*) FROM 発送マスター WHERE "_s + to.where + u" OR "_s + from.where,
+                            to.values + from.values);
     return count ? base::Result<qint64>(count->front()) : count.error();
 }
 
@@ -175,13 +179,21 @@ base::Status storeKept(db::Connection &connection, const MergePlan &plan, const 
         .status();
 }
 
+// And the marks of who was addressed.
 base::Status moveShipments(db::Connection &connection, const MergePlan &plan, qint64 version)
 {
-    const Shipments shipments = shipmentsOf(plan);
-    return connection
-        .execute(u"UPDATE 発送マスター SET 納品先ID = ?, 版 = ? WHERE "_s + shipments.where,
-                 QVariantList{plan.kept, version} + shipments.values)
-        .status();
+    const auto move = [&](const QString &table, const QString &key, const Shipments &which) {
+        return connection
+            .execute(u"UPDATE %1 SET %2 = ?, 版 = ? WHERE "_s.arg(table, key) + which.where,
+                     QVariantList{plan.kept, version} + which.values)
+            .status();
+    };
+    const Shipments addressed{u"納品先ID = ?"_s, {plan.gone}};
+    if (const base::Status to = move(u"発送マスター"_s, u"納品先ID"_s, shipmentsTo(plan)); !to)
+        return to;
+    if (const base::Status from = move(u"発送マスター"_s, u"依頼主ID"_s, shipmentsFrom(plan)); !from)
+        return from;
+    return move(u"宛名印刷"_s, u"納品先ID"_s, addressed);
 }
 
 // A companion program changes values without raising 版; the slips and shipments were counted in the

@@ -72,11 +72,11 @@ base::Result<MergePlan> planMerge(db::Connection &connection, qint64 kept, qint6
 base::Result<MergeBalances> mergeBalances(db::Connection &connection, const MergePlan &plan,
                                           const base::Progress &progress);
 
-/// Does what \a plan says, in one transaction: the slips and shipments of the one that goes become those of
-/// the other, which gets what it lacks, its search key and \a today as the day of its last change; then the
-/// row goes. Fails, with everything as it was, when one of the two was changed meanwhile or owes
-/// another sum than was shown, when one of them has a slip that somebody is entering, and for a plan that is
-/// refused.
+/// Does what \a plan says, in one transaction: the slips and shipments of the one that goes, and what was
+/// addressed to him, become those of the other, which gets what it lacks, its search key and \a today as the
+/// day of its last change; then the row goes. Fails, with everything as it was, when one of the two was
+/// changed meanwhile or owes another sum than was shown, when one of them has a slip that somebody is
+/// entering, and for a plan that is refused.
 base::Status mergeCustomers(db::Connection &connection, const MergePlan &plan, const QDate &today);
 
 } // namespace registers

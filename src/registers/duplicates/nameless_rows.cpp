@@ -37,7 +37,7 @@ book::Condition isUnused(book::Party party)
         u"NOT EXISTS (SELECT 1 FROM 入出庫マスター WHERE 相手先ID = %1ID AND %2)"_s.arg(table, condition.sql);
     if (party == book::Party::Customer)
         condition.sql += u" AND NOT EXISTS (SELECT 1 FROM 発送マスター AS 発送 WHERE 発送.納品先ID = "
-                         "納品先.納品先ID)"_s;
+                         "納品先.納品先ID OR 発送.依頼主ID = 納品先.納品先ID)"_s;
     return condition;
 }
 

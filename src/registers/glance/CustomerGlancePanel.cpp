@@ -21,6 +21,12 @@ namespace
 
 using enum base::Format;
 
+// What the row of a parcel leads to; that of a slip leads to its ID.
+struct ShipmentLink
+{
+    qint64 id = 0; // 発送ID
+};
+
 constexpr int afterTyping = 150; // milliseconds without a key
 constexpr int afterFailure = 1000;
 
@@ -51,7 +57,8 @@ base::Report reportOf(const CustomerGlance &glance)
               each.price ? QVariant(*each.price) : QVariant()}});
     std::vector<base::ReportRow> shipments;
     for (const GlanceShipment &shipment : glance.shipments)
-        shipments.push_back({{shipment.date, shipment.consignee + u'　' + shipment.goods, QVariant()}});
+        shipments.push_back({{shipment.date, shipment.consignee + u'　' + shipment.goods, QVariant()},
+                             QVariant::fromValue(ShipmentLink{shipment.id})});
     addGroup(report, u"最近の伝票"_s, slips);
     addGroup(report, u"よく買う商品"_s, goods);
     addGroup(report, u"最近の発送"_s, shipments);
@@ -75,7 +82,7 @@ CustomerGlancePanel::CustomerGlancePanel(QWidget *parent)
     connect(m_ui->cmdLedger, &QPushButton::clicked, this, &CustomerGlancePanel::ledgerWanted);
     connect(m_ui->cmdSale, &QPushButton::clicked, this, &CustomerGlancePanel::saleWanted);
     connect(m_ui->cmdCharts, &QPushButton::clicked, this, &CustomerGlancePanel::chartsWanted);
-    // Goods, shipments and headings lead to no slip.
+    // Goods and headings lead to nothing.
     connect(m_ui->gridGlance, &QTableView::doubleClicked, this, [this] {
         if (m_ui->gridGlance->currentLink().isValid())
             emit slipWanted();
@@ -178,8 +185,18 @@ void CustomerGlancePanel::showEvent(QShowEvent *event)
 
 // --- What it leads to ---
 
+qint64 CustomerGlancePanel::currentShipment() const
+{
+    return m_ui->gridGlance->currentLink().value<ShipmentLink>().id;
+}
+
 void CustomerGlancePanel::openSlip(QWidget *parent)
 {
+    if (const qint64 shipment = currentShipment(); shipment > 0 && m_openers.shipments) {
+        m_openers.shipments(parent, m_customer, shipment);
+        showAgain();
+        return;
+    }
     if (!m_openers.slip || !m_reader || m_reader->glance().slips.empty())
         return;
     const std::vector<book::RecentSlip> &slips = m_reader->glance().slips;

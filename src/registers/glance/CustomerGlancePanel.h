@@ -24,6 +24,8 @@ struct CustomerOpeners
     std::function<void(QWidget *parent, qint64 customer)> ledger = {};
     std::function<void(QWidget *parent, qint64 customer)> sale = {};
     std::function<void(QWidget *parent, qint64 customer)> charts = {};
+    /// The customer's parcels, with \a shipment (発送ID) as the one to begin with.
+    std::function<void(QWidget *parent, qint64 customer, qint64 shipment)> shipments = {};
 };
 
 /// The last slips, the balance, shipments and usual goods of the customer that a register shows. It waits
@@ -45,6 +47,7 @@ public:
     /// The same customer anew, after what may have changed.
     void showAgain();
 
+    /// The slip of the current row, or its parcel; without either, the last slip.
     void openSlip(QWidget *parent);
     void openLedger(QWidget *parent);
     void openSale(QWidget *parent);
@@ -66,6 +69,7 @@ private:
     void begin();
     void readOn();
     void showGlance();
+    [[nodiscard]] qint64 currentShipment() const;
 
     std::unique_ptr<Ui::CustomerGlancePanel> m_ui;
     CustomerOpeners m_openers;

@@ -70,16 +70,16 @@ base::Status GlanceReader::readGoods()
 base::Status GlanceReader::readShipments()
 {
     const auto found =
-        m_connection.select(u"SELECT 受付日, 届先名1, 届先名2, 品名 FROM 発送マスター WHERE 納品先ID = ? "
-                            "ORDER BY 受付日 DESC, 発送ID DESC LIMIT ?"_s,
-                            {m_customer, shipmentsShown});
+        m_connection.select(u"SELECT 発送ID, 受付日, 届先名1, 届先名2, 品名 FROM 発送マスター "
+                            "WHERE 納品先ID = ? OR 依頼主ID = ? ORDER BY 受付日 DESC, 発送ID DESC LIMIT ?"_s,
+                            {m_customer, m_customer, shipmentsShown});
     if (!found)
         return found.error();
     m_glance.shipments.clear();
     for (const QVariantList &row : found->rows)
-        m_glance.shipments.push_back({row.at(0).toString(),
-                                      book::counterpartName(row.at(1).toString(), row.at(2).toString()),
-                                      row.at(3).toString()});
+        m_glance.shipments.push_back({row.at(0).toLongLong(), row.at(1).toString(),
+                                      book::counterpartName(row.at(2).toString(), row.at(3).toString()),
+                                      row.at(4).toString()});
     return {};
 }
 

@@ -11,17 +11,18 @@ namespace registers
 
 struct GlanceShipment
 {
-    QString date; // 受付日, yyyy-MM-dd
+    qint64 id = 0; // 発送ID
+    QString date;  // 受付日, yyyy-MM-dd
     QString consignee;
     QString goods;
 };
 
 struct CustomerGlance
 {
-    std::vector<book::RecentSlip> slips; // the newest first
-    std::vector<book::UsualGoods> goods; // the most usual first
-    std::vector<GlanceShipment> shipments;
-    base::ExactSum balance; // right when all is read
+    std::vector<book::RecentSlip> slips;   // the newest first
+    std::vector<book::UsualGoods> goods;   // the most usual first
+    std::vector<GlanceShipment> shipments; // that the customer sent or got, the newest first
+    base::ExactSum balance;                // right when all is read
 };
 
 /// Reads a glance piece by piece, each of which takes some milliseconds whatever the book's size: the clerk

@@ -15,8 +15,8 @@ class Connection;
 namespace registers
 {
 
-/// How many slips each customer has, by 納品先ID; customers without slips are left out. Shipments refer to
-/// customers by name only and do not count.
+/// How many slips each customer has, by 納品先ID; customers without slips are left out. Shipments do not
+/// count: the history holds names and addresses of its own.
 base::Result<QHash<qint64, int>> slipsOfCustomers(db::Connection &connection);
 
 /// How many slips the row \a id of \a table ("納品先" or "仕入先") would leave behind if it were deleted.

@@ -35,7 +35,8 @@ QStringList everything(FreshShop &shop)
 {
     return shop.rows(u"SELECT * FROM 納品先 ORDER BY 納品先ID"_s) +
            shop.rows(u"SELECT ID, 相手先ID, 版 FROM 入出庫マスター ORDER BY ID"_s) +
-           shop.rows(u"SELECT 発送ID, 納品先ID, 版 FROM 発送マスター ORDER BY 発送ID"_s);
+           shop.rows(u"SELECT 発送ID, 納品先ID, 依頼主ID, 版 FROM 発送マスター ORDER BY 発送ID"_s) +
+           shop.rows(u"SELECT 納品先ID, 版 FROM 宛名印刷 ORDER BY 印刷ID"_s);
 }
 
 void addCustomers(FreshShop &shop)
@@ -163,11 +164,13 @@ private slots:
             "(3, NULL, '株式会社　山田商店', '本店', '東京都港区芝公園４丁目２番８号', '佐藤', NULL, 'y'), "
             "(4, NULL, '株式会社　山田商店', '支店', '東京都港区芝公園４丁目２番８号', NULL, NULL, NULL), "
             "(5, 9, '株式会社　山田商店', '本店', '東京都港区芝公園４丁目２番８号', NULL, NULL, NULL), "
-            "(6, NULL, NULL, NULL, NULL, NULL, NULL, NULL)"_s);
+            "(6, NULL, NULL, NULL, NULL, NULL, NULL, NULL), (7, 9, 'x', NULL, 'x', NULL, NULL, NULL)"_s);
+        shop.run(u"UPDATE 発送マスター SET 依頼主ID = 2 WHERE 発送ID = 7"_s);
+        shop.run(u"INSERT INTO 宛名印刷 (印刷ID, 納品先ID) VALUES (1, 2), (2, 9)"_s);
         shop.run(u"INSERT INTO 発行控 (発行ID, 伝票種別, 相手先ID) VALUES (1, 'O', 2), (2, 'I', 2)"_s);
         const auto plan = planMerge(shop.connection, 1, 2);
         QVERIFY(plan);
-        QCOMPARE(plan->shipments, 3);
+        QCOMPARE(plan->shipments, 5);
         QStringList filled;
         QStringList lost;
         for (const MergedField &field : plan->fields) {
@@ -184,8 +187,9 @@ private slots:
                 u"SELECT 納品先ID, コード, 納品先名1, 納品先名2, TEL1, メモ, 納品先名キー, 更新日 FROM 納品先"_s),
             QStringList{
                 u"1|B2|㈱山田商店|本店|03-1234-5678|古い|㈱山田商店本店 B2 03-1234-5678 ﾔﾏﾀﾞ|2026-04-01"_s});
-        QCOMPARE(shop.rows(u"SELECT 納品先ID FROM 発送マスター ORDER BY 発送ID"_s).join(u' '),
-                 u"1 1 1 - 9 -"_s);
+        QCOMPARE(shop.rows(u"SELECT 納品先ID, 依頼主ID FROM 発送マスター ORDER BY 発送ID"_s).join(u' '),
+                 u"1|- 1|- -|1 -|- 9|1 -|- 9|1"_s);
+        QCOMPARE(shop.rows(u"SELECT 納品先ID FROM 宛名印刷 ORDER BY 印刷ID"_s).join(u' '), u"1 9"_s);
         QCOMPARE(shop.rows(u"SELECT 相手先ID FROM 発行控 ORDER BY 発行ID"_s).join(u' '), u"1 2"_s);
     }
 
@@ -295,7 +299,9 @@ private slots:
         addCustomers(shop);
         shop.run(
             u"INSERT INTO 入出庫マスター (ID, 伝票番号, 相手先ID, 完了) VALUES (1, 'R1', 1, 1), (2, 'O2', 2, 1)"_s);
-        shop.run(u"INSERT INTO 発送マスター (発送ID, 納品先ID) VALUES (1, 2)"_s);
+        shop.run(
+            u"INSERT INTO 発送マスター (発送ID, 納品先ID, 依頼主ID) VALUES (1, 2, NULL), (2, NULL, 2)"_s);
+        shop.run(u"INSERT INTO 宛名印刷 (印刷ID, 納品先ID) VALUES (1, 2)"_s);
         const auto plan = planMerge(shop.connection, 1, 2);
         QVERIFY(plan && plan->refusal.isEmpty());
         if (said.isEmpty())

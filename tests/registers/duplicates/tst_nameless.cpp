@@ -49,23 +49,23 @@ private slots:
         shop.run(
             u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名2, 住所1) VALUES (1, '山田', NULL, NULL), "
             "(2, NULL, NULL, '港区'), (3, ' 　 ', '', NULL), (4, NULL, '本店', NULL), (5, '', NULL, NULL), "
-            "(6, NULL, NULL, NULL)"_s);
+            "(6, NULL, NULL, NULL), (8, NULL, NULL, NULL)"_s);
         shop.run(u"INSERT INTO 仕入先 (仕入先ID, 仕入先名1) VALUES (2, NULL), (3, '農園')"_s);
         shop.run(
             u"INSERT INTO 入出庫マスター (ID, 伝票番号, 相手先ID) VALUES (1, 'O1', 5), (2, 'I2', 3), (3, 'M3', 2)"_s);
-        shop.run(u"INSERT INTO 発送マスター (発送ID, 納品先ID) VALUES (1, 6)"_s);
+        shop.run(u"INSERT INTO 発送マスター (発送ID, 納品先ID, 依頼主ID) VALUES (1, 6, NULL), (2, 1, 8)"_s);
         const auto customers = namelessRows(shop.connection, Party::Customer, 10);
         QVERIFY(customers);
-        QCOMPARE(keysOf(*customers), QList<qint64>({2, 3, 5, 6}));
+        QCOMPARE(keysOf(*customers), QList<qint64>({2, 3, 5, 6, 8}));
         QCOMPARE(customers->front().slips, 1);
         QCOMPARE(customers->front().address, u"港区"_s);
-        QCOMPARE(keysOf(*namelessRows(shop.connection, Party::Customer, 2)), QList<qint64>({5, 6}));
-        QCOMPARE(counted(shop, Party::Customer), 4);
+        QCOMPARE(keysOf(*namelessRows(shop.connection, Party::Customer, 2)), QList<qint64>({6, 8}));
+        QCOMPARE(counted(shop, Party::Customer), 5);
         QCOMPARE(counted(shop, Party::Supplier), 1);
-        const auto deleted = deleteNameless(shop.connection, Party::Customer, {1, 2, 3, 4, 5, 6, 7});
+        const auto deleted = deleteNameless(shop.connection, Party::Customer, {1, 2, 3, 4, 5, 6, 7, 8});
         QVERIFY(deleted);
         QCOMPARE(*deleted, 1);
-        QCOMPARE(shop.rows(u"SELECT 納品先ID FROM 納品先 ORDER BY 納品先ID"_s).join(u' '), u"1 2 4 5 6"_s);
+        QCOMPARE(shop.rows(u"SELECT 納品先ID FROM 納品先 ORDER BY 納品先ID"_s).join(u' '), u"1 2 4 5 6 8"_s);
         QCOMPARE(*deleteNameless(shop.connection, Party::Supplier, {2, 3}), 1);
         QCOMPARE(shop.rows(u"SELECT 仕入先ID FROM 仕入先"_s), QStringList{u"3"_s});
     }

@@ -126,13 +126,15 @@ private slots:
     void showsShipments()
     {
         FreshShop shop;
-        shop.run(u"INSERT INTO 発送マスター (発送ID, 納品先ID, 受付日, 届先名1, 届先名2, 品名) VALUES "
-                 "(1, 7, '2026-01-01', '佐藤', NULL, 'りんご'), (2, 8, '2026-03-01', 'x', NULL, 'x'), "
-                 "(3, 7, '2026-02-01', '鈴木', '様方', '米')"_s);
+        shop.run(
+            u"INSERT INTO 発送マスター (発送ID, 納品先ID, 依頼主ID, 受付日, 届先名1, 届先名2, 品名) VALUES "
+            "(1, 7, NULL, '2026-01-01', '佐藤', NULL, 'りんご'), (2, 8, 9, '2026-03-01', 'x', NULL, 'x'), "
+            "(3, NULL, 7, '2026-02-01', '鈴木', '様方', '米')"_s);
         GlanceReader reader(shop.connection, 7);
         QVERIFY(readAll(reader) > 0);
         QCOMPARE(reader.glance().shipments.size(), 2U);
         QCOMPARE(reader.glance().shipments.front().consignee, u"鈴木　様方"_s);
+        QCOMPARE(reader.glance().shipments.front().id, 3);
         QCOMPARE(reader.glance().balance.value(), 0.0);
     }
 };

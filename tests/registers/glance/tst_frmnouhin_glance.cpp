@@ -38,6 +38,11 @@ struct Glance : CustomerDesk
                         r.shop.run(u"INSERT INTO 規格 (規格) VALUES (?)"_s,
                                    {u"図"_s + QString::number(customer)});
                     },
+                .shipments =
+                    [&r](QWidget *, qint64 customer, qint64 shipment) {
+                        r.shop.run(u"INSERT INTO 規格 (規格) VALUES (?)"_s,
+                                   {u"発送%1の%2"_s.arg(customer).arg(shipment)});
+                    },
             });
         })
     {}
@@ -119,6 +124,19 @@ private slots:
         QCOMPARE(r.opened(), QString());
         doubleClick(2);
         QCOMPARE(r.opened(), u"R2"_s);
+    }
+
+    void aParcelIsOpenedAsWell()
+    {
+        Glance r;
+        r.shop.run(u"INSERT INTO 発送マスター (発送ID, 依頼主ID, 受付日, 届先名1, 品名) VALUES (5, 1, "
+                   "'2026-03-01', '鈴木', '米')"_s);
+        r.goTo(1);
+        QTRY_COMPARE(r.shown(), ofYamada + u"|最近の発送 |鈴木　米 "_s);
+        auto &grid = r.the<ui::ReportGrid>("gridGlance");
+        grid.setCurrentIndex(grid.model()->index(7, 1));
+        QTest::keyClick(&r.screen, Qt::Key_F6);
+        QCOMPARE(r.opened(), u"発送1の5"_s);
     }
 
     // The customer that is shown first again may have got slips by a merge.
