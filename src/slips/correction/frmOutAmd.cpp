@@ -28,7 +28,8 @@ frmOutAmd::frmOutAmd(workspace::Workspace &workspace, QWidget *parent, const boo
                             .several = u"複数の入金先が選択されています。",
                             .showsAddress = true,
                             .reprints = kind == book::sale,
-                            .hasDesignatedForm = kind == book::sale})
+                            .hasDesignatedForm = kind == book::sale,
+                            .isSent = kind == book::sale})
 {}
 
 bool frmOutAmd::reprint(qint64 id)

@@ -11,6 +11,7 @@
 #include "slips/correction/correction_remarks.h"
 #include "slips/correction/slip_correction.h"
 #include "slips/entry/counterpart_box.h"
+#include "slips/parcel_desk.h"
 #include "ui/cell_delegate.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -72,6 +73,8 @@ void SlipCorrectionScreen::setCaptions()
         part->setVisible(m_description.showsAddress);
     m_ui->Check2->setVisible(m_description.hasDesignatedForm);
     m_ui->Command2->setVisible(m_description.reprints);
+    m_ui->cmdParcel->setVisible(hasParcels());
+    m_ui->cmdParcels->hide();
 }
 
 void SlipCorrectionScreen::setUpGrids()
@@ -118,6 +121,8 @@ void SlipCorrectionScreen::connectControls()
     press(m_ui->cmdLineDelete, &SlipCorrectionScreen::deleteLine);
     press(m_ui->cmdClose, &SlipCorrectionScreen::closeOpenSlip);
     press(m_ui->Command2, &SlipCorrectionScreen::print);
+    press(m_ui->cmdParcel, &SlipCorrectionScreen::beginParcel);
+    press(m_ui->cmdParcels, &SlipCorrectionScreen::openParcels);
     connect(m_ui->dbcShain, &QComboBox::activated, this, [this](int index) {
         m_slip.headers.setValue(u"社員ID"_s, m_ui->dbcShain->itemData(index).toLongLong());
     });
@@ -416,13 +421,6 @@ bool SlipCorrectionScreen::taxIsSettled()
 base::Result<PaperState> SlipCorrectionScreen::paperNow()
 {
     return paperState(workspace().connection, m_slip.id(), {pricesIncludeTax(), std::nullopt}, memo());
-}
-
-void SlipCorrectionScreen::showAndRemember()
-{
-    const auto state = paperNow();
-    if (tell(state.status()) && reprint(m_slip.id()))
-        m_printed = *state;
 }
 
 // Another correction may have followed the paper.

@@ -35,6 +35,7 @@ struct CorrectionDescription
     bool showsAddress = false;
     bool reprints = false;          // Command2
     bool hasDesignatedForm = false; // Check2
+    bool isSent = false;            // its goods go out as parcels
 };
 
 /// The screens that correct stored slips of one kind: headers in DataGrid1, the shown one's lines in dgdSub,
@@ -83,6 +84,7 @@ private:
     void showHeader();
     void showCounterpart();
     void showRemarks();
+    void showParcels();
     [[nodiscard]] QString slipInWords() const;
     bool editHeader(const QString &column, QLineEdit *box);
     [[nodiscard]] QModelIndex headerCell(const QString &column) const; // of the shown slip
@@ -102,6 +104,10 @@ private:
     bool taxIsSettled();
     void showAndRemember();
     void offerReprint();
+    [[nodiscard]] bool hasParcels() const;
+    [[nodiscard]] QString number() const;
+    void beginParcel();
+    void openParcels();
 
     CorrectionDescription m_description;
     std::unique_ptr<Ui::CorrectionForm> m_ui;

@@ -5,6 +5,7 @@
 #include "slips/correction/slip_correction.h"
 #include "slips/correction/slip_correction_screen.h"
 #include "slips/issued/issued_search.h"
+#include "slips/parcel_desk.h"
 #include "ui_CorrectionForm.h"
 #include "workspace/workspace.h"
 
@@ -18,7 +19,7 @@ void SlipCorrectionScreen::showSlip()
     const bool any = m_slip.headers.currentRow() >= 0;
     const std::initializer_list<QWidget *> needed{
         m_ui->Frame2,        m_ui->Command3, m_ui->cmdMasterCancel, m_ui->cmdLineAdd,
-        m_ui->cmdLineDelete, m_ui->Check2,   m_ui->Command2};
+        m_ui->cmdLineDelete, m_ui->Check2,   m_ui->Command2,        m_ui->cmdParcel};
     for (QWidget *control : needed)
         control->setEnabled(any);
     // The same slip was only saved or read anew: its lines, and the place among them, stay.
@@ -26,6 +27,7 @@ void SlipCorrectionScreen::showSlip()
     tell(opened.status());
     showCount();
     showHeader();
+    showParcels();
     if (!opened || *opened)
         m_slip.acceptTax();
 }
@@ -104,6 +106,51 @@ void SlipCorrectionScreen::showRemarks()
     m_ui->lblTotal->setText(m_slip.headers.currentRow() >= 0 ? totalRemark(linesIn(m_slip.lines))
                                                              : QString());
     m_ui->dgdSub->viewport()->update();
+}
+
+// --- Its paper, and the parcels of a sale ---
+
+void SlipCorrectionScreen::showAndRemember()
+{
+    const auto state = paperNow();
+    if (!tell(state.status()) || !reprint(m_slip.id()))
+        return;
+    m_printed = *state;
+    if (hasParcels()) {
+        offerParcel(workspace(), this, m_slip.id(), number());
+        showParcels();
+    }
+}
+
+bool SlipCorrectionScreen::hasParcels() const { return m_description.isSent && hasParcelDesk(workspace()); }
+
+QString SlipCorrectionScreen::number() const { return m_slip.headers.text(u"伝票番号"_s); }
+
+void SlipCorrectionScreen::showParcels()
+{
+    if (!hasParcels())
+        return;
+    const bool any = m_slip.headers.currentRow() >= 0;
+    const auto words = any ? workspace().kept<ParcelDesk>()->words(m_slip.id()) : QString();
+    const QStringList lines = words ? words->split(u'\n', Qt::SkipEmptyParts) : QStringList();
+    m_ui->cmdParcels->setVisible(!lines.isEmpty());
+    if (!lines.isEmpty())
+        m_ui->cmdParcels->setText(lines.front() + (lines.size() > 1 ? u"　ほか"_s : QString()));
+}
+
+// The parcel goes by what the file says of the slip.
+void SlipCorrectionScreen::beginParcel()
+{
+    if (m_slip.headers.currentRow() < 0 || !settled() || !tell(m_slip.storeKnowingly()))
+        return;
+    workspace().kept<ParcelDesk>()->begin(this, m_slip.id());
+    showParcels();
+}
+
+void SlipCorrectionScreen::openParcels()
+{
+    workspace().kept<ParcelDesk>()->show(this, m_slip.id(), number());
+    showParcels();
 }
 
 } // namespace slips

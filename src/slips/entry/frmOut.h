@@ -13,7 +13,7 @@ namespace slips
 {
 
 /// 納品書発行: enters sales slips and prints them as delivery notes, and a postal transfer form after each
-/// one where it is ticked.
+/// one where it is ticked. A sale that was closed can be sent as a parcel.
 class frmOut : public GoodsSlipScreen
 {
     Q_OBJECT
@@ -29,10 +29,16 @@ protected:
     void slipEnds() override;
 
 private:
+    void setUpParcels();
     bool mayBePaid(const book::SlipSums &sums);
+    void offerTransferForm();
+    void offerParcelOf(const book::SavedHeader &slip);
+    void beginParcel();
 
     std::unique_ptr<Ui::frmOut> m_ui;
-    bool m_isClosed = false; // the slip that ends
+    bool m_isClosed = false;    // the slip that ends
+    bool m_isOut = false;       // its note was printed or saved
+    book::SavedHeader m_last{}; // the sale that was closed last
 };
 
 } // namespace slips
