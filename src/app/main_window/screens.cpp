@@ -1,6 +1,7 @@
 #include "app/main_window/screens.h"
 
 #include "app/main_window/frmAMain.h"
+#include "app/main_window/parcels.h"
 #include "masters/DialogMyCo.h"
 #include "masters/DialogTaxRates.h"
 #include "masters/MasterGridEditor.h"
@@ -30,6 +31,8 @@
 #include "shipping/gifts/frmKuroneko6.h"
 #include "shipping/gifts/frmKuroneko7.h"
 #include "shipping/gifts/gift_sheet_print.h"
+#include "shipping/history/frmKuroneko4.h"
+#include "shipping/history/frmKuroneko8.h"
 #include "shipping/slips/shipping_form.h"
 #include "shipping/slips/slip_document.h"
 #include "slips/correction/correction_screens.h"
@@ -181,6 +184,8 @@ void openCustomers(QWidget *parent, workspace::Workspace &workspace)
                 sell(qobject_cast<frmAMain *>(parent), workspace, over, customer);
             },
         .charts = [&workspace](QWidget *over, qint64 customer) { showCharts(over, workspace, customer); },
+        .shipments = [&workspace](QWidget *over, qint64 customer,
+                                  qint64 shipment) { openParcelsOf(over, workspace, customer, shipment); },
     });
     screen.exec();
 }
@@ -223,6 +228,9 @@ Openers screenOpeners()
         {Action::PaymentCorrection, correction(book::payment)},
         {Action::PayableCorrection, correction(book::payableCarried)},
         {Action::StocktakeCorrection, correction(book::stocktake)},
+        {Action::ShippingHistory, openHistory},
+        {Action::ShippingCorrection, screen<shipping::frmKuroneko4>()},
+        {Action::DeleteHistory, screen<shipping::frmKuroneko8>()},
         {Action::Customers, openCustomers},
         {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
         {Action::DuplicateCustomers, screen<registers::DialogDuplicates>()},
