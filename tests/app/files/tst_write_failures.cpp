@@ -17,11 +17,13 @@
 #include "shipping/carriers/carrier_export.h"
 #include "shipping/carriers/tracking_matches.h"
 #include "shipping/slips/shipment_store.h"
+#include "shipping/slips/slip_printer.h"
 #include "slips/entry/frmOut.h"
 #include "slips/issued/issued_documents.h"
 #include "slips/slip_desk.h"
 #include "support/earlier_version.h"
 #include "support/failing_disk.h"
+#include "support/fake_printers.h"
 #include "support/files_content.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
@@ -409,6 +411,23 @@ QString restore(Scene &scene)
                                    base::datedName(target, u"復元前"_s, shop.now.date()), base::unwatched));
 }
 
+// What is told to have failed must not come out of the printer, either.
+QString printParcel(Scene &scene)
+{
+    FreshShop &shop = *scene.logic;
+    const auto printers = std::make_shared<FakePrinters>();
+    printing::keepPrintSystem(shop.workspace, printers);
+    shipping::Shipment parcel;
+    parcel.method = u"宅急便"_s;
+    parcel.consignee.name1 = u"佐藤花子"_s;
+    shipping::SlipPrinter printer(shop.workspace);
+    printer.take(parcel.method, {.queue = u"LASER"_s, .paper = {210, 297}});
+    const auto issued = printer.issue(parcel, shipping::Record::Add);
+    if (printers->given.size() - printers->cancelled.size() != (issued ? 1 : 0))
+        qFatal("printed, and not in the history");
+    return told(issued);
+}
+
 struct Action
 {
     const char *name;
@@ -432,6 +451,7 @@ const Action actions[] = {
     {"receipts from a list", openShopWithSales, takePayments, u"shop.cdb"_s, true},
     {"parcels for a carrier", openShopWithParcels, exportParcels, u"parcels.csv"_s},
     {"tracking numbers", openShopWithParcels, takeTrackingNumbers, u"shop.cdb"_s, true},
+    {"parcel's slip", openShop, printParcel, u"shop.cdb"_s, true},
     {"migration", leaveShopOfVersion1, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},
