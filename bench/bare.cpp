@@ -143,6 +143,36 @@ int Bare::findDocuments(const char *condition)
     return count(sql.constData(), {});
 }
 
+int Bare::findShipments(const QString &sender, const QString &consignee)
+{
+    sqlite3_stmt *statement = prepared(
+        m_handle, "SELECT 発送ID FROM 発送マスター WHERE (依頼主名キー LIKE ?) AND (届先名キー LIKE ?) "
+                  "ORDER BY 発送ID DESC");
+    int at = 0;
+    for (const QString &key : {sender, consignee}) {
+        const QByteArray pattern = '%' + key.toUtf8() + '%';
+        sqlite3_bind_text(statement, ++at, pattern.constData(), int(pattern.size()), SQLITE_TRANSIENT);
+    }
+    return readAll(m_handle, statement);
+}
+
+void Bare::addShipment()
+{
+    run("BEGIN IMMEDIATE");
+    run("INSERT INTO 発送マスター (発送ID, 受付日, 配達日, 発送区分, 発送方法, 依頼主名1, 依頼主郵便番号, "
+        "依頼主住所1, "
+        "依頼主電話, 依頼主名キー, 届先名1, 届先名2, 届先郵便番号, 届先住所1, 届先住所2, 届先電話, "
+        "届先名キー, 品名, "
+        "価格, 備考1, 印刷日, 個数, 版) SELECT coalesce(max(発送ID), 0) + 1, '2026-04-01', '2026-04-03', "
+        "'通常', "
+        "'宅急便', '有限会社山田茶舗', '420-0001', '静岡市葵区井宮町１２３', '054-123-4567', "
+        "'有限会社山田茶舗', "
+        "'株式会社東京百貨店第1売場', '仕入部', '150-0001', '東京都渋谷区神宮前1－２－３', '神宮前ビル1階', "
+        "'03-1234-0001', '株式会社東京百貨店第1売場仕', '煎茶 1号', 3980, '御中元', '2026-04-01', 1, "
+        "(SELECT 最終 FROM 版数) FROM 発送マスター");
+    run("COMMIT");
+}
+
 int Bare::searchCustomers(const QString &key)
 {
     return count("SELECT 納品先ID FROM 納品先 WHERE (納品先名キー LIKE ?) ORDER BY 更新日 DESC",

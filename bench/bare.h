@@ -43,6 +43,13 @@ public:
     /// The keys of the issued documents of which \a condition holds, the latest first. \return how many
     int findDocuments(const char *condition);
 
+    /// The keys of the shipments of which both search keys hold what is given, the last one first. \return
+    /// how many
+    int findShipments(const QString &sender, const QString &consignee);
+
+    /// A shipment, durable.
+    void addShipment();
+
     /// All columns of all customers, printed into \a fileName with commas between.
     void writeCustomers(const QString &fileName);
 

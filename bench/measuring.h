@@ -24,8 +24,11 @@ public:
         : m_folder(folder)
     {}
 
-    /// The file of a shop of that size; made when it is not there yet.
+    /// The file of a shop of that size; made when it is not there yet. One that an earlier version of the
+    /// program made is brought up to date.
     QString shop(int customers, int slips) const;
+    /// The same with at least so many shipments in its history; they are added where they are missing.
+    QString shopWithShipments(int customers, int slips, int shipments) const;
     /// A copy of it that may be written to.
     QString copy(int customers, int slips, const QString &name) const;
 

@@ -8,6 +8,7 @@
 #include "ledger_operations.h"
 #include "measuring.h"
 #include "search_operations.h"
+#include "shipping_operations.h"
 
 #include "app/main_window/frmAMain.h"
 #include "app/main_window/screens.h"
@@ -327,6 +328,7 @@ std::vector<Row> registerOperations(const Shops &shops)
     registerBills(shops, rows);
     registerGlance(shops, rows);
     registerDocuments(shops, rows);
+    registerShipping(shops, rows);
     return rows;
 }
 
