@@ -145,15 +145,22 @@ int Bare::findDocuments(const char *condition)
 
 int Bare::findShipments(const QString &sender, const QString &consignee)
 {
-    sqlite3_stmt *statement = prepared(
-        m_handle, "SELECT 発送ID FROM 発送マスター WHERE (依頼主名キー LIKE ?) AND (届先名キー LIKE ?) "
-                  "ORDER BY 発送ID DESC");
-    int at = 0;
-    for (const QString &key : {sender, consignee}) {
-        const QByteArray pattern = '%' + key.toUtf8() + '%';
-        sqlite3_bind_text(statement, ++at, pattern.constData(), int(pattern.size()), SQLITE_TRANSIENT);
+    // Where no key holds it, the whole names may.
+    for (const char *sql :
+         {"SELECT 発送ID FROM 発送マスター WHERE (依頼主名キー LIKE ?) AND (届先名キー LIKE ?) "
+          "ORDER BY 発送ID DESC",
+          "SELECT 発送ID FROM 発送マスター WHERE (依頼主名1 || coalesce(依頼主名2, '') LIKE ?) AND "
+          "(届先名1 || coalesce(届先名2, '') LIKE ?) ORDER BY 発送ID DESC"}) {
+        sqlite3_stmt *statement = prepared(m_handle, sql);
+        int at = 0;
+        for (const QString &key : {sender, consignee}) {
+            const QByteArray pattern = '%' + key.toUtf8() + '%';
+            sqlite3_bind_text(statement, ++at, pattern.constData(), int(pattern.size()), SQLITE_TRANSIENT);
+        }
+        if (const int found = readAll(m_handle, statement); found > 0)
+            return found;
     }
-    return readAll(m_handle, statement);
+    return 0;
 }
 
 void Bare::addShipment()

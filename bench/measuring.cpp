@@ -29,9 +29,10 @@ bool isUpToDate(const QString &fileName)
     const auto version = db::storedVersion(fileName);
     if (version > 0 && version < db::schemaVersion) {
         const QDate day(2026, 4, 1);
+        const QString copy = base::datedName(fileName, u"版%1"_s.arg(version), day);
         if (!db::migrate(fileName, day))
             return false;
-        QFile::remove(base::datedName(fileName, u"版%1"_s.arg(version), day));
+        QFile::remove(copy);
     }
     return db::storedVersion(fileName) == db::schemaVersion;
 }
