@@ -14,6 +14,8 @@
 
 #include <QShortcut>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace registers
@@ -269,6 +271,17 @@ void frmNouhin::add()
     m_isPart = false;
     beginEntry();
     m_ui->panel->beginEntry();
+    const QVariantMap known = std::exchange(m_known, {});
+    for (auto value = known.cbegin(); value != known.cend(); ++value)
+        rows().setValue(value.key(), value.value());
+    if (!known.isEmpty())
+        showRow();
+}
+
+void frmNouhin::startNewWith(const QVariantMap &values)
+{
+    m_known = values;
+    startNew();
 }
 
 void frmNouhin::exportAll()

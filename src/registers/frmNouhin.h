@@ -25,6 +25,9 @@ public:
     /// Shows the customer \a id alone. To be called before the screen is shown.
     void openCustomer(qint64 id);
 
+    /// Starts a new customer of whom \a values are known, by column, as soon as the screen is shown.
+    void startNewWith(const QVariantMap &values);
+
     /// What its customers lead to. To be called before the screen is shown.
     void setOpeners(const CustomerOpeners &openers);
 
@@ -70,6 +73,7 @@ private:
     bool categoriesReady(const QString &sentence);
 
     std::unique_ptr<Ui::frmNouhin> m_ui;
+    QVariantMap m_known;   // of the customer to begin with
     bool m_isPart = false; // not all customers are listed
 };
 

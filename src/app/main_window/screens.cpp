@@ -33,6 +33,8 @@
 #include "shipping/gifts/gift_sheet_print.h"
 #include "shipping/history/frmKuroneko4.h"
 #include "shipping/history/frmKuroneko8.h"
+#include "shipping/slips/frmKuroneko1.h"
+#include "shipping/slips/frmKuroneko2.h"
 #include "shipping/slips/shipping_form.h"
 #include "shipping/slips/slip_document.h"
 #include "slips/correction/correction_screens.h"
@@ -127,6 +129,18 @@ void openSlipPrinter(QWidget *parent, workspace::Workspace &workspace)
         openFormLayouts(over, workspace, shipping::slipLayout(workspace.panel.carrier));
     });
     shown.exec();
+}
+
+// Their printer is set up from there, too.
+template <class Screen>
+void openShippingSlips(QWidget *parent, workspace::Workspace &workspace)
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    Screen screen(workspace, parent);
+    QGuiApplication::restoreOverrideCursor();
+    screen.setPrinterSettings(
+        [&workspace](QWidget *over) { openSlipPrinter<printing::frmPrinterP>(over, workspace); });
+    screen.exec();
 }
 
 Opener correction(const book::SlipKind &kind)
@@ -231,6 +245,8 @@ Openers screenOpeners()
         {Action::ShippingHistory, openHistory},
         {Action::ShippingCorrection, screen<shipping::frmKuroneko4>()},
         {Action::DeleteHistory, screen<shipping::frmKuroneko8>()},
+        {Action::MailOrderSlip, openShippingSlips<shipping::frmKuroneko1>},
+        {Action::GiftSlip, openShippingSlips<shipping::frmKuroneko2>},
         {Action::Customers, openCustomers},
         {Action::DeleteCustomers, screen<registers::frmNouhinDel>()},
         {Action::DuplicateCustomers, screen<registers::DialogDuplicates>()},

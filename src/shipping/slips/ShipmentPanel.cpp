@@ -196,7 +196,11 @@ void ShipmentPanel::tellNotice(bool wanted)
     m_ui->lblNotice->setText(wanted ? u"お届け通知：必要"_s : u"お届け通知：不要"_s);
 }
 
-void ShipmentPanel::showForm() { m_ui->lblNotice->setVisible(m_ui->Combo5->currentText() == formWithNotice); }
+void ShipmentPanel::showForm()
+{
+    m_ui->lblNotice->setVisible(form() == formWithNotice);
+    emit formChanged(form());
+}
 
 void ShipmentPanel::setPrinterSettings(std::function<void(QWidget *)> open)
 {
@@ -475,6 +479,7 @@ bool ShipmentPanel::isConsigneeTyped() const { return consignee() != Party() && 
 bool ShipmentPanel::isSenderTyped() const { return sender() != Party() && sender() != m_from.filled; }
 
 QString ShipmentPanel::category() const { return m_ui->dbcKubun->currentText().trimmed(); }
+QString ShipmentPanel::form() const { return m_ui->Combo5->currentText(); }
 int ShipmentPanel::categoryCount() const { return m_ui->dbcKubun->count(); }
 
 // --- Where the work goes on ---

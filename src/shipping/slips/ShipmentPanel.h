@@ -97,6 +97,8 @@ public:
     [[nodiscard]] qint64 consigneeId() const;
     [[nodiscard]] qint64 senderId() const;
     [[nodiscard]] QString category() const;
+    /// Its form; empty for one that there is none of any more.
+    [[nodiscard]] QString form() const;
     /// How many categories there are to choose from.
     [[nodiscard]] int categoryCount() const;
 
@@ -106,6 +108,9 @@ public:
     void focusSender();
     void focusCategory();
     void focusSlip();
+
+signals:
+    void formChanged(const QString &form);
 
 private:
     // One of the two parties: its boxes in the order of Party's members, and whom they were filled with.

@@ -7,7 +7,6 @@
 #include "shipping/slips/shipment_store.h"
 #include "text/dates.h"
 #include "text/numbers.h"
-#include "text/postal_code.h"
 #include "text/width.h"
 
 #include <QRegularExpression>
@@ -148,8 +147,6 @@ QStringList doubtsOf(const Shipment &shipment, const QDate &today)
     const Party &consignee = shipment.consignee;
     if ((consignee.name1 + consignee.name2).trimmed().isEmpty())
         doubts << u"お届け先の名前が入力されていません。"_s;
-    if (!text::completePostalCode(consignee.zip))
-        doubts << u"お届け先の郵便番号「%1」は７桁の番号ではありません。"_s.arg(consignee.zip);
     if ((consignee.address1 + consignee.address2).trimmed().isEmpty())
         doubts << u"お届け先の住所が入力されていません。"_s;
     addDayDoubts(doubts, shipment, today);

@@ -20,6 +20,8 @@
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
+#include "shipping/slips/frmKuroneko1.h"
+#include "shipping/slips/frmKuroneko2.h"
 #include "slips/correction/frmInAmd.h"
 #include "slips/correction/frmMitumoriAmd.h"
 #include "slips/correction/frmOutAmd.h"
@@ -183,6 +185,7 @@ void TestLetters::standOnceOnScreens()
                             reports::frmInZandaka, reports::frmTanaMoto,
                             reports::DayReportOf<reports::DayReportKind::Sales>, reports::frmOutBillList,
                             reports::DialogCharts, reports::frmInList, reports::frmInTax>(shop.workspace);
+    twice << twiceOnScreens<shipping::frmKuroneko1, shipping::frmKuroneko2>(shop.workspace);
     ui::prompts::takeUnexpected(); // what an empty shop has to say is not asked here
     QCOMPARE(twice.join(u'\n'), QString());
 }

@@ -23,6 +23,8 @@
 #include "shipping/carriers/DialogCarrierExport.h"
 #include "shipping/carriers/DialogCarrierSettings.h"
 #include "shipping/carriers/DialogTrackingImport.h"
+#include "shipping/slips/frmKuroneko1.h"
+#include "shipping/slips/frmKuroneko2.h"
 #include "slips/correction/frmInAmd.h"
 #include "slips/correction/frmMitumoriAmd.h"
 #include "slips/correction/frmOutAmd.h"
@@ -138,6 +140,7 @@ void TestSmallScreens::nothingIsOutOfReach()
                       reports::DialogBillIssue, reports::frmOutBill>(shop.workspace, display);
     cut << cutScreens<shipping::DialogCarrierExport, shipping::DialogCarrierSettings,
                       shipping::DialogTrackingImport>(shop.workspace, display);
+    cut << cutScreens<shipping::frmKuroneko1, shipping::frmKuroneko2>(shop.workspace, display);
     ui::prompts::takeUnexpected(); // what an empty shop has to say is not asked here
     QCOMPARE(cut.join(u'\n'), QString());
 
