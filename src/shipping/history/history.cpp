@@ -2,8 +2,8 @@
 
 #include "db/condition.h"
 #include "db/recordset.h"
-#include "shipping/history/tracking_number.h"
 #include "shipping/slips/shipment_store.h"
+#include "shipping/slips/tracking_number.h"
 #include "text/dates.h"
 #include "text/like.h"
 #include "text/search_pattern.h"

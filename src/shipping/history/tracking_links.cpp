@@ -1,6 +1,6 @@
 #include "shipping/history/tracking_links.h"
 
-#include "shipping/history/tracking_number.h"
+#include "shipping/slips/tracking_number.h"
 
 #include <algorithm>
 

@@ -6,6 +6,7 @@
 #include "registers/customer.h"
 #include "registers/postal/postal_boxes.h"
 #include "shipping/slips/shipment_entry.h"
+#include "shipping/slips/tracking_number.h"
 #include "slips/entry/picker.h"
 #include "text/numbers.h"
 #include "text/postal_code.h"
@@ -114,7 +115,7 @@ void ShipmentPanel::connectForms()
             const auto yen = typedYen(typed, {});
             return yen ? shownYen(*yen) : typed;
         });
-    form(m_ui->txtKDenNo, typedTrackingNumber);
+    form(m_ui->txtKDenNo, storedTracking);
     for (Side *side : {&m_to, &m_from})
         connect(side->boxes[0], &QLineEdit::textChanged, this, [side] { showLink(*side); });
     connect(m_ui->dbcShohin, &QComboBox::activated, this, &ShipmentPanel::takeProduct);
@@ -338,7 +339,7 @@ ShipmentPanel::Reading ShipmentPanel::read() const
     typed.memo2 = m_ui->txtMemo2->text().trimmed();
     typed.customerCode = m_ui->txtCode1->text().trimmed();
     typed.officeCode = m_ui->txtCode2->text().trimmed();
-    typed.trackingNumber = typedTrackingNumber(m_ui->txtKDenNo->text());
+    typed.trackingNumber = storedTracking(m_ui->txtKDenNo->text());
     typed.timeSlot = m_ui->cmbTimeSlot->currentData().toString();
     typed.cooling = m_ui->cmbCooling->currentData().toString();
     typed.parcels = m_ui->spnParcels->value();

@@ -5,6 +5,7 @@
 #include "masters/own_company.h"
 #include "registers/counterpart.h"
 #include "shipping/slips/shipment_store.h"
+#include "shipping/slips/tracking_number.h"
 #include "text/dates.h"
 #include "text/numbers.h"
 #include "text/width.h"
@@ -47,14 +48,6 @@ std::optional<QDate> monthAndDay(const QString &typed, const QDate &today)
     return nearest.isValid() ? std::optional(nearest) : std::nullopt;
 }
 
-// Numbers of twelve digits end in the rest of the others by seven; other lengths have rules of their own.
-bool isDoubtfulNumber(const QString &number)
-{
-    static const QRegularExpression twelve(u"^[0-9]{12}$"_s);
-    return twelve.match(number).hasMatch() &&
-           number.left(11).toLongLong() % 7 != number.right(1).toLongLong();
-}
-
 void addDayDoubts(QStringList &doubts, const Shipment &shipment, const QDate &today)
 {
     const QDate &accepted = shipment.accepted;
@@ -89,18 +82,6 @@ base::Result<std::optional<double>> typedYen(const QString &typed, const QString
     if (*yen < 0 || *yen > mostYen || *yen != std::floor(*yen))
         return base::Error{name + u"には０から９億９９９９万９９９９までの円単位の数を入力してください。"_s};
     return yen;
-}
-
-QString typedTrackingNumber(const QString &typed)
-{
-    static const QRegularExpression framed(u"^[A-D]([0-9-]+)[A-D]$"_s,
-                                           QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression blanks(u"\\s"_s);
-    static const QRegularExpression digits(u"^[0-9-]*[0-9][0-9-]*$"_s);
-    QString number = text::toHalfWidthAscii(text::withPlainHyphens(typed)).remove(blanks);
-    if (const auto match = framed.match(number); match.hasMatch())
-        number = match.captured(1);
-    return digits.match(number).hasMatch() ? number.remove(u'-') : number;
 }
 
 Party partyOf(const masters::OwnCompany &company)
@@ -152,8 +133,8 @@ QStringList doubtsOf(const Shipment &shipment, const QDate &today)
     addDayDoubts(doubts, shipment, today);
     if (isCollected(shipment.method) && shipment.price.value_or(0) == 0)
         doubts << u"「%1」ですが、集金する価格が入力されていません。"_s.arg(shipment.method);
-    if (isDoubtfulNumber(shipment.trackingNumber))
-        doubts << u"伝票番号「%1」は、最後の数字がほかの数字と合いません。"_s.arg(shipment.trackingNumber);
+    if (const QString doubt = trackingDoubt(shipment.trackingNumber); !doubt.isEmpty())
+        doubts << doubt;
     return doubts;
 }
 

@@ -27,11 +27,6 @@ std::optional<QDate> typedDay(const QString &typed, const QDate &today);
 /// Whole yen; nothing typed is none. \a name ("価格") is the box that the error speaks of.
 base::Result<std::optional<double>> typedYen(const QString &typed, const QString &name);
 
-/// The carrier's number of a parcel as typed or read from its bar code: half-width, without blanks, without
-/// the letters that some readers deliver for the code's beginning and end, and without hyphens between
-/// digits.
-QString typedTrackingNumber(const QString &typed);
-
 /// The one who sends, as the own company is registered.
 Party partyOf(const masters::OwnCompany &company);
 

@@ -5,7 +5,7 @@
 #include "shipping/history/history.h"
 #include "shipping/history/history_deletion.h"
 #include "shipping/history/tracking_links.h"
-#include "shipping/history/tracking_number.h"
+#include "shipping/slips/tracking_number.h"
 
 #include <QTest>
 

@@ -328,7 +328,7 @@ void TestShipmentPanel::doubts_data()
         u"「宅急便　コレクト」ですが、集金する価格が入力されていません。"_s);
     row(
         "a digit mistyped", [](Shipment &s) { s.trackingNumber = u"123456789012"_s; },
-        u"伝票番号「123456789012」は、最後の数字がほかの数字と合いません。"_s);
+        u"送り状番号の最後の数字がほかの数字と合いません。打ち間違いがないか確かめてください。"_s);
 }
 
 void TestShipmentPanel::doubts()

@@ -1,4 +1,4 @@
-#include "shipping/history/tracking_number.h"
+#include "shipping/slips/tracking_number.h"
 
 #include "db/transaction.h"
 #include "shipping/slips/shipment_store.h"
