@@ -8,6 +8,7 @@
 #include "food_day.h"
 #include "ledgers.h"
 #include "old_file.h"
+#include "parcels.h"
 #include "printers.h"
 #include "purchases.h"
 #include "receipts.h"
@@ -94,6 +95,7 @@ QStringList walk(const QDir &folder)
     tour::handToCarriers(walker, workspace, window, folder);
     tour::setPrintersUp(walker, workspace, window);
     tour::lookAtSlips(walker, workspace, folder);
+    tour::sendParcels(walker, workspace, window);
     tour::convertOldFile(walker, workspace, window, folder);
     window.close();
     const QString backup = workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName));

@@ -3,13 +3,11 @@
 #include "masters/name_lists.h"
 #include "printing/font_names.h"
 #include "printing/print_frame.h"
-#include "registers/customer.h"
-#include "registers/postal/postal_boxes.h"
+#include "shipping/slips/party_boxes.h"
 #include "shipping/slips/shipment_entry.h"
 #include "shipping/slips/tracking_number.h"
 #include "slips/entry/picker.h"
 #include "text/numbers.h"
-#include "text/postal_code.h"
 #include "text/width.h"
 #include "ui/file_dialogs.h"
 #include "ui/width_check.h"
@@ -64,12 +62,18 @@ ShipmentPanel::ShipmentPanel(QWidget *parent)
     // Stands for its boxes in the screen's tab order.
     setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(m_ui->txtNName1);
-    m_to = {.boxes = {m_ui->txtNName1, m_ui->txtNName2, m_ui->txtNZip, m_ui->txtNAddress1, m_ui->txtNAddress2,
-                      m_ui->txtNTel1},
-            .link = m_ui->lblConsignee};
-    m_from = {.boxes = {m_ui->txtName1, m_ui->txtName2, m_ui->txtZip, m_ui->txtAddress1, m_ui->txtAddress2,
-                        m_ui->txtTel1},
-              .link = m_ui->lblSender};
+    m_to = new PartyBoxes({.boxes = {m_ui->txtNName1, m_ui->txtNName2, m_ui->txtNZip, m_ui->txtNAddress1,
+                                     m_ui->txtNAddress2, m_ui->txtNTel1},
+                           .link = m_ui->lblConsignee,
+                           .lookUp = m_ui->cmdNZip,
+                           .remark = m_ui->cmdNZipSearch},
+                          this);
+    m_from = new PartyBoxes({.boxes = {m_ui->txtName1, m_ui->txtName2, m_ui->txtZip, m_ui->txtAddress1,
+                                       m_ui->txtAddress2, m_ui->txtTel1},
+                             .link = m_ui->lblSender,
+                             .lookUp = m_ui->cmdZip,
+                             .remark = m_ui->cmdZipSearch},
+                            this);
     fillChoices();
     connectForms();
     m_ui->LblPrinterName->setEnabled(false);
@@ -86,38 +90,21 @@ void ShipmentPanel::fillChoices()
         m_ui->cmbCooling->addItem(cooling.isEmpty() ? u"なし"_s : cooling, cooling);
     new slips::Picker(m_ui->dbcKubun);
     new slips::Picker(m_ui->dbcShohin);
-    for (QLineEdit *box : {m_ui->txtNName1, m_ui->txtNName2, m_ui->txtNAddress1, m_ui->txtNAddress2,
-                           m_ui->txtName1, m_ui->txtName2, m_ui->txtAddress1, m_ui->txtAddress2,
-                           m_ui->txtHinmei, m_ui->txtMemo1, m_ui->txtMemo2})
+    for (QLineEdit *box : {m_ui->txtHinmei, m_ui->txtMemo1, m_ui->txtMemo2})
         ui::WidthCheck::guard(box, ui::nameWidth);
 }
 
-// What was typed is brought into form; passing through a box with the cursor is no edit.
 void ShipmentPanel::connectForms()
 {
-    const auto form = [this](QLineEdit *box, QString (*formed)(const QString &)) {
-        connect(box, &QLineEdit::editingFinished, this, [box, formed] {
-            const QString text = formed(box->text());
-            const bool isModified = box->isModified();
-            if (isModified && text != box->text())
-                box->setText(text);
-            box->setModified(isModified);
-        });
-    };
-    for (QLineEdit *box : {m_ui->txtNTel1, m_ui->txtTel1})
-        form(box, registers::normalisedPhone);
-    for (QLineEdit *box : {m_ui->txtNZip, m_ui->txtZip})
-        form(box, [](const QString &typed) { return text::shownPostalCode(typed.trimmed()); });
     for (QLineEdit *box : {m_ui->txtCode1, m_ui->txtCode2})
-        form(box, [](const QString &typed) { return text::toHalfWidthAscii(typed).trimmed(); });
-    for (QLineEdit *box : {m_ui->Text1, m_ui->Text2})
-        form(box, [](const QString &typed) {
+        bringIntoForm(box, [](const QString &typed) { return text::toHalfWidthAscii(typed).trimmed(); });
+    for (QLineEdit *box : {m_ui->Text1, m_ui->Text2}) {
+        bringIntoForm(box, [](const QString &typed) {
             const auto yen = typedYen(typed, {});
             return yen ? shownYen(*yen) : typed;
         });
-    form(m_ui->txtKDenNo, storedTracking);
-    for (Side *side : {&m_to, &m_from})
-        connect(side->boxes[0], &QLineEdit::textChanged, this, [side] { showLink(*side); });
+    }
+    bringIntoForm(m_ui->txtKDenNo, storedTracking);
     connect(m_ui->dbcShohin, &QComboBox::activated, this, &ShipmentPanel::takeProduct);
     connect(m_ui->dbcShohin->lineEdit(), &QLineEdit::editingFinished, this, &ShipmentPanel::takeProduct);
     connect(m_ui->Combo5, &QComboBox::currentTextChanged, this, &ShipmentPanel::showForm);
@@ -128,7 +115,8 @@ void ShipmentPanel::connectForms()
 base::Status ShipmentPanel::bind(workspace::Workspace &workspace)
 {
     m_workspace = &workspace;
-    connectPostal(workspace);
+    for (PartyBoxes *party : {m_to, m_from})
+        party->connectPostalCodes(workspace);
     for (DayLine *box : {m_ui->txtDate1, m_ui->txtDate2})
         box->setToday(workspace.today());
     m_ui->txtDate1->markAllBut(workspace.today());
@@ -136,22 +124,6 @@ base::Status ShipmentPanel::bind(workspace::Workspace &workspace)
     clear();
     showPrinter();
     return offered;
-}
-
-void ShipmentPanel::connectPostal(workspace::Workspace &workspace)
-{
-    m_to.postal = new registers::PostalBoxes(workspace, {.zip = m_ui->txtNZip,
-                                                         .address = m_ui->txtNAddress1,
-                                                         .address2 = m_ui->txtNAddress2,
-                                                         .remark = m_ui->cmdNZipSearch});
-    m_from.postal = new registers::PostalBoxes(workspace, {.zip = m_ui->txtZip,
-                                                           .address = m_ui->txtAddress1,
-                                                           .address2 = m_ui->txtAddress2,
-                                                           .remark = m_ui->cmdZipSearch});
-    for (const Side *side : {&m_to, &m_from})
-        side->postal->fillOnLeavingAddress();
-    connect(m_ui->cmdNZip, &QPushButton::clicked, m_to.postal, &registers::PostalBoxes::lookUp);
-    connect(m_ui->cmdZip, &QPushButton::clicked, m_from.postal, &registers::PostalBoxes::lookUp);
 }
 
 base::Status ShipmentPanel::offerMasters(workspace::Workspace &workspace)
@@ -270,8 +242,8 @@ void ShipmentPanel::clear()
 void ShipmentPanel::setShipment(const Shipment &shipment)
 {
     m_base = shipment;
-    fill(m_to, shipment.consignee, shipment.consigneeId);
-    fill(m_from, shipment.sender, shipment.senderId);
+    m_to->fill(shipment.consignee, shipment.consigneeId);
+    m_from->fill(shipment.sender, shipment.senderId);
     m_ui->txtDate1->setDay(shipment.accepted);
     m_ui->txtDate2->setDay(shipment.delivery);
     m_ui->dbcKubun->setCurrentIndex(m_ui->dbcKubun->findText(shipment.category));
@@ -305,7 +277,7 @@ void ShipmentPanel::showGoods(const Shipment &shipment)
 
 void ShipmentPanel::fillFrom(const Shipment &earlier)
 {
-    fill(m_to, earlier.consignee, earlier.consigneeId);
+    m_to->fill(earlier.consignee, earlier.consigneeId);
     showGoods(earlier);
 }
 
@@ -395,8 +367,8 @@ void ShipmentPanel::readYen(Reading &reading) const
 
 void ShipmentPanel::settle()
 {
-    for (const Side *side : {&m_to, &m_from})
-        side->postal->settle();
+    for (PartyBoxes *party : {m_to, m_from})
+        party->settle();
     takeProduct();
 }
 
@@ -436,48 +408,14 @@ void ShipmentPanel::takeProduct()
 
 // --- The parties ---
 
-void ShipmentPanel::fill(Side &side, const Party &party, qint64 id)
-{
-    side.filled = party;
-    side.id = id;
-    const QString *texts[] = {&party.name1,    &party.name2,    &party.zip,
-                              &party.address1, &party.address2, &party.tel};
-    for (std::size_t i = 0; i < std::size(texts); ++i)
-        showText(side.boxes[i], *texts[i]);
-    if (side.postal)
-        side.postal->forget();
-    side.filled = partyIn(side);
-    showLink(side);
-}
-
-Party ShipmentPanel::partyIn(const Side &side)
-{
-    const auto text = [&side](std::size_t box) { return side.boxes[box]->text().trimmed(); };
-    return {text(0), text(1), text::shownPostalCode(text(2)), text(3), text(4), text(5)};
-}
-
-qint64 ShipmentPanel::idOf(const Side &side)
-{
-    return isStillNamed(side.filled, partyIn(side)) ? side.id : 0;
-}
-
-void ShipmentPanel::showLink(const Side &side)
-{
-    const qint64 id = idOf(side);
-    side.link->setText(id > 0        ? u"納品先 ID %1"_s.arg(id)
-                       : side.id > 0 ? u"「%1」とは別の人として扱います"_s.arg(side.filled.name1)
-                                     : QString());
-}
-
-Party ShipmentPanel::consignee() const { return partyIn(m_to); }
-Party ShipmentPanel::sender() const { return partyIn(m_from); }
-void ShipmentPanel::setConsignee(const Party &consignee, qint64 id) { fill(m_to, consignee, id); }
-void ShipmentPanel::setSender(const Party &sender, qint64 id) { fill(m_from, sender, id); }
-qint64 ShipmentPanel::consigneeId() const { return idOf(m_to); }
-qint64 ShipmentPanel::senderId() const { return idOf(m_from); }
-
-bool ShipmentPanel::isConsigneeTyped() const { return consignee() != Party() && consignee() != m_to.filled; }
-bool ShipmentPanel::isSenderTyped() const { return sender() != Party() && sender() != m_from.filled; }
+Party ShipmentPanel::consignee() const { return m_to->party(); }
+Party ShipmentPanel::sender() const { return m_from->party(); }
+void ShipmentPanel::setConsignee(const Party &consignee, qint64 id) { m_to->fill(consignee, id); }
+void ShipmentPanel::setSender(const Party &sender, qint64 id) { m_from->fill(sender, id); }
+qint64 ShipmentPanel::consigneeId() const { return m_to->id(); }
+qint64 ShipmentPanel::senderId() const { return m_from->id(); }
+bool ShipmentPanel::isConsigneeTyped() const { return m_to->isTyped(); }
+bool ShipmentPanel::isSenderTyped() const { return m_from->isTyped(); }
 
 QString ShipmentPanel::category() const { return m_ui->dbcKubun->currentText().trimmed(); }
 QString ShipmentPanel::form() const { return m_ui->Combo5->currentText(); }

@@ -8,17 +8,11 @@
 #include <functional>
 #include <memory>
 
-class QLabel;
 class QLineEdit;
 
 namespace Ui
 {
 class ShipmentPanel;
-}
-
-namespace registers
-{
-class PostalBoxes;
 }
 
 namespace workspace
@@ -29,6 +23,8 @@ struct SettingKey;
 
 namespace shipping
 {
+
+class PartyBoxes;
 
 /// Where a screen keeps what stands on each of its slips: 顧客コード and 発店コード, the two lines of
 /// remarks.
@@ -113,15 +109,6 @@ signals:
     void formChanged(const QString &form);
 
 private:
-    // One of the two parties: its boxes in the order of Party's members, and whom they were filled with.
-    struct Side
-    {
-        QLineEdit *boxes[6];
-        QLabel *link;
-        registers::PostalBoxes *postal = nullptr;
-        Party filled = {};
-        qint64 id = 0;
-    };
     // What is typed, and the first box that says something impossible.
     struct Reading
     {
@@ -131,7 +118,6 @@ private:
     };
 
     void connectForms();
-    void connectPostal(workspace::Workspace &workspace);
     base::Status offerMasters(workspace::Workspace &workspace);
     void fillChoices();
     [[nodiscard]] Reading read() const;
@@ -142,18 +128,14 @@ private:
     void showPrinter();
     void openPrinter();
     void chooseFont();
-    void fill(Side &side, const Party &party, qint64 id);
-    [[nodiscard]] static Party partyIn(const Side &side);
-    [[nodiscard]] static qint64 idOf(const Side &side);
-    static void showLink(const Side &side);
     [[nodiscard]] QStringList state(bool isKept) const;
     void showGoods(const Shipment &shipment);
 
     std::unique_ptr<Ui::ShipmentPanel> m_ui;
     workspace::Workspace *m_workspace = nullptr;
     std::function<void(QWidget *)> m_openPrinter;
-    Side m_to;
-    Side m_from;
+    PartyBoxes *m_to;
+    PartyBoxes *m_from;
     Shipment m_base; // what is not shown
     QString m_takenProduct;
     bool m_isReadOnly = false;
