@@ -31,7 +31,6 @@ LabelPlaceBox::LabelPlaceBox(workspace::Workspace &workspace, QWidget *parent)
     m_grid->setObjectName(u"labelPlace"_s);
     m_grid->setAccessibleName(u"次に印刷する場所"_s);
     m_words->setObjectName(u"lblLabelPlace"_s);
-    m_words->setWordWrap(true);
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_grid, 0, 0, 3, 1);
