@@ -5,8 +5,8 @@
 #include "db/transaction.h"
 #include "shipping/carriers/carrier_values.h"
 #include "shipping/carriers/management_number.h"
-#include "shipping/history/tracking_number.h"
 #include "shipping/slips/shipment_store.h"
+#include "shipping/slips/tracking_number.h"
 #include "text/width.h"
 
 #include <QHash>
