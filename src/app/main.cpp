@@ -5,6 +5,7 @@
 #include "app/main_window/appearance.h"
 #include "app/main_window/frmAMain.h"
 #include "app/main_window/frmSplash.h"
+#include "app/main_window/parcels.h"
 #include "app/main_window/pictures.h"
 #include "app/main_window/sudden_end.h"
 #include "db/connection.h"
@@ -134,6 +135,7 @@ int main(int argc, char *argv[])
     db::Connection connection;
     workspace::Workspace workspace(connection, settings, folder.path);
     app::frmAMain window(workspace, app::screenOpeners());
+    app::joinParcels(window, workspace);
     window.load(options.commandLine);
     const app::SuddenEnd suddenEnd([&window](app::Ending ending) { window.endSilently(ending); });
     splash.close();

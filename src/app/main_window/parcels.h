@@ -13,6 +13,11 @@ class Workspace;
 namespace app
 {
 
+class frmAMain;
+
+/// Keeps in the workspace how sales lead to their parcels (slips::ParcelDesk), as long as \a window is there.
+void joinParcels(frmAMain &window, workspace::Workspace &workspace);
+
 void openHistory(QWidget *parent, workspace::Workspace &workspace);
 
 /// The parcels that \a customer sent or got, at \a shipment (発送ID).

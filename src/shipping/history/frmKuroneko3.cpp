@@ -6,6 +6,7 @@
 #include "shipping/history/kept_on_slips.h"
 #include "shipping/history/tracking_links.h"
 #include "shipping/slips/kept_window.h"
+#include "shipping/slips/label_place_box.h"
 #include "shipping/slips/shipment_store.h"
 #include "shipping/slips/slip_run.h"
 #include "shipping/slips/tracking_number.h"
@@ -52,6 +53,8 @@ frmKuroneko3::frmKuroneko3(workspace::Workspace &workspace, QWidget *parent)
     m_rows.setSaver([this] { return storeNumber(); });
     tell(m_ui->list->bind(workspace, m_rows, [this](const QString &reason) { tell(base::Error{reason}); }));
     m_number.bind(m_ui->txtNumber, numberColumn);
+    m_place = new LabelPlaceBox(workspace, this);
+    m_ui->layoutButtons->insertWidget(2, m_place);
     connectControls();
     setCarrierOpeners({});
     restoreWindow(*this, workspace.settings, stateKey);
@@ -119,6 +122,7 @@ void frmKuroneko3::showShipment()
     m_number.show();
     showStates();
     m_ui->panel->clear();
+    m_place->setForm({});
     m_isOld = false;
     if (m_rows.currentRow() < 0)
         return;
@@ -128,6 +132,7 @@ void frmKuroneko3::showShipment()
         return;
     }
     m_ui->panel->setShipment(*shipment);
+    m_place->setForm(shipment->method);
     m_isOld = showKeptOnOldSlip(*m_ui->panel, *shipment, kept);
     say(m_isOld ? u"この発送の行にはコードと備考がないため、前に使ったものを表示しています。"_s : QString());
 }
@@ -276,6 +281,7 @@ void frmKuroneko3::printOne()
         return;
     if (!tell(m_printer.issue(*shipment, Record::None).status()))
         return;
+    m_place->reload();
     if (m_isOld)
         m_ui->panel->writeKept(kept);
     say(u"送り状を印刷しました：%1"_s.arg(inWords(*shipment)));
@@ -303,6 +309,7 @@ void frmKuroneko3::printMany(const std::vector<qint64> &keys)
     ui::watched(this, u"送り状を印刷しています。"_s, [&](const base::Progress &progress) {
         outcome = issueAll(m_printer, *shipments, Record::None, progress);
     });
+    m_place->reload();
     const QString done =
         u"%1 件のうち %2 件を印刷しました。"_s.arg(shipments->size()).arg(outcome.issued.size());
     if (outcome.failure)

@@ -17,6 +17,8 @@ class frmKuroneko3;
 namespace shipping
 {
 
+class LabelPlaceBox;
+
 /// What the history leads to among the files of the carriers; what is not set is not offered.
 struct CarrierOpeners
 {
@@ -72,6 +74,7 @@ private:
     db::Recordset m_rows;
     ui::RecordPanel m_number;
     SlipPrinter m_printer;
+    LabelPlaceBox *m_place = nullptr;
     CarrierOpeners m_openers;
     bool m_hasBegun = false;
     bool m_isOld = false; // the shown row was printed by an older program, which kept no codes and remarks

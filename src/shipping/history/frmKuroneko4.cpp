@@ -4,6 +4,7 @@
 #include "shipping/history/kept_on_slips.h"
 #include "shipping/history/shipment_merge.h"
 #include "shipping/slips/kept_window.h"
+#include "shipping/slips/label_place_box.h"
 #include "shipping/slips/shipment_store.h"
 #include "ui/prompts.h"
 #include "ui_frmKuroneko4.h"
@@ -39,6 +40,9 @@ frmKuroneko4::frmKuroneko4(workspace::Workspace &workspace, QWidget *parent)
     tell(m_ui->panel->bind(workspace));
     m_rows.setLeaving([this] { return leave(); });
     tell(m_ui->list->bind(workspace, m_rows, [this](const QString &reason) { tell(base::Error{reason}); }));
+    m_place = new LabelPlaceBox(workspace, this);
+    m_place->setForm({});
+    m_ui->layoutButtons->insertWidget(4, m_place);
     connectControls();
     restoreWindow(*this, workspace.settings, stateKey);
     setUp();
@@ -63,6 +67,7 @@ void frmKuroneko4::connectControls()
         if (mayLeave())
             m_ui->list->showAll();
     });
+    connect(m_ui->panel, &ShipmentPanel::formChanged, m_place, &LabelPlaceBox::setForm);
     connect(&m_rows, &db::Recordset::currentRowChanged, this, &frmKuroneko4::showRow);
 }
 
@@ -206,7 +211,10 @@ void frmKuroneko4::print()
     if (!shipment || !tell(checkPrintable(workspace().connection, *shipment)) ||
         !m_printer.prepare(this, {*shipment}))
         return;
-    if (store(*shipment, [this](const Shipment &each) { return m_printer.issue(each, Record::Update); }))
+    const bool isOut =
+        store(*shipment, [this](const Shipment &each) { return m_printer.issue(each, Record::Update); });
+    m_place->reload();
+    if (isOut)
         say(u"送り状を再発行しました：%1"_s.arg(inWords(*m_stored)));
 }
 

@@ -16,6 +16,8 @@ class frmKuroneko4;
 namespace shipping
 {
 
+class LabelPlaceBox;
+
 /// 発送伝票　訂正（再発行）: corrects shipments of the history, deletes them, and prints their slips anew,
 /// which corrects the row along with the paper.
 class frmKuroneko4 : public ui::Screen
@@ -58,6 +60,7 @@ private:
     const std::unique_ptr<Ui::frmKuroneko4> m_ui;
     db::Recordset m_rows;
     SlipPrinter m_printer;
+    LabelPlaceBox *m_place = nullptr;
     std::optional<Shipment> m_stored; // the shown row as it was read
     bool m_isOld = false;             // printed by an older program, which kept no codes and remarks
     bool m_hasBegun = false;
