@@ -8,6 +8,7 @@
 #include "food_day.h"
 #include "ledgers.h"
 #include "old_file.h"
+#include "parcel_history.h"
 #include "parcels.h"
 #include "printers.h"
 #include "purchases.h"
@@ -18,6 +19,7 @@
 #include "app/files/application_folder.h"
 #include "app/main_window/appearance.h"
 #include "app/main_window/frmAMain.h"
+#include "app/main_window/parcels.h"
 #include "app/main_window/screens.h"
 #include "db/connection.h"
 #include "db/schema.h"
@@ -96,6 +98,8 @@ QStringList walk(const QDir &folder)
     tour::setPrintersUp(walker, workspace, window);
     tour::lookAtSlips(walker, workspace, folder);
     tour::sendParcels(walker, workspace, window);
+    app::joinParcels(window, workspace);
+    tour::lookIntoParcels(walker, workspace, window);
     tour::convertOldFile(walker, workspace, window, folder);
     window.close();
     const QString backup = workspace.inApplicationFolder(QString::fromUtf16(db::backupFileName));
