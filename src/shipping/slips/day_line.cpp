@@ -38,6 +38,13 @@ void DayLine::markAllBut(const QDate &day)
     showMark();
 }
 
+QSize DayLine::minimumSizeHint() const
+{
+    constexpr int margins = 14; // pixels, frame and cursor included
+    const int wholeDay = fontMetrics().horizontalAdvance(u"2026/00/00"_s) + margins;
+    return QLineEdit::minimumSizeHint().expandedTo({wholeDay, 0});
+}
+
 void DayLine::showWhole()
 {
     if (const auto typed = day(); typed && !isReadOnly())

@@ -27,6 +27,9 @@ public:
     /// From now on every day but \a day stands out.
     void markAllBut(const QDate &day);
 
+    /// Room for a whole day, also in large type.
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
 

@@ -73,11 +73,11 @@ base::Result<std::vector<Shipment>> sentConsignees(db::Connection &connection, q
 
 base::Report sentReport(const std::vector<Shipment> &sent)
 {
-    base::Report report{
-        .columns = {{.heading = u"お届け先"_s, .characters = 26, .stretches = true},
-                    {.heading = u"住所"_s, .characters = 26, .stretches = true},
-                    {.heading = u"品名"_s, .characters = 16},
-                    {.heading = u"受付日"_s, .format = base::Format::Date, .characters = 11}}};
+    base::Report report;
+    report.columns = {{.heading = u"お届け先"_s, .characters = 22, .stretches = true},
+                      {.heading = u"住所"_s, .characters = 20, .stretches = true},
+                      {.heading = u"品名"_s, .characters = 10, .stretches = true},
+                      {.heading = u"受付日"_s, .format = base::Format::Date, .characters = 11}};
     for (const Shipment &shipment : sent) {
         const Party &to = shipment.consignee;
         const QVariant day =

@@ -3,6 +3,7 @@
 #include "book/counterpart_search.h"
 #include "registers/frmNouhin.h"
 #include "registers/last_counterparts.h"
+#include "shipping/slips/kept_window.h"
 #include "shipping/slips/label_place_box.h"
 #include "shipping/slips/shipment_entry.h"
 #include "shipping/slips/shipment_store.h"
@@ -28,14 +29,11 @@ namespace
 {
 
 const QList<ui::GridColumn> foundColumns = {
-    {u"納品先ID"_s, 7, u"ID"_s},       {u"納品先名1"_s, 30, u"名前１"_s},
-    {u"納品先名2"_s, 20, u"名前２"_s}, {u"郵便番号"_s, 10},
+    {u"納品先ID"_s, 7, u"ID"_s},       {u"納品先名1"_s, 26, u"名前１"_s},
+    {u"納品先名2"_s, 16, u"名前２"_s}, {u"郵便番号"_s, 10},
     {u"住所1"_s, 36, u"住所１"_s},     {u"住所2"_s, 24, u"住所２"_s},
-    {u"TEL1"_s, 15, u"電話番号"_s},
+    {u"TEL1"_s, 15, u"電話番号"_s},    {u"納品先ID"_s, 7, u"ID"_s},
 };
-
-// As the settings store has always held it.
-enum StoredWindowState { Normal = 0, Minimised = 1, Maximised = 2 };
 
 QString nameOf(const Party &party) { return (party.name1 + u' ' + party.name2).trimmed(); }
 
@@ -68,8 +66,7 @@ void SlipEntryScreen::setUpEntry(const SlipEntryControls &controls)
     for (const auto &[button, action] : actions)
         connect(button, &QPushButton::clicked, this, action);
     connect(m_controls.print, &QPushButton::clicked, this, &SlipEntryScreen::print);
-    if (workspace().settings.integer(m_kind.windowState) == Maximised)
-        setWindowState(Qt::WindowMaximized);
+    restoreWindow(*this, workspace().settings, m_kind.windowState);
     setUp();
     m_controls.key->setFocus();
 }
@@ -319,8 +316,7 @@ void SlipEntryScreen::store()
         panel().writeKept(m_kind.kept);
     else
         panel().writeKeptCodes(m_kind.kept);
-    const int state = isMaximized() ? Maximised : isMinimized() ? Minimised : Normal;
-    workspace().settings.write(m_kind.windowState, state);
+    keepWindow(*this, workspace().settings, m_kind.windowState);
 }
 
 } // namespace shipping
