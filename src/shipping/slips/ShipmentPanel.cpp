@@ -117,9 +117,7 @@ base::Status ShipmentPanel::bind(workspace::Workspace &workspace)
     m_workspace = &workspace;
     for (PartyBoxes *party : {m_to, m_from})
         party->connectPostalCodes(workspace);
-    for (DayLine *box : {m_ui->txtDate1, m_ui->txtDate2})
-        box->setToday(workspace.today());
-    m_ui->txtDate1->markAllBut(workspace.today());
+    followToday();
     const base::Status offered = offerMasters(workspace);
     clear();
     showPrinter();
@@ -228,6 +226,23 @@ void ShipmentPanel::writeKept(const KeptKeys &keys) const
 }
 
 // --- The shipment ---
+
+void ShipmentPanel::followToday()
+{
+    const QDate today = m_workspace->today();
+    const QDate before = std::exchange(m_today, today);
+    if (before == today)
+        return;
+    for (DayLine *box : {m_ui->txtDate1, m_ui->txtDate2})
+        box->setToday(today);
+    m_ui->txtDate1->markAllBut(today);
+    if (!before.isValid() || m_ui->txtDate1->day() != std::optional(before))
+        return;
+    const bool wasChanged = isChanged();
+    m_ui->txtDate1->setDay(today);
+    if (!wasChanged)
+        markUnchanged();
+}
 
 void ShipmentPanel::clear()
 {
@@ -420,8 +435,6 @@ bool ShipmentPanel::isSenderTyped() const { return m_from->isTyped(); }
 QString ShipmentPanel::category() const { return m_ui->dbcKubun->currentText().trimmed(); }
 QString ShipmentPanel::form() const { return m_ui->Combo5->currentText(); }
 int ShipmentPanel::categoryCount() const { return m_ui->dbcKubun->count(); }
-
-// --- Where the work goes on ---
 
 void ShipmentPanel::focusConsignee() { m_ui->txtNName1->setFocus(); }
 void ShipmentPanel::focusConsigneeZip() { m_ui->txtNZip->setFocus(); }

@@ -70,6 +70,8 @@ public:
     void focusFault();
     /// Does now what leaving the boxes leaves to do, as before a slip is printed or saved.
     void settle();
+    /// Follows the day where midnight passed: a slip of today stays one of today.
+    void followToday();
     /// An empty slip of today.
     void clear();
     /// The next slip after the one that was printed, as nextOf() has it; what was typed wrongly goes.
@@ -138,6 +140,7 @@ private:
     PartyBoxes *m_from;
     Shipment m_base; // what is not shown
     QString m_takenProduct;
+    QDate m_today; // as far as the panel knows
     bool m_isReadOnly = false;
     QStringList m_unchanged[2]; // with what is kept, and without
 };

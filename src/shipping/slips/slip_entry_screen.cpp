@@ -87,6 +87,8 @@ void SlipEntryScreen::setPrinterSettings(std::function<void(QWidget *)> open)
     });
 }
 
+void SlipEntryScreen::becameActive() { panel().followToday(); }
+
 void SlipEntryScreen::say(const QString &text) { m_controls.message->setText(text); }
 
 void SlipEntryScreen::begin(const Shipment &shipment)
@@ -99,6 +101,7 @@ void SlipEntryScreen::begin(const Shipment &shipment)
 
 void SlipEntryScreen::search()
 {
+    panel().followToday();
     if (m_controls.key->text().trimmed().isEmpty()) {
         ui::prompts::inform(this, ui::messages::searchEmpty());
         m_controls.key->setFocus();

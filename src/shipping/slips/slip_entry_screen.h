@@ -90,6 +90,7 @@ protected:
     [[nodiscard]] bool mayWriteOver(const QString &by);
 
     bool mayClose() override;
+    void becameActive() override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
