@@ -6,6 +6,7 @@
 #include "day_reports.h"
 #include "first_day.h"
 #include "food_day.h"
+#include "gifts.h"
 #include "ledgers.h"
 #include "old_file.h"
 #include "parcel_history.h"
@@ -93,6 +94,7 @@ QStringList walk(const QDir &folder)
     tour::issueAllBills(walker, window, folder);
     tour::lookIntoBillList(walker, window, folder);
     tour::sellFood(walker, workspace, window, folder);
+    tour::sendGifts(walker, workspace, window, folder);
     tour::lookAtPayments(walker, window, folder);
     tour::handToCarriers(walker, workspace, window, folder);
     tour::setPrintersUp(walker, workspace, window);

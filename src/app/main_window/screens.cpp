@@ -28,6 +28,7 @@
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
+#include "shipping/gifts/frmKuroneko5.h"
 #include "shipping/gifts/frmKuroneko6.h"
 #include "shipping/gifts/frmKuroneko7.h"
 #include "shipping/gifts/gift_sheet_print.h"
@@ -270,6 +271,7 @@ Openers screenOpeners()
         {Action::IssuedDocuments, screen<slips::DialogIssued>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},
         {Action::GiftsBySender, screen<shipping::frmKuroneko6>()},
+        {Action::BulkShipping, screen<shipping::frmKuroneko5>()},
         {Action::ShippedGifts, screen<shipping::frmKuroneko7>()},
         {Action::FormLayouts, openNoteLayouts},
     };

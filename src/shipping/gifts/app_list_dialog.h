@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 
+class QCheckBox;
+
 namespace Ui
 {
 class AppListForm;
@@ -42,7 +44,10 @@ protected:
     bool mayClose() override;
 
 private:
+    void addColumns();
     void showSettings();
+    void showColumns(const QString &stored);
+    [[nodiscard]] QString storedColumns() const;
     void fillPrinters();
     bool storeSettings();
     void chooseFont();
@@ -53,6 +58,7 @@ private:
     const AppListDescription m_description;
     const std::vector<Shipment> m_shipments;
     const GiftListQuery m_query;
+    std::vector<QCheckBox *> m_columns; // those that are printed, in the list's order
     printing::OffsetBox *m_right = nullptr;
     printing::OffsetBox *m_down = nullptr;
 };

@@ -21,28 +21,34 @@ namespace
 constexpr std::size_t blockSize = 500; // keys in one statement
 constexpr int halfSeason = 3;          // months
 
-// Tells the rows of a sender from those of others. Names are folded once each: few people send a lot.
+// Tells the rows of a sender from those of others. His department may stand there or not. Names are folded
+// once each: few people send a lot.
 class SenderTest
 {
 public:
     explicit SenderTest(const EarlierGifts &wanted)
         : m_id(wanted.senderId)
-        , m_name(registers::foldedPerson(wanted.sender.name1 + wanted.sender.name2))
+        , m_name(registers::foldedPerson(wanted.sender.name1))
+        , m_whole(registers::foldedPerson(wanted.sender.name1 + wanted.sender.name2))
     {}
 
-    bool isHis(qint64 id, const QString &name)
+    bool isHis(qint64 id, const QString &name1, const QString &name2)
     {
         if (m_id > 0 && id > 0)
             return id == m_id;
+        const QString name = name1 + u'\n' + name2;
         const auto known = m_known.constFind(name);
         if (known != m_known.constEnd())
             return *known;
-        return *m_known.insert(name, !m_name.isEmpty() && registers::foldedPerson(name) == m_name);
+        const bool isCalledSo = !m_name.isEmpty() && (registers::foldedPerson(name1) == m_name ||
+                                                      registers::foldedPerson(name1 + name2) == m_whole);
+        return *m_known.insert(name, isCalledSo);
     }
 
 private:
     const qint64 m_id;
     const QString m_name;
+    const QString m_whole; // of both lines
     QHash<QString, bool> m_known;
 };
 
@@ -75,7 +81,7 @@ base::Result<std::vector<qint64>> keysOf(db::Connection &connection, const Earli
     SenderTest sender(wanted);
     std::vector<qint64> keys;
     for (const QVariantList &row : rows->rows) {
-        if (sender.isHis(row.at(1).toLongLong(), row.at(2).toString() + row.at(3).toString()))
+        if (sender.isHis(row.at(1).toLongLong(), row.at(2).toString(), row.at(3).toString()))
             keys.push_back(row.front().toLongLong());
     }
     return keys;

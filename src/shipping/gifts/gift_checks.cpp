@@ -3,7 +3,6 @@
 #include "shipping/gifts/earlier_gifts.h"
 #include "shipping/slips/shipment_store.h"
 #include "text/dates.h"
-#include "text/postal_code.h"
 
 #include <QHash>
 
@@ -29,18 +28,6 @@ QStringList oldDays(const GiftOrder &order, const QDate &today)
         if (delivery.isValid() && delivery < today)
             doubts << u"%1: 配達予定日 %2 は過ぎています。"_s.arg(rowInWords(order, row),
                                                                   text::formatDate(delivery));
-    }
-    return doubts;
-}
-
-QStringList oddCodes(const GiftOrder &order)
-{
-    QStringList doubts;
-    for (const std::size_t row : tickedRows(order)) {
-        const QString &zip = order.rows[row].consignee.zip;
-        if (!text::completePostalCode(zip))
-            doubts << u"%1: 郵便番号「%2」が 7 桁ではありません。"_s.arg(rowInWords(order, row),
-                                                                         zip.left(20));
     }
     return doubts;
 }
@@ -126,7 +113,7 @@ base::Result<QStringList> orderDoubts(db::Connection &connection, const GiftOrde
     const auto sent = sentLately(connection, order);
     if (!sent)
         return sent.error();
-    return oldDays(order, today) + oddCodes(order) + repeatsIn(order) + *sent;
+    return oldDays(order, today) + repeatsIn(order) + *sent;
 }
 
 } // namespace shipping

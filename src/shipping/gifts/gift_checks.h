@@ -22,8 +22,9 @@ base::Status checkHead(db::Connection &connection, const GiftOrder &order);
 /// The faults of the ticked lines, in their order.
 std::vector<GiftFault> faultsOf(const GiftOrder &order);
 
-/// What may be meant and is asked about once, a sentence each: days before \a today, postal codes that are
-/// none, a consignee twice in the run, or one to whom the sender has sent of the category in the last weeks.
+/// What may be meant and is asked about once, a sentence each: days before \a today, a consignee twice in
+/// the run, or one to whom the sender has sent of the category in the last weeks. What does not look like a
+/// slip's postal code is asked about where slips are printed.
 base::Result<QStringList> orderDoubts(db::Connection &connection, const GiftOrder &order, const QDate &today);
 
 /// "3 行目　山田花子": how sentences call a line.

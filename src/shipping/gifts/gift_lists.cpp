@@ -55,31 +55,27 @@ QString memosOf(const Shipment &shipment)
 
 std::vector<base::Column> senderColumns(bool hidesAmounts)
 {
-    return withoutAmounts({wide(u"お届け先"_s, 26, 44),
+    return withoutAmounts({wide(u"お届け先"_s, 24, 44),
                            {u"受付日"_s, Format::Date, 10, 18},
-                           wide(u"住所"_s, 34, 56),
-                           {u"電話"_s, Format::Text, 13, 24},
-                           wide(u"品名"_s, 20, 36),
+                           wide(u"品名"_s, 22, 36),
                            {u"個数"_s, Format::Number, 4, 9},
                            amountColumn(u"価格"_s),
                            amountColumn(u"送料"_s),
                            {u"配達予定日"_s, Format::Date, 10, 18},
                            {u"のし・名入れ"_s, Format::Text, 14, 24},
-                           {u"送り状番号"_s, Format::Text, 14, 26}},
+                           {u"送り状番号"_s, Format::Text, 14, 26},
+                           wide(u"住所"_s, 34, 56),
+                           {u"電話"_s, Format::Text, 13, 24}},
                           hidesAmounts);
 }
 
 QVariantList senderRow(const Shipment &shipment, bool hidesAmounts)
 {
-    QVariantList values{nameOf(shipment.consignee),
-                        day(shipment.accepted),
-                        shipment.consignee.address1 + shipment.consignee.address2,
-                        shipment.consignee.tel,
-                        shipment.goods,
-                        shipment.parcels};
+    QVariantList values{nameOf(shipment.consignee), day(shipment.accepted), shipment.goods, shipment.parcels};
     if (!hidesAmounts)
         values << amount(shipment.price) << amount(shipment.carriage);
-    return values << day(shipment.delivery) << memosOf(shipment) << shipment.trackingNumber;
+    return values << day(shipment.delivery) << memosOf(shipment) << shipment.trackingNumber
+                  << shipment.consignee.address1 + shipment.consignee.address2 << shipment.consignee.tel;
 }
 
 std::vector<base::Column> shipmentColumnsOf(bool hidesAmounts)
@@ -107,6 +103,14 @@ QVariantList shipmentRow(const Shipment &shipment, bool hidesAmounts)
     return values << day(shipment.delivery) << shipment.method << shipment.trackingNumber;
 }
 
+QStringList headingsOf(const std::vector<base::Column> &columns)
+{
+    QStringList headings;
+    for (const base::Column &column : columns)
+        headings << column.heading;
+    return headings;
+}
+
 // For the boxes below the list.
 void addSums(base::Report &report, qsizetype count)
 {
@@ -128,7 +132,8 @@ base::Report emptyReport(const QString &title, const GiftListQuery &query, std::
     return report;
 }
 
-// Which key a sender goes by: the register's where several in it are called alike.
+// Which key a sender goes by: the register's, where one of that name is in it; where several are, those that
+// the history has without a key are one more.
 class SenderKeys
 {
 public:
@@ -136,18 +141,25 @@ public:
     {
         for (const Shipment &shipment : shipments) {
             if (shipment.senderId > 0)
-                m_registered[foldedName(shipment.sender)].insert(shipment.senderId);
+                m_registered[firstName(shipment)].insert(shipment.senderId);
         }
     }
 
-    QString of(const Shipment &shipment) const
+    [[nodiscard]] QString of(const Shipment &shipment) const
     {
-        const QString name = foldedName(shipment.sender);
-        return m_registered.value(name).size() > 1 ? name + u'\n' + QString::number(shipment.senderId) : name;
+        const QString name = firstName(shipment);
+        const QSet<qint64> keys = m_registered.value(name);
+        const qint64 key = shipment.senderId == 0 && keys.size() == 1 ? *keys.begin() : shipment.senderId;
+        return key > 0 ? QString::number(key) : u'\n' + name;
     }
 
 private:
-    QHash<QString, QSet<qint64>> m_registered;
+    static QString firstName(const Shipment &shipment)
+    {
+        return registers::foldedPerson(shipment.sender.name1);
+    }
+
+    QHash<QString, QSet<qint64>> m_registered; // by name
 };
 
 } // namespace
@@ -208,6 +220,25 @@ base::Report shipmentList(const std::vector<Shipment> &shipments, const GiftList
     base::addTotals(report, u"合計　%1 件"_s.arg(shipments.size()));
     addSums(report, qsizetype(shipments.size()));
     return report;
+}
+
+QStringList senderListColumns() { return headingsOf(senderColumns(false)); }
+
+QStringList shipmentListColumns() { return headingsOf(shipmentColumnsOf(false)); }
+
+void leaveColumnsOut(base::Report &report, const QStringList &leftOut)
+{
+    const auto named =
+        std::ranges::find_if(report.columns, &base::Column::stretches) - report.columns.begin();
+    for (auto column = std::ptrdiff_t(report.columns.size()) - 1; column >= 0; --column) {
+        if (column == named || !leftOut.contains(report.columns[std::size_t(column)].heading))
+            continue;
+        report.columns.erase(report.columns.begin() + column);
+        for (base::ReportRow &row : report.rows)
+            row.values.removeAt(column);
+        if (!report.totals.isEmpty())
+            report.totals.removeAt(column);
+    }
 }
 
 QString queryInWords(const GiftListQuery &query)

@@ -43,6 +43,13 @@ base::Report senderList(const std::vector<Shipment> &shipments, const GiftListQu
 base::Report shipmentList(const std::vector<Shipment> &shipments, const GiftListQuery &query,
                           bool hidesAmounts = false);
 
+/// What the columns of the lists are called, in their order.
+QStringList senderListColumns();
+QStringList shipmentListColumns();
+
+/// Leaves the columns \a leftOut off \a report, but for the one that names groups and totals.
+void leaveColumnsOut(base::Report &report, const QStringList &leftOut);
+
 /// "2025/11/01 〜 2025/12/31　お歳暮　ご依頼主「山田」": what \a query asks for.
 QString queryInWords(const GiftListQuery &query);
 

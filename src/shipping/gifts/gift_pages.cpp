@@ -54,6 +54,12 @@ printing::Sheets joined(std::vector<printing::Sheets> parts, const QPoint &offse
             }};
 }
 
+printing::Sheets pagesOf(base::Report report, const QString &date, const GiftListLook &look)
+{
+    leaveColumnsOut(report, look.leftOut);
+    return printing::listSheets(std::move(report), date, listPaper(look.paper));
+}
+
 } // namespace
 
 const QStringList &giftListPapers()
@@ -65,15 +71,13 @@ const QStringList &giftListPapers()
 printing::Sheets senderPages(const std::vector<Shipment> &shipments, const GiftListQuery &query,
                              const QString &date, const GiftListLook &look)
 {
-    const printing::ListPaper paper = listPaper(look.paper);
     std::vector<printing::Sheets> parts;
     if (!look.pageEach) {
-        parts.push_back(printing::listSheets(senderList(shipments, query, look.hidesAmounts), date, paper));
+        parts.push_back(pagesOf(senderList(shipments, query, look.hidesAmounts), date, look));
         return joined(std::move(parts), look.offset);
     }
     for (const SenderGifts &sender : bySender(shipments))
-        parts.push_back(
-            printing::listSheets(senderList(sender.shipments, query, look.hidesAmounts), date, paper));
+        parts.push_back(pagesOf(senderList(sender.shipments, query, look.hidesAmounts), date, look));
     return joined(std::move(parts), look.offset);
 }
 
@@ -81,8 +85,7 @@ printing::Sheets shipmentPages(const std::vector<Shipment> &shipments, const Gif
                                const QString &date, const GiftListLook &look)
 {
     std::vector<printing::Sheets> parts;
-    parts.push_back(
-        printing::listSheets(shipmentList(shipments, query, look.hidesAmounts), date, listPaper(look.paper)));
+    parts.push_back(pagesOf(shipmentList(shipments, query, look.hidesAmounts), date, look));
     return joined(std::move(parts), look.offset);
 }
 

@@ -18,6 +18,7 @@ struct GiftListLook
     QString paper;             // one of giftListPapers(); another: the usual one
     bool hidesAmounts = false; // AppList1: without prices and carriage, for the customer's own copy
     bool pageEach = false;     // AppList4: each sender begins a page of his own
+    QStringList leftOut;       // columns, by their headings
     QPoint offset;             // by which everything is moved right and down, twips
 };
 

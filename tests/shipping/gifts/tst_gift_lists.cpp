@@ -124,18 +124,18 @@ private slots:
         const auto shipments = listedShipments(shop.connection, spring);
         QVERIFY(shipments);
         const base::Report report = senderList(*shipments, spring);
-        QCOMPARE(rowsOf(report, 6), QStringList({u"髙橋商店  "_s, u"井上 3980 880"_s, u"森 4321 770"_s,
+        QCOMPARE(rowsOf(report, 4), QStringList({u"髙橋商店  "_s, u"井上 3980 880"_s, u"森 4321 770"_s,
                                                  u"林  "_s, u"小計　3 件 8301 1650"_s, u"青木  "_s,
                                                  u"原 1001 333"_s, u"小計　1 件 1001 333"_s}));
-        QCOMPARE(report.totals.at(6).toDouble(), 9302);
-        QCOMPARE(report.totals.at(7).toDouble(), 1983);
+        QCOMPARE(report.totals.at(4).toDouble(), 9302);
+        QCOMPARE(report.totals.at(5).toDouble(), 1983);
         QCOMPARE(report.sums.front().value, 4);
         const base::Report flat = shipmentList(*shipments, spring);
         QCOMPARE(flat.totals.at(6).toDouble(), 9302);
         QCOMPARE(flat.rows.back().values.last().toString(), u"1234-5678-9012"_s);
         // Without amounts no figure of them is left anywhere.
         const base::Report quiet = senderList(*shipments, spring, true);
-        QVERIFY(!rowsOf(quiet, 0).join(u' ').contains(u"4321"_s));
+        QVERIFY(!rowsOf(quiet, 4).join(u' ').contains(u"4321"_s));
         QCOMPARE(quiet.columns.size(), report.columns.size() - 2);
         QCOMPARE(quiet.sums.size(), 1);
     }
@@ -188,6 +188,10 @@ private slots:
         QVERIFY(!textsOf(each[0]).contains(u"青木"_s));
         QVERIFY(textsOf(each[1]).contains(u"青木"_s) && !textsOf(each[1]).contains(u"森"_s));
         QVERIFY(textsOn(each).contains(u"4,321"_s));
+        QVERIFY(textsOn(each).contains(u"浜松市1"_s) && textsOn(each).contains(u"小計　3 件"_s));
+        look.leftOut = {u"住所"_s, u"お届け先"_s}; // but what names the groups stays
+        QVERIFY(!textsOn(pages(look)).contains(u"浜松市1"_s));
+        QVERIFY(textsOn(pages(look)).contains(u"小計　3 件"_s) && textsOn(pages(look)).contains(u"4,321"_s));
         look.hidesAmounts = true;
         QVERIFY(!textsOn(pages(look)).contains(u"4,321"_s));
     }
@@ -263,6 +267,7 @@ private slots:
             hands.choose("Combo2", u"DOT"_s);
             hands.press("Check1");
             hands.press("Check4");
+            hands.press("chkColumn10"); // 住所
             hands.type("Text1", u"3"_s);
             hands.type("Text3", u"-2"_s);
         });
@@ -272,6 +277,7 @@ private slots:
                  u"A4無地 横11"_s);
         QCOMPARE(kept.text(keys::motoPrinterName), u"DOT"_s);
         QCOMPARE(kept.text(keys::stOffsetAppX) + kept.text(keys::stOffsetAppY), u"3-2"_s);
+        QCOMPARE(kept.text(keys::giftColumns), QString(9, u'1') + u'0' + QString(12, u'1'));
         // The list of shipments has neither senders' pages nor offsets, and leaves theirs alone.
         DialogAppList2 other(desk.shop.workspace, {}, spring);
         ScreenDriver hands(&other);
@@ -279,7 +285,9 @@ private slots:
         QVERIFY(!hands.the("Check4").isVisible() && !hands.the("frameOffset").isVisible());
         QVERIFY(hands.the<QCheckBox>("Check1").isChecked());
         hands.press("Check1");
+        hands.press("chkColumn2");
         other.close();
+        QCOMPARE(kept.text(keys::giftColumns), QString(9, u'1') + u"0110"_s + QString(9, u'1'));
         QCOMPARE(kept.text(keys::appList1) + kept.text(keys::appList4) + kept.text(keys::stOffsetAppX),
                  u"013"_s);
     }
