@@ -109,6 +109,19 @@ bool isFirm(const QString &name)
                        {u"会社", u"㈱", u"㈲", u"(株)", u"(有)", u"（株）", u"（有）", u"法人", u"商店"});
 }
 
+bool isSection(const QString &name) { return endsInAny(name, {u"部", u"課", u"係", u"室", u"店", u"所"}); }
+
+// "山田商店 佐藤花子", and not "株式会社 山田" or "㈱山田 東京支店".
+bool namesPersonBehind(const QString &firm)
+{
+    const qsizetype blank = std::max(firm.lastIndexOf(u'　'), firm.lastIndexOf(u' '));
+    const QString head = firm.left(blank).trimmed();
+    const QString tail = firm.mid(blank + 1);
+    const bool isBareKind =
+        head.size() <= 3 || (head.size() == 4 && head.endsWith(u"会社"_s)) || head.endsWith(u"法人"_s);
+    return blank > 0 && !isBareKind && isFirm(head) && !isFirm(tail) && !isSection(tail);
+}
+
 } // namespace
 
 QString slipLayout(const QString &form)
@@ -210,8 +223,8 @@ QString honorificOf(const Party &party)
     if (last.isEmpty() || endsInAny(last, {u"様", u"御中", u"先生", u"殿", u"各位"}))
         return {};
     // A section is one only below a firm: 服部 is a name, too.
-    const bool isSection = isFirm(first) && endsInAny(second, {u"部", u"課", u"係", u"室", u"店", u"所"});
-    return isFirm(last) || isSection ? u"御中"_s : u"様"_s;
+    const bool isOfFirm = isFirm(last) ? !namesPersonBehind(last) : isFirm(first) && isSection(second);
+    return isOfFirm ? u"御中"_s : u"様"_s;
 }
 
 QStringList slipRemarks(const Shipment &shipment)

@@ -162,6 +162,9 @@ private slots:
         QTest::newRow("firm") << u"（株）山田"_s << u""_s << u"御中"_s;
         QTest::newRow("section") << u"山田商店"_s << u"仕入部"_s << u"御中"_s;
         QTest::newRow("person in a firm") << u"㈱山田"_s << u"仕入部　佐藤"_s << u"様"_s;
+        QTest::newRow("person behind a firm") << u"山田商店　佐藤花子"_s << u""_s << u"様"_s;
+        QTest::newRow("firm with a blank") << u"株式会社 山田"_s << u""_s << u"御中"_s;
+        QTest::newRow("branch behind a firm") << u"㈱山田 東京支店"_s << u""_s << u"御中"_s;
         QTest::newRow("a family name") << u"服部"_s << u""_s << u"様"_s;
         QTest::newRow("typed already") << u"佐藤 様"_s << u" "_s << u""_s;
         QTest::newRow("none") << u""_s << u"　"_s << u""_s;
