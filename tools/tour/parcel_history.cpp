@@ -23,9 +23,9 @@ void numberParcels(Walker &walker, QWidget &window)
         u"history of parcels"_s, [&] { walker.on(window).press(u"Command56"_s); },
         [&](QDialog &screen) {
             walker.picture(screen, u"parcel-history"_s);
-            walker.on(screen).type(u"txtKey2"_s, u"白樺"_s);
+            walker.on(screen).type(u"txtKey2"_s, u"アルプス"_s);
             walker.on(screen).leave(u"txtKey2"_s);
-            walker.checkText(screen, u"txtNName1"_s, u"ホテル白樺"_s);
+            walker.checkText(screen, u"txtNName1"_s, u"株式会社アルプス食品"_s);
             walker.on(screen).type(u"txtNumber"_s, u"A415624751765A"_s);
             walker.on(screen).leave(u"txtNumber"_s);
             walker.checkText(screen, u"txtKDenNo"_s, u"415624751765"_s);
