@@ -1,5 +1,6 @@
 // Walks the whole program as a user would, on a fresh folder: tour DIR. Pictures of the screens and the
 // printed notes end in DIR. Exits with 1 when anything was not as it should be.
+#include "addresses.h"
 #include "bill_list.h"
 #include "bills.h"
 #include "carriers.h"
@@ -97,6 +98,7 @@ QStringList walk(const QDir &folder)
     tour::sendGifts(walker, workspace, window, folder);
     tour::lookAtPayments(walker, window, folder);
     tour::handToCarriers(walker, workspace, window, folder);
+    tour::addressCustomers(walker, window, folder);
     tour::setPrintersUp(walker, workspace, window);
     tour::lookAtSlips(walker, workspace, folder);
     tour::sendParcels(walker, workspace, window);

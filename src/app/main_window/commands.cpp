@@ -74,8 +74,9 @@ Commands shippingCommands()
          {{u"Command59", u"発送伝票　訂正（再発行）", Page::Shipping, u"発送伝票", u"発送した履歴の訂正、削除、および送り状の再発行をします。"},
           {u"Command66", u"発送伝票　訂正（再発行）", Page::MailOrder, u"通信販売", u"発送した履歴の訂正、削除、および送り状の再発行をします。"}}},
         {Action::Addresses, u"mnuAdena", u"宛名印刷(&L)", u"mnuInvoice", none,
-         {{u"Command64", u"宛名印刷", Page::Shipping, u"宛名"},
-          {u"Command68", u"郵便振替用紙", Page::MailOrder, u"通信販売"}}},
+         {{u"Command64", u"宛名印刷", Page::Shipping, u"宛名"}}},
+        {Action::AddressTransferForm, u"", u"", u"", none,
+         {{u"Command68", u"郵便振替用紙", Page::MailOrder, u"通信販売"}}},
 
         {Action::None, u"mnuGiftMenu", u"ご贈答品承り票(&G)", u"mnuInvoice"},
         {Action::ShippedGifts, u"mnuApp1", u"発送済みリスト(&R)", u"mnuGiftMenu", none,

@@ -86,6 +86,7 @@ enum class Action {
     ShippedGifts,
     GiftsBySender,
     Addresses,
+    AddressTransferForm, // the same screen, for its postal transfer form
     BulkAddresses,
     MailOrder,
     // registers

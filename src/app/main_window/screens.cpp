@@ -28,6 +28,9 @@
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
+#include "shipping/addresses/DialogHagakiB.h"
+#include "shipping/addresses/adjustable_addresses.h"
+#include "shipping/addresses/frmInvoice1.h"
 #include "shipping/gifts/frmKuroneko5.h"
 #include "shipping/gifts/frmKuroneko6.h"
 #include "shipping/gifts/frmKuroneko7.h"
@@ -99,6 +102,8 @@ void openFormLayouts(QWidget *parent, workspace::Workspace &workspace, const QSt
     forms.push_back(shipping::adjustableGiftSheet(workspace.settings));
     for (printing::AdjustableForm &slip : shipping::adjustableSlips(workspace))
         forms.push_back(std::move(slip));
+    for (printing::AdjustableForm &address : shipping::adjustableAddresses(workspace.settings))
+        forms.push_back(std::move(address));
     printing::DialogFormLayout shown(workspace, std::move(forms), first, parent);
     shown.exec();
 }
@@ -205,6 +210,13 @@ void openCustomers(QWidget *parent, workspace::Workspace &workspace)
     screen.exec();
 }
 
+void openTransferForms(QWidget *parent, workspace::Workspace &workspace)
+{
+    shipping::frmInvoice1 screen(workspace, parent);
+    screen.standAtTransferForm();
+    screen.exec();
+}
+
 } // namespace
 
 Openers screenOpeners()
@@ -267,6 +279,9 @@ Openers screenOpeners()
         {Action::PrinterProperties, openSlipPrinter<printing::frmPrinterP>},
         {Action::SlipPrinter, openSlipPrinter<printing::DialogPrinterP>},
         {Action::PrintJobs, screen<printing::DialogPrintJobs>()},
+        {Action::Addresses, screen<shipping::frmInvoice1>()},
+        {Action::AddressTransferForm, openTransferForms},
+        {Action::BulkAddresses, screen<shipping::DialogHagakiB>()},
         {Action::Employees, screen<masters::frmShain>()},
         {Action::IssuedDocuments, screen<slips::DialogIssued>()},
         {Action::TaxRates, screen<masters::DialogTaxRates>()},

@@ -21,9 +21,38 @@ const QString horizontalWord = u"横"_s;
 const QString verticalWord = u"縦"_s;
 const QString contactName = u"担当者"_s;
 
-AddressPaper onPaper(const QString &name, const QString &layout)
+AddressPaper onPaper(const QString &name, const QString &layout, const QSizeF &size)
 {
-    return {name, u"address-%1-v.toml"_s.arg(layout), u"address-%1-h.toml"_s.arg(layout), false};
+    return {.name = name,
+            .vertical = u"address-%1-v.toml"_s.arg(layout),
+            .horizontal = u"address-%1-h.toml"_s.arg(layout),
+            .size = size};
+}
+
+AddressPaper card(const QString &name, const QString &layout)
+{
+    AddressPaper paper = onPaper(name, layout, {100, 148});
+    paper.hasBoxes = true;
+    return paper;
+}
+
+// Of a size that is carried at the usual charge.
+AddressPaper envelope(const QString &name, const QString &layout, const QSizeF &size)
+{
+    AddressPaper paper = onPaper(u"封筒　"_s + name, layout, size);
+    paper.hasBoxes = true;
+    paper.liesAcross = true;
+    return paper;
+}
+
+AddressPaper labels()
+{
+    AddressPaper paper;
+    paper.name = u"宛名ラベル"_s;
+    paper.horizontal = u"address-label.toml"_s;
+    paper.size = {210, 297};
+    paper.isLabels = true;
+    return paper;
 }
 
 // The value of \a name among "name=value" for each option; empty where it is not there.
@@ -46,11 +75,16 @@ bool storedFlag(const workspace::Settings &settings, const workspace::SettingKey
 const std::vector<AddressPaper> &addressPapers()
 {
     static const std::vector<AddressPaper> papers{
-        onPaper(u"はがき"_s, u"postcard"_s),          onPaper(u"年賀はがき"_s, u"newyear"_s),
-        onPaper(u"封筒　長形3号"_s, u"naga3"_s),      onPaper(u"封筒　長形4号"_s, u"naga4"_s),
-        onPaper(u"封筒　角形2号"_s, u"kaku2"_s),      onPaper(u"封筒　角形3号"_s, u"kaku3"_s),
-        onPaper(u"封筒　洋形2号"_s, u"you2"_s),       onPaper(u"封筒　洋形4号"_s, u"you4"_s),
-        onPaper(u"封筒　洋形長3号"_s, u"younaga3"_s), {u"宛名ラベル"_s, {}, u"address-label.toml"_s, true},
+        card(u"はがき"_s, u"postcard"_s),
+        card(u"年賀はがき"_s, u"newyear"_s),
+        envelope(u"長形3号"_s, u"naga3"_s, {120, 235}),
+        envelope(u"長形4号"_s, u"naga4"_s, {90, 205}),
+        onPaper(u"封筒　角形2号"_s, u"kaku2"_s, {240, 332}),
+        onPaper(u"封筒　角形3号"_s, u"kaku3"_s, {216, 277}),
+        envelope(u"洋形2号"_s, u"you2"_s, {114, 162}),
+        envelope(u"洋形4号"_s, u"you4"_s, {105, 235}),
+        envelope(u"洋形長3号"_s, u"younaga3"_s, {120, 235}),
+        labels(),
     };
     return papers;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSizeF>
 #include <QString>
 
 #include <vector>
@@ -19,14 +20,22 @@ enum class Writing { Vertical, Horizontal };
 /// A postcard, an envelope, or label sheets.
 struct AddressPaper
 {
-    QString name;     // as it is offered and stored
-    QString vertical; // its layout files; empty: it is not written so
-    QString horizontal;
-    bool isLabels = false; // several addresses on a sheet
+    QString name{};     // as it is offered and stored
+    QString vertical{}; // its layout files; empty: it is not written so
+    QString horizontal{};
+    QSizeF size{};           // as it is read upright, millimetres; of a label sheet that of the sheet
+    bool hasBoxes = false;   // for the postal code, where it is used upright
+    bool liesAcross = false; // where it is written horizontally
+    bool isLabels = false;   // several addresses on a sheet
 
     [[nodiscard]] bool mayBe(Writing writing) const
     {
         return !(writing == Writing::Vertical ? vertical : horizontal).isEmpty();
+    }
+    /// Whether the postal code stands in boxes: where the paper lies on its side there are none.
+    [[nodiscard]] bool usesBoxes(Writing writing) const
+    {
+        return hasBoxes && (writing == Writing::Vertical || !liesAcross);
     }
     [[nodiscard]] const QString &layout(Writing writing) const
     {

@@ -179,8 +179,6 @@ void addPersonLine(Addressee &addressee, const QString &typed)
         return;
     if (isFirm(line) && addressee.company.isEmpty())
         addressee.company = line;
-    else if (isSection(line) && addressee.section.isEmpty())
-        addressee.section = line;
     else if (addressee.names.size() < mostNames)
         addressee.names << line;
 }
@@ -198,7 +196,9 @@ Addressee addresseeOf(const AddressRow &row, bool withContact)
                         .names = {},
                         .honorific = row.honorific.trimmed()};
     const QString first = plain(row.name1);
-    const bool ofFirm = isFirm(taken(first).name) || taken(first).honorific == firm;
+    // Whoever has departments is a firm, whatever it is called.
+    const bool ofFirm = isFirm(taken(first).name) || taken(first).honorific == firm ||
+                        (!first.isEmpty() && isSection(taken(row.name2).name));
     if (ofFirm)
         addressee.company = first;
     else if (!first.isEmpty())

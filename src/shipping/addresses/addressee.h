@@ -21,13 +21,13 @@ inline constexpr qsizetype mostNames = 3;
 struct Addressee
 {
     qint64 customer = 0; // 納品先ID; 0: nobody of the register
-    QString zip;
-    QString address1;
-    QString address2;
-    QString company;
-    QString section;
-    QStringList names; // persons, the eldest first
-    QString honorific; // empty: by whom is addressed; book::noHonorific: none
+    QString zip{};
+    QString address1{};
+    QString address2{};
+    QString company{};
+    QString section{};
+    QStringList names{}; // persons, the eldest first
+    QString honorific{}; // empty: by whom is addressed; book::noHonorific: none
 
     friend bool operator==(const Addressee &, const Addressee &) = default;
 };

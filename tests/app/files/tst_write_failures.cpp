@@ -14,6 +14,7 @@
 #include "registers/lists/customer_deletion.h"
 #include "reports/bills/bill_run.h"
 #include "reports/bills/receipts/payment_taking.h"
+#include "shipping/addresses/address_run.h"
 #include "shipping/carriers/carrier_export.h"
 #include "shipping/carriers/tracking_matches.h"
 #include "shipping/slips/shipment_store.h"
@@ -384,6 +385,26 @@ QString takeTrackingNumbers(Scene &scene)
     return told(shipping::storeTracking(scene.logic->connection, matches, base::unwatched));
 }
 
+// On a queue that takes everything: a job whose marks are not stored is withdrawn.
+QString printAddresses(Scene &scene)
+{
+    std::vector<shipping::Addressee> addressees(20);
+    for (std::size_t i = 0; i < addressees.size(); ++i)
+        addressees[i].customer = qint64(i) + 1;
+    int taken = 0;
+    int withdrawn = 0;
+    const shipping::AddressRunOutcome outcome = shipping::printAddresses(
+        scene.logic->connection, addressees,
+        {.paper = u"はがき"_s, .today = scene.logic->now.date(), .jobSize = addressees.size()},
+        [&taken](const auto &, int) { return base::Result<int>(++taken); },
+        [&withdrawn](int) { ++withdrawn; }, base::unwatched);
+    if (!outcome.failure)
+        return {};
+    if (withdrawn != taken)
+        qFatal("a job without marks stays");
+    return outcome.failure->text;
+}
+
 QString migrate(Scene &scene)
 {
     return told(db::migrate(scene.logic->path(u"shop.cdb"_s), scene.logic->now.date()));
@@ -452,6 +473,7 @@ const Action actions[] = {
     {"parcels for a carrier", openShopWithParcels, exportParcels, u"parcels.csv"_s},
     {"tracking numbers", openShopWithParcels, takeTrackingNumbers, u"shop.cdb"_s, true},
     {"parcel's slip", openShop, printParcel, u"shop.cdb"_s, true},
+    {"addresses printed", openShop, printAddresses, u"shop.cdb"_s, true},
     {"migration", leaveShopOfVersion1, migrate, u"shop.cdb"_s},
     {"new", openWindow, createNew, u"other.cdb"_s},
     {"new over another", openWindowBesideOther, createNew, u"other.cdb"_s},

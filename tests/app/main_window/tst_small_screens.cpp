@@ -20,6 +20,8 @@
 #include "reports/ledgers/ledger_screen.h"
 #include "reports/purchases/frmInList.h"
 #include "reports/purchases/frmInTax.h"
+#include "shipping/addresses/DialogHagakiB.h"
+#include "shipping/addresses/frmInvoice1.h"
 #include "shipping/carriers/DialogCarrierExport.h"
 #include "shipping/carriers/DialogCarrierSettings.h"
 #include "shipping/carriers/DialogTrackingImport.h"
@@ -138,6 +140,7 @@ void TestSmallScreens::nothingIsOutOfReach()
                       reports::frmTanaMoto, reports::DayReportOf<reports::DayReportKind::Sales>,
                       reports::frmOutBillList, reports::DialogCharts, reports::frmInList, reports::frmInTax,
                       reports::DialogBillIssue, reports::frmOutBill>(shop.workspace, display);
+    cut << cutScreens<shipping::frmInvoice1, shipping::DialogHagakiB>(shop.workspace, display);
     cut << cutScreens<shipping::DialogCarrierExport, shipping::DialogCarrierSettings,
                       shipping::DialogTrackingImport>(shop.workspace, display);
     cut << cutScreens<shipping::frmKuroneko1, shipping::frmKuroneko2>(shop.workspace, display);

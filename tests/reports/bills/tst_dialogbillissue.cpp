@@ -3,9 +3,9 @@
 #include "printing/DialogPrint.h"
 #include "reports/bills/DialogBillIssue.h"
 #include "slips/issued/withdrawn_prints.h"
-#include "support/fake_printers.h"
 #include "support/screen_driver.h"
 #include "support/scripted_test.h"
+#include "support/tired_printers.h"
 #include "ui/file_dialogs.h"
 #include "ui/grid.h"
 #include "ui/prompts.h"
@@ -16,7 +16,6 @@
 #include <QCheckBox>
 #include <QDateEdit>
 #include <QLabel>
-#include <QProgressDialog>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -26,37 +25,6 @@ namespace
 {
 
 const QString unsettled = u"2 件の請求書に、まだ計上されていない消費税があります。"_s;
-
-/// A queue that takes so many documents; then it refuses, or the clerk stops the run.
-class TiredPrinters : public FakePrinters
-{
-public:
-    int most = 99;
-    bool clerkStops = false;
-
-    base::Result<int> print(const printing::Document &document, const printing::Look &look,
-                            const printing::JobSettings &settings, const base::Progress &progress) override
-    {
-        if (int(given.size()) == most)
-            return base::Error{u"用紙がありません。"_s};
-        titles << document.title;
-        auto job = FakePrinters::print(document, look, settings, progress);
-        if (clerkStops && int(given.size()) == most)
-            stop();
-        return job;
-    }
-
-    QStringList titles;
-
-private:
-    static void stop()
-    {
-        for (QWidget *window : QApplication::allWidgets()) {
-            if (auto *progress = qobject_cast<QProgressDialog *>(window))
-                progress->cancel();
-        }
-    }
-};
 
 struct IssueDesk
 {
