@@ -3,6 +3,7 @@
 #include "book/slip_reader.h"
 #include "printing/text_fit.h"
 #include "printing/vertical.h"
+#include "shipping/slips/firm_names.h"
 #include "text/postal_code.h"
 #include "text/width.h"
 

@@ -46,12 +46,6 @@ struct AddressRow
     QString honorific; // 敬称
 };
 
-/// Whether \a name is one of a firm, a shop, an office, a club: not of a person.
-bool isFirm(const QString &name);
-
-/// Whether \a name is one of a part of a firm.
-bool isSection(const QString &name);
-
 /// Whom \a row means. A firm's further name lines are its section or the person there; those of a person are
 /// the persons of one household. \a withContact: a firm without a person is addressed to its 担当者名.
 Addressee addresseeOf(const AddressRow &row, bool withContact);

@@ -1,5 +1,6 @@
 #include "shipping/slips/shipping_form.h"
 
+#include "shipping/slips/firm_names.h"
 #include "text/postal_code.h"
 #include "text/width.h"
 
@@ -91,25 +92,11 @@ QString shownTimeSlot(const QString &slot) { return slot.contains(u'-') ? slot +
 
 bool isUnreadable(const QString &zip) { return !zip.trimmed().isEmpty() && !text::completePostalCode(zip); }
 
-bool containsAny(const QString &name, std::initializer_list<const char16_t *> words)
-{
-    return std::ranges::any_of(words,
-                               [&name](const char16_t *word) { return name.contains(QStringView(word)); });
-}
-
 bool endsInAny(const QString &name, std::initializer_list<const char16_t *> words)
 {
     return std::ranges::any_of(words,
                                [&name](const char16_t *word) { return name.endsWith(QStringView(word)); });
 }
-
-bool isFirm(const QString &name)
-{
-    return containsAny(name,
-                       {u"会社", u"㈱", u"㈲", u"(株)", u"(有)", u"（株）", u"（有）", u"法人", u"商店"});
-}
-
-bool isSection(const QString &name) { return endsInAny(name, {u"部", u"課", u"係", u"室", u"店", u"所"}); }
 
 // "山田商店 佐藤花子", and not "株式会社 山田" or "㈱山田 東京支店".
 bool namesPersonBehind(const QString &firm)

@@ -1,4 +1,5 @@
-#include "shipping/addresses/addressee.h"
+#include "shipping/slips/firm_names.h"
+
 #include "text/width.h"
 
 #include <QRegularExpression>
