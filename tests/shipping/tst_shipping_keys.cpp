@@ -1,6 +1,9 @@
-// Every setting of the shipping screens but those of addresses: the control that keeps it, stored when its
-// screen closes, and there again when the screen opens the next time. What printing makes of those of the
-// printers is the test printing_keys.
+// Every setting of the shipping screens: the control that keeps it, stored when its screen closes, and there
+// again when the screen opens the next time. What printing makes of those of the printers is the test
+// printing_keys.
+#include "shipping/addresses/DialogHagakiA.h"
+#include "shipping/addresses/DialogHagakiB.h"
+#include "shipping/addresses/frmInvoice1.h"
 #include "shipping/gifts/DialogAppList1.h"
 #include "shipping/gifts/DialogAppList2.h"
 #include "shipping/gifts/frmKuroneko5.h"
@@ -49,6 +52,11 @@ std::unique_ptr<ui::Screen> openList(workspace::Workspace &workspace)
     return std::make_unique<Dialog>(workspace, std::vector<Shipment>{Shipment()}, GiftListQuery());
 }
 
+std::unique_ptr<ui::Screen> openAddress(workspace::Workspace &workspace)
+{
+    return std::make_unique<DialogHagakiA>(workspace, Addressee());
+}
+
 // A box, a tick, a list, or the button of a font, whose box stands behind "/"; before ":" the part of the
 // screen, where another one has a control of that name.
 struct Key
@@ -75,6 +83,18 @@ const Key keys[] = {
     {"stOffsetAppY", openList<DialogAppList1>, "Text3", "Printer"},
     {"MotoPrinterName", openList<DialogAppList1>, "Combo2", "Printer"},
     {"MotoFont", openList<DialogAppList1>, "Command7/txtFontName", "Printer"},
+    {"HagakiAop1", openAddress, "Aop1"},
+    {"HagakiAop2", openAddress, "Aop2"},
+    {"HagakiAop3", openAddress, "Aop3"},
+    {"HagakiAop4", openAddress, "Aop4"},
+    {"HagakiAop5", openAddress, "Aop5"},
+    {"letterOffsetX", openAddress, "Text7", "Printer"},
+    {"letterOffsetY", openAddress, "Text8", "Printer"},
+    {"FuPrinterName", openAddress, "Combo2", "Printer"},
+    {"FuPrinterFont", openAddress, "Command7/txtFontName", "Printer"},
+    {"HagakiPrinterName", open<DialogHagakiB>, "panel:Combo2", "Printer"},
+    {"HagakiPrinterFont", open<DialogHagakiB>, "Command7/txtFontName", "Printer"},
+    {"frmInvCheck1", open<frmInvoice1>, "Check1"},
 };
 
 // Maximised when it was closed so.
@@ -174,8 +194,8 @@ private slots:
     {
         QFile table(QStringLiteral(SETTINGS_KEYS));
         QVERIFY(table.open(QIODevice::ReadOnly));
-        static const QRegularExpression row(u"\"((stOffset|AppList|"
-                                            u"DialogAppList|Kuro|ku[OU]|Moto|"
+        static const QRegularExpression row(u"\"((HagakiAop|frmInvCheck|letterOffset|stOffset|AppList|"
+                                            u"DialogAppList|Kuro|ku[OU]|Hagaki|Fu[PF]|Moto|"
                                             "[iI]nv\\d?(Code|Memo))\\w*)\""_s);
         QStringList wanted;
         for (auto rows = row.globalMatch(QString::fromUtf8(table.readAll())); rows.hasNext();)
