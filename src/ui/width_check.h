@@ -39,6 +39,10 @@ public:
     /// Watches \a box from now on, as long as it lives.
     static void guard(QLineEdit *box, const WidthLimit &limit);
 
+    /// The same of what is typed: a text that was put into the box, as from the registers, may be wider.
+    /// Tells which box it is, by its label, and how long the text is.
+    static void guardTyping(QLineEdit *box, const WidthLimit &limit);
+
     /// Whether the texts of all guarded boxes in \a screen fit. If not, the cursor is in the first one that
     /// does not, and the clerk was told.
     static bool allFit(QWidget *screen);
@@ -47,13 +51,16 @@ public:
     static std::optional<QString> refusal(QWidget *screen);
 
 private:
-    WidthCheck(QLineEdit *box, const WidthLimit &limit);
+    WidthCheck(QLineEdit *box, const WidthLimit &limit, bool ofTyping);
 
+    static const WidthCheck *firstTooWide(const QWidget *screen);
     [[nodiscard]] std::optional<QString> error() const;
+    void tell(const QString &sentence) const;
     void tellAndReturn();
 
     QLineEdit *m_box;
     WidthLimit m_limit;
+    bool m_ofTyping;
 };
 
 } // namespace ui

@@ -148,6 +148,8 @@ void HistoryListPanel::searchAgain()
 
 void HistoryListPanel::focusList() { m_ui->DataGrid1->setFocus(); }
 
+void HistoryListPanel::putBesideList(QWidget *widget) { m_ui->layoutList->addWidget(widget); }
+
 std::vector<qint64> HistoryListPanel::selectedKeys() const
 {
     std::vector<int> rows;

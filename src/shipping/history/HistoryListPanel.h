@@ -56,6 +56,8 @@ public:
     [[nodiscard]] QString inWords() const;
 
     void focusList();
+    /// Puts \a widget to the right of the list, whose height is room enough for a sheet of labels.
+    void putBesideList(QWidget *widget);
 
 signals:
     void searchWanted();

@@ -54,7 +54,7 @@ frmKuroneko3::frmKuroneko3(workspace::Workspace &workspace, QWidget *parent)
     tell(m_ui->list->bind(workspace, m_rows, [this](const QString &reason) { tell(base::Error{reason}); }));
     m_number.bind(m_ui->txtNumber, numberColumn);
     m_place = new LabelPlaceBox(workspace, this);
-    m_ui->layoutButtons->insertWidget(2, m_place);
+    m_ui->list->putBesideList(m_place);
     connectControls();
     setCarrierOpeners({});
     restoreWindow(*this, workspace.settings, stateKey);
@@ -264,6 +264,7 @@ std::optional<Shipment> frmKuroneko3::shown()
 
 void frmKuroneko3::print()
 {
+    say({});
     if (!mayLeave() || m_rows.currentRow() < 0)
         return;
     const std::vector<qint64> keys = m_ui->list->selectedKeys();

@@ -7,6 +7,7 @@
 #include "shipping/slips/label_place_box.h"
 #include "shipping/slips/shipment_store.h"
 #include "ui/prompts.h"
+#include "ui/width_check.h"
 #include "ui_frmKuroneko4.h"
 #include "workspace/settings.h"
 #include "workspace/workspace.h"
@@ -42,7 +43,7 @@ frmKuroneko4::frmKuroneko4(workspace::Workspace &workspace, QWidget *parent)
     tell(m_ui->list->bind(workspace, m_rows, [this](const QString &reason) { tell(base::Error{reason}); }));
     m_place = new LabelPlaceBox(workspace, this);
     m_place->setForm({});
-    m_ui->layoutButtons->insertWidget(4, m_place);
+    m_ui->list->putBesideList(m_place);
     connectControls();
     restoreWindow(*this, workspace.settings, stateKey);
     setUp();
@@ -120,6 +121,8 @@ void frmKuroneko4::showStates()
 std::optional<Shipment> frmKuroneko4::typed()
 {
     m_ui->panel->settle();
+    if (!ui::WidthCheck::allFit(this))
+        return std::nullopt;
     const auto typed = m_ui->panel->shipment();
     if (tell(typed.status()))
         return *typed;
@@ -193,6 +196,7 @@ bool frmKuroneko4::store(Shipment shipment, const Storing &storing)
 
 bool frmKuroneko4::save()
 {
+    say({});
     const auto shipment = m_stored ? typed() : std::nullopt;
     if (!shipment || !mayBear(*shipment))
         return false;
@@ -207,6 +211,7 @@ bool frmKuroneko4::save()
 
 void frmKuroneko4::print()
 {
+    say({});
     const auto shipment = m_stored ? typed() : std::nullopt;
     if (!shipment || !tell(checkPrintable(workspace().connection, *shipment)) ||
         !m_printer.prepare(this, {*shipment}))

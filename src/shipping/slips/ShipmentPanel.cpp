@@ -5,6 +5,7 @@
 #include "printing/print_frame.h"
 #include "shipping/slips/party_boxes.h"
 #include "shipping/slips/shipment_entry.h"
+#include "shipping/slips/slip_document.h"
 #include "shipping/slips/tracking_number.h"
 #include "slips/entry/picker.h"
 #include "text/numbers.h"
@@ -91,7 +92,7 @@ void ShipmentPanel::fillChoices()
     new slips::Picker(m_ui->dbcKubun);
     new slips::Picker(m_ui->dbcShohin);
     for (QLineEdit *box : {m_ui->txtHinmei, m_ui->txtMemo1, m_ui->txtMemo2})
-        ui::WidthCheck::guard(box, ui::nameWidth);
+        ui::WidthCheck::guardTyping(box, ui::nameWidth);
 }
 
 void ShipmentPanel::connectForms()
@@ -108,6 +109,9 @@ void ShipmentPanel::connectForms()
     connect(m_ui->dbcShohin, &QComboBox::activated, this, &ShipmentPanel::takeProduct);
     connect(m_ui->dbcShohin->lineEdit(), &QLineEdit::editingFinished, this, &ShipmentPanel::takeProduct);
     connect(m_ui->Combo5, &QComboBox::currentTextChanged, this, &ShipmentPanel::showForm);
+    for (QComboBox *box : {m_ui->Combo5, m_ui->cmbTimeSlot, m_ui->cmbCooling})
+        connect(box, &QComboBox::currentTextChanged, this, &ShipmentPanel::showHandwriting);
+    connect(m_ui->spnParcels, &QSpinBox::valueChanged, this, &ShipmentPanel::showHandwriting);
     connect(m_ui->LblPrinterName, &QPushButton::clicked, this, &ShipmentPanel::openPrinter);
     connect(m_ui->cmdFont, &QPushButton::clicked, this, &ShipmentPanel::chooseFont);
 }
@@ -171,6 +175,19 @@ void ShipmentPanel::showForm()
 {
     m_ui->lblNotice->setVisible(form() == formWithNotice);
     emit formChanged(form());
+}
+
+QString ShipmentPanel::handwriting() const
+{
+    const QStringList wishes = wishesNotPrinted(*m_workspace, read().shipment);
+    return wishes.isEmpty()
+               ? QString()
+               : u"この用紙には%1は印刷されません。送り状に書き込んでください。"_s.arg(wishes.join(u'・'));
+}
+
+void ShipmentPanel::showHandwriting()
+{
+    m_ui->groupCarrier->setTitle((u"配送　"_s + handwriting()).trimmed());
 }
 
 void ShipmentPanel::setPrinterSettings(std::function<void(QWidget *)> open)

@@ -97,6 +97,8 @@ public:
     [[nodiscard]] QString category() const;
     /// Its form; empty for one that there is none of any more.
     [[nodiscard]] QString form() const;
+    /// What the clerk has to write onto the slip, as its form has no place for it: a sentence, or nothing.
+    [[nodiscard]] QString handwriting() const;
     /// How many categories there are to choose from.
     [[nodiscard]] int categoryCount() const;
 
@@ -127,6 +129,7 @@ private:
     void readYen(Reading &reading) const;
     void takeProduct();
     void showForm();
+    void showHandwriting();
     void showPrinter();
     void openPrinter();
     void chooseFont();

@@ -38,7 +38,7 @@ PartyBoxes::PartyBoxes(const Controls &controls, QObject *parent)
     , m_controls(controls)
 {
     for (const Box box : {Name1, Name2, Address1, Address2})
-        ui::WidthCheck::guard(m_controls.boxes[box], ui::nameWidth);
+        ui::WidthCheck::guardTyping(m_controls.boxes[box], ui::nameWidth);
     bringIntoForm(m_controls.boxes[Tel], registers::normalisedPhone);
     bringIntoForm(m_controls.boxes[Zip],
                   [](const QString &typed) { return text::shownPostalCode(typed.trimmed()); });

@@ -102,6 +102,29 @@ base::Result<std::vector<printing::Sheet>> sheetsOf(const workspace::Workspace &
     return sheets;
 }
 
+QStringList wishesOf(const Shipment &shipment)
+{
+    QStringList wishes;
+    if (!shipment.timeSlot.isEmpty())
+        wishes << u"時間帯"_s;
+    if (!shipment.cooling.isEmpty())
+        wishes << u"クール"_s;
+    if (shipment.parcels > 1)
+        wishes << u"個数"_s;
+    return wishes;
+}
+
+QStringList textsOn(const printing::Form &form, const printing::FormValues &values)
+{
+    QStringList texts;
+    const std::vector<printing::Sheet> sheets = printing::formSheets(form, values);
+    for (const printing::Sheet &sheet : sheets) {
+        for (const printing::TextItem &item : sheet.texts)
+            texts << item.text;
+    }
+    return texts;
+}
+
 } // namespace
 
 base::Result<printing::Document> slipsDocument(const workspace::Workspace &workspace,
@@ -131,6 +154,24 @@ base::Result<printing::Document> slipDocument(const workspace::Workspace &worksp
                                               Sending sending, int place)
 {
     return slipsDocument(workspace, {shipment}, sending, place);
+}
+
+// Users lay forms out anew: only the form itself can tell.
+QStringList wishesNotPrinted(const workspace::Workspace &workspace, const Shipment &shipment)
+{
+    QStringList wishes = wishesOf(shipment);
+    const QString layout = slipLayout(shipment.method);
+    if (wishes.isEmpty() || layout.isEmpty())
+        return {};
+    const printing::Form form = printing::loadForm(workspace.applicationFolder(), layout, slipItems()).form;
+    const printing::FormValues values = slipValues(shipment, false);
+    const QStringList printed = textsOn(form, values);
+    wishes.removeIf([&](const QString &wish) {
+        printing::FormValues others = values;
+        others.items.remove(wish);
+        return textsOn(form, others) != printed;
+    });
+    return wishes;
 }
 
 std::vector<printing::AdjustableForm> adjustableSlips(const workspace::Workspace &workspace)

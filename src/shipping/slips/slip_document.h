@@ -31,6 +31,10 @@ base::Result<printing::Document> slipsDocument(const workspace::Workspace &works
                                                const std::vector<Shipment> &shipments, Sending sending,
                                                int place);
 
+/// What is wished of the carrier for \a shipment, of 時間帯, クール and 個数, and is not on the layout of its
+/// form: somebody has to write it by hand.
+QStringList wishesNotPrinted(const workspace::Workspace &workspace, const Shipment &shipment);
+
 /// The forms of slips, for 「用紙の調整」, moved and laid as in use.
 std::vector<printing::AdjustableForm> adjustableSlips(const workspace::Workspace &workspace);
 

@@ -7,6 +7,7 @@
 #include "shipping/slips/label_place_box.h"
 #include "shipping/slips/shipment_entry.h"
 #include "shipping/slips/shipment_store.h"
+#include "shipping/slips/slip_document.h"
 #include "ui/grid.h"
 #include "ui/messages.h"
 #include "ui/prompts.h"
@@ -255,6 +256,7 @@ bool SlipEntryScreen::print()
     if (m_isPrinting)
         return false;
     const QScopedValueRollback guard(m_isPrinting, true);
+    say({});
     const auto slip = checked();
     if (!slip || !m_printer.prepare(this, {*slip}, m_printerMayBeOther))
         return false;
@@ -262,8 +264,10 @@ bool SlipEntryScreen::print()
     const auto printed = m_printer.issue(*slip, Record::Add);
     if (!tell(printed.status()))
         return false;
+    const QStringList byHand = wishesNotPrinted(workspace(), *printed);
     say(u"送り状を印刷し、履歴に記録しました（発送ID %1　%2）。"_s.arg(QString::number(printed->id),
-                                                                       nameOf(printed->consignee)));
+                                                                       nameOf(printed->consignee)) +
+        (byHand.isEmpty() ? QString() : u"%1は書き込んでください。"_s.arg(byHand.join(u'・'))));
     m_place->reload();
     panel().beginNext();
     nextBegins();

@@ -53,6 +53,7 @@ private slots:
     void deletions();
     void aReissueUpdatesTheRow();
     void anOldRowTakesWhatWasKept();
+    void theWindowKeepsItsHeightBesideLabels();
 };
 
 void TestFrmKuroneko4::aCorrectionIsStored()
@@ -220,6 +221,11 @@ void TestFrmKuroneko4::aReissueUpdatesTheRow()
     desk.printers->refusal.reset();
     desk.press("Command2");
     QCOMPARE(desk.printers->given.size(), 1U);
+    QVERIFY(desk.message().startsWith(u"送り状を再発行しました"_s));
+    desk.printers->refusal = base::Error{u"紙がありません。"_s};
+    ui::prompts::expectInform({});
+    desk.press("Command2");
+    QCOMPARE(desk.message(), QString()); // nothing was
     QCOMPARE(desk.history().size(), 4);
     QVERIFY(desk.history().last().startsWith(u"4|伊藤|りんご|"_s));
     QVERIFY(desk.history().last().endsWith(u"|2026-04-01"_s));
@@ -240,6 +246,19 @@ void TestFrmKuroneko4::anOldRowTakesWhatWasKept()
     desk.press("Command2");
     QCOMPARE(desk.settings.text(workspace::keys::inv4Code[1]), u"78"_s);
     QCOMPARE(desk.value(u"SELECT 発店コード FROM 発送マスター WHERE 発送ID = 3"_s).toString(), u"78"_s);
+}
+
+void TestFrmKuroneko4::theWindowKeepsItsHeightBesideLabels()
+{
+    Desk desk;
+    desk.screen->resize(1000, 100); // as low as it gets
+    QTest::qWait(0);
+    const int height = desk.screen->height();
+    desk.hand->choose("Combo5", u"宛名ラベル"_s);
+    QTest::qWait(0);
+    QVERIFY(desk.hand->the("labelPlace").isVisible());
+    QCOMPARE(desk.screen->height(), height);
+    desk.hand->press("cmdUndo");
 }
 
 QTEST_MAIN(TestFrmKuroneko4)

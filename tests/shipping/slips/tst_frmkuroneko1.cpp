@@ -8,7 +8,10 @@
 #include "workspace/settings.h"
 
 #include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
 #include <QPushButton>
+#include <QSpinBox>
 
 using namespace Qt::StringLiterals;
 namespace keys = workspace::keys;
@@ -48,6 +51,8 @@ private slots:
     void closingAsksForWhatWasTyped();
     void remembersCodesRemarksAndItsWindow();
     void aSaleGoesOnToItsParcel();
+    void aLongAddressOfTheRegisterIsPrinted();
+    void whatTheFormLacksIsToWrite();
 };
 
 void TestFrmKuroneko1::opensReadyForTheSearch()
@@ -123,7 +128,8 @@ void TestFrmKuroneko1::whatKeepsItFromBeingPrinted()
     desk.print();
     desk.type("txtDate2", u""_s);
     desk.hand().type("txtNName1", u"佐々木　花子と申しますがお届けの際は玄関先までお願い致します"_s);
-    prompts::expectInform(u"このテキストは全角で２２文字、半角で４４文字以内の制限があります。"_s);
+    prompts::expectInform(u"このテキストは全角で２２文字、半角で４４文字以内の制限があります。"_s,
+                          u"お届け先 お届け先名１：いまは全角で 30 文字分あります。"_s);
     desk.print();
     QCOMPARE(desk.jobs(), std::size_t(0));
     QCOMPARE(desk.history(), QStringList());
@@ -354,6 +360,54 @@ void TestFrmKuroneko1::aSaleGoesOnToItsParcel()
              QStringList(u"山田商店|ぶどう ほか|伝票番号 O12|2|77|佐川急便"_s));
     desk.close();
     QCOMPARE(desk.settings.text(keys::invMemo[1]), u"天地無用"_s); // the sale's are no usual remarks
+}
+
+void TestFrmKuroneko1::aLongAddressOfTheRegisterIsPrinted()
+{
+    Desk desk;
+    const QString address = u"東京都世田谷区世田谷一丁目２番３号世田谷ガーデンヒルズ東館"_s;
+    desk.run(u"UPDATE 納品先 SET 住所1 = '%1' WHERE 納品先ID = 1"_s.arg(address));
+    completeGoods(desk);
+    desk.search(u"たろう"_s);
+    desk.type("txtNTel1", u"03-1234-5679"_s); // passes through the addresses
+    desk.hand().box("txtNAddress1").setFocus();
+    desk.hand().box("txtNAddress2").setFocus();
+    desk.print();
+    QCOMPARE(desk.history(u"届先住所1"_s), QStringList(address));
+}
+
+void TestFrmKuroneko1::whatTheFormLacksIsToWrite()
+{
+    Desk desk;
+    completeGoods(desk);
+    desk.search(u"たろう"_s);
+    desk.hand().choose("cmbTimeSlot", u"午前中"_s);
+    desk.hand().choose("cmbCooling", u"冷蔵"_s);
+    desk.hand().the<QSpinBox>("spnParcels").setValue(3);
+    const std::pair<const char16_t *, const char16_t *> forms[] = {
+        {u"佐川急便", u""},
+        {u"宅急便", u"時間帯・クール・個数"},
+        {u"ゆうパック", u""},
+        {u"オリジナル伝票", u""},
+        {u"オリジナル荷札１", u"クール・個数"},
+        {u"オリジナル荷札２", u""},
+        {u"オリジナル荷札３", u""},
+        {u"宛名ラベル", u"時間帯・クール・個数"},
+        {u"宅急便　コレクト", u"時間帯・クール・個数"}};
+    for (const auto &[form, lacks] : forms) {
+        desk.hand().choose("Combo5", QString::fromUtf16(form));
+        const QString named = QString::fromUtf16(lacks);
+        QCOMPARE(desk.hand().the<QGroupBox>("groupCarrier").title(),
+                 named.isEmpty()
+                     ? u"配送"_s
+                     : u"配送　この用紙には%1は印刷されません。送り状に書き込んでください。"_s.arg(named));
+    }
+    desk.type("Text1", u"3980"_s);
+    desk.print();
+    QVERIFY(desk.hand()
+                .the<QLabel>("lblMessage")
+                .text()
+                .endsWith(u"時間帯・クール・個数は書き込んでください。"_s));
 }
 
 QTEST_MAIN(TestFrmKuroneko1)
