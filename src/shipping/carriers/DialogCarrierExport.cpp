@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QSignalBlocker>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -132,6 +133,11 @@ void DialogCarrierExport::listShipments(const std::vector<qint64> &ids)
     if (const auto carrier = shipments ? programOf(*shipments) : std::nullopt) {
         const QSignalBlocker quiet(m_ui->Combo1);
         m_ui->Combo1->setCurrentIndex(int(*carrier));
+    }
+    if (shipments && !shipments->empty()) {
+        const auto [first, last] = std::ranges::minmax(*shipments, {}, &Shipment::accepted);
+        m_ui->DTPicker1->setDate(first.accepted);
+        m_ui->DTPicker2->setDate(last.accepted);
     }
     show(shipments);
 }

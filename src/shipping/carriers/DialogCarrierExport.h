@@ -59,6 +59,8 @@ private:
     void exportTicked();
     bool checkSettings();
     bool checkRows(const std::vector<CarrierParcel> &parcels);
+    bool settleOldOnes(const std::vector<CarrierParcel> &parcels);
+    bool settleRepeats(const std::vector<CarrierParcel> &parcels);
     [[nodiscard]] QString chooseFile();
     void write(const QString &fileName, const std::vector<CarrierParcel> &parcels);
     void openSettings();

@@ -3,6 +3,7 @@
 #include "shipping/carriers/DialogCarrierExport.h"
 #include "shipping/carriers/DialogCarrierSettings.h"
 #include "shipping/carriers/DialogTrackingImport.h"
+#include "text/dates.h"
 #include "ui/file_dialogs.h"
 #include "ui/messages.h"
 #include "ui/progress.h"
@@ -20,6 +21,13 @@ using namespace Qt::StringLiterals;
 
 namespace shipping
 {
+
+namespace
+{
+
+constexpr qsizetype mostNamed = 10; // in one message
+
+} // namespace
 
 void DialogCarrierExport::exportTicked()
 {
@@ -69,6 +77,28 @@ bool DialogCarrierExport::checkRows(const std::vector<CarrierParcel> &parcels)
         m_ui->DTPicker3->setFocus();
         return false;
     }
+    return settleOldOnes(parcels) && settleRepeats(parcels);
+}
+
+// Whoever ticks all of a long list may have meant the new ones.
+bool DialogCarrierExport::settleOldOnes(const std::vector<CarrierParcel> &parcels)
+{
+    QStringList old;
+    for (const CarrierParcel &parcel : parcels) {
+        if (!exportDoubt(program(), parcel).isEmpty())
+            old << u"発送ID %1　受付日 %2　%3"_s.arg(parcel.shipment.id)
+                       .arg(text::formatDate(parcel.shipment.accepted), parcel.shipment.consignee.name1);
+    }
+    const QString more = old.size() > mostNamed ? u"\nほか %1 件"_s.arg(old.size() - mostNamed) : QString();
+    return old.isEmpty() ||
+           ui::prompts::askCautiously(this,
+                                      u"60 日以上前の発送が %1 件あります。すでに発送していませんか。"
+                                      "このまま書き出しますか。"_s.arg(old.size()),
+                                      old.mid(0, mostNamed).join(u'\n') + more);
+}
+
+bool DialogCarrierExport::settleRepeats(const std::vector<CarrierParcel> &parcels)
+{
     const auto again = std::count_if(parcels.begin(), parcels.end(), [](const CarrierParcel &parcel) {
         return parcel.shipment.exported.isValid();
     });

@@ -31,21 +31,28 @@ QVariant dayOf(const QDate &day) { return day.isValid() ? QVariant(text::stored(
 
 void ExportModel::check(Row &row) const { row.findings = findingsOf(m_program, row.parcel, m_settings); }
 
+bool ExportModel::isPreset(CarrierProgram program, const CarrierParcel &parcel)
+{
+    return !parcel.shipment.exported.isValid() && exportDoubt(program, parcel).isEmpty();
+}
+
 void ExportModel::set(std::vector<CarrierParcel> parcels, CarrierProgram program,
                       const CarrierSettings &settings)
 {
     beginResetModel();
     std::vector<Row> before = std::exchange(m_rows, {});
-    m_program = program;
+    const CarrierProgram programBefore = std::exchange(m_program, program);
     m_settings = settings;
     for (CarrierParcel &parcel : parcels) {
         Row row{std::move(parcel)};
-        row.ticked = !row.parcel.shipment.exported.isValid();
+        row.ticked = isPreset(program, row.parcel);
         const auto known = std::find_if(before.begin(), before.end(), [&](const Row &other) {
             return other.parcel.shipment.id == row.parcel.shipment.id;
         });
         if (known != before.end()) {
-            row.ticked = known->ticked;
+            // For another carrier only those stay as they were that the clerk changed.
+            if (program == programBefore || known->ticked != isPreset(programBefore, known->parcel))
+                row.ticked = known->ticked;
             if (known->parcel.shipment.method == row.parcel.shipment.method)
                 row.parcel.collected = known->parcel.collected;
         }
@@ -152,8 +159,15 @@ QVariant ExportModel::value(const Row &row, int column) const
     case Exported:
         return dayOf(shipment.exported);
     default:
-        return row.findings.empty() ? u"よし"_s : u"%1 か所"_s.arg(row.findings.size());
+        return stateOf(row);
     }
+}
+
+QString ExportModel::stateOf(const Row &row) const
+{
+    if (const QString doubt = exportDoubt(m_program, row.parcel); !doubt.isEmpty())
+        return doubt;
+    return row.findings.empty() ? u"よし"_s : u"%1 か所"_s.arg(row.findings.size());
 }
 
 QVariant ExportModel::data(const QModelIndex &index, int role) const

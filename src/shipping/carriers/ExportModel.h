@@ -8,7 +8,7 @@ namespace shipping
 {
 
 /// Shipments that may go into a carrier's file, each with a tick. Those that were written to one before are
-/// not ticked by themselves.
+/// not ticked by themselves, nor those of which there is a doubt.
 class ExportModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -33,8 +33,8 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    /// Lists \a parcels for \a program. Ticks and the choice of what is collected stay with shipments that
-    /// were listed before.
+    /// Lists \a parcels for \a program. What the clerk ticked or not, and what is collected, stays with
+    /// shipments that were listed before.
     void set(std::vector<CarrierParcel> parcels, CarrierProgram program, const CarrierSettings &settings);
     void clear();
 
@@ -65,9 +65,12 @@ private:
         std::vector<CarrierFinding> findings{};
     };
 
+    /// Whether \a parcel is ticked before the clerk has said anything.
+    [[nodiscard]] static bool isPreset(CarrierProgram program, const CarrierParcel &parcel);
     void check(Row &row) const;
     void changed(int row);
     [[nodiscard]] QVariant value(const Row &row, int column) const;
+    [[nodiscard]] QString stateOf(const Row &row) const;
 
     std::vector<Row> m_rows;
     CarrierProgram m_program = CarrierProgram::B2Cloud;

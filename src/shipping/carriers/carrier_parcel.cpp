@@ -1,7 +1,10 @@
 #include "shipping/carriers/carrier_parcel.h"
 
+#include "shipping/carriers/carrier_values.h"
 #include "text/dates.h"
 #include "text/numbers.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +20,8 @@ QString amountText(const std::optional<double> &amount)
 {
     return amount ? text::formatPlain(*amount) : QString();
 }
+
+constexpr int oldAfter = 60; // days; gifts are ordered weeks ahead
 
 // The lines of a party's field: pointers to the members of either party.
 std::vector<QString Party::*> partyLines(ShipmentField field)
@@ -126,7 +131,27 @@ base::Result<Shipment> withParcels(Shipment shipment, const QString &typed)
     return shipment;
 }
 
+// A line break that was pasted into a field; its box shows it as a blank.
+QString plainLine(QString typed)
+{
+    for (QChar &c : typed) {
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = u' ';
+    }
+    return typed.trimmed();
+}
+
 } // namespace
+
+QString exportDoubt(CarrierProgram program, const CarrierParcel &parcel)
+{
+    const Shipment &shipment = parcel.shipment;
+    if (!values::checkOwn(parcel, program))
+        return u"他社"_s;
+    const QDate last = std::max(shipment.accepted, shipment.delivery);
+    return last.isValid() && last.daysTo(parcel.shipDay) >= oldAfter ? u"古い"_s : QString();
+}
 
 MendableField mendable(const Shipment &shipment, ShipmentField field)
 {
@@ -156,9 +181,9 @@ base::Result<Shipment> mended(const Shipment &shipment, ShipmentField field, con
         return withParcels(now, first);
     qsizetype at = 0;
     for (const auto line : partyLines(field))
-        now.*partyOf(field).*line = lines.value(at++).trimmed();
+        now.*partyOf(field).*line = plainLine(lines.value(at++));
     for (const auto line : textLines(field))
-        now.*line = lines.value(at++).trimmed();
+        now.*line = plainLine(lines.value(at++));
     return now;
 }
 

@@ -15,6 +15,10 @@ struct CarrierParcel
     std::optional<double> includedTax{}; // yen, in the price; none: not known
 };
 
+/// Why \a parcel hardly goes to the carrier of \a program now, in a word: its form is another carrier's, or
+/// it was to leave weeks ago. Empty where it may well go.
+QString exportDoubt(CarrierProgram program, const CarrierParcel &parcel);
+
 /// What of a shipment a field of the file comes from, for the clerk to mend it there.
 enum class ShipmentField {
     None, // nothing of it

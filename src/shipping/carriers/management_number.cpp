@@ -28,7 +28,11 @@ std::optional<qint64> shipmentOfNumber(const QString &number, const QStringList 
     for (const QString &prefix : prefixes) {
         if (!plain.startsWith(prefix, Qt::CaseInsensitive))
             continue;
-        if (const auto key = keyFrom(QStringView(plain).sliced(prefix.size())))
+        // "KB-12" is what "KB" is known by as well.
+        QStringView rest = QStringView(plain).sliced(prefix.size());
+        if (!prefix.isEmpty() && rest.startsWith(u'-'))
+            rest = rest.sliced(1);
+        if (const auto key = keyFrom(rest))
             return key;
     }
     return std::nullopt;

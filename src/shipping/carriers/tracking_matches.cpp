@@ -104,10 +104,25 @@ struct Repeats
     }
 };
 
+// Those of ゆうパック have eleven digits or twelve.
+QString lostDigits(const Shipment &shipment, const QString &number)
+{
+    constexpr qsizetype usual = 12;
+    const bool isKnown = formsOf(CarrierProgram::B2Cloud).contains(shipment.method) ||
+                         formsOf(CarrierProgram::Hiden3).contains(shipment.method);
+    return isKnown && number.size() != usual
+               ? u"%1の送り状番号は %2 けたですが、%3 けたです"_s.arg(shipment.method)
+                     .arg(usual)
+                     .arg(number.size())
+               : QString();
+}
+
 base::Result<QString> remarkOn(db::Connection &connection, const TrackingMatch &row, const Repeats &repeats)
 {
     if (row.state == TrackingState::Differs)
         return u"今の番号は %1 です"_s.arg(row.shipment->trackingNumber);
+    if (const QString lost = lostDigits(*row.shipment, row.number); !lost.isEmpty())
+        return lost;
     if (repeats.numbers.value(row.shipment->id).size() > 1)
         return u"同じ管理番号に、ちがう送り状番号の行があります"_s;
     if (repeats.shipments.value(row.number).size() > 1)

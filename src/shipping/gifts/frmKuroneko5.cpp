@@ -149,6 +149,11 @@ void frmKuroneko5::connectBoxes()
     for (QLineEdit *box : {m_ui->txtName1, m_ui->txtName2, m_ui->txtZip, m_ui->txtAddress1, m_ui->txtAddress2,
                            m_ui->txtTel1, m_ui->txtCode1, m_ui->txtCode2})
         connect(box, &QLineEdit::textChanged, this, &frmKuroneko5::takeHead);
+    // Where nothing is left of the sender before, the sheet is the next one's without a word.
+    connect(m_ui->txtName1, &QLineEdit::editingFinished, this, [this] {
+        if (!m_fills && std::ranges::all_of(m_rows.order().rows, &GiftRow::issued))
+            takeOver(m_rows.order().sender, m_rows.order().senderId);
+    });
     connect(m_ui->txtDate1, &QDateEdit::dateChanged, this, &frmKuroneko5::takeHead);
     for (QComboBox *box : {m_ui->dbcKubun, m_ui->Combo5})
         connect(box, &QComboBox::currentTextChanged, this, &frmKuroneko5::takeHead);
@@ -377,7 +382,10 @@ void frmKuroneko5::openDraft()
         return;
     const std::size_t lines = (*draft)->rows.size();
     showHead(**draft);
+    m_owner = (*draft)->sender;
+    m_ownerId = (*draft)->senderId;
     m_rows.setOrder(std::move(**draft));
+    takeHead();
     say(u"前回の下書き（お届け先 %1 件）を開きました。"_s.arg(lines));
 }
 

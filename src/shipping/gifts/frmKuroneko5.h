@@ -85,6 +85,10 @@ private:
     void addConsignee();
     void presetSeason();
     void loadLastYear();
+    /// Asks what becomes of the lines where they are another's than \a sender's, as they stand. \return
+    /// whether the sheet goes on as his
+    bool takeOver(const Party &sender, qint64 id);
+    bool settleLinesOf(const Party &other, const Party &sender);
     void completeAddress(int row, GiftColumn column);
     void paste();
     void removeRows();
@@ -104,6 +108,7 @@ private:
     /// Takes what is being typed. \return whether all of it can be meant; what cannot was told
     bool settle();
     bool checkHeadBoxes();
+    [[nodiscard]] QString remarkOn(const base::Error &fault) const;
     bool checkRows();
     bool settleDoubts();
     void preview();
@@ -120,6 +125,8 @@ private:
     LabelPlaceBox *m_places = nullptr;
     Party m_found; // the sender as the register had him
     qint64 m_foundId = 0;
+    Party m_owner; // whose the lines are; without a name as long as nobody has said
+    qint64 m_ownerId = 0;
     QTimer m_drafts; // keeps the draft a moment after the last change
     bool m_fills = false;
 };

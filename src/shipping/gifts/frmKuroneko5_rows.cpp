@@ -1,6 +1,8 @@
+#include "registers/duplicates/person_folding.h"
 #include "registers/postal/postal_lookup.h"
 #include "shipping/gifts/earlier_gifts.h"
 #include "shipping/gifts/frmKuroneko5.h"
+#include "shipping/gifts/gift_checks.h"
 #include "slips/entry/counterpart_box.h"
 #include "text/numbers.h"
 #include "ui/cell_delegate.h"
@@ -43,12 +45,15 @@ QString commonBeginning(const QStringList &texts)
 
 std::optional<qint64> frmKuroneko5::chosenIn(QComboBox &box)
 {
-    const auto found = slips::counterpartIn(box, workspace().connection, book::customerSearch,
-                                            u"複数の納品先が選択されています。"_s);
+    const QString several = u"複数の納品先が選択されています。"_s;
+    const auto found = slips::counterpartIn(box, workspace().connection, book::customerSearch, several);
     if (found && found->refusal.isEmpty())
         return found->counterpart.value_or(0);
     box.setFocus();
     tell(found ? base::Error{found->refusal} : found.error());
+    if (found && found->refusal == several)
+        say(u"該当する納品先 %1 件を検索欄の一覧に入れました。↓キーで選び、Enter を押してください。"_s.arg(
+            box.count()));
     return std::nullopt;
 }
 
@@ -58,11 +63,54 @@ void frmKuroneko5::searchSender()
     if (!id)
         return;
     const auto party = registeredParty(workspace().connection, *id);
-    if (!tell(party.status()))
+    if (!tell(party.status()) || !m_cells->settle() || !takeOver(*party, *id))
         return;
     showSender(*party, *id);
     takeHead();
+    if (const QString name = m_rows.order().common.memo2; !name.isEmpty())
+        say(u"共通の名入れは「%1」です。"_s.arg(name));
     m_ui->txtDate2->setFocus();
+}
+
+bool frmKuroneko5::takeOver(const Party &sender, qint64 id)
+{
+    const bool isOne = m_ownerId > 0 && id > 0
+                           ? m_ownerId == id
+                           : registers::foldedPerson(m_owner.name1) == registers::foldedPerson(sender.name1);
+    if (sender.name1.isEmpty())
+        return true; // he is still to be entered
+    if (!isOne && !m_owner.name1.isEmpty() && !settleLinesOf(m_owner, sender))
+        return false;
+    m_owner = sender;
+    m_ownerId = id;
+    return true;
+}
+
+// Lines whose slips are out stay with the one who sent them: in the history.
+bool frmKuroneko5::settleLinesOf(const Party &other, const Party &sender)
+{
+    GiftOrder order = m_rows.order();
+    std::erase_if(order.rows, &GiftRow::issued);
+    if (!order.rows.empty()) {
+        const auto way = ui::prompts::askWhichWay(
+            this,
+            u"表には、%1 様のお届け先が %2 件残っています。ご依頼主を %3 様に替えると、どうしますか。"_s
+                .arg(other.name1)
+                .arg(order.rows.size())
+                .arg(sender.name1),
+            {u"表から除く"_s, u"残して使う"_s},
+            u"残すと、品名・価格・のし・名入れも各行のまま、%1 様の名前で発行します。"_s.arg(sender.name1));
+        if (!way)
+            return false;
+        if (*way == 0)
+            order.rows.clear();
+    }
+    const std::size_t gone = m_rows.order().rows.size() - order.rows.size();
+    if (gone > 0) {
+        m_rows.setOrder(std::move(order));
+        say(u"%1 様のお届け先 %2 行を表から除きました。"_s.arg(other.name1).arg(gone));
+    }
+    return true;
 }
 
 // Whom the sheet has already is shown instead of added once more.
@@ -111,6 +159,8 @@ void frmKuroneko5::loadLastYear()
         m_ui->cmbSender->setFocus();
         return;
     }
+    if (!takeOver(order.sender, order.senderId))
+        return;
     const auto gifts =
         lastGiftsOf(workspace().connection, {order.senderId, order.sender, order.category,
                                              m_ui->DTPicker3->date(), m_ui->DTPicker4->date()});
@@ -132,7 +182,8 @@ void frmKuroneko5::loadLastYear()
     const int first = m_rows.append(rows);
     const std::size_t known = gifts->size() - rows.size();
     say(u"%1 件を読み込みました。"_s.arg(rows.size()) +
-        (known > 0 ? u"すでにある %1 件は除きました。"_s.arg(known) : QString()));
+        (known > 0 ? u"すでにある %1 件は除きました。"_s.arg(known) : QString()) +
+        (rows.empty() ? QString() : u"黒い値は前回のままです。「共通の内容に合わせる」で替わります。"_s));
     goTo(rows.empty() ? 0 : first, GiftColumn::Name1);
 }
 
@@ -211,7 +262,9 @@ void frmKuroneko5::followCommon()
         return;
     takeHead();
     m_rows.followCommon();
-    say(u"印の付いた行を共通の内容に合わせました。「元に戻す」で戻せます。"_s);
+    const qsizetype doubts = priceDoubts(m_rows.order()).size();
+    say(u"印の付いた行を共通の内容に合わせました。「元に戻す」で戻せます。"_s +
+        (doubts > 0 ? u"価格が別の品名のままの行が %1 行あります。"_s.arg(doubts) : QString()));
 }
 
 void frmKuroneko5::goTo(int row, GiftColumn column)

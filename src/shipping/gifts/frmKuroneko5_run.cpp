@@ -57,7 +57,18 @@ bool frmKuroneko5::checkHeadBoxes()
         m_ui->txtName1->setFocus();
     else
         m_ui->dbcKubun->setFocus();
-    return tell(checked);
+    ui::prompts::inform(this, checked.error().text, QString::fromUtf16(ui::prompts::information),
+                        ui::prompts::Icon::Information, remarkOn(checked.error()));
+    return false;
+}
+
+QString frmKuroneko5::remarkOn(const base::Error &fault) const
+{
+    if (!fault.text.startsWith(u"発送区分"_s))
+        return {};
+    if (m_ui->dbcKubun->count() == 0)
+        return u"発送区分が一つも登録されていません。「新規登録」「発送区分登録」で登録してください。"_s;
+    return m_rows.order().category.isEmpty() ? u"発送区分を選んでください。"_s : QString();
 }
 
 bool frmKuroneko5::checkRows()
@@ -98,7 +109,7 @@ void frmKuroneko5::preview()
 // For the customer to look through and to sign, before the slips are printed or after.
 void frmKuroneko5::showSheet()
 {
-    if (!settle())
+    if (!settle() || !takeOver(m_rows.order().sender, m_rows.order().senderId))
         return;
     std::vector<std::size_t> rows = tickedRows(m_rows.order());
     for (std::size_t row = 0; rows.empty() && row < m_rows.order().rows.size(); ++row) {
@@ -116,7 +127,8 @@ void frmKuroneko5::issue()
     if (!settle())
         return;
     m_rows.clearStates();
-    if (!checkHeadBoxes() || !checkRows() || !settleDoubts())
+    if (!takeOver(m_rows.order().sender, m_rows.order().senderId) || !checkHeadBoxes() || !checkRows() ||
+        !settleDoubts())
         return;
     const std::vector<std::size_t> rows = tickedRows(m_rows.order());
     const std::vector<Shipment> shipments = shipmentsIn(m_rows.order(), rows);

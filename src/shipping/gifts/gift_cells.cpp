@@ -162,12 +162,25 @@ base::Result<QVariant> readTerm(GiftTerm term, const QString &heading, const QSt
     }
 }
 
+// A cell of a spreadsheet may have line breaks.
+QString inOneLine(QString typed)
+{
+    for (QChar &c : typed) {
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = u' ';
+    }
+    return typed.trimmed();
+}
+
 bool isDash(const QString &typed) { return typed.size() == 1 && u"-－ー−―‐"_s.contains(typed.front()); }
 
 base::Status enterTerm(GiftRow &row, GiftTerm term, const QString &heading, const QString &typed,
                        const QDate &accepted)
 {
     if (typed.isEmpty()) {
+        if (term == GiftTerm::Price)
+            row.pricedGoods.clear();
         row.dropOwn(term);
         return {};
     }
@@ -178,6 +191,8 @@ base::Status enterTerm(GiftRow &row, GiftTerm term, const QString &heading, cons
     const auto value = readTerm(term, heading, typed, accepted);
     if (!value)
         return value.error();
+    if (term == GiftTerm::Price)
+        row.pricedGoods.clear();
     row.setOwn(term, *value);
     return {};
 }
@@ -254,7 +269,7 @@ QString typedCell(const GiftRow &row, GiftColumn column)
 
 base::Status enterCell(GiftRow &row, GiftColumn column, const QString &typed, const QDate &accepted)
 {
-    const QString text = typed.trimmed();
+    const QString text = inOneLine(typed);
     if (const auto term = termIn(column))
         return enterTerm(row, *term, lookOf(column).heading, text, accepted);
     if (partIn(column))

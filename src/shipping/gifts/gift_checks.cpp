@@ -3,8 +3,11 @@
 #include "shipping/gifts/earlier_gifts.h"
 #include "shipping/slips/shipment_store.h"
 #include "text/dates.h"
+#include "text/numbers.h"
 
 #include <QHash>
+
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -14,11 +17,14 @@ namespace shipping
 namespace
 {
 
-constexpr int oneSeason = 60; // days in which nobody is sent the same gift twice
+constexpr int farAhead = 183;            // days
+constexpr qsizetype longestName = 40;    // characters that a slip shows legibly
+constexpr qsizetype longestAddress = 60; // the same
+constexpr int oneSeason = 60;            // days in which nobody is sent the same gift twice
 
 bool isBlank(const QString &text) { return text.trimmed().isEmpty(); }
 
-QStringList oldDays(const GiftOrder &order, const QDate &today)
+QStringList strangeDays(const GiftOrder &order, const QDate &today)
 {
     QStringList doubts;
     if (order.accepted < today)
@@ -28,6 +34,29 @@ QStringList oldDays(const GiftOrder &order, const QDate &today)
         if (delivery.isValid() && delivery < today)
             doubts << u"%1: 配達予定日 %2 は過ぎています。"_s.arg(rowInWords(order, row),
                                                                   text::formatDate(delivery));
+        else if (delivery.isValid() && order.accepted.daysTo(delivery) > farAhead)
+            doubts << u"%1: 配達予定日 %2 は半年より先です。"_s.arg(rowInWords(order, row),
+                                                                    text::formatDate(delivery));
+    }
+    return doubts;
+}
+
+// Slips shrink what is long, in the end to specks.
+QStringList longTexts(const GiftOrder &order)
+{
+    QStringList doubts;
+    for (const std::size_t row : tickedRows(order)) {
+        const Party &to = order.rows[row].consignee;
+        const std::tuple<QString, qsizetype, QString> texts[] = {{u"お届け先名"_s, longestName, to.name1},
+                                                                 {u"名前２"_s, longestName, to.name2},
+                                                                 {u"住所１"_s, longestAddress, to.address1},
+                                                                 {u"住所２"_s, longestAddress, to.address2}};
+        for (const auto &[heading, longest, text] : texts) {
+            if (text.size() > longest)
+                doubts << u"%1: %2が %3 文字あり、送り状では小さくて読めません。"_s
+                              .arg(rowInWords(order, row), heading)
+                              .arg(text.size());
+        }
     }
     return doubts;
 }
@@ -108,12 +137,27 @@ std::vector<GiftFault> faultsOf(const GiftOrder &order)
     return faults;
 }
 
+QStringList priceDoubts(const GiftOrder &order)
+{
+    QStringList doubts;
+    for (const std::size_t place : tickedRows(order)) {
+        const GiftRow &row = order.rows[place];
+        const GiftTerms terms = termsOf(order, row);
+        const QString priced = row.has(GiftTerm::Price) ? row.pricedGoods : order.common.goods;
+        if (terms.price && !priced.isEmpty() && !terms.goods.isEmpty() && terms.goods != priced)
+            doubts << u"%1: 品名は「%2」ですが、価格 %3 円は「%4」のものです。"_s.arg(
+                rowInWords(order, place), terms.goods.left(20), text::formatAmount(*terms.price),
+                priced.left(20));
+    }
+    return doubts;
+}
+
 base::Result<QStringList> orderDoubts(db::Connection &connection, const GiftOrder &order, const QDate &today)
 {
     const auto sent = sentLately(connection, order);
     if (!sent)
         return sent.error();
-    return oldDays(order, today) + repeatsIn(order) + *sent;
+    return strangeDays(order, today) + longTexts(order) + priceDoubts(order) + repeatsIn(order) + *sent;
 }
 
 } // namespace shipping

@@ -22,9 +22,14 @@ base::Status checkHead(db::Connection &connection, const GiftOrder &order);
 /// The faults of the ticked lines, in their order.
 std::vector<GiftFault> faultsOf(const GiftOrder &order);
 
-/// What may be meant and is asked about once, a sentence each: days before \a today, a consignee twice in
-/// the run, or one to whom the sender has sent of the category in the last weeks. What does not look like a
-/// slip's postal code is asked about where slips are printed.
+/// The ticked lines whose price is that of other goods than theirs, a sentence each: the goods were changed
+/// and the price of the last time was left, or goods of their own go at the price of the sheet's.
+QStringList priceDoubts(const GiftOrder &order);
+
+/// What may be meant and is asked about once, a sentence each: days before \a today or half a year ahead,
+/// what is too long to be read, those prices, a
+/// consignee twice in the run, or one to whom the sender has sent of the category in the last weeks. What
+/// does not look like a slip's postal code is asked about where slips are printed.
 base::Result<QStringList> orderDoubts(db::Connection &connection, const GiftOrder &order, const QDate &today);
 
 /// "3 行目　山田花子": how sentences call a line.

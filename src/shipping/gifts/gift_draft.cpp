@@ -85,6 +85,7 @@ QJsonObject jsonOf(const GiftRow &row)
             {u"発行済"_s, row.issued},
             {u"状態"_s, row.state},
             {u"届先"_s, jsonOf(row.consignee, row.consigneeId)},
+            {u"価格の品名"_s, row.pricedGoods},
             {u"内容"_s, terms}};
 }
 
@@ -94,6 +95,7 @@ GiftRow rowFrom(const QJsonObject &object)
     row.ticked = object.value(u"印"_s).toBool();
     row.issued = object.value(u"発行済"_s).toBool();
     row.state = object.value(u"状態"_s).toString();
+    row.pricedGoods = object.value(u"価格の品名"_s).toString();
     const QJsonObject consignee = object.value(u"届先"_s).toObject();
     row.consignee = partyFrom(consignee);
     row.consigneeId = idFrom(consignee);

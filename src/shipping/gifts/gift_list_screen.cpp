@@ -131,8 +131,6 @@ void GiftListScreen::show(base::Report report)
         m_sums[i].first->setText(sums[i].name);
         m_sums[i].second->setText(text::formatValue(sums[i].format, sums[i].value));
     }
-    for (QPushButton *button : {m_ui->Command2, m_ui->Command3, m_ui->Command4})
-        button->setEnabled(!m_shipments.empty());
     showState();
 }
 
@@ -142,6 +140,8 @@ void GiftListScreen::showState()
     const GiftListQuery asked = query();
     const bool isShown = asked.from == m_listed.from && asked.to == m_listed.to &&
                          asked.category == m_listed.category && asked.sender == m_listed.sender;
+    for (QPushButton *button : {m_ui->Command2, m_ui->Command3, m_ui->Command4})
+        button->setEnabled(isShown && !m_shipments.empty());
     m_ui->lblMessage->setText(isShown ? queryInWords(m_listed)
                                       : u"条件が変わりました。「一覧を作る」を押してください。"_s);
 }

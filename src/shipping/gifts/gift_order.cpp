@@ -132,6 +132,7 @@ GiftRow rowLike(const Shipment &shipment)
         if (const QVariant value = termOf(sent, term); !value.isNull())
             row.setOwn(term, value);
     }
+    row.pricedGoods = shipment.goods;
     return row;
 }
 

@@ -42,6 +42,7 @@ struct GiftRow
     qint64 consigneeId = 0; // as Shipment's
     GiftTerms own;          // of which those count that it has of its own
     std::bitset<giftTermCount> hasOwn;
+    QString pricedGoods{}; // what its own price was asked for last time; empty once it is typed
     bool issued = false;
     QString state; // what became of it, or what is wrong with it
 

@@ -2,6 +2,7 @@
 
 #include "base/exact_sum.h"
 #include "printing/forms/form_sheets.h"
+#include "shipping/slips/shipping_form.h"
 #include "text/postal_code.h"
 
 using namespace Qt::StringLiterals;
@@ -26,21 +27,25 @@ QString behindMark(const QString &zip)
     return zip.isEmpty() ? QString() : u"〒"_s + text::shownPostalCode(zip);
 }
 
+QString addressed(const Party &party)
+{
+    return joined({party.name1, party.name2, honorificOf(party)}, u" "_s);
+}
+
 FormRecord rowOf(const Shipment &parcel, int number)
 {
-    FormRecord row{
-        {u"明細.番号"_s, double(number)},
-        {u"明細.届先名"_s, joined({parcel.consignee.name1, parcel.consignee.name2}, u" "_s) + u" 様"_s},
-        {u"明細.届先住所"_s,
-         joined({behindMark(parcel.consignee.zip), parcel.consignee.address1 + parcel.consignee.address2},
-                u" "_s)},
-        {u"明細.届先電話"_s, parcel.consignee.tel},
-        {u"明細.品名"_s, parcel.goods},
-        {u"明細.個数"_s, double(parcel.parcels)},
-        {u"明細.のし"_s, joined({parcel.memo1, parcel.memo2}, u" "_s)},
-        {u"明細.配達日"_s, parcel.delivery},
-        {u"明細.時間帯"_s, parcel.timeSlot},
-        {u"明細.クール"_s, parcel.cooling}};
+    FormRecord row{{u"明細.番号"_s, double(number)},
+                   {u"明細.届先名"_s, addressed(parcel.consignee)},
+                   {u"明細.届先住所"_s, joined({behindMark(parcel.consignee.zip),
+                                                parcel.consignee.address1 + parcel.consignee.address2},
+                                               u" "_s)},
+                   {u"明細.届先電話"_s, parcel.consignee.tel},
+                   {u"明細.品名"_s, parcel.goods},
+                   {u"明細.個数"_s, double(parcel.parcels)},
+                   {u"明細.のし"_s, joined({parcel.memo1, parcel.memo2}, u" "_s)},
+                   {u"明細.配達日"_s, parcel.delivery},
+                   {u"明細.時間帯"_s, parcel.timeSlot},
+                   {u"明細.クール"_s, parcel.cooling}};
     if (parcel.price)
         row.insert(u"明細.価格"_s, *parcel.price);
     if (parcel.carriage)
@@ -65,7 +70,7 @@ void addSender(FormRecord &items, const Shipment &first)
 {
     items[u"受付日"_s] = first.accepted;
     items[u"区分"_s] = first.category;
-    items[u"依頼主.名前"_s] = joined({first.sender.name1, first.sender.name2}, u" "_s) + u" 様"_s;
+    items[u"依頼主.名前"_s] = addressed(first.sender);
     items[u"依頼主.郵便番号"_s] = behindMark(first.sender.zip);
     items[u"依頼主.住所1"_s] = first.sender.address1;
     items[u"依頼主.住所2"_s] = first.sender.address2;

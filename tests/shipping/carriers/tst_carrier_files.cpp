@@ -83,6 +83,13 @@ class TestCarrierFiles : public QObject
     Q_OBJECT
 
 private slots:
+    // Its box shows a break as a blank; what is seen is what is kept.
+    void aPastedBreakIsMended()
+    {
+        const auto now = mended(hurriedShipment(), ShipmentField::SenderAddress, {u"𠮷田町\nｱｲｳ1-2\t"_s, {}});
+        QCOMPARE(now->sender.address1, u"𠮷田町 ｱｲｳ1-2"_s);
+    }
+
     void eachFieldIsReadBack()
     {
         FreshShop shop;

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDateEdit>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
@@ -145,6 +146,32 @@ private slots:
         desk.driver->press("cmdExport");
         QCOMPARE(desk.exported(), QStringList());
         QCOMPARE(desk.ticks(), u"xx"_s);
+    }
+
+    // The history as it opens is two years of all carriers; only what may be meant is ticked.
+    void aLongListIsNotAllMeant()
+    {
+        ExportDesk desk;
+        kept(desk.shop, hurriedShipment(u"佐川急便"_s));
+        Shipment old = hurriedShipment();
+        old.accepted = QDate(2024, 12, 5);
+        old.delivery = QDate();
+        kept(desk.shop, old);
+        desk.screen->listShipments({1, 4, 5});
+        QCOMPARE(desk.ticks(), u"x--"_s);
+        QCOMPARE(desk.driver->the<QDateEdit>("DTPicker1").date(), old.accepted);
+        desk.driver->choose("Combo1", int(CarrierProgram::Hiden3));
+        QCOMPARE(desk.ticks(), u"-x-"_s);
+        desk.driver->choose("Combo1", int(CarrierProgram::B2Cloud));
+        QCOMPARE(desk.ticks(), u"x--"_s);
+        auto &grid = desk.driver->the<ui::Grid>("DataGrid1");
+        grid.selectRow(2);
+        QTest::keyClick(&grid, Qt::Key_Space);
+        ui::prompts::expectAskCautiously(u"60 日以上前の発送が 1 件あります。すでに発送していませんか。"
+                                         "このまま書き出しますか。"_s,
+                                         false, u"発送ID 5　受付日 2024/12/05　㈱山田商店"_s);
+        desk.driver->press("cmdExport");
+        QCOMPARE(desk.exported(), QStringList());
     }
 
     // Without its settings nothing is written; they open where they are missing.

@@ -75,6 +75,7 @@ private slots:
             u"ちがう管理番号"_s);
         row("a number that another one has", "KB-1,,312345678901\n", u"新しい番号"_s, u"ほかの発送"_s);
         row("to another consignee", "KB-1,鈴木花子,391234567894\n", u"新しい番号"_s, u"名前がちがいます"_s);
+        row("a digit lost", "KB-1,,39123456789\n", u"新しい番号"_s, u"11 けた"_s);
         row("never exported", "KB-6,,391234567894\n", u"新しい番号"_s, u"書き出していない"_s);
     }
 

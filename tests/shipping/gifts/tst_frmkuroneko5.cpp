@@ -253,6 +253,48 @@ private slots:
         desk.driver->press("cmdLastYear");
     }
 
+    void anotherSenderDoesNotTakeTheLinesUnasked()
+    {
+        Desk desk;
+        desk.fill(2);
+        const QString question = u"表には、髙橋商店 様のお届け先が 2 件残っています。ご依頼主を %1 "
+                                 "様に替えると、どうしますか。"_s;
+        for (const auto &[way, name] :
+             {std::pair(QString(), u"髙橋商店"_s), {u"残して使う"_s, u"井上　誠"_s}}) {
+            ui::prompts::expectAskWhichWay(question.arg(u"井上　誠"_s), way);
+            desk.driver->type("cmbSender", u"井上"_s);
+            desk.driver->key(Qt::Key_Return);
+            QCOMPARE(desk.driver->box("txtName1").text(), name);
+            QCOMPARE(desk.grid().model()->rowCount(), 3);
+        }
+        // A name that was typed over is one of another, too.
+        desk.driver->enter("txtName1", u"原商店"_s);
+        ui::prompts::expectAskWhichWay({}, u"表から除く"_s);
+        ui::prompts::expectInform(u"発行するお届け先に印が付いていません。"_s);
+        desk.driver->press("Command2");
+        QCOMPARE(desk.grid().model()->rowCount(), 1);
+        QVERIFY(desk.history().isEmpty());
+    }
+
+    // What one has sent does not count as there already for the next one.
+    void theNextSenderBeginsAnew()
+    {
+        Desk desk;
+        desk.shop.send({2025, 3, 1}, person(u"井上　誠"_s, u"1"_s, u"町1"_s), 8,
+                       person(u"届先1"_s, u"438-8122"_s, u"磐田市1"_s), u"柿"_s, 3000, 700);
+        desk.fill(1);
+        desk.issue(allOut);
+        desk.driver->type("cmbSender", u"井上"_s);
+        desk.driver->key(Qt::Key_Return);
+        QCOMPARE(desk.grid().model()->rowCount(), 1);
+        desk.driver->press("cmdLastYear");
+        QCOMPARE(desk.cell(0, GiftColumn::Name1) + desk.cell(0, GiftColumn::Goods), u"届先1柿"_s);
+        QVERIFY(desk.isTicked(0));
+        desk.issue(allOut);
+        QCOMPARE(desk.shop.rows(u"SELECT 依頼主名1 FROM 発送マスター WHERE 発送ID > 1 ORDER BY 発送ID"_s),
+                 QStringList({u"髙橋商店"_s, u"井上　誠"_s}));
+    }
+
     void nothingIsPrintedBeforeAllIsRight()
     {
         Desk desk;
@@ -271,6 +313,9 @@ private slots:
         desk.driver->press("Command2");
         desk.driver->type("dbcKubun", u"お歳墓"_s);
         ui::prompts::expectInform(u"発送区分が不正です。"_s);
+        desk.driver->press("Command2");
+        desk.driver->list("dbcKubun").clearEditText();
+        ui::prompts::expectInform(u"発送区分が不正です。"_s, u"発送区分を選んでください。"_s);
         desk.driver->press("Command2");
         desk.driver->choose("dbcKubun", 0);
         desk.driver->enter("Text1", u"時価"_s);
@@ -316,6 +361,7 @@ private slots:
         QCOMPARE(desk.driver->box("txtName1").text(), u"髙橋商店"_s);
         QCOMPARE(desk.driver->box("Text1").text(), u"3,980"_s);
         QCOMPARE(desk.message(), u"前回の下書き（お届け先 2 件）を開きました。"_s);
+        QCOMPARE(desk.driver->the<QLabel>("lblSender").text(), u"ID 7"_s);
         // The wheel over a box in passing, and a half typed day.
         turnWheelOver(desk.driver->list("Combo5"));
         QCOMPARE(desk.driver->list("Combo5").currentText(), u"佐川急便"_s);
@@ -372,6 +418,12 @@ private slots:
         desk.driver->press("cmdAddConsignee");
         QCOMPARE(desk.grid().model()->rowCount(), 2);
         QCOMPARE(desk.message(), u"井上　誠 は 1 行目にあります。"_s);
+        desk.shop.run(
+            u"INSERT INTO 納品先 (納品先ID, 納品先名1, 納品先名キー) VALUES (9, '井上商会', '井上商会')"_s);
+        ui::prompts::expectInform(u"複数の納品先が選択されています。"_s);
+        desk.driver->type("cmbConsignee", u"井上"_s);
+        desk.driver->press("cmdAddConsignee");
+        QVERIFY(desk.message().startsWith(u"該当する納品先 2 件"_s));
         // One whom nobody has registered; nothing typed is no sender either.
         ui::prompts::expectInform(u"該当するデータは見つかりませんでした。"_s);
         desk.driver->type("cmbConsignee", u"いない人"_s);

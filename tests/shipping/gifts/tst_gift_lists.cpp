@@ -210,7 +210,7 @@ private slots:
         QCOMPARE(document->sheets.size(), 2);
         const printing::Sheet first = document->sheets.front();
         const QStringList texts = textsOn(document->sheets);
-        for (const QString &text : {u"髙橋商店 様"_s, u"かんばん堂"_s, u"森 様"_s, u"¥87,901"_s,
+        for (const QString &text : {u"髙橋商店 御中"_s, u"かんばん堂"_s, u"森 様"_s, u"¥87,901"_s,
                                     u"¥107,151"_s, u"お届け先　23 件"_s, u"ご署名"_s})
             QVERIFY2(texts.contains(text), qPrintable(text));
         QVERIFY(!textsOf(first).contains(u"¥87,901"_s)); // once, on the last page

@@ -55,6 +55,7 @@ private slots:
     void lastYearsListHasEachConsigneeOnce();
     void sendersOfOneNameAreToldApart();
     void faultsAndDoubts();
+    void otherGoodsAtTheOldPriceAreDoubted();
     void pasting_data();
     void pasting();
     void theDraftComesBackAsItWas();
@@ -84,6 +85,7 @@ void TestGiftOrder::cells_data()
     QTest::newRow("cooled") << Cooling << u"冷蔵便"_s << u"冷蔵"_s;
     QTest::newRow("code without hyphen") << Zip << u"４３８８１２２"_s << u"438-8122"_s;
     QTest::newRow("code of old") << Zip << u"438"_s << u"438"_s;
+    QTest::newRow("a break within") << Name1 << u"井上\n誠\r\n"_s << u"井上 誠"_s;
     QTest::newRow("telephone") << Tel << u"０５３－４６４－１２３４"_s << u"053-464-1234"_s;
 }
 
@@ -198,13 +200,36 @@ void TestGiftOrder::faultsAndDoubts()
     shop.send({2026, 3, 20}, sheet.sender, 7, sheet.rows[2].consignee, u"みかん"_s, 1, 1);
     shop.send({2025, 3, 20}, sheet.sender, 7, sheet.rows[0].consignee, u"みかん"_s, 1, 1);
     sheet.rows[0].setOwn(GiftTerm::Delivery, QDate(2026, 3, 31));
+    sheet.rows[2].setOwn(GiftTerm::Delivery, QDate(2027, 3, 31));
     const auto doubts = orderDoubts(shop.connection, sheet, today);
     QVERIFY(doubts);
     QCOMPARE(words(*doubts), u"1 行目　井上 誠: 配達予定日 2026/03/31 は過ぎています。 / "
+                             "3 行目　原: 配達予定日 2027/03/31 は半年より先です。 / "
                              "4 行目　井上　誠様: 1 行目と同じお届け先です。 / "
                              "3 行目　原: 2026/03/20 に同じ区分で発行しています。"_s);
+    sheet.rows[2].consignee.address2 = QString(200, u'あ');
+    QVERIFY(words(*orderDoubts(shop.connection, sheet, today)).contains(u"住所２が 200 文字"_s));
     sheet.category = u"暑中見舞"_s;
     QCOMPARE(checkHead(shop.connection, sheet).error().text, u"発送区分が不正です。"_s);
+}
+
+void TestGiftOrder::otherGoodsAtTheOldPriceAreDoubted()
+{
+    GiftSeason shop;
+    GiftOrder sheet = order();
+    sheet.common.goods = u"干物詰合せ"_s;
+    shop.send({2025, 3, 20}, sheet.sender, 7, person(u"原"_s, u"438"_s, u"磐田市1"_s), u"みかん"_s, 3900, 1);
+    sheet.rows = {line(u"森"_s, u"1"_s, u"町1"_s),
+                  rowLike(giftsOf(shop.connection, {7, sheet.sender, {}, {2025, 1, 1}, today})->front())};
+    QCOMPARE(priceDoubts(sheet), QStringList());
+    sheet.rows[1].dropOwn(GiftTerm::Goods);
+    QVERIFY(enterCell(sheet.rows[0], GiftColumn::Goods, u"りんご"_s, today));
+    QCOMPARE(words(*orderDoubts(shop.connection, sheet, today)),
+             u"1 行目　森: 品名は「りんご」ですが、価格 3,980 円は「干物詰合せ」のものです。 / "
+             "2 行目　原: 品名は「干物詰合せ」ですが、価格 3,900 円は「みかん」のものです。"_s);
+    for (GiftRow &row : sheet.rows)
+        QVERIFY(enterCell(row, GiftColumn::Price, u"3,900"_s, today)); // said by the clerk himself
+    QCOMPARE(priceDoubts(sheet), QStringList());
 }
 
 void TestGiftOrder::pasting_data()
@@ -262,6 +287,7 @@ void TestGiftOrder::theDraftComesBackAsItWas()
     sheet.rows[0].setOwn(GiftTerm::Delivery, QDate(2026, 12, 20));
     sheet.rows[0].setOwn(GiftTerm::Price, 4200.0);
     sheet.rows[0].setOwn(GiftTerm::Memo1, {});
+    sheet.rows[0].pricedGoods = u"柿"_s;
     sheet.rows[1].issued = true;
     sheet.rows[1].ticked = false;
     sheet.rows[1].state = u"発行済"_s;
