@@ -292,6 +292,23 @@ bool DialogCarrierExport::mayLeaveMending()
     return true;
 }
 
+// What is wrong with a sender stands in each of his shipments.
+std::vector<Shipment> DialogCarrierExport::alsoToMend(const Shipment &shipment) const
+{
+    std::vector<Shipment> others;
+    const ShipmentField field = m_finding->source;
+    if (field < ShipmentField::SenderName || field > ShipmentField::SenderTel)
+        return others;
+    for (const CarrierParcel &parcel : m_model.ticked()) {
+        const Shipment &other = parcel.shipment;
+        if (other.id != shipment.id && other.sender.name1 == shipment.sender.name1 &&
+            other.sender.name2 == shipment.sender.name2 &&
+            mendable(other, field).lines == mendable(shipment, field).lines)
+            others.push_back(other);
+    }
+    return others;
+}
+
 void DialogCarrierExport::mend()
 {
     const int row = m_finding ? m_model.rowOf(m_finding->shipment) : -1;
@@ -303,7 +320,16 @@ void DialogCarrierExport::mend()
         m_ui->txtFirst->setFocus();
         return;
     }
-    const base::Status stored = changeShipment(workspace().connection, *now);
+    std::vector<Shipment> all{*now};
+    const std::vector<Shipment> others = alsoToMend(m_model.at(row).shipment);
+    if (!others.empty() &&
+        ui::prompts::askCautiously(this, u"同じご依頼主の、「%1」が同じ発送がほかに %2 件あります。同じように"
+                                         "直しますか。"_s.arg(m_field.caption)
+                                             .arg(others.size()))) {
+        for (const Shipment &other : others)
+            all.push_back(*mended(other, m_finding->source, enteredLines()));
+    }
+    const base::Status stored = changeShipments(workspace().connection, all);
     if (!tell(stored) && !stored.error().changed && !stored.error().gone)
         return; // what was typed stays
     m_finding.reset();

@@ -54,6 +54,7 @@ private:
     [[nodiscard]] bool isMending() const;
     bool mayLeaveMending();
     void mend();
+    [[nodiscard]] std::vector<Shipment> alsoToMend(const Shipment &shipment) const;
 
     // The file.
     void exportTicked();

@@ -101,6 +101,8 @@ QVariant TrackingModel::data(const QModelIndex &index, int role) const
         return role == Qt::AccessibleTextRole ? QVariant(match.ticked ? u"取り込む"_s : u"取り込まない"_s)
                                               : QVariant();
     }
+    if (role == Qt::ToolTipRole && index.column() == Remark)
+        return match.remark; // longer than its column
     return ui::cellOf(columns()[std::size_t(index.column())], value(match, index.column()), role);
 }
 

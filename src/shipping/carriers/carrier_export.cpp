@@ -118,6 +118,17 @@ base::Status markExported(db::Connection &connection, const std::vector<CarrierP
     });
 }
 
+base::Status changeShipments(db::Connection &connection, const std::vector<Shipment> &shipments)
+{
+    return db::atomically(connection, [&]() -> base::Status {
+        for (const Shipment &shipment : shipments) {
+            if (const base::Status changed = changeShipment(connection, shipment); !changed)
+                return changed;
+        }
+        return {};
+    });
+}
+
 base::Result<std::vector<qint64>> changedSince(db::Connection &connection,
                                                const std::vector<CarrierParcel> &parcels)
 {

@@ -42,6 +42,9 @@ base::Result<CarrierParcel> parcelOf(db::Connection &connection, const Shipment 
 base::Status markExported(db::Connection &connection, const std::vector<CarrierParcel> &parcels,
                           const QDate &day);
 
+/// Stores \a shipments as they are now, all or none; as changeShipment().
+base::Status changeShipments(db::Connection &connection, const std::vector<Shipment> &shipments);
+
 /// Those of \a shipments whose rows have changed or are gone since they were read: 発送ID.
 base::Result<std::vector<qint64>> changedSince(db::Connection &connection,
                                                const std::vector<CarrierParcel> &parcels);

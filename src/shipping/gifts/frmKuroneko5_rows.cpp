@@ -63,12 +63,16 @@ void frmKuroneko5::searchSender()
     if (!id)
         return;
     const auto party = registeredParty(workspace().connection, *id);
+    say({});
     if (!tell(party.status()) || !m_cells->settle() || !takeOver(*party, *id))
         return;
+    QString words = m_ui->lblMessage->text();
     showSender(*party, *id);
     takeHead();
     if (const QString name = m_rows.order().common.memo2; !name.isEmpty())
-        say(u"共通の名入れは「%1」です。"_s.arg(name));
+        words += u"共通の名入れは「%1」です。"_s.arg(name);
+    if (m_ui->lblMessage->text().isEmpty()) // nothing is wrong with the boxes
+        say(words);
     m_ui->txtDate2->setFocus();
 }
 

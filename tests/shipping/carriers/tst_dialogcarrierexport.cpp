@@ -148,6 +148,25 @@ private slots:
         QCOMPARE(desk.ticks(), u"xx"_s);
     }
 
+    // What is wrong with a sender is mended once; whose parcels are not ticked, not at all.
+    void oneSenderIsMendedInAllHisParcels()
+    {
+        ExportDesk desk;
+        Shipment another = hurriedShipment();
+        another.sender.name1 = u"よその店"_s;
+        kept(desk.shop, another);
+        desk.shop.run(u"UPDATE 発送マスター SET 依頼主電話 = ''"_s);
+        desk.driver->press("cmdList");
+        desk.driver->type("txtFirst", u"026-200-0000"_s);
+        ui::prompts::expectAskCautiously(
+            u"同じご依頼主の、「ご依頼主の電話」が同じ発送がほかに 1 件あります。同じように直しますか。"_s,
+            true);
+        desk.driver->press("cmdMend");
+        QCOMPARE(desk.shop.rows(u"SELECT 発送ID FROM 発送マスター WHERE 依頼主電話 = '026-200-0000' "
+                                "ORDER BY 発送ID"_s),
+                 QStringList({u"1"_s, u"2"_s}));
+    }
+
     // The history as it opens is two years of all carriers; only what may be meant is ticked.
     void aLongListIsNotAllMeant()
     {

@@ -286,6 +286,7 @@ private slots:
         desk.issue(allOut);
         desk.driver->type("cmbSender", u"井上"_s);
         desk.driver->key(Qt::Key_Return);
+        QCOMPARE(desk.message(), u"髙橋商店 様のお届け先 1 行を表から除きました。"_s);
         QCOMPARE(desk.grid().model()->rowCount(), 1);
         desk.driver->press("cmdLastYear");
         QCOMPARE(desk.cell(0, GiftColumn::Name1) + desk.cell(0, GiftColumn::Goods), u"届先1柿"_s);
