@@ -114,6 +114,7 @@ private:
     void preview();
     void showSheet();
     void issue();
+    [[nodiscard]] QString byHand(const Shipment &shipment) const;
     void takeOutcome(const SlipRunOutcome &outcome, const std::vector<std::size_t> &rows);
     void tellOutcome(const SlipRunOutcome &outcome, std::size_t wanted);
 

@@ -3,11 +3,14 @@
 #include "shipping/gifts/gift_draft.h"
 #include "shipping/gifts/gift_sheet_print.h"
 #include "shipping/slips/label_place_box.h"
+#include "shipping/slips/slip_document.h"
 #include "ui/cell_delegate.h"
 #include "ui/progress.h"
 #include "ui/prompts.h"
 #include "ui_frmKuroneko5.h"
 #include "workspace/workspace.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -142,11 +145,19 @@ void frmKuroneko5::issue()
     tellOutcome(outcome, rows.size());
 }
 
+// What its form has no place for.
+QString frmKuroneko5::byHand(const Shipment &shipment) const
+{
+    const QStringList wishes = wishesNotPrinted(workspace(), shipment);
+    return wishes.isEmpty() ? QString() : u"　%1は書き込んでください"_s.arg(wishes.join(u'・'));
+}
+
 // Before anything is told: what is out must not come out of the draft once more.
 void frmKuroneko5::takeOutcome(const SlipRunOutcome &outcome, const std::vector<std::size_t> &rows)
 {
     for (std::size_t i = 0; i < outcome.issued.size(); ++i)
-        m_rows.setIssued({rows[i]}, u"発行済　発送ID %1"_s.arg(outcome.issued[i].id));
+        m_rows.setIssued({rows[i]},
+                         u"発行済　発送ID %1"_s.arg(outcome.issued[i].id) + byHand(outcome.issued[i]));
     if (outcome.failure && outcome.issued.size() < rows.size())
         m_rows.setState(rows[outcome.issued.size()], outcome.failure->text);
     m_places->reload();
@@ -159,6 +170,11 @@ void frmKuroneko5::tellOutcome(const SlipRunOutcome &outcome, std::size_t wanted
         u"%1 件のうち %2 件の送り状を発行しました。"_s.arg(wanted).arg(outcome.issued.size())};
     if (outcome.issued.size() < wanted)
         remarks << u"残りには印が付いています。もう一度押すと、続きから発行します。"_s;
+    const auto unfinished = std::ranges::count_if(
+        outcome.issued, [this](const Shipment &shipment) { return !byHand(shipment).isEmpty(); });
+    if (unfinished > 0)
+        remarks << u"%1 件には、送り状に書き込むものがあります。「状態」の列を見てください。"_s.arg(
+            unfinished);
     QString text = u"すべてのデータを排出しました。"_s;
     if (outcome.failure)
         text = outcome.failure->text;

@@ -291,7 +291,10 @@ private slots:
         desk.driver->press("cmdLastYear");
         QCOMPARE(desk.cell(0, GiftColumn::Name1) + desk.cell(0, GiftColumn::Goods), u"届先1柿"_s);
         QVERIFY(desk.isTicked(0));
+        desk.driver->choose("cmbTimeSlot", u"14-16"_s);
+        desk.driver->choose("Combo5", u"宅急便"_s); // which has no place for the time
         desk.issue(allOut);
+        QCOMPARE(desk.cell(0, GiftColumn::State), u"発行済　発送ID 3　時間帯は書き込んでください"_s);
         QCOMPARE(desk.shop.rows(u"SELECT 依頼主名1 FROM 発送マスター WHERE 発送ID > 1 ORDER BY 発送ID"_s),
                  QStringList({u"髙橋商店"_s, u"井上　誠"_s}));
     }
