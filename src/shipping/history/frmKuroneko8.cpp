@@ -97,7 +97,9 @@ void frmKuroneko8::remove()
         return;
     const auto deleted = deleteHistory(workspace().connection, chosen, m_extent);
     if (tell(deleted.status()))
-        ui::prompts::inform(this, u"発送マスターを削除しました。"_s);
+        ui::prompts::inform(this, u"発送マスターを削除しました。"_s,
+                            QString::fromUtf16(ui::prompts::information), ui::prompts::Icon::Information,
+                            extentInWords());
     offerParts();
 }
 

@@ -72,6 +72,8 @@ public:
     void settle();
     /// Follows the day where midnight passed: a slip of today stays one of today.
     void followToday();
+    /// The remarks that nobody typed for this slip, as the last one or the settings left them: "備考１「…」".
+    [[nodiscard]] QStringList remainingRemarks() const;
     /// An empty slip of today.
     void clear();
     /// The next slip after the one that was printed, as nextOf() has it; what was typed wrongly goes.
@@ -145,7 +147,8 @@ private:
     QString m_takenProduct;
     QDate m_today; // as far as the panel knows
     bool m_isReadOnly = false;
-    QStringList m_unchanged[2]; // with what is kept, and without
+    bool m_keepsRemarks = false; // they are not those of setShipment()
+    QStringList m_unchanged[2];  // with what is kept, and without
 };
 
 } // namespace shipping

@@ -57,8 +57,8 @@ void frmKuroneko1::beginFor(const Shipment &preset)
     begun->price = preset.price;
     begun->carriage = preset.carriage;
     takeText(begun->goods, preset.goods);
-    takeText(begun->memo1, preset.memo1);
-    takeText(begun->memo2, preset.memo2);
+    begun->memo1 = preset.memo1; // those that are kept may be another customer's
+    begun->memo2 = preset.memo2;
     takeText(begun->category, preset.category);
     takeText(begun->method, preset.method);
     takeText(begun->timeSlot, preset.timeSlot);

@@ -95,15 +95,23 @@ void frmKuroneko2::keyPressEvent(QKeyEvent *event)
         SlipEntryScreen::keyPressEvent(event);
 }
 
+void frmKuroneko2::goOn()
+{
+    if (panel().consignee() != Party())
+        panel().focusSlip();
+    else if (m_sent.empty())
+        panel().focusConsignee();
+    else
+        m_ui->gridSent->setFocus();
+}
+
 void frmKuroneko2::nextBegins()
 {
     listSent();
     if (panel().sender() == Party())
         clearSearch();
-    else if (m_sent.empty())
-        panel().focusConsignee();
     else
-        m_ui->gridSent->setFocus();
+        goOn();
 }
 
 void frmKuroneko2::typeInstead() { panel().focusSender(); }

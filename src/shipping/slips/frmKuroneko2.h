@@ -26,6 +26,7 @@ public:
 protected:
     void fillIn(const Party &customer, qint64 id) override;
     [[nodiscard]] QString typedParty() const override;
+    void goOn() override;
     void nextBegins() override;
     void typeInstead() override;
     void keyPressEvent(QKeyEvent *event) override;

@@ -37,10 +37,20 @@ const QStringList &coolings()
     return kinds;
 }
 
+QString withBlanksForBreaks(QString text)
+{
+    text.replace(u"\r\n"_s, u" "_s);
+    for (QChar &c : text) {
+        if (c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = u' ';
+    }
+    return text;
+}
+
 QString nameKey(const Party &party)
 {
     constexpr qsizetype longest = 16;
-    QString key = (party.name1 + party.name2).left(longest);
+    QString key = withBlanksForBreaks(party.name1 + party.name2).left(longest);
     if (!key.isEmpty() && key.back().isHighSurrogate())
         key.chop(1);
     return key.trimmed();

@@ -66,6 +66,9 @@ const QStringList &timeSlots();
 /// Empty (none), "冷蔵", "冷凍".
 const QStringList &coolings();
 
+/// \a text in one line: a line break that was pasted with it is a blank.
+QString withBlanksForBreaks(QString text);
+
 /// The key that the history is searched by: both name lines joined, the first 16 characters, trimmed.
 QString nameKey(const Party &party);
 

@@ -110,8 +110,15 @@ Shipment nextOf(Shipment shipment)
     shipment.consigneeId = fresh.consigneeId;
     shipment.carriage = fresh.carriage;
     shipment.timeSlot = fresh.timeSlot;
+    shipment.cooling = fresh.cooling;
     shipment.trackingNumber = fresh.trackingNumber;
     shipment.parcels = fresh.parcels;
+    if (shipment.slipId > 0) {
+        shipment.goods = fresh.goods;
+        shipment.price = fresh.price;
+        shipment.memo1 = fresh.memo1;
+        shipment.memo2 = fresh.memo2;
+    }
     shipment.slipId = fresh.slipId;
     shipment.printed = fresh.printed;
     shipment.exported = fresh.exported;
@@ -130,6 +137,8 @@ QStringList doubtsOf(const Shipment &shipment, const QDate &today)
         doubts << u"お届け先の名前が入力されていません。"_s;
     if ((consignee.address1 + consignee.address2).trimmed().isEmpty())
         doubts << u"お届け先の住所が入力されていません。"_s;
+    if (shipment.goods.trimmed().isEmpty())
+        doubts << u"品名が入力されていません。"_s;
     addDayDoubts(doubts, shipment, today);
     if (isCollected(shipment.method) && shipment.price.value_or(0) == 0)
         doubts << u"「%1」ですが、集金する価格が入力されていません。"_s.arg(shipment.method);

@@ -38,7 +38,8 @@ Party partyOf(const db::Recordset &customers);
 bool isStillNamed(const Party &before, const Party &party);
 
 /// What the next slip begins with after \a shipment, which was printed: all but the consignee and what is his
-/// own, the day and the time, the number, the carriage and the amount that is collected.
+/// own, the day, the time and the cooling, the number, the carriage and the amount that is collected; of the
+/// parcel of a sale the goods, the price and the remarks, too.
 Shipment nextOf(Shipment shipment);
 
 /// What a clerk should say yes to before the slip is printed, a sentence each: days that cannot be meant, an

@@ -37,26 +37,31 @@ QVariantList valuesOf(const Shipment &shipment)
     const auto party = [](const Party &of) {
         return QVariantList{of.name1, of.name2, of.zip, of.address1, of.address2, of.tel};
     };
-    return QVariantList{dayOf(shipment.accepted), dayOf(shipment.delivery)} + party(shipment.sender) +
-           party(shipment.consignee) +
-           QVariantList{shipment.goods,
-                        amountOf(shipment.price),
-                        amountOf(shipment.carriage),
-                        shipment.category,
-                        shipment.method,
-                        shipment.memo1,
-                        shipment.memo2,
-                        shipment.customerCode,
-                        shipment.officeCode,
-                        shipment.trackingNumber,
-                        shipment.timeSlot,
-                        shipment.cooling,
-                        shipment.parcels,
-                        keyOf(shipment.consigneeId),
-                        keyOf(shipment.senderId),
-                        keyOf(shipment.slipId),
-                        dayOf(shipment.printed),
-                        dayOf(shipment.exported)};
+    QVariantList values = QVariantList{dayOf(shipment.accepted), dayOf(shipment.delivery)} +
+                          party(shipment.sender) + party(shipment.consignee) +
+                          QVariantList{shipment.goods,
+                                       amountOf(shipment.price),
+                                       amountOf(shipment.carriage),
+                                       shipment.category,
+                                       shipment.method,
+                                       shipment.memo1,
+                                       shipment.memo2,
+                                       shipment.customerCode,
+                                       shipment.officeCode,
+                                       shipment.trackingNumber,
+                                       shipment.timeSlot,
+                                       shipment.cooling,
+                                       shipment.parcels,
+                                       keyOf(shipment.consigneeId),
+                                       keyOf(shipment.senderId),
+                                       keyOf(shipment.slipId),
+                                       dayOf(shipment.printed),
+                                       dayOf(shipment.exported)};
+    for (QVariant &value : values) {
+        if (value.typeId() == QMetaType::QString)
+            value = withBlanksForBreaks(value.toString());
+    }
+    return values;
 }
 
 // Takes the values of a row one after the other.

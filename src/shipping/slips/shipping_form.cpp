@@ -65,10 +65,17 @@ void addNames(FormRecord &record, const QString &name, const Party &party)
     record[itemOf(name, u"宛名2")] = second + behind;
 }
 
+// The forms have 〒 themselves.
+QString behindMark(const QString &zip)
+{
+    const QString shown = text::shownPostalCode(zip.trimmed());
+    return shown.startsWith(u'〒') ? shown.mid(1).trimmed() : shown;
+}
+
 void addParty(FormRecord &record, const QString &name, const Party &party)
 {
     record[itemOf(name, u"郵便番号")] = spreadPostalCode(party.zip);
-    record[itemOf(name, u"郵便番号表示")] = text::shownPostalCode(party.zip);
+    record[itemOf(name, u"郵便番号表示")] = behindMark(party.zip);
     record[itemOf(name, u"住所1")] = party.address1.trimmed();
     record[itemOf(name, u"住所2")] = party.address2.trimmed();
     record[itemOf(name, u"電話")] = party.tel.trimmed();

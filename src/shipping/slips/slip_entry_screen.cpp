@@ -21,6 +21,8 @@
 #include <QPushButton>
 #include <QScopedValueRollback>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace shipping
@@ -57,6 +59,10 @@ void SlipEntryScreen::setUpEntry(const SlipEntryControls &controls)
     panel().tellNotice(workspace().panel.*m_kind.notice);
     panel().readKept(m_kind.kept);
     connect(&m_found, &db::Recordset::currentRowChanged, this, &SlipEntryScreen::showFound);
+    connect(m_controls.found, &QTableView::clicked, this, [this] {
+        if (m_isUnchosen)
+            showFound();
+    });
     showPlaces();
     const std::pair<QPushButton *, void (SlipEntryScreen::*)()> actions[] = {
         {m_controls.search, &SlipEntryScreen::search},
@@ -115,9 +121,10 @@ void SlipEntryScreen::search()
     if (!tell(book::searchCounterparts(m_found, book::customerSearch, m_controls.key->text())))
         return;
     if (m_found.count() == 1) { // needs no choosing
-        panel().focusSlip();
+        take(partyOf(m_found), m_found.currentKey());
+        goOn();
     } else if (!m_found.isEmpty()) {
-        m_controls.found->setFocus();
+        letChoose();
     } else if (ui::prompts::ask(this, QString::fromUtf16(m_kind.nothingFound))) {
         typeInstead();
     } else {
@@ -126,13 +133,34 @@ void SlipEntryScreen::search()
     }
 }
 
+// Of several nobody is taken, lest a slip goes to the first of them unseen; nor to the one before.
+void SlipEntryScreen::letChoose()
+{
+    take({}, 0);
+    m_isUnchosen = true;
+    const QString count = QString::number(m_found.count()) + (m_found.isComplete() ? u" 件"_s : u" 件以上"_s);
+    say(count + u"見つかりました。一覧から選んで Enter を押してください。"_s);
+    m_controls.found->setFocus();
+}
+
 void SlipEntryScreen::showFound()
 {
-    if (m_found.currentRow() < 0 || (!m_isSearching && !mayWriteOver(nameOf(partyOf(m_found)))))
+    if (m_isSearching || m_found.currentRow() < 0)
         return;
+    m_isUnchosen = false;
+    if (mayWriteOver(nameOf(partyOf(m_found))))
+        take(partyOf(m_found), m_found.currentKey());
+}
+
+void SlipEntryScreen::goOn() { panel().focusSlip(); }
+
+void SlipEntryScreen::take(const Party &customer, qint64 id)
+{
+    m_isUnchosen = false;
     const bool wasChanged = panel().isChanged();
-    registers::rememberCounterpart(workspace(), book::Party::Customer, m_found.currentKey());
-    fillIn(partyOf(m_found), m_found.currentKey());
+    if (id > 0)
+        registers::rememberCounterpart(workspace(), book::Party::Customer, id);
+    fillIn(customer, id);
     if (!wasChanged) // what was only looked up is nothing to be asked about
         panel().markUnchanged();
 }
@@ -149,6 +177,7 @@ bool SlipEntryScreen::mayWriteOver(const QString &by)
 
 void SlipEntryScreen::clearSearch()
 {
+    m_isUnchosen = false;
     tell(book::openCounterpart(m_found, book::customerSearch, 0));
     m_controls.key->clear();
     m_controls.key->setFocus();
@@ -158,10 +187,15 @@ void SlipEntryScreen::clearSearch()
 void SlipEntryScreen::keyPressEvent(QKeyEvent *event)
 {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && focusWidget() == m_controls.found && m_found.currentRow() >= 0)
-        panel().focusSlip();
-    else
+    if (!isEnter || focusWidget() != m_controls.found || m_found.currentRow() < 0) {
         Screen::keyPressEvent(event);
+        return;
+    }
+    if (m_isUnchosen) {
+        showFound();
+        say({});
+    }
+    goOn();
 }
 
 // --- A new customer ---
@@ -243,11 +277,36 @@ std::optional<Shipment> SlipEntryScreen::checked()
     const auto known = doubtsOf(*typed, workspace().connection);
     if (!tell(known.status()))
         return std::nullopt;
-    doubts += *known;
+    doubts += *known + foreignRemarks(*typed);
     if (!doubts.isEmpty() &&
         !ui::prompts::askCautiously(this, doubts.join(u'\n') + u"\nこのまま印刷しますか。"_s))
         return std::nullopt;
     return *typed;
+}
+
+// What stands on a gift is its sender's; in other parcels the next consignee may know nothing of it.
+QStringList SlipEntryScreen::foreignRemarks(const Shipment &slip) const
+{
+    if (m_kind.sending != Sending::MailOrder && nameKey(slip.sender) == m_lastSender)
+        return {};
+    QStringList doubts;
+    const QStringList remarks = panel().remainingRemarks();
+    for (const QString &remark : remarks) {
+        if (!m_usualRemarks.contains(remark))
+            doubts << u"%1 は、前の送り状のまま残っています。"_s.arg(remark);
+    }
+    return doubts;
+}
+
+// The remarks of a sale went out with it, the usual ones come back.
+void SlipEntryScreen::beginNext()
+{
+    panel().beginNext();
+    if (!std::exchange(m_keepsRemarks, true)) {
+        panel().writeKeptCodes(m_kind.kept);
+        panel().readKept(m_kind.kept);
+    }
+    nextBegins();
 }
 
 // A second press while the printer is asked for is the same one.
@@ -269,8 +328,9 @@ bool SlipEntryScreen::print()
                                                                        nameOf(printed->consignee)) +
         (byHand.isEmpty() ? QString() : u"%1は書き込んでください。"_s.arg(byHand.join(u'・'))));
     m_place->reload();
-    panel().beginNext();
-    nextBegins();
+    m_usualRemarks += panel().remainingRemarks();
+    m_lastSender = nameKey(printed->sender);
+    beginNext();
     return true;
 }
 
@@ -291,8 +351,7 @@ void SlipEntryScreen::giveUp()
                                     u"入力した送り状は、まだ印刷されていません。お届け先を消しますか。"_s))
         return;
     say({});
-    panel().beginNext();
-    nextBegins();
+    beginNext();
 }
 
 // --- Closing ---

@@ -75,6 +75,8 @@ protected:
     virtual void fillIn(const Party &customer, qint64 id) = 0;
     /// Whom fillIn() would write over, if he was typed there: the name, empty for nobody.
     [[nodiscard]] virtual QString typedParty() const = 0;
+    /// Where the work goes on after fillIn().
+    virtual void goOn();
     /// The panel holds the next slip, whose consignee is to be found.
     virtual void nextBegins() = 0;
     /// A search found nobody, and the clerk types instead.
@@ -97,6 +99,10 @@ private:
     void showPlaces();
     void search();
     void showFound();
+    void take(const Party &customer, qint64 id);
+    void letChoose();
+    [[nodiscard]] QStringList foreignRemarks(const Shipment &slip) const;
+    void beginNext();
     void registerConsignee();
     void takeRegistered(qint64 customer);
     [[nodiscard]] bool isPrintable();
@@ -114,6 +120,9 @@ private:
     bool m_keepsRemarks = true;
     bool m_printerMayBeOther = false;
     bool m_isSearching = false;
+    bool m_isUnchosen = false;  // several were found
+    QStringList m_usualRemarks; // those that were agreed to
+    QString m_lastSender;       // of the slip before, by his key
     bool m_isPrinting = false;
 };
 

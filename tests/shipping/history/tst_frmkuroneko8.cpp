@@ -81,7 +81,7 @@ private slots:
         QCOMPARE(desk.left(), u"1 2 3 4"_s);
         QCOMPARE(desk.copies(), QStringList());
         ui::prompts::expectAskCautiously(question, true, kept(ofGifts));
-        ui::prompts::expectInform(u"発送マスターを削除しました。"_s);
+        ui::prompts::expectInform(u"発送マスターを削除しました。"_s, ofGifts);
         desk.hand->press("cmdDelete");
         QCOMPARE(desk.left(), u"3 4"_s);
         QCOMPARE(desk.copies(), QStringList(u"shop 削除前 2026-04-01.cdb"_s));
@@ -98,7 +98,7 @@ private slots:
         desk.choose(u"すべての発送　4 件"_s);
         ui::prompts::expectAskCautiously(u"発送履歴をすべて削除します。よろしいですか。"_s, true,
                                          ui::prompts::anyRemark);
-        ui::prompts::expectInform(u"発送マスターを削除しました。"_s);
+        ui::prompts::expectInform(u"発送マスターを削除しました。"_s, ui::prompts::anyRemark);
         desk.hand->press("cmdDelete");
         QCOMPARE(desk.left(), QString());
         QCOMPARE(desk.hand->list("cmbKubun").count(), 0);

@@ -77,6 +77,7 @@ void TestFrmKuroneko2::oneSenderAndHisConsignees()
     QCOMPARE(desk.text("txtName1"), QString());
     desk.search(u"たろう"_s);
     QCOMPARE(desk.text("txtName1"), u"山田　太郎"_s);
+    QCOMPARE(desk.hand().cursor(), u"txtNName1"_s); // who is still to be told
     desk.hand().choose("dbcKubun", u"お中元"_s);
     desk.type("txtHinmei", u"ぶどう"_s);
     desk.type("txtMemo1", u"御中元"_s);
@@ -128,6 +129,7 @@ void TestFrmKuroneko2::aSenderTypedByHand()
     prompts::expectAskCautiously(u"入力した「山田　次郎」を、「検索した納品先」に置き換えますか。"_s, false);
     desk.search(u"はなこ"_s);
     desk.hand().choose("dbcKubun", u"お中元"_s);
+    desk.type("txtHinmei", u"ぶどう"_s);
     desk.type("txtNName1", u"みどり園"_s);
     desk.type("txtNZip", u"6008216"_s);
     desk.type("txtNAddress1", u"京都市下京区"_s);

@@ -320,6 +320,8 @@ void TestShipmentPanel::doubts_data()
     row(
         "from nobody", [](Shipment &s) { s.sender = {}; }, u"ご依頼主の名前が入力されていません。"_s);
     row(
+        "no goods", [](Shipment &s) { s.goods = u"　"_s; }, u"品名が入力されていません。"_s);
+    row(
         "nothing to collect",
         [](Shipment &s) {
             s.method = u"宅急便　コレクト"_s;
@@ -367,11 +369,16 @@ void TestShipmentPanel::theNextSlipKeepsWhatIsTheSame()
     next.consigneeId = 0;
     next.delivery = {};
     next.timeSlot.clear();
+    next.cooling.clear();
     next.trackingNumber.clear();
     next.parcels = 1;
     QCOMPARE(*desk.panel().shipment(), next);
     next.method = u"宅急便　コレクト"_s;
     QVERIFY(!shipping::nextOf(next).price); // what was collected is not collected again
+    Shipment ofSale = parcel();
+    ofSale.slipId = 12; // says so in its remarks
+    const Shipment after = shipping::nextOf(ofSale);
+    QVERIFY(after.goods.isEmpty() && !after.price && after.memo1.isEmpty() && after.memo2.isEmpty());
 }
 
 QTEST_MAIN(TestShipmentPanel)

@@ -64,6 +64,10 @@ void TestShipmentStore::whatIsAddedIsReadAgain()
              QStringList(u"㈱山田　商店総務部|髙橋 花子"_s));
     shop.run(u"UPDATE 発送マスター SET 発送ID = 41"_s);
     QCOMPARE(*shipping::addShipment(shop.connection, shipment), 42);
+    shipment.consignee.name1 = u"髙橋\r\n花子"_s; // pasted from a mail
+    QCOMPARE(*shipping::addShipment(shop.connection, shipment), 43);
+    QCOMPARE(shop.rows(u"SELECT 届先名1, 届先名キー FROM 発送マスター WHERE 発送ID = 43"_s),
+             QStringList(u"髙橋 花子|髙橋 花子"_s));
 }
 
 void TestShipmentStore::searchKeys_data()
