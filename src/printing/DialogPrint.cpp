@@ -86,8 +86,11 @@ DialogPrint::~DialogPrint() = default;
 
 void DialogPrint::keepTogether(const QString &what)
 {
+    constexpr int mostShown = 24; // characters of a title, which may hold a name of any length
+    const int room = mostShown * fontMetrics().horizontalAdvance(u'漢');
     if (!what.isEmpty())
-        m_ui->lblPages->setText(what);
+        m_ui->lblPages->setText(fontMetrics().elidedText(what, Qt::ElideRight, room));
+    m_ui->lblPages->setToolTip(what);
     m_ui->optAll->setChecked(true);
     for (QWidget *control : std::initializer_list<QWidget *>{m_ui->optRange, m_ui->spnFirst, m_ui->spnLast})
         control->setEnabled(false);

@@ -45,6 +45,14 @@ base::Result<std::vector<AddressRow>> rowsFound(db::Connection &connection,
 
 QString counted(std::size_t count) { return text::formatAmount(double(count)) + u"件"_s; }
 
+// The first of \a lines, and how many there are besides.
+QString firstOf(const QStringList &lines)
+{
+    return lines.mid(0, mostNamed).join(u'\n') +
+           (lines.size() > mostNamed ? u"\nほか "_s + counted(std::size_t(lines.size() - mostNamed))
+                                     : QString());
+}
+
 } // namespace
 
 DialogHagakiB::DialogHagakiB(workspace::Workspace &workspace, QWidget *parent)
@@ -190,15 +198,19 @@ void DialogHagakiB::print()
     const auto settings = askAddressPrinter(workspace(), this, *chosen, m_ui->panel->printer());
     if (!settings)
         return;
-    const QStringList lacking = m_addresses.lacking();
+    QStringList told;
+    if (const QStringList lacking = m_addresses.lacking(); !lacking.isEmpty())
+        told << u"次の納品先は印刷していません。\n"_s + firstOf(lacking);
+    if (const QStringList remarks = m_addresses.remarks(); !remarks.isEmpty())
+        told << u"次の宛名を確かめてください。\n"_s + firstOf(remarks);
     const AddressRunOutcome outcome = runAddresses(workspace(), this, *chosen, *settings);
     m_addresses.setPrinted(outcome.printed, workspace().today());
     m_ui->panel->reloadPlaces();
-    tellOutcome(outcome, *chosen, lacking);
+    tellOutcome(outcome, *chosen, told);
 }
 
 void DialogHagakiB::tellOutcome(const AddressRunOutcome &outcome, const AddressJob &job,
-                                const QStringList &lacking)
+                                const QStringList &told)
 {
     const std::size_t total = job.addressees.size();
     QString text = u"すべてのデータを排出しました。"_s;
@@ -211,11 +223,7 @@ void DialogHagakiB::tellOutcome(const AddressRunOutcome &outcome, const AddressJ
         u"%1のうち %2 の宛名を印刷しました。"_s.arg(counted(total), counted(outcome.printed))};
     if (outcome.printed < total)
         remarks << u"残りには印が付いています。もう一度押すと、続きから印刷します。"_s;
-    if (!lacking.isEmpty())
-        remarks << u"次の納品先は印刷していません。\n"_s + lacking.mid(0, mostNamed).join(u'\n') +
-                       (lacking.size() > mostNamed
-                            ? u"\nほか "_s + counted(std::size_t(lacking.size() - mostNamed))
-                            : QString());
+    remarks += told;
     ui::prompts::inform(this, text, QString::fromUtf16(ui::prompts::information),
                         outcome.failure ? ui::prompts::Icon::Exclamation : ui::prompts::Icon::Information,
                         remarks.join(u'\n'));

@@ -43,7 +43,7 @@ private:
     [[nodiscard]] std::optional<AddressJob> job();
     void preview();
     void print();
-    void tellOutcome(const AddressRunOutcome &outcome, const AddressJob &job, const QStringList &lacking);
+    void tellOutcome(const AddressRunOutcome &outcome, const AddressJob &job, const QStringList &told);
 
     std::unique_ptr<Ui::DialogHagakiB> m_ui;
     AddressTicks m_addresses;

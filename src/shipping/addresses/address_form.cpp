@@ -3,10 +3,12 @@
 #include "printing/forms/form_files.h"
 #include "printing/forms/form_sheets.h"
 #include "printing/text_fit.h"
+#include "printing/vertical.h"
 #include "shipping/addresses/house_numbers.h"
 #include "text/postal_code.h"
 #include "text/width.h"
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +24,8 @@ namespace
 constexpr int postalDigitCount = 7;
 const QString postalCode = u"郵便番号"_s;
 const QString senders = u"差出人."_s;
+const QString firmItem = u"宛先.会社名"_s;
+const QString firmSectionItem = u"宛先.部署"_s;
 
 QString numbered(const QString &name, qsizetype number) { return name + QString::number(number); }
 
@@ -81,6 +85,39 @@ void addSender(FormRecord &record, const masters::OwnCompany &sender, const Writ
     record[senders + u"電話"_s] = writer.telephone(sender.tel1);
 }
 
+printing::TextItem *itemWith(printing::Sheet &sheet, const FormRecord &values, const QString &item)
+{
+    const QString words = printing::formText({.item = item}, values);
+    const auto found = std::ranges::find(sheet.texts, words, &printing::TextItem::text);
+    return words.isEmpty() || found == sheet.texts.end() ? nullptr : &*found;
+}
+
+double columnEnd(const printing::TextItem &item)
+{
+    const double natural =
+        printing::twipsFromMillimetres(printing::columnLength(item.text, item.pairedDigits, item.points));
+    return item.y + (item.room > 0 ? std::min(item.room, natural) : natural);
+}
+
+// The shorter column of an address ends level with the longer one.
+void endLevel(printing::Sheet &sheet, const FormRecord &values)
+{
+    const printing::TextItem *first = itemWith(sheet, values, u"住所1"_s);
+    printing::TextItem *second = itemWith(sheet, values, u"住所2"_s);
+    if (first && second && first->vertical && second->vertical)
+        second->y += std::max(0.0, columnEnd(*first) - columnEnd(*second));
+}
+
+// However long its name is, the firm is written larger than its section.
+void keepSectionSmaller(printing::Sheet &sheet, const FormRecord &values)
+{
+    constexpr double most = 0.85;
+    const printing::TextItem *firm = itemWith(sheet, values, firmItem);
+    printing::TextItem *section = itemWith(sheet, values, firmSectionItem);
+    if (firm && section)
+        section->points = std::min(section->points, most * firm->points);
+}
+
 /// Fills the sheet of one address after the other.
 struct Filler
 {
@@ -93,7 +130,10 @@ struct Filler
         printing::FormValues values =
             addressValues(addressees[index], setup.sender, setup.style, setup.writing);
         values.shifts = setup.shifts;
-        return printing::formSheets(form, values).front();
+        printing::Sheet sheet = printing::formSheets(form, values).front();
+        endLevel(sheet, values.items);
+        keepSectionSmaller(sheet, values.items);
+        return sheet;
     }
 };
 
@@ -132,7 +172,7 @@ const printing::FormItems &addressItems()
                           u"差出人.電話"_s};
         for (int digit = 1; digit <= postalDigitCount; ++digit)
             names << numbered(postalCode, digit) << numbered(senders + postalCode, digit);
-        for (const QString &name : names + householdItems())
+        for (const QString &name : names + itemsOfOtherCases())
             all.items[name] = FormItemKind::Text;
         all.shifts = QStringList{u"letterOffsetX"_s, u"letterOffsetY"_s};
         return all;
@@ -140,7 +180,10 @@ const printing::FormItems &addressItems()
     return items;
 }
 
-QStringList householdItems() { return {u"二名1"_s, u"二名2"_s, u"三名1"_s, u"三名2"_s, u"三名3"_s}; }
+QStringList itemsOfOtherCases()
+{
+    return {u"二名1"_s, u"二名2"_s, u"三名1"_s, u"三名2"_s, u"三名3"_s, firmItem, firmSectionItem};
+}
 
 printing::FormValues addressValues(const Addressee &addressee,
                                    const std::optional<masters::OwnCompany> &sender,
@@ -155,8 +198,9 @@ printing::FormValues addressValues(const Addressee &addressee,
     values.items[u"郵便番号の枠"_s] = style.boxes ? u"1"_s : QString();
     values.items[u"住所1"_s] = writer.address(addressee.address1);
     values.items[u"住所2"_s] = writer.address(addressee.address2);
-    values.items[u"会社名"_s] = words.company;
-    values.items[u"部署"_s] = words.section;
+    const bool isToSection = words.names.isEmpty();
+    values.items[isToSection ? firmItem : u"会社名"_s] = words.company;
+    values.items[isToSection ? firmSectionItem : u"部署"_s] = words.section;
     addNames(values.items, words.names);
     if (style.sender && sender)
         addSender(values.items, *sender, writer);

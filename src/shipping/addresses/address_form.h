@@ -17,8 +17,8 @@ namespace shipping
 /// What a layout of an address may show.
 const printing::FormItems &addressItems();
 
-/// Those of them that never stand beside the rest: of households.
-QStringList householdItems();
+/// Those of them that never stand beside the rest: of households, and of firms without a person.
+QStringList itemsOfOtherCases();
 
 /// Their values. \a sender: of the own company; none where it is not registered.
 printing::FormValues addressValues(const Addressee &addressee,

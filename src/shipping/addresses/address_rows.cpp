@@ -54,6 +54,14 @@ base::Status readInto(QHash<qint64, AddressRow> &rows, db::Connection &connectio
     return {};
 }
 
+// A name may have been put right meanwhile, and somebody may have moved; both at once is somebody else.
+bool isSame(const AddressRow &one, const AddressRow &other)
+{
+    const bool livesThere = !one.zip.isEmpty() && !one.address1.isEmpty() && one.address1 == other.address1 &&
+                            one.address2 == other.address2 && one.zip == other.zip;
+    return one.name1 == other.name1 || livesThere;
+}
+
 // Files of the earlier program have no 敬称.
 base::Result<std::vector<AddressRow>> rowsOf(const db::ForeignTable &table, const QString &fileName)
 {
@@ -115,11 +123,12 @@ base::Result<std::vector<AddressRow>> readRosterRows(db::Connection &connection,
     const auto known = readAddressRows(connection, ids);
     if (!known)
         return known;
-    QHash<qint64, QString> names;
+    QHash<qint64, AddressRow> registered;
     for (const AddressRow &row : *known)
-        names.insert(row.id, row.name1);
+        registered.insert(row.id, row);
     for (AddressRow &row : *rows) {
-        if (!names.contains(row.id) || names.value(row.id) != row.name1)
+        const auto own = registered.constFind(row.id);
+        if (own == registered.constEnd() || !isSame(*own, row))
             row.id = 0;
     }
     return rows;

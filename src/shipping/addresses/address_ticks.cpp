@@ -12,7 +12,8 @@ namespace shipping
 namespace
 {
 
-enum Column { TickColumn, NameColumn, ZipColumn, AddressColumn, PrintedColumn, RemarkColumn };
+// The remark is in sight on a small display, too.
+enum Column { TickColumn, NameColumn, ZipColumn, PrintedColumn, RemarkColumn, AddressColumn };
 
 struct Caption
 {
@@ -22,11 +23,11 @@ struct Caption
 
 constexpr std::array<Caption, 6> captions{{
     {u"対象", 5},
-    {u"宛名", 34},
+    {u"宛名", 28},
     {u"郵便番号", 10},
-    {u"住所", 38},
     {u"印刷済", 11},
     {u"備考", 24},
+    {u"住所", 38},
 }};
 
 } // namespace
@@ -112,7 +113,8 @@ void AddressTicks::setPrinted(std::size_t count, const QDate &today)
         if (!entry(row).ticked)
             continue;
         entry(row).ticked = false;
-        entry(row).printed = today;
+        if (entry(row).row.id != 0)
+            entry(row).printed = today; // nobody else's day is kept
         --count;
     }
     changed();
@@ -150,6 +152,27 @@ int AddressTicks::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : int(captions.size());
 }
 
+QString AddressTicks::remark(const Entry &entry)
+{
+    if (!entry.lack.isEmpty())
+        return entry.lack;
+    QStringList remarks{addressDoubt(entry.addressee),
+                        entry.row.id == 0 ? u"登録の納品先ではないため、印刷済は残りません"_s : QString()};
+    remarks.removeAll(QString());
+    return remarks.join(u'、');
+}
+
+QStringList AddressTicks::remarks() const
+{
+    QStringList remarks;
+    for (int row = 0; row < rowCount(); ++row) {
+        const Entry &each = entry(row);
+        if (each.ticked && !remark(each).isEmpty())
+            remarks << addresseeInWords(each.addressee) + u"："_s + remark(each);
+    }
+    return remarks;
+}
+
 QString AddressTicks::shown(const Entry &entry, int column) const
 {
     switch (column) {
@@ -162,7 +185,7 @@ QString AddressTicks::shown(const Entry &entry, int column) const
     case PrintedColumn:
         return entry.printed.isValid() ? entry.printed.toString(u"yyyy/MM/dd"_s) : QString();
     case RemarkColumn:
-        return entry.lack.isEmpty() ? addressDoubt(entry.addressee) : entry.lack;
+        return remark(entry);
     default:
         return {};
     }

@@ -27,13 +27,16 @@ public:
 
     void tickAll(bool ticked);
     void toggle(int row);
-    /// The first \a count of the ticked ones were printed \a today: they say so, and lose their ticks.
+    /// The first \a count of the ticked ones were printed \a today: they lose their ticks, and those of the
+    /// register say so.
     void setPrinted(std::size_t count, const QDate &today);
 
     /// In the list's order.
     [[nodiscard]] std::vector<Addressee> ticked() const;
     /// Who cannot be printed, with the reason.
     [[nodiscard]] QStringList lacking() const;
+    /// What is to be told of the ticked ones, a line each.
+    [[nodiscard]] QStringList remarks() const;
     [[nodiscard]] int leftOut() const { return int(m_entries.size() - m_shown.size()); }
     [[nodiscard]] const Addressee &at(int row) const { return entry(row).addressee; }
 
@@ -63,6 +66,7 @@ private:
 
     [[nodiscard]] const Entry &entry(int row) const { return m_entries[m_shown[std::size_t(row)]]; }
     [[nodiscard]] Entry &entry(int row) { return m_entries[m_shown[std::size_t(row)]]; }
+    [[nodiscard]] static QString remark(const Entry &entry);
     [[nodiscard]] QString shown(const Entry &entry, int column) const;
     void address(Entry &entry) const;
     void show();

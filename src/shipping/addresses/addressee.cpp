@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -142,14 +143,32 @@ QStringList personLines(const Addressee &addressee, bool honours)
     return lines;
 }
 
-/// "営業部　山田太郎": the section, and who is behind it.
-std::pair<QString, QString> sectionAndPerson(const QString &line)
+/// "長野支店　営業課長　山田太郎": what he belongs to and what he is there, and who is behind it.
+std::pair<QString, QString> placeAndPerson(const QString &line)
 {
-    const qsizetype blank = line.indexOf(u'　');
-    const QString head = line.left(blank);
-    if (blank > 0 && isSection(head) && !isSection(line))
-        return {head, line.mid(blank + 1)};
-    return {};
+    QStringList behind = line.split(u'　');
+    QStringList place;
+    while (behind.size() > 1 && (isSection(behind.front()) || isTitle(behind.front())))
+        place << behind.takeFirst();
+    return {place.join(u'　'), behind.join(u'　')};
+}
+
+void append(QString &whole, const QString &part)
+{
+    if (!part.isEmpty())
+        whole += whole.isEmpty() ? part : u'　' + part;
+}
+
+// A line that tells of the first person in a firm, or of its section or his title alone.
+void addPlace(Addressee &addressee, const QString &line)
+{
+    if (isSection(taken(line).name) || isTitle(line)) {
+        append(addressee.section, line);
+        return;
+    }
+    const auto [place, behind] = placeAndPerson(line);
+    append(addressee.section, place);
+    addressee.names << behind;
 }
 
 // A further name line of a firm.
@@ -158,21 +177,28 @@ void addFirmLine(Addressee &addressee, const QString &typed)
     const QString line = plain(typed);
     if (line.isEmpty())
         return;
-    const auto [section, behind] = sectionAndPerson(line);
-    const bool isPart = isSection(taken(line).name);
-    if (!section.isEmpty() && addressee.section.isEmpty()) {
-        addressee.section = section;
-        addressee.names << behind;
-    } else if (isPart && addressee.names.isEmpty()) {
-        addressee.section = addressee.section.isEmpty() ? line : addressee.section + u'　' + line;
-    } else if (isFirm(line) && addressee.names.isEmpty()) {
-        addressee.company += u'　' + line;
-    } else if (addressee.names.size() < mostNames) {
+    const bool tellsPlace =
+        isSection(taken(line).name) || isTitle(line) || !placeAndPerson(line).first.isEmpty();
+    if (addressee.names.isEmpty() && !tellsPlace && isFirm(line))
+        append(addressee.company, line);
+    else if (addressee.names.isEmpty())
+        addPlace(addressee, line);
+    else if (addressee.names.size() < mostNames)
         addressee.names << line;
-    }
 }
 
-// A further name line of a person: another one of the household, or where he works.
+// Where no name follows a title, it stands for the person.
+void addressTitle(Addressee &addressee)
+{
+    const qsizetype blank = addressee.section.lastIndexOf(u'　');
+    const QString last = addressee.section.mid(blank + 1);
+    if (!addressee.names.isEmpty() || last.isEmpty() || !isTitle(last))
+        return;
+    addressee.names << last;
+    addressee.section.truncate(std::max<qsizetype>(blank, 0));
+}
+
+// A further name line of a person: another one of the household, or where he works and as what.
 void addPersonLine(Addressee &addressee, const QString &typed)
 {
     const QString line = plain(typed);
@@ -180,6 +206,8 @@ void addPersonLine(Addressee &addressee, const QString &typed)
         return;
     if (isFirm(line) && addressee.company.isEmpty())
         addressee.company = line;
+    else if (isTitle(line))
+        append(addressee.section, line);
     else if (addressee.names.size() < mostNames)
         addressee.names << line;
 }
@@ -199,15 +227,18 @@ Addressee addresseeOf(const AddressRow &row, bool withContact)
     const QString first = plain(row.name1);
     // Whoever has departments is a firm, whatever it is called.
     const bool ofFirm = isFirm(taken(first).name) || taken(first).honorific == firm ||
-                        (!first.isEmpty() && isSection(taken(row.name2).name));
+                        (!first.isEmpty() && (isSection(taken(row.name2).name) ||
+                                              !placeAndPerson(plain(row.name2)).first.isEmpty()));
     if (ofFirm)
         addressee.company = first;
     else if (!first.isEmpty())
         addressee.names << first;
     for (const QString &line : {row.name2, row.name3})
         ofFirm ? addFirmLine(addressee, line) : addPersonLine(addressee, line);
-    if (withContact && ofFirm && addressee.names.isEmpty() && !row.contact.trimmed().isEmpty())
-        addressee.names << plain(row.contact);
+    const QString contact = plain(row.contact);
+    if (withContact && ofFirm && addressee.names.isEmpty() && !contact.isEmpty())
+        addPlace(addressee, contact);
+    addressTitle(addressee);
     return addressee;
 }
 
@@ -221,28 +252,52 @@ AddressWords addressWords(const Addressee &addressee, bool honours)
     QString &last = words.section.isEmpty() ? words.company : words.section;
     const QString &typed = words.section.isEmpty() ? company.honorific : section.honorific;
     const QString honorific = typed.isEmpty() ? usualHonorific(addressee, false, 0) : typed;
-    if (!last.isEmpty())
-        words.names << follow(last, honours ? honorific : QString());
-    last.clear();
+    last = follow(last, honours ? honorific : QString());
+    if ((words.section.isEmpty() || words.company.isEmpty()) && !last.isEmpty())
+        words.names << std::exchange(last, QString());
     return words;
 }
 
 QString addressLack(const Addressee &addressee)
 {
-    if (addressWords(addressee, false).names.isEmpty())
+    if (addressWords(addressee, false).isEmpty())
         return u"名前がありません"_s;
     if (addressee.address1.isEmpty() && addressee.address2.isEmpty())
         return u"住所がありません"_s;
     return {};
 }
 
-QString addressDoubt(const Addressee &addressee)
+namespace
+{
+
+QString zipDoubt(const Addressee &addressee)
 {
     if (!postalDigits(addressee.zip).isEmpty())
         return {};
     if (addressee.zip.isEmpty())
         return u"郵便番号がありません"_s;
     return u"郵便番号「%1」は 7 桁の数字として読み取れないため、印刷しません"_s.arg(addressee.zip);
+}
+
+QString lengthDoubt(const Addressee &addressee)
+{
+    constexpr qsizetype mostReadable = 45; // characters, on the smallest papers half as wide as high
+    const AddressWords words = addressWords(addressee, true);
+    qsizetype longest = 0;
+    for (const QString &line :
+         words.names + QStringList{words.company, words.section, addressee.address1, addressee.address2})
+        longest = std::max(longest, line.size());
+    return longest > mostReadable ? u"%1 文字の行があり、字が詰まって読めないおそれがあります"_s.arg(longest)
+                                  : QString();
+}
+
+} // namespace
+
+QString addressDoubt(const Addressee &addressee)
+{
+    QStringList doubts{zipDoubt(addressee), lengthDoubt(addressee)};
+    doubts.removeAll(QString());
+    return doubts.join(u'、');
 }
 
 QString postalDigits(const QString &zip)

@@ -19,7 +19,7 @@ std::vector<printing::AdjustableForm> adjustableAddresses(const workspace::Setti
             form.caption = u"宛名　"_s + paper.name + (paper.isLabels ? QString() : how);
             form.fileName = paper.layout(writing);
             form.items = &addressItems();
-            form.otherCase = householdItems();
+            form.otherCase = itemsOfOtherCases();
             form.shifts = letterShifts(settings);
             form.purpose = printing::Purpose::Addresses;
             forms.push_back(std::move(form));

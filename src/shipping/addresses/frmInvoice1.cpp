@@ -238,7 +238,7 @@ bool frmInvoice1::isReady()
     const QString lack = addressLack(addressee);
     if (lack.isEmpty())
         return true;
-    (addressWords(addressee, false).names.isEmpty() ? m_ui->txtName1 : m_ui->txtAddress1)->setFocus();
+    (addressWords(addressee, false).isEmpty() ? m_ui->txtName1 : m_ui->txtAddress1)->setFocus();
     ui::prompts::inform(this, lack + u"。納品先を検索するか、宛名を入力してください。"_s);
     return false;
 }

@@ -97,6 +97,12 @@ masters::OwnCompany shop()
     return own;
 }
 
+Addressee section(Addressee addressee)
+{
+    addressee.names.clear();
+    return addressee;
+}
+
 /// A paper as it is read, by the makers' and the postal service's measures.
 struct Paper
 {
@@ -169,6 +175,9 @@ private slots:
     void everyDigitIsInItsPlace();
     void nothingIsLostOrStandsWhereItMayNot_data() { eachPaper(); }
     void nothingIsLostOrStandsWhereItMayNot();
+    void aFirmStandsBeforeItsSection_data() { eachPaper(); }
+    void aFirmStandsBeforeItsSection();
+    void columnsOfAnAddressEndLevel();
     void householdsStandAboutTheNamesAxis_data() { eachPaper(); }
     void householdsStandAboutTheNamesAxis();
     void newYearCardsBearTheSendersCodeInItsCells();
@@ -236,24 +245,29 @@ void TestAddressLayouts::nothingIsLostOrStandsWhereItMayNot()
 {
     QFETCH(Paper, paper);
     const Addressee addressee = longest();
-    const QString pdf = pdfOf({addressee}, setupOf(paper));
     QSizeF page;
-    const std::vector<Word> words = wordsOf(pdf, page);
-    QVERIFY(words.size() > 10);
-    constexpr double edge = 5;
-    const QRectF printable = QRectF({}, paper.size).adjusted(edge - 0.1, edge - 0.1, 0.1 - edge, 0.1 - edge);
-    // The boxes of the cards and envelopes are where they are.
-    const QRectF ownBoxes(paper.size.width() - fromRight[0], boxTop, 47.7, box.height());
-    const QRectF cells(4, 122, 31, 9);
-    const bool usesCells = paper.name == u"年賀はがき"_s;
-    for (const Word &word : words) {
-        const QString where = u"%1 at %2, %3"_s.arg(word.text).arg(word.area.x()).arg(word.area.y());
-        const bool inBox = (paper.pitch == 0 && ownBoxes.contains(word.area.center())) ||
-                           (usesCells && cells.contains(word.area));
-        QVERIFY2(inBox || printable.contains(word.area), qPrintable(where));
-        QVERIFY2(inBox || !paper.stamp().intersects(word.area), qPrintable(where));
-        for (const Word &other : words)
-            QVERIFY2(&other == &word || !overlaps(word.area, other.area), qPrintable(where + other.text));
+    std::vector<std::vector<Word>> letters;
+    for (const Addressee &each : {section(addressee), addressee})
+        letters.push_back(wordsOf(pdfOf({each}, setupOf(paper)), page));
+    const QString pdf = m_folder.filePath(u"address.pdf"_s);
+    for (const std::vector<Word> &words : letters) {
+        QVERIFY(words.size() > 10);
+        constexpr double edge = 5;
+        const QRectF printable =
+            QRectF({}, paper.size).adjusted(edge - 0.1, edge - 0.1, 0.1 - edge, 0.1 - edge);
+        // The boxes of the cards and envelopes are where they are.
+        const QRectF ownBoxes(paper.size.width() - fromRight[0], boxTop, 47.7, box.height());
+        const QRectF cells(4, 122, 31, 9);
+        const bool usesCells = paper.name == u"年賀はがき"_s;
+        for (const Word &word : words) {
+            const QString where = u"%1 at %2, %3"_s.arg(word.text).arg(word.area.x()).arg(word.area.y());
+            const bool inBox = (paper.pitch == 0 && ownBoxes.contains(word.area.center())) ||
+                               (usesCells && cells.contains(word.area));
+            QVERIFY2(inBox || printable.contains(word.area), qPrintable(where));
+            QVERIFY2(inBox || !paper.stamp().intersects(word.area), qPrintable(where));
+            for (const Word &other : words)
+                QVERIFY2(&other == &word || !overlaps(word.area, other.area), qPrintable(where + other.text));
+        }
     }
     static const QRegularExpression blanks(u"\\s"_s);
     const QString drawn = read(pdf, {u"-raw"_s}).remove(blanks);
@@ -265,6 +279,53 @@ void TestAddressLayouts::nothingIsLostOrStandsWhereItMayNot()
          {address(addressee.address1), address(addressee.address2), addressee.company, addressee.section,
           u"勅使河原長左衛門様"_s, u"みどり様"_s, u"健太郎様"_s, address(shop().address1), shop().name1})
         QVERIFY2(drawn.contains(text), qPrintable(text + u" / "_s + drawn));
+}
+
+void TestAddressLayouts::aFirmStandsBeforeItsSection()
+{
+    QFETCH(Paper, paper);
+    const bool down = paper.writing == Writing::Vertical;
+    Addressee shop = section(usual());
+    shop.company = u"株式会社髙島商店"_s;
+    shop.section = u"仕入部"_s;
+    for (const Addressee &addressee : {shop, section(longest())}) {
+        const auto sheets = addressSheets(m_folder.path(), {addressee}, setupOf(paper));
+        const printing::Sheet sheet = sheets->sheets.front();
+        const auto item = [&sheet](const QString &text) {
+            const auto found = std::ranges::find(sheet.texts, text, &printing::TextItem::text);
+            return found == sheet.texts.end() ? printing::TextItem() : *found;
+        };
+        const printing::TextItem firm = item(addressee.company);
+        const printing::TextItem part = item(addressee.section + u"　御中"_s);
+        QVERIFY(!firm.text.isEmpty() && !part.text.isEmpty());
+        QVERIFY(part.points < firm.points && part.y > firm.y);
+        QVERIFY(down ? part.x < firm.x : part.x > firm.x);
+        // Nothing is as large as whom the letter is to.
+        const auto largest = std::ranges::max(sheet.texts, {}, &printing::TextItem::points);
+        QVERIFY(addressee.section != shop.section || firm.points == largest.points);
+    }
+}
+
+void TestAddressLayouts::columnsOfAnAddressEndLevel()
+{
+    // The second column's end below the first one's, millimetres.
+    const auto below = [this](const QString &first, const QString &second) {
+        Addressee addressee = usual();
+        addressee.address1 = first;
+        addressee.address2 = second;
+        QSizeF page;
+        double ends[2] = {};
+        for (const Word &word : wordsOf(pdfOf({addressee}, setupOf({u"はがき"_s})), page)) {
+            for (const int column : {0, 1}) {
+                if (word.text.endsWith((column == 0 ? first : second).back()))
+                    ends[column] = word.area.bottom();
+            }
+        }
+        return ends[1] - ends[0];
+    };
+    const double level = below(u"長野県長野市大字西長野上千歳町"_s, u"飯田荘"_s);
+    QVERIFY2(std::abs(level) < 1, qPrintable(QString::number(level)));
+    QVERIFY(below(u"長野県長野市"_s, u"上千歳町りんごビル飯田荘"_s) > 10);
 }
 
 void TestAddressLayouts::householdsStandAboutTheNamesAxis()
@@ -338,13 +399,15 @@ void TestAddressLayouts::labelsBeginAtTheirPlace()
     for (const LabelSheet &sheet : labelSheets()) {
         setup.labels = sheet;
         setup.firstPlace = sheet.places() - 1;
-        const QString pdf = pdfOf({usual(), longest(), usual()}, setup);
+        const QString pdf = pdfOf({usual(), longest(), usual(), section(longest())}, setup);
         const QString where = u"上千歳町1137-23"_s;
         QVERIFY2(textIn(pdf, *labelArea(sheet, sheet.places() - 1)).contains(where), qPrintable(sheet.name));
         const QString second = textIn(pdf, *labelArea(sheet, sheet.places()));
         QVERIFY(second.startsWith(u"３９０－０８１１"_s) && second.contains(u"健太郎様"_s));
         QVERIFY(second.contains(lineAddress(longest().address2)));
         QVERIFY(textIn(pdf, *labelArea(sheet, 1), 2).contains(where));
+        const QString third = textIn(pdf, *labelArea(sheet, 2), 2);
+        QVERIFY(third.contains(longest().company) && third.endsWith(longest().section + u"御中"_s));
         setup.firstPlace = sheet.places() + 1;
         QVERIFY(!addressSheets(m_folder.path(), {usual()}, setup));
     }
