@@ -176,6 +176,13 @@ QStringList checkClock(const Source &source)
     return findInCode(source, clock, u"%1: the workspace's clock tells the time"_s);
 }
 
+QStringList checkLoops(const Source &source)
+{
+    static const QRegularExpression pattern(
+        uR"(for \([^;(){}]* :\s+[\w:.>-]*\w\([^;{}]*\)(?:\.(?:front|back|at)\([^()]*\)|\[[^\]]*\])[^;{}]*\))"_s);
+    return findInCode(source, pattern, u"a loop over a part of what a call returns: %1"_s);
+}
+
 QStringList checkNoWidgets(const Source &source, const QSet<QString> &widgetHeaders)
 {
     QStringList findings;

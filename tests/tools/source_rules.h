@@ -45,6 +45,10 @@ QStringList checkSeams(const Source &source);
 /// Only the workspace knows what time it is.
 QStringList checkClock(const Source &source);
 
+/// No loop goes over a part of what a call returns that is reached by a further call: the loop keeps only the
+/// last one's value, and reads from what is gone.
+QStringList checkLoops(const Source &source);
+
 /// Logic includes no header in \a widgetHeaders.
 QStringList checkNoWidgets(const Source &source, const QSet<QString> &widgetHeaders);
 

@@ -90,6 +90,7 @@ private slots:
     void roomsUseEachOtherOneWay();
     void boxesAndChoosersStayInUi() { expectNone(checkAll(house::checkSeams)); }
     void onlyTheWorkspaceHasAClock() { expectNone(checkAll(house::checkClock)); }
+    void loopsHoldWhatTheyRead();
     void logicSeesNoWidgets();
     void screensHoldNoSql();
     void everyEngineUnderstands() { expectNone(checkAll(house::checkEngines)); }
@@ -123,6 +124,21 @@ void TestHouse::circlesAreFound()
         house::takeApart(u"slips/c.cpp"_s, u"#include \"slips/entry/a.h\""_s)};
     QCOMPARE(house::checkRooms(sources).size(), 1);
     QCOMPARE(house::checkRooms(sources.mid(1)), QStringList());
+}
+
+// The tests and tools, too.
+void TestHouse::loopsHoldWhatTheyRead()
+{
+    QStringList findings;
+    for (const QString &house : {u"../tests"_s, u"../tools"_s, u"../bench"_s, u"."_s}) {
+        const QDir top(QStringLiteral(SOURCE_FOLDER) + u'/' + house);
+        for (QDirIterator it(top.path(), {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
+             it.hasNext();) {
+            const QString path = it.next();
+            findings += house::checkLoops(house::takeApart(path, QString::fromUtf8(readAll(path))));
+        }
+    }
+    expectNone(findings);
 }
 
 void TestHouse::logicSeesNoWidgets()
@@ -203,6 +219,12 @@ void TestHouse::rulesFindFaults_data()
         {u"sql 1"_s, u"engine 1"_s});
     row("the same in db", u"db/a.cpp"_s, u"f(u\"ORDER BY rowid\"_s);"_s, {});
     row("a heading", u"reports/bill.cpp"_s, u"f(u\"種別\"_s, u\"消費税\"_s);"_s, {});
+    row("a part of what is gone", u"text/a.cpp"_s,
+        u"for (const auto &word : wordsOf(pdf).front().words)\n    f();\nfor (auto w : a.wordsOf(b)[0].c) {}"_s,
+        {u"loop 1"_s, u"loop 3"_s});
+    row("what the loop holds", u"text/a.cpp"_s,
+        u"for (auto &w : wordsOf(pdf)) {}\nfor (auto &w : pages.front().words) {}\nfor (auto &w : pageOf(a).words) {}"_s,
+        {});
     row("widget", u"book/tax.h"_s, u"#include <QString>\n#include <QLabel>"_s, {u"widget 2"_s});
     row("widget in a module", u"book/tax.h"_s, u"#include <QtWidgets/QLabel>"_s, {u"widget 1"_s});
 }
@@ -228,6 +250,7 @@ void TestHouse::rulesFindFaults()
     note(u"kept"_s, house::checkKept(source));
     note(u"engine"_s, house::checkEngines(source));
     note(u"order"_s, house::checkOrders(source));
+    note(u"loop"_s, house::checkLoops(source));
     note(u"widget"_s, house::checkNoWidgets(source, {u"QLabel"_s}));
     QCOMPARE(found, faultyLines);
 }

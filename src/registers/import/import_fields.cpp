@@ -71,8 +71,9 @@ const Headings &knownHeadings()
     static const Headings known = [] {
         Headings headings;
         for (int field = 0; field < importFields().size(); ++field) {
-            headings.own.insert(foldedHeading(importFields().at(field).column), field);
-            for (const QString &heading : importFields().at(field).headings)
+            const ImportField &described = importFields().at(field);
+            headings.own.insert(foldedHeading(described.column), field);
+            for (const QString &heading : described.headings)
                 headings.others.insert(foldedHeading(heading), field);
         }
         for (const QString &column : ownColumns())

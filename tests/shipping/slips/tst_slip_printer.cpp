@@ -87,7 +87,8 @@ std::vector<Shipment> parcels(int count, const QString &form)
 std::size_t labelsOn(const QByteArray &pdf)
 {
     std::size_t labels = 0;
-    for (const PdfWord &word : wordsOfPages(pdf).front().words)
+    const auto pages = wordsOfPages(pdf);
+    for (const PdfWord &word : pages.front().words)
         labels += word.text == u"佐藤花子"_s ? 1 : 0;
     return labels;
 }
