@@ -39,6 +39,8 @@ const QStringList &coolings()
 
 QString withBlanksForBreaks(QString text)
 {
+    if (text.isEmpty()) // a null one stays null, which is stored as no value
+        return text;
     text.replace(u"\r\n"_s, u" "_s);
     for (QChar &c : text) {
         if (c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
