@@ -74,8 +74,6 @@ private:
     std::size_t m_at = 0;
 };
 
-QVariant amountOf(const std::optional<double> &amount) { return amount ? QVariant(*amount) : QVariant(); }
-
 QVariant dayOf(const QDate &day) { return day.isValid() ? QVariant(text::stored(day)) : QVariant(); }
 
 QString lines(const QString &first, const QString &second)
@@ -140,35 +138,9 @@ std::vector<base::Column> tableColumns()
     return columns;
 }
 
-QVariant keyOf(qint64 key) { return key > 0 ? QVariant(key) : QVariant(); }
-
-QVariantList partyCells(const Party &party)
-{
-    return {party.name1, party.name2, party.zip, party.address1, party.address2, party.tel};
-}
-
 QVariantList tableRow(const Shipment &shipment)
 {
-    return QVariantList{shipment.id, dayOf(shipment.accepted), dayOf(shipment.delivery)} +
-           partyCells(shipment.sender) + partyCells(shipment.consignee) +
-           QVariantList{shipment.goods,
-                        amountOf(shipment.price),
-                        amountOf(shipment.carriage),
-                        shipment.category,
-                        shipment.method,
-                        shipment.memo1,
-                        shipment.memo2,
-                        shipment.customerCode,
-                        shipment.officeCode,
-                        shipment.trackingNumber,
-                        shipment.timeSlot,
-                        shipment.cooling,
-                        shipment.parcels,
-                        keyOf(shipment.consigneeId),
-                        keyOf(shipment.senderId),
-                        keyOf(shipment.slipId),
-                        dayOf(shipment.printed),
-                        dayOf(shipment.exported)};
+    return QVariantList{shipment.id} + shipmentValues(shipment);
 }
 
 } // namespace
